@@ -1,0 +1,31 @@
+# Floors of the house, from the ground up.
+add_subdirectory(platform)
+add_subdirectory(rw)
+add_subdirectory(text)
+add_subdirectory(files)
+add_subdirectory(settings)
+add_subdirectory(prefs)
+
+get_property(QL_SOURCES GLOBAL PROPERTY QL_SOURCES)
+get_property(QL_PUBLIC_HEADERS GLOBAL PROPERTY QL_PUBLIC_HEADERS)
+
+if(QL_NATIVE)
+  find_package(Threads REQUIRED)
+  add_library(ql_util STATIC ${QL_SOURCES} tests/native/fake_system.cpp)
+  target_link_libraries(ql_util PUBLIC ql_options Threads::Threads)
+  target_compile_definitions(ql_util PUBLIC QL_UTIL_STATIC)
+  return()
+endif()
+
+configure_file(cmake/version.rc.in ${PROJECT_BINARY_DIR}/version.rc @ONLY)
+add_library(ql_util SHARED ${QL_SOURCES} ${PROJECT_BINARY_DIR}/version.rc)
+add_library(QuilletNativeUtil::util ALIAS ql_util)
+set_target_properties(ql_util PROPERTIES
+  PREFIX "" OUTPUT_NAME "Quillet.Platform.Native.Util" EXPORT_NAME util
+  ARCHIVE_OUTPUT_NAME QuilletNativeUtil
+  CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+target_compile_definitions(ql_util PRIVATE QL_UTIL_BUILD)
+target_link_libraries(ql_util PRIVATE $<BUILD_INTERFACE:ql_options> advapi32 shell32 ole32 user32)
+target_include_directories(ql_util INTERFACE
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include/QuilletNativeUtil>)
+target_compile_features(ql_util INTERFACE cxx_std_20)

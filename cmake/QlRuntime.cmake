@@ -1,0 +1,14 @@
+# The C++ run time is shared: exceptions and standard types cross the library's boundary only then. Programs find its
+# three libraries beside them.
+if(NOT QL_NATIVE)
+  foreach(dll libstdc++-6.dll libgcc_s_dw2-1.dll libwinpthread-1.dll)
+    execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${dll} OUTPUT_VARIABLE path
+                    OUTPUT_STRIP_TRAILING_WHITESPACE)
+    if(NOT IS_ABSOLUTE "${path}")
+      find_file(QL_RUNTIME_${dll} ${dll} PATHS /usr/i686-w64-mingw32/lib NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+      set(path ${QL_RUNTIME_${dll}})
+    endif()
+    list(APPEND QL_RUNTIME_DLLS ${path})
+    file(COPY ${path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+  endforeach()
+endif()

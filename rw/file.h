@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+
+#include "platform/export.h"
+
+// A binary file for persistent values: bytes, 32-bit counts and doubles, all little-endian. Owns the open
+// file and closes it; moves, does not copy. Use one object from one thread at a time.
+class QL_API RWFile {
+  public:
+    // Opens a file with a mode of the C library ("rb", "wb", "r+b" …; always binary). isValid tells whether
+    // that worked.
+    explicit RWFile(const wchar_t* path, const wchar_t* mode = L"r+b");
+
+    bool isValid() const noexcept { return file_ != nullptr; }
+
+    // Each moves all the bytes asked for and answers true, or answers false; what a failed read leaves in its
+    // out-parameter is not defined.
+    bool Read(void* bytes, std::size_t count);
+    bool Read(std::uint32_t& value) { return Read(&value, sizeof value); }
+    bool Read(double& value) { return Read(&value, sizeof value); }
+    bool Write(const void* bytes, std::size_t count);
+    bool Write(std::uint32_t value) { return Write(&value, sizeof value); }
+    bool Write(double value) { return Write(&value, sizeof value); }
+
+    bool Flush();
+    bool SeekTo(long offset);  // bytes from the start
+
+  private:
+    struct Closer {
+        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Closer> file_;
+};

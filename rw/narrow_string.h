@@ -1,0 +1,36 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+
+// The narrow text of the interfaces: a counted string of bytes, in the ANSI code page unless a function says
+// otherwise; it may hold zero bytes. A value type on std::string, with the thread rules of RWWString.
+class RWCString {
+  public:
+    RWCString() noexcept = default;
+    RWCString(const char* text) : text_(text ? text : "") {}  // a null pointer is the empty text
+    RWCString(const char* text, std::size_t count) : text_(text, count) {}
+    RWCString(std::string text) noexcept : text_(std::move(text)) {}
+    explicit RWCString(std::string_view text) : text_(text) {}
+
+    std::size_t length() const noexcept { return text_.size(); }
+    bool isNull() const noexcept { return text_.empty(); }
+    const char* data() const noexcept { return text_.c_str(); }  // null-ended
+    char operator[](std::size_t index) const noexcept { return text_[index]; }
+
+    operator std::string_view() const noexcept { return text_; }
+    const std::string& str() const noexcept { return text_; }
+
+    friend bool operator==(const RWCString& a, const RWCString& b) noexcept { return a.text_ == b.text_; }
+    friend bool operator==(const RWCString& a, std::string_view b) noexcept { return a.text_ == b; }
+    friend bool operator==(const RWCString& a, const char* b) { return a.text_ == b; }
+    friend std::strong_ordering operator<=>(const RWCString& a, const RWCString& b) noexcept {
+        return a.text_ <=> b.text_;
+    }
+
+  private:
+    std::string text_;
+};

@@ -1,0 +1,34 @@
+#include "rw/virtual_streams.h"
+
+#include "rw/file.h"
+
+RWvostream::~RWvostream() = default;
+RWvistream::~RWvistream() = default;
+
+RWvostream& RWvostream::put(const void* bytes, std::size_t count) {
+    good_ = good_ && DoPut(bytes, count);
+    return *this;
+}
+
+RWvistream& RWvistream::get(void* bytes, std::size_t count) {
+    good_ = good_ && DoGet(bytes, count);
+    return *this;
+}
+
+bool RWBufferOstream::DoPut(const void* bytes, std::size_t count) {
+    const auto wanted = static_cast<std::streamsize>(count);
+    return buffer_.sputn(static_cast<const char*>(bytes), wanted) == wanted;
+}
+
+bool RWBufferIstream::DoGet(void* bytes, std::size_t count) {
+    const auto wanted = static_cast<std::streamsize>(count);
+    return buffer_.sgetn(static_cast<char*>(bytes), wanted) == wanted;
+}
+
+bool RWFileOstream::DoPut(const void* bytes, std::size_t count) {
+    return file_.Write(bytes, count);
+}
+
+bool RWFileIstream::DoGet(void* bytes, std::size_t count) {
+    return file_.Read(bytes, count);
+}

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <streambuf>
+
+#include "platform/export.h"
+
+class RWFile;
+
+// The stream that persistent values are written to; a host derives its own or uses one of those below. Values
+// go as little-endian bytes. Once a put has failed the stream is no longer good and every later put fails.
+class QL_API RWvostream {
+  public:
+    virtual ~RWvostream();
+
+    RWvostream& put(const void* bytes, std::size_t count);
+    RWvostream& operator<<(std::uint32_t value) { return put(&value, sizeof value); }
+    RWvostream& operator<<(double value) { return put(&value, sizeof value); }
+    bool good() const noexcept { return good_; }
+
+  private:
+    // Writes all the bytes, or answers false.
+    virtual bool DoPut(const void* bytes, std::size_t count) = 0;
+
+    bool good_ = true;
+};
+
+// The stream that persistent values are read from. Once a get has failed the stream is no longer good, every
+// later get fails, and what a failed get leaves in its out-parameter is not defined.
+class QL_API RWvistream {
+  public:
+    virtual ~RWvistream();
+
+    RWvistream& get(void* bytes, std::size_t count);
+    RWvistream& operator>>(std::uint32_t& value) { return get(&value, sizeof value); }
+    RWvistream& operator>>(double& value) { return get(&value, sizeof value); }
+    bool good() const noexcept { return good_; }
+
+  private:
+    // Reads all the bytes, or answers false.
+    virtual bool DoGet(void* bytes, std::size_t count) = 0;
+
+    bool good_ = true;
+};
+
+// The virtual streams over a buffer of the standard library and over an RWFile. None owns what it works on.
+class QL_API RWBufferOstream final : public RWvostream {
+  public:
+    explicit RWBufferOstream(std::streambuf& buffer) noexcept : buffer_(buffer) {}
+
+  private:
+    bool DoPut(const void* bytes, std::size_t count) override;
+    std::streambuf& buffer_;
+};
+
+class QL_API RWBufferIstream final : public RWvistream {
+  public:
+    explicit RWBufferIstream(std::streambuf& buffer) noexcept : buffer_(buffer) {}
+
+  private:
+    bool DoGet(void* bytes, std::size_t count) override;
+    std::streambuf& buffer_;
+};
+
+class QL_API RWFileOstream final : public RWvostream {
+  public:
+    explicit RWFileOstream(RWFile& file) noexcept : file_(file) {}
+
+  private:
+    bool DoPut(const void* bytes, std::size_t count) override;
+    RWFile& file_;
+};
+
+class QL_API RWFileIstream final : public RWvistream {
+  public:
+    explicit RWFileIstream(RWFile& file) noexcept : file_(file) {}
+
+  private:
+    bool DoGet(void* bytes, std::size_t count) override;
+    RWFile& file_;
+};

@@ -1,0 +1,5 @@
+#include "rw/date.h"
+
+int main() {
+    return static_cast<int>(RWDate().dayNumber() % 2);
+}
