@@ -12,7 +12,8 @@ class Value;
 // Memory of one parsed document: handed out from the front of large chunks and given back all at once.
 class Arena {
   public:
-    explicit Arena(std::size_t firstChunk) noexcept : nextChunk_(std::clamp(firstChunk, kSmallest, kLargest)) {}
+    explicit Arena(std::size_t firstChunk) noexcept
+        : nextChunk_(std::clamp(firstChunk, kSmallest, kLargest)) {}
     Arena(const Arena&) = delete;
     Arena& operator=(const Arena&) = delete;
     ~Arena() {

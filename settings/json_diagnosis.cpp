@@ -20,7 +20,8 @@ struct Position {
 Position PositionOf(std::wstring_view text, std::size_t offset) {
     Position position;
     for (std::size_t i = 0; i < offset; ++i) {
-        const bool endsLine = text[i] == L'\n' || (text[i] == L'\r' && !text.substr(i + 1).starts_with(L'\n'));
+        const bool endsLine =
+            text[i] == L'\n' || (text[i] == L'\r' && !text.substr(i + 1).starts_with(L'\n'));
         position = endsLine ? Position{position.line + 1, 1} : Position{position.line, position.column + 1};
     }
     return position;

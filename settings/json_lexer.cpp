@@ -93,7 +93,6 @@ Token Lexer::String() {
         ++next_;
         if (Peek() != L'\0') next_ = FindSpecial(next_ + 1, end_, endsRun);
     }
-    if (Peek() != L'"') return Fail(Token::String, L"a closing double quote");
 
     const wchar_t* const closing = next_;
     const auto length = static_cast<std::size_t>(closing - first);
@@ -105,7 +104,9 @@ Token Lexer::String() {
     } else if (!Decode(closing, place)) {
         return Token::Error;
     }
-    next_ = closing + 1;
+    next_ = closing;
+    if (Peek() != L'"') return Fail(Token::String, L"a closing double quote");
+    ++next_;
     return Token::String;
 }
 
@@ -125,7 +126,8 @@ bool Lexer::Decode(const wchar_t* closing, wchar_t* out) {
 }
 
 bool Lexer::DecodeEscape(const wchar_t* closing, wchar_t*& out) noexcept {
-    const wchar_t letter = *++next_;
+    ++next_;
+    const wchar_t letter = Peek();
     if (letter == L'u') {
         ++next_;
         return DecodeHex(closing, *out++);

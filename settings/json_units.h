@@ -52,8 +52,8 @@ using Unit = std::conditional_t<sizeof(wchar_t) == 2, std::uint16_t, std::uint32
 using Block = Unit __attribute__((vector_size(16)));
 inline constexpr std::ptrdiff_t kBlockUnits = sizeof(Block) / sizeof(Unit);
 
-// The first unit of [from, end) that `isSpecial`, or the end. The predicate is given a Unit, and answers whether it is
-// special, or a Block, and answers with all bits of each special one set.
+// The first unit of [from, end) that `isSpecial`, or the end. The predicate is given a Unit, and answers
+// whether it is special, or a Block, and answers with all bits of each special one set.
 template <class Predicate>
 const wchar_t* FindSpecial(const wchar_t* from, const wchar_t* end, Predicate isSpecial) {
     for (; end - from >= kBlockUnits; from += kBlockUnits) {
