@@ -23,17 +23,17 @@ struct Task {
 
 #ifdef _WIN32
 
-constexpr std::size_t kStackBytes = 64 << 10;
+constexpr std::ptrdiff_t kStackBytes = 64 << 10;
 
 // Some systems reserve more stack than was asked for: the pages beyond it are made to fault.
-[[gnu::noinline]] bool CutStack() {
-    MEMORY_BASIC_INFORMATION page;
-    VirtualQuery(&page, &page, sizeof page);
+bool CutStack() {
+    MEMORY_BASIC_INFORMATION page{};
+    if (!VirtualQuery(&page, &page, sizeof page)) return false;
     auto* const lowest = static_cast<char*>(page.AllocationBase);
-    auto* const wanted = static_cast<char*>(page.BaseAddress) - kStackBytes;
+    auto* const highest = static_cast<char*>(page.BaseAddress) + page.RegionSize;
+    const auto excess = highest - lowest - kStackBytes;
     DWORD former = 0;
-    return lowest >= wanted ||
-           VirtualProtect(lowest, static_cast<std::size_t>(wanted - lowest), PAGE_NOACCESS, &former);
+    return excess <= 0 || VirtualProtect(lowest, static_cast<SIZE_T>(excess), PAGE_NOACCESS, &former);
 }
 
 DWORD WINAPI RunTask(void* argument) {
@@ -88,10 +88,10 @@ std::wstring NestedDocument() {
 bool ParsesWritesCopiesAndDestroys() {
     const std::wstring document = NestedDocument();
     auto tree = JSON::Parse(document);
-    if (!tree || JSON::Serialize(tree.get()) != document) return false;
+    if (!tree || JSON::Serialize(tree.get()).str() != document) return false;
     const auto copy = tree->Clone();
     tree.reset();
-    return copy && JSON::Serialize(copy.get()) == document;
+    return copy && JSON::Serialize(copy.get()).str() == document;
 }
 
 bool BuildsAndDestroysByHand() {

@@ -52,7 +52,8 @@ TEST(JsonParse, AcceptsAndNormalises) {
         {L"\"\\u00E9\\u00e9\\u0041\"", L"\"\u00e9\u00e9A\""},
         {L"true\0false"sv, L"true"},
     };
-    for (const auto& row : kRows) EXPECT_EQ(wstring(row.written), Rewritten(row.document)) << row.document;
+    for (const auto& row : kRows)
+        EXPECT_EQ(wstring(row.written), Rewritten(row.document)) << wstring(row.document);
 }
 
 // A sound document has no fault; the others are refused, and the diagnosis says where and why.
@@ -119,13 +120,13 @@ TEST(JsonParse, RefusesAndDiagnosisPointsAtTheFirstFault) {
         {L"'a'", 1, 1, L"a value", L"'"},
     };
     for (const auto& row : kRows) {
-        EXPECT_FALSE(Parse(row.document)) << row.document;
+        EXPECT_FALSE(Parse(row.document)) << wstring(row.document);
         const auto fault = JSON::Diagnose(row.document);
-        ASSERT_TRUE(fault) << row.document;
-        EXPECT_EQ(row.line, fault->line) << row.document;
-        EXPECT_EQ(row.column, fault->column) << row.document;
-        EXPECT_EQ(row.expected, fault->expected) << row.document;
-        EXPECT_EQ(wstring(row.found), fault->found.str()) << row.document;
+        ASSERT_TRUE(fault) << wstring(row.document);
+        EXPECT_EQ(row.line, fault->line) << wstring(row.document);
+        EXPECT_EQ(row.column, fault->column) << wstring(row.document);
+        EXPECT_EQ(row.expected, fault->expected) << wstring(row.document);
+        EXPECT_EQ(wstring(row.found), fault->found.str()) << wstring(row.document);
     }
     EXPECT_FALSE(JSON::Diagnose(L"[1, {\"a\": null}]"));
 }
@@ -201,10 +202,9 @@ TEST(JsonNumber, IsWrittenWithFiveDecimalsAtMost) {
         {1.0 / 3, L"0.33333"},
         {0.999999, L"1"},
         {99999.999999, L"100000"},
-        {0.0000152587890625, L"0.00002"},  // 2^-16
-        {0.00048828125, L"0.00049"},       // 2^-11
-        {1.5e-5 + 0.5, L"0.50002"},
-        {0.000030517578125, L"0.00003"},
+        {0.500015, L"0.50001"},  // the double is just below
+        {0.015625, L"0.01562"},  // exact halves go to the even neighbour
+        {0.046875, L"0.04688"},
         {1e22, L"10000000000000000000000"},
         {std::numeric_limits<double>::infinity(), L"null"},
         {-std::numeric_limits<double>::infinity(), L"null"},
@@ -214,9 +214,7 @@ TEST(JsonNumber, IsWrittenWithFiveDecimalsAtMost) {
         const Value node(row.number);
         EXPECT_EQ(row.written, Written(&node)) << row.number;
     }
-    // 3 + 1/64 and its like end in an exact half of the fifth place: the even neighbour is taken.
-    const Value half(0.015625 / 2 + 1), largest(-std::numeric_limits<double>::max());
-    EXPECT_EQ(L"1.00781", Written(&half));
+    const Value largest(-std::numeric_limits<double>::max());
     EXPECT_EQ(310u, Written(&largest).size());
 }
 
