@@ -21,7 +21,7 @@ const wchar_t* CopyOf(std::wstring_view text) {
 }
 
 const wchar_t* CopyOf(std::wstring_view text, Arena& arena) {
-    auto* const copy = static_cast<wchar_t*>(arena.Allocate(text.size() * sizeof(wchar_t)));
+    auto* const copy = arena.AllocateArray<wchar_t>(text.size());
     std::copy(text.begin(), text.end(), copy);
     return copy;
 }
@@ -111,7 +111,7 @@ void Value::CopyContent(const Value& original, Value*& unfinished) {
         default: return;
     }
     capacity_ = original.children_.count;
-    children_ = {static_cast<Value**>(arena_->Allocate(capacity_ * sizeof(Value*))), capacity_};
+    children_ = {arena_->AllocateArray<Value*>(capacity_), capacity_};
     std::copy_n(original.children_.nodes, capacity_, children_.nodes);
     link_ = std::exchange(unfinished, this);
 }
@@ -156,8 +156,7 @@ bool Value::Insert(std::size_t index, std::wstring_view key, std::unique_ptr<Val
 void Value::MakeRoomForChild() {
     if (children_.count < capacity_) return;
     const std::size_t capacity = std::max<std::size_t>(4, 2 * capacity_);
-    auto** const nodes =
-        arena_ ? static_cast<Value**>(arena_->Allocate(capacity * sizeof(Value*))) : new Value*[capacity];
+    auto** const nodes = arena_ ? arena_->AllocateArray<Value*>(capacity) : new Value*[capacity];
     std::copy_n(children_.nodes, children_.count, nodes);
     if (!arena_) delete[] children_.nodes;
     children_.nodes = nodes;

@@ -27,6 +27,12 @@ class Arena {
         return std::exchange(next_, next_ + bytes);
     }
 
+    template <class Item>
+    Item* AllocateArray(std::size_t count) {
+        return static_cast<Item*>(
+            Allocate(count * sizeof(Item)));  // NOLINT(bugprone-sizeof-expression): of pointers too
+    }
+
     // Shortens the latest allocation.
     void Trim(void* allocation, std::size_t bytes) noexcept {
         next_ = static_cast<std::byte*>(allocation) + RoundUp(bytes);

@@ -24,13 +24,13 @@ constexpr int HexValue(wchar_t unit) {
 
 // The exponent part of a number, saturated: no text is long enough to make up for more.
 long long Exponent(std::string_view digits) {
+    constexpr long long kHuge = std::numeric_limits<long long>::max() / 2;
     const bool negative = digits.starts_with('-');
     if (digits.starts_with('+')) digits.remove_prefix(1);
-    long long exponent = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
-    constexpr long long kHuge = std::numeric_limits<long long>::max() / 2;
-    if (result.ec == std::errc::result_out_of_range) return negative ? -kHuge : kHuge;
-    return exponent;
+    long long exponent = negative ? -kHuge : kHuge;
+    std::from_chars(digits.data(), digits.data() + digits.size(),
+                    exponent);  // leaves it alone when out of range
+    return std::clamp(exponent, -kHuge, kHuge);
 }
 
 // Whether a number beyond the range of double is so by being too large, not too small.
@@ -98,7 +98,7 @@ Token Lexer::String() {
 
     const wchar_t* const closing = next_;
     const auto length = static_cast<std::size_t>(closing - first);
-    auto* const place = static_cast<wchar_t*>(arena_.Allocate(length * sizeof(wchar_t)));
+    auto* const place = arena_.AllocateArray<wchar_t>(length);
     text_ = {place, length};
     next_ = first;
     if (!escaped) {
@@ -134,7 +134,7 @@ bool Lexer::DecodeEscape(const wchar_t* closing, wchar_t*& out) noexcept {
         ++next_;
         return DecodeHex(closing, *out++);
     }
-    *out = static_cast<wchar_t>(LookUp(kUnitOfLetter, letter));
+    *out = LookUp(kUnitOfLetter, letter);
     if (*out++ == L'\0') {
         Fail(Token::String, L"one of \" \\ / b f n r t u after the backslash");
         return false;

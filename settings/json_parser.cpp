@@ -107,7 +107,7 @@ void Parser::CloseContainer() {
     const std::size_t first = node->children_.count;
     if (node->kind_ == Object) OrderPendingFrom(first);
     const std::size_t count = pending_.size() - first;
-    auto** const nodes = static_cast<Value**>(arena_.Allocate(count * sizeof(Value*)));
+    auto** const nodes = arena_.AllocateArray<Value*>(count);
     std::copy_n(pending_.data() + first, count, nodes);
     pending_.resize(first);
     node->children_ = {nodes, count};

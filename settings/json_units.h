@@ -30,24 +30,24 @@ inline constexpr Escape kEscapes[] = {
     {L'"', L'"'}, {L'\\', L'\\'}, {L'/', L'/'}, {L'b', 8}, {L'f', 12}, {L'n', 10}, {L'r', 13}, {L't', 9},
 };
 
-using AsciiTable = std::array<char, 128>;  // 0 where there is nothing
+using AsciiTable = std::array<Unit, 128>;  // 0 where there is nothing
 
 inline constexpr AsciiTable kUnitOfLetter = [] {
     AsciiTable table{};
-    for (const Escape& escape : kEscapes) table[escape.letter] = static_cast<char>(escape.unit);
+    for (const Escape& escape : kEscapes) table[escape.letter] = escape.unit;
     return table;
 }();
 
 inline constexpr AsciiTable kLetterOfUnit = [] {
     AsciiTable table{};
-    for (const Escape& escape : kEscapes) table[escape.unit] = static_cast<char>(escape.letter);
+    for (const Escape& escape : kEscapes) table[escape.unit] = escape.letter;
     return table;
 }();
 
 // 0 for units beyond the table.
-constexpr char LookUp(const AsciiTable& table, wchar_t unit) {
-    const auto index = static_cast<Unit>(unit);
-    return index < table.size() ? table[index] : '\0';
+constexpr wchar_t LookUp(const AsciiTable& table, wchar_t unit) {
+    const auto index = static_cast<char32_t>(unit);
+    return index < table.size() ? static_cast<wchar_t>(table[index]) : L'\0';
 }
 
 // A few units side by side, which the processor compares at once.

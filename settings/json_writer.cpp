@@ -206,9 +206,9 @@ void Writer::Quoted(std::wstring_view text) {
 }
 
 void Writer::Escaped(wchar_t unit) {
-    if (const char letter = LookUp(kLetterOfUnit, unit)) {
+    if (const wchar_t letter = LookUp(kLetterOfUnit, unit)) {
         output_.Put(L'\\');
-        return output_.Put(static_cast<wchar_t>(letter));
+        return output_.Put(letter);
     }
     output_.Put("\\u");
     for (int shift = 12; shift >= 0; shift -= 4)

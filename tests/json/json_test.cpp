@@ -157,6 +157,7 @@ TEST(JsonNumber, ReadsExactlyAndLikewiseUnderALocaleWithADecimalComma) {
         {L"1" + manyZeros + L"e-400", 1},
         {L"1e-400", 0},
         {L"1e99999999999999999999", kInfinity},
+        {L"1e9223372036854775807", kInfinity},
         {L"1e-99999999999999999999", 0},
         {L"0e99999999999999999999", 0},
     };
