@@ -29,8 +29,8 @@ class Arena {
 
     template <class Item>
     Item* AllocateArray(std::size_t count) {
-        return static_cast<Item*>(
-            Allocate(count * sizeof(Item)));  // NOLINT(bugprone-sizeof-expression): of pointers too
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers is meant
+        return static_cast<Item*>(Allocate(count * sizeof(Item)));
     }
 
     // Shortens the latest allocation.
