@@ -17,8 +17,7 @@
 //  - the parser accepts leading zeros ("01" is 1) and any unit but zero unescaped inside a text;
 //  - surrogate halves are taken one by one and never combined, so that lone ones survive a round trip;
 //  - a zero unit ends the document; a byte-order mark is an error; a trailing comma fails;
-//  - the writer always escapes the solidus, and writes numbers with at most five decimals and never an
-//  exponent.
+//  - the writer always escapes the solidus, and writes numbers with five decimals at most and no exponent.
 namespace JSON {
 
 class Arena;
@@ -103,8 +102,8 @@ class QL_API Value {
     void CopyContent(const Value& original, Value*& unfinished);
     void CopyChildren(Value*& unfinished);
 
-    // A parsed root owns the arena that holds all it was parsed from. The nodes in there share it and are
-    // never destroyed one by one. Null for a node made by hand: what it holds came from new.
+    // The root of a parsed or copied tree owns the arena that holds the rest of it. The nodes in there share
+    // it and are never destroyed one by one. Null for a node made by hand: what it holds came from new.
     Arena* arena_;
     Text key_;  // under which the parent holds the node
     ValueKind kind_;
@@ -117,8 +116,7 @@ class QL_API Value {
     std::size_t capacity_ = 0;  // of children_
     union {
         std::size_t cursor_;  // the member that the walk comes to next
-        Value* link_;  // parsing: the open container around this one; copying, destroying: the next node to
-                       // treat
+        Value* link_;         // parsing: the open container around this one; else: the next node of a list
     };
 };
 
@@ -133,7 +131,7 @@ QL_API std::unique_ptr<Value> Parse(std::wstring_view text) noexcept;
 QL_API RWWString Serialize(const Value* node, bool asciiOnly = false, bool pretty = false) noexcept;
 
 // Receives the text of an assertion failure. The default one shows it in an error box titled "Program halted"
-// and aborts the process.
+// and aborts the process. A handler must not throw.
 using AssertionHandler = void (*)(const wchar_t* text);
 
 // Replaces the handler for the whole process and returns the former one; null restores the default.

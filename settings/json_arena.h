@@ -9,7 +9,7 @@ namespace JSON {
 
 class Value;
 
-// Memory of one parsed document: handed out from the front of large chunks and given back all at once.
+// Memory of one parsed or copied tree: handed out from the front of large chunks and given back all at once.
 class Arena {
   public:
     explicit Arena(std::size_t firstChunk) noexcept

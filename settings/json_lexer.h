@@ -28,8 +28,7 @@ inline constexpr std::size_t kTokenCount = 12;
 struct ParseFault {
     std::size_t offset;
     const wchar_t* expected;
-    bool
-        insideToken;  // the unit at the offset is wrong within its token; else the whole token there is wrong
+    bool insideToken;  // only the unit at the offset is wrong; else the whole token that begins there
 };
 
 // Cuts a document into tokens. Texts of string tokens are placed in the arena. Next can throw std::bad_alloc.
