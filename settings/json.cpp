@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <span>
 #include <utility>
 
 #include "settings/json_arena.h"
@@ -19,9 +20,16 @@ const wchar_t* CopyOf(std::wstring_view text) {
     return copy;
 }
 
+const wchar_t* CopyOf(std::wstring_view text, Arena& arena) {
+    auto* const copy = arena.AllocateArray<wchar_t>(text.size());
+    std::copy(text.begin(), text.end(), copy);
+    return copy;
+}
+
 }  // namespace
 
-Value::Value(ValueKind kind, Arena* arena) noexcept : arena_(arena), key_{}, kind_(kind), children_{}, cursor_(0) {}
+Value::Value(ValueKind kind, Arena* arena) noexcept
+    : arena_(arena), key_{}, kind_(kind), children_{}, cursor_(0) {}
 
 Value::Value(ValueKind kind) noexcept : Value(kind, nullptr) {
     if (kind == Number) number_ = 0;
@@ -74,6 +82,49 @@ void Value::ReleaseContent(Value*& doomed) noexcept {
     kind_ = Null;
 }
 
+// The copy keeps all in one arena, as a parsed tree does. Containers that still hold the original's children
+// are linked into a list: depth costs no stack.
+std::unique_ptr<Value> Value::Clone() const noexcept try {
+    constexpr std::size_t kFirstChunk = 0x1000;
+    auto root = std::make_unique<Value>(Null);
+    root->arena_ = new Arena(kFirstChunk);
+    Value* unfinished = nullptr;
+    root->CopyContent(*this, unfinished);
+    while (unfinished) {
+        Value* const container = std::exchange(unfinished, unfinished->link_);
+        container->cursor_ = 0;
+        container->CopyChildren(unfinished);
+    }
+    return root;
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
+void Value::CopyContent(const Value& original, Value*& unfinished) {
+    kind_ = original.kind_;
+    switch (kind_) {
+        case String: text_ = {CopyOf(original.text(), *arena_), original.text().size()}; return;
+        case Number: number_ = original.number_; return;
+        case Bool: flag_ = original.flag_; return;
+        case Object:
+        case Array: break;
+        default: return;
+    }
+    capacity_ = original.children_.count;
+    children_ = {arena_->AllocateArray<Value*>(capacity_), capacity_};
+    std::copy_n(original.children_.nodes, capacity_, children_.nodes);
+    link_ = std::exchange(unfinished, this);
+}
+
+void Value::CopyChildren(Value*& unfinished) {
+    for (Value*& child : std::span(children_.nodes, children_.count)) {
+        const Value& original = *child;
+        child = new (arena_->Allocate(sizeof(Value))) Value(Null, arena_);
+        child->key_ = {CopyOf(original.key(), *arena_), original.key().size()};
+        child->CopyContent(original, unfinished);
+    }
+}
+
 bool Value::AddElement(std::unique_ptr<Value>&& child) noexcept {
     return kind_ == Array && child && Insert(children_.count, {}, child);
 }
@@ -105,8 +156,7 @@ bool Value::Insert(std::size_t index, std::wstring_view key, std::unique_ptr<Val
 void Value::MakeRoomForChild() {
     if (children_.count < capacity_) return;
     const std::size_t capacity = std::max<std::size_t>(4, 2 * capacity_);
-    auto** const nodes = arena_ ? static_cast<Value**>(arena_->Allocate(capacity * sizeof(Value*)))
-                                : new Value*[capacity];
+    auto** const nodes = arena_ ? arena_->AllocateArray<Value*>(capacity) : new Value*[capacity];
     std::copy_n(children_.nodes, children_.count, nodes);
     if (!arena_) delete[] children_.nodes;
     children_.nodes = nodes;

@@ -9,10 +9,11 @@ namespace JSON {
 
 class Value;
 
-// Memory of one parsed document: handed out from the front of large chunks and given back all at once.
+// Memory of one parsed or copied tree: handed out from the front of large chunks and given back all at once.
 class Arena {
   public:
-    explicit Arena(std::size_t firstChunk) noexcept : nextChunk_(std::clamp(firstChunk, kSmallest, kLargest)) {}
+    explicit Arena(std::size_t firstChunk) noexcept
+        : nextChunk_(std::clamp(firstChunk, kSmallest, kLargest)) {}
     Arena(const Arena&) = delete;
     Arena& operator=(const Arena&) = delete;
     ~Arena() {
@@ -24,6 +25,12 @@ class Arena {
         bytes = RoundUp(bytes);
         if (bytes > static_cast<std::size_t>(end_ - next_)) AddChunk(bytes);
         return std::exchange(next_, next_ + bytes);
+    }
+
+    template <class Item>
+    Item* AllocateArray(std::size_t count) {
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers is meant
+        return static_cast<Item*>(Allocate(count * sizeof(Item)));
     }
 
     // Shortens the latest allocation.

@@ -20,7 +20,8 @@ struct Position {
 Position PositionOf(std::wstring_view text, std::size_t offset) {
     Position position;
     for (std::size_t i = 0; i < offset; ++i) {
-        const bool endsLine = text[i] == L'\n' || (text[i] == L'\r' && !text.substr(i + 1).starts_with(L'\n'));
+        const bool endsLine =
+            text[i] == L'\n' || (text[i] == L'\r' && !text.substr(i + 1).starts_with(L'\n'));
         position = endsLine ? Position{position.line + 1, 1} : Position{position.line, position.column + 1};
     }
     return position;
@@ -36,8 +37,9 @@ RWWString NameOfUnit(wchar_t unit) {
 // The letters that the text begins with, as far as a message has room for them.
 RWWString Word(std::wstring_view text) {
     constexpr std::size_t kMost = 16;
-    const auto end = std::find_if_not(text.begin(), text.end(), IsAsciiLetter);
-    return RWWString(text.substr(0, std::min<std::size_t>(end - text.begin(), kMost)));
+    const std::wstring_view start = text.substr(0, kMost);
+    return {start.data(), static_cast<std::size_t>(
+                              std::find_if_not(start.begin(), start.end(), IsAsciiLetter) - start.begin())};
 }
 
 RWWString Found(std::wstring_view text, bool insideToken) {

@@ -17,8 +17,8 @@ struct Fault {
     RWWString found;          // such as "," or "the end of the text"; control and non-ASCII units as "U+FEFF"
 };
 
-// The first fault of a document; nothing exactly when JSON::Parse succeeds on it. "More memory" is expected where memory
-// is too short to tell. Takes the time and memory of JSON::Parse.
+// The first fault of a document; nothing exactly when JSON::Parse succeeds on it. "More memory" is expected
+// where memory is too short to tell. Takes the time and memory of JSON::Parse.
 QL_API std::optional<Fault> Diagnose(std::wstring_view text) noexcept;
 
 }  // namespace JSON

@@ -24,13 +24,13 @@ constexpr int HexValue(wchar_t unit) {
 
 // The exponent part of a number, saturated: no text is long enough to make up for more.
 long long Exponent(std::string_view digits) {
+    constexpr long long kHuge = std::numeric_limits<long long>::max() / 2;
     const bool negative = digits.starts_with('-');
     if (digits.starts_with('+')) digits.remove_prefix(1);
-    long long exponent = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
-    constexpr long long kHuge = std::numeric_limits<long long>::max() / 2;
-    if (result.ec == std::errc::result_out_of_range) return negative ? -kHuge : kHuge;
-    return exponent;
+    long long exponent = negative ? -kHuge : kHuge;
+    std::from_chars(digits.data(), digits.data() + digits.size(),
+                    exponent);  // leaves it alone when out of range
+    return std::clamp(exponent, -kHuge, kHuge);
 }
 
 // Whether a number beyond the range of double is so by being too large, not too small.
@@ -85,7 +85,9 @@ Token Lexer::Word() noexcept {
 }
 
 Token Lexer::String() {
-    const auto endsRun = [](auto unit) { return (unit == u'"') | (unit == u'\\') | (unit == 0); };
+    const auto endsRun = [](auto unit) {
+        return (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{0});
+    };
     const wchar_t* const first = ++next_;
     next_ = FindSpecial(next_, end_, endsRun);
     const bool escaped = Peek() == L'\\';
@@ -93,11 +95,10 @@ Token Lexer::String() {
         ++next_;
         if (Peek() != L'\0') next_ = FindSpecial(next_ + 1, end_, endsRun);
     }
-    if (Peek() != L'"') return Fail(Token::String, L"a closing double quote");
 
     const wchar_t* const closing = next_;
     const auto length = static_cast<std::size_t>(closing - first);
-    auto* const place = static_cast<wchar_t*>(arena_.Allocate(length * sizeof(wchar_t)));
+    auto* const place = arena_.AllocateArray<wchar_t>(length);
     text_ = {place, length};
     next_ = first;
     if (!escaped) {
@@ -105,7 +106,9 @@ Token Lexer::String() {
     } else if (!Decode(closing, place)) {
         return Token::Error;
     }
-    next_ = closing + 1;
+    next_ = closing;
+    if (Peek() != L'"') return Fail(Token::String, L"a closing double quote");
+    ++next_;
     return Token::String;
 }
 
@@ -125,12 +128,13 @@ bool Lexer::Decode(const wchar_t* closing, wchar_t* out) {
 }
 
 bool Lexer::DecodeEscape(const wchar_t* closing, wchar_t*& out) noexcept {
-    const wchar_t letter = *++next_;
+    ++next_;
+    const wchar_t letter = Peek();
     if (letter == L'u') {
         ++next_;
         return DecodeHex(closing, *out++);
     }
-    *out = static_cast<wchar_t>(LookUp(kUnitOfLetter, letter));
+    *out = LookUp(kUnitOfLetter, letter);
     if (*out++ == L'\0') {
         Fail(Token::String, L"one of \" \\ / b f n r t u after the backslash");
         return false;

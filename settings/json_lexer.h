@@ -8,21 +8,38 @@
 
 namespace JSON {
 
-enum class Token { String, Number, BeginObject, EndObject, Colon, Comma, BeginArray, EndArray, Bool, Null, Error, End };
+enum class Token {
+    String,
+    Number,
+    BeginObject,
+    EndObject,
+    Colon,
+    Comma,
+    BeginArray,
+    EndArray,
+    Bool,
+    Null,
+    Error,
+    End
+};
 inline constexpr std::size_t kTokenCount = 12;
 
 // Where a document is wrong.
 struct ParseFault {
     std::size_t offset;
     const wchar_t* expected;
-    bool insideToken;  // the unit at the offset is wrong within its token; else the whole token there is wrong
+    bool insideToken;  // only the unit at the offset is wrong; else the whole token that begins there
 };
 
 // Cuts a document into tokens. Texts of string tokens are placed in the arena. Next can throw std::bad_alloc.
 class Lexer {
   public:
     Lexer(std::wstring_view document, Arena& arena) noexcept
-        : begin_(document.data()), end_(begin_ + document.size()), next_(begin_), token_(begin_), arena_(arena) {}
+        : begin_(document.data()),
+          end_(begin_ + document.size()),
+          next_(begin_),
+          token_(begin_),
+          arena_(arena) {}
 
     Token Next();
 

@@ -100,13 +100,14 @@ void Parser::OpenContainer(Token token) {
     state_ = isArray ? State::FirstElement : State::FirstKey;
 }
 
-// The innermost container is complete: its children move from the pending ones into an array of just their number.
+// The innermost container is complete: its children move from the pending ones into an array of just their
+// number.
 void Parser::CloseContainer() {
     Value* const node = open_;
     const std::size_t first = node->children_.count;
     if (node->kind_ == Object) OrderPendingFrom(first);
     const std::size_t count = pending_.size() - first;
-    auto** const nodes = static_cast<Value**>(arena_.Allocate(count * sizeof(Value*)));
+    auto** const nodes = arena_.AllocateArray<Value*>(count);
     std::copy_n(pending_.data() + first, count, nodes);
     pending_.resize(first);
     node->children_ = {nodes, count};
@@ -116,7 +117,8 @@ void Parser::CloseContainer() {
     state_ = AfterValue();
 }
 
-// Members in ascending order of their keys, the first of equal ones; documents of our own writer are so already.
+// Members in ascending order of their keys, the first of equal ones; documents of our own writer are so
+// already.
 void Parser::OrderPendingFrom(std::size_t first) {
     const auto begin = pending_.begin() + static_cast<std::ptrdiff_t>(first);
     const auto less = [](const Value* a, const Value* b) { return a->key() < b->key(); };

@@ -9,8 +9,8 @@
 
 namespace JSON {
 
-// Builds the tree of one document. An automaton walks over the tokens; the containers that are still open are linked
-// from the innermost outwards through their own nodes, so that depth costs no stack.
+// Builds the tree of one document. An automaton walks over the tokens; the containers that are still open are
+// linked from the innermost outwards through their own nodes, so that depth costs no stack.
 class Parser {
   public:
     explicit Parser(std::wstring_view document);  // can throw std::bad_alloc
@@ -37,7 +37,7 @@ class Parser {
     Arena& arena_;  // the root's
     Lexer lexer_;
     State state_ = State::Value;
-    Value* open_ = nullptr;        // the innermost open container; children_.count is where its pending ones begin
+    Value* open_ = nullptr;  // the innermost open container; children_.count is where its pending ones begin
     std::vector<Value*> pending_;  // the children so far of all open containers
     Value::Text key_{};            // of the member to come
     ParseFault fault_{};

@@ -1,0 +1,123 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "settings/json.h"
+
+#ifdef _WIN32
+#include "platform/win32.h"
+#else
+#include <pthread.h>
+#endif
+
+namespace {
+
+constexpr std::size_t kDepth = 10'000'000;
+
+using Work = bool (*)();
+
+struct Task {
+    Work work;
+    bool done;
+};
+
+#ifdef _WIN32
+
+constexpr std::ptrdiff_t kStackBytes = 64 << 10;
+
+// Some systems reserve more stack than was asked for: the pages beyond it are made to fault.
+bool CutStack() {
+    MEMORY_BASIC_INFORMATION page{};
+    if (!VirtualQuery(&page, &page, sizeof page)) return false;
+    auto* const lowest = static_cast<char*>(page.AllocationBase);
+    auto* const highest = static_cast<char*>(page.BaseAddress) + page.RegionSize;
+    const auto excess = highest - lowest - kStackBytes;
+    DWORD former = 0;
+    return excess <= 0 || VirtualProtect(lowest, static_cast<SIZE_T>(excess), PAGE_NOACCESS, &former);
+}
+
+DWORD WINAPI RunTask(void* argument) {
+    auto* const task = static_cast<Task*>(argument);
+    task->done = CutStack() && task->work();
+    return 0;
+}
+
+bool DoneOnSmallStack(Work work) {
+    Task task{work, false};
+    const HANDLE thread =
+        CreateThread(nullptr, kStackBytes, &RunTask, &task, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    if (!thread) return false;
+    WaitForSingleObject(thread, INFINITE);
+    CloseHandle(thread);
+    return task.done;
+}
+
+#else
+
+// The sanitizers keep data of their own on each stack.
+constexpr std::size_t kStackBytes = 1 << 20;
+
+bool DoneOnSmallStack(Work work) {
+    Task task{work, false};
+    const auto run = [](void* argument) -> void* {
+        auto* const started = static_cast<Task*>(argument);
+        started->done = started->work();
+        return nullptr;
+    };
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, kStackBytes);
+    pthread_t thread;
+    const bool started = pthread_create(&thread, &attributes, run, &task) == 0;
+    pthread_attr_destroy(&attributes);
+    return started && pthread_join(thread, nullptr) == 0 && task.done;
+}
+
+#endif
+
+// Arrays in objects in arrays.
+std::wstring NestedDocument() {
+    std::wstring document;
+    document.reserve(kDepth / 2 * 7);
+    for (std::size_t i = 0; i < kDepth / 2; ++i) document += L"[{\"\":";
+    document += L"[]";
+    for (std::size_t i = 0; i < kDepth / 2; ++i) document += L"}]";
+    return document;
+}
+
+bool ParsesWritesCopiesAndDestroys() {
+    const std::wstring document = NestedDocument();
+    auto tree = JSON::Parse(document);
+    if (!tree || JSON::Serialize(tree.get()).str() != document) return false;
+    const auto copy = tree->Clone();
+    tree.reset();
+    return copy && JSON::Serialize(copy.get()).str() == document;
+}
+
+bool BuildsAndDestroysByHand() {
+    auto tree = std::make_unique<JSON::Value>(JSON::Array);
+    for (std::size_t i = 1; i < kDepth; ++i) {
+        auto outer = std::make_unique<JSON::Value>(JSON::Array);
+        if (!outer->AddElement(std::move(tree))) return false;
+        tree = std::move(outer);
+    }
+    return true;
+}
+
+bool FailsDeepInside() {
+    return !JSON::Parse(std::wstring(kDepth, L'['));
+}
+
+}  // namespace
+
+TEST(JsonDepth, TenMillionLevelsAreParsedWrittenCopiedAndDestroyedOnASmallStack) {
+    EXPECT_TRUE(DoneOnSmallStack(&ParsesWritesCopiesAndDestroys));
+}
+
+TEST(JsonDepth, TenMillionLevelsMadeByHandAreDestroyedOnASmallStack) {
+    EXPECT_TRUE(DoneOnSmallStack(&BuildsAndDestroysByHand));
+}
+
+TEST(JsonDepth, AnUnclosedDocumentOfTenMillionLevelsIsRefusedOnASmallStack) {
+    EXPECT_TRUE(DoneOnSmallStack(&FailsDeepInside));
+}

@@ -1,0 +1,408 @@
+#include "settings/json.h"
+
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <iterator>
+#include <limits>
+#include <string>
+#include <type_traits>
+
+#include "settings/json_diagnosis.h"
+
+using JSON::Parse;
+using JSON::Value;
+using std::wstring;
+using namespace std::string_view_literals;
+
+static_assert(!std::is_copy_constructible_v<Value> && !std::is_copy_assignable_v<Value>,
+              "copies are made by Clone alone");
+
+namespace {
+
+wstring Written(const Value* node, bool asciiOnly = false, bool pretty = false) {
+    return JSON::Serialize(node, asciiOnly, pretty).str();
+}
+
+wstring Rewritten(std::wstring_view document, bool asciiOnly = false, bool pretty = false) {
+    return Written(Parse(document).get(), asciiOnly, pretty);
+}
+
+}  // namespace
+
+TEST(JsonParse, AcceptsAndNormalises) {
+    constexpr struct {
+        std::wstring_view document, written;
+    } kRows[] = {
+        {L"[]", L"[]"},
+        {L"{}", L"{}"},
+        {L" \t\n\f\r[ \t\n\f\r] \t\n\f\r", L"[]"},
+        {L" true ", L"true"},
+        {L"false", L"false"},
+        {L"null", L"null"},
+        {L"\"\"", L"\"\""},
+        {L"[[],{},[[{}]]]", L"[[],{},[[{}]]]"},
+        {L"{\"b\":1,\"a\":2,\"a\":3}", L"{\"a\":2,\"b\":1}"},
+        {L"{\"a\":[1],\"\":{},\"a\":{\"x\":[[]]}}", L"{\"\":{},\"a\":[1]}"},
+        {L"{\"\\u0062\":1,\"b\":2}", L"{\"b\":1}"},
+        {L"{\"\uFFFD\":3,\"\\ud83d\":2,\"z\":1,\"Z\":0}", L"{\"Z\":0,\"z\":1,\"\xd83d\":2,\"\uFFFD\":3}"},
+        {L"\"\\\"\\\\\\/\\b\\f\\n\\r\\t\"", L"\"\\\"\\\\\\/\\b\\f\\n\\r\\t\""},
+        {L"\"a/\t\n\x1f\"", L"\"a\\/\\t\\n\\u001f\""},
+        {L"\"\\u00E9\\u00e9\\u0041\"", L"\"\u00e9\u00e9A\""},
+        {L"true\0false"sv, L"true"},
+    };
+    for (const auto& row : kRows)
+        EXPECT_EQ(wstring(row.written), Rewritten(row.document)) << wstring(row.document);
+}
+
+// A sound document has no fault; the others are refused, and the diagnosis says where and why.
+TEST(JsonParse, RefusesAndDiagnosisPointsAtTheFirstFault) {
+    constexpr const wchar_t* kEscape = L"one of \" \\ / b f n r t u after the backslash";
+    const struct {
+        std::wstring_view document;
+        std::size_t line, column;
+        std::wstring_view expected, found;
+    } kRows[] = {
+        {L"", 1, 1, L"a value", L"the end of the text"},
+        {L" \r\n\r\n ", 3, 2, L"a value", L"the end of the text"},
+        {L"\r\n\n\r  ]", 4, 3, L"a value", L"]"},
+        {L"[1,]", 1, 4, L"a value", L"]"},
+        {L"[1 2]", 1, 4, L", or ]", L"a number"},
+        {L"[,1]", 1, 2, L"a value or ]", L","},
+        {L"[{]", 1, 3, L"a key or }", L"]"},
+        {L"[[1,]", 1, 5, L"a value", L"]"},
+        {L"[\"a\"", 1, 5, L", or ]", L"the end of the text"},
+        {L"[}", 1, 2, L"a value or ]", L"}"},
+        {L"{\"a\":1,}", 1, 8, L"a key", L"}"},
+        {L"{\"a\" 1}", 1, 6, L":", L"a number"},
+        {L"{\"a\":1 \"b\":2}", 1, 8, L", or }", L"a text"},
+        {L"{\"a\":}", 1, 6, L"a value", L"}"},
+        {L"{1:2}", 1, 2, L"a key or }", L"a number"},
+        {L"{true:2}", 1, 2, L"a key or }", L"true"},
+        {L"true false", 1, 6, L"the end of the text", L"false"},
+        {L"True", 1, 1, L"a value", L"True"},
+        {L"truest", 1, 1, L"a value", L"truest"},
+        {L"abcdefghijklmnopqrstuvwxyz", 1, 1, L"a value", L"abcdefghijklmnop"},
+        {L"1.", 1, 3, L"a digit", L"the end of the text"},
+        {L"[1.]", 1, 4, L"a digit", L"]"},
+        {L".5", 1, 1, L"a value", L"."},
+        {L"1e", 1, 3, L"a digit", L"the end of the text"},
+        {L"1e+", 1, 4, L"a digit", L"the end of the text"},
+        {L"1.e5", 1, 3, L"a digit", L"e"},
+        {L"-", 1, 2, L"a digit", L"the end of the text"},
+        {L"--1", 1, 2, L"a digit", L"-"},
+        {L"+1", 1, 1, L"a value", L"+"},
+        {L"1,5", 1, 2, L"the end of the text", L","},
+        {L"0x10", 1, 2, L"the end of the text", L"x"},
+        {L"{\"a\":1 x.", 1, 8, L", or }", L"x"},
+        {L"[1 -]", 1, 4, L", or ]", L"a number"},
+        {L"\"abc", 1, 5, L"a closing double quote", L"the end of the text"},
+        {L"\"abc\\", 1, 6, kEscape, L"the end of the text"},
+        {L"\"abc\\\"", 1, 7, L"a closing double quote", L"the end of the text"},
+        {L"\"a\0b\""sv, 1, 3, L"a closing double quote", L"the end of the text"},
+        {L"\"a\\\0b\""sv, 1, 4, kEscape, L"the end of the text"},
+        {L"[\"C:\\dir\"]", 1, 6, kEscape, L"d"},
+        {L"[\"C:\\dir", 1, 6, kEscape, L"d"},
+        {L"\"\\U0041\"", 1, 3, kEscape, L"U"},
+        {L"\"\\'\"", 1, 3, kEscape, L"'"},
+        {L"\"\\\u00e9\"", 1, 3, kEscape, L"U+00E9"},
+        {L"\"\\u12\"", 1, 6, L"a hexadecimal digit", L"\""},
+        {L"\"\\u12", 1, 6, L"a hexadecimal digit", L"the end of the text"},
+        {L"\"\\u123g\"", 1, 7, L"a hexadecimal digit", L"g"},
+        {L"\"\\u 123\"", 1, 4, L"a hexadecimal digit", L"U+0020"},
+        {L"\"\\u+123\"", 1, 4, L"a hexadecimal digit", L"+"},
+        {L"\uFEFF{}", 1, 1, L"a value", L"U+FEFF"},
+        {L"\v{}", 1, 1, L"a value", L"U+000B"},
+        {L"[\u00a0]", 1, 2, L"a value or ]", L"U+00A0"},
+        {L"[\u0661]", 1, 2, L"a value or ]", L"U+0661"},
+        {L"// no\n1", 1, 1, L"a value", L"/"},
+        {L"'a'", 1, 1, L"a value", L"'"},
+    };
+    for (const auto& row : kRows) {
+        EXPECT_FALSE(Parse(row.document)) << wstring(row.document);
+        const auto fault = JSON::Diagnose(row.document);
+        ASSERT_TRUE(fault) << wstring(row.document);
+        EXPECT_EQ(row.line, fault->line) << wstring(row.document);
+        EXPECT_EQ(row.column, fault->column) << wstring(row.document);
+        EXPECT_EQ(row.expected, fault->expected) << wstring(row.document);
+        EXPECT_EQ(wstring(row.found), fault->found.str()) << wstring(row.document);
+    }
+    EXPECT_FALSE(JSON::Diagnose(L"[1, {\"a\": null}]"));
+}
+
+TEST(JsonNumber, ReadsExactlyAndLikewiseUnderALocaleWithADecimalComma) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    const std::wstring manyZeros(400, L'0');
+    const struct {
+        wstring document;
+        double value;
+    } kRows[] = {
+        {L"01", 1},
+        {L"-007.50", -7.5},
+        {L"0.1", 0.1},
+        {L"1E2", 100},
+        {L"1e+2", 100},
+        {L"25e-1", 2.5},
+        {L"9007199254740993", 9007199254740992},
+        {L"9007199254740993.0000000000000000000000001", 9007199254740994},
+        {L"1.7976931348623157e308", std::numeric_limits<double>::max()},
+        {L"5e-324", std::numeric_limits<double>::denorm_min()},
+        {L"2.2250738585072011e-308", 2.2250738585072011e-308},
+        {L"1e400", kInfinity},
+        {L"-1e400", -kInfinity},
+        {L"1" + manyZeros, kInfinity},
+        {L"0." + manyZeros + L"1", 0},
+        {L"0." + manyZeros + L"1e401", 1},
+        {L"1" + manyZeros + L"e-400", 1},
+        {L"1e-400", 0},
+        {L"1e99999999999999999999", kInfinity},
+        {L"1e9223372036854775807", kInfinity},
+        {L"1e-99999999999999999999", 0},
+        {L"0e99999999999999999999", 0},
+    };
+#ifdef _WIN32
+    constexpr const char* kGerman = "German";
+    constexpr bool kMustHaveGerman = true;
+#else
+    constexpr const char* kGerman = "de_DE.UTF-8";
+    constexpr bool kMustHaveGerman = false;
+#endif
+    for (const char* locale : {"C", kGerman}) {
+        const bool isSet = std::setlocale(LC_ALL, locale);
+        EXPECT_TRUE(isSet || !kMustHaveGerman);
+        for (const auto& row : kRows) {
+            const auto node = Parse(row.document);
+            ASSERT_TRUE(node && node->kind() == JSON::Number) << row.document;
+            EXPECT_EQ(row.value, node->number()) << row.document;
+        }
+        EXPECT_EQ(L"[2.5,-0.125]", Rewritten(L"[2.5,-0.125]"));
+        std::setlocale(LC_ALL, "C");
+    }
+    EXPECT_TRUE(std::signbit(Parse(L"-0")->number()));
+    EXPECT_TRUE(std::signbit(Parse(L"-1e-400")->number()));
+}
+
+TEST(JsonNumber, IsWrittenWithFiveDecimalsAtMost) {
+    const struct {
+        double number;
+        const wchar_t* written;
+    } kRows[] = {
+        {2.5, L"2.5"},
+        {3, L"3"},
+        {0.0000001, L"0"},
+        {-0.000001, L"0"},
+        {-0.0, L"0"},
+        {0.000005, L"0.00001"},
+        {-0.00001, L"-0.00001"},
+        {100, L"100"},
+        {-2147483648.0, L"-2147483648"},
+        {2147483648.0, L"2147483648"},
+        {-2147483649.0, L"-2147483649"},
+        {0.1, L"0.1"},
+        {1.0 / 3, L"0.33333"},
+        {0.999999, L"1"},
+        {99999.999999, L"100000"},
+        {0.500015, L"0.50001"},  // the double is just below
+        {0.015625, L"0.01562"},  // exact halves go to the even neighbour
+        {0.046875, L"0.04688"},
+        {1e22, L"10000000000000000000000"},
+        {std::numeric_limits<double>::infinity(), L"null"},
+        {-std::numeric_limits<double>::infinity(), L"null"},
+        {std::numeric_limits<double>::quiet_NaN(), L"null"},
+    };
+    for (const auto& row : kRows) {
+        const Value node(row.number);
+        EXPECT_EQ(row.written, Written(&node)) << row.number;
+    }
+    const Value largest(-std::numeric_limits<double>::max());
+    EXPECT_EQ(310u, Written(&largest).size());
+}
+
+TEST(JsonText, EscapesByUnit) {
+    constexpr struct {
+        wchar_t unit;
+        const wchar_t *plain, *ascii;
+    } kRows[] = {
+        {0, L"\\u0000", L"\\u0000"},
+        {7, L"\\u0007", L"\\u0007"},
+        {8, L"\\b", L"\\b"},
+        {9, L"\\t", L"\\t"},
+        {10, L"\\n", L"\\n"},
+        {11, L"\\u000b", L"\\u000b"},
+        {12, L"\\f", L"\\f"},
+        {13, L"\\r", L"\\r"},
+        {31, L"\\u001f", L"\\u001f"},
+        {32, L" ", L" "},
+        {L'"', L"\\\"", L"\\\""},
+        {L'/', L"\\/", L"\\/"},
+        {L'\\', L"\\\\", L"\\\\"},
+        {L'\'', L"'", L"'"},
+        {126, L"~", L"~"},
+        {127, L"\x7f", L"\\u007f"},
+        {0xe9, L"\u00e9", L"\\u00e9"},
+        {0x2028, L"\u2028", L"\\u2028"},
+        {0xd83d, L"\xd83d", L"\\ud83d"},
+        {0xffff, L"\xffff", L"\\uffff"},
+    };
+    for (const auto& row : kRows) {
+        // Behind 0 to 8 plain units, so that the unit stands at each place of a block; and in a key too.
+        for (std::size_t before = 0; before <= 8; ++before) {
+            const wstring start(before, L'x');
+            Value node(JSON::Object);
+            ASSERT_TRUE(node.AddMember(start + row.unit,
+                                       std::make_unique<Value>(RWWString(start + row.unit + L"y"))));
+            const auto expected = [&](const wchar_t* unit) {
+                return L"{\"" + start + unit + L"\":\"" + start + unit + L"y\"}";
+            };
+            EXPECT_EQ(expected(row.plain), Written(&node)) << before;
+            EXPECT_EQ(expected(row.ascii), Written(&node, true)) << before;
+        }
+    }
+}
+
+TEST(JsonText, EveryUnitSurvivesARoundTripAloneAndAmongOthers) {
+    wstring all;
+    for (int unit = 0xFFFF; unit >= 0; --unit) all.push_back(static_cast<wchar_t>(unit));
+    Value document(JSON::Array);
+    ASSERT_TRUE(document.AddElement(std::make_unique<Value>(RWWString(all))));
+    for (const wchar_t unit : all) {
+        ASSERT_TRUE(document.AddElement(std::make_unique<Value>(RWWString(&unit, 1))));
+    }
+    for (const bool asciiOnly : {false, true}) {
+        const auto back = Parse(Written(&document, asciiOnly));
+        ASSERT_TRUE(back && back->ElementCount() == document.ElementCount());
+        for (std::size_t i = 0; i < back->ElementCount(); ++i) {
+            ASSERT_EQ(document.Element(i)->text(), back->Element(i)->text()) << i;
+        }
+    }
+    EXPECT_EQ(L"\xd83d\xde00"sv, Parse(L"\"\\uD83D\\uDE00\"")->text());
+    EXPECT_EQ(L"\xde00\0\xd83d"sv, Parse(L"\"\\ude00\\u0000\xd83d\"")->text());
+}
+
+TEST(JsonSerialize, PrettyBreaksLinesInContainersEvenInEmptyOnes) {
+    EXPECT_EQ(L"{\r\n\t\"x\": 1\r\n}", Rewritten(L"{\"x\":1}", false, true));
+    EXPECT_EQ(L"[\r\n\t{\r\n\t},\r\n\t{\r\n\t\t\"a\": [\r\n\t\t],\r\n\t\t\"b\": \"\\u00e9\"\r\n\t}\r\n]",
+              Rewritten(L"[{},{\"b\":\"\u00e9\",\"a\":[]}]", true, true));
+    EXPECT_EQ(L"7", Rewritten(L"7", false, true));
+    EXPECT_EQ(L"", Written(nullptr));
+}
+
+TEST(JsonSerialize, UnknownKindGoesToTheAssertionHandler) {
+    static wstring message;
+    const auto record = [](const wchar_t* text) { message = text; };
+    const auto standard = JSON::SetAssertionHandler(record);
+    Value document(JSON::Array);
+    document.AddElement(std::make_unique<Value>(static_cast<JSON::ValueKind>(6)));
+    EXPECT_EQ(L"[null]", Written(&document));
+    EXPECT_EQ(L"JSON, line 329:\nAssertion failure", message);
+    EXPECT_EQ(+record, JSON::SetAssertionHandler(nullptr));
+    EXPECT_EQ(standard, JSON::SetAssertionHandler(standard));
+}
+
+TEST(JsonValue, HoldsOnlyWhatItsKindSays) {
+    const Value text(L"a"), noText(static_cast<const wchar_t*>(nullptr)), number(1.5), flag(true);
+    EXPECT_EQ(L"a"sv, text.text());
+    EXPECT_EQ(JSON::String, noText.kind());
+    EXPECT_TRUE(noText.text().empty());
+    EXPECT_EQ(1.5, number.number());
+    EXPECT_TRUE(flag.flag());
+    EXPECT_TRUE(text.number() == 0 && !text.flag() && number.text().empty() && !number.flag());
+    EXPECT_TRUE(flag.number() == 0 && !text.Element(0) && !text.Member(L"a"));
+    for (const auto& [kind, written] : {std::pair(JSON::String, L"\"\""),
+                                        {JSON::Number, L"0"},
+                                        {JSON::Object, L"{}"},
+                                        {JSON::Array, L"[]"},
+                                        {JSON::Bool, L"false"},
+                                        {JSON::Null, L"null"}}) {
+        const Value empty(kind);
+        EXPECT_EQ(written, Written(&empty));
+    }
+}
+
+TEST(JsonValue, RefusedChildrenStayTheCallers) {
+    Value object(JSON::Object), array(JSON::Array), null(JSON::Null);
+    auto child = std::make_unique<Value>(1.0);
+    EXPECT_FALSE(object.AddElement(std::move(child)));
+    EXPECT_FALSE(array.AddMember(L"a", std::move(child)));
+    EXPECT_FALSE(null.AddElement(std::move(child)) || null.AddMember(L"a", std::move(child)));
+    EXPECT_FALSE(object.AddMember(L"a", nullptr) || array.AddElement(nullptr));
+    ASSERT_TRUE(child && object.AddMember(L"a", std::move(child)));
+    child = std::make_unique<Value>(2.0);
+    EXPECT_FALSE(object.AddMember(L"a", std::move(child)));
+    EXPECT_TRUE(child);
+    EXPECT_EQ(L"{\"a\":1}", Written(&object));
+}
+
+TEST(JsonValue, WalkVisitsMembersInKeyOrderEvenWhileOthersAreAdded) {
+    const auto document = Parse(L"{\"d\":4,\"b\":2,\"B\":1}");
+    RWWString key = L"kept";
+    EXPECT_EQ(1, document->FirstMember(key)->number());
+    EXPECT_EQ(2, document->NextMember(key)->number());
+    EXPECT_EQ(L"b", key.str());
+    ASSERT_TRUE(document->AddMember(L"a", std::make_unique<Value>(0.0)));  // behind the walk
+    ASSERT_TRUE(document->AddMember(L"c", std::make_unique<Value>(3.0)));  // before it
+    EXPECT_EQ(3, document->NextMember(key)->number());
+    EXPECT_EQ(4, document->NextMember(key)->number());
+    EXPECT_EQ(nullptr, document->NextMember(key));
+    EXPECT_EQ(L"d", key.str());
+    EXPECT_EQ(1, document->FirstMember(key)->number());
+    EXPECT_EQ(nullptr, Parse(L"{}")->FirstMember(key));
+    EXPECT_EQ(nullptr, Parse(L"[1]")->FirstMember(key));
+    EXPECT_EQ(L"B", key.str());
+}
+
+TEST(JsonValue, ManyMembersInAnyOrderAreFoundAndKeptSorted) {
+    Value object(JSON::Object);
+    for (int i = 0; i < 1000; ++i) {
+        const wstring key = std::to_wstring(1000 + i * 367 % 1000);
+        ASSERT_TRUE(object.AddMember(key, std::make_unique<Value>(RWWString(key))));
+    }
+    const auto parsed = Parse(Written(&object));
+    for (Value* tree : {&object, parsed.get()}) {
+        RWWString key;
+        int next = 1000;
+        for (Value* node = tree->FirstMember(key); node; node = tree->NextMember(key), ++next) {
+            ASSERT_EQ(std::to_wstring(next), key.str());
+            ASSERT_EQ(key.view(), node->text());
+            ASSERT_EQ(node, tree->Member(key));
+        }
+        EXPECT_EQ(2000, next);
+        EXPECT_EQ(nullptr, tree->Member(L"1000x"));
+        EXPECT_EQ(nullptr, tree->Member(L""));
+    }
+}
+
+TEST(JsonValue, ParsedAndHandMadeTreesCanBePutIntoOneAnother) {
+    auto parsed = Parse(L"{\"inner\":[1,{\"x\":{}}]}");
+    Value* const inner = parsed->Member(L"inner");
+    for (int i = 0; i < 100; ++i) ASSERT_TRUE(inner->AddElement(Parse(L"[\"text of another arena\"]")));
+    auto handMade = std::make_unique<Value>(JSON::Array);
+    ASSERT_TRUE(handMade->AddElement(Parse(L"{\"deep\":[]}")));
+    ASSERT_TRUE(handMade->Element(0)->Member(L"deep")->AddElement(std::make_unique<Value>(L"leaf")));
+    ASSERT_TRUE(inner->Element(1)->Member(L"x")->AddMember(L"y", std::move(handMade)));
+    EXPECT_EQ(102u, inner->ElementCount());
+    const wstring written = Written(parsed.get());
+    EXPECT_EQ(0u, written.find(
+                      L"{\"inner\":[1,{\"x\":{\"y\":[{\"deep\":[\"leaf\"]}]}},[\"text of another arena\"],"));
+    EXPECT_EQ(written, Rewritten(written));
+}
+
+TEST(JsonValue, CopiesShareNothingWithTheOriginal) {
+    const wstring document = L"{\"a\":[1,true,null,\"t\\u0000\"],\"b\":{\"c\":[],\"d\":{}},\"e\":-2.5}";
+    auto original = Parse(document);
+    RWWString key;
+    original->FirstMember(key);
+    const auto copy = original->Clone();
+    const auto part = original->Member(L"a")->Clone();
+    ASSERT_TRUE(copy->Member(L"b")->AddMember(L"n", Value(false).Clone()));
+    ASSERT_TRUE(original->Member(L"a")->AddElement(std::make_unique<Value>(L"new")));
+    EXPECT_EQ(1, copy->FirstMember(key)->Element(0)->number());  // a walk of its own
+    original.reset();
+    EXPECT_EQ(L"{\"a\":[1,true,null,\"t\\u0000\"],\"b\":{\"c\":[],\"d\":{},\"n\":false},\"e\":-2.5}",
+              Written(copy.get()));
+    EXPECT_EQ(L"[1,true,null,\"t\\u0000\"]", Written(part.get()));
+    Value parent(JSON::Object);
+    ASSERT_TRUE(parent.AddMember(L"x", part->Element(3)->Clone()));
+    EXPECT_EQ(L"{\"x\":\"t\\u0000\"}", Written(&parent));
+}
