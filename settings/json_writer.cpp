@@ -178,7 +178,8 @@ void Writer::Number(double number) {
     if (!std::isfinite(number)) return output_.Put("null");
     char digits[std::numeric_limits<double>::max_exponent10 + 16];
     if (IsSmallWhole(number)) {
-        return output_.Put(View(digits, std::to_chars(digits, std::end(digits), static_cast<int>(number)).ptr));
+        return output_.Put(
+            View(digits, std::to_chars(digits, std::end(digits), static_cast<int>(number)).ptr));
     }
     std::string_view text =
         View(digits, std::to_chars(digits, std::end(digits), number, std::chars_format::fixed, 5).ptr);
@@ -189,7 +190,8 @@ void Writer::Number(double number) {
 
 void Writer::Quoted(std::wstring_view text) {
     const auto isSpecial = [lastPlain = lastPlain_](auto unit) {
-        return (unit < 32) | (unit == u'"') | (unit == u'\\') | (unit == u'/') | (unit > lastPlain);
+        return (unit < 32) | (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{'/'}) |
+               (unit > lastPlain);
     };
     output_.Put(L'"');
     const wchar_t* next = text.data();
@@ -209,7 +211,8 @@ void Writer::Escaped(wchar_t unit) {
         return output_.Put(static_cast<wchar_t>(letter));
     }
     output_.Put("\\u");
-    for (int shift = 12; shift >= 0; shift -= 4) output_.Put(static_cast<wchar_t>(kHexDigits[unit >> shift & 0xF]));
+    for (int shift = 12; shift >= 0; shift -= 4)
+        output_.Put(static_cast<wchar_t>(kHexDigits[unit >> shift & 0xF]));
 }
 
 AssertionHandler SetAssertionHandler(AssertionHandler handler) noexcept {
