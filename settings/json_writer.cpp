@@ -178,8 +178,7 @@ void Writer::Number(double number) {
     if (!std::isfinite(number)) return output_.Put("null");
     char digits[std::numeric_limits<double>::max_exponent10 + 16];
     if (IsSmallWhole(number)) {
-        return output_.Put(
-            View(digits, std::to_chars(digits, std::end(digits), static_cast<int>(number)).ptr));
+        return output_.Put(View(digits, std::to_chars(digits, std::end(digits), static_cast<int>(number)).ptr));
     }
     std::string_view text =
         View(digits, std::to_chars(digits, std::end(digits), number, std::chars_format::fixed, 5).ptr);
@@ -190,7 +189,7 @@ void Writer::Number(double number) {
 
 void Writer::Quoted(std::wstring_view text) {
     const auto isSpecial = [lastPlain = lastPlain_](auto unit) {
-        return (unit < 32) | (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{'/'}) |
+        return (unit < Unit{' '}) | (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{'/'}) |
                (unit > lastPlain);
     };
     output_.Put(L'"');
@@ -211,8 +210,7 @@ void Writer::Escaped(wchar_t unit) {
         return output_.Put(static_cast<wchar_t>(letter));
     }
     output_.Put("\\u");
-    for (int shift = 12; shift >= 0; shift -= 4)
-        output_.Put(static_cast<wchar_t>(kHexDigits[unit >> shift & 0xF]));
+    for (int shift = 12; shift >= 0; shift -= 4) output_.Put(static_cast<wchar_t>(kHexDigits[unit >> shift & 0xF]));
 }
 
 AssertionHandler SetAssertionHandler(AssertionHandler handler) noexcept {

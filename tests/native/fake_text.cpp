@@ -206,6 +206,10 @@ constexpr CharacterClass kClasses[] = {
 
 }  // namespace
 
+UINT GetACP() {
+    return kAnsiCodePage;
+}
+
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* text, int length, wchar_t* out,
                         int capacity) {
     if (!AreValid(text, length, out, capacity)) return Fail(ERROR_INVALID_PARAMETER);
@@ -215,7 +219,7 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, const char* text, int length
         if (flags & ~DWORD{MB_ERR_INVALID_CHARS}) return Fail(ERROR_INVALID_FLAGS);
         if (!TakeCodes(source, flags != 0, [&](char32_t code) { AppendUtf16(code, result); }))
             return Fail(ERROR_NO_UNICODE_TRANSLATION);
-    } else if (codePage == CP_ACP || codePage == 1252) {
+    } else if (codePage == CP_ACP || codePage == kAnsiCodePage) {
         for (char byte : source) result += FromAnsi(byte);
     } else {
         return Fail(ERROR_INVALID_PARAMETER);
@@ -233,7 +237,7 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int len
         if (flags & ~DWORD{WC_ERR_INVALID_CHARS}) return Fail(ERROR_INVALID_FLAGS);
         if (!TakeCodes(source, flags != 0, [&](char32_t code) { AppendUtf8(code, result); }))
             return Fail(ERROR_NO_UNICODE_TRANSLATION);
-    } else if (codePage == CP_ACP || codePage == 1252) {
+    } else if (codePage == CP_ACP || codePage == kAnsiCodePage) {
         result = ToAnsi(source, !(flags & WC_NO_BEST_FIT_CHARS), defaultChar, usedDefault);
     } else {
         return Fail(ERROR_INVALID_PARAMETER);

@@ -81,6 +81,7 @@ BOOL TlsSetValue(DWORD index, void* value);
 #define MB_ERR_INVALID_CHARS 0x8
 #define WC_ERR_INVALID_CHARS 0x80
 #define WC_NO_BEST_FIT_CHARS 0x400
+UINT GetACP();
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* text, int length, wchar_t* out, int capacity);
 int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int length, char* out, int capacity,
                         const char* defaultChar, BOOL* usedDefault);
