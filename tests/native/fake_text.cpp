@@ -39,7 +39,8 @@ bool AreValid(const Unit* text, int length, const void* out, int capacity) {
 }
 
 // --- Code page 1252
-// -----------------------------------------------------------------------------------------
+
+constexpr UINT kAnsiCodePage = 1252;
 
 // Bytes 0x80 to 0x9f; all others are their own characters.
 constexpr wchar_t kUpperControls[] =
@@ -171,7 +172,6 @@ void AppendUtf16(char32_t code, std::wstring& out) {
 }
 
 // --- Letters
-// ------------------------------------------------------------------------------------------------
 
 locale_t UnicodeLocale() {
     static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
@@ -208,6 +208,10 @@ constexpr CharacterClass kClasses[] = {
 
 UINT GetACP() {
     return kAnsiCodePage;
+}
+
+BOOL IsDBCSLeadByte(BYTE) {
+    return FALSE;
 }
 
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* text, int length, wchar_t* out,

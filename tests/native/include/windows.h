@@ -32,9 +32,9 @@ using HKEY = struct HKEY__*;
 using HMODULE = struct HINSTANCE__*;
 using HINSTANCE = HMODULE;
 using HWND = struct HWND__*;
+struct SECURITY_ATTRIBUTES;
 
 // --- Errors
-// -------------------------------------------------------------------------------------------------
 
 #define ERROR_SUCCESS 0
 #define ERROR_FILE_NOT_FOUND 2
@@ -56,7 +56,6 @@ DWORD GetLastError();
 void SetLastError(DWORD error);
 
 // --- Threads
-// ------------------------------------------------------------------------------------------------
 
 struct CRITICAL_SECTION {
     pthread_mutex_t mutex;
@@ -72,8 +71,16 @@ BOOL TlsFree(DWORD index);
 void* TlsGetValue(DWORD index);
 BOOL TlsSetValue(DWORD index, void* value);
 
+#define INFINITE 0xffffffffu
+#define WAIT_OBJECT_0 0
+#define WAIT_TIMEOUT 258
+HANDLE CreateEventW(SECURITY_ATTRIBUTES* security, BOOL manualReset, BOOL initialState, const wchar_t* name);
+BOOL SetEvent(HANDLE event);
+BOOL ResetEvent(HANDLE event);
+DWORD WaitForSingleObject(HANDLE event, DWORD milliseconds);
+BOOL CloseHandle(HANDLE event);
+
 // --- Text
-// ---------------------------------------------------------------------------------------------------
 
 #define CP_ACP 0
 #define CP_UTF8 65001
@@ -82,6 +89,7 @@ BOOL TlsSetValue(DWORD index, void* value);
 #define WC_ERR_INVALID_CHARS 0x80
 #define WC_NO_BEST_FIT_CHARS 0x400
 UINT GetACP();
+BOOL IsDBCSLeadByte(BYTE byte);
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* text, int length, wchar_t* out, int capacity);
 int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int length, char* out, int capacity,
                         const char* defaultChar, BOOL* usedDefault);
@@ -112,7 +120,6 @@ int LCMapStringW(LCID locale, DWORD mapping, const wchar_t* text, int length, wc
 int CompareStringOrdinal(const wchar_t* a, int lengthOfA, const wchar_t* b, int lengthOfB, BOOL ignoreCase);
 
 // --- Registry
-// -----------------------------------------------------------------------------------------------
 
 #define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(std::uintptr_t{0x80000001}))
 #define HKEY_LOCAL_MACHINE (reinterpret_cast<HKEY>(std::uintptr_t{0x80000002}))
@@ -134,7 +141,6 @@ int CompareStringOrdinal(const wchar_t* a, int lengthOfA, const wchar_t* b, int 
 #define REG_CREATED_NEW_KEY 1
 #define REG_OPENED_EXISTING_KEY 2
 struct FILETIME;
-struct SECURITY_ATTRIBUTES;
 LSTATUS RegOpenKeyExW(HKEY key, const wchar_t* path, DWORD options, REGSAM access, HKEY* opened);
 LSTATUS RegCreateKeyExW(HKEY key, const wchar_t* path, DWORD reserved, wchar_t* keyClass, DWORD options,
                         REGSAM access, const SECURITY_ATTRIBUTES* security, HKEY* opened, DWORD* disposition);
@@ -155,7 +161,6 @@ LSTATUS RegQueryInfoKeyW(HKEY key, wchar_t* keyClass, DWORD* classLength, DWORD*
                          DWORD* longestValue, DWORD* descriptor, FILETIME* lastWrite);
 
 // --- Files, modules, system
-// ---------------------------------------------------------------------------------
 
 std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode);
 
