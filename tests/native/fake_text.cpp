@@ -97,7 +97,6 @@ std::string ToAnsi(std::wstring_view text, bool bestFit, const char* defaultChar
 }
 
 // --- UTF-8
-// --------------------------------------------------------------------------------------------------
 
 constexpr char32_t kReplacement = 0xfffd;
 constexpr char32_t kMalformed = 0xffffffff;
