@@ -11,14 +11,14 @@
 // file and closes it; moves, does not copy. Use one object from one thread at a time.
 class QL_API RWFile {
   public:
-    // Opens a file with a mode of the C library ("rb", "wb", "r+b" …; always binary). isValid tells whether
-    // that worked.
+    // Opens a file with a mode of the C library ("r", "w", "r+" …; binary whether or not it says so). isValid
+    // tells whether that worked.
     explicit RWFile(const wchar_t* path, const wchar_t* mode = L"r+b");
 
     bool isValid() const noexcept { return file_ != nullptr; }
 
     // Each moves all the bytes asked for and answers true, or answers false; what a failed read leaves in its
-    // out-parameter is not defined.
+    // out-parameter is not defined. Reads and writes may follow each other in any order.
     bool Read(void* bytes, std::size_t count);
     bool Read(std::uint32_t& value) { return Read(&value, sizeof value); }
     bool Read(double& value) { return Read(&value, sizeof value); }
@@ -30,8 +30,12 @@ class QL_API RWFile {
     bool SeekTo(long offset);  // bytes from the start
 
   private:
+    enum class Direction { None, Read, Write };
+    bool TurnTo(Direction direction);
+
     struct Closer {
         void operator()(std::FILE* file) const noexcept { std::fclose(file); }
     };
     std::unique_ptr<std::FILE, Closer> file_;
+    Direction last_ = Direction::None;
 };

@@ -1,26 +1,22 @@
 #include "rw/hash_dictionary.h"
 
-namespace {
-
-// A look-up changes nothing, but the map's key type is what it stores.
-RWCollectable* LookupKey(const RWCollectable* key) {
-    return const_cast<RWCollectable*>(key);
+RWHashDictionary::Map::const_iterator RWHashDictionary::Find(const RWCollectable* key) const {
+    // A look-up changes nothing, but the map's key type is what it stores.
+    return key ? map_.find(const_cast<RWCollectable*>(key)) : map_.end();
 }
 
-}  // namespace
-
 RWCollectable* RWHashDictionary::findValue(const RWCollectable* key) const {
-    const auto entry = map_.find(LookupKey(key));
+    const auto entry = Find(key);
     return entry == map_.end() ? nullptr : entry->second;
 }
 
 RWCollectable* RWHashDictionary::insertKeyAndValue(RWCollectable* key, RWCollectable* value) {
-    return map_.emplace(key, value).second ? key : nullptr;
+    return key && map_.emplace(key, value).second ? key : nullptr;
 }
 
 RWCollectable* RWHashDictionary::removeKeyAndValue(const RWCollectable* key, RWCollectable*& value) {
     value = nullptr;
-    const auto entry = map_.find(LookupKey(key));
+    const auto entry = Find(key);
     if (entry == map_.end()) return nullptr;
     RWCollectable* found = entry->first;
     value = entry->second;

@@ -7,8 +7,8 @@
 #include "rw/collectable.h"
 
 // Maps collectable keys to collectable values by the keys' own hash and isEqual, so that any key which hashes
-// alike and is equal finds an entry. Holds pointers and does not own what they point to, except through
-// clearAndDestroy.
+// alike and is equal finds an entry. A null key is in no dictionary. Holds pointers and does not own what
+// they point to, except through clearAndDestroy.
 class QL_API RWHashDictionary : public RWCollectable {
     struct KeyHash {
         std::size_t operator()(const RWCollectable* key) const { return key->hash(); }
@@ -24,7 +24,7 @@ class QL_API RWHashDictionary : public RWCollectable {
     std::size_t entries() const noexcept { return map_.size(); }
     RWCollectable* findValue(const RWCollectable* key) const;  // null when absent
 
-    // Answers the key, or null when an equal key is present already (which is then kept).
+    // Answers the key, or null when it is null or an equal one is present already (which is then kept).
     RWCollectable* insertKeyAndValue(RWCollectable* key, RWCollectable* value);
 
     // Takes the entry out and answers its key, the value in the out-parameter, both now the caller's; null
@@ -42,5 +42,7 @@ class QL_API RWHashDictionary : public RWCollectable {
     RWClassId isA() const override { return kRWHashDictionary; }
 
   private:
+    Map::const_iterator Find(const RWCollectable* key) const;
+
     Map map_;
 };

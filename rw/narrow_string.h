@@ -7,11 +7,12 @@
 #include <utility>
 
 // The narrow text of the interfaces: a counted string of bytes, in the ANSI code page unless a function says
-// otherwise; it may hold zero bytes. A value type on std::string, with the thread rules of RWWString.
+// otherwise; it may hold zero bytes. A null pointer is the empty text. A value type on std::string, with the
+// thread rules of RWWString.
 class RWCString {
   public:
     RWCString() noexcept = default;
-    RWCString(const char* text) : text_(text ? text : "") {}  // a null pointer is the empty text
+    RWCString(const char* text) : text_(text ? text : "") {}
     RWCString(const char* text, std::size_t count) : text_(text, count) {}
     RWCString(std::string text) noexcept : text_(std::move(text)) {}
     explicit RWCString(std::string_view text) : text_(text) {}
@@ -26,7 +27,7 @@ class RWCString {
 
     friend bool operator==(const RWCString& a, const RWCString& b) noexcept { return a.text_ == b.text_; }
     friend bool operator==(const RWCString& a, std::string_view b) noexcept { return a.text_ == b; }
-    friend bool operator==(const RWCString& a, const char* b) { return a.text_ == b; }
+    friend bool operator==(const RWCString& a, const char* b) { return a.text_ == (b ? b : ""); }
     friend std::strong_ordering operator<=>(const RWCString& a, const RWCString& b) noexcept {
         return a.text_ <=> b.text_;
     }

@@ -51,10 +51,13 @@ bool RWOrdered::isEqual(const RWCollectable* other) const {
 void RWOrdered::restoreGuts(RWvistream& stream) {
     std::uint32_t count = 0;
     stream >> count;
-    for (; count > 0 && stream.good(); --count) {
+    if (!stream.good()) return;
+    for (; count > 0; --count) {
         auto item = std::make_unique<RWCollectableString>();
         item->restoreGuts(stream);
-        if (stream.good()) append(item.release());
+        if (!stream.good()) return;
+        append(item.get());
+        item.release();
     }
 }
 

@@ -6,20 +6,20 @@
 #include <string_view>
 #include <utility>
 
-// The wide (UTF-16) text of every interface: a counted string that may hold zero units. A value type on
-// std::wstring; views of it live as long as the string is neither changed nor destroyed. One object may be
-// read by several threads, or written by one.
+// The wide (UTF-16) text of every interface: a counted string that may hold zero units. Wherever a pointer to
+// text is taken, null is the empty text. A value type on std::wstring; views of it live as long as the string
+// is neither changed nor destroyed. One object may be read by several threads, or written by one.
 class RWWString {
   public:
     static constexpr std::size_t npos = std::wstring::npos;
 
     RWWString() noexcept = default;
-    RWWString(const wchar_t* text) : text_(text ? text : L"") {}  // a null pointer is the empty text
+    RWWString(const wchar_t* text) : text_(ViewOf(text)) {}
     RWWString(const wchar_t* text, std::size_t count) : text_(text, count) {}
     RWWString(std::wstring text) noexcept : text_(std::move(text)) {}
     explicit RWWString(std::wstring_view text) : text_(text) {}
 
-    RWWString& operator=(const wchar_t* text) { return assign(text ? text : L""); }
+    RWWString& operator=(const wchar_t* text) { return assign(ViewOf(text)); }
     RWWString& assign(std::wstring_view text) {
         text_.assign(text);
         return *this;
@@ -41,6 +41,7 @@ class RWWString {
         text_.append(text);
         return *this;
     }
+    RWWString& append(const wchar_t* text) { return append(ViewOf(text)); }
     RWWString& append(wchar_t unit) {
         text_.push_back(unit);
         return *this;
@@ -49,7 +50,9 @@ class RWWString {
         text_.insert(0, text);
         return *this;
     }
+    RWWString& prepend(const wchar_t* text) { return prepend(ViewOf(text)); }
     RWWString& operator+=(std::wstring_view text) { return append(text); }
+    RWWString& operator+=(const wchar_t* text) { return append(text); }
     RWWString& operator+=(wchar_t unit) { return append(unit); }
     void resize(std::size_t length) { text_.resize(length); }  // new units are zero
     void clear() noexcept { text_.clear(); }
@@ -57,7 +60,7 @@ class RWWString {
     // Comparison is by code unit; text/letter_case.h compares ignoring case.
     friend bool operator==(const RWWString& a, const RWWString& b) noexcept { return a.text_ == b.text_; }
     friend bool operator==(const RWWString& a, std::wstring_view b) noexcept { return a.text_ == b; }
-    friend bool operator==(const RWWString& a, const wchar_t* b) { return a.text_ == b; }
+    friend bool operator==(const RWWString& a, const wchar_t* b) noexcept { return a.text_ == ViewOf(b); }
     friend std::strong_ordering operator<=>(const RWWString& a, const RWWString& b) noexcept {
         return a.text_ <=> b.text_;
     }
@@ -68,5 +71,9 @@ class RWWString {
     friend RWWString operator+(RWWString a, wchar_t b) { return std::move(a.append(b)); }
 
   private:
+    static std::wstring_view ViewOf(const wchar_t* text) noexcept {
+        return text ? std::wstring_view(text) : std::wstring_view();
+    }
+
     std::wstring text_;
 };

@@ -1,6 +1,40 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "rw/hash_dictionary.h"
 #include "rw/ordered.h"
+
+namespace {
+
+// Counts its living objects; those of the same number are equal.
+class Counted : public RWCollectable {
+  public:
+    explicit Counted(unsigned number) : number_(number) { ++living; }
+    Counted(const Counted& other) : RWCollectable(other), number_(other.number_) { ++living; }
+    ~Counted() override { --living; }
+    unsigned hash() const override { return number_ % 2; }
+    bool isEqual(const RWCollectable* other) const override {
+        const auto* counted = dynamic_cast<const Counted*>(other);
+        return counted && counted->number_ == number_;
+    }
+
+    static inline int living = 0;
+
+  private:
+    unsigned number_;
+};
+
+std::string Names(const RWOrdered& items) {
+    std::string names;
+    RWOrderedIterator next(items);
+    while (const RWCollectable* item = next()) names += static_cast<const RWCollectableString*>(item)->str();
+    return names;
+}
+
+}  // namespace
 
 TEST(Ordered, RefusesNullItemsAndIndexesPastTheEnd) {
     RWOrdered items;
@@ -9,4 +43,126 @@ TEST(Ordered, RefusesNullItemsAndIndexesPastTheEnd) {
     EXPECT_EQ(nullptr, items.insertAt(1, &text));
     EXPECT_EQ(nullptr, items.removeAt(0));
     EXPECT_EQ(0u, items.entries());
+}
+
+TEST(Ordered, KeepsTheOrderOfItsInsertions) {
+    RWCollectableString a("a");
+    RWCollectableString b("b");
+    RWCollectableString c("c");
+    RWCollectableString d("d");
+    RWOrdered items(1);
+    EXPECT_EQ(&b, items.append(&b));
+    EXPECT_EQ(&d, items.insertAt(1, &d));
+    EXPECT_EQ(&c, items.insertAt(1, &c));
+    EXPECT_EQ(&a, items.prepend(&a));
+    EXPECT_EQ("abcd", Names(items));
+    EXPECT_EQ(&b, items.removeAt(1));
+    EXPECT_EQ(&d, items.removeAt(2));
+    EXPECT_EQ("ac", Names(items));
+    EXPECT_EQ(&c, items[1]);
+    items.clear();
+    EXPECT_EQ(0u, items.entries());
+}
+
+TEST(Ordered, IteratorStaysAtTheEndUntilItIsReset) {
+    RWCollectableString a("a");
+    RWOrdered items;
+    items.append(&a);
+    RWOrderedIterator next(items);
+    EXPECT_EQ(&a, next());
+    EXPECT_EQ(nullptr, next());
+    EXPECT_EQ(nullptr, next());
+    next.reset();
+    EXPECT_EQ(&a, next());
+}
+
+TEST(Ordered, IsEqualWhenItsItemsAre) {
+    RWCollectableString a("a");
+    RWCollectableString alsoA("a");
+    RWCollectableWString wideA(L"a");
+    RWOrdered items;
+    RWOrdered others;
+    EXPECT_TRUE(items == others);
+    items.append(&a);
+    EXPECT_FALSE(items == others);
+    others.append(&alsoA);
+    EXPECT_TRUE(items.isEqual(&others));
+    others.removeAt(0);
+    others.append(&wideA);
+    EXPECT_FALSE(items == others);
+    EXPECT_FALSE(items.isEqual(&a));
+    EXPECT_FALSE(items.isEqual(nullptr));
+}
+
+TEST(Ordered, DestroysItsItemsOnlyWhenAsked) {
+    RWOrdered items;
+    for (unsigned i = 0; i < 3; ++i) items.append(new Counted(i));
+    const std::unique_ptr<RWCollectable> removed(items.removeAt(1));
+    const std::unique_ptr<RWCollectable> copy(items.copy());
+    EXPECT_EQ(3, Counted::living);
+    items.clearAndDestroy();
+    EXPECT_EQ(0u, items.entries());
+    EXPECT_EQ(1, Counted::living);
+    EXPECT_EQ(2u, static_cast<RWOrdered&>(*copy).entries());
+}
+
+TEST(HashDictionary, FindsByEqualityAmongKeysOfOneHash) {
+    std::vector<Counted> keys;
+    std::vector<Counted> values;
+    keys.reserve(100);
+    values.reserve(100);
+    RWHashDictionary dictionary;
+    for (unsigned i = 0; i < 100; ++i) {
+        keys.emplace_back(i);
+        values.emplace_back(i);
+        EXPECT_EQ(&keys[i], dictionary.insertKeyAndValue(&keys[i], &values[i]));
+    }
+    const Counted known(42);
+    const Counted unknown(100);
+    EXPECT_EQ(&values[42], dictionary.findValue(&known));
+    EXPECT_EQ(nullptr, dictionary.findValue(&unknown));
+
+    RWCollectable* value = &values[0];
+    EXPECT_EQ(&keys[42], dictionary.removeKeyAndValue(&known, value));
+    EXPECT_EQ(&values[42], value);
+    EXPECT_EQ(nullptr, dictionary.removeKeyAndValue(&known, value));
+    EXPECT_EQ(nullptr, value);
+    EXPECT_EQ(99u, dictionary.entries());
+}
+
+TEST(HashDictionary, KeepsTheFirstOfEqualKeys) {
+    RWCollectableWString key(L"key");
+    RWCollectableWString again(L"key");
+    RWCollectableWString first(L"first");
+    RWCollectableWString second(L"second");
+    RWHashDictionary dictionary;
+    EXPECT_EQ(&key, dictionary.insertKeyAndValue(&key, &first));
+    EXPECT_EQ(nullptr, dictionary.insertKeyAndValue(&again, &second));
+    EXPECT_EQ(&first, dictionary.findValue(&again));
+    EXPECT_EQ(1u, dictionary.entries());
+}
+
+TEST(HashDictionary, HoldsNoNullKeyButNullValues) {
+    RWCollectableString key("key");
+    RWCollectable* value = &key;
+    RWHashDictionary dictionary;
+    EXPECT_EQ(nullptr, dictionary.insertKeyAndValue(nullptr, &key));
+    EXPECT_EQ(&key, dictionary.insertKeyAndValue(&key, nullptr));
+    EXPECT_EQ(nullptr, dictionary.findValue(nullptr));
+    EXPECT_EQ(nullptr, dictionary.removeKeyAndValue(nullptr, value));
+    EXPECT_EQ(nullptr, value);
+    EXPECT_EQ(&key, dictionary.removeKeyAndValue(&key, value));
+}
+
+TEST(HashDictionary, DestroysKeysAndValuesOnlyWhenAsked) {
+    RWHashDictionary dictionary;
+    for (unsigned i = 0; i < 10; ++i) dictionary.insertKeyAndValue(new Counted(i), new Counted(i));
+    {
+        const std::unique_ptr<RWCollectable> copy(dictionary.copy());
+        EXPECT_EQ(10u, static_cast<RWHashDictionary&>(*copy).entries());
+    }
+    EXPECT_EQ(20, Counted::living);
+    dictionary.clearAndDestroy();
+    EXPECT_EQ(0, Counted::living);
+    EXPECT_EQ(dictionary.end(), dictionary.begin());
 }
