@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/win32.h"
+#include "rw/wide_string.h"
 #include "text/ansi_text.h"
 
 namespace {
@@ -48,8 +49,9 @@ void Run(benchmark::State& state, const std::wstring& text, RoundTrip roundTrip)
 
 template <std::wstring Text(std::size_t), std::size_t kBytes>
 void Ours(benchmark::State& state) {
-    Run(state, Text(kBytes),
-        [](const std::wstring& text) { return MakeRWTStringAnsiOnly(text.c_str()).length(); });
+    const RWWString source(Text(kBytes));
+    Run(state, source.str(),
+        [&](const std::wstring&) { return RWCStringToRWWString(RWTStringToRWCString(source)).length(); });
 }
 
 template <std::wstring Text(std::size_t), std::size_t kBytes>

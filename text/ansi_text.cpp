@@ -1,6 +1,7 @@
 #include "text/ansi_text.h"
 
 #include <string_view>
+#include <type_traits>
 
 #include "platform/win32.h"
 
@@ -18,33 +19,56 @@ const char* DefaultCharacter() {
     return ::GetACP() == CP_UTF8 ? nullptr : "?";
 }
 
+// Copies the blocks of plain ASCII that a text starts with, which every ANSI code page holds as it is, and
+// answers how many units that were. Most texts are nothing else, and the system takes far longer.
+template <class From, class To>
+std::size_t CopyAscii(std::basic_string_view<From> text, To* out) {
+    constexpr std::size_t kBlock = 16;
+    constexpr unsigned kFirstOther = 0x80;
+    std::size_t copied = 0;
+    for (; text.size() - copied >= kBlock; copied += kBlock) {
+        const From* const from = text.data() + copied;
+        unsigned every = 0;
+        for (std::size_t i = 0; i < kBlock; ++i) every |= static_cast<std::make_unsigned_t<From>>(from[i]);
+        if (every >= kFirstOther) break;
+        for (std::size_t i = 0; i < kBlock; ++i) out[copied + i] = static_cast<To>(from[i]);
+    }
+    return copied;
+}
+
 // The number of bytes: written, or needed when there is no room to write to; 0 when the system refuses.
-int Convert(std::wstring_view text, char* bytes, std::size_t room) {
-    return ::WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), bytes,
-                                 static_cast<int>(room), DefaultCharacter(), nullptr);
+std::size_t Convert(std::wstring_view text, char* bytes, std::size_t room) {
+    return static_cast<std::size_t>(
+        ::WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), bytes,
+                              static_cast<int>(room), DefaultCharacter(), nullptr));
 }
 
 // A byte a unit is enough, but for texts of many-byte code pages: only those are measured.
 std::string ToAnsi(std::wstring_view text) {
-    if (text.empty()) return {};
     std::string bytes(text.size(), '\0');
-    int written = Convert(text, bytes.data(), bytes.size());
+    const std::size_t ascii = CopyAscii(text, bytes.data());
+    text.remove_prefix(ascii);
+    if (text.empty()) return bytes;
+    std::size_t written = Convert(text, bytes.data() + ascii, text.size());
     if (written == 0 && ::GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
-        bytes.resize(static_cast<std::size_t>(Convert(text, nullptr, 0)));
-        written = Convert(text, bytes.data(), bytes.size());
+        const std::size_t needed = Convert(text, nullptr, 0);
+        bytes.resize(ascii + needed);
+        written = Convert(text, bytes.data() + ascii, needed);
     }
-    bytes.resize(static_cast<std::size_t>(written));
+    bytes.resize(written == 0 ? 0 : ascii + written);
     return bytes;
 }
 
 // A unit a byte is always enough.
 void AppendWide(std::string_view text, std::wstring& out) {
-    if (text.empty()) return;
     const std::size_t start = out.size();
-    const int room = static_cast<int>(text.size());
     out.resize(start + text.size());
-    const int written = ::MultiByteToWideChar(CP_ACP, 0, text.data(), room, out.data() + start, room);
-    out.resize(start + static_cast<std::size_t>(written));
+    const std::size_t ascii = CopyAscii(text, out.data() + start);
+    text.remove_prefix(ascii);
+    if (text.empty()) return;
+    const int room = static_cast<int>(text.size());
+    const int written = ::MultiByteToWideChar(CP_ACP, 0, text.data(), room, out.data() + start + ascii, room);
+    out.resize(written == 0 ? start : start + ascii + static_cast<std::size_t>(written));
 }
 
 std::wstring ToWide(std::string_view text) {
