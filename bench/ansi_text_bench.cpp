@@ -29,9 +29,9 @@ std::wstring Ascii(std::size_t bytes) {
     return std::wstring(bytes / sizeof(char16_t), L'x');
 }
 
-int Narrow(const std::wstring& wide, std::string& narrow) {
+int Narrow(const std::wstring& wide, std::string& narrow, const char* defaultCharacter = nullptr) {
     return ::WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), narrow.data(),
-                                 static_cast<int>(narrow.size()), "?", nullptr);
+                                 static_cast<int>(narrow.size()), defaultCharacter, nullptr);
 }
 
 int Widen(const std::string& narrow, std::wstring& wide) {
@@ -54,11 +54,11 @@ void Ours(benchmark::State& state) {
         [&](const std::wstring&) { return RWCStringToRWWString(RWTStringToRWCString(source)).length(); });
 }
 
-template <std::wstring Text(std::size_t), std::size_t kBytes>
+template <std::wstring Text(std::size_t), std::size_t kBytes, bool kNamesDefault = false>
 void BareCalls(benchmark::State& state) {
     Run(state, Text(kBytes), [](const std::wstring& text) {
         std::string narrow(text.size(), '\0');
-        Narrow(text, narrow);
+        Narrow(text, narrow, kNamesDefault ? "?" : nullptr);
         std::wstring wide(narrow.size(), L'\0');
         return static_cast<std::size_t>(Widen(narrow, wide));
     });
@@ -77,9 +77,11 @@ void ReusedBuffers(benchmark::State& state) {
 
 BENCHMARK(Ours<Prose, kSmall>)->Name("ansi 1 KB/ours");
 BENCHMARK(BareCalls<Prose, kSmall>)->Name("ansi 1 KB/bare calls");
+BENCHMARK(BareCalls<Prose, kSmall, true>)->Name("ansi 1 KB/bare calls, ?");
 BENCHMARK(ReusedBuffers<Prose, kSmall>)->Name("ansi 1 KB/reused buffers");
 BENCHMARK(Ours<Prose, kLarge>)->Name("ansi 1 MB/ours");
 BENCHMARK(BareCalls<Prose, kLarge>)->Name("ansi 1 MB/bare calls");
+BENCHMARK(BareCalls<Prose, kLarge, true>)->Name("ansi 1 MB/bare calls, ?");
 BENCHMARK(ReusedBuffers<Prose, kLarge>)->Name("ansi 1 MB/reused buffers");
 BENCHMARK(Ours<Ascii, kSmall>)->Name("ansi ascii 1 KB/ours");
 BENCHMARK(BareCalls<Ascii, kSmall>)->Name("ansi ascii 1 KB/bare calls");

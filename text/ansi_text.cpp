@@ -1,7 +1,6 @@
 #include "text/ansi_text.h"
 
 #include <string_view>
-#include <type_traits>
 
 #include "platform/win32.h"
 
@@ -14,26 +13,12 @@ std::wstring_view ViewOf(const wchar_t* text) {
     return text ? text : std::wstring_view();
 }
 
-// UTF-8 as the ANSI code page holds every character, and the system refuses a default character with it.
+// Null where the code page's own default character is "?", which is nearly everywhere: with a character of
+// the caller's the system converts several times slower, and for UTF-8 not at all.
 const char* DefaultCharacter() {
-    return ::GetACP() == CP_UTF8 ? nullptr : "?";
-}
-
-// Copies the blocks of plain ASCII that a text starts with, which every ANSI code page holds as it is, and
-// answers how many units that were. Most texts are nothing else, and the system takes far longer.
-template <class From, class To>
-std::size_t CopyAscii(std::basic_string_view<From> text, To* out) {
-    constexpr std::size_t kBlock = 16;
-    constexpr unsigned kFirstOther = 0x80;
-    std::size_t copied = 0;
-    for (; text.size() - copied >= kBlock; copied += kBlock) {
-        const From* const from = text.data() + copied;
-        unsigned every = 0;
-        for (std::size_t i = 0; i < kBlock; ++i) every |= static_cast<std::make_unsigned_t<From>>(from[i]);
-        if (every >= kFirstOther) break;
-        for (std::size_t i = 0; i < kBlock; ++i) out[copied + i] = static_cast<To>(from[i]);
-    }
-    return copied;
+    CPINFO info = {};
+    const bool isOwn = ::GetCPInfo(CP_ACP, &info) && info.DefaultChar[0] == '?' && info.DefaultChar[1] == 0;
+    return isOwn ? nullptr : "?";
 }
 
 // The number of bytes: written, or needed when there is no room to write to; 0 when the system refuses.
@@ -45,36 +30,44 @@ std::size_t Convert(std::wstring_view text, char* bytes, std::size_t room) {
 
 // A byte a unit is enough, but for texts of many-byte code pages: only those are measured.
 std::string ToAnsi(std::wstring_view text) {
+    if (text.empty()) return {};
     std::string bytes(text.size(), '\0');
-    const std::size_t ascii = CopyAscii(text, bytes.data());
-    text.remove_prefix(ascii);
-    if (text.empty()) return bytes;
-    std::size_t written = Convert(text, bytes.data() + ascii, text.size());
+    std::size_t written = Convert(text, bytes.data(), bytes.size());
     if (written == 0 && ::GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
-        const std::size_t needed = Convert(text, nullptr, 0);
-        bytes.resize(ascii + needed);
-        written = Convert(text, bytes.data() + ascii, needed);
+        bytes.resize(Convert(text, nullptr, 0));
+        written = Convert(text, bytes.data(), bytes.size());
     }
-    bytes.resize(written == 0 ? 0 : ascii + written);
+    bytes.resize(written);
     return bytes;
 }
 
 // A unit a byte is always enough.
 void AppendWide(std::string_view text, std::wstring& out) {
-    const std::size_t start = out.size();
-    out.resize(start + text.size());
-    const std::size_t ascii = CopyAscii(text, out.data() + start);
-    text.remove_prefix(ascii);
     if (text.empty()) return;
+    const std::size_t start = out.size();
     const int room = static_cast<int>(text.size());
-    const int written = ::MultiByteToWideChar(CP_ACP, 0, text.data(), room, out.data() + start + ascii, room);
-    out.resize(written == 0 ? start : start + ascii + static_cast<std::size_t>(written));
+    out.resize(start + text.size());
+    const int written = ::MultiByteToWideChar(CP_ACP, 0, text.data(), room, out.data() + start, room);
+    out.resize(start + static_cast<std::size_t>(written));
 }
 
 std::wstring ToWide(std::string_view text) {
     std::wstring wide;
     AppendWide(text, wide);
     return wide;
+}
+
+// Zeros are rare: a block without any is passed over in a few steps, which a search byte by byte is not.
+std::size_t FindZero(std::string_view text) {
+    constexpr std::size_t kBlock = 64;
+    std::size_t at = 0;
+    for (; text.size() - at >= kBlock; at += kBlock) {
+        unsigned char found = 0;
+        for (std::size_t i = at; i < at + kBlock; ++i)
+            found = static_cast<unsigned char>(found | (text[i] == '\0'));
+        if (found) break;
+    }
+    return text.find('\0', at);
 }
 
 std::wstring Utf16Of(unsigned long character) {
@@ -105,7 +98,7 @@ RWWString RWCStringToRWWString(const RWCString& text) {
     std::wstring wide;
     wide.reserve(text.length());
     for (std::string_view rest = text;;) {
-        const std::size_t zero = rest.find('\0');
+        const std::size_t zero = FindZero(rest);
         AppendWide(rest.substr(0, zero), wide);
         if (zero == std::string_view::npos) return wide;
         wide.push_back(L'\0');
