@@ -33,7 +33,7 @@ constexpr wchar_t HexUnit(unsigned value) {
 }
 
 void AppendEscaped(std::wstring& out, wchar_t unit) {
-    const auto code = static_cast<unsigned>(unit);
+    const unsigned code = static_cast<char16_t>(unit);
     out += kEscape;
     if (unit == kEscape) {
         out += kEscape;

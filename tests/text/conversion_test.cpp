@@ -40,11 +40,15 @@ TEST(AnsiText, ReplacesWhatTheCodePageLacks) {
 }
 
 TEST(AnsiText, CountedConversionsKeepZeros) {
-    for (const std::wstring& wide : {L"\0"s, L"a\0b"s, L"\0\0a"s, L"a\0\0"s, L""s}) {
-        const std::string narrow(wide.begin(), wide.end());
-        EXPECT_EQ(narrow, RWTStringToRWCString(wide).str());
-        EXPECT_EQ(wide, RWCStringToRWWString(narrow).str());
+    std::wstring text(200, L'x');
+    for (const std::size_t zero : {0u, 1u, 62u, 63u, 64u, 65u, 128u, 199u}) {
+        text[zero] = L'\0';  // one more each time
+        const std::string narrow(text.begin(), text.end());
+        EXPECT_EQ(narrow, RWTStringToRWCString(text).str());
+        EXPECT_EQ(text, RWCStringToRWWString(narrow).str());
     }
+    EXPECT_TRUE(RWTStringToRWCString(RWWString()).isNull());
+    EXPECT_TRUE(RWCStringToRWWString(RWCString()).isNull());
 }
 
 TEST(AnsiText, SingleByteOfWhatIsNoCharacterIsAnUnderscore) {
