@@ -155,9 +155,7 @@ QLFileName& QLFileName::operator=(const QLFileName& other) {
 }
 
 void QLFileName::Reset() {
-    text_.clear();
-    ends_ = {};
-    hasExtension_ = isRemote_ = false;
+    ClearParts();
     rootSeparator_ = dirSeparator_ = 0;
 }
 
@@ -169,10 +167,14 @@ void QLFileName::SetPathAndFileName(const wchar_t* text) {
     Parse(TextOf(text));
 }
 
-void QLFileName::Parse(std::wstring_view text) {
+void QLFileName::ClearParts() noexcept {
     text_.clear();
     ends_ = {};
     hasExtension_ = isRemote_ = false;
+}
+
+void QLFileName::Parse(std::wstring_view text) {
+    ClearParts();
     text = Stripped(WithoutQuotes(Stripped(text)));
     if (text.empty()) return;
 

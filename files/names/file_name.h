@@ -144,6 +144,7 @@ class QL_API QLFileName {
         return std::wstring_view(text_).substr(Begin(part), ends_[part] - Begin(part));
     }
     void SetPart(PartIndex part, std::wstring_view value);
+    void ClearParts() noexcept;  // and the flags, but not the separators
     void ChangeCase(PartIndex part, void (*change)(std::wstring&) noexcept);
 
     void Parse(std::wstring_view text);

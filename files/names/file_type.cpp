@@ -14,7 +14,7 @@ enum Trait : unsigned {
     kTemplate = 1,
     kDocument = 2,
     kQuillet = 4,
-    kReadOnly = 8,  // the extension is recognised but is no default
+    kNoDefault = 8,  // the extension is recognised but is no default
 };
 
 struct KindRow {
@@ -55,9 +55,9 @@ constexpr KindRow kKinds[] = {
     {FT_PDF_FILE, kDocument, FT_NONE, L"PDF File", L".pdf"},
     {FT_ENVOY_FILE, kDocument, FT_NONE, L"Envoy File", L".evy"},
     {FT_PUBLISH_SETTINGS, kQuillet, FT_NONE, L"Publish Settings File", L".qlp"},
-    {FT_HTML_FILE, kDocument | kReadOnly, FT_NONE, L"", L".html"},
-    {FT_HTML_FILE, kDocument | kReadOnly, FT_NONE, L"", L".htm"},
-    {FT_CATALOG_FILE, kReadOnly, FT_NONE, L"", L".qcat"},
+    {FT_HTML_FILE, kDocument | kNoDefault, FT_NONE, L"", L".html"},
+    {FT_HTML_FILE, kDocument | kNoDefault, FT_NONE, L"", L".htm"},
+    {FT_CATALOG_FILE, kNoDefault, FT_NONE, L"", L".qcat"},
     {FT_PUBLISHER_ANSWER_MAPPING, kQuillet, FT_NONE, L"Publisher Answer Mapping File", L".qlpmx"},
     {FT_USER_ANSWER_MAPPING, kQuillet, FT_NONE, L"User Answer Mapping File", L".qlumx"},
     {FT_DOCX_DOCUMENT, kDocument, FT_NONE, L"Microsoft Word Document", L".docx"},
@@ -72,7 +72,7 @@ constexpr KindRow kKinds[] = {
     {FT_DLL_FILE, kPlain, FT_NONE, L"", L".dll"},
 };
 
-constexpr KindRow kNoKind = {FT_NONE, kReadOnly, FT_NONE, L"", L""};
+constexpr KindRow kNoKind = {FT_NONE, kNoDefault, FT_NONE, L"", L""};
 
 const KindRow& RowOf(FileType type) noexcept {
     const auto row = std::ranges::find(kKinds, type, &KindRow::type);
@@ -101,7 +101,7 @@ const wchar_t* GetFileName(FileType type) noexcept {
 
 const wchar_t* GetFileExt(FileType type) noexcept {
     const KindRow& row = RowOf(type);
-    return row.traits & kReadOnly ? L"" : row.extension;
+    return row.traits & kNoDefault ? L"" : row.extension;
 }
 
 FileType GetFileType(const QLFileName& name) {
