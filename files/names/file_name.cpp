@@ -32,9 +32,14 @@ constexpr FormRow kForms[] = {
 
 Form FormOf(Text scheme) noexcept {
     for (const FormRow& row : kForms) {
-        if (ql::EqualIgnoringCase(scheme, row.scheme)) return row.form;
+        if (scheme.size() == row.scheme.size() && ql::EqualIgnoringCase(scheme, row.scheme)) return row.form;
     }
     return Form::Url;
+}
+
+// The length of the text when there is none.
+std::size_t First(Text text, wchar_t unit) {
+    return static_cast<std::size_t>(std::ranges::find(text, unit) - text.begin());
 }
 
 Text TextOf(const wchar_t* text) {
@@ -88,7 +93,7 @@ Text WithoutQuotes(Text text) {
 
 // The text itself, or its expansion, which then lives in the buffer.
 Text Expanded(Text text, RWWString& buffer) {
-    if (text.find(L'%') == kNone) return text;
+    if (First(text, L'%') == text.size()) return text;
     buffer.assign(text);
     QLFileName::SubstPathPlaceholders(buffer);
     return buffer;
@@ -205,8 +210,8 @@ void QLFileName::ParsePath(std::wstring_view text) {
     RWWString buffer;
     text = Expanded(text, buffer);
     if (StartsWithTwoSeparators(text)) return ParseUnc(text);
-    const std::size_t colon = text.find(L':');
-    if (colon != kNone && colon >= 2) return ParseUrl(text, colon);
+    const std::size_t colon = First(text, L':');
+    if (colon < text.size() && colon >= 2) return ParseUrl(text, colon);
     ParseLocal(text);
 }
 
@@ -263,16 +268,16 @@ void QLFileName::SetFileName(const wchar_t* text) {
 
 void QLFileName::ParseFileName(std::wstring_view text) {
     std::size_t dot = text.rfind(L'.');
-    const std::size_t tail = TailBegin(text, dot);
-    if (tail < text.size()) SetPart(kTail, text.substr(tail));
+    const Text tail = text.substr(TailBegin(text, dot));
 
     RWWString buffer;
-    text = Expanded(text.substr(0, tail), buffer);
+    text = Expanded(text.substr(0, text.size() - tail.size()), buffer);
     if (dot != kNone) dot = text.rfind(L'.');  // the expansion may have moved it
-    hasExtension_ = dot != kNone;
-    SetPart(kExtension, {});
-    if (hasExtension_) StoreExtension(text.substr(dot));
     SetPart(kName, text.substr(0, dot));
+    SetPart(kExtension, {});
+    hasExtension_ = false;
+    if (dot != kNone) StoreExtension(text.substr(dot));
+    if (!tail.empty()) SetPart(kTail, tail);
 }
 
 void QLFileName::SetExtension(const wchar_t* ext) {
@@ -407,7 +412,11 @@ void QLFileName::ChangeCase(PartIndex part, void (*change)(std::wstring&) noexce
 void QLFileName::SetPart(PartIndex part, std::wstring_view value) {
     const std::size_t begin = Begin(part);
     const std::size_t oldSize = ends_[part] - begin;
-    text_.replace(begin, oldSize, value);
+    if (begin == text_.size()) {
+        text_.append(value);  // parsing stores the parts in their order: the quick way
+    } else {
+        text_.replace(begin, oldSize, value);
+    }
     for (std::size_t i = part; i < kPartCount; ++i) ends_[i] += value.size() - oldSize;
 }
 
