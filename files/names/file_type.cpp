@@ -21,8 +21,8 @@ struct KindRow {
     FileType type;
     unsigned traits;
     FileType assembledTo;
-    const wchar_t* name;
-    const wchar_t* extension;
+    std::wstring_view name;  // of a literal, hence null-ended; so is the extension
+    std::wstring_view extension;
 };
 
 // In the order in which extensions are looked up: of rows with one extension the first wins.
@@ -82,7 +82,8 @@ const KindRow& RowOf(FileType type) noexcept {
 // The first row of this extension that has all of the traits.
 const KindRow& RowOf(std::wstring_view extension, unsigned traits) noexcept {
     const auto row = std::ranges::find_if(kKinds, [=](const KindRow& kind) {
-        return (kind.traits & traits) == traits && ql::EqualIgnoringCase(kind.extension, extension);
+        return (kind.traits & traits) == traits && kind.extension.size() == extension.size() &&
+               ql::EqualIgnoringCase(kind.extension, extension);
     });
     return row != std::end(kKinds) ? *row : kNoKind;
 }
@@ -96,12 +97,12 @@ const KindRow& RowOf(const QLFileName& name, unsigned traits) {
 }  // namespace
 
 const wchar_t* GetFileName(FileType type) noexcept {
-    return RowOf(type).name;
+    return RowOf(type).name.data();
 }
 
 const wchar_t* GetFileExt(FileType type) noexcept {
     const KindRow& row = RowOf(type);
-    return row.traits & kNoDefault ? L"" : row.extension;
+    return row.traits & kNoDefault ? L"" : row.extension.data();
 }
 
 FileType GetFileType(const QLFileName& name) {
