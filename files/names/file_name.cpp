@@ -368,7 +368,7 @@ int QLFileName::GetExtension(RWWString& out) const {
 }
 
 RWWString QLFileName::GetCmdLine() const {
-    const RWWString text = GetPathAndFileName();
+    RWWString text = GetPathAndFileName();
     if (text.view().find(L" /") == kNone) return text;
     return RWWString(L"\"") + text + L"\"";
 }

@@ -25,8 +25,8 @@ bool IsWebName(const QLFileName& name) {
     return name.GetScheme() == QLFileName::HTTP || name.GetScheme() == QLFileName::HTTPS;
 }
 
-// Names whose text says all: local ones without tail, and web names. What the environment brings in is taken apart
-// anew; quotes, the tails of other names and the blanks before those go at the next parsing.
+// Names whose text says all: local ones without tail, and web names. What the environment brings in is taken
+// apart anew; quotes, the tails of other names and the blanks before those go at the next parsing.
 bool IsOrdinary(const QLFileName& name, const std::wstring& text, const std::wstring& composed) {
     if (text.find(L'%') != std::wstring::npos || composed.find(L'"') != std::wstring::npos) return false;
     return IsWebName(name) || (!name.IsRemote() && name.GetTail().isNull());

@@ -125,8 +125,10 @@ TEST(FileName, IsNullWhenNothingIsLeftOfTheText) {
 
 TEST(FileName, KeepsFieldsOnCopyButTextOnlyOnAssignment) {
     const QLFileName ftp(L"ftp://srv/f?x");
-    const QLFileName copy(ftp);
-    EXPECT_EQ(Parts(ftp), Parts(copy));
+    QLFileName copy(ftp);
+    EXPECT_EQ(L"ftp|srv/||f|-|?x|/0R", Parts(copy));
+    copy.SetFileName(L"g");
+    EXPECT_EQ(L"ftp|srv/||f|-|?x|/0R", Parts(ftp));
     QLFileName assigned;
     assigned = ftp;
     EXPECT_EQ(L"ftp|srv/||f|-||/0R", Parts(assigned));
