@@ -46,8 +46,8 @@ constexpr Row kRows[] = {
      L"\\Quillet Author\\Spelling\\Personal Dictionary.tlx"},
     {LibraryDirectory, L"LibraryDirectory", PreferenceOrDefault, QLIS_DIRECTORIES, QLIE_LIBRARY_DIR,
      PersonalDocumentsDirectory, L"\\Quillet Author"},
-    {TemplateSetDirectory, L"TemplateSetDirectory", PreferenceOrDefault, QLIS_DIRECTORIES, QLIE_TEMPLATE_SET_DIR,
-     PublicDocumentsDirectory, L"\\Quillet Author\\Templates"},
+    {TemplateSetDirectory, L"TemplateSetDirectory", PreferenceOrDefault, QLIS_DIRECTORIES,
+     QLIE_TEMPLATE_SET_DIR, PublicDocumentsDirectory, L"\\Quillet Author\\Templates"},
     {FormDocumentDirectory, L"FormDocumentDirectory", PreferenceOrDefault, QLIS_DIRECTORIES,
      QLIE_FORM_DOCUMENT_DIR, PersonalDocumentsDirectory},
     {AnswerDirectory, L"AnswerDirectory", PreferenceOrDefault, QLIS_DIRECTORIES, QLIE_ANSWER_DIR,
@@ -61,7 +61,7 @@ constexpr Row kRows[] = {
     {PublicDocumentsDirectory, L"PublicDocumentsDirectory", PublicDocuments},
     {CatalogDirectory, L"CatalogDirectory", PreferenceOrDefault, QLIS_DIRECTORIES, QLIE_CATALOG_FILES_DIR,
      PublicDocumentsDirectory, L"\\Quillet Author\\Catalog Files"},
-    {ProgramFilesPreference, L"ProgramFilesPreference", PreferenceOnce, QLIS_DIRECTORIES, QLIE_EXEC_PATH},
+    {ProgramFilesPreference, L"ProgramFilesPreference", PreferenceOnce, QLIS_DIRECTORIES, L"Program Files"},
 };
 
 constexpr std::size_t kKinds = std::size(kRows);

@@ -28,8 +28,8 @@ enum QuilletDirectories : int {
 // Where each kind of file lives. Folders are answered as texts; whether they exist is not looked at. A kind
 // beyond the enumeration has no folder: the empty text, and nothing is remembered for it.
 //
-// Kinds 0, 2 and 14 are found out once and stay for the life of the process, 14 even when it is empty. A folder
-// that the shell does not know is empty, and the defaults built on it begin with a backslash.
+// Kinds 0, 2 and 14 are found out once and stay for the life of the process, 14 even when it is empty. A
+// folder that the shell does not know is empty, and the defaults built on it begin with a backslash.
 //
 // Safe on any thread, but for the recent and library directories, which are the user-interface thread's.
 class QL_API CQlDir {
@@ -39,19 +39,21 @@ class QL_API CQlDir {
     // The enumeration's name of a kind ("TemplateDirectory"); null beyond it.
     static const wchar_t* GetName(QuilletDirectories kind) noexcept;
 
-    // The directory last used while the program runs; GetDirectory's until one was set. For LibraryDirectory the
-    // library directory below, which outlives the program.
+    // The directory last used while the program runs; GetDirectory's until one was set. For LibraryDirectory
+    // the library directory below, which outlives the program.
     static RWWString GetRecentDirectory(QuilletDirectories kind);
     static void SetRecentDirectory(QuilletDirectories kind, const RWWString& directory);
 
-    // The preference "Library Folder" of the section "Recent"; when it is empty, GetDirectory(LibraryDirectory).
+    // The preference "Library Folder" of the section "Recent"; when it is empty,
+    // GetDirectory(LibraryDirectory).
     static RWWString GetLibraryDirectory();
     static void SetLibraryDirectory(const RWWString& directory);
 
-    // Between a path below a documents folder and its short form for display, which begins with "Documents\" or
-    // "Public Documents\" ("My Documents\", "Shared Documents\" before Windows 6). Case does not matter. Other
-    // paths stay as they are. Kept on purpose: only the leading text is compared, so "DocumentsOld\x" counts as
-    // a display path, and a sibling of the documents folder whose name is longer as a path below it.
+    // Between a path below a documents folder and its short form for display, which begins with "Documents\"
+    // or "Public Documents\" ("My Documents\", "Shared Documents\" before Windows 6). Case does not matter.
+    // Other paths stay as they are. Kept on purpose: only the leading text is compared, so "DocumentsOld\x"
+    // counts as a display path, and a sibling of the documents folder whose name is longer as a path below
+    // it.
     //   "documents\letters" -> the personal documents folder + "\letters", and back "Documents\letters"
     static RWWString ConvertSpecialDisplayPathToPath(const RWWString& path);
     static RWWString ConvertPathToSpecialDisplayPath(const RWWString& path);

@@ -35,14 +35,16 @@ RWWString GetQLRegString(const wchar_t* section, const wchar_t* entry, const wch
 
 int GetQLRegInt(const wchar_t* section, const wchar_t* entry, int defaultValue) {
     int value = defaultValue;
-    if (CQlsSettings::GetThreadRegIntSetting(section, entry, &value, defaultValue) || HasStores()) return value;
+    if (CQlsSettings::GetThreadRegIntSetting(section, entry, &value, defaultValue) || HasStores())
+        return value;
     unsigned int content = 0;
     return GetRegIntVal(section, entry, &content) ? static_cast<int>(content) : defaultValue;
 }
 
 bool GetQLRegBool(const wchar_t* section, const wchar_t* entry, bool defaultValue) {
     bool value = defaultValue;
-    if (CQlsSettings::GetThreadRegBoolSetting(section, entry, &value, defaultValue) || HasStores()) return value;
+    if (CQlsSettings::GetThreadRegBoolSetting(section, entry, &value, defaultValue) || HasStores())
+        return value;
     GetRegBoolVal(section, entry, &value);
     return value;
 }

@@ -19,8 +19,8 @@ namespace {
 
 constexpr wchar_t kBase[] = L"SOFTWARE\\Quillet\\Author\\";
 constexpr wchar_t kOldBase[] = L"SOFTWARE\\Brellwick\\Quillet 6\\";
-constexpr std::size_t kTextUnits = 512;              // with the zero at the end
-constexpr std::size_t kValueNameUnits = 16384;       // the registry's own limits, with the zero
+constexpr std::size_t kTextUnits = 512;         // with the zero at the end
+constexpr std::size_t kValueNameUnits = 16384;  // the registry's own limits, with the zero
 constexpr std::size_t kSubkeyNameUnits = 256;
 
 std::wstring KeyPath(const wchar_t* base, const wchar_t* section) {
@@ -67,13 +67,15 @@ bool ReadInteger(HKEY root, const std::wstring& path, const wchar_t* entry, unsi
     if (!key) return false;
     BYTE content[4] = {};
     DWORD bytes = sizeof content;
-    if (::RegQueryValueExW(key.get(), entry, nullptr, nullptr, content, &bytes) != ERROR_SUCCESS) return false;
+    if (::RegQueryValueExW(key.get(), entry, nullptr, nullptr, content, &bytes) != ERROR_SUCCESS)
+        return false;
     *value = content[0] | content[1] << 8 | content[2] << 16 | static_cast<unsigned>(content[3]) << 24;
     return true;
 }
 
 bool ReadTextUserFirst(const std::wstring& path, const wchar_t* entry, RWWString* value) {
-    return ReadText(HKEY_CURRENT_USER, path, entry, value) || ReadText(HKEY_LOCAL_MACHINE, path, entry, value);
+    return ReadText(HKEY_CURRENT_USER, path, entry, value) ||
+           ReadText(HKEY_LOCAL_MACHINE, path, entry, value);
 }
 
 // The class that a new key is given is the name of the first value's type: kept from earlier versions.
@@ -81,8 +83,8 @@ ql::UniqueRegKey CreateKey(const wchar_t* section, const wchar_t* keyClass) {
     const std::wstring path = KeyPath(kBase, section);
     auto* classText = const_cast<wchar_t*>(keyClass);  // only read, whatever the declaration says
     ql::UniqueRegKey key;
-    if (::RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, classText, 0, KEY_ALL_ACCESS, nullptr, key.put(),
-                          nullptr) != ERROR_SUCCESS) {
+    if (::RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, classText, 0, KEY_ALL_ACCESS, nullptr,
+                          key.put(), nullptr) != ERROR_SUCCESS) {
         return {};
     }
     return key;

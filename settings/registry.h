@@ -23,7 +23,8 @@ using HKEY = HKEY__*;
 extern QL_API const wchar_t g_trueStr[];
 extern QL_API const wchar_t g_falseStr[];
 
-// Each answers whether a value was found, and leaves the out-parameter alone when none was. Current user first.
+// Each answers whether a value was found, and leaves the out-parameter alone when none was. Current user
+// first.
 QL_API bool GetRegStringVal(const wchar_t* section, const wchar_t* entry, RWWString* value);
 
 // Kept on purpose: the type is not looked at. Any value of at most four bytes is taken as a little-endian
@@ -33,9 +34,9 @@ QL_API bool GetRegIntVal(const wchar_t* section, const wchar_t* entry, unsigned 
 // A text that is found but is no boolean gives false.
 QL_API bool GetRegBoolVal(const wchar_t* section, const wchar_t* entry, bool* value);
 
-// Red + 256 green + 65536 blue from "red,green,blue", each part read as a leading decimal number (0 when there
-// is none) of which the low 8 bits count: "255,128,0" -> 33023, "300,0,0" -> 44. The default when a comma is
-// missing or the first one stands at the front.
+// Red + 256 green + 65536 blue from "red,green,blue", each part read as a leading decimal number (0 when
+// there is none) of which the low 8 bits count: "255,128,0" -> 33023, "300,0,0" -> 44. The default when a
+// comma is missing or the first one stands at the front.
 QL_API unsigned long QLRegStringToColor(const RWWString& text, unsigned long defaultColor);
 
 // The text of one root only: the local machine's or the current user's. Empty when absent.
@@ -48,11 +49,10 @@ QL_API RWWString GetQLProfileDirEx(const wchar_t* section, const wchar_t* entry,
 // user first. Empty, or the default, when it is absent or empty.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the exported name is settled.
 QL_API RWWString _GetOldQLProfileString(const wchar_t* section, const wchar_t* entry);
-QL_API RWWString GetOldQLRegString(const wchar_t* section, const wchar_t* entry,
-                                   const wchar_t* defaultText);
+QL_API RWWString GetOldQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText);
 
-// The names of a section's values, collected at construction, in the registry's order. Use one object from one
-// thread at a time.
+// The names of a section's values, collected at construction, in the registry's order. Use one object from
+// one thread at a time.
 class QL_API EnumQLEntries : public QLStringTable {
   public:
     // Both roots: the current user's names, then those that only the machine has (compared ignoring case).

@@ -40,7 +40,8 @@ class SettingKey final : public RWCollectable {
     std::wstring_view last_;
 };
 
-// A key as the dictionary keeps it; equal to a SettingKey that makes the same text, whichever of them is asked.
+// A key as the dictionary keeps it; equal to a SettingKey that makes the same text, whichever of them is
+// asked.
 class StoredSettingKey final : public RWCollectableWString {
   public:
     explicit StoredSettingKey(RWWString text) : RWCollectableWString(std::move(text)) {}

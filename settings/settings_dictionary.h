@@ -25,7 +25,8 @@ class SettingsDictionary {
     Setting<Value>* FindOrCreate(const SettingKey& key, const Initial& initial) {
         auto* known = static_cast<ICollectableSetting*>(settings_.findValue(&key));
         if (!known) return Create<Setting<Value>>(key, Value(initial));
-        return known->GetValueType() == kSettingValueType<Value> ? static_cast<Setting<Value>*>(known) : nullptr;
+        return known->GetValueType() == kSettingValueType<Value> ? static_cast<Setting<Value>*>(known)
+                                                                 : nullptr;
     }
 
     // Whether there was one.

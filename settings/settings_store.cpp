@@ -75,7 +75,8 @@ bool AssignRegistrySetting(LockedSettings& state, const SettingKey& key, const S
 }
 
 template <class Value, class Default>
-bool ReadRegistrySetting(LockedSettings& state, const SettingKey& key, Value* value, const Default& defaultValue) {
+bool ReadRegistrySetting(LockedSettings& state, const SettingKey& key, Value* value,
+                         const Default& defaultValue) {
     return Locked(state, [&](SettingsDictionary& settings) {
         auto* setting = settings.FindOrCreate<TRegSetting, Value>(key, defaultValue);
         if (!setting) {
@@ -103,7 +104,9 @@ std::wstring_view UpToZero(std::wstring_view text) {
 template <template <class> class Setting>
 void AssignJson(SettingsDictionary& settings, const SettingKey& key, const JSON::Value& value) {
     switch (value.kind()) {
-        case JSON::String: Assign<Setting, RWWString>(settings, key, RWWString(UpToZero(value.text()))); break;
+        case JSON::String:
+            Assign<Setting, RWWString>(settings, key, RWWString(UpToZero(value.text())));
+            break;
         case JSON::Number: Assign<Setting, int>(settings, key, Integer(value.number())); break;
         case JSON::Bool: Assign<Setting, bool>(settings, key, value.flag()); break;
         default: break;
@@ -189,7 +192,8 @@ bool CQlsSettings::GetRegBoolSetting(const wchar_t* section, const wchar_t* entr
     return ReadRegistrySetting(*state_, RegistryKey(section, entry), value, defaultValue);
 }
 
-bool CQlsSettings::GetRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value, int defaultValue) {
+bool CQlsSettings::GetRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value,
+                                    int defaultValue) {
     return ReadRegistrySetting(*state_, RegistryKey(section, entry), value, defaultValue);
 }
 
@@ -211,9 +215,8 @@ bool CQlsSettings::SetRegStrSetting(const wchar_t* section, const wchar_t* entry
 }
 
 bool CQlsSettings::ClearRegSetting(const wchar_t* section, const wchar_t* entry) {
-    return Locked(*state_, [&](SettingsDictionary& settings) {
-        return settings.Remove(RegistryKey(section, entry));
-    });
+    return Locked(*state_,
+                  [&](SettingsDictionary& settings) { return settings.Remove(RegistryKey(section, entry)); });
 }
 
 bool CQlsSettings::IsRegIntSettingSet(const wchar_t*, const wchar_t*) {

@@ -56,7 +56,8 @@ class QL_API CQlsSettings {
     bool ClearSetting(QlSetting setting);  // whether there was one
 
     // Settings by section and entry. A getter answers true when the value was set or found in the registry;
-    // otherwise the out-parameter is the first reader's default. IsRegIntSettingSet answers false, on purpose.
+    // otherwise the out-parameter is the first reader's default. IsRegIntSettingSet answers false, on
+    // purpose.
     bool GetRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value,
                            bool defaultValue = false);
     bool GetRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value, int defaultValue = 0);
@@ -73,31 +74,32 @@ class QL_API CQlsSettings {
     void SetAbort() noexcept { abort_ = true; }
     void ClearAbort() noexcept { abort_ = false; }
 
-    // The store as one JSON object on one line, members ordered by key: {"12":"text","Section<-^->Entry":true}.
-    // Settings not read yet are read first, so an absent one is written with its default.
+    // The store as one JSON object on one line, members ordered by key:
+    // {"12":"text","Section<-^->Entry":true}. Settings not read yet are read first, so an absent one is
+    // written with its default.
     bool GetSerializedSettings(RWWString* json);  // the out-parameter is empty on failure
 
-    // Sets what a document holds, leaving other settings as they are. A key is split at its first "<-^->"; one
-    // without it is taken as it stands, so that booleans and integers can stand under a number too. Numbers are
-    // cut toward zero and held within 32 bits (no number gives 0); members that are objects, arrays or null
-    // are passed over. False, and nothing changes, when the text is null or no JSON object.
+    // Sets what a document holds, leaving other settings as they are. A key is split at its first "<-^->";
+    // one without it is taken as it stands, so that booleans and integers can stand under a number too.
+    // Numbers are cut toward zero and held within 32 bits (no number gives 0); members that are objects,
+    // arrays or null are passed over. False, and nothing changes, when the text is null or no JSON object.
     bool SetFromSerializedSettings(const wchar_t* json);
 
-    // Initialize makes the global store; TlsmInitialize (settings/thread_slots.h) comes before it. False without
-    // a thread slot (the global store then works all the same) and when it was called already. Uninitialize
-    // destroys every store; pointers from GetSettings end there.
+    // Initialize makes the global store; TlsmInitialize (settings/thread_slots.h) comes before it. False
+    // without a thread slot (the global store then works all the same) and when it was called already.
+    // Uninitialize destroys every store; pointers from GetSettings end there.
     static bool Initialize();
     static void Uninitialize();
 
-    // For each thread that uses contexts, after TlsmInitializeThread and before TlsmUninitializeThread. Kept on
-    // purpose: a thread that ends while attached does not give back its reference; detach first.
+    // For each thread that uses contexts, after TlsmInitializeThread and before TlsmUninitializeThread. Kept
+    // on purpose: a thread that ends while attached does not give back its reference; detach first.
     static bool InitializeThread();
     static void UninitializeThread();
 
     static int CreateThreadSettings();  // the lowest free id; -1 on failure
 
-    // The new number of references. For id -1, which stands for the global store, 1 and nothing changes; for an
-    // id never handed out 0. Releasing a context without references leaves it at 0.
+    // The new number of references. For id -1, which stands for the global store, 1 and nothing changes; for
+    // an id never handed out 0. Releasing a context without references leaves it at 0.
     static int AddThreadSettingsRef(int id);
     static int ReleaseThreadSettingsRef(int id);
 
@@ -105,20 +107,21 @@ class QL_API CQlsSettings {
     // the thread is attached to none.
     static int GetCurThreadSettings();
 
-    // A thread attached n times must detach n times before its reference goes. False, and nothing changes, when
-    // the thread is not initialised or attached to another id, the id was never handed out, or there is
+    // A thread attached n times must detach n times before its reference goes. False, and nothing changes,
+    // when the thread is not initialised or attached to another id, the id was never handed out, or there is
     // nothing to detach.
     static bool AttachThreadSettings(int id);
     static bool DetachThreadSettings(int id);
 
-    // The store of a context, owned by the library and valid while a reference is held. When the context has no
-    // store yet: a new one if create is true, else the global store. For id -1 and ids never handed out: the
-    // global store, or null when create is true. Null before Initialize.
+    // The store of a context, owned by the library and valid while a reference is held. When the context has
+    // no store yet: a new one if create is true, else the global store. For id -1 and ids never handed out:
+    // the global store, or null when create is true. Null before Initialize.
     static CQlsSettings* GetSettings(int id, bool create);
 
-    // The members of the same meaning on the calling thread's store; false (a getter's out-parameter untouched)
-    // when there is no store at all. The first write of an attached thread makes its context's store; until then
-    // it reads the global one. Kept on purpose: the boolean and integer setters by number answer true.
+    // The members of the same meaning on the calling thread's store; false (a getter's out-parameter
+    // untouched) when there is no store at all. The first write of an attached thread makes its context's
+    // store; until then it reads the global one. Kept on purpose: the boolean and integer setters by number
+    // answer true.
     static bool SetThreadBoolSetting(QlSetting setting, bool value);
     static bool SetThreadIntSetting(QlSetting setting, int value);
     static bool SetThreadStrSetting(QlSetting setting, const wchar_t* value);
@@ -136,9 +139,9 @@ class QL_API CQlsSettings {
                                        const wchar_t* defaultValue = nullptr);
     static bool ClearThreadRegSetting(const wchar_t* section, const wchar_t* entry);
 
-    // The process's defaults. The setters write the current user's registry (a null text deletes the value) and
-    // then the global store; they answer false when only the registry could be written. The getters read the
-    // global store.
+    // The process's defaults. The setters write the current user's registry (a null text deletes the value)
+    // and then the global store; they answer false when only the registry could be written. The getters read
+    // the global store.
     static bool SetDefRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool value);
     static bool SetDefRegIntSetting(const wchar_t* section, const wchar_t* entry, int value);
     static bool SetDefRegStrSetting(const wchar_t* section, const wchar_t* entry, const wchar_t* value);

@@ -35,8 +35,9 @@ struct ContextTable {
     unsigned long slot QL_GUARDED_BY(lock) = kTlsmNoSlot;
 
     Context* Find(int id) QL_REQUIRES(lock) {
-        return id >= 0 && static_cast<std::size_t>(id) < contexts.size() ? &contexts[static_cast<std::size_t>(id)]
-                                                                         : nullptr;
+        return id >= 0 && static_cast<std::size_t>(id) < contexts.size()
+                   ? &contexts[static_cast<std::size_t>(id)]
+                   : nullptr;
     }
 
     Attachment* Current() QL_REQUIRES(lock) { return static_cast<Attachment*>(TlsmGetValue(slot)); }
@@ -139,7 +140,8 @@ int CQlsSettings::CreateThreadSettings() {
         ql::CriticalSectionGuard guard(g_table.lock);
         if (!g_table.global) return kNoContext;
         auto& contexts = g_table.contexts;
-        auto free = std::find_if(contexts.begin(), contexts.end(), [](const Context& c) { return c.refCount == 0; });
+        auto free =
+            std::find_if(contexts.begin(), contexts.end(), [](const Context& c) { return c.refCount == 0; });
         if (free == contexts.end()) free = contexts.emplace(free);
         *free = Context{1, nullptr};
         return static_cast<int>(free - contexts.begin());
@@ -230,19 +232,23 @@ bool CQlsSettings::SetThreadRegIntSetting(const wchar_t* section, const wchar_t*
     return OnThreadStore(Access::Write, &CQlsSettings::SetRegIntSetting, section, entry, value);
 }
 
-bool CQlsSettings::SetThreadRegStrSetting(const wchar_t* section, const wchar_t* entry, const wchar_t* value) {
+bool CQlsSettings::SetThreadRegStrSetting(const wchar_t* section, const wchar_t* entry,
+                                          const wchar_t* value) {
     return OnThreadStore(Access::Write, &CQlsSettings::SetRegStrSetting, section, entry, value);
 }
 
-bool CQlsSettings::GetThreadRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value, bool defaultValue) {
+bool CQlsSettings::GetThreadRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value,
+                                           bool defaultValue) {
     return OnThreadStore(Access::Read, &CQlsSettings::GetRegBoolSetting, section, entry, value, defaultValue);
 }
 
-bool CQlsSettings::GetThreadRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value, int defaultValue) {
+bool CQlsSettings::GetThreadRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value,
+                                          int defaultValue) {
     return OnThreadStore(Access::Read, &CQlsSettings::GetRegIntSetting, section, entry, value, defaultValue);
 }
 
-bool CQlsSettings::GetThreadRegStrSetting(const wchar_t* section, const wchar_t* entry, RWWString* value, const wchar_t* defaultValue) {
+bool CQlsSettings::GetThreadRegStrSetting(const wchar_t* section, const wchar_t* entry, RWWString* value,
+                                          const wchar_t* defaultValue) {
     return OnThreadStore(Access::Read, &CQlsSettings::GetRegStrSetting, section, entry, value, defaultValue);
 }
 
@@ -265,14 +271,17 @@ bool CQlsSettings::SetDefRegStrSetting(const wchar_t* section, const wchar_t* en
     return OnGlobalStore(&CQlsSettings::SetRegStrSetting, section, entry, value);
 }
 
-bool CQlsSettings::GetDefRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value, bool defaultValue) {
+bool CQlsSettings::GetDefRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value,
+                                        bool defaultValue) {
     return OnGlobalStore(&CQlsSettings::GetRegBoolSetting, section, entry, value, defaultValue);
 }
 
-bool CQlsSettings::GetDefRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value, int defaultValue) {
+bool CQlsSettings::GetDefRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value,
+                                       int defaultValue) {
     return OnGlobalStore(&CQlsSettings::GetRegIntSetting, section, entry, value, defaultValue);
 }
 
-bool CQlsSettings::GetDefRegStrSetting(const wchar_t* section, const wchar_t* entry, RWWString* value, const wchar_t* defaultValue) {
+bool CQlsSettings::GetDefRegStrSetting(const wchar_t* section, const wchar_t* entry, RWWString* value,
+                                       const wchar_t* defaultValue) {
     return OnGlobalStore(&CQlsSettings::GetRegStrSetting, section, entry, value, defaultValue);
 }
