@@ -113,6 +113,17 @@ bool GetRegBoolVal(const wchar_t* section, const wchar_t* entry, bool* value) {
     return true;
 }
 
+bool ReadRegString(const wchar_t* section, const wchar_t* entry, bool machine, RWWString& value) {
+    return ReadText(RootKey(machine), KeyPath(kBase, section), entry, &value);
+}
+
+bool ReadRegInt(const wchar_t* section, const wchar_t* entry, bool machine, int& value) {
+    unsigned int content = 0;
+    if (!ReadInteger(RootKey(machine), KeyPath(kBase, section), entry, &content)) return false;
+    value = static_cast<int>(content);
+    return true;
+}
+
 unsigned long QLRegStringToColor(const RWWString& text, unsigned long defaultColor) {
     const std::wstring_view view = text;
     const std::size_t first = view.find(L',');
@@ -125,7 +136,7 @@ unsigned long QLRegStringToColor(const RWWString& text, unsigned long defaultCol
 
 RWWString GetQLRegStringEx(const wchar_t* section, const wchar_t* entry, bool machine) {
     RWWString text;
-    ReadText(RootKey(machine), KeyPath(kBase, section), entry, &text);
+    ReadRegString(section, entry, machine, text);
     return text;
 }
 
@@ -184,6 +195,9 @@ void EnumQLSections::Closer::operator()(HKEY key) const noexcept {
 
 EnumQLSections::EnumQLSections(HKEY root, const wchar_t* subkey)
     : key_(OpenKey(root, subkey, KEY_READ).release()) {}
+
+EnumQLSections::EnumQLSections(const wchar_t* section, bool machine)
+    : EnumQLSections(RootKey(machine), KeyPath(kBase, section).c_str()) {}
 
 RWWString EnumQLSections::GetNextSection() {
     wchar_t units[kSubkeyNameUnits];

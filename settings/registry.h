@@ -34,6 +34,11 @@ QL_API bool GetRegIntVal(const wchar_t* section, const wchar_t* entry, unsigned 
 // A text that is found but is no boolean gives false.
 QL_API bool GetRegBoolVal(const wchar_t* section, const wchar_t* entry, bool* value);
 
+// The same of one root only: the local machine's or the current user's. The integer is the 32 bits as a
+// signed number.
+QL_API bool ReadRegString(const wchar_t* section, const wchar_t* entry, bool machine, RWWString& value);
+QL_API bool ReadRegInt(const wchar_t* section, const wchar_t* entry, bool machine, int& value);
+
 // Red + 256 green + 65536 blue from "red,green,blue", each part read as a leading decimal number (0 when
 // there is none) of which the low 8 bits count: "255,128,0" -> 33023, "300,0,0" -> 44. The default when a
 // comma is missing or the first one stands at the front.
@@ -73,7 +78,9 @@ class QL_API EnumQLEntries : public QLStringTable {
 // a time; what another process adds or removes meanwhile may be missed or seen.
 class QL_API EnumQLSections {
   public:
-    EnumQLSections(HKEY root, const wchar_t* subkey);  // a key that cannot be opened has no sections
+    // A key that cannot be opened has no sections.
+    EnumQLSections(HKEY root, const wchar_t* subkey);
+    EnumQLSections(const wchar_t* section, bool machine);  // those within a section of the product
 
     RWWString GetNextSection();  // empty after the last
 
