@@ -85,7 +85,7 @@ class QL_API EnumQLSections {
     RWWString GetNextSection();  // empty after the last
 
   private:
-    struct Closer {
+    struct QL_API Closer {
         void operator()(HKEY key) const noexcept;
     };
     std::unique_ptr<HKEY__, Closer> key_;
