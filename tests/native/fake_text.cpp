@@ -210,6 +210,10 @@ UINT GetACP() {
     return kAnsiCodePage;
 }
 
+BOOL IsDBCSLeadByte(BYTE) {
+    return FALSE;
+}
+
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* text, int length, wchar_t* out,
                         int capacity) {
     if (!AreValid(text, length, out, capacity)) return Fail(ERROR_INVALID_PARAMETER);

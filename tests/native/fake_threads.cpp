@@ -1,8 +1,28 @@
 #include <windows.h>
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
 namespace {
 
 thread_local DWORD t_lastError = ERROR_SUCCESS;
+
+// The only kernel object there is. Its name, should it have one, is not looked at.
+struct Event {
+    const bool manualReset;
+    bool isSet;
+    std::mutex lock{};
+    std::condition_variable changed{};
+};
+
+BOOL Change(HANDLE handle, bool isSet) {
+    auto& event = *static_cast<Event*>(handle);
+    const std::lock_guard guard(event.lock);
+    event.isSet = isSet;
+    event.changed.notify_all();
+    return TRUE;
+}
 
 }  // namespace
 
@@ -51,4 +71,34 @@ void* TlsGetValue(DWORD index) {
 
 BOOL TlsSetValue(DWORD index, void* value) {
     return pthread_setspecific(index, value) == 0;
+}
+
+HANDLE CreateEventW(SECURITY_ATTRIBUTES*, BOOL manualReset, BOOL initialState, const wchar_t*) {
+    return new Event{manualReset != FALSE, initialState != FALSE};
+}
+
+BOOL SetEvent(HANDLE event) {
+    return Change(event, true);
+}
+
+BOOL ResetEvent(HANDLE event) {
+    return Change(event, false);
+}
+
+DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds) {
+    auto& event = *static_cast<Event*>(handle);
+    std::unique_lock guard(event.lock);
+    const auto isSet = [&event] { return event.isSet; };
+    if (milliseconds == INFINITE) {
+        event.changed.wait(guard, isSet);
+    } else if (!event.changed.wait_for(guard, std::chrono::milliseconds(milliseconds), isSet)) {
+        return WAIT_TIMEOUT;
+    }
+    event.isSet = event.manualReset;
+    return WAIT_OBJECT_0;
+}
+
+BOOL CloseHandle(HANDLE event) {
+    delete static_cast<Event*>(event);
+    return TRUE;
 }

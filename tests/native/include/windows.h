@@ -32,6 +32,7 @@ using HKEY = struct HKEY__*;
 using HMODULE = struct HINSTANCE__*;
 using HINSTANCE = HMODULE;
 using HWND = struct HWND__*;
+struct SECURITY_ATTRIBUTES;
 
 // --- Errors
 // -------------------------------------------------------------------------------------------------
@@ -82,6 +83,7 @@ BOOL TlsSetValue(DWORD index, void* value);
 #define WC_ERR_INVALID_CHARS 0x80
 #define WC_NO_BEST_FIT_CHARS 0x400
 UINT GetACP();
+BOOL IsDBCSLeadByte(BYTE byte);
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* text, int length, wchar_t* out, int capacity);
 int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int length, char* out, int capacity,
                         const char* defaultChar, BOOL* usedDefault);
@@ -134,7 +136,6 @@ int CompareStringOrdinal(const wchar_t* a, int lengthOfA, const wchar_t* b, int 
 #define REG_CREATED_NEW_KEY 1
 #define REG_OPENED_EXISTING_KEY 2
 struct FILETIME;
-struct SECURITY_ATTRIBUTES;
 LSTATUS RegOpenKeyExW(HKEY key, const wchar_t* path, DWORD options, REGSAM access, HKEY* opened);
 LSTATUS RegCreateKeyExW(HKEY key, const wchar_t* path, DWORD reserved, wchar_t* keyClass, DWORD options,
                         REGSAM access, const SECURITY_ATTRIBUTES* security, HKEY* opened, DWORD* disposition);
