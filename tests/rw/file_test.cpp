@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
 #include <string>
-#include <utility>
 
 #include "tests/rw/temporary_file.h"
 
@@ -42,21 +39,6 @@ TEST(File, WritesValuesAsLittleEndianBytes) {
     EXPECT_EQ(0x01020304u, count);
     EXPECT_EQ(-2.0, number);
     EXPECT_FALSE(file.Read(&count, 1));
-}
-
-TEST(File, KeepsSpecialDoubles) {
-    const TemporaryFile place("doubles");
-    const double numbers[] = {-0.0, std::numeric_limits<double>::infinity(),
-                              std::numeric_limits<double>::denorm_min(), std::numeric_limits<double>::max()};
-    RWFile file(place.Path().c_str(), L"w+b");
-    for (double number : numbers) EXPECT_TRUE(file.Write(number));
-    EXPECT_TRUE(file.SeekTo(0));
-    for (double number : numbers) {
-        double read = 1;
-        EXPECT_TRUE(file.Read(read));
-        EXPECT_EQ(std::signbit(number), std::signbit(read));
-        EXPECT_EQ(number, read);
-    }
 }
 
 TEST(File, IsBinaryInEveryMode) {
@@ -110,15 +92,4 @@ TEST(File, ReadsAndWritesInAnyOrder) {
     EXPECT_TRUE(file.Write(std::uint32_t{8}));
     EXPECT_TRUE(file.Flush());
     EXPECT_EQ("\1\0\0\0\7\0\0\0\3\0\0\0\10\0\0\0"s, place.Content());
-}
-
-TEST(File, MovesWithItsPosition) {
-    const TemporaryFile place("moved");
-    place.Fill("\1\0\0\0\2\0\0\0"s);
-    RWFile first(place.Path().c_str(), L"rb");
-    std::uint32_t value = 0;
-    EXPECT_TRUE(first.Read(value));
-    RWFile second = std::move(first);
-    EXPECT_TRUE(second.Read(value));
-    EXPECT_EQ(2u, value);
 }
