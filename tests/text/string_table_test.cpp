@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "rw/file.h"
 #include "rw/virtual_streams.h"
 
 namespace {
@@ -123,6 +125,22 @@ TEST(StringTable, StoresCountedNarrowTextsAndAppendsWhatItRestores) {
     Restore(restored, bytes);
     Restore(restored, bytes);
     EXPECT_EQ(L"old~ab~~c~ab~~c~", Joined(restored));
+}
+
+TEST(StringTable, StoresInFilesAsInStreams) {
+    const wchar_t* path = L"string_table_test.bin";
+    const QLStringTable table = TableOf({L"ab", L""});
+    {
+        RWFile file(path, L"wb");
+        table.saveOn(file);
+    }
+    QLStringTable restored;
+    {
+        RWFile file(path, L"rb");
+        restored.restoreFrom(file);
+    }
+    EXPECT_EQ(table, restored);
+    EXPECT_TRUE(std::filesystem::remove(path));
 }
 
 TEST(StringTable, RestoresTheWholeTextsOfACutForm) {
