@@ -1,5 +1,5 @@
-// Parse, write and destroy settings documents, beside RapidJSON on UTF-16, and nlohmann and Boost.JSON on the same
-// document in UTF-8.
+// Parse, write and destroy settings documents, beside RapidJSON on UTF-16, and nlohmann and Boost.JSON on the
+// same document in UTF-8.
 #include <benchmark/benchmark.h>
 #include <rapidjson/document.h>
 #include <rapidjson/stringbuffer.h>
@@ -17,8 +17,8 @@ namespace {
 constexpr std::size_t kSmall = 4 << 10;
 constexpr std::size_t kLarge = 1 << 20;
 
-// A settings document as the library writes it, on one line with its keys in order: texts (every second one a path),
-// flags and whole numbers, under keys of a registry section and an entry.
+// A settings document as the library writes it, on one line with its keys in order: texts (every second one a
+// path), flags and whole numbers, under keys of a registry section and an entry.
 std::wstring SettingsDocument(std::size_t bytes) {
     JSON::Value settings(JSON::Object);
     std::wstring document;
@@ -27,10 +27,14 @@ std::wstring SettingsDocument(std::size_t bytes) {
         const std::wstring key = L"Locations\\Group " + number + L"<-^->Template Files " + number;
         const auto value = [&]() -> std::unique_ptr<JSON::Value> {
             switch (i % 4) {
-                case 0: return std::make_unique<JSON::Value>((L"C:\\Program Files\\Templates\\" + number).c_str());
+                case 0:
+                    return std::make_unique<JSON::Value>(
+                        (L"C:\\Program Files\\Templates\\" + number).c_str());
                 case 1: return std::make_unique<JSON::Value>(i % 8 == 1);
                 case 2: return std::make_unique<JSON::Value>(static_cast<double>(i * 37));
-                default: return std::make_unique<JSON::Value>(L"A text of usual length, without anything special in it");
+                default:
+                    return std::make_unique<JSON::Value>(
+                        L"A text of usual length, without anything special in it");
             }
         };
         settings.AddMember(key, value());
@@ -55,14 +59,14 @@ void Run(benchmark::State& state, const Text& document, RoundTrip roundTrip) {
     for (auto _ : state) {
         if (roundTrip(document) < document.size() / 2) throw std::logic_error("the document was not read");
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * document.size() * sizeof(document[0])));
+    state.SetBytesProcessed(
+        static_cast<std::int64_t>(state.iterations() * document.size() * sizeof(document[0])));
 }
 
 template <std::size_t kBytes>
 void Ours(benchmark::State& state) {
-    Run(state, Document(kBytes), [](const std::wstring& text) {
-        return JSON::Serialize(JSON::Parse(text).get()).length();
-    });
+    Run(state, Document(kBytes),
+        [](const std::wstring& text) { return JSON::Serialize(JSON::Parse(text).get()).length(); });
 }
 
 template <std::size_t kBytes, unsigned kFlags>
@@ -80,16 +84,14 @@ void Rapid(benchmark::State& state) {
 
 template <std::size_t kBytes>
 void Nlohmann(benchmark::State& state) {
-    Run(state, Utf8Of(Document(kBytes)), [](const std::string& text) {
-        return nlohmann::json::parse(text).dump().size();
-    });
+    Run(state, Utf8Of(Document(kBytes)),
+        [](const std::string& text) { return nlohmann::json::parse(text).dump().size(); });
 }
 
 template <std::size_t kBytes>
 void Boost(benchmark::State& state) {
-    Run(state, Utf8Of(Document(kBytes)), [](const std::string& text) {
-        return boost::json::serialize(boost::json::parse(text)).size();
-    });
+    Run(state, Utf8Of(Document(kBytes)),
+        [](const std::string& text) { return boost::json::serialize(boost::json::parse(text)).size(); });
 }
 
 constexpr unsigned kExact = rapidjson::kParseFullPrecisionFlag;
