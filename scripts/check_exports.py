@@ -16,14 +16,24 @@ NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]
 ENTRY = re.compile(r"^\s*\[\s*\d+\](?:\s+\+base\[\s*\d+\])?\s+(?:[0-9a-f]{4,}\s+)?(\S+)\s*$")
 
 
+def expanded_headers():
+    """The public headers as the compiler sees them, without what they include from elsewhere."""
+    includes = "".join(f'#include "{header}"\n' for header in sorted(public_headers()))
+    command = [TOOLS + "g++-posix", "-x", "c++", "-std=c++20", "-E", "-DQL_UTIL_BUILD", "-I", str(ROOT), "-"]
+    text = subprocess.run(command, input=includes, check=True, capture_output=True, text=True).stdout
+    own = False
+    for line in text.splitlines():
+        if line.startswith("# "):
+            own = line.split('"')[1].startswith(str(ROOT))
+        elif own:
+            yield line
+
+
 def declared():
     """The names that the public headers mark for export, classes apart from the rest."""
-    classes, others = set(), set()
-    for header in public_headers() - {"platform/export.h"}:
-        text = re.sub(r"//[^\n]*", "", (ROOT / header).read_text(encoding="utf-8"))
-        found = set(CLASS.findall(text))
-        classes |= found
-        others |= {name for name in NAMED.findall(re.sub(CLASS, " ", text))}
+    text = "\n".join(expanded_headers()).replace("__attribute__((dllexport))", "QL_API")
+    classes = set(CLASS.findall(text))
+    others = set(NAMED.findall(re.sub(CLASS, " ", text)))
     return classes, others - classes
 
 

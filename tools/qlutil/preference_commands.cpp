@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <functional>
 #include <limits>
 
@@ -198,12 +199,19 @@ Found Look(Preference at, bool machine) {
     return {at, Stored::kOther, nullptr};
 }
 
+// In the order of their names: the registry has none of its own.
+std::vector<RWWString> EntriesOf(const RWWString& section, bool machine) {
+    EnumQLEntries entries(section.data(), machine);
+    std::vector<RWWString> names;
+    for (RWWString name; entries.GetNextEntry(name);) names.push_back(name);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
 void ForEachPreference(const std::vector<RWWString>& sections, bool machine,
                        const std::function<void(Found)>& visit) {
     for (const RWWString& section : sections) {
-        EnumQLEntries entries(section.data(), machine);
-        RWWString entry;
-        while (entries.GetNextEntry(entry)) visit(Look({section, entry}, machine));
+        for (const RWWString& entry : EntriesOf(section, machine)) visit(Look({section, entry}, machine));
     }
 }
 
