@@ -209,6 +209,12 @@ UINT GetACP() {
     return kAnsiCodePage;
 }
 
+BOOL GetCPInfo(UINT codePage, CPINFO* info) {
+    if (codePage != CP_ACP) return FALSE;
+    *info = {1, {'?', 0}, {}};
+    return TRUE;
+}
+
 BOOL IsDBCSLeadByte(BYTE) {
     return FALSE;
 }

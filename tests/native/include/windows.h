@@ -90,6 +90,13 @@ BOOL CloseHandle(HANDLE event);
 #define WC_NO_BEST_FIT_CHARS 0x400
 UINT GetACP();
 BOOL IsDBCSLeadByte(BYTE byte);
+
+struct CPINFO {
+    UINT MaxCharSize;
+    BYTE DefaultChar[2];
+    BYTE LeadByte[12];
+};
+BOOL GetCPInfo(UINT codePage, CPINFO* info);
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* text, int length, wchar_t* out, int capacity);
 int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t* text, int length, char* out, int capacity,
                         const char* defaultChar, BOOL* usedDefault);
