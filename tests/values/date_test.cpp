@@ -1,0 +1,312 @@
+#include "values/date.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <tuple>
+
+#include "rw/virtual_streams.h"
+
+namespace {
+
+namespace chrono = std::chrono;
+
+using Ymd = std::tuple<int, unsigned, unsigned>;  // in the order of time
+
+constexpr int kJulianDayOf1970 = 2440588;
+
+chrono::year_month_day Chrono(int year, unsigned month, unsigned day) {
+    return chrono::year(year) / chrono::month(month) / chrono::day(day);
+}
+
+chrono::sys_days SysDays(const CDate& date) {
+    return chrono::sys_days(chrono::days(static_cast<int>(date.DayNumber()) - kJulianDayOf1970));
+}
+
+Ymd Fields(const CDate& date) {
+    return {static_cast<int>(date.Year()), date.Month(), date.Day()};
+}
+
+Ymd Fields(const chrono::year_month_day& date) {
+    return {static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+            static_cast<unsigned>(date.day())};
+}
+
+CDate Null() {
+    CDate date(0UL);
+    date.SetNull();
+    return date;
+}
+
+}  // namespace
+
+TEST(Date, EveryDayFrom1582To10000AgreesWithTheStandardCalendar) {
+    const chrono::sys_days last = Chrono(10000, 12, 31);
+    std::uint32_t number = CDate(1, 1, 1582).DayNumber();
+    for (chrono::sys_days day = Chrono(1582, 1, 1); day <= last; day += chrono::days(1), ++number) {
+        const CDate date(static_cast<unsigned long>(number));
+        const auto [year, month, dayOfMonth] = Fields(chrono::year_month_day(day));
+        ASSERT_EQ(Fields(date), std::tie(year, month, dayOfMonth)) << number;
+        ASSERT_EQ(SysDays(date), day);
+        ASSERT_EQ(CDate(dayOfMonth, month, static_cast<unsigned>(year)), date);
+        ASSERT_EQ(date.DayOfWeek(), chrono::weekday(day).c_encoding() + 1) << number;
+        ASSERT_EQ(date.IsValid(), year <= 9999);
+    }
+    EXPECT_EQ(number, CDate(31, 12, 10000).DayNumber() + 1);
+}
+
+TEST(Date, ThreeNumbersThatFormNoDateGiveNumberZero) {
+    constexpr unsigned kMost = std::numeric_limits<unsigned>::max();
+    constexpr unsigned kBad[][3] = {{31, 2, 2020}, {29, 2, 1900}, {29, 2, 2100}, {31, 4, 2020}, {0, 1, 2020},
+                                    {1, 0, 2020},  {1, 13, 2020}, {32, 1, 2020}, {1, 1, 0},     {1, 1, 10001},
+                                    {kMost, 1, 1}, {1, kMost, 1}, {1, 1, kMost}};
+    for (const auto& [day, month, year] : kBad) {
+        const CDate date(day, month, year);
+        EXPECT_EQ(0U, date.DayNumber()) << day << '.' << month << '.' << year;
+        EXPECT_FALSE(date.IsValid() || date.IsNull());
+        EXPECT_EQ(Ymd(0, 0, 0), Fields(date));
+        EXPECT_STREQ(L"", date.MonthStr());
+    }
+    EXPECT_TRUE(CDate(29, 2, 2000).IsValid());
+}
+
+TEST(Date, NullIsGreaterThanEveryValidDateAndNotValid) {
+    const CDate null = Null();
+    EXPECT_EQ(CDate::nullDate.dayNumber(), null.DayNumber());
+    EXPECT_EQ(Ymd(10000, 1, 1), Fields(null));
+    EXPECT_TRUE(null.IsNull() && !null.IsValid() && null > CDate(31, 12, 9999) && null == Null());
+}
+
+TEST(Date, AnyNumberIsSafeAndConsecutiveNumbersAreConsecutiveDays) {
+    for (std::uint32_t number = 1; number != 0; number += number < 0xFFFF'0000 ? 65521 : 1) {
+        const RWDate date(number);
+        const RWDate::Calendar today = date.calendar();
+        const RWDate::Calendar tomorrow = RWDate(number + 1).calendar();
+        const bool isMonthEnd = today.day == RWDate::daysInMonth(today.month, today.year);
+        const bool isYearEnd = isMonthEnd && today.month == 12;
+        if (number + 1 != 0) {
+            ASSERT_EQ(tomorrow.day, isMonthEnd ? 1 : today.day + 1) << number;
+            ASSERT_EQ(tomorrow.month, isYearEnd ? 1 : today.month + (isMonthEnd ? 1 : 0)) << number;
+            ASSERT_EQ(tomorrow.year, today.year + (isYearEnd ? 1 : 0)) << number;
+        }
+        std::tm fields;
+        date.extract(&fields);
+        ASSERT_TRUE(fields.tm_yday >= 0 && fields.tm_yday < 366 &&
+                    (fields.tm_yday == 0) == (today.day + today.month == 2));
+    }
+    EXPECT_EQ(0U, RWDate(1721425).year()) << "31 December of the year before 1";
+    EXPECT_EQ(1U, RWDate(1721426).year());
+}
+
+TEST(Date, StepsWrapAndDecrementMovesForward) {
+    CDate date(10, 5, 2021);
+    EXPECT_EQ(CDate(11, 5, 2021), --date);
+    EXPECT_EQ(CDate(12, 5, 2021), ++date);
+    EXPECT_EQ(CDate(30, 4, 2021), date -= 12);
+    EXPECT_EQ(CDate(2, 5, 2021), date += 2);
+    CDate last(0xFFFFFFFFUL);
+    EXPECT_EQ(0U, (++last).DayNumber());
+    EXPECT_EQ(0xFFFFFFFFU, (last -= 1).DayNumber());
+    EXPECT_EQ(0x7FFFFFFFU, (last += std::numeric_limits<int>::min()).DayNumber());
+    EXPECT_EQ(0xFFFFFFFFU, (last -= std::numeric_limits<int>::min()).DayNumber());
+}
+
+TEST(Date, DayOfWeekCountsFromSunday) {
+    EXPECT_EQ(1U, CDate(1, 9, 2024).DayOfWeek());
+    EXPECT_EQ(7U, CDate(7, 9, 2024).DayOfWeek());
+}
+
+TEST(Date, MonthNamesAreTheSameInEveryLocale) {
+    constexpr const wchar_t* kNames[] = {L"JAN", L"FEB", L"MAR", L"APR", L"MAY", L"JUN",
+                                         L"JUL", L"AUG", L"SEP", L"OCT", L"NOV", L"DEC"};
+    for (unsigned month = 1; month <= 12; ++month)
+        EXPECT_STREQ(kNames[month - 1], CDate(1, month, 2024).MonthStr());
+}
+
+TEST(Date, RecordIsTakenOnlyWhenValid) {
+    CDate date(1, 2, 2003);
+    for (const tagQL_DATE& bad : {tagQL_DATE{31, 2, 2020}, tagQL_DATE{1, 1, 10000}, tagQL_DATE{0, 0, 0}}) {
+        date.SetTBDate(bad);
+        EXPECT_EQ(CDate(1, 2, 2003), date);
+    }
+    date.SetTBDate({29, 2, 2020});
+    tagQL_DATE record;
+    date.GetTBDate(&record);
+    EXPECT_EQ(Ymd(2020, 2, 29), Ymd(record.year, record.month, record.day));
+    EXPECT_EQ(date, CDate(record));
+    CDate(1UL).GetTBDate(&record);
+    EXPECT_EQ(0U, record.year);
+    date.GetTBDate(nullptr);
+}
+
+TEST(DateAdd, Edges) {
+    const CDate null = Null();
+    const struct {
+        CDate date;
+        Number amount;
+        int unit;
+        CDate sum;
+    } kCases[] = {
+        {CDate(31, 3, 2021), -1, DATE_UNIT_MONTHS, CDate(28, 2, 2021)},
+        {CDate(31, 1, 2020), 13, DATE_UNIT_MONTHS, CDate(28, 2, 2021)},
+        {CDate(29, 2, 2020), 1, DATE_UNIT_YEARS, CDate(28, 2, 2021)},
+        {CDate(15, 6, 1582), -1, DATE_UNIT_YEARS, null},
+        {CDate(1, 1, 1582), 0, DATE_UNIT_DAYS, CDate(1, 1, 1582)},
+        {CDate(1, 1, 1582), -1, DATE_UNIT_DAYS, null},
+        {CDate(1, 1, 9999), 1, DATE_UNIT_YEARS, null},
+        {CDate(31, 12, 9999), 1, DATE_UNIT_DAYS, null},
+        {CDate(31, 12, 9999), 1, DATE_UNIT_MONTHS, null},
+        {CDate(31, 12, 9998), 12, DATE_UNIT_MONTHS, CDate(31, 12, 9999)},
+        {CDate(1, 1, 2000), 31999.9, DATE_UNIT_DAYS, CDate(CDate(1, 1, 2000).DayNumber() + 31999UL)},
+        {CDate(1, 1, 2000), -31999.9, DATE_UNIT_DAYS, CDate(CDate(1, 1, 2000).DayNumber() - 31999UL)},
+        {CDate(1, 1, 2000), 32000, DATE_UNIT_DAYS, CDate(1, 1, 2000)},
+        {CDate(1, 1, 2000), -32000, DATE_UNIT_MONTHS, CDate(1, 1, 2000)},
+        {CDate(1, 1, 2000), 31999, DATE_UNIT_YEARS, null},
+        {CDate(1, 1, 2000), -31999, DATE_UNIT_YEARS, null},
+        {CDate(1, 1, 2000), -31999, DATE_UNIT_MONTHS, null},
+        {CDate(1, 1, 2000), -0.9, DATE_UNIT_MONTHS, CDate(1, 1, 2000)},
+        {CDate(1, 1, 2000), Number(), DATE_UNIT_YEARS, CDate(1, 1, 2000)},
+        {CDate(1, 1, 2000), std::nan(""), DATE_UNIT_YEARS, CDate(1, 1, 2000)},
+        {CDate(1, 1, 2000), HUGE_VAL, DATE_UNIT_DAYS, CDate(1, 1, 2000)},
+        {CDate(1, 1, 2000), -HUGE_VAL, DATE_UNIT_DAYS, CDate(1, 1, 2000)},
+        {CDate(1, 1, 2000), 5, 3, CDate(1, 1, 2000)},
+        {CDate(1, 1, 2000), 5, -1, CDate(1, 1, 2000)},
+        {CDate(1, 1, 1581), 5, 3, null},
+        {CDate(1UL), -2, DATE_UNIT_DAYS, null},
+        {CDate(1UL), 0, DATE_UNIT_MONTHS, null},
+        {CDate(1UL), -1, DATE_UNIT_MONTHS, null},
+        {CDate(0UL), 1, DATE_UNIT_DAYS, null},
+        {null, -1, DATE_UNIT_DAYS, null},
+        {CDate(0xFFFFFFFFUL), 1, DATE_UNIT_DAYS, null},
+    };
+    for (const auto& [date, amount, unit, sum] : kCases) {
+        EXPECT_EQ(Fields(sum), Fields(date.Add(amount, static_cast<DateUnit>(unit))))
+            << date.DayNumber() << " + " << amount.GetDouble() << " of unit " << unit;
+    }
+}
+
+TEST(DateAdd, EveryDayOfACycleAgreesWithAPlainModel) {
+    constexpr int kCounts[] = {0, 1, -1, 2, 11, 12, -12, -13, 25, 600, -1199, 4801};
+    for (CDate date(1, 1, 1804); date <= CDate(31, 12, 2203); ++date) {
+        const chrono::year_month_day ymd(SysDays(date));
+        for (const int count : kCounts) {
+            const auto model = [&](auto step) {
+                const chrono::year_month_day sum = ymd + step;
+                const Ymd clamped = sum.ok()
+                                        ? Fields(sum)
+                                        : Fields(chrono::sys_days(sum.year() / sum.month() / chrono::last));
+                return std::get<0>(clamped) < 1582 || std::get<0>(clamped) > 9999 ? Fields(Null()) : clamped;
+            };
+            ASSERT_EQ(model(chrono::months(count)), Fields(date.Add(count, DATE_UNIT_MONTHS)))
+                << date.DayNumber() << ' ' << count;
+            ASSERT_EQ(model(chrono::years(count)), Fields(date.Add(count, DATE_UNIT_YEARS)))
+                << date.DayNumber() << ' ' << count;
+        }
+    }
+}
+
+TEST(DateDifference, EveryDayOfACycleAgreesWithAPlainModel) {
+    constexpr int kSpans[] = {0, 1, 27, 28, 29, 30, 31, 59, 365, 366, 1461, 36525, 146096};
+    for (CDate date(1, 1, 1804); date <= CDate(31, 12, 2203); ++date) {
+        const auto [year, month, day] = Fields(date);
+        for (const int span : kSpans) {
+            CDate other = date;
+            other += span;
+            // The greatest count of months whose date, were every month endless, is not after the other one.
+            int months = span / 28 + 1;
+            const auto reached = [&, y = year, m = month, d = day] {
+                const int total = y * 12 + static_cast<int>(m) - 1 + months;
+                return Ymd(total / 12, static_cast<unsigned>(total % 12) + 1, d);
+            };
+            while (reached() > Fields(other)) --months;
+            ASSERT_EQ(months, date.Difference(other, DATE_UNIT_MONTHS).GetDouble())
+                << date.DayNumber() << ' ' << span;
+            ASSERT_EQ(months / 12, other.Difference(date, DATE_UNIT_YEARS).GetDouble())
+                << date.DayNumber() << ' ' << span;
+            ASSERT_EQ(span, other.Difference(date, DATE_UNIT_DAYS).GetDouble());
+        }
+    }
+}
+
+TEST(DateDifference, Edges) {
+    const CDate none(0UL);
+    const CDate first(1UL);
+    const CDate farthest(0xFFFFFFFFUL);
+    const struct {
+        CDate one;
+        CDate other;
+        int unit;
+        double count;
+    } kCases[] = {
+        {CDate(31, 1, 2021), CDate(28, 2, 2021), DATE_UNIT_MONTHS, 0},
+        {CDate(28, 2, 2019), CDate(28, 2, 2020), DATE_UNIT_YEARS, 1},
+        {CDate(29, 2, 2020), CDate(28, 2, 2021), DATE_UNIT_YEARS, 0},
+        {Null(), CDate(31, 12, 9999), DATE_UNIT_DAYS, 1},
+        {Null(), CDate(1, 1, 9999), DATE_UNIT_YEARS, 1},
+        {none, farthest, DATE_UNIT_DAYS, 4294967295.0},
+        {none, CDate(31, 12, 2020), DATE_UNIT_YEARS, 2020},
+        {none, CDate(31, 12, 2020), DATE_UNIT_MONTHS, 2020 * 12 + 12},
+        {first, CDate(60UL), DATE_UNIT_MONTHS, 0},  // November and January, both of the year 0
+        {first, CDate(60UL), DATE_UNIT_YEARS, 0},
+        {CDate(1, 1, 2020), CDate(1, 1, 2021), 3, 0},
+    };
+    for (const auto& [one, other, unit, count] : kCases) {
+        EXPECT_EQ(count, one.Difference(other, static_cast<DateUnit>(unit)).GetDouble())
+            << one.DayNumber() << ' ' << unit;
+        EXPECT_EQ(count, other.Difference(one, static_cast<DateUnit>(unit)).GetDouble());
+    }
+}
+
+TEST(DateExtract, FillsEveryFieldOfTheStructure) {
+    std::tm fields;
+    fields.tm_hour = fields.tm_min = fields.tm_sec = 99;
+    CDate(31, 12, 2024).extract(fields);
+    const int kFields[] = {fields.tm_mday, fields.tm_mon, fields.tm_year, fields.tm_wday, fields.tm_yday,
+                           fields.tm_hour, fields.tm_min, fields.tm_sec,  fields.tm_isdst};
+    const int kExpected[] = {31, 11, 124, 2, 365, 0, 0, 0, -1};
+    for (int i = 0; i < 9; ++i) EXPECT_EQ(kExpected[i], kFields[i]) << i;
+}
+
+TEST(DateExtract, SecondsAreThoseOfLocalMidnight) {
+    for (CDate date(2, 1, 1970); date < CDate(1, 1, 2038); date += 37) {
+        long long seconds = 0;
+        date.extract(seconds);
+        const auto time = static_cast<std::time_t>(seconds);
+        const std::tm local = *std::localtime(&time);
+        EXPECT_EQ(Fields(date), Ymd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday));
+        EXPECT_EQ(0, local.tm_hour * 60 + local.tm_min + local.tm_sec) << date.DayNumber();
+    }
+    long long seconds = 0;
+    CDate(0UL).extract(seconds);
+    EXPECT_EQ(-1, seconds);
+}
+
+TEST(Date, DefaultIsTodayByTheLocalClock) {
+    const auto today = [] {
+        const std::time_t now = std::time(nullptr);
+        const std::tm local = *std::localtime(&now);
+        return Ymd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+    };
+    const Ymd before = today();
+    const Ymd made = Fields(CDate());
+    EXPECT_TRUE(made == before || made == today());
+}
+
+TEST(Date, PersistsAsItsNumberAndStaysWhenTheReadFails) {
+    std::stringbuf bytes;
+    RWBufferOstream out(bytes);
+    CDate(29, 2, 2020).saveOn(out);
+    EXPECT_EQ(std::string("\x11\x87\x25\0", 4), bytes.str());
+    EXPECT_EQ(bytes.str().size(), CDate().binaryStoreSize());
+    RWBufferIstream in(bytes);
+    CDate date(0UL);
+    date.restoreFrom(in);
+    EXPECT_EQ(CDate(29, 2, 2020), date);
+    date.restoreFrom(in);
+    EXPECT_EQ(CDate(29, 2, 2020), date);
+    EXPECT_FALSE(in.good());
+}

@@ -1,0 +1,27 @@
+#include "values/number.h"
+
+#include "rw/file.h"
+#include "rw/virtual_streams.h"
+
+Number operator/(Number dividend, Number divisor) {
+    if (divisor.m_value == 0) throw 0.0F;
+    return Number::AreAnswered(dividend, divisor) ? Number(dividend.m_value / divisor.m_value) : Number();
+}
+
+void Number::saveOn(RWFile& file) const {
+    file.Write(m_value);
+}
+
+void Number::saveOn(RWvostream& stream) const {
+    stream << m_value;
+}
+
+void Number::restoreFrom(RWFile& file) {
+    double value = 0;
+    if (file.Read(value)) m_value = value;
+}
+
+void Number::restoreFrom(RWvistream& stream) {
+    double value = 0;
+    if ((stream >> value).good()) m_value = value;
+}
