@@ -1,5 +1,91 @@
-#include "rw/date.h"
+#include <exception>
+#include <optional>
+#include <string>
+#include <vector>
 
-int main() {
-    return static_cast<int>(RWDate().dayNumber() % 2);
+#include "tools/qlutil/command.h"
+#include "tools/qlutil/library_run.h"
+#include "tools/qlutil/text_file.h"
+
+namespace {
+
+void Say(std::wstring_view message) {
+    WriteToStream(Stream::kError, L"qlutil: " + std::wstring(message) + L'\n');
+}
+
+ExitStatus Print(std::wstring_view text) {
+    if (text.empty() || WriteToStream(Stream::kOutput, text)) return kDone;
+    Say(L"cannot write to standard output");
+    return kFailed;
+}
+
+ExitStatus Help(std::span<const std::wstring_view> words) {
+    const std::wstring help = HelpFor(words);
+    if (!help.empty()) return Print(help);
+    Say(L"there is no command \"" + std::wstring(words.front()) + L"\"; did you mean \"" +
+        NearestName(words.front()) + L"\"?");
+    return kWrongCall;
+}
+
+Answer RunCommand(const Command& command, const Arguments& arguments) {
+    if (command.library == Library::kLeftToCommand) return command.run(arguments);
+    const LibraryRun library;
+    if (!library.ok()) return Answer::Failure(L"the library did not start");
+    return command.run(arguments);
+}
+
+ExitStatus Execute(const Command& command, std::span<const std::wstring_view> words, bool json) try {
+    const Arguments arguments(words, command.switches);
+    if (arguments.count() < command.fewest) throw WrongCall(L"an argument is missing");
+    if (arguments.count() > command.most) throw WrongCall(L"there are too many arguments");
+    const Answer answer = RunCommand(command, arguments);
+    const ExitStatus printed = Print(Render(answer, json));
+    if (!answer.message.empty()) Say(answer.message);
+    return answer.status == kDone ? printed : answer.status;
+} catch (const WrongCall& wrong) {
+    Say(wrong.why());
+    WriteToStream(Stream::kError, L"usage: " + UsageOf(command));
+    return kWrongCall;
+}
+
+// --json counts wherever it stands before a bare "--".
+bool TakeJsonSwitch(std::vector<std::wstring_view>& words) {
+    for (auto word = words.begin(); word != words.end() && *word != L"--"; ++word) {
+        if (*word != L"--json") continue;
+        words.erase(word);
+        return true;
+    }
+    return false;
+}
+
+// For a family's name alone ("text") its commands; for anything else the nearest name.
+ExitStatus UnknownCommand(std::span<const std::wstring_view> words) {
+    const std::wstring family = HelpFor(words.first(1));
+    std::wstring typed(words.front());
+    if (words.size() > 1 && !family.empty()) typed += L' ' + std::wstring(words[1]);
+    Say(L"unknown command \"" + typed + L"\"; did you mean \"" + NearestName(typed) + L"\"?");
+    if (!family.empty()) WriteToStream(Stream::kError, L"usage:\n" + family);
+    return kWrongCall;
+}
+
+ExitStatus Run(std::vector<std::wstring_view> words) {
+    const bool json = TakeJsonSwitch(words);
+    if (words.empty()) {
+        WriteToStream(Stream::kError, HelpFor({}));
+        return kWrongCall;
+    }
+    const std::span<const std::wstring_view> all(words);
+    if (words.front() == L"help" || words.front() == L"--help") return Help(all.subspan(1));
+    const CommandMatch match = FindCommand(all);
+    return match.command ? Execute(*match.command, all.subspan(match.words), json) : UnknownCommand(all);
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** words) try {
+    return Run({words + 1, words + count});
+} catch (const std::exception& unexpected) {
+    const std::string what = unexpected.what();
+    Say(L"failed: " + std::wstring(what.begin(), what.end()));
+    return kFailed;
 }

@@ -1,0 +1,66 @@
+#!/usr/bin/env python3
+"""Holds the library's exports against its public headers: exactly the names marked QL_API, nothing else.
+
+usage: check_exports.py LIBRARY.dll    (silent and 0 when all holds)
+"""
+import re
+import subprocess
+import sys
+
+from check_rooms import ROOT, public_headers
+
+TOOLS = "i686-w64-mingw32-"
+CLASS = re.compile(r"\b(?:class|struct)\s+QL_API\s+(?:QL_LOCK_ATTRIBUTE\([^)]*\)\s*)?(\w+)")
+# A function or a variable: its name stands before "(", "[", ";" or "=".
+NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]")
+ENTRY = re.compile(r"^\s*\[\s*\d+\](?:\s+\+base\[\s*\d+\])?\s+(?:[0-9a-f]{4,}\s+)?(\S+)\s*$")
+
+
+def declared():
+    """The names that the public headers mark for export, classes apart from the rest."""
+    classes, others = set(), set()
+    for header in public_headers() - {"platform/export.h"}:
+        text = re.sub(r"//[^\n]*", "", (ROOT / header).read_text(encoding="utf-8"))
+        found = set(CLASS.findall(text))
+        classes |= found
+        others |= {name for name in NAMED.findall(re.sub(CLASS, " ", text))}
+    return classes, others - classes
+
+
+def exported(library):
+    """The library's exports, demangled."""
+    dump = subprocess.run([TOOLS + "objdump", "-p", library], check=True, capture_output=True, text=True).stdout
+    table = dump.split("[Ordinal/Name Pointer] Table", 1)[-1].split("\n\n", 1)[0]
+    names = [match.group(1) for match in map(ENTRY.match, table.splitlines()) if match]
+    text = "\n".join("_" + name if name.startswith("_Z") else name for name in names)
+    return subprocess.run([TOOLS + "c++filt", "-_"], input=text, check=True, capture_output=True,
+                          text=True).stdout.splitlines()
+
+
+def owner(symbol):
+    """The class, function or variable that a demangled name speaks of, without namespaces and template arguments."""
+    symbol = re.sub(r"^(?:vtable|typeinfo|typeinfo name|VTT|guard variable|non-virtual thunk|virtual thunk) (?:for|to) ",
+                    "", symbol)
+    symbol = symbol.split("(", 1)[0].split("[abi:", 1)[0]
+    return symbol.split("::")
+
+
+def main():
+    classes, others = declared()
+    known = classes | others
+    seen, faults = set(), []
+    symbols = exported(sys.argv[1])
+    for symbol in symbols:
+        named = known & set(owner(symbol))
+        seen |= named
+        if not named:
+            faults.append(f"exported but in no public header: {symbol}")
+    faults.extend(f"in a public header but not exported: {name}" for name in sorted(known - seen))
+    if not symbols:
+        faults.append(f"no exports found in {sys.argv[1]}")
+    print("\n".join(faults), end="\n" if faults else "")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <new>
+#include <utility>
+
+namespace JSON {
+
+class Value;
+
+// Memory of one parsed document: handed out from the front of large chunks and given back all at once.
+class Arena {
+  public:
+    explicit Arena(std::size_t firstChunk) noexcept : nextChunk_(std::clamp(firstChunk, kSmallest, kLargest)) {}
+    Arena(const Arena&) = delete;
+    Arena& operator=(const Arena&) = delete;
+    ~Arena() {
+        while (last_) ::operator delete(std::exchange(last_, last_->previous));
+    }
+
+    // Aligned for every type of a tree. Throws std::bad_alloc.
+    void* Allocate(std::size_t bytes) {
+        bytes = RoundUp(bytes);
+        if (bytes > static_cast<std::size_t>(end_ - next_)) AddChunk(bytes);
+        return std::exchange(next_, next_ + bytes);
+    }
+
+    // Shortens the latest allocation.
+    void Trim(void* allocation, std::size_t bytes) noexcept {
+        next_ = static_cast<std::byte*>(allocation) + RoundUp(bytes);
+    }
+
+    // The nodes made by hand that were put below nodes in here: the list is kept here, the nodes are not.
+    struct Adopted {
+        Value* node;
+        Adopted* next;
+    };
+    const Adopted* adopted() const noexcept { return adopted_; }
+    void Adopt(void* record, Value* node) noexcept { adopted_ = new (record) Adopted{node, adopted_}; }
+
+  private:
+    struct alignas(double) alignas(void*) Chunk {
+        Chunk* previous;
+    };
+    static constexpr std::size_t kSmallest = 0x200;
+    static constexpr std::size_t kLargest = 0x10000;
+
+    static constexpr std::size_t RoundUp(std::size_t bytes) noexcept {
+        return (bytes + alignof(Chunk) - 1) & ~(alignof(Chunk) - 1);
+    }
+
+    [[gnu::noinline]] void AddChunk(std::size_t atLeast) {
+        const std::size_t size = std::max(nextChunk_, atLeast + sizeof(Chunk));
+        last_ = new (::operator new(size)) Chunk{last_};
+        next_ = reinterpret_cast<std::byte*>(last_ + 1);
+        end_ = reinterpret_cast<std::byte*>(last_) + size;
+        nextChunk_ = std::min(2 * nextChunk_, kLargest);
+    }
+
+    std::byte* next_ = nullptr;
+    std::byte* end_ = nullptr;
+    Chunk* last_ = nullptr;
+    Adopted* adopted_ = nullptr;
+    std::size_t nextChunk_;
+};
+
+}  // namespace JSON

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+// Kinds of units, the escapes of texts, and a quick way over the units between those.
+namespace JSON {
+
+constexpr bool IsDigit(wchar_t unit) {
+    return unit >= L'0' && unit <= L'9';
+}
+
+constexpr bool IsAsciiLetter(wchar_t unit) {
+    return (unit >= L'a' && unit <= L'z') || (unit >= L'A' && unit <= L'Z');
+}
+
+struct Escape {
+    wchar_t letter;  // behind the backslash
+    wchar_t unit;
+};
+
+inline constexpr Escape kEscapes[] = {
+    {L'"', L'"'}, {L'\\', L'\\'}, {L'/', L'/'}, {L'b', 8}, {L'f', 12}, {L'n', 10}, {L'r', 13}, {L't', 9},
+};
+
+using AsciiTable = std::array<char, 128>;  // 0 where there is nothing
+
+inline constexpr AsciiTable kUnitOfLetter = [] {
+    AsciiTable table{};
+    for (const Escape& escape : kEscapes) table[escape.letter] = static_cast<char>(escape.unit);
+    return table;
+}();
+
+inline constexpr AsciiTable kLetterOfUnit = [] {
+    AsciiTable table{};
+    for (const Escape& escape : kEscapes) table[escape.unit] = static_cast<char>(escape.letter);
+    return table;
+}();
+
+// 0 for units beyond the table. wchar_t is signed on some systems.
+constexpr char LookUp(const AsciiTable& table, wchar_t unit) {
+    const auto index = static_cast<char32_t>(unit);
+    return index < table.size() ? table[index] : '\0';
+}
+
+// A few units side by side, which the processor compares at once.
+using Unit = std::conditional_t<sizeof(wchar_t) == 2, std::uint16_t, std::uint32_t>;
+using Block = Unit __attribute__((vector_size(16)));
+inline constexpr std::ptrdiff_t kBlockUnits = sizeof(Block) / sizeof(Unit);
+
+// The first unit of [from, end) that `isSpecial`, or the end. The predicate is given a Unit, and answers whether it is
+// special, or a Block, and answers with all bits of each special one set.
+template <class Predicate>
+const wchar_t* FindSpecial(const wchar_t* from, const wchar_t* end, Predicate isSpecial) {
+    for (; end - from >= kBlockUnits; from += kBlockUnits) {
+        Block block;
+        std::memcpy(&block, from, sizeof(block));
+        const auto special = std::bit_cast<std::array<std::uint64_t, 2>>(isSpecial(block));
+        if (special[0] | special[1]) break;
+    }
+    while (from != end && !isSpecial(static_cast<Unit>(*from))) ++from;
+    return from;
+}
+
+}  // namespace JSON

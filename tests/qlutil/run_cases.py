@@ -1,0 +1,93 @@
+#!/usr/bin/env python3
+"""Runs qlutil on the cases beside this file and holds what it prints and answers against them.
+
+usage: run_cases.py QLUTIL.exe [RESULTS.xml]
+
+A case file holds cases one after the other:
+
+    # a remark
+    $ --json name 'C:\\a.txt'      the call, split as a shell splits words
+    < some text                    standard input, a line each
+    {"cmdLine": ...}               standard output, to the letter; "~ " before a line makes it a pattern
+    ! unknown switch               a text that standard error holds
+    = 0                            the exit status; ends the case
+"""
+import pathlib
+import re
+import shlex
+import subprocess
+import sys
+
+HERE = pathlib.Path(__file__).resolve().parent
+WINE = HERE.parent.parent / "scripts" / "wine"
+SECONDS = 60
+
+
+class Case:
+    def __init__(self, where, call):
+        self.where, self.call = where, call
+        self.stdin, self.stdout, self.stderr, self.status = [], [], [], None
+
+    def take(self, line):
+        """Adds a line of the case file; True when the case is complete."""
+        if line.startswith("< "):
+            self.stdin.append(line[2:])
+        elif line.startswith("! "):
+            self.stderr.append(line[2:])
+        elif line.startswith("= "):
+            self.status = int(line[2:])
+        else:
+            self.stdout.append(line)
+        return self.status is not None
+
+    def pattern(self):
+        lines = (line[2:] if line.startswith("~ ") else re.escape(line) for line in self.stdout)
+        return "".join(line + "\n" for line in lines)
+
+    def fault(self, program):
+        """What is wrong with the program's answer; empty when nothing is."""
+        done = subprocess.run([WINE, program, *shlex.split(self.call)], input="\n".join(self.stdin).encode(),
+                              capture_output=True, timeout=SECONDS, check=False)
+        out, err = done.stdout.decode("utf-8"), done.stderr.decode("utf-8").replace("\r", "")
+        if done.returncode != self.status:
+            return f"exit status {done.returncode}, not {self.status}; it said: {err}"
+        if not re.fullmatch(self.pattern(), out):
+            return f"printed:\n{out}instead of:\n" + "\n".join(self.stdout)
+        missing = [text for text in self.stderr if text not in err]
+        return f"did not say {missing}, but: {err}" if missing else ""
+
+
+def cases_of(path):
+    case = None
+    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
+        if case is None:
+            if line.startswith("$ "):
+                case = Case(f"{path.name}:{number}", line[2:])
+            elif line and not line.startswith("#"):
+                sys.exit(f"{path.name}:{number}: a case begins with '$ '")
+        elif case.take(line):
+            yield case
+            case = None
+    if case is not None:
+        sys.exit(f"{case.where}: the case has no '= STATUS'")
+
+
+def main():
+    program = sys.argv[1]
+    passed = failed = 0
+    for path in sorted((HERE / "cases").glob("*.txt")):
+        for case in cases_of(path):
+            fault = case.fault(program)
+            passed, failed = passed + (not fault), failed + bool(fault)
+            if fault:
+                print(f"{case.where}: qlutil {case.call}\n{fault}")
+    print(f"{passed} passed, {failed} failed")
+    if len(sys.argv) > 2:
+        results = pathlib.Path(sys.argv[2])
+        results.parent.mkdir(parents=True, exist_ok=True)
+        results.write_text(f'<testsuites tests="{passed + failed}" failures="{failed}"/>\n')
+    return 1 if failed or not passed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

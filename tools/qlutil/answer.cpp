@@ -1,0 +1,122 @@
+#include "tools/qlutil/answer.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "settings/json.h"
+#include "tools/qlutil/utf8.h"
+
+namespace {
+
+using JsonValue = std::unique_ptr<JSON::Value>;
+
+// Joins the overloads that a std::visit takes.
+template <class... Visitors>
+struct Overloaded : Visitors... {
+    using Visitors::operator()...;
+};
+
+JsonValue ToJson(const Node& node) {
+    return std::visit(
+        Overloaded{
+            [](std::nullptr_t) { return std::make_unique<JSON::Value>(JSON::Null); },
+            [](const RWWString& text) { return std::make_unique<JSON::Value>(text); },
+            [](double number) { return std::make_unique<JSON::Value>(number); },
+            [](bool flag) { return std::make_unique<JSON::Value>(flag); },
+            [](const List& list) {
+                auto array = std::make_unique<JSON::Value>(JSON::Array);
+                for (const Node& element : list) array->AddElement(ToJson(element));
+                return array;
+            },
+            [](const Record& record) {
+                auto object = std::make_unique<JSON::Value>(JSON::Object);
+                for (const auto& [key, value] : record) object->AddMember(key, ToJson(value));
+                return object;
+            },
+        },
+        node.value);
+}
+
+// Numbers and flags read alike in both forms; a text stands here without quotes.
+std::wstring ToCell(const Node& node) {
+    if (const auto* text = std::get_if<RWWString>(&node.value)) return text->str();
+    if (std::holds_alternative<std::nullptr_t>(node.value)) return L"-";
+    return JSON::Serialize(ToJson(node).get()).str();
+}
+
+using Row = std::vector<std::wstring>;
+
+// Lines up all columns but the last, so that no line ends in blanks.
+std::wstring Align(const std::vector<Row>& rows) {
+    std::vector<std::size_t> widths;
+    for (const Row& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+    }
+    std::wstring text;
+    for (const Row& row : rows) {
+        std::wstring line;
+        for (std::size_t i = 0; i < row.size(); ++i) {
+            line += row[i];
+            if (i + 1 < row.size()) line.append(widths[i] - row[i].size() + 2, L' ');
+        }
+        line.resize(line.find_last_not_of(L' ') + 1);
+        text += line + L'\n';
+    }
+    return text;
+}
+
+std::wstring RenderList(const List& list) {
+    std::vector<Row> rows;
+    for (const Node& element : list) {
+        const auto* record = std::get_if<Record>(&element.value);
+        if (!record) {
+            rows.push_back({ToCell(element)});
+            continue;
+        }
+        Row titles, cells;
+        for (const auto& [key, value] : *record) {
+            titles.emplace_back(key);
+            cells.push_back(ToCell(value));
+        }
+        if (rows.empty()) rows.push_back(std::move(titles));
+        rows.push_back(std::move(cells));
+    }
+    return Align(rows);
+}
+
+std::wstring RenderRecord(const Record& record) {
+    std::vector<Row> rows;
+    std::wstring lists;
+    for (const auto& [key, value] : record) {
+        if (const auto* list = std::get_if<List>(&value.value)) {
+            lists += std::wstring(key) + L":\n" + RenderList(*list);
+        } else {
+            rows.push_back({key, ToCell(value)});
+        }
+    }
+    return Align(rows) + lists;
+}
+
+std::wstring RenderPlain(const Node& node) {
+    if (const auto* record = std::get_if<Record>(&node.value)) return RenderRecord(*record);
+    if (const auto* list = std::get_if<List>(&node.value)) return RenderList(*list);
+    return ToCell(node) + L'\n';
+}
+
+std::wstring RenderJson(const Node& node) {
+    const JsonValue tree = ToJson(node);
+    RWWString text = JSON::Serialize(tree.get());
+    // UTF-8 has no form for half a pair; the escaped form has one.
+    if (HasLoneSurrogate(text)) text = JSON::Serialize(tree.get(), true);
+    return text.str() + L'\n';
+}
+
+}  // namespace
+
+std::wstring Render(const Answer& answer, bool json) {
+    if (const auto* document = std::get_if<Document>(&answer.output)) return document->text.str() + L'\n';
+    const auto* node = std::get_if<Node>(&answer.output);
+    if (!node) return {};
+    return json ? RenderJson(*node) : RenderPlain(*node);
+}

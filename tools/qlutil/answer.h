@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "rw/wide_string.h"
+
+// What a command found out: a tree of named values in the order in which a reader wants them. It is printed as aligned
+// lines or, with --json, through the library's JSON writer.
+struct Node;
+using List = std::vector<Node>;
+using Record = std::vector<std::pair<const wchar_t*, Node>>;
+
+struct Node {
+    Node(std::nullptr_t) {}  // an absent text
+    Node(RWWString text) : value(std::move(text)) {}
+    Node(const wchar_t* text) : value(RWWString(text)) {}
+    Node(double number) : value(number) {}
+    Node(int number) : value(static_cast<double>(number)) {}
+    Node(unsigned number) : value(static_cast<double>(number)) {}
+    Node(unsigned long number) : value(static_cast<double>(number)) {}
+    Node(bool flag) : value(flag) {}
+    Node(List list) : value(std::move(list)) {}
+    Node(Record record) : value(std::move(record)) {}
+
+    std::variant<std::nullptr_t, RWWString, double, bool, List, Record> value = nullptr;
+};
+
+// A document that is itself the output, printed as it stands.
+struct Document {
+    RWWString text;
+};
+
+enum ExitStatus { kDone = 0, kFailed = 1, kWrongCall = 2 };
+
+struct Answer {
+    Answer(Node result) : output(std::move(result)) {}
+    Answer(Record result) : output(Node(std::move(result))) {}
+    Answer(List result) : output(Node(std::move(result))) {}
+    Answer(Document document) : output(std::move(document)) {}
+    // Failed, with what there is to print all the same.
+    Answer(Node result, std::wstring why) : output(std::move(result)), message(std::move(why)), status(kFailed) {}
+
+    static Answer Failure(std::wstring why) {
+        Answer answer{Node(nullptr), std::move(why)};
+        answer.output = std::monostate();
+        return answer;
+    }
+
+    std::variant<std::monostate, Node, Document> output;
+    std::wstring message;  // for standard error
+    ExitStatus status = kDone;
+};
+
+// The text of the answer for standard output, line feeds included; nothing for a failure without output.
+std::wstring Render(const Answer& answer, bool json);

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "tools/qlutil/answer.h"
+#include "tools/qlutil/arguments.h"
+
+inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
+
+// How much of the library runs around a command. A command that shows the library's own start starts it itself.
+enum class Library { kStarted, kLeftToCommand };
+
+// One row of the program: what is typed, what is shown about it, and what it does.
+struct Command {
+    std::wstring_view name;  // one word, or two with a blank between
+    std::wstring_view arguments;
+    std::wstring_view summary;
+    std::span<const SwitchRow> switches;
+    std::size_t fewest;
+    std::size_t most;
+    Answer (*run)(const Arguments& arguments);
+    Library library = Library::kStarted;
+};
+
+// The families; each is a table in the source of its own name.
+std::span<const Command> SessionCommands();
+std::span<const Command> NameCommands();
+std::span<const Command> TextCommands();
+std::span<const Command> JsonCommands();
+std::span<const Command> PreferenceCommands();
+std::span<const Command> DirectoryCommands();
+
+struct CommandMatch {
+    const Command* command;  // null when no command has that name
+    std::size_t words;       // how many words its name takes
+};
+CommandMatch FindCommand(std::span<const std::wstring_view> words);
+
+// "qlutil NAME ARGUMENTS" and what it does, in two lines.
+std::wstring UsageOf(const Command& command);
+
+// The usage of one command, of one family ("text") or, for no words, of all; empty for an unknown name.
+std::wstring HelpFor(std::span<const std::wstring_view> words);
+
+// The known name that is closest to a mistyped one.
+std::wstring NearestName(std::wstring_view typed);

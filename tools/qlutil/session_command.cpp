@@ -1,0 +1,128 @@
+#include <functional>
+#include <thread>
+
+#include "prefs/directories.h"
+#include "settings/preferences.h"
+#include "settings/settings_store.h"
+#include "tools/qlutil/command.h"
+#include "tools/qlutil/library_run.h"
+
+namespace {
+
+constexpr int kUsualContext = 3;
+constexpr int kLastContext = 999;
+
+// What the session tells, step by step.
+class Story {
+  public:
+    void Tell(const wchar_t* step, RWWString result) {
+        steps_.push_back(Record{{L"step", step}, {L"result", std::move(result)}});
+    }
+    List Take() { return std::move(steps_); }
+
+  private:
+    List steps_;
+};
+
+// A settings context with a wanted number; the ones made on the way to it are given back at once.
+class Context {
+  public:
+    explicit Context(int wanted) {
+        std::vector<int> onTheWay;
+        while ((id_ = CQlsSettings::CreateThreadSettings()) < wanted && id_ >= 0) onTheWay.push_back(id_);
+        for (int id : onTheWay) CQlsSettings::ReleaseThreadSettingsRef(id);
+    }
+    ~Context() { CQlsSettings::ReleaseThreadSettingsRef(id_); }
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+
+    int id() const noexcept { return id_; }
+    CQlsSettings* Store() const { return CQlsSettings::GetSettings(id_, true); }
+
+  private:
+    int id_ = -1;
+};
+
+class Attachment {
+  public:
+    explicit Attachment(int id) : id_(id) { CQlsSettings::AttachThreadSettings(id); }
+    ~Attachment() { CQlsSettings::DetachThreadSettings(id_); }
+    Attachment(const Attachment&) = delete;
+    Attachment& operator=(const Attachment&) = delete;
+
+  private:
+    int id_;
+};
+
+constexpr const wchar_t* kLocations = L"Locations";
+constexpr const wchar_t* kAnswerFiles = L"Answer Files";
+constexpr const wchar_t* kTemplateFiles = L"Template Files";
+
+// The first thread's part: what it asks is loaded from the registry into its context, what it sets stays in memory.
+RWWString MakeSettings(const Context& context, Story& story) {
+    const Attachment attached(context.id());
+    story.Tell(L"attach this thread to a settings context", RWWString(std::to_wstring(context.id())));
+    CQlsSettings::SetThreadRegStrSetting(kLocations, kAnswerFiles, L"C:\\Session Answers");
+    story.Tell(L"override the answer folder in the context", CQlDir::GetDirectory(AnswerDirectory));
+    CQlsSettings::SetThreadRegStrSetting(kLocations, kTemplateFiles,
+                                         GetQLProfileDir(kLocations, kTemplateFiles).data());
+    RWWString settings;
+    context.Store()->GetSerializedSettings(&settings);
+    story.Tell(L"serialise the context", settings);
+    return settings;
+}
+
+struct Asked {
+    RWWString templates;
+    RWWString answers;
+};
+
+// The second thread's part: a context of its own, filled from the document.
+Asked AskOnSecondThread(const RWWString& settings) {
+    Asked asked;
+    std::thread([&] {
+        const LibraryThread thread;
+        const Context context(0);
+        const Attachment attached(context.id());
+        context.Store()->SetFromSerializedSettings(settings.data());
+        asked = {CQlDir::GetDirectory(TemplateDirectory), CQlDir::GetDirectory(AnswerDirectory)};
+    }).join();
+    return asked;
+}
+
+Answer Session(const Arguments& arguments) {
+    const auto given = arguments.Value(L"context");
+    const int wanted = given ? RequireInt(*given, L"N") : kUsualContext;
+    if (wanted < 0 || wanted > kLastContext) throw WrongCall(L"N must be 0 to 999");
+
+    Story story;
+    Record answer;
+    {
+        const LibraryRun library;
+        if (!library.ok()) return Answer::Failure(L"the library did not start");
+        story.Tell(L"start the library", L"started");
+        const Context context(wanted);
+        const RWWString settings = MakeSettings(context, story);
+        const Asked asked = AskOnSecondThread(settings);
+        story.Tell(L"hand the settings to a second thread and ask it for the answer folder", asked.answers);
+        story.Tell(L"ask the second thread for the template folder", asked.templates);
+        answer = {{L"templateDirectory", asked.templates}, {L"settings", settings}};
+    }
+    story.Tell(L"shut the library down", L"done");
+    answer.insert(answer.begin(), {L"steps", story.Take()});
+    return answer;
+}
+
+constexpr SwitchRow kSessionSwitches[] = {{L"context", true}};
+
+constexpr Command kCommands[] = {
+    {L"session", L"[--context N]",
+     L"The library's typical request, step by step: start, contexts, settings handed over, a folder asked, stop.",
+     kSessionSwitches, 0, 0, Session, Library::kLeftToCommand},
+};
+
+}  // namespace
+
+std::span<const Command> SessionCommands() {
+    return kCommands;
+}

@@ -1,0 +1,85 @@
+#include "tools/qlutil/text_file.h"
+
+#include <fcntl.h>
+#include <io.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "tools/qlutil/utf8.h"
+
+namespace {
+
+struct FileCloser {
+    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
+
+std::wstring SystemReason() {
+    const char* reason = std::strerror(errno);
+    return {reason, reason + std::strlen(reason)};
+}
+
+std::wstring Cannot(std::wstring_view what, std::wstring_view path) {
+    return L"cannot " + std::wstring(what) + L" " + std::wstring(path) + L": " + SystemReason();
+}
+
+bool ReadAll(std::FILE* file, std::string& bytes) {
+    char block[64 * 1024];
+    while (const std::size_t count = std::fread(block, 1, sizeof block, file)) bytes.append(block, count);
+    return std::ferror(file) == 0;
+}
+
+bool WriteAll(const std::wstring& path, std::string_view bytes) {
+    OpenFile file(::_wfopen(path.c_str(), L"wb"));
+    if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) return false;
+    return std::fclose(file.release()) == 0;
+}
+
+}  // namespace
+
+std::optional<std::wstring> ReadTextFile(std::wstring_view path, std::wstring& why) {
+    const bool standardInput = path == L"-";
+    const OpenFile file(standardInput ? nullptr : ::_wfopen(std::wstring(path).c_str(), L"rb"));
+    if (standardInput) ::_setmode(::_fileno(stdin), _O_BINARY);
+    std::string bytes;
+    if ((!file && !standardInput) || !ReadAll(standardInput ? stdin : file.get(), bytes)) {
+        why = Cannot(L"read", path);
+        return std::nullopt;
+    }
+    std::optional<std::wstring> text = FromUtf8(bytes);
+    if (!text) why = std::wstring(path) + L" is not UTF-8 text";
+    return text;
+}
+
+bool WriteTextFile(std::wstring_view path, std::wstring_view text, std::wstring& why) {
+    const std::wstring target(path);
+    const std::wstring beside = target + L".new";
+    if (!WriteAll(beside, ToUtf8(text))) {
+        why = Cannot(L"write", beside);
+        ::_wremove(beside.c_str());
+        return false;
+    }
+    // The C library's rename does not replace; between the two calls the complete file stands beside.
+    if (::_waccess(target.c_str(), 0) == 0 && ::_wremove(target.c_str()) != 0) {
+        why = Cannot(L"replace", target);
+        ::_wremove(beside.c_str());
+        return false;
+    }
+    if (::_wrename(beside.c_str(), target.c_str()) == 0) return true;
+    why = Cannot(L"write", target) + L"; the text is in " + beside;
+    return false;
+}
+
+bool WriteToStream(Stream stream, std::wstring_view text) {
+    std::FILE* const file = stream == Stream::kOutput ? stdout : stderr;
+    if (::_isatty(::_fileno(file))) {
+        ::_setmode(::_fileno(file), _O_U8TEXT);
+        return std::fputws(std::wstring(text).c_str(), file) >= 0 && std::fflush(file) == 0;
+    }
+    ::_setmode(::_fileno(file), _O_BINARY);
+    const std::string bytes = ToUtf8(text);
+    return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() && std::fflush(file) == 0;
+}
