@@ -5,6 +5,8 @@
 
 namespace {
 
+using Calendar = RWDate::Calendar;
+
 constexpr int kFirstAddYear = 1582;
 constexpr int kLastAddYear = 9999;
 constexpr double kAddLimit = 32000;
@@ -32,25 +34,20 @@ CDate AddDays(const CDate& date, int days) {
     return sum >= CDate(1, 1, kFirstAddYear) && sum.IsValid() ? sum : Null();
 }
 
-tagQL_DATE RecordOf(const CDate& date) {
-    tagQL_DATE record;
-    date.GetTBDate(&record);
-    return record;
-}
-
-CDate AddMonths(const tagQL_DATE& date, int months) {
-    const int sum = static_cast<int>(date.year) * 12 + static_cast<int>(date.month) - 1 + months;
+CDate AddMonths(const Calendar& date, int months) {
+    const int sum = date.year * 12 + static_cast<int>(date.month) - 1 + months;
     if (sum < 0) return Null();
     return Clamped(date.day, static_cast<unsigned>(sum % 12) + 1, sum / 12);
 }
 
-int MonthsBetween(const tagQL_DATE& earlier, const tagQL_DATE& later) {
-    const auto months = static_cast<int>((later.year - earlier.year) * 12 + later.month - earlier.month);
+int MonthsBetween(const Calendar& earlier, const Calendar& later) {
+    const int months =
+        (later.year - earlier.year) * 12 + static_cast<int>(later.month) - static_cast<int>(earlier.month);
     return later.day < earlier.day ? months - 1 : months;
 }
 
-int YearsBetween(const tagQL_DATE& earlier, const tagQL_DATE& later) {
-    const auto years = static_cast<int>(later.year - earlier.year);
+int YearsBetween(const Calendar& earlier, const Calendar& later) {
+    const int years = later.year - earlier.year;
     const bool isShort = std::tie(later.month, later.day) < std::tie(earlier.month, earlier.day);
     return isShort ? years - 1 : years;
 }
@@ -80,7 +77,7 @@ void CDate::SetTBDate(const tagQL_DATE& date) noexcept {
 
 void CDate::GetTBDate(tagQL_DATE* date) const noexcept {
     if (!date) return;
-    const RWDate::Calendar calendar = date_.calendar();
+    const Calendar calendar = date_.calendar();
     *date = {calendar.day, calendar.month, static_cast<std::uint32_t>(std::max(calendar.year, 0))};
 }
 
@@ -88,8 +85,8 @@ CDate CDate::Add(const Number& amount, DateUnit unit) const noexcept {
     if (!IsValid()) return Null();
     const int count = WholeCount(amount.GetDouble());
     switch (unit) {
-        case DATE_UNIT_MONTHS: return AddMonths(RecordOf(*this), count);
-        case DATE_UNIT_YEARS: return AddMonths(RecordOf(*this), count * 12);
+        case DATE_UNIT_MONTHS: return AddMonths(date_.calendar(), count);
+        case DATE_UNIT_YEARS: return AddMonths(date_.calendar(), count * 12);
         case DATE_UNIT_DAYS: return AddDays(*this, count);
         default: return AddDays(*this, 0);
     }
@@ -97,11 +94,13 @@ CDate CDate::Add(const Number& amount, DateUnit unit) const noexcept {
 
 Number CDate::Difference(const CDate& other, DateUnit unit) const noexcept {
     const auto [earlier, later] = std::minmax(*this, other);
-    // Dates before the year 1 share the year 0, so that a later one may look earlier.
+    // No date counts as the year 0: a later one, before the year 0, may look earlier.
     switch (unit) {
         case DATE_UNIT_DAYS: return later.DayNumber() - earlier.DayNumber();
-        case DATE_UNIT_MONTHS: return std::max(0, MonthsBetween(RecordOf(earlier), RecordOf(later)));
-        case DATE_UNIT_YEARS: return std::max(0, YearsBetween(RecordOf(earlier), RecordOf(later)));
+        case DATE_UNIT_MONTHS:
+            return std::max(0, MonthsBetween(earlier.date_.calendar(), later.date_.calendar()));
+        case DATE_UNIT_YEARS:
+            return std::max(0, YearsBetween(earlier.date_.calendar(), later.date_.calendar()));
         default: return 0;
     }
 }

@@ -3,6 +3,11 @@
 #include "rw/file.h"
 #include "rw/virtual_streams.h"
 
+// Said again so that the library holds them for a caller who takes their address.
+constexpr double Number::m_noNumber;
+constexpr double Number::m_maxNumber;
+constexpr double Number::m_minNumber;
+
 Number operator/(Number dividend, Number divisor) {
     if (divisor.m_value == 0) throw 0.0F;
     return Number::AreAnswered(dividend, divisor) ? Number(dividend.m_value / divisor.m_value) : Number();

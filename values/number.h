@@ -12,14 +12,13 @@ class RWvostream;
 // limits. A plain value; distinct objects may be used from distinct threads.
 //
 // Kept on purpose:
-//  - A null is neither equal nor unequal to anything, itself included: all six comparisons answer false, !=
-//  too. An
-//    unanswered value meets no condition.
+//  - A null is neither equal nor unequal to anything, itself included: all six comparisons answer false, also
+//    !=. An unanswered value meets no condition.
 //  - Null spreads through +, -, * and /, but dividing by zero throws before null is looked at, a float of
-//  value 0.
+//    value 0.
 //  - The two limits are markers only: arithmetic and comparison take them as ordinary numbers, and nothing
-//  saturates.
-//  - Null is a value like others to arithmetic's results: one that happens to be -1e101 is null.
+//    saturates.
+//  - A result that happens to be -1e101 is null.
 class QL_API Number {
   public:
     static constexpr double m_noNumber = -1e101;

@@ -36,18 +36,15 @@ QL_API double FudgeDouble(double value, long places, bool round) noexcept;
 // Writes the number in fixed-point form with so many decimals (negative places count as 0) into the buffer,
 // which has room for FloatFormatBufferChars(places), and returns the buffer. The decimals are those of the
 // exact binary value, correctly rounded, an exact half to the even digit: 0.125 with 2 places -> 0.12. Writes
-// nothing to a null buffer and an empty text for a null format.
+// nothing to a null buffer and an empty text for a null format. Kept on purpose:
 //  - The sign stands after the symbol: $-1,234.50. A number that is written as zero has no sign, but keeps it
-//  behind a
-//    symbol: $-0.00.
-//  - Without a decimal separator the text ends where it would stand, after rounding to the places: 1.96 with
-//  1 place
-//    -> 2, but 1.5 with 1 place -> 1.
-//  - A text that ends in the decimal separator loses it, be it a digit of the number that merely looks like
-//  it.
-//  - An infinity is "inf" and not-a-number "nan" (never with a sign), in place of the digits before the
-//  point; the
-//    decimals are zeros: inf.00.
+//    behind a symbol: $-0.00.
+//  - Without a decimal separator the text ends where it would stand, after rounding to the places: with 1
+//    place 1.96 -> 2, but 1.5 -> 1.
+//  - A text whose last character is the decimal separator loses it, also when the separator is a digit and
+//    that character one of the number's.
+//  - An infinity is "inf" and not-a-number "nan" (never with a sign) in place of the digits before the point;
+//    the decimals are zeros: inf.00.
 QL_API wchar_t* FloatFormatStringExt(double value, wchar_t* buffer, const tagQL_FLOATFORMAT* format,
                                      short places) noexcept;
 

@@ -18,6 +18,8 @@ namespace chrono = std::chrono;
 using Ymd = std::tuple<int, unsigned, unsigned>;  // in the order of time
 
 constexpr int kJulianDayOf1970 = 2440588;
+constexpr const wchar_t* kMonthNames[] = {L"JAN", L"FEB", L"MAR", L"APR", L"MAY", L"JUN",
+                                          L"JUL", L"AUG", L"SEP", L"OCT", L"NOV", L"DEC"};
 
 chrono::year_month_day Chrono(int year, unsigned month, unsigned day) {
     return chrono::year(year) / chrono::month(month) / chrono::day(day);
@@ -55,8 +57,12 @@ TEST(Date, EveryDayFrom1582To10000AgreesWithTheStandardCalendar) {
         ASSERT_EQ(CDate(dayOfMonth, month, static_cast<unsigned>(year)), date);
         ASSERT_EQ(date.DayOfWeek(), chrono::weekday(day).c_encoding() + 1) << number;
         ASSERT_EQ(date.IsValid(), year <= 9999);
+        ASSERT_EQ(date.IsNull(), day == chrono::sys_days(Chrono(10000, 1, 1)));
+        ASSERT_STREQ(kMonthNames[month - 1], date.MonthStr());
     }
     EXPECT_EQ(number, CDate(31, 12, 10000).DayNumber() + 1);
+    EXPECT_EQ(CDate::nullDate.dayNumber(), Null().DayNumber());
+    EXPECT_GT(Null(), CDate(31, 12, 9999));
 }
 
 TEST(Date, ThreeNumbersThatFormNoDateGiveNumberZero) {
@@ -72,13 +78,6 @@ TEST(Date, ThreeNumbersThatFormNoDateGiveNumberZero) {
         EXPECT_STREQ(L"", date.MonthStr());
     }
     EXPECT_TRUE(CDate(29, 2, 2000).IsValid());
-}
-
-TEST(Date, NullIsGreaterThanEveryValidDateAndNotValid) {
-    const CDate null = Null();
-    EXPECT_EQ(CDate::nullDate.dayNumber(), null.DayNumber());
-    EXPECT_EQ(Ymd(10000, 1, 1), Fields(null));
-    EXPECT_TRUE(null.IsNull() && !null.IsValid() && null > CDate(31, 12, 9999) && null == Null());
 }
 
 TEST(Date, AnyNumberIsSafeAndConsecutiveNumbersAreConsecutiveDays) {
@@ -113,18 +112,6 @@ TEST(Date, StepsWrapAndDecrementMovesForward) {
     EXPECT_EQ(0xFFFFFFFFU, (last -= 1).DayNumber());
     EXPECT_EQ(0x7FFFFFFFU, (last += std::numeric_limits<int>::min()).DayNumber());
     EXPECT_EQ(0xFFFFFFFFU, (last -= std::numeric_limits<int>::min()).DayNumber());
-}
-
-TEST(Date, DayOfWeekCountsFromSunday) {
-    EXPECT_EQ(1U, CDate(1, 9, 2024).DayOfWeek());
-    EXPECT_EQ(7U, CDate(7, 9, 2024).DayOfWeek());
-}
-
-TEST(Date, MonthNamesAreTheSameInEveryLocale) {
-    constexpr const wchar_t* kNames[] = {L"JAN", L"FEB", L"MAR", L"APR", L"MAY", L"JUN",
-                                         L"JUL", L"AUG", L"SEP", L"OCT", L"NOV", L"DEC"};
-    for (unsigned month = 1; month <= 12; ++month)
-        EXPECT_STREQ(kNames[month - 1], CDate(1, month, 2024).MonthStr());
 }
 
 TEST(Date, RecordIsTakenOnlyWhenValid) {
@@ -177,8 +164,7 @@ TEST(DateAdd, Edges) {
         {CDate(1, 1, 2000), 5, -1, CDate(1, 1, 2000)},
         {CDate(1, 1, 1581), 5, 3, null},
         {CDate(1UL), -2, DATE_UNIT_DAYS, null},
-        {CDate(1UL), 0, DATE_UNIT_MONTHS, null},
-        {CDate(1UL), -1, DATE_UNIT_MONTHS, null},
+        {CDate(1UL), 31999, DATE_UNIT_MONTHS, null},
         {CDate(0UL), 1, DATE_UNIT_DAYS, null},
         {null, -1, DATE_UNIT_DAYS, null},
         {CDate(0xFFFFFFFFUL), 1, DATE_UNIT_DAYS, null},
@@ -234,7 +220,6 @@ TEST(DateDifference, EveryDayOfACycleAgreesWithAPlainModel) {
 
 TEST(DateDifference, Edges) {
     const CDate none(0UL);
-    const CDate first(1UL);
     const CDate farthest(0xFFFFFFFFUL);
     const struct {
         CDate one;
@@ -250,8 +235,8 @@ TEST(DateDifference, Edges) {
         {none, farthest, DATE_UNIT_DAYS, 4294967295.0},
         {none, CDate(31, 12, 2020), DATE_UNIT_YEARS, 2020},
         {none, CDate(31, 12, 2020), DATE_UNIT_MONTHS, 2020 * 12 + 12},
-        {first, CDate(60UL), DATE_UNIT_MONTHS, 0},  // November and January, both of the year 0
-        {first, CDate(60UL), DATE_UNIT_YEARS, 0},
+        {none, CDate(60UL), DATE_UNIT_YEARS, 0},
+        {CDate(1UL), CDate(60UL), DATE_UNIT_MONTHS, 1},  // 25 November and 23 January, before the year 1
         {CDate(1, 1, 2020), CDate(1, 1, 2021), 3, 0},
     };
     for (const auto& [one, other, unit, count] : kCases) {
@@ -265,10 +250,9 @@ TEST(DateExtract, FillsEveryFieldOfTheStructure) {
     std::tm fields;
     fields.tm_hour = fields.tm_min = fields.tm_sec = 99;
     CDate(31, 12, 2024).extract(fields);
-    const int kFields[] = {fields.tm_mday, fields.tm_mon, fields.tm_year, fields.tm_wday, fields.tm_yday,
-                           fields.tm_hour, fields.tm_min, fields.tm_sec,  fields.tm_isdst};
-    const int kExpected[] = {31, 11, 124, 2, 365, 0, 0, 0, -1};
-    for (int i = 0; i < 9; ++i) EXPECT_EQ(kExpected[i], kFields[i]) << i;
+    EXPECT_EQ(Ymd(124, 11, 31), Ymd(fields.tm_year, fields.tm_mon, fields.tm_mday));
+    EXPECT_EQ(Ymd(0, 0, 0), Ymd(fields.tm_hour, fields.tm_min, fields.tm_sec));
+    EXPECT_EQ(Ymd(2, 365, -1), Ymd(fields.tm_wday, fields.tm_yday, fields.tm_isdst));
 }
 
 TEST(DateExtract, SecondsAreThoseOfLocalMidnight) {
@@ -300,7 +284,7 @@ TEST(Date, PersistsAsItsNumberAndStaysWhenTheReadFails) {
     std::stringbuf bytes;
     RWBufferOstream out(bytes);
     CDate(29, 2, 2020).saveOn(out);
-    EXPECT_EQ(std::string("\x11\x87\x25\0", 4), bytes.str());
+    EXPECT_EQ(std::string("\x1D\x85\x25\0", 4), bytes.str());
     EXPECT_EQ(bytes.str().size(), CDate().binaryStoreSize());
     RWBufferIstream in(bytes);
     CDate date(0UL);

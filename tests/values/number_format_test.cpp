@@ -29,121 +29,65 @@ std::wstring Format(double value, int places, const tagQL_FLOATFORMAT& format = 
     return buffer.get();
 }
 
-// A whole number of any size, nine decimal digits a limb, the lowest first.
-class Decimal {
-  public:
-    explicit Decimal(std::uint64_t value) {
-        for (; value != 0; value /= kBase) limbs_.push_back(static_cast<std::uint32_t>(value % kBase));
+// A double's whole decimal expansion, lowest digit first, the point after `scale` of them.
+struct Expansion {
+    explicit Expansion(double value) {
+        int exponent = 0;
+        auto mantissa = static_cast<std::uint64_t>(std::ldexp(std::frexp(value, &exponent), 53));
+        for (; mantissa != 0; mantissa /= 10) digits += static_cast<char>(mantissa % 10);
+        for (exponent -= 53; exponent > 0; --exponent) Multiply(2);
+        for (; exponent < 0; ++exponent, ++scale) Multiply(5);  // a half is five tenths
     }
 
-    void Multiply(std::uint32_t factor, std::uint32_t add = 0) {
-        std::uint64_t carry = add;
-        for (std::uint32_t& limb : limbs_) {
-            carry += std::uint64_t{limb} * factor;
-            limb = static_cast<std::uint32_t>(carry % kBase);
-            carry /= kBase;
+    void Multiply(int factor, int carry = 0) {
+        for (char& digit : digits) {
+            carry += digit * factor;
+            digit = static_cast<char>(carry % 10);
+            carry /= 10;
         }
-        if (carry != 0) limbs_.push_back(static_cast<std::uint32_t>(carry));
+        for (; carry != 0; carry /= 10) digits += static_cast<char>(carry % 10);
     }
 
-    bool Halve() {  // answers the bit that falls off
-        std::uint32_t carry = 0;
-        for (auto limb = limbs_.rbegin(); limb != limbs_.rend(); ++limb) {
-            const std::uint32_t whole = *limb + carry * kBase;
-            *limb = whole / 2;
-            carry = whole % 2;
-        }
-        return carry != 0;
-    }
-
-    bool IsOdd() const { return !limbs_.empty() && limbs_.front() % 2 != 0; }
-
-    std::wstring Text(std::size_t atLeast) const {
-        std::wstring text;
-        for (const std::uint32_t limb : limbs_) {
-            const std::wstring digits = std::to_wstring(limb);
-            text.insert(0, std::wstring(9 - digits.size(), L'0') + digits);
-        }
-        text.erase(0, std::min(text.find_first_not_of(L'0'), text.size()));
-        if (text.size() < atLeast) text.insert(0, atLeast - text.size(), L'0');
-        return text;
-    }
-
-  private:
-    static constexpr std::uint32_t kBase = 1'000'000'000;
-    std::vector<std::uint32_t> limbs_;
+    std::string digits;
+    std::size_t scale = 0;
 };
 
-// |value| with so many decimals: the exact binary fraction, rounded half to even.
-std::wstring ExactDecimals(double value, int places) {
-    int exponent = 0;
-    const double mantissa = std::frexp(std::fabs(value), &exponent);
-    Decimal digits(static_cast<std::uint64_t>(std::ldexp(mantissa, 53)));
-    for (int i = 0; i < places; ++i) digits.Multiply(10);
-    for (exponent -= 53; exponent > 0; --exponent) digits.Multiply(2);
-    bool half = false;
-    bool more = false;
-    for (; exponent < 0; ++exponent) {
-        more = more || half;
-        half = digits.Halve();
+// An expansion with so many decimals, an exact half to the even digit, commas between the groups.
+std::wstring Grouped(Expansion exact, std::size_t places) {
+    std::string& digits = exact.digits;
+    if (exact.scale < places) digits.insert(0, places - exact.scale, 0);
+    if (exact.scale > places) {
+        const std::size_t dropped = exact.scale - places;
+        digits.resize(std::max(digits.size(), dropped + 1));
+        const char first = digits[dropped - 1];
+        const bool more = digits.find_first_not_of('\0') < dropped - 1;
+        const bool isOdd = digits[dropped] % 2 != 0;
+        digits.erase(0, dropped);
+        if (first > 5 || (first == 5 && (more || isOdd))) exact.Multiply(1, 1);
     }
-    if (half && (more || digits.IsOdd())) digits.Multiply(1, 1);
-    std::wstring text = digits.Text(static_cast<std::size_t>(places) + 1);
-    if (places > 0) text.insert(text.size() - static_cast<std::size_t>(places), 1, L'.');
-    return text;
-}
-
-// The text as the steps of the format make it from the plain decimals, by insertion and removal.
-std::wstring Model(double value, int places, const tagQL_FLOATFORMAT& format) {
-    const std::wstring symbol = format.leadingSymbol ? std::wstring(1, format.leadingSymbol) : L"";
-    std::wstring number = (std::signbit(value) ? L"-" : L"") + ExactDecimals(value, places);
-    auto point = static_cast<int>(std::min(number.find(L'.'), number.size()));
-    std::wstring decimals = number.substr(static_cast<std::size_t>(point));
-    number.erase(static_cast<std::size_t>(point));
-    for (int at = point - 3;
-         format.groupSeparator && at > 0 && number[static_cast<std::size_t>(at) - 1] != L'-'; at -= 3)
-        number.insert(static_cast<std::size_t>(at), 1, format.groupSeparator);
-    if (!decimals.empty()) decimals[0] = format.decimalSeparator;
-    std::wstring text = symbol + number + (format.decimalSeparator ? decimals : L"");
-    if (text.starts_with(L"-0") &&
-        text.find_first_not_of(std::wstring(L"-0") + format.decimalSeparator) == text.npos)
-        text.erase(0, 1);
-    return text;
+    digits.resize(std::max(digits.find_last_not_of('\0') + 1, places + 1));
+    std::wstring text;
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (i == places && places > 0) text += L'.';
+        if (i > places && (i - places) % 3 == 0) text += L',';
+        text += static_cast<wchar_t>(L'0' + digits[i]);
+    }
+    return {text.rbegin(), text.rend()};
 }
 
 std::vector<double> Sweep() {
-    std::vector<double> values = {0.0,
-                                  5e14,
-                                  1e15,
-                                  1e15 - 0.125,
-                                  1e15 + 0.125,
-                                  1e16,
-                                  123456789012345678.0,
-                                  9007199254740993.0,
-                                  1e22,
-                                  1e23,
-                                  1e100,
-                                  1e308,
-                                  kGreatest,
-                                  kTiniest,
-                                  2.2250738585072014e-308,
-                                  0.1,
-                                  1e-5,
-                                  5e-324,
-                                  99999999.5,
-                                  99999999.995,
-                                  999999999999999.9,
-                                  0.3,
-                                  2.675,
-                                  1.005};
-    for (int i = 0; i < 400; ++i) values.push_back(i / 16.0);  // halves of every place there is
-    for (int i = 1; i < 400; ++i) values.push_back((i * 12345.0 + 0.5) / 100);  // near halves of cents
+    std::vector<double> values = {0,   kTiniest, kGreatest, 1e22,  1e23, 1e100,
+                                  0.1, 2.675,    1e15,      1e308, 5e14, 99999999.995};
+    for (int i = 0; i < 400; ++i) {
+        values.push_back(i / 16.0);                   // halves of every place there is
+        values.push_back((i * 12345.0 + 0.5) / 100);  // near halves of cents
+    }
     for (double power = 1e-8; power < 1e24; power *= 10) {
-        for (const double near : {power, power - 0.5, power * 0.999999999, power / 2, 5 * power / 8})
+        for (const double near : {power, power - 0.5, power - 0.125, power / 2, 5 * power / 8})
             values.insert(values.end(), {near, std::nextafter(near, 0), std::nextafter(near, kGreatest)});
     }
     std::mt19937_64 random(20240229);  // NOLINT: the same numbers every time
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 1000; ++i) {
         const double any = std::bit_cast<double>(random());
         if (std::isfinite(any)) values.push_back(any);
         values.push_back(static_cast<double>(random() >> (i % 50)) / 1000);
@@ -156,21 +100,13 @@ std::vector<double> Sweep() {
 }  // namespace
 
 TEST(FloatFormat, AgreesWithExactDecimalArithmetic) {
-    constexpr tagQL_FLOATFORMAT kFormats[] = {kPlain, {0, L'.', L','}, {L'$', L',', L'.'}, {0, 0, L'\x2019'}};
-    const std::vector<double> values = Sweep();
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const double value = i % 3 == 0 ? -values[i] : values[i];
-        for (const int places : {0, 1, 2, 3, 8, 9, 17}) {
-            const tagQL_FLOATFORMAT& format =
-                kFormats[(i + static_cast<std::size_t>(places)) % std::size(kFormats)];
-            ASSERT_EQ(Model(value, places, format), Format(value, places, format))
-                << value << " to " << places;
+    for (const double value : Sweep()) {
+        const Expansion exact(std::fabs(value));
+        for (const int places : {0, 1, 2, 3, 8, 9, 17, 1100}) {
+            std::wstring text = Grouped(exact, static_cast<std::size_t>(places));
+            if (std::signbit(value) && text.find_first_of(L"123456789") != text.npos) text.insert(0, 1, L'-');
+            ASSERT_EQ(text, Format(value, places, {0, L'.', L','})) << value << " to " << places;
         }
-    }
-    for (const double value : {kTiniest, kGreatest, -1e308, 1 / 3.0}) {
-        for (const int places : {330, 1073, 1074, 1075, 32767})
-            EXPECT_TRUE(Model(value, places, kFormats[1]) == Format(value, places, kFormats[1]))
-                << value << ' ' << places;
     }
 }
 
