@@ -92,15 +92,11 @@ CDate CDate::Add(const Number& amount, DateUnit unit) const noexcept {
     }
 }
 
-Number CDate::Difference(const CDate& other, DateUnit unit) const noexcept {
-    const auto [earlier, later] = std::minmax(*this, other);
+Number CDate::CalendarDifference(const CDate& later, DateUnit unit) const noexcept {
     // No date counts as the year 0: a later one, before the year 0, may look earlier.
     switch (unit) {
-        case DATE_UNIT_DAYS: return later.DayNumber() - earlier.DayNumber();
-        case DATE_UNIT_MONTHS:
-            return std::max(0, MonthsBetween(earlier.date_.calendar(), later.date_.calendar()));
-        case DATE_UNIT_YEARS:
-            return std::max(0, YearsBetween(earlier.date_.calendar(), later.date_.calendar()));
+        case DATE_UNIT_MONTHS: return std::max(0, MonthsBetween(date_.calendar(), later.date_.calendar()));
+        case DATE_UNIT_YEARS: return std::max(0, YearsBetween(date_.calendar(), later.date_.calendar()));
         default: return 0;
     }
 }

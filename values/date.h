@@ -107,6 +107,8 @@ class QL_API CDate {
   private:
     static constexpr std::uint32_t kNullNumber = RWDate(1, 1, 10000).dayNumber();
 
+    Number CalendarDifference(const CDate& later, DateUnit unit) const noexcept;
+
     RWDate date_;
 };
 static_assert(sizeof(CDate) == 4);
@@ -119,4 +121,11 @@ constexpr CDate& CDate::operator+=(int days) noexcept {
 constexpr CDate& CDate::operator-=(int days) noexcept {
     date_ = RWDate(DayNumber() - static_cast<std::uint32_t>(days));
     return *this;
+}
+
+inline Number CDate::Difference(const CDate& other, DateUnit unit) const noexcept {
+    const CDate& earlier = *this < other ? *this : other;
+    const CDate& later = *this < other ? other : *this;
+    return unit == DATE_UNIT_DAYS ? Number(later.DayNumber() - earlier.DayNumber())
+                                  : earlier.CalendarDifference(later, unit);
 }
