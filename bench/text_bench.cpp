@@ -1,0 +1,107 @@
+// Builds lines and splits texts, beside what hosts would use without the library.
+#include <benchmark/benchmark.h>
+#include <fmt/xchar.h>
+
+#include <array>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "text/speed_str.h"
+#include "text/token_string.h"
+
+namespace {
+
+// Ten parts that make a line of `units` units.
+std::array<RWWString, 10> PartsOf(std::size_t units) {
+    std::array<RWWString, 10> parts;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+        const std::size_t length = units / 10 + (i % 2 ? 3 : 0) - (i % 2 ? 0 : 3);
+        parts[i] = RWWString(std::wstring(length, static_cast<wchar_t>(L'a' + i)));
+    }
+    return parts;
+}
+
+// `build` returns the line's first unit, so that the line must exist.
+template <class Build>
+void BuildLine(benchmark::State& state, Build build) {
+    const auto parts = PartsOf(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) benchmark::DoNotOptimize(build(parts));
+}
+
+void BuilderOurs(benchmark::State& state) {
+    BuildLine(state, [](const auto& parts) {
+        CSpeedStr line;
+        for (const RWWString& part : parts) line += part;
+        return *line.data();
+    });
+}
+
+void BuilderString(benchmark::State& state) {
+    BuildLine(state, [](const auto& parts) {
+        std::wstring line;
+        for (const RWWString& part : parts) line += part.view();
+        return *line.c_str();
+    });
+}
+
+void BuilderStream(benchmark::State& state) {
+    BuildLine(state, [](const auto& parts) {
+        std::wostringstream line;
+        for (const RWWString& part : parts) line << part.view();
+        return *line.view().data();
+    });
+}
+
+void BuilderFmt(benchmark::State& state) {
+    BuildLine(state, [](const auto& parts) {
+        fmt::wmemory_buffer line;
+        for (const RWWString& part : parts) line.append(part.data(), part.data() + part.length());
+        line.push_back(L'\0');
+        return *line.data();
+    });
+}
+
+BENCHMARK(BuilderOurs)->Name("build_line/CSpeedStr")->Arg(120)->Arg(480);
+BENCHMARK(BuilderString)->Name("build_line/std_wstring")->Arg(120)->Arg(480);
+BENCHMARK(BuilderStream)->Name("build_line/std_wostringstream")->Arg(120)->Arg(480);
+BENCHMARK(BuilderFmt)->Name("build_line/fmt_wmemory_buffer")->Arg(120)->Arg(480);
+
+constexpr const wchar_t* kDelimiters = L" ,;";
+
+// 1 MB of words of one to twelve units.
+RWWString Words() {
+    std::wstring text;
+    for (std::size_t i = 0; text.size() < (1U << 20) / sizeof(char16_t); ++i) {
+        text.append(1 + i * 7 % 12, static_cast<wchar_t>(L'a' + i % 26));
+        text += i % 5 ? L" " : L", ";
+    }
+    return text;
+}
+
+void TokensOurs(benchmark::State& state) {
+    TokenString text(Words(), kDelimiters);
+    for (auto _ : state) {
+        text.Init();
+        for (RWWString token = text.Next(); !token.isNull(); token = text.Next())
+            benchmark::DoNotOptimize(token);
+    }
+}
+
+void TokensFindFirstOf(benchmark::State& state) {
+    const RWWString words = Words();
+    const std::wstring_view text = words.view();
+    for (auto _ : state) {
+        for (std::size_t at = text.find_first_not_of(kDelimiters); at != std::wstring_view::npos;) {
+            const std::size_t end = text.find_first_of(kDelimiters, at);
+            std::wstring token(text.substr(at, end - at));
+            benchmark::DoNotOptimize(token);
+            at = text.find_first_not_of(kDelimiters, end);
+        }
+    }
+}
+
+BENCHMARK(TokensOurs)->Name("split_1MB/TokenString");
+BENCHMARK(TokensFindFirstOf)->Name("split_1MB/find_first_of");
+
+}  // namespace

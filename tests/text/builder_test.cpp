@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "text/speed_str.h"
+
+namespace {
+
+std::wstring TextOf(CSpeedStr& builder) {
+    EXPECT_EQ(builder.data()[builder.length()], L'\0');
+    EXPECT_EQ(builder.ToString(), std::wstring_view(builder.data(), builder.length()));
+    return builder.ToString().str();
+}
+
+TEST(SpeedStr, KeepsItsTextAcrossTheMoveToTheHeap) {
+    std::wstring expected;
+    CSpeedStr builder;
+    for (int i = 0; i < 1200; ++i) {
+        const auto unit = static_cast<wchar_t>(L'a' + i % 26);
+        builder += unit;
+        expected += unit;
+        ASSERT_EQ(TextOf(builder), expected);
+    }
+    EXPECT_EQ(builder[511], expected[511]);
+    EXPECT_EQ(builder[512], expected[512]);
+}
+
+TEST(SpeedStr, TakesEveryKindOfPart) {
+    CSpeedStr part;
+    part += L"three";
+    CSpeedStr builder;
+    (builder += L"one ") += RWWString(L"two ");
+    builder += part;
+    builder += L'!';
+    builder.append(L"\0?", 2);
+    builder.append(static_cast<const wchar_t*>(nullptr));
+    EXPECT_EQ(TextOf(builder), std::wstring(L"one two three!\0?", 16));
+    EXPECT_EQ(builder[16], L'\0') << "beyond the text";
+}
+
+TEST(SpeedStr, TakesPiecesOfItself) {
+    for (const std::size_t length : {10, 300, 600}) {
+        const std::wstring text = std::wstring(length - 2, L'x') + L"yz";
+        CSpeedStr builder;
+        builder += text.c_str();
+        builder += builder;
+        builder.append(builder.data() + length - 2, 2);
+        EXPECT_EQ(TextOf(builder), text + text + L"yz") << length;
+        builder.prepend(builder.data() + 1);
+        EXPECT_EQ(builder.length(), 2 * (2 * length + 2) - 1) << length;
+        EXPECT_EQ(builder.ToString().view().substr(0, 2 * length + 1), (text + text + L"yz").substr(1))
+            << length;
+    }
+}
+
+TEST(SpeedStr, PrependMovesOnlyAsManyUnitsAsItPutsInFront) {
+    const std::wstring full(511, L'x');
+    const struct {
+        std::wstring former, front, result;
+    } cases[] = {
+        {L"", L"abc", L"abc"},
+        {L"wxy", L"abc", L"abcwxy"},
+        {L"w", L"abc", L"abcw"},
+        {L"wxyz", L"ab", std::wstring(L"abwx\0\0", 6)},
+        {L"uvwxyz", L"ab", std::wstring(L"abuvyz\0\0", 8)},
+        {L"wxyz", L"", L"wxyz"},
+        {L"w", full, full + L"w"},                // fills the object
+        {L"wx", full, full + L"wx"},              // moves to the heap
+        {full + full, L"a", L"a" + full + full},  // is there already
+    };
+    for (const auto& c : cases) {
+        CSpeedStr builder;
+        builder.append(c.former.data(), static_cast<unsigned int>(c.former.size()));
+        builder.prepend(c.front.c_str());
+        EXPECT_EQ(TextOf(builder), c.result);
+    }
+}
+
+TEST(SpeedStr, TrimsAndClearsInBothModes) {
+    for (const unsigned int length : {20U, 512U, 513U}) {
+        CSpeedStr builder;
+        for (unsigned int i = 0; i < length; ++i) builder += L'x';
+        builder.trimEnd(0);
+        EXPECT_EQ(builder.length(), length);
+        builder.trimEnd(3);
+        builder += L"y";
+        EXPECT_EQ(TextOf(builder), std::wstring(length - 3, L'x') + L"y");
+        builder.trimEnd(length - 3);
+        EXPECT_EQ(TextOf(builder), L"x");
+        builder.trimEnd(~0U);
+        EXPECT_TRUE(builder.isNull());
+        builder += L"again";
+        EXPECT_EQ(TextOf(builder), L"again");
+        builder.Clear();
+        EXPECT_TRUE(builder.isNull());
+    }
+}
+
+}  // namespace

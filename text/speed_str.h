@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstring>
+#include <cwchar>
+#include <memory>
+#include <string_view>
+
+#include "platform/export.h"
+#include "rw/wide_string.h"
+
+// Builds a text from parts. Up to 512 units stay in the object itself, without any allocation; a longer text
+// moves to the heap, and stays there until Clear. Units are counted and may be zero.
+//
+// Parts may be pieces of the builder's own text. Null pointers are empty texts. Views and pointers into the
+// text end with the next change. One builder is used by one thread at a time.
+class QL_API CSpeedStr {
+  public:
+    CSpeedStr() noexcept : end_(buffer_) {}
+    virtual ~CSpeedStr() = default;
+    CSpeedStr(const CSpeedStr&) = delete;
+    CSpeedStr& operator=(const CSpeedStr&) = delete;
+
+    void append(const wchar_t* text, unsigned int count) {
+        if (!text) return;
+        if (!overflow_ && count > Room()) ToOverflow();
+        if (overflow_) {
+            overflow_->append(std::wstring_view(text, count));
+            return;
+        }
+        CopyPart(end_, text, count);
+        end_ += count;
+    }
+    void append(const wchar_t* text) {
+        if (text) append(text, static_cast<unsigned int>(std::wcslen(text)));
+    }
+    void append(const RWWString& text) { append(text.data(), static_cast<unsigned int>(text.length())); }
+    void append(const CSpeedStr& text) { append(text.Begin(), text.length()); }
+    void append(wchar_t unit) {
+        if (!overflow_ && Room() == 0) ToOverflow();
+        if (overflow_)
+            overflow_->append(unit);
+        else
+            *end_++ = unit;
+    }
+
+    CSpeedStr& operator+=(const wchar_t* text) { return append(text), *this; }
+    CSpeedStr& operator+=(const RWWString& text) { return append(text), *this; }
+    CSpeedStr& operator+=(const CSpeedStr& text) { return append(text), *this; }
+    CSpeedStr& operator+=(wchar_t unit) { return append(unit), *this; }
+
+    // Kept on purpose: while the text is in the object, only as many units as are put in front are moved
+    // back, so the result is what one expects only if the former text is no longer than `text`. The units of
+    // a longer one that come after stay where they are, and zero units fill up the end:
+    //   "abc" before "wxy" -> "abcwxy"      "ab" before "wxyz" -> "abwx" and two zero units
+    // A text on the heap is always moved as a whole.
+    void prepend(const wchar_t* text);
+
+    unsigned int length() const noexcept {
+        return static_cast<unsigned int>(overflow_ ? overflow_->length() : InlineLength());
+    }
+    bool isNull() const noexcept { return length() == 0; }
+    wchar_t operator[](unsigned int index) const noexcept {
+        return index < length() ? Begin()[index] : L'\0';
+    }
+    const wchar_t* data() const noexcept;  // null-ended
+
+    // Removes the last `count` units; all of them when there are fewer, which is Clear.
+    void trimEnd(unsigned int count);
+    void Clear() noexcept;  // empties the text and gives its heap back
+    RWWString ToString() const { return RWWString(Begin(), length()); }
+
+  private:
+    static constexpr std::size_t kCapacity = 512;
+
+    std::size_t InlineLength() const noexcept { return static_cast<std::size_t>(end_ - buffer_); }
+    std::size_t Room() const noexcept { return kCapacity - InlineLength(); }
+    const wchar_t* Begin() const noexcept { return overflow_ ? overflow_->data() : buffer_; }
+    void ToOverflow();
+
+    // Most parts are short, and calling out to copy one would cost more than the copy: blocks are moved in
+    // place, the last one over the one before it.
+    static void CopyPart(wchar_t* to, const wchar_t* from, std::size_t count) noexcept {
+        constexpr std::size_t kBlock = 8;
+        constexpr std::size_t kLong = 64;
+        if (count > kLong) {
+            std::wmemcpy(to, from, count);
+        } else if (count >= kBlock) {
+            const std::size_t last = count - kBlock;
+            for (std::size_t i = 0; i < last; i += kBlock)
+                std::memcpy(to + i, from + i, kBlock * sizeof(wchar_t));
+            std::memcpy(to + last, from + last, kBlock * sizeof(wchar_t));
+        } else {
+            for (std::size_t i = 0; i < count; ++i) to[i] = from[i];
+        }
+    }
+
+    wchar_t* end_;
+    std::unique_ptr<RWWString> overflow_;
+    mutable wchar_t buffer_[kCapacity + 2];  // data() ends it
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <bitset>
+
+#include "platform/export.h"
+#include "rw/wide_string.h"
+
+// A text that hands out its tokens one after the other. Delimiters are single units; runs of them are one
+// separation. A token that begins with a double quote goes on to the next double quote, delimiters included,
+// and the quotes are not part of it; a quote cannot be put into such a token, and the end of the text closes
+// it too. Other quotes are ordinary units.
+//   delimiters blank:   x "a b" y -> x, a b, y        "ab"cd -> ab, cd        "abc -> abc
+//
+// Kept on purpose: the empty quoted token "" is answered as the empty text, which is also the answer at the
+// end.
+//
+// The text's length is taken at construction and the text is meant to stay as it is; of a text that has been
+// shortened since, only what is left is read. One object is used by one thread at a time.
+class QL_API TokenString : public RWWString {
+  public:
+    TokenString(const wchar_t* text, const wchar_t* delimiters);
+    TokenString(const RWWString& text, const wchar_t* delimiters);
+    TokenString(const RWWString& text, const RWWString& delimiters);
+    TokenString(const TokenString&) = default;
+    TokenString& operator=(const TokenString&) = default;
+    virtual ~TokenString() = default;
+
+    RWWString Next();                           // the empty text at the end, and ever after
+    void NewDelims(const wchar_t* delimiters);  // from here on; the position stays
+    void Init() noexcept { position_ = 0; }     // back to the first token
+
+  private:
+    std::size_t End() const noexcept;
+    bool IsDelim(wchar_t unit) const noexcept;
+    void SetDelims(const RWWString& delimiters);
+
+    std::size_t position_ = 0;
+    std::size_t textLength_;
+    RWWString delimiters_;
+    std::bitset<128> asciiDelimiters_;  // those of the delimiters that are asked for most
+};
