@@ -69,6 +69,8 @@ int CompareIgnoringCase(std::wstring_view a, std::wstring_view b) noexcept {
     a.remove_prefix(same);
     b.remove_prefix(same);
     if (a.empty() || b.empty()) return a.empty() ? (b.empty() ? 0 : -1) : 1;
+    if (IsAscii(a.front()) && IsAscii(b.front()))
+        return AsciiUpper(a.front()) < AsciiUpper(b.front()) ? -1 : 1;
     return CompareOrdinal(a, b);
 }
 

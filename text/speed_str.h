@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstring>
 #include <cwchar>
 #include <memory>
 #include <string_view>
@@ -20,16 +19,7 @@ class QL_API CSpeedStr {
     CSpeedStr(const CSpeedStr&) = delete;
     CSpeedStr& operator=(const CSpeedStr&) = delete;
 
-    void append(const wchar_t* text, unsigned int count) {
-        if (!text) return;
-        if (!overflow_ && count > Room()) ToOverflow();
-        if (overflow_) {
-            overflow_->append(std::wstring_view(text, count));
-            return;
-        }
-        CopyPart(end_, text, count);
-        end_ += count;
-    }
+    void append(const wchar_t* text, unsigned int count);
     void append(const wchar_t* text) {
         if (text) append(text, static_cast<unsigned int>(std::wcslen(text)));
     }
@@ -76,23 +66,6 @@ class QL_API CSpeedStr {
     std::size_t Room() const noexcept { return kCapacity - InlineLength(); }
     const wchar_t* Begin() const noexcept { return overflow_ ? overflow_->data() : buffer_; }
     void ToOverflow();
-
-    // Most parts are short, and calling out to copy one would cost more than the copy: blocks are moved in
-    // place, the last one over the one before it.
-    static void CopyPart(wchar_t* to, const wchar_t* from, std::size_t count) noexcept {
-        constexpr std::size_t kBlock = 8;
-        constexpr std::size_t kLong = 64;
-        if (count > kLong) {
-            std::wmemcpy(to, from, count);
-        } else if (count >= kBlock) {
-            const std::size_t last = count - kBlock;
-            for (std::size_t i = 0; i < last; i += kBlock)
-                std::memcpy(to + i, from + i, kBlock * sizeof(wchar_t));
-            std::memcpy(to + last, from + last, kBlock * sizeof(wchar_t));
-        } else {
-            for (std::size_t i = 0; i < count; ++i) to[i] = from[i];
-        }
-    }
 
     wchar_t* end_;
     std::unique_ptr<RWWString> overflow_;
