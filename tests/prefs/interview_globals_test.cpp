@@ -30,7 +30,7 @@ TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirst) {
     EXPECT_TRUE(CQlGlobals::IsMonthFirst());
     for (const wchar_t* text : {L"", L"Month Day Year", L"Day Month Years", L"none"}) {
         PutInRegistry(L"Interview", L"Date Detection", text);
-        EXPECT_TRUE(CQlGlobals::IsMonthFirst()) << RWWString(text);
+        EXPECT_TRUE(CQlGlobals::IsMonthFirst()) << text;
     }
     PutInRegistry(L"Interview", L"Date Detection", L"day MONTH year");
     EXPECT_FALSE(CQlGlobals::IsMonthFirst());
@@ -41,11 +41,16 @@ TEST_F(InterviewGlobals, CountryIsOneUnlessTheTextBeginsWithAnotherNumber) {
     const struct {
         const wchar_t* text;
         int country;
-    } kCases[] = {{L"44", 44}, {L"0", 1}, {L"", 1}, {L"x44", 1}, {L" 49 Germany", 49}, {L"-7", -7},
+    } kCases[] = {{L"44", 44},
+                  {L"0", 1},
+                  {L"", 1},
+                  {L"x44", 1},
+                  {L" 49 Germany", 49},
+                  {L"-7", -7},
                   {L"99999999999", 2147483647}};
     for (const auto& [text, country] : kCases) {
         PutInRegistry(L"Provider", L"Country", text);
-        EXPECT_EQ(country, CQlGlobals::GetCountry()) << RWWString(text);
+        EXPECT_EQ(country, CQlGlobals::GetCountry()) << text;
     }
 }
 
@@ -54,11 +59,11 @@ TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsText) {
     const struct {
         const wchar_t* text;
         int format;
-    } kCases[] = {{L"nothing", 1},     {L"ASTERISKS", 2}, {L"*** Variable ***", 3}, {L"Underscores", 4},
+    } kCases[] = {{L"nothing", 1},    {L"ASTERISKS", 2}, {L"*** Variable ***", 3}, {L"Underscores", 4},
                   {L"[variable]", 5}, {L"", 3},          {L"Nothing at all", 3}};
     for (const auto& [text, format] : kCases) {
         PutInRegistry(kSection, kEntry, text);
-        EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << RWWString(text);
+        EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
     }
 }
 
@@ -67,8 +72,8 @@ TEST_F(InterviewGlobals, UnansweredFormatIsWrittenToTheStoreAlone) {
     const struct {
         int format;
         const wchar_t* text;
-    } kCases[] = {{1, L"Nothing"}, {2, L"Asterisks"}, {3, L""}, {4, L"Underscores"}, {5, L"[Variable]"},
-                  {0, L""},        {6, L""}};
+    } kCases[] = {{1, L"Nothing"},    {2, L"Asterisks"}, {3, L""}, {4, L"Underscores"},
+                  {5, L"[Variable]"}, {0, L""},          {6, L""}};
     for (const auto& [format, text] : kCases) {
         CQlGlobals::SetUnansValDefFormat(static_cast<Unanswered::Format>(format));
         EXPECT_EQ(RWWString(text), ThreadText(kSection, kEntry)) << format;
@@ -81,11 +86,11 @@ TEST_F(InterviewGlobals, UnansweredFormatIsSetByThePreferencesText) {
     const struct {
         const wchar_t* text;
         int format;
-    } kCases[] = {{L"underscores", 4}, {L"", 4},          {nullptr, 4},   {L"unknown", 4},
+    } kCases[] = {{L"underscores", 4}, {L"", 4},          {nullptr, 4},    {L"unknown", 4},
                   {L"[VARIABLE]", 5},  {L"Asterisks", 2}, {L"Nothing", 1}, {L"*** variable ***", 3}};
     for (const auto& [text, format] : kCases) {
         CQlGlobals::SetUnansValDefFormatFromPrefString(text);
-        EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << RWWString(text);
+        EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
     }
 }
 

@@ -2,6 +2,7 @@
 #include <charconv>
 #include <limits>
 
+#include "prefs/interview_globals.h"
 #include "tools/qlutil/command.h"
 #include "values/date.h"
 #include "values/number_format.h"
@@ -105,6 +106,20 @@ Answer NumberFudge(const Arguments& arguments) {
     return Record{{L"result", FudgeDouble(value, places, arguments.Has(L"round"))}};
 }
 
+Answer Globals(const Arguments&) {
+    CDate today;
+    CQlGlobals::GetLocalDate(&today);
+    return Record{
+        {L"monthFirst", CQlGlobals::IsMonthFirst()},
+        {L"country", CQlGlobals::GetCountry()},
+        {L"unansweredFormat", static_cast<int>(CQlGlobals::GetUnansValDefFormat())},
+        {L"maxWhileCount", CQlGlobals::GetMaxWhileCount()},
+        {L"maxRecursionDepth", CQlGlobals::GetMaxRecursionDepth()},
+        {L"today", RWWString(std::to_wstring(today.Day()) + L'-' + std::to_wstring(today.Month()) + L'-' +
+                             std::to_wstring(today.Year()))},
+    };
+}
+
 constexpr SwitchRow kFormatSwitches[] = {
     {L"thousands"}, {L"currency"}, {L"symbol", true}, {L"decimal", true}, {L"group", true}};
 constexpr SwitchRow kFudgeSwitches[] = {{L"round"}};
@@ -131,6 +146,13 @@ constexpr Command kCommands[] = {
     {L"number fudge", L"VALUE PLACES [--round]",
      L"VALUE cut, or rounded, to 0 to 8 decimals, forgiving the error of binary fractions.", kFudgeSwitches,
      2, 2, NumberFudge},
+    {L"globals",
+     L"",
+     L"What holds for a whole interview, today's date as D-M-Y among it.",
+     {},
+     0,
+     0,
+     Globals},
 };
 
 }  // namespace
