@@ -39,7 +39,8 @@ bool AreValid(const Unit* text, int length, const void* out, int capacity) {
 }
 
 // --- Code page 1252
-// -----------------------------------------------------------------------------------------
+
+constexpr UINT kAnsiCodePage = 1252;
 
 // Bytes 0x80 to 0x9f; all others are their own characters.
 constexpr wchar_t kUpperControls[] =
@@ -96,7 +97,6 @@ std::string ToAnsi(std::wstring_view text, bool bestFit, const char* defaultChar
 }
 
 // --- UTF-8
-// --------------------------------------------------------------------------------------------------
 
 constexpr char32_t kReplacement = 0xfffd;
 constexpr char32_t kMalformed = 0xffffffff;
@@ -171,7 +171,6 @@ void AppendUtf16(char32_t code, std::wstring& out) {
 }
 
 // --- Letters
-// ------------------------------------------------------------------------------------------------
 
 locale_t UnicodeLocale() {
     static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);

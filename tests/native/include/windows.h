@@ -35,7 +35,6 @@ using HWND = struct HWND__*;
 struct SECURITY_ATTRIBUTES;
 
 // --- Errors
-// -------------------------------------------------------------------------------------------------
 
 #define ERROR_SUCCESS 0
 #define ERROR_FILE_NOT_FOUND 2
@@ -57,7 +56,6 @@ DWORD GetLastError();
 void SetLastError(DWORD error);
 
 // --- Threads
-// ------------------------------------------------------------------------------------------------
 
 struct CRITICAL_SECTION {
     pthread_mutex_t mutex;
@@ -73,8 +71,16 @@ BOOL TlsFree(DWORD index);
 void* TlsGetValue(DWORD index);
 BOOL TlsSetValue(DWORD index, void* value);
 
+#define INFINITE 0xffffffffu
+#define WAIT_OBJECT_0 0
+#define WAIT_TIMEOUT 258
+HANDLE CreateEventW(SECURITY_ATTRIBUTES* security, BOOL manualReset, BOOL initialState, const wchar_t* name);
+BOOL SetEvent(HANDLE event);
+BOOL ResetEvent(HANDLE event);
+DWORD WaitForSingleObject(HANDLE event, DWORD milliseconds);
+BOOL CloseHandle(HANDLE event);
+
 // --- Text
-// ---------------------------------------------------------------------------------------------------
 
 #define CP_ACP 0
 #define CP_UTF8 65001
@@ -114,7 +120,6 @@ int LCMapStringW(LCID locale, DWORD mapping, const wchar_t* text, int length, wc
 int CompareStringOrdinal(const wchar_t* a, int lengthOfA, const wchar_t* b, int lengthOfB, BOOL ignoreCase);
 
 // --- Registry
-// -----------------------------------------------------------------------------------------------
 
 #define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(std::uintptr_t{0x80000001}))
 #define HKEY_LOCAL_MACHINE (reinterpret_cast<HKEY>(std::uintptr_t{0x80000002}))
@@ -156,7 +161,6 @@ LSTATUS RegQueryInfoKeyW(HKEY key, wchar_t* keyClass, DWORD* classLength, DWORD*
                          DWORD* longestValue, DWORD* descriptor, FILETIME* lastWrite);
 
 // --- Files, modules, system
-// ---------------------------------------------------------------------------------
 
 std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode);
 
