@@ -36,7 +36,7 @@ CDate AddDays(const CDate& date, int days) {
 
 CDate AddMonths(const Calendar& date, int months) {
     const int sum = date.year * 12 + static_cast<int>(date.month) - 1 + months;
-    if (sum < 0) return Null();
+    // Below 0 the month is none, but the year is out of range.
     return Clamped(date.day, static_cast<unsigned>(sum % 12) + 1, sum / 12);
 }
 

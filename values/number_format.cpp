@@ -69,11 +69,7 @@ bool PlainDigits::Shorten(double value, int places) {
     const auto [scaled, error] = Multiply(value, kPowersOfTen[places]);
     if (!(scaled < 1e15)) return false;
     auto upper = static_cast<int>(scaled * (1 / kHalfLimit));
-    double rest = scaled - upper * kHalfLimit;
-    if (rest < 0) {  // the reciprocal was a little too great
-        --upper;
-        rest += kHalfLimit;
-    }
+    const double rest = scaled - upper * kHalfLimit;  // above -0.5, should the reciprocal be too great
     auto lower = static_cast<int>(rest);
     const double fraction = rest - lower;
     const bool isHalf = fraction == 0.5;
@@ -120,10 +116,9 @@ wchar_t* AppendDecimals(wchar_t* end, std::string_view decimals, int places) {
     return std::fill_n(end, places - static_cast<int>(decimals.size()), L'0');
 }
 
-bool IsNegativeZero(std::wstring_view text, wchar_t separator) {
-    if (!text.starts_with(L"-0")) return false;
-    return text.size() == 2 || text[2] != separator ||
-           text.find_first_not_of(L'0', 3) == std::wstring_view::npos;
+// "-0" ends the text or stands before the separator.
+bool IsNegativeZero(std::wstring_view text) {
+    return text.starts_with(L"-0") && text.find_first_not_of(L'0', 3) == std::wstring_view::npos;
 }
 
 // Writes from the buffer's start on; returns the end.
@@ -156,8 +151,7 @@ wchar_t* FloatFormatStringExt(double value, wchar_t* buffer, const tagQL_FLOATFO
                               short places) noexcept {
     if (!buffer) return buffer;
     wchar_t* end = format ? Write(value, buffer, *format, std::max<int>(places, 0)) : buffer;
-    if (format && IsNegativeZero({buffer, end}, format->decimalSeparator))
-        end = std::copy(buffer + 1, end, buffer);
+    if (IsNegativeZero({buffer, end})) end = std::copy(buffer + 1, end, buffer);
     *end = L'\0';
     return buffer;
 }
