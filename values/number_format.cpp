@@ -51,12 +51,12 @@ class PlainDigits {
     std::string_view decimals() const { return decimals_; }
 
   private:
-    static constexpr int kShortHalf = 8;
+    static constexpr int kHalfDigits = 8;
     static constexpr double kHalfLimit = 1e8;
 
     bool Shorten(double value, int places);
     void Print(double value, int places);
-    void WriteHalf(char* to, unsigned digits);
+    static char* WriteBefore(char* end, int number, int atLeast);  // answers the first of the digits
 
     char text_[kMaxWholeDigits + 1 + kMaxDecimals];
     std::string_view whole_;
@@ -79,18 +79,21 @@ bool PlainDigits::Shorten(double value, int places) {
         lower -= static_cast<int>(kHalfLimit);
         ++upper;
     }
-    WriteHalf(text_, static_cast<unsigned>(upper));
-    WriteHalf(text_ + kShortHalf, static_cast<unsigned>(lower));
-    const std::string_view all(text_, 2 * kShortHalf);
-    const std::size_t point = all.size() - static_cast<std::size_t>(places);
-    const std::size_t start = std::min(all.find_first_not_of('0'), point - 1);
-    whole_ = all.substr(start, point - start);
+    char* const end = std::end(text_);
+    char* const start =
+        upper == 0 ? WriteBefore(end, lower, places + 1)
+                   : WriteBefore(WriteBefore(end, lower, kHalfDigits), upper, places + 1 - kHalfDigits);
+    const auto point = static_cast<std::size_t>(end - start - places);
+    const std::string_view all(start, end);
+    whole_ = all.substr(0, point);
     decimals_ = all.substr(point);
     return true;
 }
 
-void PlainDigits::WriteHalf(char* to, unsigned digits) {
-    for (char* at = to + kShortHalf; at != to; digits /= 10) *--at = static_cast<char>('0' + digits % 10);
+char* PlainDigits::WriteBefore(char* end, int number, int atLeast) {
+    auto left = static_cast<unsigned>(number);
+    for (; left != 0 || atLeast > 0; left /= 10, --atLeast) *--end = static_cast<char>('0' + left % 10);
+    return end;
 }
 
 void PlainDigits::Print(double value, int places) {
@@ -103,10 +106,12 @@ void PlainDigits::Print(double value, int places) {
 }
 
 wchar_t* AppendGrouped(wchar_t* end, std::string_view digits, wchar_t separator) {
-    std::size_t left = digits.size();
-    for (const char digit : digits) {
-        *end++ = static_cast<wchar_t>(digit);
-        if (separator && --left % 3 == 0 && left != 0) *end++ = separator;
+    constexpr std::size_t kGroup = 3;
+    std::size_t at = separator ? (digits.size() - 1) % kGroup + 1 : digits.size();
+    end = std::copy_n(digits.begin(), at, end);
+    for (; at < digits.size(); at += kGroup) {
+        *end++ = separator;
+        end = std::copy_n(digits.begin() + at, kGroup, end);
     }
     return end;
 }
