@@ -58,9 +58,9 @@ class QL_API CDate {
     constexpr unsigned Day() const noexcept { return date_.dayOfMonth(); }  // 0 for no date
     constexpr unsigned Month() const noexcept { return date_.month(); }     // 1 January; 0 for no date
     constexpr unsigned Year() const noexcept { return date_.year(); }  // 0 for no date and before the year 1
-    constexpr unsigned DayOfWeek() const noexcept {
-        return date_.weekDay() % 7 + 1;
-    }  // 1 Sunday to 7 Saturday
+
+    // 1 Sunday to 7 Saturday; for no date as if 0 were a day like others.
+    constexpr unsigned DayOfWeek() const noexcept { return date_.weekDay() % 7 + 1; }
 
     // "JAN" to "DEC", in no locale; "" for no date. The text lives as long as the library.
     const wchar_t* MonthStr() const noexcept;

@@ -9,8 +9,9 @@ constexpr double Number::m_maxNumber;
 constexpr double Number::m_minNumber;
 
 Number operator/(Number dividend, Number divisor) {
-    if (divisor.m_value == 0) throw 0.0F;
-    return Number::AreAnswered(dividend, divisor) ? Number(dividend.m_value / divisor.m_value) : Number();
+    if (divisor.GetDouble() == 0) throw 0.0F;
+    if (dividend.IsNull() || divisor.IsNull()) return {};
+    return dividend.GetDouble() / divisor.GetDouble();
 }
 
 void Number::saveOn(RWFile& file) const {

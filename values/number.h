@@ -52,10 +52,6 @@ class QL_API Number {
         return AreAnswered(a, b) ? Number(a.m_value * b.m_value) : Number();
     }
 
-    // Throws a float of value 0 when the divisor is 0 or negative zero, whatever the dividend: the one
-    // exception that leaves this library. Otherwise null when either is null.
-    friend QL_API Number operator/(Number dividend, Number divisor);
-
     // False when either is null.
     friend constexpr bool operator==(Number a, Number b) noexcept {
         return AreAnswered(a, b) && a.m_value == b.m_value;
@@ -89,3 +85,7 @@ class QL_API Number {
     double m_value = m_noNumber;
 };
 static_assert(sizeof(Number) == 8);
+
+// Throws a float of value 0 when the divisor is 0 or negative zero, whatever the dividend: the one exception
+// that leaves this library. Otherwise null when either is null.
+QL_API Number operator/(Number dividend, Number divisor);
