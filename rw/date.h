@@ -10,23 +10,36 @@ class RWvistream;
 class RWvostream;
 
 // A calendar day in the proleptic Gregorian calendar (no gap in October 1582), held as its Julian day number:
-// consecutive days have consecutive numbers. 0 is no date. Persists as the number, 32 bits little-endian. A
+// consecutive days have consecutive numbers. 0 is no date. Every 32-bit number is safe; those before the year
+// 1 and after the year 10000 can be made from a number only. Persists as the number, 32 bits little-endian. A
 // plain value.
 class QL_API RWDate {
   public:
     static constexpr unsigned kFirstYear = 1;
     static constexpr unsigned kLastYear = 10000;
 
-    RWDate();  // today by the local clock
-    RWDate(unsigned day, unsigned month,
-           unsigned year);  // number 0 when they form no date of the years above
-    explicit RWDate(std::uint32_t dayNumber) noexcept : dayNumber_(dayNumber) {}
+    // Day and month are 0 for no date. The year may be 0 or negative here.
+    struct Calendar {
+        unsigned day = 0;    // 1 to 31
+        unsigned month = 0;  // 1 to 12
+        int year = 0;
+    };
 
-    std::uint32_t dayNumber() const noexcept { return dayNumber_; }
-    unsigned dayOfMonth() const noexcept;  // this and the next two are 0 for number 0
-    unsigned month() const noexcept;       // 1 to 12
-    unsigned year() const noexcept;
-    unsigned weekDay() const noexcept { return dayNumber_ % 7 + 1; }  // 1 Monday to 7 Sunday
+    RWDate();  // today by the local clock
+    constexpr RWDate(unsigned day, unsigned month,
+                     unsigned year) noexcept  // 0 when they form no date of those years
+        : dayNumber_(IsDate(day, month, year) ? NumberOf(day, month, year) : 0) {}
+    constexpr explicit RWDate(std::uint32_t dayNumber) noexcept : dayNumber_(dayNumber) {}
+
+    constexpr std::uint32_t dayNumber() const noexcept { return dayNumber_; }
+    constexpr Calendar calendar() const noexcept;  // the next three at the price of one
+    constexpr unsigned dayOfMonth() const noexcept { return calendar().day; }
+    constexpr unsigned month() const noexcept { return calendar().month; }
+    constexpr unsigned year() const noexcept;  // 0 for no date and before the year 1
+    constexpr unsigned weekDay() const noexcept { return dayNumber_ % 7 + 1; }  // 1 Monday to 7 Sunday
+
+    // For a month of 1 to 12.
+    static constexpr unsigned daysInMonth(unsigned month, int year) noexcept;
 
     // Fills every field; the time of day is zero, daylight saving is left to the C library to find out. All
     // fields are zero (and the month's day is none) for number 0.
@@ -38,5 +51,68 @@ class QL_API RWDate {
     void restoreFrom(RWvistream& stream);  // unchanged when the read fails
 
   private:
+    static constexpr bool IsDate(unsigned day, unsigned month, unsigned year) noexcept;
+    static constexpr std::uint32_t NumberOf(unsigned day, unsigned month, unsigned year) noexcept;
+
+    // Days are counted from 1 March -4800, the start of a 400-year cycle: the leap day is then a year's last
+    // and no number is negative.
+    static constexpr std::uint32_t kDaysBeforeNumberZero = 32044;
+    static constexpr int kYearsBeforeZero = 4800;
+    static constexpr std::uint32_t kDaysPerCycle = 146097;
+    static constexpr std::uint32_t kDaysPerFourYears = 1461;
+    static constexpr std::uint32_t kDaysFromMarchToDecember = 306;
+
     std::uint32_t dayNumber_;
 };
+
+constexpr unsigned RWDate::daysInMonth(unsigned month, int year) noexcept {
+    constexpr unsigned char kDays[] = {0, 31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool isLeapDay = month == 2 && year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+    return isLeapDay ? 29 : kDays[month];
+}
+
+constexpr bool RWDate::IsDate(unsigned day, unsigned month, unsigned year) noexcept {
+    return year >= kFirstYear && year <= kLastYear && month >= 1 && month <= 12 && day >= 1 &&
+           day <= daysInMonth(month, static_cast<int>(year));
+}
+
+// Months are counted from March, 3 to 14; the lengths of 31 and 30 days then follow a straight line.
+constexpr std::uint32_t RWDate::NumberOf(unsigned day, unsigned month, unsigned year) noexcept {
+    const bool endsYear = month <= 2;
+    const std::uint32_t marchYear = year + kYearsBeforeZero - (endsYear ? 1 : 0);
+    const std::uint32_t marchMonth = month + (endsYear ? 12 : 0);
+    const std::uint32_t century = marchYear / 100;
+    const std::uint32_t daysToYear = kDaysPerFourYears * marchYear / 4 - century + century / 4;
+    const std::uint32_t daysToMonth = (979 * marchMonth - 2919) / 32;
+    return daysToYear + daysToMonth + day - 1 - kDaysBeforeNumberZero;
+}
+
+// The way back multiplies by scaled reciprocals, each exact over the range of its argument: a year of a
+// century is the upper half of a 64-bit product whose lower half still holds the day of the year.
+constexpr RWDate::Calendar RWDate::calendar() const noexcept {
+    if (dayNumber_ == 0) return {};
+    // Whole cycles come off a number so great that four times it would overflow.
+    const std::uint32_t cycles = dayNumber_ < (1U << 29) ? 0 : dayNumber_ / kDaysPerCycle;
+    const std::uint32_t days = dayNumber_ - cycles * kDaysPerCycle + kDaysBeforeNumberZero;
+
+    const std::uint32_t quarterDays = 4 * days + 3;
+    const std::uint32_t century = quarterDays / kDaysPerCycle;
+    const std::uint32_t dayOfCentury = quarterDays % kDaysPerCycle / 4;
+
+    constexpr std::uint32_t kPerQuarterDay = 2939745;  // 2^32 / 1461, rounded up
+    const std::uint64_t scaled = std::uint64_t{kPerQuarterDay} * (4 * dayOfCentury + 3);
+    const auto yearOfCentury = static_cast<std::uint32_t>(scaled >> 32);
+    const std::uint32_t dayOfYear = static_cast<std::uint32_t>(scaled) / kPerQuarterDay / 4;
+
+    const std::uint32_t monthAndDay = 2141 * dayOfYear + 197913;  // the month in units of 2^16
+    const std::uint32_t marchMonth = monthAndDay >> 16;
+    const bool endsYear = dayOfYear >= kDaysFromMarchToDecember;
+    const std::uint32_t marchYear = 400 * cycles + 100 * century + yearOfCentury;
+    return {(monthAndDay & 0xFFFF) / 2141 + 1, endsYear ? marchMonth - 12 : marchMonth,
+            static_cast<int>(marchYear) - kYearsBeforeZero + (endsYear ? 1 : 0)};
+}
+
+constexpr unsigned RWDate::year() const noexcept {
+    const int year = calendar().year;
+    return year > 0 ? static_cast<unsigned>(year) : 0;
+}

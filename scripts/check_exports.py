@@ -11,8 +11,8 @@ from check_rooms import ROOT, public_headers
 
 TOOLS = "i686-w64-mingw32-"
 CLASS = re.compile(r"\b(?:class|struct)\s+QL_API\s+(?:QL_LOCK_ATTRIBUTE\([^)]*\)\s*)?(\w+)")
-# A function or a variable: its name stands before "(", "[", ";" or "=".
-NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]")
+# A function or a variable: its name, an operator too, stands before "(", "[", ";" or "=".
+NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(operator[^\w\s(]+|\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]")
 ENTRY = re.compile(r"^\s*\[\s*\d+\](?:\s+\+base\[\s*\d+\])?\s+(?:[0-9a-f]{4,}\s+)?(\S+)\s*$")
 
 

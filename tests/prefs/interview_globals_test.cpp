@@ -1,0 +1,128 @@
+#include "prefs/interview_globals.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "settings/settings_store.h"
+#include "tests/settings/private_registry.h"
+#include "values/date.h"
+
+namespace {
+
+constexpr const wchar_t* kSection = L"Assembly";
+constexpr const wchar_t* kEntry = L"Unanswered Variable";
+
+class InterviewGlobals : public testing::Test {
+  protected:
+    // The next readings see what the registry holds now.
+    static void PutInRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
+        PrivateRegistry::Put(HKEY_CURRENT_USER, section, entry, text);
+        CQlsSettings::ClearThreadRegSetting(section, entry);
+    }
+
+    PrivateRegistry registry_;
+    SettingsProcess process_;
+    SettingsThread thread_;
+};
+
+TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirst) {
+    EXPECT_TRUE(CQlGlobals::IsMonthFirst());
+    for (const wchar_t* text : {L"", L"Month Day Year", L"Day Month Years", L"none"}) {
+        PutInRegistry(L"Interview", L"Date Detection", text);
+        EXPECT_TRUE(CQlGlobals::IsMonthFirst()) << text;
+    }
+    PutInRegistry(L"Interview", L"Date Detection", L"day MONTH year");
+    EXPECT_FALSE(CQlGlobals::IsMonthFirst());
+}
+
+TEST_F(InterviewGlobals, CountryIsOneUnlessTheTextBeginsWithAnotherNumber) {
+    EXPECT_EQ(1, CQlGlobals::GetCountry());
+    const struct {
+        const wchar_t* text;
+        int country;
+    } kCases[] = {{L"44", 44},
+                  {L"0", 1},
+                  {L"", 1},
+                  {L"x44", 1},
+                  {L" 49 Germany", 49},
+                  {L"-7", -7},
+                  {L"99999999999", 2147483647}};
+    for (const auto& [text, country] : kCases) {
+        PutInRegistry(L"Provider", L"Country", text);
+        EXPECT_EQ(country, CQlGlobals::GetCountry()) << text;
+    }
+}
+
+TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsText) {
+    EXPECT_EQ(Unanswered::VariableStarred, CQlGlobals::GetUnansValDefFormat());
+    const struct {
+        const wchar_t* text;
+        int format;
+    } kCases[] = {{L"nothing", 1},    {L"ASTERISKS", 2}, {L"*** Variable ***", 3}, {L"Underscores", 4},
+                  {L"[variable]", 5}, {L"", 3},          {L"Nothing at all", 3}};
+    for (const auto& [text, format] : kCases) {
+        PutInRegistry(kSection, kEntry, text);
+        EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
+    }
+}
+
+TEST_F(InterviewGlobals, UnansweredFormatIsWrittenToTheStoreAlone) {
+    PutInRegistry(kSection, kEntry, L"Nothing");
+    const struct {
+        int format;
+        const wchar_t* text;
+    } kCases[] = {{1, L"Nothing"},    {2, L"Asterisks"}, {3, L""}, {4, L"Underscores"},
+                  {5, L"[Variable]"}, {0, L""},          {6, L""}};
+    for (const auto& [format, text] : kCases) {
+        CQlGlobals::SetUnansValDefFormat(static_cast<Unanswered::Format>(format));
+        EXPECT_EQ(RWWString(text), ThreadText(kSection, kEntry)) << format;
+    }
+    CQlGlobals::ClearUnansValDefFormat();
+    EXPECT_EQ(Unanswered::Nothing, CQlGlobals::GetUnansValDefFormat()) << "the registry's";
+}
+
+TEST_F(InterviewGlobals, UnansweredFormatIsSetByThePreferencesText) {
+    const struct {
+        const wchar_t* text;
+        int format;
+    } kCases[] = {{L"underscores", 4}, {L"", 4},          {nullptr, 4},    {L"unknown", 4},
+                  {L"[VARIABLE]", 5},  {L"Asterisks", 2}, {L"Nothing", 1}, {L"*** variable ***", 3}};
+    for (const auto& [text, format] : kCases) {
+        CQlGlobals::SetUnansValDefFormatFromPrefString(text);
+        EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
+    }
+}
+
+TEST_F(InterviewGlobals, AThreadsOwnStoreHidesItsValuesFromOthers) {
+    const int id = CQlsSettings::CreateThreadSettings();
+    ASSERT_TRUE(CQlsSettings::AttachThreadSettings(id));
+    CQlGlobals::SetIsMonthFirst(false);
+    CQlGlobals::SetUnansValDefFormat(Unanswered::Underscores);
+    EXPECT_FALSE(CQlGlobals::IsMonthFirst());
+    std::thread([] {
+        EXPECT_TRUE(CQlGlobals::IsMonthFirst());
+        EXPECT_EQ(Unanswered::VariableStarred, CQlGlobals::GetUnansValDefFormat());
+    }).join();
+    CQlGlobals::SetIsMonthFirst(true);
+    EXPECT_TRUE(CQlGlobals::IsMonthFirst());
+    EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
+    CQlsSettings::ReleaseThreadSettingsRef(id);
+}
+
+TEST(InterviewGlobalsWithoutStores, AreTheDefaults) {
+    const PrivateRegistry registry;
+    CQlGlobals::SetIsMonthFirst(false);
+    CQlGlobals::SetUnansValDefFormat(Unanswered::Nothing);
+    EXPECT_TRUE(CQlGlobals::IsMonthFirst());
+    EXPECT_EQ(Unanswered::VariableStarred, CQlGlobals::GetUnansValDefFormat());
+    EXPECT_EQ(2147483647, CQlGlobals::GetMaxWhileCount());
+    EXPECT_EQ(2147483647, CQlGlobals::GetMaxRecursionDepth());
+    const CDate before;
+    CDate date(0UL);
+    CQlGlobals::GetLocalDate(&date);
+    EXPECT_TRUE(before <= date && date <= CDate());
+    CQlGlobals::GetLocalDate(nullptr);
+}
+
+}  // namespace

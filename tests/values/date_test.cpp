@@ -1,0 +1,267 @@
+#include "values/date.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <limits>
+#include <tuple>
+
+namespace {
+
+namespace chrono = std::chrono;
+
+using Ymd = std::tuple<int, unsigned, unsigned>;  // in the order of time
+
+constexpr int kJulianDayOf1970 = 2440588;
+constexpr const wchar_t* kMonthNames[] = {L"JAN", L"FEB", L"MAR", L"APR", L"MAY", L"JUN",
+                                          L"JUL", L"AUG", L"SEP", L"OCT", L"NOV", L"DEC"};
+
+chrono::year_month_day Chrono(int year, unsigned month, unsigned day) {
+    return chrono::year(year) / chrono::month(month) / chrono::day(day);
+}
+
+chrono::sys_days SysDays(const CDate& date) {
+    return chrono::sys_days(chrono::days(static_cast<int>(date.DayNumber()) - kJulianDayOf1970));
+}
+
+Ymd Fields(const CDate& date) {
+    return {static_cast<int>(date.Year()), date.Month(), date.Day()};
+}
+
+Ymd Fields(const chrono::year_month_day& date) {
+    return {static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+            static_cast<unsigned>(date.day())};
+}
+
+CDate Null() {
+    CDate date(0UL);
+    date.SetNull();
+    return date;
+}
+
+// A sum of calendar units by the standard calendar, the day held within its month.
+template <class Step>
+Ymd Model(const chrono::year_month_day& date, Step step) {
+    chrono::year_month_day sum = date + step;
+    if (!sum.ok()) sum = sum.year() / sum.month() / chrono::last;
+    const int year = static_cast<int>(sum.year());
+    return year < 1582 || year > 9999 ? Fields(Null()) : Fields(sum);
+}
+
+// Every month is taken for an endless one: the greatest count of months that does not lead past the other
+// date.
+int MonthsBetween(const CDate& date, const CDate& other) {
+    auto [year, month, day] = Fields(date);
+    int months = -1;
+    for (; Ymd(year, month, day) <= Fields(other); ++months) {
+        year += static_cast<int>(month / 12);
+        month = month % 12 + 1;
+    }
+    return months;
+}
+
+}  // namespace
+
+TEST(Date, EveryDayFrom1582To10000AgreesWithTheStandardCalendar) {
+    const chrono::sys_days last = Chrono(10000, 12, 31);
+    std::uint32_t number = CDate(1, 1, 1582).DayNumber();
+    for (chrono::sys_days day = Chrono(1582, 1, 1); day <= last; day += chrono::days(1), ++number) {
+        const CDate date(static_cast<unsigned long>(number));
+        const auto [year, month, dayOfMonth] = Fields(chrono::year_month_day(day));
+        ASSERT_EQ(Fields(date), std::tie(year, month, dayOfMonth)) << number;
+        ASSERT_EQ(SysDays(date), day);
+        ASSERT_EQ(CDate(dayOfMonth, month, static_cast<unsigned>(year)), date);
+        ASSERT_EQ(date.DayOfWeek(), chrono::weekday(day).c_encoding() + 1) << number;
+        ASSERT_EQ(date.IsValid(), year <= 9999);
+        ASSERT_EQ(date.IsNull(), day == chrono::sys_days(Chrono(10000, 1, 1)));
+        ASSERT_STREQ(kMonthNames[month - 1], date.MonthStr());
+    }
+    EXPECT_EQ(number, CDate(31, 12, 10000).DayNumber() + 1);
+    EXPECT_EQ(CDate::nullDate.dayNumber(), Null().DayNumber());
+    EXPECT_GT(Null(), CDate(31, 12, 9999));
+}
+
+TEST(Date, ThreeNumbersThatFormNoDateGiveNumberZero) {
+    constexpr unsigned kMost = std::numeric_limits<unsigned>::max();
+    constexpr unsigned kBad[][3] = {{31, 2, 2020}, {29, 2, 1900}, {31, 4, 2020}, {0, 1, 2020},
+                                    {1, 0, 2020},  {1, 13, 2020}, {1, 1, 0},     {1, 1, 10001},
+                                    {kMost, 1, 1}, {1, kMost, 1}, {1, 1, kMost}};
+    for (const auto& [day, month, year] : kBad) {
+        const CDate date(day, month, year);
+        EXPECT_EQ(0U, date.DayNumber()) << day << '.' << month << '.' << year;
+        EXPECT_FALSE(date.IsValid() || date.IsNull());
+        EXPECT_EQ(Ymd(0, 0, 0), Fields(date));
+        EXPECT_STREQ(L"", date.MonthStr());
+    }
+}
+
+TEST(Date, AnyNumberIsSafeAndTheCalendarRepeatsEvery400Years) {
+    constexpr std::uint32_t kCycle = 146097;
+    for (std::uint32_t number = kCycle + 1; number > kCycle; number += 65521) {
+        const RWDate::Calendar date = RWDate(number).calendar();
+        const RWDate::Calendar before = RWDate(number - kCycle).calendar();
+        ASSERT_EQ(Ymd(before.year + 400, before.month, before.day), Ymd(date.year, date.month, date.day))
+            << number;
+    }
+    EXPECT_EQ(0U, RWDate(1721425).year()) << "31 December of the year before 1";
+}
+
+TEST(Date, StepsWrapAndDecrementMovesForward) {
+    CDate date(10, 5, 2021);
+    EXPECT_EQ(CDate(11, 5, 2021), --date);
+    EXPECT_EQ(CDate(30, 4, 2021), date -= 11);
+    CDate last(0xFFFFFFFFUL);
+    EXPECT_EQ(0U, (++last).DayNumber());
+    EXPECT_EQ(0xFFFFFFFFU, (last -= 1).DayNumber());
+    EXPECT_EQ(0x7FFFFFFFU, (last += std::numeric_limits<int>::min()).DayNumber());
+    EXPECT_EQ(0xFFFFFFFFU, (last -= std::numeric_limits<int>::min()).DayNumber());
+}
+
+TEST(Date, RecordIsTakenOnlyWhenValid) {
+    CDate date(1, 2, 2003);
+    for (const tagQL_DATE& bad : {tagQL_DATE{31, 2, 2020}, tagQL_DATE{1, 1, 10000}, tagQL_DATE{0, 0, 0}}) {
+        date.SetTBDate(bad);
+        EXPECT_EQ(CDate(1, 2, 2003), date);
+    }
+    date.SetTBDate({29, 2, 2020});
+    tagQL_DATE record;
+    date.GetTBDate(&record);
+    EXPECT_EQ(Ymd(2020, 2, 29), Ymd(record.year, record.month, record.day));
+    EXPECT_EQ(date, CDate(record));
+    CDate(1UL).GetTBDate(&record);
+    EXPECT_EQ(0U, record.year);
+    date.GetTBDate(nullptr);
+}
+
+TEST(DateAdd, Edges) {
+    const CDate null = Null();
+    const CDate start(1, 1, 2000);
+    const struct {
+        CDate date;
+        Number amount;
+        int unit;
+        CDate sum;
+    } kCases[] = {
+        {CDate(31, 3, 2021), -1, DATE_UNIT_MONTHS, CDate(28, 2, 2021)},
+        {CDate(31, 1, 2020), 13, DATE_UNIT_MONTHS, CDate(28, 2, 2021)},
+        {CDate(29, 2, 2020), 1, DATE_UNIT_YEARS, CDate(28, 2, 2021)},
+        {CDate(15, 6, 1582), -1, DATE_UNIT_YEARS, null},
+        {CDate(1, 1, 1582), 0, DATE_UNIT_DAYS, CDate(1, 1, 1582)},
+        {CDate(1, 1, 1582), -1, DATE_UNIT_DAYS, null},
+        {CDate(1, 1, 9999), 1, DATE_UNIT_YEARS, null},
+        {CDate(31, 12, 9999), 1, DATE_UNIT_DAYS, null},
+        {CDate(31, 12, 9998), 12, DATE_UNIT_MONTHS, CDate(31, 12, 9999)},
+        {start, 31999.9, DATE_UNIT_DAYS, CDate(start.DayNumber() + 31999UL)},
+        {start, -31999.9, DATE_UNIT_DAYS, CDate(start.DayNumber() - 31999UL)},
+        {start, -31999, DATE_UNIT_YEARS, null},
+        {start, -31999, DATE_UNIT_MONTHS, null},
+        {CDate(1, 1, 1581), 5, 3, null},
+        {CDate(1UL), -2, DATE_UNIT_DAYS, null},
+        {CDate(1UL), 31999, DATE_UNIT_MONTHS, null},
+        {CDate(0UL), 1, DATE_UNIT_DAYS, null},
+        {null, -1, DATE_UNIT_DAYS, null},
+        // These count as 0.
+        {start, 32000, DATE_UNIT_DAYS, start},
+        {start, -32000, DATE_UNIT_MONTHS, start},
+        {start, -0.9, DATE_UNIT_MONTHS, start},
+        {start, Number(), DATE_UNIT_YEARS, start},
+        {start, std::nan(""), DATE_UNIT_YEARS, start},
+        {start, HUGE_VAL, DATE_UNIT_DAYS, start},
+        {start, 5, 3, start},
+        {start, 5, -1, start},
+    };
+    for (const auto& [date, amount, unit, sum] : kCases) {
+        EXPECT_EQ(Fields(sum), Fields(date.Add(amount, static_cast<DateUnit>(unit))))
+            << date.DayNumber() << " + " << amount.GetDouble() << " of unit " << unit;
+    }
+}
+
+TEST(DateAdd, EveryDayOfACycleAgreesWithTheStandardCalendar) {
+    for (CDate date(1, 1, 1804); date <= CDate(31, 12, 2203); ++date) {
+        const chrono::year_month_day ymd(SysDays(date));
+        for (const int count : {0, 1, -1, 2, 11, 12, -12, -13, 25, 600, -1199, 4801}) {
+            ASSERT_EQ(Model(ymd, chrono::months(count)), Fields(date.Add(count, DATE_UNIT_MONTHS)))
+                << date.DayNumber() << ' ' << count;
+            ASSERT_EQ(Model(ymd, chrono::years(count)), Fields(date.Add(count, DATE_UNIT_YEARS)))
+                << date.DayNumber() << ' ' << count;
+        }
+    }
+}
+
+TEST(DateDifference, EveryDayOfACycleAgreesWithAPlainModel) {
+    for (CDate date(1, 1, 1804); date <= CDate(31, 12, 2203); ++date) {
+        for (const int span : {0, 1, 27, 28, 29, 30, 31, 59, 365, 366, 1461, 14609}) {
+            CDate other = date;
+            other += span;
+            const int months = MonthsBetween(date, other);
+            ASSERT_EQ(months, date.Difference(other, DATE_UNIT_MONTHS).GetDouble())
+                << date.DayNumber() << ' ' << span;
+            ASSERT_EQ(months / 12, other.Difference(date, DATE_UNIT_YEARS).GetDouble())
+                << date.DayNumber() << ' ' << span;
+        }
+    }
+}
+
+TEST(DateDifference, Edges) {
+    const CDate none(0UL);
+    const CDate farthest(0xFFFFFFFFUL);
+    const struct {
+        CDate one;
+        CDate other;
+        int unit;
+        double count;
+    } kCases[] = {
+        {CDate(31, 1, 2021), CDate(28, 2, 2021), DATE_UNIT_MONTHS, 0},
+        {CDate(28, 2, 2019), CDate(28, 2, 2020), DATE_UNIT_YEARS, 1},
+        {CDate(29, 2, 2020), CDate(28, 2, 2021), DATE_UNIT_YEARS, 0},
+        {Null(), CDate(31, 12, 9999), DATE_UNIT_DAYS, 1},
+        {Null(), CDate(1, 1, 9999), DATE_UNIT_YEARS, 1},
+        {none, farthest, DATE_UNIT_DAYS, 4294967295.0},
+        {none, CDate(31, 12, 2020), DATE_UNIT_YEARS, 2020},
+        {none, CDate(31, 12, 2020), DATE_UNIT_MONTHS, 2020 * 12 + 12},
+        {none, CDate(60UL), DATE_UNIT_YEARS, 0},
+        {none, CDate(60UL), DATE_UNIT_MONTHS, 0},
+        {CDate(1UL), CDate(60UL), DATE_UNIT_MONTHS, 1},  // 25 November and 23 January, before the year 1
+        {CDate(1, 1, 2020), CDate(1, 1, 2021), 3, 0},
+    };
+    for (const auto& [one, other, unit, count] : kCases) {
+        EXPECT_EQ(count, one.Difference(other, static_cast<DateUnit>(unit)).GetDouble())
+            << one.DayNumber() << ' ' << unit;
+        EXPECT_EQ(count, other.Difference(one, static_cast<DateUnit>(unit)).GetDouble());
+    }
+}
+
+TEST(DateExtract, FillsEveryFieldOfTheStructure) {
+    std::tm fields;
+    fields.tm_hour = fields.tm_min = fields.tm_sec = 99;
+    CDate(31, 12, 2024).extract(fields);
+    EXPECT_EQ(Ymd(124, 11, 31), Ymd(fields.tm_year, fields.tm_mon, fields.tm_mday));
+    EXPECT_EQ(Ymd(0, 0, 0), Ymd(fields.tm_hour, fields.tm_min, fields.tm_sec));
+    EXPECT_EQ(Ymd(2, 365, -1), Ymd(fields.tm_wday, fields.tm_yday, fields.tm_isdst));
+}
+
+TEST(DateExtract, SecondsAreThoseOfLocalMidnight) {
+    for (CDate date(2, 1, 1970); date < CDate(1, 1, 2038); date += 37) {
+        long long seconds = 0;
+        date.extract(seconds);
+        const auto time = static_cast<std::time_t>(seconds);
+        const std::tm local = *std::localtime(&time);
+        EXPECT_EQ(Fields(date), Ymd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday));
+        EXPECT_EQ(0, local.tm_hour * 60 + local.tm_min + local.tm_sec) << date.DayNumber();
+    }
+    long long seconds = 0;
+    CDate(0UL).extract(seconds);
+    EXPECT_EQ(-1, seconds);
+}
+
+TEST(Date, DefaultIsTodayByTheLocalClock) {
+    const auto today = [] {
+        const std::time_t now = std::time(nullptr);
+        const std::tm local = *std::localtime(&now);
+        return Ymd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+    };
+    const Ymd before = today();
+    const Ymd made = Fields(CDate());
+    EXPECT_TRUE(made == before || made == today());
+}

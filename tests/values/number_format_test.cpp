@@ -1,0 +1,183 @@
+#include "values/number_format.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kGreatest = std::numeric_limits<double>::max();
+constexpr double kTiniest = std::numeric_limits<double>::denorm_min();
+constexpr tagQL_FLOATFORMAT kPlain = {0, L'.', 0};
+
+// Formats into a buffer of just the size that the header promises to be enough, and looks after its fence.
+std::wstring Format(double value, int places, const tagQL_FLOATFORMAT& format = kPlain) {
+    const std::size_t size = FloatFormatBufferChars(static_cast<short>(places));
+    const auto buffer = std::make_unique<wchar_t[]>(size + 1);
+    buffer[size] = L'\xFDFD';
+    EXPECT_EQ(buffer.get(), FloatFormatStringExt(value, buffer.get(), &format, static_cast<short>(places)));
+    EXPECT_EQ(L'\xFDFD', buffer[size]) << value << ' ' << places;
+    return buffer.get();
+}
+
+// A double's whole decimal expansion, lowest digit first, the point after `scale` of them.
+struct Expansion {
+    explicit Expansion(double value) {
+        int exponent = 0;
+        auto mantissa = static_cast<std::uint64_t>(std::ldexp(std::frexp(value, &exponent), 53));
+        for (; mantissa != 0; mantissa /= 10) digits += static_cast<char>(mantissa % 10);
+        for (exponent -= 53; exponent > 0; --exponent) Multiply(2);
+        for (; exponent < 0; ++exponent, ++scale) Multiply(5);  // a half is five tenths
+    }
+
+    void Multiply(int factor, int carry = 0) {
+        for (char& digit : digits) {
+            carry += digit * factor;
+            digit = static_cast<char>(carry % 10);
+            carry /= 10;
+        }
+        for (; carry != 0; carry /= 10) digits += static_cast<char>(carry % 10);
+    }
+
+    std::string digits;
+    std::size_t scale = 0;
+};
+
+// An expansion with so many decimals, an exact half to the even digit, commas between the groups.
+std::wstring Grouped(Expansion exact, std::size_t places) {
+    std::string& digits = exact.digits;
+    if (exact.scale < places) digits.insert(0, places - exact.scale, 0);
+    if (exact.scale > places) {
+        const std::size_t dropped = exact.scale - places;
+        digits.resize(std::max(digits.size(), dropped + 1));
+        const char first = digits[dropped - 1];
+        const bool more = digits.find_first_not_of('\0') < dropped - 1;
+        const bool isOdd = digits[dropped] % 2 != 0;
+        digits.erase(0, dropped);
+        if (first > 5 || (first == 5 && (more || isOdd))) exact.Multiply(1, 1);
+    }
+    digits.resize(std::max(digits.find_last_not_of('\0') + 1, places + 1));
+    std::wstring text;
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (i == places && places > 0) text += L'.';
+        if (i > places && (i - places) % 3 == 0) text += L',';
+        text += static_cast<wchar_t>(L'0' + digits[i]);
+    }
+    return {text.rbegin(), text.rend()};
+}
+
+std::vector<double> Sweep() {
+    std::vector<double> values = {0,   kTiniest, kGreatest, 1e22,  1e23, 1e100,
+                                  0.1, 2.675,    1e15,      1e308, 5e14, 99999999.995};
+    for (int i = 0; i < 400; ++i) {
+        values.push_back(i / 16.0);                   // halves of every place there is
+        values.push_back((i * 12345.0 + 0.5) / 100);  // near halves of cents
+    }
+    for (double power = 1e-8; power < 1e24; power *= 10) {
+        for (const double near : {power, power - 0.5, power - 0.125, power / 2, 5 * power / 8})
+            values.insert(values.end(), {near, std::nextafter(near, 0), std::nextafter(near, kGreatest)});
+    }
+    std::mt19937_64 random(20240229);  // NOLINT: the same numbers every time
+    for (int i = 0; i < 1000; ++i) {
+        const double any = std::bit_cast<double>(random());
+        if (std::isfinite(any)) values.push_back(any);
+        values.push_back(static_cast<double>(random() >> (i % 50)) / 1000);
+        values.push_back(static_cast<double>(random() % 2'000'000) / 64 +
+                         1e8 * static_cast<double>(random() % 1'000'000));
+    }
+    return values;
+}
+
+}  // namespace
+
+TEST(FloatFormat, AgreesWithExactDecimalArithmetic) {
+    for (const double value : Sweep()) {
+        const Expansion exact(std::fabs(value));
+        for (const int places : {0, 1, 2, 3, 8, 9, 17, 1100}) {
+            std::wstring text = Grouped(exact, static_cast<std::size_t>(places));
+            if (std::signbit(value) && text.find_first_of(L"123456789") != text.npos) text.insert(0, 1, L'-');
+            ASSERT_EQ(text, Format(value, places, {0, L'.', L','})) << value << " to " << places;
+        }
+    }
+}
+
+TEST(FloatFormat, Edges) {
+    constexpr tagQL_FLOATFORMAT kGrouped = {0, L'.', L','};
+    constexpr tagQL_FLOATFORMAT kNoPoint = {0, 0, L','};
+    constexpr tagQL_FLOATFORMAT kMoney = {L'$', L'.', L','};
+    const struct {
+        double value;
+        int places;
+        tagQL_FLOATFORMAT format;
+        const wchar_t* text;
+    } kCases[] = {
+        {1234567.891, 2, kGrouped, L"1,234,567.89"},
+        {1234567.891, 0, kGrouped, L"1,234,568"},
+        {-123.4, 1, kGrouped, L"-123.4"},
+        {1234.5, 2, {0, L',', L'.'}, L"1.234,50"},
+        {-1234.5, 2, kMoney, L"$-1,234.50"},
+        {-0.001, 2, kMoney, L"$-0.00"},
+        {-0.001, 2, kPlain, L"0.00"},
+        {-0.0, 0, kPlain, L"0"},
+        {-0.4, 1, kNoPoint, L"0"},
+        {1.96, 1, kNoPoint, L"2"},
+        {1.5, 1, kNoPoint, L"1"},
+        {-7.5, -3, kPlain, L"-8"},
+        {7.5, -32768, kMoney, L"$8"},
+        {1.5, 1, {0, L'5', 0}, L"15"},  // the last decimal looks like the separator
+        {-0.5, 1, {L'-', L'.', 0}, L"--0.5"},
+        {0, 2, {L'-', L'.', 0}, L"0.00"},  // the symbol is taken for the sign
+        {kInfinity, 2, kMoney, L"$inf.00"},
+        {-kInfinity, 0, kGrouped, L"-inf"},
+        {-kInfinity, 3, kNoPoint, L"-inf"},
+        {std::nan(""), 1, kGrouped, L"nan.0"},
+        {-std::nan(""), 0, kMoney, L"$nan"},
+    };
+    for (const auto& [value, places, format, text] : kCases) EXPECT_EQ(text, Format(value, places, format));
+    EXPECT_EQ(FloatFormatBufferChars(8), Format(-kGreatest, 8, kMoney).size() + 1)
+        << "the longest text fills it";
+    EXPECT_EQ(std::wstring(L"-inf.") + std::wstring(32767, L'0'), Format(-kInfinity, 32767));
+}
+
+TEST(FloatFormat, ShortFormChoosesDollarCommaAndPoint) {
+    wchar_t buffer[FloatFormatBufferChars(2)];
+    EXPECT_STREQ(L"$-1,234.50", FloatFormatString(-1234.5, buffer, true, true, 2));
+    EXPECT_STREQ(L"1234.50", FloatFormatString(1234.5, buffer, false, false, 2));
+    EXPECT_STREQ(L"0.00", FloatFormatString(-0.001, buffer, false, false, 2));
+    EXPECT_EQ(nullptr, FloatFormatString(1, nullptr, true, true, 2));
+    EXPECT_STREQ(L"", FloatFormatStringExt(1, buffer, nullptr, 2));
+}
+
+TEST(FudgeDouble, Cases) {
+    const struct {
+        double value;
+        long places;
+        bool round;
+        double result;
+    } kCases[] = {
+        {2.675, 2, true, 2.68},
+        {2.675, 2, false, 2.67},
+        {-1.005, 2, true, -1.01},
+        {3.0, 2, true, 3.0},
+        {0.99999, 0, false, 1},
+        {-0.5, 0, true, -1},
+        {0.29, 2, false, 0.29},  // 0.29 * 100 alone would be cut to 28
+        {2.75, -1, true, 3},     // places below 0 count as 0
+        {0.123456789, 9, false, 0.12345678},
+        {0.5, std::numeric_limits<long>::min(), true, 1},
+        {kInfinity, 2, true, kInfinity},
+        {kTiniest, 8, true, 0},
+    };
+    for (const auto& [value, places, round, result] : kCases)
+        EXPECT_EQ(result, FudgeDouble(value, places, round)) << value << ' ' << places << ' ' << round;
+    EXPECT_TRUE(std::isnan(FudgeDouble(std::nan(""), 2, true)));
+}

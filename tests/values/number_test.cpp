@@ -1,0 +1,86 @@
+#include "values/number.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <sstream>
+
+#include "rw/file.h"
+#include "rw/virtual_streams.h"
+#include "values/date.h"
+
+TEST(Number, NullSpreadsAndComparesFalseWithEverything) {
+    const Number null;
+    const Number one = 1;
+    EXPECT_TRUE((null + 1).IsNull() && (one - null).IsNull() && (null * null).IsNull() &&
+                (null / one).IsNull() && (one / null).IsNull() && (-null).IsNull());
+    const Number kPairs[][2] = {{null, one}, {one, null}, {null, null}};
+    for (const auto& [a, b] : kPairs) {
+        EXPECT_FALSE(a == b || a != b || a < b || a > b || a <= b || a >= b);
+    }
+    EXPECT_TRUE(one != 2 && one < 2 && one <= 1 && one >= 1 && one == 1 && Number(2) > one);
+}
+
+TEST(Number, ArithmeticIsThatOfDoublesWithoutSaturation) {
+    Number largest;
+    largest.SetMax();
+    EXPECT_TRUE((largest + 1).IsMax() && (-largest).IsMin());
+    EXPECT_EQ(2e100, (largest + largest).GetDouble());
+    EXPECT_EQ(0.1 + 0.2, (Number(0.1) + 0.2).GetDouble());
+    EXPECT_EQ(-2.5, (Number(5) / Number(-2)).GetDouble());
+    EXPECT_TRUE(std::signbit((-Number(0)).GetDouble()));
+    EXPECT_TRUE((largest * -10).IsNull()) << "-1e101 is null, however it came about";
+    const Number nan = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_TRUE(nan != nan && !(nan == nan) && !(nan <= nan));
+}
+
+TEST(Number, ReservedValuesAreExactAndCanBeAddressed) {
+    EXPECT_EQ(-1e101, *&Number::m_noNumber);
+    Number number = Number::m_minNumber;
+    EXPECT_TRUE(number.IsMin() && number == -1e100 && (-number).IsMax());
+    number.SetDouble(std::nextafter(1e100, 0));
+    EXPECT_FALSE(number.IsMax() || number.IsMin() || number.IsNull());
+}
+
+TEST(Number, DivisionByZeroThrowsAFloatZeroAcrossTheLibraryEvenForNull) {
+    for (const Number& dividend : {Number(1), Number(0), Number()}) {
+        for (const double zero : {0.0, -0.0}) {
+            try {
+                (void)(dividend / zero);
+                ADD_FAILURE() << "did not throw";
+            } catch (const float thrown) {
+                EXPECT_EQ(0.0F, thrown);
+            }
+        }
+    }
+}
+
+TEST(Number, PersistsBesideADateAndStaysWhenTheReadFails) {
+    const std::filesystem::path path = std::filesystem::temp_directory_path() / L"quillet_values_test.bin";
+    std::stringbuf bytes;
+    {
+        RWFile file(path.wstring().c_str(), L"wb");
+        RWBufferOstream stream(bytes);
+        Number(-2.5).saveOn(file);
+        Number(-2.5).saveOn(stream);
+        CDate(29, 2, 2020).saveOn(file);
+        CDate(29, 2, 2020).saveOn(stream);
+    }
+    EXPECT_EQ(std::string("\0\0\0\0\0\0\x04\xC0\x1D\x85\x25\0", 12), bytes.str());
+    EXPECT_EQ(Number().binaryStoreSize() + CDate().binaryStoreSize(), std::filesystem::file_size(path));
+    RWFile file(path.wstring().c_str(), L"rb");
+    RWBufferIstream stream(bytes);
+    Number number[2];
+    CDate date[2];
+    for (int i = 0; i < 2; ++i) {  // the second time finds nothing
+        number[0].restoreFrom(file);
+        date[0].restoreFrom(file);
+        number[1].restoreFrom(stream);
+        date[1].restoreFrom(stream);
+        EXPECT_TRUE(number[0] == -2.5 && number[1] == -2.5);
+        EXPECT_TRUE(date[0] == CDate(29, 2, 2020) && date[1] == date[0]);
+    }
+    EXPECT_FALSE(stream.good());
+}

@@ -1,0 +1,162 @@
+#include <array>
+#include <charconv>
+#include <limits>
+
+#include "prefs/interview_globals.h"
+#include "tools/qlutil/command.h"
+#include "values/date.h"
+#include "values/number_format.h"
+
+namespace {
+
+std::wstring Quoted(std::wstring_view word) {
+    return L"\"" + std::wstring(word) + L"\"";
+}
+
+double RequireNumber(std::wstring_view word, std::wstring_view what) {
+    std::string digits;
+    for (const wchar_t c : word) digits += c < 0x80 ? static_cast<char>(c) : '?';
+    double number = 0;
+    const char* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    if (error == std::errc() && stop == end) return number;
+    throw WrongCall(std::wstring(what) + L" must be a number, not " + Quoted(word));
+}
+
+CDate RequireDate(std::wstring_view word) {
+    std::array<unsigned, 3> fields = {};
+    std::wstring_view rest = word;
+    for (unsigned& field : fields) {
+        const bool isLast = &field == &fields.back();
+        const std::size_t end = isLast ? rest.size() : std::min(rest.find(L'-'), rest.size());
+        const std::optional<int> number = ToInt(rest.substr(0, end));
+        if (!number || *number < 0)
+            throw WrongCall(L"a date is DAY-MONTH-YEAR in numbers, not " + Quoted(word));
+        field = static_cast<unsigned>(*number);
+        rest.remove_prefix(isLast ? end : std::min(end + 1, rest.size()));
+    }
+    return {fields[0], fields[1], fields[2]};
+}
+
+DateUnit RequireUnit(std::wstring_view word) {
+    if (word == L"days") return DATE_UNIT_DAYS;
+    if (word == L"months") return DATE_UNIT_MONTHS;
+    if (word == L"years") return DATE_UNIT_YEARS;
+    throw WrongCall(L"the unit must be days, months or years, not " + Quoted(word));
+}
+
+Answer Describe(const CDate& date, const std::wstring& what) {
+    Record record = {
+        {L"valid", date.IsValid()},     {L"isNull", date.IsNull()},
+        {L"day", date.Day()},           {L"month", date.Month()},
+        {L"year", date.Year()},         {L"dayOfWeek", date.DayOfWeek()},
+        {L"monthStr", date.MonthStr()}, {L"dayNumber", static_cast<unsigned long>(date.DayNumber())},
+    };
+    if (date.IsValid()) return record;
+    return Answer(std::move(record), what + (date.IsNull() ? L" is the null date" : L" is not a date"));
+}
+
+Answer DateInfo(const Arguments& arguments) {
+    return Describe(RequireDate(arguments[0]), std::wstring(arguments[0]));
+}
+
+Answer DateAdd(const Arguments& arguments) {
+    const Number amount = RequireNumber(arguments[1], L"AMOUNT");
+    const CDate sum = RequireDate(arguments[0]).Add(amount, RequireUnit(arguments[2]));
+    return Describe(sum, L"the sum of " + std::wstring(arguments[0]) + L" and " + std::wstring(arguments[1]) +
+                             L' ' + std::wstring(arguments[2]));
+}
+
+Answer DateDiff(const Arguments& arguments) {
+    const CDate dates[] = {RequireDate(arguments[0]), RequireDate(arguments[1])};
+    Record record = {{L"result", dates[0].Difference(dates[1], RequireUnit(arguments[2])).GetDouble()}};
+    for (std::size_t i = 0; i < std::size(dates); ++i) {
+        if (dates[i].DayNumber() == 0)
+            return Answer(std::move(record), std::wstring(arguments[i]) + L" is not a date");
+    }
+    return record;
+}
+
+// The one character of a switch, 0 for an empty one.
+wchar_t Character(const Arguments& arguments, const wchar_t* name, wchar_t otherwise) {
+    const auto value = arguments.Value(name);
+    if (!value) return otherwise;
+    if (value->size() > 1) throw WrongCall(L"--" + std::wstring(name) + L" takes one character or none");
+    return value->empty() ? L'\0' : value->front();
+}
+
+Answer NumberFormat(const Arguments& arguments) {
+    const double value = RequireNumber(arguments[0], L"VALUE");
+    const int places = RequireInt(arguments[1], L"PLACES");
+    if (places < 0 || places > std::numeric_limits<short>::max())
+        throw WrongCall(L"PLACES must be 0 to 32767");
+    const tagQL_FLOATFORMAT format = {
+        Character(arguments, L"symbol", arguments.Has(L"currency") ? L'$' : L'\0'),
+        Character(arguments, L"decimal", L'.'),
+        Character(arguments, L"group", arguments.Has(L"thousands") ? L',' : L'\0'),
+    };
+    std::wstring buffer(FloatFormatBufferChars(static_cast<short>(places)), L'\0');
+    return Record{
+        {L"result", FloatFormatStringExt(value, buffer.data(), &format, static_cast<short>(places))}};
+}
+
+Answer NumberFudge(const Arguments& arguments) {
+    const double value = RequireNumber(arguments[0], L"VALUE");
+    const int places = RequireInt(arguments[1], L"PLACES");
+    return Record{{L"result", FudgeDouble(value, places, arguments.Has(L"round"))}};
+}
+
+Answer Globals(const Arguments&) {
+    CDate today;
+    CQlGlobals::GetLocalDate(&today);
+    return Record{
+        {L"monthFirst", CQlGlobals::IsMonthFirst()},
+        {L"country", CQlGlobals::GetCountry()},
+        {L"unansweredFormat", static_cast<int>(CQlGlobals::GetUnansValDefFormat())},
+        {L"maxWhileCount", CQlGlobals::GetMaxWhileCount()},
+        {L"maxRecursionDepth", CQlGlobals::GetMaxRecursionDepth()},
+        {L"today", RWWString(std::to_wstring(today.Day()) + L'-' + std::to_wstring(today.Month()) + L'-' +
+                             std::to_wstring(today.Year()))},
+    };
+}
+
+constexpr SwitchRow kFormatSwitches[] = {
+    {L"thousands"}, {L"currency"}, {L"symbol", true}, {L"decimal", true}, {L"group", true}};
+constexpr SwitchRow kFudgeSwitches[] = {{L"round"}};
+
+constexpr Command kCommands[] = {
+    {L"date info", L"D-M-Y", L"What the library knows about a date.", {}, 1, 1, DateInfo},
+    {L"date add",
+     L"D-M-Y AMOUNT days|months|years",
+     L"The date so many units later, or earlier.",
+     {},
+     3,
+     3,
+     DateAdd},
+    {L"date diff",
+     L"D-M-Y D-M-Y days|months|years",
+     L"How many whole units lie between two dates.",
+     {},
+     3,
+     3,
+     DateDiff},
+    {L"number format", L"VALUE PLACES [--thousands] [--currency] [--symbol C] [--decimal C] [--group C]",
+     L"VALUE with so many decimals; an empty --symbol, --decimal or --group means none.", kFormatSwitches, 2,
+     2, NumberFormat},
+    {L"number fudge", L"VALUE PLACES [--round]",
+     L"VALUE cut, or rounded, to 0 to 8 decimals, forgiving the error of binary fractions.", kFudgeSwitches,
+     2, 2, NumberFudge},
+    {L"globals",
+     L"",
+     L"What holds for a whole interview, today's date as D-M-Y among it.",
+     {},
+     0,
+     0,
+     Globals},
+};
+
+}  // namespace
+
+std::span<const Command> ValueCommands() {
+    return kCommands;
+}

@@ -1,0 +1,33 @@
+#include "values/number.h"
+
+#include "rw/file.h"
+#include "rw/virtual_streams.h"
+
+// Said again so that the library holds them for a caller who takes their address.
+constexpr double Number::m_noNumber;
+constexpr double Number::m_maxNumber;
+constexpr double Number::m_minNumber;
+
+Number operator/(Number dividend, Number divisor) {
+    if (divisor.GetDouble() == 0) throw 0.0F;
+    if (dividend.IsNull() || divisor.IsNull()) return {};
+    return dividend.GetDouble() / divisor.GetDouble();
+}
+
+void Number::saveOn(RWFile& file) const {
+    file.Write(m_value);
+}
+
+void Number::saveOn(RWvostream& stream) const {
+    stream << m_value;
+}
+
+void Number::restoreFrom(RWFile& file) {
+    double value = 0;
+    if (file.Read(value)) m_value = value;
+}
+
+void Number::restoreFrom(RWvistream& stream) {
+    double value = 0;
+    if ((stream >> value).good()) m_value = value;
+}
