@@ -3,6 +3,7 @@ add_subdirectory(platform)
 add_subdirectory(rw)
 add_subdirectory(text)
 add_subdirectory(files)
+add_subdirectory(logging)
 add_subdirectory(settings)
 add_subdirectory(prefs)
 

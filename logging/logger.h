@@ -1,10 +1,15 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include "platform/export.h"
+
+namespace ql {
+class LogQueue;
+}
 
 // The process-wide log: any thread queues lines, one writer thread hands them to the outputs. A caller never touches a
 // file. Lines are handled strictly in the order in which they were queued.
@@ -54,12 +59,12 @@ class QL_API LogMessage {
     }
 
   private:
-    friend class LogQueue;
-    friend class LogWriter;
+    friend class ql::LogQueue;
+    friend class QLLogger;
 
     MessageType type_;
     unsigned delivered_ = 0;  // outputs that have had it
-    LogMessage* next_ = nullptr;
+    std::atomic<LogMessage*> next_ = nullptr;
     std::shared_ptr<LogMessage> self_;  // the queue's own reference
 };
 
@@ -103,7 +108,7 @@ class QL_API QLLogger {
   public:
     QLLogger(const QLLogger&) = default;
     QLLogger& operator=(const QLLogger&) = default;
-    // Of the library's own logger at its unload: closes the logs if the writer thread was ever started.
+    // Closes the logs if the writer thread was ever started; the library's own logger does so at the process's end.
     virtual ~QLLogger();
 
     // Registers the output under each level of the mask and starts the writer thread if it does not run; so does a
@@ -132,9 +137,20 @@ class QL_API QLLogger {
     // Any message of the three types; others are ignored in their turn. Null is ignored.
     static void PushEvent(std::shared_ptr<LogMessage> message) noexcept;
 
+    // The writer thread and what it does with a message of each type.
+    static unsigned long LoggerThreadProc(void*);
+    static void WriteMessage(const std::shared_ptr<LogMessage>& message);
+    static void FlushLog(const std::shared_ptr<LogMessage>& message);
+    static void CloseLog(const std::shared_ptr<LogMessage>& message);
+
   private:
     friend class QLLoggerLevelInserter;
     static void PutLine(QLLogLevel level, std::wstring line);
+    static void StartWriter() noexcept;
+    static void HandleBatch() noexcept;
+    static void Handle(const std::shared_ptr<LogMessage>& message) noexcept;
+    static void QueueCloseAndWait();
+    static void Drain() noexcept;
 
     static QLLogger s_logger;
 };
