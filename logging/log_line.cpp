@@ -19,7 +19,7 @@ template <class Text, class... Format>
 void AppendNumber(Text& text, Format... numberAndFormat) {
     char digits[kNumberLength];
     const char* const end = std::to_chars(digits, digits + sizeof digits, numberAndFormat...).ptr;
-    text.append(digits, end);
+    for (const char* digit = digits; digit != end; ++digit) text.push_back(static_cast<wchar_t>(*digit));
 }
 
 template <class Text, class Float>

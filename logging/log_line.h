@@ -17,10 +17,11 @@ class LogMessageFinish {};
 
 // Builds one line of the log. Used by one thread at a time.
 //
-//     QLLoggerLevelInserter(QLLOG_INFO, __FILE__, __LINE__) << L"opened " << count << L" files" << LogMessageFinish();
+//     QLLoggerLevelInserter(QLLOG_INFO, __FILE__, __LINE__) << L"opened " << count << L" files" <<
+//     LogMessageFinish();
 //
-// gives "[07/21/26 14:02:33][1234][host.cpp:17]-opened 3 files" and a line feed: the local time of the finish in the C
-// locale's own form of it ("%c"), the thread that began the line, the place, the text.
+// gives "[07/21/26 14:02:33][1234][host.cpp:17]-opened 3 files" and a line feed: the local time of the finish
+// in the C locale's own form of it ("%c"), the thread that began the line, the place, the text.
 //
 // Kept on purpose:
 //  - a line without text is not emitted;

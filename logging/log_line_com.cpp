@@ -1,5 +1,5 @@
 #include "logging/log_line.h"
-#include "platform/win32.h"
+#include "platform/bstr.h"
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const _bstr_t& text) {
     return *this << static_cast<const wchar_t*>(text);

@@ -9,11 +9,12 @@
 
 namespace ql {
 
-// Messages in order: any thread pushes at the back, the writer takes all at once as its batch. The links are in the
-// messages, so that a push costs one short lock and no memory.
+// Messages in order: any thread pushes at the back, the writer takes all at once as its batch. The links are
+// in the messages, so that a push costs one short lock and no memory.
 //
-// The system may end a thread between any two stores below when the process ends, and the thread that ends the process
-// then goes on from what it finds. So no store but the last of a change makes a message unreachable.
+// The system may end a thread between any two stores below when the process ends, and the thread that ends
+// the process then goes on from what it finds. So no store but the last of a change makes a message
+// unreachable.
 class LogQueue {
   public:
     // Whether the writer sleeps and is to be woken.
@@ -53,7 +54,8 @@ class LogQueue {
     LogMessage* InHand() const noexcept { return batch_; }
     void Advance() noexcept { batch_.store(batch_.load()->next_); }
 
-    // For the thread that goes on with what the writer left: a batch that was being taken is still queued as well.
+    // For the thread that goes on with what the writer left: a batch that was being taken is still queued as
+    // well.
     void DropTornTake() noexcept {
         if (first_ == batch_) first_.store(nullptr);
     }

@@ -92,10 +92,13 @@ CloseLogMessage::~CloseLogMessage() {
 }
 
 QLLogger::~QLLogger() {
-    if (!OnWriterThread()) return CloseLogs();
-    // An output ended the process: what it was given is its own affair.
-    if (g_log.queue.InHand()) g_log.queue.Advance();
-    Drain();
+    if (OnWriterThread()) {
+        // An output ended the process: what it was given is its own affair.
+        if (g_log.queue.InHand()) g_log.queue.Advance();
+        Drain();
+    } else {
+        CloseLogs();
+    }
 }
 
 QLLogger& QLLogger::GetLogger() noexcept {
@@ -135,7 +138,8 @@ void QLLogger::StartWriter() noexcept {
 void QLLogger::PutMessage(QLLogLevel level, const wchar_t* text) noexcept {
     try {
         if (text) PutLine(level, text);
-    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the line is dropped, as the header says
+    } catch (
+        const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the line is dropped, as the header says
     }
 }
 
@@ -146,7 +150,8 @@ void QLLogger::PutLine(QLLogLevel level, std::wstring line) {
 void QLLogger::FlushLogs() noexcept {
     try {
         PushEvent(std::make_shared<FlushLogMessage>());
-    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the flush is dropped, as the header says
+    } catch (
+        const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the flush is dropped, as the header says
     }
 }
 
@@ -155,7 +160,8 @@ void QLLogger::CloseLogs() noexcept {
     if (!OnWriterThread() && WriterIsGone()) return Drain();
     try {
         QueueCloseAndWait();
-    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the close is dropped, as the header says
+    } catch (
+        const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the close is dropped, as the header says
     }
 }
 
@@ -219,7 +225,8 @@ void QLLogger::WriteMessage(const std::shared_ptr<LogMessage>& message) {
 
 void QLLogger::FlushLog(const std::shared_ptr<LogMessage>&) {
     for (const QLLogLevel level : ql::kLogLevels) {
-        for (const ql::LogRegistration* at = g_log.outputs.First(level); at; at = at->next) at->output->Flush();
+        for (const ql::LogRegistration* at = g_log.outputs.First(level); at; at = at->next)
+            at->output->Flush();
     }
 }
 
@@ -227,8 +234,8 @@ void QLLogger::CloseLog(const std::shared_ptr<LogMessage>&) {
     for (const QLLogLevel level : ql::kLogLevels) CloseAndRelease(Detach(level));
 }
 
-// What the writer would have done. It is gone, so the process ends and this is its last thread: no lock is taken, since
-// nobody is left who could let go of it.
+// What the writer would have done. It is gone, so the process ends and this is its last thread: no lock is
+// taken, since nobody is left who could let go of it.
 void QLLogger::Drain() noexcept {
     g_log.ending = true;
     g_log.queue.DropTornTake();

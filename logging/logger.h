@@ -11,12 +11,12 @@ namespace ql {
 class LogQueue;
 }
 
-// The process-wide log: any thread queues lines, one writer thread hands them to the outputs. A caller never touches a
-// file. Lines are handled strictly in the order in which they were queued.
+// The process-wide log: any thread queues lines, one writer thread hands them to the outputs. A caller never
+// touches a file. Lines are handled strictly in the order in which they were queued.
 //
-// No line that was accepted is lost, even where nobody calls CloseLogs: when the process ends and the system has ended
-// the writer thread already, what is left is written on the thread that ends the process. The library stays loaded from
-// the first InitializeLog on, whatever FreeLibrary asks.
+// No line that was accepted is lost, even where nobody calls CloseLogs: when the process ends and the system
+// has ended the writer thread already, what is left is written on the thread that ends the process. The
+// library stays loaded from the first InitializeLog on, whatever FreeLibrary asks.
 //
 // Kept on purpose:
 //  - a line of several levels goes to the outputs of its lowest bits up to the first level that has none;
@@ -30,14 +30,16 @@ constexpr QLLogLevel operator|(QLLogLevel a, QLLogLevel b) noexcept {
     return static_cast<QLLogLevel>(static_cast<std::int32_t>(a) | static_cast<std::int32_t>(b));
 }
 
-// Where lines go. Only the writer thread calls an output, so it needs no lock of its own. At the end of a process that
-// did not call CloseLogs, the thread that ends it may take over, after the host's static objects are gone; the line in
-// hand is then written again unless Write had returned, and outputs are closed but not destroyed.
+// Where lines go. Only the writer thread calls an output, so it needs no lock of its own. At the end of a
+// process that did not call CloseLogs, the thread that ends it may take over, after the host's static objects
+// are gone; the line in hand is then written again unless Write had returned, and outputs are closed but not
+// destroyed.
 class QL_API ILogOutput {
   public:
-    virtual void Write(QLLogLevel level, const wchar_t* text) = 0;  // one finished line, its line feed included
-    virtual void Flush() = 0;                                       // hands what is buffered to the system
-    virtual void Close() = 0;                                       // writes after it must do nothing
+    virtual void Write(QLLogLevel level,
+                       const wchar_t* text) = 0;  // one finished line, its line feed included
+    virtual void Flush() = 0;                     // hands what is buffered to the system
+    virtual void Close() = 0;                     // writes after it must do nothing
     virtual ~ILogOutput();
 };
 
@@ -98,8 +100,8 @@ class QL_API CloseLogMessage : public LogMessage {
     void* event_;
 };
 
-// Every operation may be called by any thread at any time, and none throws. When memory is short, what was to be
-// queued is dropped.
+// Every operation may be called by any thread at any time, and none throws. When memory is short, what was to
+// be queued is dropped.
 //
 //     QLLogger::InitializeLog(L"C:\\Logs\\host.log", QLLOG_ERROR | QLLOG_WARNING);
 //     QLLogger::PutMessage(QLLOG_ERROR, L"no room left\n");
@@ -108,23 +110,25 @@ class QL_API QLLogger {
   public:
     QLLogger(const QLLogger&) = default;
     QLLogger& operator=(const QLLogger&) = default;
-    // Closes the logs if the writer thread was ever started; the library's own logger does so at the process's end.
+    // Closes the logs if the writer thread was ever started; the library's own logger does so at the
+    // process's end.
     virtual ~QLLogger();
 
-    // Registers the output under each level of the mask and starts the writer thread if it does not run; so does a
-    // mask of 0, which registers nothing. A null output is not registered. Lines queued before are written now.
+    // Registers the output under each level of the mask and starts the writer thread if it does not run; so
+    // does a mask of 0, which registers nothing. A null output is not registered. Lines queued before are
+    // written now.
     static void InitializeLog(std::shared_ptr<ILogOutput> output, QLLogLevel mask) noexcept;
     // The same with a QLLoggerOutputs::FileOutput on the file. A file that cannot be opened is not reported.
     static void InitializeLog(const wchar_t* fileName, QLLogLevel mask) noexcept;
 
-    // Queues a copy of the text as it stands; null does nothing. Returns at once. An idle log writes it at once, a
-    // busy one within some ten milliseconds.
+    // Queues a copy of the text as it stands; null does nothing. Returns at once. An idle log writes it at
+    // once, a busy one within some ten milliseconds.
     static void PutMessage(QLLogLevel level, const wchar_t* text) noexcept;
     // Queues a flush of every output, level by level; returns at once.
     static void FlushLogs() noexcept;
-    // Returns when everything queued before is written and every output is closed and released; lines are dropped
-    // from then on until outputs are registered again. Before the first InitializeLog it does nothing. Called by an
-    // output, it does not wait.
+    // Returns when everything queued before is written and every output is closed and released; lines are
+    // dropped from then on until outputs are registered again. Before the first InitializeLog it does
+    // nothing. Called by an output, it does not wait.
     static void CloseLogs() noexcept;
 
     static QLLogger& GetLogger() noexcept;

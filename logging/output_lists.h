@@ -15,20 +15,22 @@ namespace ql {
 inline constexpr std::array kLogLevels = {QLLOG_ERROR, QLLOG_WARNING, QLLOG_INFO, QLLOG_DEBUG};
 
 struct LogRegistration {
-    explicit LogRegistration(std::shared_ptr<ILogOutput> registered) noexcept : output(std::move(registered)) {}
+    explicit LogRegistration(std::shared_ptr<ILogOutput> registered) noexcept
+        : output(std::move(registered)) {}
 
     const std::shared_ptr<ILogOutput> output;
     std::atomic<LogRegistration*> next = nullptr;
 };
 
-// The outputs of each level in the order of registration. Any thread adds; the writer walks without a lock and is the
-// only one to detach, so that a slow output holds nobody up and may register others itself.
+// The outputs of each level in the order of registration. Any thread adds; the writer walks without a lock
+// and is the only one to detach, so that a slow output holds nobody up and may register others itself.
 class OutputLists {
   public:
     // Ignores what is not exactly one level.
     void Add(QLLogLevel level, std::shared_ptr<ILogOutput> output) {
         for (std::size_t i = 0; i < kLogLevels.size(); ++i) {
-            if (level == kLogLevels[i]) Append(lists_[i], std::make_unique<LogRegistration>(std::move(output)));
+            if (level == kLogLevels[i])
+                Append(lists_[i], std::make_unique<LogRegistration>(std::move(output)));
         }
     }
 
