@@ -22,7 +22,7 @@ struct ExitsWhenDestroyed {
     ~ExitsWhenDestroyed() {
         if (!armed) return;
         PutLines(kLines);
-        std::_Exit(5);
+        std::exit(5);
     }
 } g_exits;
 
