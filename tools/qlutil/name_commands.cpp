@@ -12,13 +12,25 @@ RWWString SeparatorText(wchar_t separator) {
     return separator ? RWWString(&separator, 1) : RWWString();
 }
 
+// The root and the extension as they are kept: without the separator and the dot that their getters add.
+RWWString KeptRoot(const QLFileName& name) {
+    RWWString root = name.GetRoot();
+    if (name.HasRoot() && name.GetRootSeparator()) root.resize(root.length() - 1);
+    return root;
+}
+
+RWWString KeptExtension(const QLFileName& name) {
+    RWWString extension;
+    return name.GetExtension(extension) ? RWWString(extension.view().substr(1)) : RWWString();
+}
+
 Record Describe(const QLFileName& name) {
     return {
         {L"scheme", name.GetScheme()},
-        {L"root", name.GetKeptRoot()},
+        {L"root", KeptRoot(name)},
         {L"dir", name.GetDir()},
         {L"name", name.GetName()},
-        {L"extension", name.GetKeptExtension()},
+        {L"extension", KeptExtension(name)},
         {L"tail", name.GetTail()},
         {L"hasExtension", name.HasExtension() != 0},
         {L"isRemote", name.IsRemote() != 0},

@@ -1,0 +1,264 @@
+#include "files/names/file_name.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "platform/win32.h"
+
+namespace {
+
+// The parts of a name, one column each, so that a table row shows them all.
+std::wstring Parts(const QLFileName& name) {
+    RWWString extension(L"-");
+    name.GetExtension(extension);
+    const auto separator = [](wchar_t unit) { return unit ? std::wstring(1, unit) : std::wstring(L"0"); };
+    return name.GetScheme().str() + L"|" + name.GetRoot().str() + L"|" + name.GetDir().str() + L"|" +
+           name.GetName().str() + L"|" + extension.str() + L"|" + name.GetTail().str() + L"|" +
+           separator(name.GetRootSeparator()) + separator(name.GetDirSeparator()) +
+           (name.IsRemote() ? L"R" : L"");
+}
+
+// The composed text is the same as the parsed one where it is null.
+struct ParseCase {
+    const wchar_t* text;
+    const wchar_t* parts;
+    const wchar_t* composed = nullptr;
+};
+
+constexpr ParseCase kParsed[] = {
+    // local names
+    {LR"(C:\Docs\Letter.docx)", LR"(file|C:\|Docs|Letter|.docx||\\)"},
+    {LR"(C:/a\b/c)", LR"(file|C:/|a\b|c|-||//)"},
+    {LR"(\a\b)", LR"(file||a|b|-||\\)"},
+    {L"/", L"file||||-||/0"},
+    {LR"(a\\b)", LR"(file||a\|b|-||0\)"},
+    {L"C:", L"file|C:|||-||00"},
+    {L"C:file.txt", L"file|C:||file|.txt||00"},
+    {LR"(C:a\b)", LR"(file|C:|a|b|-||0\)"},
+    {LR"(C:\a:b)", LR"(file|C:\||a:b|-||\0)"},
+    {L"C:x:y", LR"(file|C:|x:y||-||0\)", LR"(C:x:y\)"},
+    {L":", LR"(file||:||-||0\)", LR"(:\)"},
+    {L"::x", L"file|::||x|-||00"},
+    {LR"(::ODMA\)", LR"(file|::|ODMA||-||0\)"},
+    // names without a path
+    {L"x", L"|||x|-||00"},
+    {L"a.", L"|||a|.||00"},
+    {L".profile", L"||||.profile||00"},
+    {L"a.b.c", L"|||a.b|.c||00"},
+    {L"a?b?c", L"|||a?b|-|?c|00", L"a?b"},
+    {L"a#b?c", L"|||a|-|#b?c|00", L"a"},
+    {L"a?b.c", L"|||a?b|.c||00"},
+    {L"a.b ?c", L"|||a|.b|?c|00", L"a.b"},
+    // UNC
+    {LR"(\\srv\share\a.txt)", LR"(file|\\srv\|share|a|.txt||\\)"},
+    {LR"(/\srv)", LR"(file|/\srv|||-||00)"},
+    {LR"(\\)", LR"(file|\\|||-||00)"},
+    {LR"(\\\)", LR"(file|\\\|||-||\0)"},
+    {LR"(\\srv\a:\x)", LR"(file|\\srv\|a:\x||-||\\)", LR"(\\srv\a:\x\)"},
+    // URLs
+    {L"http://srv/a/b/f.htm?x=1#top", L"http|srv/|a/b|f|.htm|?x=1#top|//R"},
+    {L"FTP://srv/a/b/f.htm?x=1#top", L"ftp|srv/|a/b|f|.htm|?x=1#top|//R", L"ftp://srv/a/b/f.htm"},
+    {L"https://srv", L"https|srv|||-||00R"},
+    {L"https://srv/", L"https|srv/|||-||/0R"},
+    {L"http:srv", L"http|srv|||-||00R", L"http://srv"},
+    {L"http:/srv/x", L"http|srv/||x|-||/0R", L"http://srv/x"},
+    {LR"(http:\\srv\x)", LR"(http|srv\||x|-||\0R)", LR"(http://srv\x)"},
+    {L"http:", L"http||||-||00R", L"http://"},
+    {L"file:///C:/x", LR"(file||C:/x||-||/\R)", LR"(/C:/x\)"},
+    {L"x y:z/w", L"x y|z/||w|-||/0R", L"x y://z/w"},
+    {L"mailto:a.b", L"mailto|a.b|||-||00R"},
+    {L"MAILTO:x", L"mailto|x|||-||00R", L"mailto:x"},
+    {L"news:a/b", L"news|a/||b|-||00R", L"news:a/"},
+    // document-management ids and plug-in items
+    {LR"(::odma\123)", LR"(::ODMA\|||123|-||00)", LR"(::ODMA\123)"},
+    {LR"(PLUGIN\{abc})", LR"(PLUGIN\{|||PLUGIN\{abc}|-||00)"},
+    {LR"(PLUGIN\{a)", LR"(file||PLUGIN|{a|-||0\)"},
+    {LR"(plugin\{xyz})", LR"(file||plugin|{xyz}|-||0\)"},
+    // blanks and quotes
+    {LR"(  "  C:\a b.c "  )", LR"(file|C:\||a b|.c||\0)", LR"(C:\a b.c)"},
+    {LR"(""a"")", LR"(|||"a"|-||00)", LR"("a")"},
+    {LR"(a")", L"|||a|-||00", L"a"},
+    {L"\ta\t", L"|||\ta\t|-||00"},
+};
+
+constexpr const wchar_t* kNull[] = {nullptr, L"", L"  ", L"\"", L"\"\"", L" \" \" "};
+
+// One variable of the process for the length of a test.
+class Variable {
+  public:
+    Variable(const wchar_t* name, const wchar_t* value) : name_(name) {
+        ::SetEnvironmentVariableW(name, value);
+    }
+    ~Variable() { ::SetEnvironmentVariableW(name_, nullptr); }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+  private:
+    const wchar_t* name_;
+};
+
+}  // namespace
+
+TEST(FileName, SplitsATextAndComposesItAgain) {
+    for (const ParseCase& row : kParsed) {
+        const QLFileName name(row.text);
+        EXPECT_EQ(row.parts, Parts(name)) << row.text;
+        EXPECT_EQ(RWWString(row.composed ? row.composed : row.text), name.GetPathAndFileName()) << row.text;
+        EXPECT_FALSE(name.IsNull()) << row.text;
+    }
+}
+
+TEST(FileName, IsNullWhenNothingIsLeftOfTheText) {
+    for (const wchar_t* text : kNull) {
+        QLFileName name(L"http://srv/a.b?c");
+        name.SetPathAndFileName(text);
+        EXPECT_TRUE(name.IsNull());
+        EXPECT_EQ(L"||||-||/0", Parts(name)) << "the former separators stay";
+        name.Reset();
+        EXPECT_EQ(Parts(QLFileName()), Parts(name));
+    }
+    QLFileName local;
+    local.SetPath(nullptr);
+    EXPECT_FALSE(local.IsNull());
+}
+
+TEST(FileName, KeepsFieldsOnCopyButTextOnlyOnAssignment) {
+    const QLFileName ftp(L"ftp://srv/f?x");
+    const QLFileName copy(ftp);
+    EXPECT_EQ(Parts(ftp), Parts(copy));
+    QLFileName assigned;
+    assigned = ftp;
+    EXPECT_EQ(L"ftp|srv/||f|-||/0R", Parts(assigned));
+
+    QLFileName self(L"C:\\a\\b.c");
+    self = *&self;
+    EXPECT_EQ(RWWString(L"C:\\a\\b.c"), self.GetPathAndFileName());
+}
+
+TEST(FileName, BuildsFromThreeParts) {
+    const QLFileName name(L"C:\\a", L"b.c", L".d  ");
+    EXPECT_EQ(LR"(file|C:\|a|b.c|.d||\\)", Parts(name));
+    EXPECT_EQ(RWWString(L"a."), QLFileName(nullptr, L"a", nullptr).GetPathAndFileName());
+}
+
+TEST(FileName, ReplacesOnePartAndKeepsTheOthers) {
+    QLFileName name(L"http://srv/a/f.htm?x");
+    name.SetFileName(L"longer name.b.c");
+    EXPECT_EQ(L"http|srv/|a|longer name.b|.c|?x|//R", Parts(name)) << "the old tail stays";
+    name.SetFileName(L"g#y");
+    EXPECT_EQ(L"http|srv/|a|g|-|#y|//R", Parts(name));
+    name.SetExtension(L"..d ");
+    name.SetPath(L"D:b");
+    EXPECT_EQ(LR"(file|D:|b|g|..d|#y|0\)", Parts(name));
+    name.SetPath(L"");
+    EXPECT_EQ(L"file|||g|..d|#y|00", Parts(name));
+}
+
+TEST(FileName, PrependsAPathInPlaceOfTheRoot) {
+    const struct {
+        const wchar_t *text, *prefix, *composed;
+    } rows[] = {
+        {L"sub\\a.txt", L"D:\\Work", L"D:\\Work\\sub\\a.txt"},
+        {L"/sub/a", L"w", L"w/sub\\a"},
+        {L"C:\\sub\\a", L"\\\\srv\\s\\", L"\\\\srv\\s\\sub\\a"},
+        {L"C:\\sub\\a", L"", L"sub\\a"},
+        {L"a.b", L"http://srv/", L"http://srv/a.b"},
+        {L"sub\\a", nullptr, L"sub\\a"},
+    };
+    for (const auto& row : rows) {
+        QLFileName name(row.text);
+        EXPECT_EQ(1, name.PrependPath(row.prefix));
+        EXPECT_EQ(RWWString(row.composed), name.GetPathAndFileName()) << row.text;
+    }
+    QLFileName bare(L"/a/b");
+    bare.SetPathAndFileName(L"x");
+    bare.PrependPath(L"p");
+    EXPECT_EQ(RWWString(L"p/x"), bare.GetPathAndFileName()) << "joined by the former name's separator";
+}
+
+TEST(FileName, SetRootTakesTheSeparatorThatEndsIt) {
+    struct Opened : QLFileName {
+        using QLFileName::QLFileName;
+        using QLFileName::SetRoot;
+    };
+    const struct {
+        const wchar_t *root, *parts;
+    } rows[] = {
+        {L"D:/", L"file|D:/|a|b|-||/\\"}, {L"D:", L"file|D:\\|a|b|-||\\\\"}, {L"", L"file||a|b|-||0\\"}};
+    for (const auto& row : rows) {
+        Opened name(L"C:\\a\\b");
+        name.SetRoot(row.root);
+        EXPECT_EQ(row.parts, Parts(name));
+    }
+}
+
+TEST(FileName, LeavesTheTargetAloneWithoutAnExtension) {
+    RWWString extension(L"before");
+    EXPECT_EQ(0, QLFileName(L"C:\\a.b\\c").GetExtension(extension));
+    EXPECT_EQ(RWWString(L"before"), extension);
+}
+
+TEST(FileName, QuotesOnTheCommandLineOnlyWhatReadsAsASwitch) {
+    EXPECT_EQ(RWWString(L"C:\\a b.c"), QLFileName(L"C:\\a b.c").GetCmdLine());
+    EXPECT_EQ(RWWString(L"\"C:\\a /b.c\""), QLFileName(L"C:\\a /b.c").GetCmdLine());
+}
+
+TEST(FileName, ComparesPartByPartIgnoringCase) {
+    const wchar_t* ascending[] = {L"a",      L"a.",     L"a.b",      L"a.C",          L"b",
+                                  L"C:b\\a", L"C:c\\a", L"\\\\s\\a", L"http://SRV/a", L"http://srv/b"};
+    for (std::size_t i = 0; i < std::size(ascending); ++i) {
+        for (std::size_t j = 0; j < std::size(ascending); ++j) {
+            const int order = QLFileName(ascending[i]).CompareTo(QLFileName(ascending[j]));
+            EXPECT_EQ(i < j ? -1 : i > j, order < 0 ? -1 : order > 0) << ascending[i] << L" " << ascending[j];
+        }
+    }
+    EXPECT_TRUE(QLFileName(L"http://S/A.B?x") == QLFileName(L"HTTP:\\s\\a.b#y"))
+        << "separators and tail do not count";
+    EXPECT_TRUE(QLFileName(L"a") != QLFileName(L"b"));
+}
+
+TEST(FileName, ChangesCaseButForSchemeAndTail) {
+    QLFileName name(L"http://Srv/Dir/File.Ext?Tail");
+    name.ToUpper();
+    EXPECT_EQ(RWWString(L"http://SRV/DIR/FILE.EXT?TAIL"), name.GetPathAndFileName());
+    name.ToLower();
+    EXPECT_EQ(RWWString(L"http://srv/dir/file.ext?TAIL"), name.GetPathAndFileName());
+}
+
+TEST(FileName, TellsDocumentIdsAndPluginItemsInAnyCaseOnceParsed) {
+    QLFileName document(L"::ODMA\\Ab");
+    QLFileName plugin(L"PLUGIN\\{Ab}");
+    document.ToLower();
+    plugin.ToLower();
+    EXPECT_TRUE(document.IsODMADocId());
+    EXPECT_FALSE(document.IsPluginFileType());
+    EXPECT_EQ(RWWString(L"::ODMA\\ab"), document.GetPathAndFileName());
+    EXPECT_TRUE(plugin.IsPluginFileType());
+    EXPECT_EQ(RWWString(L"plugin\\{ab}"), plugin.GetPathAndFileName());
+    document.SetFileName(L"");
+    EXPECT_FALSE(document.IsODMADocId());
+}
+
+TEST(FileName, ExpandsEnvironmentReferences) {
+    const Variable dir(L"QL_TEST_DIR", L"D:\\x.y");
+    const Variable dotted(L"QL_TEST_DOT", L"one.two");
+    const Variable plain(L"QL.TEST.PLAIN", L"plain");
+    const struct {
+        const wchar_t *text, *parts;
+    } rows[] = {
+        {L"%QL_TEST_DIR%\\a.b", LR"(file|D:\|x.y|a|.b||\\)"},
+        {L"%QL_TEST_DOT%", L"|||one.two|-||00"},
+        {L"%QL_TEST_DOT%.c", L"|||one.two|.c||00"},
+        {L"c.%QL_TEST_DOT%", L"|||c.one|.two||00"},
+        {L"%QL.TEST.PLAIN%", L"|||plain|-||00"},
+        {L"%QL_TEST_NONE%.c", L"|||%QL_TEST_NONE%|.c||00"},
+        {L"::ODMA\\%QL_TEST_DOT%", LR"(::ODMA\|||%QL_TEST_DOT%|-||00)"},
+    };
+    for (const auto& row : rows) EXPECT_EQ(row.parts, Parts(QLFileName(row.text))) << row.text;
+
+    const Variable large(L"QL_TEST_LARGE", std::wstring(20000, L'x').c_str());
+    RWWString text(L"%QL_TEST_LARGE%100%");
+    QLFileName::SubstPathPlaceholders(text);
+    EXPECT_EQ(std::wstring(20000, L'x') + L"100%", text.str());
+}
