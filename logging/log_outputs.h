@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "files/names/file_name.h"
 #include "logging/logger.h"
 #include "platform/export.h"
 
@@ -64,9 +65,11 @@ class QL_API RollingFileOutput : public ILogOutput {
   protected:
     void WriteHeader();
     void BackupAndStartAnew();
+    void SetBackupFileName(QLFileName& name, int number);
     void ReportSystemError(const wchar_t* message);
 
   private:
+    std::wstring PathOf(int number);
     bool DeleteOldestBackup();
     void ShiftBackups();
     bool Rename(const std::wstring& from, const std::wstring& to);

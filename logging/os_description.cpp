@@ -1,4 +1,4 @@
-#include "logging/os_description.h"
+#include "logging/os_facts.h"
 
 #include <string_view>
 

@@ -1,4 +1,5 @@
-#include <algorithm>
+#include "logging/os_facts.h"
+
 #include <new>
 
 #include "logging/os_description.h"

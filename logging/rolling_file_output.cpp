@@ -91,7 +91,7 @@ std::wstring LocalTime() {
 
 struct RollingLog {
     LogFile file;
-    std::wstring path;
+    QLFileName name;
     std::wstring softwareName;
     std::uint32_t eventId = 0;
     std::int64_t maxSize = 0;
@@ -101,22 +101,13 @@ struct RollingLog {
     ql::CriticalSection textsLock;
     std::wstring buildDate QL_GUARDED_BY(textsLock);
     std::wstring version QL_GUARDED_BY(textsLock);
-
-    // Number 0 is the main file itself.
-    std::wstring BackupPath(int number) const {
-        if (number == 0) return path;
-        const std::size_t name = path.find_last_of(L"\\/:") + 1;
-        const std::size_t dot = path.rfind(L'.');
-        const bool hasExtension = dot != std::wstring::npos && dot > name;
-        return path.substr(0, hasExtension ? dot : path.size()) + std::to_wstring(number) + L".bak";
-    }
 };
 
 RollingFileOutput::RollingFileOutput(const wchar_t* fileName, const wchar_t* softwareName,
                                      const wchar_t* buildDate, const wchar_t* version, int backupCount,
                                      int maxSize, unsigned long eventId)
     : log_(std::make_shared<RollingLog>()) {
-    log_->path = OrEmpty(fileName);
+    log_->name.SetPathAndFileName(OrEmpty(fileName));
     log_->softwareName = OrEmpty(softwareName);
     log_->eventId = eventId;
     log_->maxSize = std::max<std::int64_t>(maxSize, kSmallestLimit);
@@ -161,9 +152,10 @@ void RollingFileOutput::Close() {
 }
 
 void RollingFileOutput::Open(bool anew) {
-    log_->file.Open(log_->path.c_str(), anew ? LogFile::Start::kEmpty : LogFile::Start::kContinue);
+    const std::wstring path = PathOf(0);
+    log_->file.Open(path.c_str(), anew ? LogFile::Start::kEmpty : LogFile::Start::kContinue);
     if (!log_->file.IsOpen()) {
-        return ReportSystemError(std::wstring(kOpenFailed).append(log_->path).append(1, L'\n').c_str());
+        return ReportSystemError(std::wstring(kOpenFailed).append(path).append(1, L'\n').c_str());
     }
     if (anew || log_->file.Size() < kSmallestContent) WriteHeader();
 }
@@ -199,9 +191,21 @@ void RollingFileOutput::BackupAndStartAnew() {
     log_->rolling = false;
 }
 
+void RollingFileOutput::SetBackupFileName(QLFileName& name, int number) {
+    const std::wstring numbered = std::wstring(log_->name.GetName().view()) + std::to_wstring(number);
+    name = QLFileName(log_->name.GetPath().data(), numbered.c_str(), L".bak");
+}
+
+// Number 0 is the main file itself.
+std::wstring RollingFileOutput::PathOf(int number) {
+    QLFileName name(log_->name);
+    if (number > 0) SetBackupFileName(name, number);
+    return std::wstring(name.GetPathAndFileName().view());
+}
+
 bool RollingFileOutput::DeleteOldestBackup() {
     if (log_->backupCount <= 0) return true;
-    const std::wstring oldest = log_->BackupPath(log_->backupCount);
+    const std::wstring oldest = PathOf(log_->backupCount);
     if (!Exists(oldest) || ::DeleteFileW(oldest.c_str())) return true;
     ReportSystemError(std::wstring(kDeleteFailed).append(oldest).append(1, L'\n').c_str());
     return false;
@@ -209,8 +213,8 @@ bool RollingFileOutput::DeleteOldestBackup() {
 
 void RollingFileOutput::ShiftBackups() {
     for (int number = log_->backupCount; number > 0; --number) {
-        const std::wstring from = log_->BackupPath(number - 1);
-        if (Exists(from) && !Rename(from, log_->BackupPath(number))) return;
+        const std::wstring from = PathOf(number - 1);
+        if (Exists(from) && !Rename(from, PathOf(number))) return;
     }
 }
 

@@ -8,7 +8,7 @@
 #include "logging/os_description.h"
 #include "platform/bstr.h"
 #include "platform/unique_handle.h"
-#include "tests/logging/folder.h"
+#include "tests/logging/test_folder.h"
 
 using QLLoggerOutputs::FileOutput;
 using QLLoggerOutputs::RollingFileOutput;
@@ -79,7 +79,7 @@ bool HoldsEntryOf(const std::wstring& file, char letter) {
 }  // namespace
 
 TEST(FileOutput, StartsAfreshInUtf8WithAMarkAndReplacesLoneSurrogates) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"plain.log";
     PutBytes(file, "old");
     FileOutput output(file.c_str());
@@ -101,7 +101,7 @@ TEST(FileOutput, StartsAfreshInUtf8WithAMarkAndReplacesLoneSurrogates) {
 }
 
 TEST(FileOutput, KeepsPairsTogetherInTextsLongerThanItsBuffer) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"long.log";
     std::wstring text = L"x";
     std::string expected = "\xEF\xBB\xBFx";
@@ -114,7 +114,7 @@ TEST(FileOutput, KeepsPairsTogetherInTextsLongerThanItsBuffer) {
 }
 
 TEST(FileOutput, LetsOthersReadButNotWriteOrRename) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"plain.log";
     FileOutput output(file.c_str());
     EXPECT_TRUE(OpenFile(file, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE));
@@ -133,7 +133,7 @@ TEST(FileOutput, LetsOthersReadButNotWriteOrRename) {
 }
 
 TEST(FileOutput, ThatCannotBeOpenedIgnoresWrites) {
-    const Folder folder;
+    const TestFolder folder;
     FileOutput(nullptr).Write(QLLOG_INFO, L"x");
     FileOutput missing((folder / L"none\\plain.log").c_str());
     missing.Write(QLLOG_INFO, L"x");
@@ -142,7 +142,7 @@ TEST(FileOutput, ThatCannotBeOpenedIgnoresWrites) {
 
 // A device that is always full, where the system under the tests has one.
 TEST(FileOutput, OnAFullDiskCostsTheOtherOutputsNothing) {
-    const Folder folder;
+    const TestFolder folder;
     const wchar_t* const full = L"\\\\?\\unix\\dev\\full";
     if (!OpenFile(full, GENERIC_WRITE, FILE_SHARE_READ)) GTEST_SKIP() << "there is no full device here";
     QLLogger::InitializeLog(full, QLLOG_INFO);
@@ -154,7 +154,7 @@ TEST(FileOutput, OnAFullDiskCostsTheOtherOutputsNothing) {
 }
 
 TEST(RollingFile, StartsWithItsHeaderAndEndsEachEntryWithStars) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"r.log";
     RollingFileOutput output = Rolling(file, 0);
     output.Write(QLLOG_INFO, L"first\n");
@@ -173,7 +173,7 @@ TEST(RollingFile, StartsWithItsHeaderAndEndsEachEntryWithStars) {
 }
 
 TEST(RollingFile, ContinuesAFileThatHasContent) {
-    const Folder folder;
+    const TestFolder folder;
     for (const auto& [before, hasHeader] : {std::pair("abcd", false), {"abc", true}, {"", true}}) {
         const std::wstring file = folder / L"r.log";
         PutBytes(file, before);
@@ -185,7 +185,7 @@ TEST(RollingFile, ContinuesAFileThatHasContent) {
 }
 
 TEST(RollingFile, RollsWhenPositionAndLengthExceedTheLimitOfAtLeastAThousand) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"r.log";
     PutBytes(file, std::string(900, 'o'));
     RollingFileOutput output = Rolling(file, 1, 500);
@@ -197,7 +197,7 @@ TEST(RollingFile, RollsWhenPositionAndLengthExceedTheLimitOfAtLeastAThousand) {
 }
 
 TEST(RollingFile, WithoutBackupsIsEmptiedAndTakesTheNewHeaderTexts) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"r.log";
     const DebuggerTexts debugger;
     RollingFileOutput output = Rolling(file, 0);
@@ -216,7 +216,7 @@ TEST(RollingFile, WithoutBackupsIsEmptiedAndTakesTheNewHeaderTexts) {
 }
 
 TEST(RollingFile, ShiftsItsBackupsAndKeepsTheirTimes) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring names[] = {folder / L"Log.log", folder / L"Log1.bak", folder / L"Log2.bak",
                                   folder / L"Log3.bak"};
     for (DWORD i = 0; i < 4; ++i) {
@@ -233,7 +233,7 @@ TEST(RollingFile, ShiftsItsBackupsAndKeepsTheirTimes) {
 }
 
 TEST(RollingFile, FillsAGapInItsBackups) {
-    const Folder folder;
+    const TestFolder folder;
     PutBytes(folder / L"Log", std::string(1000, '0'));
     PutBytes(folder / L"Log2.bak", "2");
     Rolling(folder / L"Log", 3).Write(QLLOG_INFO, L"new\n");
@@ -243,7 +243,7 @@ TEST(RollingFile, FillsAGapInItsBackups) {
 }
 
 TEST(RollingFile, StopsForGoodWhenTheOldestBackupCannotBeDeleted) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"r.log";
     PutBytes(file, std::string(1000, '0'));
     PutBytes(folder / L"r1.bak", "1");
@@ -263,7 +263,7 @@ TEST(RollingFile, StopsForGoodWhenTheOldestBackupCannotBeDeleted) {
 }
 
 TEST(RollingFile, EmptiesTheMainFileWhenARenameFails) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"r.log";
     PutBytes(file, std::string(1000, '0'));
     PutBytes(folder / L"r1.bak", "1");
@@ -279,7 +279,7 @@ TEST(RollingFile, EmptiesTheMainFileWhenARenameFails) {
 }
 
 TEST(RollingFile, RollsUnderAReaderThatSharesEverything) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"r.log";
     RollingFileOutput output = Rolling(file, 1);
     output.Write(QLLOG_INFO, LongEntry(L'a').c_str());
@@ -292,7 +292,7 @@ TEST(RollingFile, RollsUnderAReaderThatSharesEverything) {
 }
 
 TEST(RollingFile, ReportsAFileThatCannotBeOpenedAndStaysUsable) {
-    const Folder folder;
+    const TestFolder folder;
     const DebuggerTexts debugger;
     const std::wstring file = folder / (L"none\\" + std::wstring(300, L'n') + L".log").c_str();
     RollingFileOutput output = Rolling(file, 1);
@@ -304,7 +304,7 @@ TEST(RollingFile, ReportsAFileThatCannotBeOpenedAndStaysUsable) {
 }
 
 TEST(RollingFile, WhoseFolderDisappearsCostsTheOtherOutputsNothing) {
-    const Folder gone, folder;
+    const TestFolder gone, folder;
     const auto output = std::make_shared<RollingFileOutput>(Rolling(gone / L"r.log", 0));
     QLLogger::InitializeLog(output, QLLOG_INFO);
     QLLogger::InitializeLog((folder / L"good.log").c_str(), QLLOG_INFO);
@@ -318,7 +318,7 @@ TEST(RollingFile, WhoseFolderDisappearsCostsTheOtherOutputsNothing) {
 }
 
 TEST(LogLine, TakesComTextsAndAnsiTextsInTheSystemsCodePage) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"a.log";
     char ansi[8] = {};
     ::WideCharToMultiByte(CP_ACP, 0, L"\xE9", -1, ansi, sizeof ansi, nullptr, nullptr);

@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "platform/unique_handle.h"
-#include "tests/logging/folder.h"
+#include "tests/logging/test_folder.h"
 
 namespace {
 
@@ -73,7 +73,7 @@ std::vector<int> Counted(int count) {
 class WayOut : public testing::TestWithParam<const wchar_t*> {};
 
 TEST_P(WayOut, LosesNoLine) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring file = folder / L"way.log";
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(kEnded, ExitCode(Start(L"logging_child.exe", GetParam(), file)));
@@ -90,7 +90,7 @@ INSTANTIATE_TEST_SUITE_P(Logger, WayOut,
                          });
 
 TEST(WaysOut, AFreedLibraryStaysAndLosesNoLine) {
-    const Folder folder;
+    const TestFolder folder;
     const std::wstring library = BesideThisProgram(L"Quillet.Platform.Native.Util.dll");
     for (int i = 0; i < 5; ++i) {
         const auto process = Start(L"logging_loader.exe", library, folder / L"way.log");
@@ -101,7 +101,7 @@ TEST(WaysOut, AFreedLibraryStaysAndLosesNoLine) {
 
 TEST(WaysOut, ARollOverCutShortLosesNoEntry) {
     for (int round = 0; round < 10; ++round) {
-        const Folder folder;
+        const TestFolder folder;
         EXPECT_EQ(kEnded, ExitCode(Start(L"logging_child.exe", L"rolling", folder / L"r.log")));
         std::vector<int> entries;
         for (int backup = 1000; backup > 0; --backup) {
@@ -116,7 +116,7 @@ TEST(WaysOut, AKilledProcessLeavesWholeEntriesAndAtMostOneCut) {
     std::mt19937 random(20260721);
     std::uniform_int_distribution<DWORD> pause(0, 60);
     for (int round = 0; round < 50; ++round) {
-        const Folder folder;
+        const TestFolder folder;
         const std::wstring file = folder / L"r.log";
         const auto process = Start(L"logging_child.exe", L"killed", file);
         for (int i = 0; i < 6000 && !std::filesystem::exists(file + L".closed"); ++i) ::Sleep(5);

@@ -10,17 +10,17 @@
 #include "platform/win32.h"
 
 // A folder of its own for one test, which goes away with it.
-class Folder {
+class TestFolder {
   public:
-    Folder() : path_(std::filesystem::temp_directory_path() / Name()) {
+    TestFolder() : path_(std::filesystem::temp_directory_path() / Name()) {
         std::filesystem::create_directories(path_);
     }
-    ~Folder() {
+    ~TestFolder() {
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }
-    Folder(const Folder&) = delete;
-    Folder& operator=(const Folder&) = delete;
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
 
     std::wstring operator/(const wchar_t* name) const { return (path_ / name).wstring(); }
     const std::filesystem::path& path() const { return path_; }
