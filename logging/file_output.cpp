@@ -21,7 +21,7 @@ FileOutput::FileOutput(const FileOutput&) = default;
 FileOutput& FileOutput::operator=(const FileOutput&) = default;
 
 void FileOutput::Write(QLLogLevel, const wchar_t* text) {
-    if (text) file_->Append({text});
+    if (text) file_->Append({text}, LogFile::Reach::kBuffer);
 }
 
 void FileOutput::Flush() {

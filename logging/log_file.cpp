@@ -1,6 +1,7 @@
 #include "logging/log_file.h"
 
 #include <atomic>
+#include <utility>
 
 namespace QLLoggerOutputs {
 
@@ -87,11 +88,10 @@ void LogFile::Open(const wchar_t* path, Start start) noexcept {
     used_ = 0;
     inEntry_ = false;
     if (!IsOpen() || position_ > 0) return;
-    Append({kByteOrderMark});
-    Flush();
+    Append({kByteOrderMark}, Reach::kSystem);
 }
 
-void LogFile::Append(std::initializer_list<std::wstring_view> pieces) noexcept {
+void LogFile::Append(std::initializer_list<std::wstring_view> pieces, Reach reach) noexcept {
     if (!IsOpen()) return;
     BeginEntry();
     for (const std::wstring_view piece : pieces) {
@@ -99,6 +99,7 @@ void LogFile::Append(std::initializer_list<std::wstring_view> pieces) noexcept {
         RewindTo(entryStart_);
         break;
     }
+    if (reach == Reach::kSystem) Flush();
     StoresUpToHere();
     inEntry_ = false;
 }
@@ -157,6 +158,7 @@ bool LogFile::Flush() noexcept {
 }
 
 void LogFile::Close() noexcept {
+    if (std::exchange(inEntry_, false)) RewindTo(entryStart_);
     Flush();
     handle_.reset();
 }

@@ -32,9 +32,10 @@ class LogFile {
     std::int64_t Size() const noexcept { return position_ + static_cast<std::int64_t>(used_); }
 
     // One entry, of several pieces. It is dropped as a whole where the disk has no room for it.
-    void Append(std::initializer_list<std::wstring_view> pieces) noexcept;
+    enum class Reach { kBuffer, kSystem };
+    void Append(std::initializer_list<std::wstring_view> pieces, Reach reach) noexcept;
     bool Flush() noexcept;  // false when the system did not take all; the rest waits
-    void Close() noexcept;
+    void Close() noexcept;  // without an entry that was left amid
 
   private:
     static constexpr std::size_t kBufferSize = 64 * 1024;

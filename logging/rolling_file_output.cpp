@@ -139,8 +139,7 @@ void RollingFileOutput::Write(QLLogLevel, const wchar_t* text) {
     if (log_->rolling) Resume();
     const std::int64_t length = static_cast<std::int64_t>(entry.size());
     if (log_->file.IsOpen() && log_->file.Size() + length > log_->maxSize) BackupAndStartAnew();
-    log_->file.Append({entry, kSeparator});
-    Flush();
+    log_->file.Append({entry, kSeparator}, LogFile::Reach::kSystem);
 }
 
 void RollingFileOutput::Flush() {
@@ -164,7 +163,8 @@ void RollingFileOutput::Open(bool anew) {
 // the log goes on in the file that is there.
 void RollingFileOutput::Resume() {
     log_->rolling = false;
-    if (!log_->file.IsOpen()) Open(false);
+    Close();
+    Open(false);
 }
 
 void RollingFileOutput::WriteHeader() {
@@ -176,8 +176,7 @@ void RollingFileOutput::WriteHeader() {
     }
     header += L"\n#OS: " + OsDescription() + L"\n#Username: " + UserName();
     header += L"\n#Computer name: " + ComputerName() + L"\n#Log-Date: " + LocalTime();
-    log_->file.Append({header, kSeparator});
-    Flush();
+    log_->file.Append({header, kSeparator}, LogFile::Reach::kSystem);
 }
 
 void RollingFileOutput::BackupAndStartAnew() {

@@ -29,10 +29,11 @@ class DebuggerTexts {
 
   private:
     static LONG WINAPI Look(EXCEPTION_POINTERS* pointers) {
-        constexpr DWORD kWideText = 0x4001000A;
+        constexpr DWORD kNarrowText = 0x40010006;  // raised after the wide one, which not every system has
         const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
-        if (record.ExceptionCode == kWideText) {
-            s_texts.emplace_back(reinterpret_cast<const wchar_t*>(record.ExceptionInformation[1]));
+        if (record.ExceptionCode == kNarrowText) {
+            const std::string text = reinterpret_cast<const char*>(record.ExceptionInformation[1]);
+            s_texts.emplace_back(text.begin(), text.end());
         }
         return EXCEPTION_CONTINUE_SEARCH;
     }
