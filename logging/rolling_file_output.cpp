@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
+#include <limits>
 
 #include "logging/event_log.h"
 #include "logging/log_file.h"
@@ -96,7 +97,7 @@ struct RollingLog {
     std::uint32_t eventId = 0;
     std::int64_t maxSize = 0;
     std::int32_t backupCount = 0;
-    bool rolling = false;  // also when the system ended the thread that rolled
+    bool rolling = false;  // when a write finds it true, a roll-over was cut short
 
     ql::CriticalSection textsLock;
     std::wstring buildDate QL_GUARDED_BY(textsLock);
@@ -159,12 +160,17 @@ void RollingFileOutput::Open(bool anew) {
     if (anew || log_->file.Size() < kSmallestContent) WriteHeader();
 }
 
-// A roll-over that the end of the process cut short is not done again, which could push out a further backup:
-// the log goes on in the file that is there.
+// A roll-over that was cut short, most likely by the end of the process, is not done again, which could push
+// out a further backup. The log goes on in the main file or, where the thread that rolled still holds that
+// open, in the first backup; it does not roll any more.
 void RollingFileOutput::Resume() {
     log_->rolling = false;
+    log_->maxSize = std::numeric_limits<std::int64_t>::max() / 2;
     Close();
-    Open(false);
+    for (const int number : {0, 1}) {
+        if (!log_->file.IsOpen()) log_->file.Open(PathOf(number).c_str(), LogFile::Start::kContinue);
+    }
+    if (log_->file.Size() < kSmallestContent) WriteHeader();
 }
 
 void RollingFileOutput::WriteHeader() {

@@ -1,4 +1,6 @@
 // logging_child WAY FILE: queues lines and ends in that way.
+#include <atomic>
+#include <climits>
 #include <cstdlib>
 #include <cwchar>
 #include <memory>
@@ -26,11 +28,15 @@ struct ExitsWhenDestroyed {
     }
 } g_exits;
 
+std::atomic<bool> g_allPut = false;
+
 // Ends the process from the writer thread, amid the lines.
 class ExitingOutput : public ILogOutput {
   public:
     void Write(QLLogLevel, const wchar_t* text) override {
-        if (std::wcscmp(text, L"1000\n") == 0) ::ExitProcess(5);
+        if (std::wcscmp(text, L"1000\n") != 0) return;
+        while (!g_allPut) ::Sleep(1);
+        ::ExitProcess(5);
     }
     void Flush() override {}
     void Close() override {}
@@ -81,6 +87,7 @@ int wmain(int argc, wchar_t** argv) {
     QLLogger::InitializeLog(file, QLLOG_INFO);
     if (way == L"output") QLLogger::InitializeLog(std::make_shared<ExitingOutput>(), QLLOG_INFO);
     PutLines(kLines);
+    g_allPut = true;
     if (way == L"thread") std::thread([] { ::ExitProcess(5); }).join();
     if (way == L"output") ::Sleep(INFINITE);
     g_exits.armed = way == L"static";

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <sstream>
 
@@ -108,6 +109,8 @@ TEST(WaysOut, ARollOverCutShortLosesNoEntry) {
             AddEntries(entries, BytesOf(folder / (L"r" + std::to_wstring(backup) + L".bak").c_str()));
         }
         AddEntries(entries, BytesOf(folder / L"r.log"));
+        // A backup may have been taken for the main file.
+        std::sort(entries.begin(), entries.end());
         ASSERT_EQ(Counted(500), entries);
     }
 }
