@@ -21,7 +21,9 @@ struct LoggerState {
     std::atomic<HANDLE> thread = nullptr;
     std::atomic<DWORD> threadId = 0;
     HANDLE wake = nullptr;
-    bool ending = false;  // the writer is gone, the process ends: memory may be in disorder, so none is freed
+    std::atomic<bool> busy = false;  // the writer has a message in hand
+    std::atomic<bool> ending =
+        false;  // the writer is gone, the process ends: memory may be in disorder, none is freed
 };
 
 // Never destroyed: the host may log from its own static destructors.
@@ -53,6 +55,13 @@ void PinModule() noexcept {
 void Rest() noexcept {
     const bool called = ::WaitForSingleObject(g_log.wake, kNapMilliseconds) == WAIT_OBJECT_0;
     if (!called && g_log.queue.FallAsleep()) ::WaitForSingleObject(g_log.wake, INFINITE);
+}
+
+// Some systems call a thread ended a moment before it stands still. It then finds the mark and stops by
+// itself, or is caught amid a message; nobody can see which, so that takes a moment's patience.
+void WaitForStandstill() noexcept {
+    constexpr int kPatienceMilliseconds = 20;
+    for (int i = 0; i < kPatienceMilliseconds && g_log.busy; ++i) ::Sleep(1);
 }
 
 // An output that cannot be closed must not keep the others open.
@@ -183,17 +192,27 @@ void QLLogger::PushEvent(std::shared_ptr<LogMessage> message) noexcept {
 unsigned long QLLogger::LoggerThreadProc(void*) {
     { const ql::CriticalSectionGuard startedByNow(g_log.queue.lock()); }
     for (;;) {
-        while (g_log.queue.Take()) HandleBatch();
-        Rest();
+        if (!HandleNextAsWriter()) Rest();
     }
 }
 
-void QLLogger::HandleBatch() noexcept {
-    while (LogMessage* const message = g_log.queue.InHand()) {
-        Handle(message->self_);
-        g_log.queue.Advance();
-        if (!g_log.ending) const std::shared_ptr<LogMessage> released = std::move(message->self_);
+bool QLLogger::HandleNextAsWriter() noexcept {
+    g_log.busy = true;
+    if (g_log.ending) {
+        g_log.busy = false;
+        ::Sleep(INFINITE);
     }
+    const bool any = g_log.queue.InHand() || g_log.queue.Take();
+    if (any) HandleInHand();
+    g_log.busy = false;
+    return any;
+}
+
+void QLLogger::HandleInHand() noexcept {
+    LogMessage* const message = g_log.queue.InHand();
+    Handle(message->self_);
+    g_log.queue.Advance();
+    if (!g_log.ending) const std::shared_ptr<LogMessage> released = std::move(message->self_);
 }
 
 void QLLogger::Handle(const std::shared_ptr<LogMessage>& message) noexcept {
@@ -238,8 +257,8 @@ void QLLogger::CloseLog(const std::shared_ptr<LogMessage>&) {
 // taken, since nobody is left who could let go of it.
 void QLLogger::Drain() noexcept {
     g_log.ending = true;
+    if (!OnWriterThread()) WaitForStandstill();
     g_log.queue.DropTornTake();
-    HandleBatch();
-    while (g_log.queue.TakeAbandoned()) HandleBatch();
+    while (g_log.queue.InHand() || g_log.queue.TakeAbandoned()) HandleInHand();
     CloseLog(nullptr);
 }

@@ -151,7 +151,8 @@ class QL_API QLLogger {
     friend class QLLoggerLevelInserter;
     static void PutLine(QLLogLevel level, std::wstring line);
     static void StartWriter() noexcept;
-    static void HandleBatch() noexcept;
+    static bool HandleNextAsWriter() noexcept;
+    static void HandleInHand() noexcept;
     static void Handle(const std::shared_ptr<LogMessage>& message) noexcept;
     static void QueueCloseAndWait();
     static void Drain() noexcept;
