@@ -4,6 +4,7 @@ add_subdirectory(rw)
 add_subdirectory(text)
 add_subdirectory(values)
 add_subdirectory(files)
+add_subdirectory(logging)
 add_subdirectory(settings)
 add_subdirectory(prefs)
 

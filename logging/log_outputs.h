@@ -1,0 +1,82 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "files/names/file_name.h"
+#include "logging/logger.h"
+#include "platform/export.h"
+
+namespace QLLoggerOutputs {
+
+class LogFile;
+struct RollingLog;
+
+// Both outputs write UTF-8 with a byte-order mark and CR LF line ends; a lone surrogate becomes U+FFFD.
+// Others may read the file meanwhile, but neither write nor rename it. When the disk is full, entries wait in
+// a buffer of 64 KiB and are then dropped whole until there is room again. Copies share the file and all
+// else: closing one closes it for all.
+
+// A plain file, made afresh. Lines are buffered; Flush hands them to the system, which is all that it does.
+class QL_API FileOutput : public ILogOutput {
+  public:
+    // A file that cannot be opened is not reported; writes then do nothing.
+    explicit FileOutput(const wchar_t* fileName);
+    FileOutput(const FileOutput&);
+    FileOutput& operator=(const FileOutput&);
+
+    void Write(QLLogLevel level, const wchar_t* text) override;  // any level; null does nothing
+    void Flush() override;
+    void Close() override;
+    ~FileOutput() override;
+
+  private:
+    std::shared_ptr<LogFile> file_;
+};
+
+// A log for long runs. It begins with a header that tells program, system and user; each entry is followed by
+// a line of asterisks and handed to the system at once. A file that would grow beyond its limit becomes
+// backup 1 ("Server.log": "Server1.bak"), the older ones move up and the oldest goes away. A backup keeps the
+// time of its last entry. A file that exists is continued.
+//
+// Kept on purpose:
+//  - the limit is approximate: the position in bytes is added to the length of the text in characters;
+//  - an oldest backup that cannot be deleted ends the log for good rather than losing files;
+//  - when a file cannot be renamed, the main file is emptied all the same;
+//  - the flush does not wait for the disk itself.
+// Failures go to the debugger and to the event log, with the software's name as their source.
+class QL_API RollingFileOutput : public ILogOutput {
+  public:
+    // Null texts are empty. The limit is in bytes and at least 1000; with 0 backups or fewer none is kept.
+    RollingFileOutput(const wchar_t* fileName, const wchar_t* softwareName, const wchar_t* buildDate,
+                      const wchar_t* version, int backupCount, int maxSize, unsigned long eventId);
+    RollingFileOutput(const RollingFileOutput&);
+    RollingFileOutput& operator=(const RollingFileOutput&);
+
+    // For the next header. By any thread.
+    void SetBuildDate(const wchar_t* buildDate);
+    void SetVersionString(const wchar_t* version);
+
+    void Write(QLLogLevel level, const wchar_t* text) override;  // any level; null does nothing
+    void Flush() override;
+    void Close() override;
+    ~RollingFileOutput() override;
+
+  protected:
+    void WriteHeader();
+    void BackupAndStartAnew();
+    void SetBackupFileName(QLFileName& name, int number);
+    void ReportSystemError(const wchar_t* message);
+
+  private:
+    std::wstring PathOf(int number);
+    bool DeleteOldestBackup();
+    void ShiftBackups();
+    bool Rename(const std::wstring& from, const std::wstring& to);
+    void Open(bool anew);
+    void Resume();
+
+    std::shared_ptr<RollingLog> log_;
+};
+
+}  // namespace QLLoggerOutputs

@@ -1,0 +1,181 @@
+#include "logging/logger.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+
+#include "tests/logging/recorder.h"
+
+namespace {
+
+constexpr QLLogLevel kAll = QLLOG_ERROR | QLLOG_WARNING | QLLOG_INFO | QLLOG_DEBUG;
+
+template <class Work>
+void OnThreads(int count, Work work) {
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i) threads.emplace_back(work, i);
+    for (std::thread& thread : threads) thread.join();
+}
+
+class OnWrite : public Recorder {
+  public:
+    explicit OnWrite(void (*action)()) : action_(action) {}
+    void Write(QLLogLevel level, const wchar_t* text) override {
+        Recorder::Write(level, text);
+        action_();
+    }
+
+  private:
+    void (*action_)();
+};
+
+}  // namespace
+
+TEST(Logger, AnOutputOfTwoLevelsHasALineOnceAndIsFlushedAndClosedTwice) {
+    const Calls calls = CallsDuring(QLLOG_ERROR | QLLOG_INFO, [] {
+        QLLogger::PutMessage(QLLOG_ERROR, L"a");
+        QLLogger::PutMessage(QLLOG_WARNING, L"nobody");
+        QLLogger::FlushLogs();
+        QLLogger::PutMessage(QLLOG_INFO, L"b");
+    });
+    EXPECT_EQ((Calls{L"1:a", L"flush", L"flush", L"4:b", L"close", L"close"}), calls);
+}
+
+TEST(Logger, ALineOfSeveralLevelsStopsAtTheFirstThatHasNoOutput) {
+    const auto put = [] { QLLogger::PutMessage(QLLOG_ERROR | QLLOG_WARNING | QLLOG_DEBUG, L"x"); };
+    EXPECT_EQ((Calls{L"close"}), CallsDuring(QLLOG_WARNING, put));
+    EXPECT_EQ((Calls{L"1:x", L"2:x", L"close", L"close"}), CallsDuring(QLLOG_ERROR | QLLOG_WARNING, put));
+    EXPECT_EQ((Calls{L"1:x", L"close", L"close"}), CallsDuring(QLLOG_ERROR | QLLOG_DEBUG, put));
+}
+
+TEST(Logger, UnknownBitsNullsAndEmptyMasksDoNothing) {
+    QLLogger::InitializeLog(std::shared_ptr<ILogOutput>(), kAll);
+    EXPECT_EQ((Calls{}), CallsDuring(static_cast<QLLogLevel>(0), [] { QLLogger::FlushLogs(); }));
+    EXPECT_EQ((Calls{L"1:", L"close"}), CallsDuring(static_cast<QLLogLevel>(17), [] {
+                  QLLogger::PutMessage(QLLOG_ERROR, nullptr);
+                  QLLogger::PutMessage(static_cast<QLLogLevel>(16), L"no such level");
+                  QLLogger::PutMessage(QLLOG_ERROR, L"");
+              }));
+}
+
+TEST(Logger, OutputsOfALevelHaveALineInTheOrderOfRegistrationAndAreReleasedByTheClose) {
+    static std::wstring order;
+    order.clear();
+    const std::array outputs = {std::make_shared<OnWrite>([] { order += L'1'; }),
+                                std::make_shared<OnWrite>([] { order += L'2'; })};
+    for (const auto& output : outputs) QLLogger::InitializeLog(output, QLLOG_INFO);
+    QLLogger::PutMessage(QLLOG_INFO, L"x");
+    QLLogger::CloseLogs();
+    QLLogger::PutMessage(QLLOG_INFO, L"dropped");
+    QLLogger::CloseLogs();
+    EXPECT_EQ(L"12", order);
+    for (const auto& output : outputs) EXPECT_EQ(1, output.use_count());
+}
+
+TEST(Logger, AThrowingOutputCostsTheLaterOutputsThatLineAlone) {
+    static bool throws;
+    throws = true;
+    QLLogger::InitializeLog(std::make_shared<OnWrite>([] {
+                                if (std::exchange(throws, false)) throw std::runtime_error("full");
+                            }),
+                            QLLOG_INFO);
+    EXPECT_EQ((Calls{L"4:second", L"close"}), CallsDuring(QLLOG_INFO, [] {
+                  QLLogger::PutMessage(QLLOG_INFO, L"first");
+                  QLLogger::PutMessage(QLLOG_INFO, L"second");
+              }));
+}
+
+TEST(Logger, AnOutputThatCannotCloseIsReleasedAndTheOthersAreClosed) {
+    struct Unclosable : Recorder {
+        void Close() override { throw 1; }
+    };
+    const auto unclosable = std::make_shared<Unclosable>();
+    QLLogger::InitializeLog(unclosable, QLLOG_ERROR);
+    EXPECT_EQ((Calls{L"close", L"close"}), CallsDuring(QLLOG_ERROR | QLLOG_INFO, [] {}));
+    EXPECT_EQ(1, unclosable.use_count());
+}
+
+TEST(Logger, AnOutputMayLogRegisterAndCloseItself) {
+    static std::shared_ptr<Recorder> added;
+    added = std::make_shared<Recorder>();
+    const auto output = std::make_shared<OnWrite>([] {
+        QLLogger::InitializeLog(added, QLLOG_WARNING);
+        QLLogger::PutMessage(QLLOG_WARNING, L"from inside");
+        QLLogger::CloseLogs();
+    });
+    QLLogger::InitializeLog(output, QLLOG_INFO);
+    QLLogger::PutMessage(QLLOG_INFO, L"x");
+    // The second close comes behind the one that the output queued.
+    QLLogger::FlushLogs();
+    while (output.use_count() > 1) QLLogger::CloseLogs();
+    EXPECT_EQ(L"4:x", output->calls.front());
+    EXPECT_TRUE(added->calls.empty() || added->calls.back() == L"close");
+    EXPECT_EQ(1, added.use_count());
+}
+
+TEST(Logger, EveryCloseOfSeveralThreadsReturns) {
+    const Calls calls = CallsDuring(QLLOG_INFO, [] {
+        QLLogger::PutMessage(QLLOG_INFO, L"x");
+        OnThreads(8, [](int) {
+            for (int i = 0; i < 20; ++i) QLLogger::CloseLogs();
+        });
+    });
+    EXPECT_EQ((Calls{L"4:x", L"close"}), calls);
+}
+
+TEST(Logger, AnIdleWriterWakesForALine) {
+    static std::atomic<bool> written;
+    written = false;
+    QLLogger::InitializeLog(std::make_shared<OnWrite>([] { written = true; }), QLLOG_INFO);
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    QLLogger::PutMessage(QLLOG_INFO, L"x");
+    for (int i = 0; i < 1000 && !written; ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_TRUE(written);
+    QLLogger::CloseLogs();
+}
+
+// Each line is "thread number"; the output checks the order as it comes.
+class OrderChecker : public ILogOutput {
+  public:
+    static constexpr int kThreads = 8;
+    static constexpr int kLines = 100'000;
+
+    void Write(QLLogLevel, const wchar_t* text) override {
+        const auto thread = static_cast<std::size_t>(text[0] - L'0');
+        if (std::stoi(text + 2) != next_.at(thread)++) ++faults;
+    }
+    void Flush() override { ++flushes; }
+    void Close() override { closed = true; }
+
+    bool Complete() const {
+        return next_ ==
+               std::array<int, kThreads>{kLines, kLines, kLines, kLines, kLines, kLines, kLines, kLines};
+    }
+
+    int faults = 0;
+    int flushes = 0;
+    bool closed = false;
+
+  private:
+    std::array<int, kThreads> next_ = {};
+};
+
+TEST(Logger, EachThreadsLinesComeInItsOrderNoneMissingNoneTwice) {
+    const auto checker = std::make_shared<OrderChecker>();
+    QLLogger::InitializeLog(checker, QLLOG_INFO);
+    OnThreads(OrderChecker::kThreads, [](int thread) {
+        for (int i = 0; i < OrderChecker::kLines; ++i) {
+            QLLogger::PutMessage(QLLOG_INFO, (std::to_wstring(thread) + L' ' + std::to_wstring(i)).c_str());
+            if (i % 10'000 == 0) QLLogger::FlushLogs();
+            if (i % 5'000 == 0) QLLogger::InitializeLog(std::make_shared<Recorder>(), QLLOG_WARNING);
+        }
+    });
+    QLLogger::CloseLogs();
+    EXPECT_TRUE(checker->Complete());
+    EXPECT_EQ(0, checker->faults);
+    EXPECT_EQ(OrderChecker::kThreads * 10, checker->flushes);
+    EXPECT_TRUE(checker->closed);
+}

@@ -1,0 +1,30 @@
+// logging_loader LIBRARY FILE: loads the library, queues lines and frees it until the system says that it is
+// gone.
+#include <string>
+
+#include "platform/win32.h"
+
+namespace {
+
+constexpr int kLines = 20'000;
+
+template <class Function>
+Function* Find(HMODULE library, const char* name) {
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(library, name)));
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    if (argc < 3) return 2;
+    const HMODULE library = ::LoadLibraryW(argv[1]);
+    const auto initialize =
+        Find<void(const wchar_t*, int)>(library, "_ZN8QLLogger13InitializeLogEPKw10QLLogLevel");
+    const auto put = Find<void(int, const wchar_t*)>(library, "_ZN8QLLogger10PutMessageE10QLLogLevelPKw");
+    if (!initialize || !put) return 3;
+    constexpr int kInfo = 4;
+    initialize(argv[2], kInfo);
+    for (int i = 0; i < kLines; ++i) put(kInfo, (std::to_wstring(i) + L'\n').c_str());
+    for (int i = 0; i < 3; ++i) ::FreeLibrary(library);
+    return ::GetModuleHandleW(argv[1]) ? 5 : 4;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "platform/win32.h"
+
+// A folder of its own for one test, which goes away with it.
+class TestFolder {
+  public:
+    TestFolder() : path_(std::filesystem::temp_directory_path() / Name()) {
+        std::filesystem::create_directories(path_);
+    }
+    ~TestFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+
+    std::wstring operator/(const wchar_t* name) const { return (path_ / name).wstring(); }
+    const std::filesystem::path& path() const { return path_; }
+
+  private:
+    static std::string Name() {
+        static int number = 0;
+        return "ql_log_" + std::to_string(::GetCurrentProcessId()) + "_" + std::to_string(number++);
+    }
+
+    std::filesystem::path path_;
+};
+
+inline std::string BytesOf(const std::wstring& file) {
+    std::ifstream stream(std::filesystem::path(file), std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+inline void PutBytes(const std::wstring& file, const std::string& bytes) {
+    std::ofstream(std::filesystem::path(file), std::ios::binary) << bytes;
+}
