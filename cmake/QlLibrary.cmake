@@ -2,6 +2,7 @@
 add_subdirectory(platform)
 add_subdirectory(rw)
 add_subdirectory(text)
+add_subdirectory(cmdline)
 add_subdirectory(files)
 add_subdirectory(settings)
 add_subdirectory(prefs)
