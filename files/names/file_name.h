@@ -1,0 +1,169 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "platform/export.h"
+#include "rw/wide_string.h"
+
+// The name of a file, a directory, a URL, a document-management document or a plug-in item, split into
+// scheme, root, directory, name, extension and tail, and put together again. Backslash and slash both
+// separate; the one met is kept and written back. Nothing here asks the disk.
+//
+//     text                         scheme      root    dir    name          extension  tail
+//     C:\Docs\Letter.docx          file        C:      Docs   Letter        docx
+//     \\srv\share\a.txt            file        \\srv   share  a             txt
+//     sub\a                        file                sub    a
+//     a.txt                                                   a             txt
+//     http://srv/a/b/f.htm?x#top   http        srv     a/b    f             htm        ?x#top
+//     mailto:a.b                   mailto      a.b
+//     ::ODMA\123                   ::ODMA\                    123
+//     PLUGIN\{abc}                 PLUGIN\{                   PLUGIN\{abc}
+//
+// Kept on purpose:
+//  - Assigning a name parses the other's text, so what that text leaves out is lost: the tail of any name but
+//  "http" and
+//    "https", the name and extension of "mailto" and "news". Copy construction keeps every field.
+//  - Any two or more units before the first colon are a scheme, whatever they hold; a single one is a drive.
+//  - "PLUGIN\{" is told in this case alone, "::ODMA\" in any.
+//  - Only a blank followed by a slash makes GetCmdLine quote, since it would be read as a switch; a blank
+//  alone does not.
+//  - Both case changes lower the scheme; ToLower raises the tail.
+//  - SetFileName without a new tail keeps the old one, SetPathAndFileName keeps the separators of the former
+//  name unless
+//    the new one has a path, and SetPath of an empty text makes the name local, hence no longer null.
+//  - A closing quote goes without an opening one, too. Tabs are no blanks.
+//
+// Parsing expands environment references of the form %NAME% in paths and file names; a dot that an expansion
+// brings into a name without one begins no extension. A null pointer stands for the empty text. Texts have
+// any length. One object may be read by several threads or changed by one. Only a lack of memory throws:
+// std::bad_alloc.
+class QL_API QLFileName {
+  public:
+    static constexpr int ACCESS_READ =
+        4;  // <lmaccess.h> has macros of these names: include it after this header
+    static constexpr int ACCESS_WRITE = 2;
+
+    static constexpr wchar_t FILE[] = L"file";
+    static constexpr wchar_t HTTP[] = L"http";
+    static constexpr wchar_t HTTPS[] = L"https";
+    static constexpr wchar_t FTP[] = L"ftp";
+    static constexpr wchar_t MAILTO[] = L"mailto";
+    static constexpr wchar_t NEWS[] = L"news";
+    static constexpr wchar_t RES[] = L"res";
+    static constexpr wchar_t QLINTERNAL[] = L"qlinternal";
+    static constexpr wchar_t PLUGIN[] = L"PLUGIN\\{";
+    static constexpr wchar_t ODMADOCID[] = L"::ODMA\\";
+
+    QLFileName() noexcept = default;  // null
+    QLFileName(const wchar_t* pathAndName);
+    // The name is taken as it is given, dots and all. There always is an extension, if an empty one.
+    QLFileName(const wchar_t* path, const wchar_t* name, const wchar_t* ext);
+    QLFileName(const QLFileName& other) = default;
+    QLFileName& operator=(const QLFileName& other);
+
+    virtual ~QLFileName() = default;
+
+    // The text for a command line, in quotes when a blank and a slash follow each other in it.
+    virtual RWWString GetCmdLine() const;
+
+    // Whether there is nothing but, at most, a tail.
+    virtual int IsNull() const;
+
+    // Back to the default-constructed state.
+    virtual void Reset();
+
+    // Replaces the whole name. Surrounding blanks and one pair of quotes are dropped first. A text that ends
+    // with a separator, or with a bare host or drive, is a path without file name.
+    void SetPathAndFileName(const wchar_t* text);
+    void SetPathAndFileName(const QLFileName& other);
+
+    // Replaces scheme, root, directory and separators. A directory without a separator at its end gets a
+    // backslash.
+    void SetPath(const wchar_t* text);
+
+    // Replaces name and extension, and the tail if there is one: what follows the last question mark or the
+    // last number sign behind the last dot, whichever comes first.
+    void SetFileName(const wchar_t* text);
+
+    // With or without its dot; blanks at the end are dropped. An empty text makes an empty extension, not
+    // none.
+    void SetExtension(const wchar_t* ext);
+
+    // Drops the root and puts the prefix before the directory; an empty prefix drops the root alone.
+    // Always 1.
+    int PrependPath(const wchar_t* prefix);
+
+    // The composed texts; empty where there is nothing. GetPath ends with the directory's separator.
+    RWWString GetPath() const;
+    RWWString GetPathAndFileName() const;
+    RWWString GetFileName() const;  // name and extension, without the tail
+    RWWString GetRoot() const;      // with its separator
+
+    // The parts as they are kept. Separators are 0 when there is none; the tail begins with its "?" or "#".
+    RWWString GetScheme() const { return RWWString(Part(kScheme)); }
+    RWWString GetDir() const { return RWWString(Part(kDir)); }
+    RWWString GetName() const { return RWWString(Part(kName)); }
+    RWWString GetTail() const { return RWWString(Part(kTail)); }
+    wchar_t GetRootSeparator() const noexcept { return rootSeparator_; }
+    wchar_t GetDirSeparator() const noexcept { return dirSeparator_; }
+
+    // Stores the extension with its dot and returns 1; returns 0 and leaves `out` alone when there is none.
+    int GetExtension(RWWString& out) const;
+
+    int HasExtension() const noexcept { return hasExtension_; }  // "a." has one, an empty one
+    int HasRoot() const noexcept { return !Part(kRoot).empty(); }
+    int IsRemote() const noexcept { return isRemote_; }
+    int IsODMADocId() const noexcept;
+    int IsPluginFileType() const noexcept;
+
+    // Negative, 0 or positive, by scheme, root, directory, name and extension, ignoring case. Separators,
+    // tail and IsRemote take no part, and a name with an extension comes after the same name without.
+    int CompareTo(const QLFileName& other) const noexcept;
+    bool operator==(const QLFileName& other) const noexcept { return CompareTo(other) == 0; }
+    bool operator!=(const QLFileName& other) const noexcept { return CompareTo(other) != 0; }
+
+    void ToLower();
+    void ToUpper();
+
+    // Expands the environment references of a text, which ends at its first zero unit if it has any. Unknown
+    // references, and the whole text when the system fails, stay as they are.
+    static void SubstPathPlaceholders(RWWString& text);
+
+  protected:
+    // Replaces root and its separator: the one that ends the text, else a backslash; none for an empty text.
+    void SetRoot(const wchar_t* root);
+
+  private:
+    enum PartIndex { kScheme, kRoot, kDir, kName, kExtension, kTail, kPartCount };
+
+    std::size_t Begin(PartIndex part) const noexcept { return part == kScheme ? 0 : ends_[part - 1u]; }
+    std::wstring_view Part(PartIndex part) const noexcept {
+        return std::wstring_view(text_).substr(Begin(part), ends_[part] - Begin(part));
+    }
+    void SetPart(PartIndex part, std::wstring_view value);
+    void ChangeCase(PartIndex part, void (*change)(std::wstring&) noexcept);
+
+    void Parse(std::wstring_view text);
+    void ParsePath(std::wstring_view text);
+    void ParseFileName(std::wstring_view text);
+    void ParseUnc(std::wstring_view text);
+    void ParseUrl(std::wstring_view text, std::size_t colon);
+    void ParseLocal(std::wstring_view text);
+    void SetOrigin(std::wstring_view scheme, std::wstring_view root, bool remote);
+    void ParseDir(std::wstring_view text);
+    void StoreExtension(std::wstring_view ext);
+
+    void AppendPath(std::wstring& out) const;
+    void AppendFileName(std::wstring& out) const;
+
+    // The six parts one after another, so that a name costs one block of memory at most; where each ends.
+    std::wstring text_;
+    std::array<std::size_t, kPartCount> ends_{};
+    bool hasExtension_ = false;
+    bool isRemote_ = false;
+    wchar_t rootSeparator_ = 0;
+    wchar_t dirSeparator_ = 0;
+};
