@@ -67,8 +67,8 @@ constexpr Processor kProcessors[] = {
     {FP_TEXT, Family::Text, L"", nullptr, nullptr, nullptr, nullptr, nullptr, FT_NONE, 0},
 };
 
-constexpr Processor kNoProcessor = {FP_NONE, Family::Text, nullptr, nullptr, nullptr, nullptr,
-                                    nullptr, nullptr,      FT_NONE, 0};
+constexpr Processor kNoProcessor = {FP_NONE, Family::Text, nullptr, nullptr, nullptr,
+                                    nullptr, nullptr,      nullptr, FT_NONE, 0};
 
 const Processor& Find(FormProc number) noexcept {
     const auto row = std::ranges::find(kProcessors, number, &Processor::number);
@@ -116,8 +116,9 @@ struct DocumentKind {
 };
 
 constexpr DocumentKind kDocumentKinds[] = {
-    {FT_WP_DOCUMENT, FT_WP_TEMPLATE},     {FT_WORD_DOCUMENT, FT_WORD_TEMPLATE}, {FT_RTF_DOCUMENT, FT_RTF_TEMPLATE},
-    {FT_TEXT_DOCUMENT, FT_TEXT_TEMPLATE}, {FT_DOCX_DOCUMENT, FT_DOCX_TEMPLATE}, {FT_DOCM_DOCUMENT, FT_DOCM_TEMPLATE},
+    {FT_WP_DOCUMENT, FT_WP_TEMPLATE},     {FT_WORD_DOCUMENT, FT_WORD_TEMPLATE},
+    {FT_RTF_DOCUMENT, FT_RTF_TEMPLATE},   {FT_TEXT_DOCUMENT, FT_TEXT_TEMPLATE},
+    {FT_DOCX_DOCUMENT, FT_DOCX_TEMPLATE}, {FT_DOCM_DOCUMENT, FT_DOCM_TEMPLATE},
 };
 
 FileType TemplateKindOf(FileType kind) {
@@ -176,8 +177,9 @@ RWWString GetFormProcTmplDir(FormProc processor) {
 
 RWWString GetFormProcDocDir(FormProc processor) {
     if (processor == FP_NONE) return {};
-    RWWString directory = Find(processor).family == Family::Own ? CQlDir::GetDirectory(FormDocumentDirectory)
-                                                                : ProfileDirectory(processor, L"Document Files");
+    RWWString directory = Find(processor).family == Family::Own
+                              ? CQlDir::GetDirectory(FormDocumentDirectory)
+                              : ProfileDirectory(processor, L"Document Files");
     if (directory.isNull()) directory = CQlDir::GetDirectory(PersonalDocumentsDirectory);
     return WithBackslash(std::move(directory));
 }
@@ -196,8 +198,9 @@ FormProc GetInstalledTextFormProc() {
 
 FormProc GetDefaultTextFormProc() {
     const RWWString name = GetQLRegString(QLIS_WORD_PROC, L"Default", nullptr);
-    const auto row = std::ranges::find_if(
-        kProcessors, [&](const Processor& p) { return IsTextProcessor(p) && ql::EqualIgnoringCase(p.name, name); });
+    const auto row = std::ranges::find_if(kProcessors, [&](const Processor& p) {
+        return IsTextProcessor(p) && ql::EqualIgnoringCase(p.name, name);
+    });
     return row != std::end(kProcessors) && IsInstalled(*row) ? row->number : FP_NONE;
 }
 

@@ -5,8 +5,8 @@
 #include "platform/export.h"
 #include "rw/wide_string.h"
 
-// The programs that open, fill and produce documents: their fixed facts, which of them are installed, and which is
-// chosen for a kind of file. A processor is installed when its template directory is set.
+// The programs that open, fill and produce documents: their fixed facts, which of them are installed, and
+// which is chosen for a kind of file. A processor is installed when its template directory is set.
 //
 // Kept on purpose: the Filler answers the Automator's registry class.
 //
@@ -35,7 +35,8 @@ QL_API const wchar_t* GetFormProcExe(FormProc processor) noexcept;      // the p
 QL_API const wchar_t* GetFormProcClass(FormProc processor) noexcept;    // the main window's class
 QL_API const wchar_t* GetFormProcService(FormProc processor) noexcept;  // DDE
 QL_API const wchar_t* GetFormProcTopic(FormProc processor) noexcept;    // DDE
-QL_API const wchar_t* GetFormProcRegKey(FormProc processor) noexcept;   // the documents' class below HKEY_CLASSES_ROOT
+QL_API const wchar_t* GetFormProcRegKey(
+    FormProc processor) noexcept;  // the documents' class below HKEY_CLASSES_ROOT
 
 // The section of the processor's preferences: "Word Proc\" and its name.
 QL_API RWWString GetFormProcRegName(FormProc processor);
@@ -43,8 +44,8 @@ QL_API RWWString GetFormProcRegName(FormProc processor);
 // The kind of template that the processor writes; FT_NONE when none.
 QL_API FileType GetTextFileType(FormProc processor) noexcept;
 
-// The processor's directories, with a backslash at the end; empty when not set. The Automator and the Filler use the
-// product's own, and every processor's document directory falls back to the personal documents.
+// The processor's directories, with a backslash at the end; empty when not set. The Automator and the Filler
+// use the product's own, and every processor's document directory falls back to the personal documents.
 QL_API RWWString GetFormProcTmplDir(FormProc processor);
 QL_API RWWString GetFormProcDocDir(FormProc processor);
 
@@ -63,10 +64,11 @@ QL_API bool CanSaveInWord2007Format();
 // The Word of a version text: "14.0" -> FP_WORD2010. There is no 13.
 QL_API FormProc GetFormProcFromVerStr(const wchar_t* version);
 
-// The processor for a kind of template: the Automator for forms, else the default one if it handles the kind, else
-// the newest installed that does, Word before WordPerfect; FP_TEXT for a text template that none handles.
+// The processor for a kind of template: the Automator for forms, else the default one if it handles the kind,
+// else the newest installed that does, Word before WordPerfect; FP_TEXT for a text template that none
+// handles.
 QL_API FormProc GetFormProcType(FileType kind);
 
-// The processor that a document is sent to: by its kind when the preference "Send to Default" says so, else the
-// default one, else the newest installed.
+// The processor that a document is sent to: by its kind when the preference "Send to Default" says so, else
+// the default one, else the newest installed.
 QL_API FormProc GetSendDocToTextFormProc(const QLFileName& name);

@@ -27,15 +27,12 @@ struct Row {
 };
 
 constexpr Row kApplications[] = {
-    {FT_WP52_TEMPLATE, kWordPerfect}, {FT_WP_TEMPLATE, kWordPerfect},
-    {FT_WP_DOCUMENT, kWordPerfect},   {FT_WORD_TEMPLATE, kWord},
-    {FT_RTF_TEMPLATE, kWord},         {FT_DOCX_TEMPLATE, kWord},
-    {FT_DOCM_TEMPLATE, kWord},        {FT_WORD_DOCUMENT, kWord},
-    {FT_RTF_DOCUMENT, kWord},         {FT_DOCX_DOCUMENT, kWord},
-    {FT_DOCM_DOCUMENT, kWord},        {FT_FORM_TEMPLATE, kAutomator},
-    {FT_PDF_TEMPLATE, kAutomator},    {FT_FORM_DOCUMENT, kFiller},
-    {FT_PDF_DOCUMENT, kFiller},       {FT_ENVOY_FILE, kFiller},
-    {FT_PDF_FILE, kAcrobat},          {FT_FILLABLE_PDF, kAcrobat},
+    {FT_WP52_TEMPLATE, kWordPerfect}, {FT_WP_TEMPLATE, kWordPerfect}, {FT_WP_DOCUMENT, kWordPerfect},
+    {FT_WORD_TEMPLATE, kWord},        {FT_RTF_TEMPLATE, kWord},       {FT_DOCX_TEMPLATE, kWord},
+    {FT_DOCM_TEMPLATE, kWord},        {FT_WORD_DOCUMENT, kWord},      {FT_RTF_DOCUMENT, kWord},
+    {FT_DOCX_DOCUMENT, kWord},        {FT_DOCM_DOCUMENT, kWord},      {FT_FORM_TEMPLATE, kAutomator},
+    {FT_PDF_TEMPLATE, kAutomator},    {FT_FORM_DOCUMENT, kFiller},    {FT_PDF_DOCUMENT, kFiller},
+    {FT_ENVOY_FILE, kFiller},         {FT_PDF_FILE, kAcrobat},        {FT_FILLABLE_PDF, kAcrobat},
 };
 
 const Application& ApplicationOf(FileType kind) {
