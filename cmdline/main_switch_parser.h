@@ -26,7 +26,8 @@ enum INITIALASKSTATE : int { INITIALASK_DEFAULT = 0, INITIALASK_UNANSWERED = 1 }
 // full paths, but for document-management ids, which stay as they are.
 //
 // Kept on purpose: a switch claims every word that begins with its name, the first in ascending order of
-// names. So /naw, /sap, /slw, /ssn and /fia act as na, sa, sl, ss and fi, and every /na=... is the flag na.
+// names. So /naw and /namedesc=... act as na, /pathdesc=... as pa, /sap as sa, /sig as si, /slw as sl, /ssn
+// as ss, /fia as fi, and every /na=... is the flag na.
 //
 // Texts are null when not given, and live as long as the object and until the next ParseSwitches. A copy owns
 // its own. Preferences, the directories and the current directory are read while parsing. Use one object from
