@@ -168,7 +168,7 @@ TEST(MainSwitchParser, ReadsLines) {
         {L"/sto= /embedding /dde", L"token= dde embedded mode=0"},
         {L"/kig /mo /db /sw /stw /si /cd /da /la /ll",
          L"lockAnswers lockLib unansweredWarning splash currentDoc discard sendToWP noInstallation "
-         L"startGroup "
+         L""
          L"keepGroup model mode=3"},
         // Claimed by shorter names:
         {L"/pathdesc=b /namedesc=c", L"newAnswer printAnswers"},
