@@ -1,0 +1,191 @@
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <optional>
+
+#include "files/names/cmd_line.h"
+#include "platform/export.h"
+#include "rw/wide_string.h"
+#include "text/string_table.h"
+#include "textproc/form_proc.h"
+
+enum LibMode : int {
+    LIBMODE_NONE = 0,  // no library window: a server, or one task and out
+    LIBMODE_HIDDEN = 1,
+    LIBMODE_UNDECIDED = 2,
+    LIBMODE_SHOWN = 3,
+};
+
+enum ExitBehavior : int { EXIT_WHEN_DONE = 0, EXIT_NEVER = 1, EXIT_UNDECIDED = 2 };
+enum OutputFileType : int { OUTPUT_NOT_GIVEN = 0, OUTPUT_AS = 1, OUTPUT_QS = 2 };
+enum INITIALASKSTATE : int { INITIALASK_DEFAULT = 0, INITIALASK_UNANSWERED = 1 };
+
+// The command line of the main application as a set of options. Each switch is "/name" or "-name", with "="
+// and its text for one that has a value; text before the first switch is the file to start with. Files become
+// full paths, but for document-management ids, which stay as they are.
+//
+// Kept on purpose: a switch claims every word that begins with its name, the first in ascending order of
+// names. So /naw and /namedesc=... act as na, /pathdesc=... as pa, /sap as sa, /sig as si, /slw as sl, /ssn
+// as ss, /fia as fi, and every /na=... is the flag na.
+//
+// Texts are null when not given, and live as long as the object and until the next ParseSwitches. A copy owns
+// its own. Preferences, the directories and the current directory are read while parsing. Use one object from
+// one thread at a time.
+class QL_API QuilletCmdSwitchParser {
+  public:
+    explicit QuilletCmdSwitchParser(const wchar_t* commandLine);  // null: nothing is given
+
+    // The line's file is the template, whatever its kind, completed against the current directory.
+    explicit QuilletCmdSwitchParser(const QLCmdLine& commandLine);
+
+    void ParseSwitches(const wchar_t* commandLine);
+
+    // Changes the mode while it is LIBMODE_UNDECIDED or LIBMODE_NONE; the other two stay.
+    void SetLibMode(LibMode mode) noexcept;
+
+    // Shows an error message unless `expected` is the object's own address.
+    void CheckThis(unsigned long expected) const;
+
+    INITIALASKSTATE GetInitialAskState() const noexcept { return initialAskState_; }
+    OutputFileType GetOutputFileType() const noexcept { return outputFileType_; }
+    FormProc GetFormProc() const noexcept { return FP_NONE; }  // no switch sets it
+    LibMode GetLibMode() const noexcept { return libMode_; }
+    ExitBehavior GetExit() const noexcept { return exit_; }
+
+    const wchar_t* GetTplPath() const noexcept { return TextOf(kTplPath); }
+    const wchar_t* GetAnswerFile() const noexcept { return TextOf(kAnswerFile); }
+    const wchar_t* GetNewAnswerFile() const noexcept { return TextOf(kNewAnswerFile); }
+    const wchar_t* GetOutputFile() const noexcept { return TextOf(kOutputFile); }
+    const wchar_t* GetLibrary() const noexcept { return TextOf(kLibrary); }
+    const wchar_t* GetQLIFile() const noexcept { return TextOf(kQLIFile); }
+    const wchar_t* GetQLAFile() const noexcept { return TextOf(kQLAFile); }
+    const wchar_t* GetInstallationFile() const noexcept { return TextOf(kInstallationFile); }
+    const wchar_t* GetDefAnsFile() const noexcept { return TextOf(kDefAnsFile); }
+    const wchar_t* GetOutputPluginTokenId() const noexcept { return TextOf(kOutputPluginTokenId); }
+    const wchar_t* GetClauseName() const noexcept { return TextOf(kClauseName); }
+    const wchar_t* GetTray() const noexcept { return TextOf(kTray); }
+    const wchar_t* GetPageSize() const noexcept { return TextOf(kPageSize); }
+    const wchar_t* GetDescription() const noexcept { return TextOf(kDescription); }
+    const wchar_t* GetPathDescription() const noexcept { return TextOf(kPathDescription); }
+    const wchar_t* GetTypeDescription() const noexcept { return TextOf(kTypeDescription); }
+    const wchar_t* GetNameDescription() const noexcept { return TextOf(kNameDescription); }
+    const wchar_t* GetEditFile() const noexcept { return TextOf(kEditFile); }
+
+    bool IsAsmSwitch() const noexcept { return GetTplPath() != nullptr; }
+    bool IsQLASwitch() const noexcept { return GetQLAFile() != nullptr; }
+    bool IsQLISwitch() const noexcept { return GetQLIFile() != nullptr; }
+    bool IsEditSet() const noexcept { return GetEditFile() != nullptr; }
+    bool IsAnswerFileSet() const noexcept { return GetAnswerFile() || GetNewAnswerFile(); }
+    bool IsOverlay() const { return overlayFiles_.NumEntries() > 0; }
+    bool IsLibraryVisible() const noexcept {
+        return libMode_ == LIBMODE_UNDECIDED || libMode_ == LIBMODE_SHOWN;
+    }
+
+    bool IsNoInterview() const noexcept { return flags_[kNoInterview]; }
+    bool IsSaveAnswers() const noexcept { return flags_[kSaveAnswers]; }
+    bool IsSaveAnswersPrompt() const noexcept { return flags_[kSaveAnswersPrompt]; }
+    bool IsLockAnswers() const noexcept { return flags_[kLockAnswers]; }
+    bool IsLockLib() const noexcept { return flags_[kLockLib]; }
+    bool IsNewAnswer() const noexcept { return flags_[kNewAnswer]; }
+    bool IsSuppressUnansweredWarning() const noexcept { return flags_[kSuppressUnansweredWarning]; }
+    bool IsSupressSplashScreen() const noexcept { return flags_[kSupressSplashScreen]; }
+    bool IsPrint() const noexcept { return flags_[kPrint]; }
+    bool IsPrintBoth() const noexcept { return flags_[kPrintBoth]; }
+    bool IsPrintFormOnly() const noexcept { return flags_[kPrintFormOnly]; }
+    bool IsPrintAnswersOnly() const noexcept { return flags_[kPrintAnswersOnly]; }
+    bool IsPrintDuplex() const noexcept { return flags_[kPrintDuplex]; }
+    bool IsPrintWithoutDialogs() const noexcept { return flags_[kPrintWithoutDialogs]; }
+    bool IsCurrentDoc() const noexcept { return flags_[kCurrentDoc]; }
+    bool IsDiscardAnswers() const noexcept { return flags_[kDiscardAnswers]; }
+    bool IsRegister() const noexcept { return flags_[kRegister]; }
+    bool IsHideAssemblyWindow() const noexcept { return flags_[kHideAssemblyWindow]; }
+    bool IsSendToWP() const noexcept { return flags_[kSendToWP]; }
+    bool IsSuppressInstallation() const noexcept { return flags_[kSuppressInstallation]; }
+    bool IsDDE() const noexcept { return flags_[kDDE]; }
+    bool IsAutomation() const noexcept { return flags_[kAutomation]; }
+    bool IsEmbedded() const noexcept { return flags_[kEmbedded]; }
+    bool IsSuggestSaveSet() const noexcept { return flags_[kSuggestSave]; }
+    bool IsSuggestSaveNewSet() const noexcept { return flags_[kSuggestSaveNew]; }
+    bool IsFinishInterviewActionSet() const noexcept { return flags_[kFinishInterviewAction]; }
+    bool IsStartInterviewGroupSet() const noexcept { return flags_[kStartInterviewGroup]; }
+    bool IsKeepInterviewGroupSet() const noexcept { return flags_[kKeepInterviewGroup]; }
+    bool IsModelDocument() const noexcept { return flags_[kModelDocument]; }
+
+    long GetPrintCopies() const noexcept {
+        return printCopies_;
+    }  // 1 when not given, 0 when given without a number
+    QLStringTable& GetOverlayFiles() noexcept { return overlayFiles_; }
+
+  private:
+    enum TextIndex {
+        kTplPath,
+        kAnswerFile,
+        kNewAnswerFile,
+        kOutputFile,
+        kLibrary,
+        kQLIFile,
+        kQLAFile,
+        kInstallationFile,
+        kDefAnsFile,
+        kOutputPluginTokenId,
+        kClauseName,
+        kTray,
+        kPageSize,
+        kDescription,
+        kPathDescription,
+        kTypeDescription,
+        kNameDescription,
+        kEditFile,
+        kTextCount
+    };
+    enum FlagIndex {
+        kNoInterview,
+        kSaveAnswers,
+        kSaveAnswersPrompt,
+        kLockAnswers,
+        kLockLib,
+        kNewAnswer,
+        kSuppressUnansweredWarning,
+        kSupressSplashScreen,
+        kPrint,
+        kPrintBoth,
+        kPrintFormOnly,
+        kPrintAnswersOnly,
+        kPrintDuplex,
+        kPrintWithoutDialogs,
+        kCurrentDoc,
+        kDiscardAnswers,
+        kRegister,
+        kHideAssemblyWindow,
+        kSendToWP,
+        kSuppressInstallation,
+        kDDE,
+        kAutomation,
+        kEmbedded,
+        kFi,
+        kFf,
+        kSuggestSave,
+        kSuggestSaveNew,
+        kFinishInterviewAction,
+        kStartInterviewGroup,
+        kKeepInterviewGroup,
+        kModelDocument,
+        kFlagCount
+    };
+    struct Switches;
+
+    const wchar_t* TextOf(TextIndex index) const noexcept {
+        return texts_[index] ? texts_[index]->data() : nullptr;
+    }
+    void TakeLeadingFile(const wchar_t* text);
+
+    INITIALASKSTATE initialAskState_ = INITIALASK_DEFAULT;
+    OutputFileType outputFileType_ = OUTPUT_NOT_GIVEN;
+    LibMode libMode_ = LIBMODE_UNDECIDED;
+    ExitBehavior exit_ = EXIT_UNDECIDED;
+    std::array<std::optional<RWWString>, kTextCount> texts_;
+    QLStringTable overlayFiles_;
+    long printCopies_ = 1;
+    std::bitset<kFlagCount> flags_;
+};

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <bitset>
+#include <optional>
+
+#include "files/names/cmd_line.h"
+#include "platform/export.h"
+#include "rw/wide_string.h"
+
+// What the Filler's and the Automator's command lines have in common, which is everything: a file to open,
+// printing and the start as a server. Names and meanings are those of cmdline/main_switch_parser.h, the way
+// names are claimed included; but registering and unregistering are two flags. Other switches are ignored.
+//
+// Texts are null when not given and live as long as the object. Use one object from one thread at a time.
+class QL_API ServerCmdSwitches {
+  public:
+    const wchar_t* GetFileName() const noexcept { return Text(fileName_); }  // a full path
+    const wchar_t* GetTray() const noexcept { return Text(tray_); }
+    const wchar_t* GetPageSize() const noexcept { return Text(pageSize_); }
+    long GetPrintCopies() const noexcept {
+        return printCopies_;
+    }  // 1 when not given, 0 when given without a number
+    bool IsPrint() const noexcept { return flags_[kPrint]; }
+    bool IsRegister() const noexcept { return flags_[kRegister]; }
+    bool IsUnregister() const noexcept { return flags_[kUnregister]; }
+    bool IsSupressSplashScreen() const noexcept { return flags_[kSupressSplashScreen]; }
+    bool IsPrintBoth() const noexcept { return flags_[kPrintBoth]; }
+    bool IsPrintFormOnly() const noexcept { return flags_[kPrintFormOnly]; }
+    bool IsPrintAnswersOnly() const noexcept { return flags_[kPrintAnswersOnly]; }
+    bool IsPrintDuplex() const noexcept { return flags_[kPrintDuplex]; }
+    bool IsPrintWithoutDialogs() const noexcept { return flags_[kPrintWithoutDialogs]; }
+    bool IsDDE() const noexcept { return flags_[kDDE]; }
+    bool IsAutomation() const noexcept { return flags_[kAutomation]; }
+    bool IsEmbedded() const noexcept { return flags_[kEmbedded]; }
+
+    // Shows an error message unless `expected` is the object's own address.
+    void CheckThis(unsigned long expected) const;
+
+  protected:
+    explicit ServerCmdSwitches(const wchar_t* commandLine);  // null: nothing is given
+    explicit ServerCmdSwitches(const QLCmdLine& commandLine);
+    ServerCmdSwitches(const ServerCmdSwitches&) = default;
+    ServerCmdSwitches& operator=(const ServerCmdSwitches&) = default;
+    ~ServerCmdSwitches() = default;
+
+  private:
+    enum FlagIndex {
+        kPrint,
+        kRegister,
+        kUnregister,
+        kSupressSplashScreen,
+        kPrintBoth,
+        kPrintFormOnly,
+        kPrintAnswersOnly,
+        kPrintDuplex,
+        kPrintWithoutDialogs,
+        kDDE,
+        kAutomation,
+        kEmbedded,
+        kFlagCount
+    };
+    struct Row;
+    static const Row kRows[];
+
+    static const wchar_t* Text(const std::optional<RWWString>& text) noexcept {
+        return text ? text->data() : nullptr;
+    }
+    void ParseSwitches(const wchar_t* commandLine);
+    void TakeFile(const QLFileName& name);
+
+    std::optional<RWWString> fileName_, tray_, pageSize_;
+    long printCopies_ = 1;
+    std::bitset<kFlagCount> flags_;
+};
+
+class QL_API FillerCmdSwitchParser : public ServerCmdSwitches {
+  public:
+    explicit FillerCmdSwitchParser(const wchar_t* commandLine) : ServerCmdSwitches(commandLine) {}
+    explicit FillerCmdSwitchParser(const QLCmdLine& commandLine) : ServerCmdSwitches(commandLine) {}
+};
+
+class QL_API AutomatorCmdSwitchParser : public ServerCmdSwitches {
+  public:
+    explicit AutomatorCmdSwitchParser(const wchar_t* commandLine) : ServerCmdSwitches(commandLine) {}
+    explicit AutomatorCmdSwitchParser(const QLCmdLine& commandLine) : ServerCmdSwitches(commandLine) {}
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "files/names/file_name.h"
+#include "rw/wide_string.h"
+
+// What the programs' parsers make of switch values alike.
+namespace ql {
+
+// The full path of a file against a directory; a document-management id stays as it is.
+QLFileName FullName(const QLFileName& name, const RWWString& directory);
+
+RWWString CurrentDirectory();
+RWWString UpToBlank(const wchar_t* value);
+long LeadingNumber(const wchar_t* value);  // 0 when there is none
+
+// Shows an error message unless `expected` is the object's address.
+void CheckObject(const void* object, unsigned long expected);
+
+}  // namespace ql

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "files/names/file_name.h"
+#include "platform/export.h"
+
+// Copies a file to its first-level backup before it is overwritten, and the former first-level backup to the
+// second level: Letter.docx -> Letter.~docx1 -> Letter.~docx2, each beside it. At every moment one whole copy
+// of the file exists. On failure false, with a text for the user in `message` (at most `messageLength` units
+// with its closing zero, cut if need be; none when it is null). Any thread.
+QL_API bool BackupFile(const QLFileName& name, wchar_t* message, int messageLength);

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+
+#include "files/names/file_name.h"
+#include "platform/export.h"
+
+// Walks the entries of a directory that match a pattern such as C:\Files\*.qft. The entries "." and ".." are
+// left out; subdirectories are entries, and are not entered. In the order of the file system. What changes in
+// the directory meanwhile may be missed or seen. Use one object from one thread at a time.
+class QL_API CDirectoryIterator {
+  public:
+    CDirectoryIterator() noexcept;
+    CDirectoryIterator(CDirectoryIterator&& other) noexcept;
+    CDirectoryIterator& operator=(CDirectoryIterator&& other) noexcept;
+    virtual ~CDirectoryIterator();
+
+    // Each sets `out` to an entry, in the directory as the pattern names it, and answers true; false after
+    // the last one, with `out` as it was. First starts anew. A pattern that matches nothing, and a directory
+    // that is missing, have no entries. Other parts of `out`, such as its tail, stay as they are.
+    bool First(const QLFileName& pattern, QLFileName* out);
+    bool Next(QLFileName* out);
+
+    bool IsDir() const noexcept;  // whether the current entry is a directory; false when there is none
+
+  private:
+    struct Search;
+    std::unique_ptr<Search> search_;
+};
+
+// Removes the files of a directory, read-only ones too, and then the directory. Subdirectories are not
+// entered: a directory that holds any stays, without its files. Links are removed, not followed. When the
+// directory is the current one, the process moves to the temporary directory. Nothing is reported.
+QL_API void DeleteDirAndContents(const wchar_t* directory);

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "files/names/file_name.h"
+#include "platform/export.h"
+
+// Open flags, combinable.
+enum QLFileFlags : unsigned short {
+    CREATE_READ_ONLY = 1,  // a file that the call creates may only be read later
+    OPEN_READ = 2,         // without this and the next: for reading
+    OPEN_WRITE = 4,
+    OPEN_NO_SHARE_READ = 8,   // others may not read meanwhile
+    OPEN_NO_SHARE_WRITE = 16  // others may not write meanwhile
+};
+
+// A binary file named by a QLFileName. Owns the open file and closes it. Results are 1 for success and 0 for
+// failure, which nothing else reports. Use one object from one thread at a time.
+class QL_API QLFile {
+  public:
+    QLFile() noexcept = default;
+    // A copy shares the open file and its position, and closes its own hold of it.
+    QLFile(const QLFile& other);
+    QLFile& operator=(const QLFile& other);
+    ~QLFile();
+
+    // Both close what was open. The name is kept even if the file cannot be opened. Kept on purpose: Create
+    // does not cut off an existing file; it opens it at its start.
+    int Open(unsigned short flags, const QLFileName& name);
+    int Create(unsigned short flags, const QLFileName& name);
+
+    // `got` and `done` are the bytes moved, fewer than `count` at the end of the file or on a full disk.
+    int Read(unsigned char* buffer, int count, int* got);
+    int Write(unsigned char* buffer, int count, int* done);
+    int Flush();  // to the disk
+    int Close();
+    int Delete();  // closes the file first
+
+    // Renames the named file on the disk; the object takes the new name over when `adoptName` is set.
+    int Rename(const QLFileName& newName, int adoptName);
+
+    int IsOpen() const noexcept { return handle_ != kClosed; }
+    operator int() const noexcept { return IsOpen(); }
+    operator const void*() const noexcept { return IsOpen() ? this : nullptr; }
+    explicit operator bool() const noexcept { return IsOpen() != 0; }
+    const QLFileName& GetFileName() const noexcept { return fileName_; }
+
+  private:
+    static constexpr int kClosed = -1;
+
+    int OpenWith(int creation, unsigned short flags, const QLFileName& name);
+
+    int handle_ = kClosed;  // of the C run time
+    QLFileName fileName_;
+};

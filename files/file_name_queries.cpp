@@ -1,0 +1,224 @@
+// The members of QLFileName that ask the file system or the display.
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <optional>
+#include <vector>
+
+#include "files/file.h"
+#include "files/names/file_name.h"
+#include "files/open_flags.h"
+#include "platform/unique_handle.h"
+#include "platform/win32.h"
+#include "prefs/directories.h"
+#include "text/characters.h"
+
+namespace {
+
+using Text = std::wstring_view;
+
+constexpr std::size_t kNone = Text::npos;
+constexpr std::size_t kPathBuffer = 261;
+
+// A missing drive or disk must not raise a message.
+class QuietErrors {
+  public:
+    QuietErrors() noexcept : former_(::SetErrorMode(SEM_FAILCRITICALERRORS)) {}
+    ~QuietErrors() { ::SetErrorMode(former_); }
+    QuietErrors(const QuietErrors&) = delete;
+    QuietErrors& operator=(const QuietErrors&) = delete;
+
+  private:
+    UINT former_;
+};
+
+bool OpensExclusively(const RWWString& path, int access) {
+    const int descriptor = ql::OpenFile(path.data(), access | _O_BINARY, _SH_DENYRW, _S_IREAD | _S_IWRITE);
+    return descriptor >= 0 && ::_close(descriptor) == 0;
+}
+
+// The short name of an existing entry: its alternate name, or its own when it has none.
+std::optional<std::wstring> ShortNameOf(const std::wstring& path) {
+    WIN32_FIND_DATAW entry;
+    const ql::UniqueFindHandle found(::FindFirstFileW(path.c_str(), &entry));
+    if (!found) return std::nullopt;
+    return std::wstring(entry.cAlternateFileName[0] ? entry.cAlternateFileName : entry.cFileName);
+}
+
+// The same of a file that need not exist: it is created for a moment to be asked.
+std::optional<std::wstring> ShortNameOfNewFile(const std::wstring& path) {
+    QLFile file;
+    if (!file.Create(OPEN_READ | OPEN_WRITE, QLFileName(path.c_str()))) return std::nullopt;
+    file.Close();
+    std::optional<std::wstring> name = ShortNameOf(path);
+    file.Delete();
+    return name;
+}
+
+bool IsWritableDirectory(const wchar_t* path) {
+    constexpr int kReadAndWrite = QLFileName::ACCESS_READ | QLFileName::ACCESS_WRITE;
+    return path && *path && ::_waccess(path, kReadAndWrite) == 0;
+}
+
+// Replaces the component behind the first backslash by an ellipsis, or the one behind the ellipsis that is
+// there.
+bool Shorten(std::wstring& text) {
+    constexpr Text kEllipsis = L"...";
+    const std::size_t first = text.find(L'\\');
+    if (first == kNone) return false;
+    std::size_t last = text.find(L'\\', first + 1);
+    if (last != kNone && text.find(kEllipsis) == first + 1) last = text.find(L'\\', last + 1);
+    if (last == kNone) return false;
+    text.replace(first + 1, last - first - 1, kEllipsis);
+    return true;
+}
+
+std::optional<int> WidthOf(HDC dc, const std::wstring& text) {
+    SIZE size;
+    if (!::GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size)) return std::nullopt;
+    return size.cx;
+}
+
+}  // namespace
+
+int QLFileName::CanAccess(int mode) const {
+    if (IsRemote() || GetRoot().isNull()) return 0;
+    RWWString text = GetPathAndFileName();
+    if (GetName().isNull() && !HasExtension()) {
+        text = GetPath();
+        if (text.view().ends_with(L'\\')) text.resize(text.length() - 1);
+    }
+    const QuietErrors quiet;
+    return ::_waccess(text.data(), mode) == 0;
+}
+
+int QLFileName::Exists() const {
+    return !GetFileName().isNull() && CanAccess(0);
+}
+
+int QLFileName::IsDirectory() const {
+    if (IsNull() || !Exists()) return 0;
+    const DWORD attributes = ::GetFileAttributesW(GetPathAndFileName().data());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+QLFileName::Status QLFileName::GetStatus() const {
+    if (IsRemote()) return StatusUnknown;
+    ::SetErrorMode(SEM_FAILCRITICALERRORS);  // and never put back
+    const RWWString path = GetPathAndFileName();
+    const DWORD attributes = ::GetFileAttributesW(path.data());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        if (!OpensExclusively(path, _O_RDWR | _O_CREAT | _O_EXCL)) return StatusNotCreatable;
+        ::_wremove(path.data());
+        return StatusCreatable;
+    }
+    if ((attributes & FILE_ATTRIBUTE_READONLY) == 0 && OpensExclusively(path, _O_RDWR)) return StatusWritable;
+    return OpensExclusively(path, _O_RDONLY) ? StatusReadOnly : StatusInUse;
+}
+
+RWWString QLFileName::GetUNCPathAndFileName() const {
+    const RWWString local = GetPathAndFileName();
+    if (GetRoot().view().starts_with(L"\\\\")) return local;
+    alignas(UNIVERSAL_NAME_INFOW) unsigned char buffer[2052] = {};
+    DWORD size = sizeof buffer;
+    if (::WNetGetUniversalNameW(local.data(), UNIVERSAL_NAME_INFO_LEVEL, buffer, &size) != NO_ERROR)
+        return local;
+    return RWWString(reinterpret_cast<const UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName);
+}
+
+RWWString QLFileName::GetLongPathAndFileName() const {
+    const RWWString scheme = GetScheme();
+    for (const wchar_t* const address : {HTTP, HTTPS, NEWS, MAILTO}) {
+        if (ql::EqualIgnoringCase(scheme, address)) return GetPathAndFileName();
+    }
+    return QLGetLongPathName(GetPath() + GetFileName());
+}
+
+RWWString QLFileName::GetShortPath() const {
+    const RWWString path = GetPath();
+    return ql::EqualIgnoringCase(GetScheme(), FILE) ? QLGetShortPathName(path) + L'\\' : path;
+}
+
+RWWString QLFileName::GetShortVersion() const {
+    const RWWString scheme = GetScheme(), text = GetPathAndFileName();
+    return scheme.isNull() || ql::EqualIgnoringCase(scheme, FILE) ? QLGetShortPathName(text) : text;
+}
+
+void QLFileName::SetTempPath() {
+    SetPath(QLGetTempPath().data());
+}
+
+void QLFileName::SetTempFileName(bool create) {
+    if (GetPath().isNull()) SetTempPath();
+    RWWString extension(L".tmp");
+    GetExtension(extension);
+    const auto isFree = [&] {
+        if (Exists()) return false;
+        QLFile file;
+        return !create || file.Create(OPEN_READ | OPEN_WRITE, *this);
+    };
+    for (int tries = 0; tries <= RAND_MAX; ++tries) {
+        SetFileName((L"~ql12" + std::to_wstring(std::rand()) + extension.str()).c_str());
+        if (isFree()) return;
+        if (!Exists()) break;  // the folder refuses every name
+    }
+    SetFileName(nullptr);
+}
+
+void QLFileName::SetTempPathAndFileName(bool create) {
+    SetTempFileName(create);
+}
+
+RWWString QLFileName::FitToWidth(HDC dc, int width) const {
+    RWWString text = GetPathAndFileName();
+    FitToWidth(dc, text, width);
+    return text;
+}
+
+void QLFileName::FitToWidth(HDC dc, RWWString& text, int width) {
+    for (auto measured = WidthOf(dc, text.str()); measured && *measured > width - 2;) {
+        if (!Shorten(text.str())) return;
+        measured = WidthOf(dc, text.str());
+    }
+}
+
+RWWString QLGetLongPathName(const RWWString& path) {
+    wchar_t buffer[kPathBuffer] = {};
+    const DWORD length = ::GetLongPathNameW(path.data(), buffer, static_cast<DWORD>(kPathBuffer));
+    return length == 0 || length >= kPathBuffer ? path : RWWString(buffer);
+}
+
+RWWString QLGetShortPathName(const RWWString& path) {
+    std::wstring text(path.view());
+    for (wchar_t& unit : text) unit = unit == L'/' ? L'\\' : unit;
+    constexpr std::size_t kRoot = 3;
+    if (text.size() < kRoot || text.compare(1, 2, L":\\") != 0) return text;
+    if (text.size() > kRoot && text.back() == L'\\') text.pop_back();
+
+    std::wstring shortPath = text.substr(0, kRoot);
+    for (std::size_t begin = kRoot;;) {
+        const std::size_t end = text.find(L'\\', begin);
+        std::optional<std::wstring> name = ShortNameOf(text.substr(0, end));
+        if (!name && end == kNone) name = ShortNameOfNewFile(shortPath + text.substr(begin));
+        if (!name) return text;
+        shortPath += *name;
+        if (end == kNone) return shortPath;
+        shortPath += L'\\';
+        begin = end + 1;
+    }
+}
+
+RWWString QLGetTempPath() {
+    for (const wchar_t* const variable : {L"TMP", L"TEMP"}) {
+        const wchar_t* const value = ::_wgetenv(variable);
+        if (IsWritableDirectory(value)) return value;
+    }
+    const RWWString answers = CQlDir::GetDirectory(AnswerDirectory);
+    if (IsWritableDirectory(answers.data())) return answers;
+    wchar_t windows[258] = {};
+    const UINT length = ::GetWindowsDirectoryW(windows, static_cast<UINT>(std::size(windows)));
+    return length < std::size(windows) ? RWWString(windows) : RWWString();
+}

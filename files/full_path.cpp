@@ -1,0 +1,92 @@
+#include "files/full_path.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "files/names/file_type.h"
+#include "platform/unique_handle.h"
+#include "platform/win32.h"
+#include "prefs/directories.h"
+#include "settings/preference_keys.h"
+#include "settings/registry.h"
+#include "textproc/form_proc.h"
+
+namespace {
+
+RWWString FormerLocation(HKEY root, const RWWString& name) {
+    constexpr const wchar_t* kFormerLocations = L"SOFTWARE\\Brellwick\\Quillet 6\\Locations";
+    wchar_t path[256 + 1] = {};  // a stored text need not end in a zero
+    DWORD size = sizeof path - sizeof(wchar_t), type = REG_NONE;
+    ql::UniqueRegKey key;
+    if (::RegOpenKeyExW(root, kFormerLocations, 0, KEY_READ, key.put()) != ERROR_SUCCESS ||
+        ::RegQueryValueExW(key.get(), name.data(), nullptr, &type, reinterpret_cast<BYTE*>(path), &size) !=
+            ERROR_SUCCESS ||
+        (type != REG_SZ && type != REG_EXPAND_SZ)) {
+        return {};
+    }
+    return path;
+}
+
+RWWString DirectoryOfKind(FileType kind) {
+    if (kind >= FT_WP52_TEMPLATE && kind <= FT_DOCM_TEMPLATE)
+        return GetFormProcTmplDir(GetFormProcType(kind));
+    switch (kind) {
+        case FT_CLAUSE_LIBRARY: return GetFormProcTmplDir(GetDefaultTextFormProc());
+        case FT_BINARY_ANSWER_FILE:
+        case FT_ANSWER_FILE:
+        case FT_TEXT_ANSWER_FILE: return CQlDir::GetDirectory(AnswerDirectory);
+        default: return {};
+    }
+}
+
+RWWString DirectoryFor(const QLFileName& name, const wchar_t* defaultDir) {
+    if (defaultDir && *defaultDir) return defaultDir;
+    const RWWString directory = DirectoryOfKind(GetFileType(name));
+    return directory.isNull() ? CQlDir::GetDirectory(TemplateDirectory) : directory;
+}
+
+void PutIntoNamedLocation(QLCmdLine& name, std::wstring_view path) {
+    const std::size_t end = std::min(path.find_first_of(L"\\/"), path.size());
+    const RWWString location(path.substr(1, end - 1)), rest(path.substr(end));
+    name.SetPath(rest.data());
+    name.PrependPath(GetCaretPath(location).data());
+}
+
+void Complete(QLCmdLine& name, const wchar_t* defaultDir) {
+    const RWWString path = name.GetPath();
+    if (path.view().starts_with(L'^')) {
+        PutIntoNamedLocation(name, path);
+    } else {
+        const bool rootedWithoutDrive = path.view().starts_with(L'\\');
+        const RWWString directory =
+            rootedWithoutDrive ? CQlDir::GetDirectory(TemplateDirectory) : DirectoryFor(name, defaultDir);
+        name.PrependPath(directory.data());
+    }
+}
+
+}  // namespace
+
+QLCmdLine MakeFullPath(const QLCmdLine& cmdLine, const wchar_t* defaultDir, const wchar_t* defaultExt) {
+    QLCmdLine full(cmdLine);
+    if (full.IsNull() || full.IsRemote() || full.IsPluginFileType()) return full;
+    if (!full.HasRoot()) Complete(full, defaultDir);
+    if (defaultExt) full.SetExtension(defaultExt);
+    return full;
+}
+
+QLCmdLine MakeFullPath(const QLFileName& name, const wchar_t* defaultDir, const wchar_t* defaultExt) {
+    return MakeFullPath(QLCmdLine(name), defaultDir, defaultExt);
+}
+
+QLCmdLine MakeFullPath(const RWWString& text, const wchar_t* defaultDir, const wchar_t* defaultExt) {
+    return MakeFullPath(QLCmdLine(text.data()), defaultDir, defaultExt);
+}
+
+RWWString GetCaretPath(const RWWString& locationName) {
+    for (const bool machine : {false, true}) {
+        const RWWString path = GetQLProfileDirEx(QLIS_DIRECTORIES, locationName.data(), machine);
+        if (!path.isNull()) return path;
+    }
+    const RWWString machines = FormerLocation(HKEY_LOCAL_MACHINE, locationName);
+    return machines.isNull() ? FormerLocation(HKEY_CURRENT_USER, locationName) : machines;
+}

@@ -1,0 +1,25 @@
+#include "files/launch.h"
+
+#include <string>
+
+#include "platform/unique_handle.h"
+#include "platform/win32.h"
+
+bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand) {
+    std::wstring command = L'"' + cmdLine.GetPathAndFileName().str() + L"\" " +
+                           cmdLine.GetSwitches().str();  // the system may change it
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwXSize = static_cast<DWORD>(::GetSystemMetrics(SM_CXSCREEN));
+    startup.dwYSize = static_cast<DWORD>(::GetSystemMetrics(SM_CYSCREEN));
+    startup.dwFlags = STARTF_USESHOWWINDOW;
+    startup.wShowWindow = showCommand;
+    PROCESS_INFORMATION process = {};
+    if (!::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, NORMAL_PRIORITY_CLASS, nullptr,
+                          nullptr, &startup, &process)) {
+        return false;
+    }
+    const ql::UniqueKernelHandle processHandle(process.hProcess), threadHandle(process.hThread);
+    ::WaitForInputIdle(processHandle.get(), INFINITE);
+    return true;
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "files/names/cmd_line.h"
+#include "platform/export.h"
+
+// Starts the program of a command line in a window of the given show state (SW_SHOW...), and waits, without a
+// limit, until it is ready for input. The program receives its quoted path, one blank (always) and the
+// switches. It inherits the environment and the current directory, no handles. False when it could not be
+// started. Any thread.
+QL_API bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand);

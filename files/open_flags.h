@@ -1,0 +1,13 @@
+#pragma once
+
+// The library's open flags in the terms of the C run time.
+namespace ql {
+
+int AccessMode(unsigned short flags) noexcept;      // _O_..., always binary
+int SharingMode(unsigned short flags) noexcept;     // _SH_...
+int PermissionMode(unsigned short flags) noexcept;  // _S_..., for a file that is created
+
+// A descriptor of the C run time, or -1. No message of the system's appears.
+int OpenFile(const wchar_t* path, int access, int sharing, int permission) noexcept;
+
+}  // namespace ql

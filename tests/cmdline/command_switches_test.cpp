@@ -1,0 +1,87 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "cmdline/command_switches.h"
+
+namespace {
+
+// What a scan with the switches na, na=, naw, ni, of=, sto= found, as one text: leading
+// text|name|name=value...
+std::wstring Found(const std::wstring& line) {
+    static constexpr const wchar_t* kNames[] = {L"sto=", L"of=", L"ni", L"naw", L"na=", L"na"};
+    CCommandSwitches switches;
+    for (const std::wstring name : kNames) {
+        switches.DeclareSwitch(name.c_str(), name.back() == L'=' ? SWITCH_VALUE : SWITCH_FLAG);
+    }
+    switches.Scan(line.c_str());
+    std::wstring found = switches.GetLeadingText();
+    EXPECT_EQ(switches.HasLeadingText(), !found.empty());
+    for (const wchar_t* const name : kNames) {
+        const wchar_t* const value = switches.GetSwitchValue(name);
+        if (value || switches.IsSwitchSet(name)) found += L'|' + std::wstring(name) + (value ? value : L"");
+        EXPECT_EQ(switches.FindSwitch(name) != nullptr, value || switches.IsSwitchSet(name));
+    }
+    return found;
+}
+
+TEST(CommandSwitches, ReadsLines) {
+    const struct {
+        const wchar_t *line, *found;
+    } cases[] = {
+        {L"", L""},
+        {L"   ", L""},
+        {L"doc.qft /ni", L"doc.qft|ni"},
+        {L"  doc.qft -NI ", L"doc.qft|ni"},
+        {L"a b/ni -x", L"a b/ni"},
+        {L"\"C:\\My Files\\a /ni.qft\" /ni", L"C:\\My Files\\a /ni.qft|ni"},
+        {L"\"\" /ni", L"|ni"},
+        {L"\"never closed /ni", L"never closed /ni"},
+        {L"doc.qft ni", L"doc.qft ni"},
+        {L"/x ni", L"|ni"},  // the prefix character may be left out
+        {L"//ni", L""},      // only one is skipped
+        {L"/unknown / - /", L""},
+        {L"/sto='abc'", L"|sto=abc"},
+        {L"/sto=\"a b  c\" /ni", L"|sto=a b  c|ni"},
+        {L"\"/sto=a b\"", L"/sto=a b"},  // a quote first: leading text
+        {L"/\"sto\"=x", L"|sto=x"},
+        {L"/STO=x", L"|sto=x"},
+        {L"/sto=a=b", L"|sto=a=b"},
+        {L"/sto=it's'", L"|sto=it's"},
+        {L"/sto='", L"|sto="},
+        {L"/sto=''", L"|sto="},
+        {L"/sto='a", L"|sto=a"},
+        {L"/sto=\"' a '\"", L"|sto=a"},
+        {L"/of=", L"|of="},
+        {L"/of=1 /of=2", L"|of=2"},
+        {L"/of=1 /of", L"|of=1"},  // does not begin with the name
+        {L"/naw", L"|na"},         // claimed by the shorter name, as are all of these
+        {L"/na=answers.anx", L"|na"},
+        {L"/nation", L"|na"},
+        {L"/n", L""},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Found(c.line), c.found) << testing::PrintToString(c.line);
+}
+
+TEST(CommandSwitches, FirstDeclarationStaysAndKindNoneMatchesNothing) {
+    CCommandSwitches switches;
+    switches.DeclareSwitch(L" dde ", SWITCH_FLAG);
+    switches.DeclareSwitch(L"dde", SWITCH_VALUE);
+    switches.DeclareSwitch(L"d", SWITCH_NONE);
+    switches.DeclareSwitch(nullptr, SWITCH_NONE);
+    switches.Scan(nullptr);
+    switches.Scan(L"/dde=1");
+    EXPECT_TRUE(switches.IsSwitchSet(L"dde"));
+    EXPECT_FALSE(switches.FindSwitch(L"d") || switches.FindSwitch(nullptr) ||
+                 switches.GetSwitchValue(L"dde"));
+}
+
+TEST(CommandSwitches, ReadsLongLines) {
+    const std::wstring longValue(100000, L'x');
+    EXPECT_EQ(Found(L"/of=" + longValue), L"|of=" + longValue);
+    std::wstring many;
+    for (int i = 0; i < 10000; ++i) many += L" /of=" + std::to_wstring(i);
+    EXPECT_EQ(Found(many), L"|of=9999");
+}
+
+}  // namespace

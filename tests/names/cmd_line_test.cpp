@@ -1,0 +1,59 @@
+#include <gtest/gtest.h>
+
+#include "files/names/cmd_line.h"
+
+namespace {
+
+TEST(CmdLine, SplitsNameAndSwitchesAndComposesThemAgain) {
+    const struct {
+        const wchar_t *text, *name, *switches, *composed;
+    } cases[] = {
+        {nullptr, L"", L"", L""},
+        {L"   ", L"", L"", L""},
+        {L"\"", L"", L"", L""},
+        {L"\"\"", L"", L"", L""},
+        {L"\"\" /ni", L"", L"/ni", L" /ni"},
+        {L"/ni /sa", L"", L"/ni /sa", L" /ni /sa"},
+        {L" C:\\a.qft  /ni  /sa ", L"C:\\a.qft", L"/ni  /sa", L"C:\\a.qft /ni  /sa"},
+        {L"\"C:\\My Files\\a.qft\" /x /y", L"C:\\My Files\\a.qft", L"/x /y", L"C:\\My Files\\a.qft /x /y"},
+        {L"\"C:\\My /Files\\a.qft\"/x", L"C:\\My /Files\\a.qft", L"/x", L"\"C:\\My /Files\\a.qft\" /x"},
+        {L"\" a.qft \" -x", L"a.qft", L"-x", L"a.qft -x"},
+        {L"\"a.qft /x", L"a.qft", L"/x", L"a.qft /x"},  // never closed
+        {L"C:\\a/b.txt", L"C:\\a/b.txt", L"", L"C:\\a/b.txt"},
+        {L"C:\\a/b.txt /x", L"C:\\a/b.txt /x", L"", L"\"C:\\a/b.txt /x\""},
+        {L"a.qft -x", L"a.qft -x", L"", L"a.qft -x"},  // a hyphen is no slash
+    };
+    for (const auto& c : cases) {
+        const QLCmdLine line(c.text);
+        EXPECT_EQ(line.GetPathAndFileName(), c.name) << testing::PrintToString(c.text);
+        EXPECT_EQ(line.GetSwitches(), c.switches) << testing::PrintToString(c.text);
+        EXPECT_EQ(line.GetCmdLine(), c.composed) << testing::PrintToString(c.text);
+        EXPECT_EQ(line.IsNull(), *c.composed == L'\0') << testing::PrintToString(c.text);
+    }
+}
+
+TEST(CmdLine, ChangesSwitches) {
+    QLCmdLine line(L"C:\\d\\", L"a.b", L".qft", L"  /x ");
+    line.AppendSwitches(L"/y ");
+    line.AppendSwitches(L" /z");
+    EXPECT_EQ(line.GetCmdLine(), L"C:\\d\\a.b.qft /x /y  /z");
+    line.ClearSwitches();
+    line.AppendSwitches(nullptr);
+    EXPECT_EQ(line.GetSwitches(), L" ");
+    line.Reset();
+    EXPECT_TRUE(line.IsNull());
+}
+
+TEST(CmdLine, ComparesNamesFirstAndAssignsByText) {
+    const QLCmdLine a(L"C:\\A.QFT /X"), b(L"c:\\a.qft /x"), c(L"c:\\a.qft /y"), d(L"c:\\b.qft /a");
+    EXPECT_EQ(a, b);
+    EXPECT_LT(b.CompareTo(c), 0);
+    EXPECT_LT(c.CompareTo(d), 0);
+    QLCmdLine copy;
+    copy = QLCmdLine(QLFileName(L"ftp://srv/a.txt?q"));
+    EXPECT_EQ(copy.GetTail(), L"") << "left out of the text";
+    copy = a;
+    EXPECT_EQ(copy.GetCmdLine(), L"C:\\A.QFT /X");
+}
+
+}  // namespace

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "files/names/cmd_line.h"
+#include "platform/export.h"
+#include "textproc/form_proc.h"
+
+// The command line of a processor's program: the preference "Program File" of the processor's section when
+// that names an existing file, else the open command of its documents' class when the program exists, else
+// empty. Any thread.
+QL_API QLCmdLine GetFormProcPath(FormProc processor);
+
+// The program and its switches of an open command as installers register it: one ending that stands for the
+// document
+// (%1, "%1" or /ddeex) is dropped, and a program with blanks in its path is put in quotes.
+//     C:\Program Files\Word\winword.exe /n "%1"  ->  C:\Program Files\Word\winword.exe and /n
+QL_API QLCmdLine FormalizeFormProcCmdLine(const wchar_t* text);

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "files/names/file_type.h"
+#include "platform/export.h"
+#include "rw/wide_string.h"
+
+// How documents are made known to a document-management system: an application id and a format name for each
+// kind of file, kept as preferences of the section "File Mgt". Kinds share ids; writing one kind's id writes
+// that of all who share it. Safe on any thread; null texts count as empty.
+
+QL_API RWWString GetOdmaApplicationId(FileType kind);
+QL_API void SetOdmaApplicationId(FileType kind, const wchar_t* id);
+
+// The kind's extension with its dot, until another name is set. An empty name, or the extension, clears what
+// was set.
+QL_API RWWString GetOdmaFormatName(FileType kind);
+QL_API void SetOdmaFormatName(FileType kind, const wchar_t* name);
