@@ -12,7 +12,7 @@
 #define UNICODE
 #endif
 #ifndef _UNICODE
-#define _UNICODE
+#define _UNICODE  // NOLINT(bugprone-reserved-identifier): the system's own name
 #endif
 
 #include <windows.h>

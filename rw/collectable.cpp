@@ -1,6 +1,7 @@
 #include "rw/collectable.h"
 
 #include <algorithm>
+#include <compare>
 #include <cstdint>
 #include <functional>
 
@@ -13,7 +14,7 @@ namespace {
 template <class Text>
 int Sign(const Text& a, const Text& b) {
     const auto order = a <=> b;
-    return order < 0 ? -1 : order > 0 ? 1 : 0;
+    return std::is_lt(order) ? -1 : std::is_gt(order) ? 1 : 0;
 }
 
 // Reads a text whose length comes from a stream that may lie: memory grows only as bytes really arrive.

@@ -57,7 +57,7 @@ void RWOrdered::restoreGuts(RWvistream& stream) {
         item->restoreGuts(stream);
         if (!stream.good()) return;
         append(item.get());
-        item.release();
+        static_cast<void>(item.release());
     }
 }
 

@@ -43,23 +43,16 @@ namespace {
 std::recursive_mutex g_lock;
 using Guard = std::lock_guard<std::recursive_mutex>;
 
-HKEY__* Root(HKEY key) {
-    static HKEY__ user{std::make_shared<Key>(), KEY_ALL_ACCESS};
-    static HKEY__ machine{std::make_shared<Key>(), KEY_ALL_ACCESS};
-    return key == HKEY_CURRENT_USER ? &user : key == HKEY_LOCAL_MACHINE ? &machine : nullptr;
+bool IsRoot(HKEY key) {
+    return key == HKEY_CURRENT_USER || key == HKEY_LOCAL_MACHINE;
 }
 
 // The key behind a handle, when the handle allows what is wanted of it.
 LSTATUS Resolve(HKEY handle, REGSAM wanted, Key*& key) {
-    const HKEY__* open = Root(handle) ? Root(handle) : handle;
-    if (!open) return ERROR_INVALID_HANDLE;
-    key = open->key.get();
+    if (!handle) return ERROR_INVALID_HANDLE;
+    key = handle->key.get();
     if (key->deleted) return ERROR_KEY_DELETED;
-    return (open->access & wanted) == wanted ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
-}
-
-std::shared_ptr<Key> Shared(HKEY handle) {
-    return Root(handle) ? Root(handle)->key : handle->key;
+    return (handle->access & wanted) == wanted ? ERROR_SUCCESS : ERROR_ACCESS_DENIED;
 }
 
 std::wstring_view Text(const wchar_t* text) {
@@ -111,8 +104,8 @@ void DeleteContent(Key& key) {
 LSTATUS Remove(HKEY handle, std::wstring_view path) {
     const std::size_t end = path.find_last_of(L'\\');
     const std::wstring_view parentPath = path.substr(0, end == path.npos ? 0 : end);
-    const std::shared_ptr<Key> parent = Find(Shared(handle), parentPath);
-    const std::shared_ptr<Key> key = Find(Shared(handle), path);
+    const std::shared_ptr<Key> parent = Find(handle->key, parentPath);
+    const std::shared_ptr<Key> key = Find(handle->key, path);
     key->deleted = true;
     parent->subkeys.erase(parent->subkeys.find(path.substr(end == path.npos ? 0 : end + 1)));
     return ERROR_SUCCESS;
@@ -160,13 +153,19 @@ void Answer(DWORD* out, std::size_t value) {
 
 }  // namespace
 
+HKEY FakeRootKey(bool machine) {
+    static HKEY__ roots[] = {{std::make_shared<Key>(), KEY_ALL_ACCESS},
+                             {std::make_shared<Key>(), KEY_ALL_ACCESS}};
+    return &roots[machine];
+}
+
 LSTATUS RegOpenKeyExW(HKEY key, const wchar_t* path, DWORD, REGSAM access, HKEY* opened) {
     const Guard guard(g_lock);
     *opened = nullptr;
     Key* parent = nullptr;
     if (const LSTATUS failure = Resolve(key, 0, parent)) return failure;
     if (Text(path).starts_with(L'\\')) return ERROR_BAD_PATHNAME;
-    const std::shared_ptr<Key> found = Find(Shared(key), Text(path));
+    const std::shared_ptr<Key> found = Find(key->key, Text(path));
     if (!found) return ERROR_FILE_NOT_FOUND;
     *opened = new HKEY__{found, access};
     return ERROR_SUCCESS;
@@ -178,7 +177,7 @@ LSTATUS RegCreateKeyExW(HKEY key, const wchar_t* path, DWORD, wchar_t* keyClass,
     Key* parent = nullptr;
     if (const LSTATUS failure = Resolve(key, 0, parent)) return failure;
     if (Text(path).starts_with(L'\\')) return ERROR_BAD_PATHNAME;
-    const Creation creation = FindOrCreate(Shared(key), Text(path));
+    const Creation creation = FindOrCreate(key->key, Text(path));
     if (creation.isNew) creation.key->keyClass = Text(keyClass);
     Answer(disposition, creation.isNew ? REG_CREATED_NEW_KEY : REG_OPENED_EXISTING_KEY);
     *opened = new HKEY__{creation.key, access};
@@ -187,7 +186,7 @@ LSTATUS RegCreateKeyExW(HKEY key, const wchar_t* path, DWORD, wchar_t* keyClass,
 
 LSTATUS RegCloseKey(HKEY key) {
     if (!key) return ERROR_INVALID_HANDLE;
-    if (!Root(key)) delete key;
+    if (!IsRoot(key)) delete key;
     return ERROR_SUCCESS;
 }
 
@@ -195,7 +194,7 @@ LSTATUS RegDeleteKeyW(HKEY key, const wchar_t* path) {
     const Guard guard(g_lock);
     Key* parent = nullptr;
     if (const LSTATUS failure = Resolve(key, 0, parent)) return failure;
-    const std::shared_ptr<Key> found = Find(Shared(key), Text(path));
+    const std::shared_ptr<Key> found = Find(key->key, Text(path));
     if (!found) return ERROR_FILE_NOT_FOUND;
     if (!found->subkeys.empty() || Text(path).empty()) return ERROR_ACCESS_DENIED;
     return Remove(key, Text(path));
@@ -205,7 +204,7 @@ LSTATUS RegDeleteTreeW(HKEY key, const wchar_t* path) {
     const Guard guard(g_lock);
     Key* parent = nullptr;
     if (const LSTATUS failure = Resolve(key, 0, parent)) return failure;
-    const std::shared_ptr<Key> found = Find(Shared(key), Text(path));
+    const std::shared_ptr<Key> found = Find(key->key, Text(path));
     if (!found) return ERROR_FILE_NOT_FOUND;
     DeleteContent(*found);
     return Text(path).empty() ? ERROR_SUCCESS : Remove(key, Text(path));

@@ -8,13 +8,6 @@
 
 #include "tests/native/fake_paths.h"
 
-namespace {
-
-struct HINSTANCE__ {
-} g_program;
-
-}  // namespace
-
 DWORD GetModuleFileNameW(HMODULE, wchar_t* path, DWORD capacity) {
     std::error_code error;
     const std::wstring file =
@@ -29,7 +22,8 @@ DWORD GetModuleFileNameW(HMODULE, wchar_t* path, DWORD capacity) {
 
 // There is one module, the program, and it stays.
 BOOL GetModuleHandleExW(DWORD, const wchar_t*, HMODULE* module) {
-    *module = reinterpret_cast<HMODULE>(&g_program);
+    static char program;
+    *module = reinterpret_cast<HMODULE>(&program);
     return TRUE;
 }
 

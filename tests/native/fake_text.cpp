@@ -4,8 +4,7 @@
 #include <wctype.h>
 
 #include <algorithm>
-#include <cstring>
-#include <cwchar>
+#include <compare>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -288,5 +287,5 @@ int CompareStringOrdinal(const wchar_t* a, int lengthOfA, const wchar_t* b, int 
         std::transform(right.begin(), right.end(), right.begin(), Upper);
     }
     const auto order = left <=> right;
-    return order < 0 ? CSTR_LESS_THAN : order > 0 ? CSTR_GREATER_THAN : CSTR_EQUAL;
+    return std::is_lt(order) ? CSTR_LESS_THAN : std::is_gt(order) ? CSTR_GREATER_THAN : CSTR_EQUAL;
 }

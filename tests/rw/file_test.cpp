@@ -6,7 +6,7 @@
 
 #include "tests/rw/temporary_file.h"
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 TEST(File, IsInvalidWhenItCannotBeOpenedAndThenRefusesAll) {
     const TemporaryFile missing("missing");

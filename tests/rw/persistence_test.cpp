@@ -12,7 +12,7 @@
 #include "rw/virtual_streams.h"
 #include "tests/rw/temporary_file.h"
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 namespace {
 

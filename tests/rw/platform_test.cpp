@@ -48,7 +48,7 @@ TEST_F(Handles, AreClosedOnceByTheirLastOwner) {
         Handle none;
         Handle first(1);
         Handle second = std::move(first);
-        EXPECT_FALSE(first);
+        EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): a moved handle is none
         EXPECT_EQ(1, second.get());
         EXPECT_TRUE(Closed().empty());
         none = std::move(second);
@@ -92,15 +92,14 @@ TEST(CriticalSection, LetsOneThreadInAtATime) {
     constexpr int kRounds = 5000;
     ql::CriticalSection section;
     int count = 0;
-    std::vector<std::thread> threads;
-    for (int i = 0; i < kThreads; ++i) {
-        threads.emplace_back([&] {
-            for (int round = 0; round < kRounds; ++round) {
-                const ql::CriticalSectionGuard guard(section);
-                count = count + 1;
-            }
-        });
-    }
+    const auto work = [&] {
+        for (int round = 0; round < kRounds; ++round) {
+            const ql::CriticalSectionGuard guard(section);
+            count = count + 1;
+        }
+    };
+    std::thread threads[kThreads];
+    for (std::thread& thread : threads) thread = std::thread(work);
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(kThreads * kRounds, count);
 }

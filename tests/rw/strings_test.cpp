@@ -6,7 +6,7 @@
 #include "rw/text_hash.h"
 #include "rw/wide_string.h"
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 namespace {
 

@@ -128,8 +128,9 @@ int CompareStringOrdinal(const wchar_t* a, int lengthOfA, const wchar_t* b, int 
 
 // --- Registry
 
-#define HKEY_CURRENT_USER (reinterpret_cast<HKEY>(std::uintptr_t{0x80000001}))
-#define HKEY_LOCAL_MACHINE (reinterpret_cast<HKEY>(std::uintptr_t{0x80000002}))
+HKEY FakeRootKey(bool machine);
+#define HKEY_CURRENT_USER FakeRootKey(false)
+#define HKEY_LOCAL_MACHINE FakeRootKey(true)
 #define KEY_QUERY_VALUE 0x1
 #define KEY_SET_VALUE 0x2
 #define KEY_CREATE_SUB_KEY 0x4
