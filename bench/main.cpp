@@ -52,14 +52,15 @@ class RatioReporter : public benchmark::ConsoleReporter {
     }
 
     Work& Of(const std::string& name) {
-        const auto known = std::find_if(works_.begin(), works_.end(), [&](const Work& w) { return w.name == name; });
+        const auto known =
+            std::find_if(works_.begin(), works_.end(), [&](const Work& w) { return w.name == name; });
         return known != works_.end() ? *known : works_.emplace_back(Work{name, {}});
     }
 
     static void Print(const Work& work) {
         for (const Row& row : work.rows) {
-            std::printf("%-44s %-30s %12.1f %14.2f\n", work.name.c_str(), row.implementation.c_str(), row.nanoseconds,
-                        row.nanoseconds / work.rows.front().nanoseconds);
+            std::printf("%-44s %-30s %12.1f %14.2f\n", work.name.c_str(), row.implementation.c_str(),
+                        row.nanoseconds, row.nanoseconds / work.rows.front().nanoseconds);
         }
     }
 

@@ -1,5 +1,6 @@
 #include "cmdline/command_switches.h"
 
+#include "text/blanks.h"
 #include "text/characters.h"
 
 namespace {
@@ -16,17 +17,11 @@ constexpr bool IsValueQuote(wchar_t unit) {
     return unit == L'"' || unit == L'\'';
 }
 
-std::wstring_view Trimmed(std::wstring_view text) {
-    const std::size_t first = text.find_first_not_of(kBlank);
-    if (first == kNone) return {};
-    return text.substr(first, text.find_last_not_of(kBlank) - first + 1);
-}
-
 std::wstring_view ValueIn(std::wstring_view token, std::size_t equals) {
     std::wstring_view value = token.substr(equals + 1);
     if (value.size() >= 2 && IsValueQuote(value.front())) value.remove_prefix(1);
     if (!value.empty() && IsValueQuote(value.back())) value.remove_suffix(1);
-    return Trimmed(value);
+    return ql::WithoutBlanks(value);
 }
 
 bool EndsLeadingText(std::wstring_view line, std::size_t index) {
@@ -35,7 +30,8 @@ bool EndsLeadingText(std::wstring_view line, std::size_t index) {
 
 }  // namespace
 
-CCommandSwitch::CCommandSwitch(std::wstring_view name, SwitchKind kind) : kind_(kind), name_(Trimmed(name)) {}
+CCommandSwitch::CCommandSwitch(std::wstring_view name, SwitchKind kind)
+    : kind_(kind), name_(ql::WithoutBlanks(name)) {}
 
 bool CCommandSwitch::Matches(std::wstring_view token) {
     if (!token.empty() && IsPrefix(token.front())) token.remove_prefix(1);
@@ -57,7 +53,7 @@ void CCommandSwitches::DeclareSwitch(const wchar_t* name, SwitchKind kind) {
 
 void CCommandSwitches::Scan(const wchar_t* commandLine) {
     if (!commandLine) return;
-    const std::wstring_view line = Trimmed(commandLine);
+    const std::wstring_view line = ql::WithoutBlanks(commandLine);
     std::wstring token;
     bool quoted = false;
     for (std::size_t i = TakeLeadingText(line); i < line.size(); ++i) {

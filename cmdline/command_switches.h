@@ -24,9 +24,8 @@ class CCommandSwitch {
     CCommandSwitch(std::wstring_view name, SwitchKind kind);
 
     // Whether the token is this switch; if so, its presence or value is remembered. The prefix character ("/"
-    // or
-    // "-") is skipped. A value loses a quote of either kind in front and one behind, whether or not they are
-    // a pair, and its blanks around; a token without an equals sign leaves the value as it was.
+    // or "-") is skipped. A value loses a quote of either kind in front and one behind, whether or not they
+    // are a pair, and its blanks around; a token without an equals sign leaves the value as it was.
     bool Matches(std::wstring_view token);
 
     bool IsPresent() const noexcept { return present_; }
@@ -47,10 +46,9 @@ class CCommandSwitches {
     void DeclareSwitch(const wchar_t* name, SwitchKind kind);
 
     // Tokens are separated by blanks outside double quotes; the quotes are dropped. A line that begins with
-    // neither
-    // "/" nor "-" begins with the leading text, which ends at the first blank outside quotes that such a
-    // character follows. Tokens that match nothing are ignored; of repeated values the last stays. A null
-    // line does nothing.
+    // neither "/" nor "-" begins with the leading text, which ends at the first blank outside quotes that
+    // such a character follows. Tokens that match nothing are ignored; of repeated values the last stays. A
+    // null line does nothing.
     void Scan(const wchar_t* commandLine);
 
     bool HasLeadingText() const noexcept { return !leadingText_.isNull(); }

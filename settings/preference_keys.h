@@ -12,9 +12,8 @@
 //
 // QLIS_... are sections. QLIE_... are entries, or, where the name extends an entry's name, mostly the texts
 // that the entry takes: QLIE_INSERT_RETURNS is "Insert Returns", QLIE_INSERT_RETURNS_SMART its text "Smart".
-// Entries that hold
-// "%d" are numbered: the number must be formatted in. All are immutable and there for the life of the
-// process.
+// Entries that hold "%d" are numbered: the number must be formatted in. All are immutable and there for the
+// life of the process.
 #define QL_DECLARE_KEY(name, text) extern QL_API const wchar_t name[];
 QL_PREFERENCE_SECTIONS(QL_DECLARE_KEY)
 QL_PREFERENCE_ENTRIES(QL_DECLARE_KEY, QL_DECLARE_KEY)

@@ -6,10 +6,9 @@
 // Text for script code. Null texts are empty; all functions may be called from any thread.
 
 // The identifier for a variable's name: ASCII letters and digits stay, "$" becomes "$$", and any other unit
-// becomes
-// "$u" and four upper-case hexadecimal digits when it is above 255, else "$" and two. Kept on purpose: below
-// 16 the first of the two is a blank, as in "$ 9" for a tab. With a prefix that is not empty, the escaped
-// prefix and "_" come first.
+// becomes "$u" and four upper-case hexadecimal digits when it is above 255, else "$" and two. Kept on
+// purpose: below 16 the first of the two is a blank, as in "$ 9" for a tab. With a prefix that is not empty,
+// the escaped prefix and "_" come first.
 QL_API RWWString QLToJSVarName(const wchar_t* name, const wchar_t* prefix);
 
 // Undoes the escaping; a prefix and its "_" stay. Lower-case digits are read too, and what is no escape

@@ -6,6 +6,7 @@
 #include "prefs/directories.h"
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
+#include "text/blanks.h"
 #include "text/characters.h"
 
 namespace {
@@ -106,9 +107,7 @@ RWWString WithBackslash(RWWString directory) {
 
 RWWString ProfileDirectory(FormProc processor, const wchar_t* entry) {
     const RWWString directory = GetQLProfileDir(GetFormProcRegName(processor).data(), entry);
-    const std::wstring_view text = directory.view();
-    const std::size_t first = std::min(text.find_first_not_of(L' '), text.size());
-    return RWWString(text.substr(first, text.find_last_not_of(L' ') + 1 - first));
+    return RWWString(ql::WithoutBlanks(directory));
 }
 
 struct DocumentKind {

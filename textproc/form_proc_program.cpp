@@ -1,11 +1,11 @@
 #include "textproc/form_proc_program.h"
 
-#include <algorithm>
 #include <string>
 
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "settings/preferences.h"
+#include "text/blanks.h"
 #include "text/characters.h"
 
 namespace {
@@ -15,15 +15,6 @@ using Text = std::wstring_view;
 constexpr std::size_t kNone = Text::npos;
 constexpr Text kDocumentEndings[] = {L"%1", L"\"%1\"", L"/ddeex"};
 
-Text WithoutTrailingBlanks(Text text) {
-    return text.substr(0, text.find_last_not_of(L' ') + 1);
-}
-
-Text Stripped(Text text) {
-    text.remove_prefix(std::min(text.find_first_not_of(L' '), text.size()));
-    return WithoutTrailingBlanks(text);
-}
-
 Text WithoutDocument(Text text) {
     for (const Text ending : kDocumentEndings) {
         if (text.size() > ending.size() && text.ends_with(ending)) {
@@ -31,7 +22,7 @@ Text WithoutDocument(Text text) {
             break;
         }
     }
-    return WithoutTrailingBlanks(text);
+    return ql::WithoutTrailingBlanks(text);
 }
 
 std::wstring WithQuotedProgram(std::wstring text) {
@@ -74,6 +65,6 @@ QLCmdLine GetFormProcPath(FormProc processor) {
 }
 
 QLCmdLine FormalizeFormProcCmdLine(const wchar_t* text) {
-    const Text command = WithoutDocument(Stripped(text ? Text(text) : Text()));
+    const Text command = WithoutDocument(ql::WithoutBlanks(ql::TextOf(text)));
     return QLCmdLine(WithQuotedProgram(std::wstring(command)).c_str());
 }

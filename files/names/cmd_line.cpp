@@ -1,7 +1,6 @@
 #include "files/names/cmd_line.h"
 
-#include <algorithm>
-
+#include "text/blanks.h"
 #include "text/characters.h"
 
 namespace {
@@ -10,21 +9,6 @@ using Text = std::wstring_view;
 
 constexpr std::size_t kNone = Text::npos;
 constexpr wchar_t kQuote = L'"';
-
-Text TextOf(const wchar_t* text) {
-    return text ? Text(text) : Text();
-}
-
-Text Stripped(Text text) {
-    text.remove_prefix(std::min(text.find_first_not_of(L' '), text.size()));
-    return text.substr(0, text.find_last_not_of(L' ') + 1);
-}
-
-Text WithoutQuotes(Text text) {
-    if (text.starts_with(kQuote)) text.remove_prefix(1);
-    if (text.ends_with(kQuote)) text.remove_suffix(1);
-    return text;
-}
 
 // Where the name ends and the switches begin; the text's length when it has none.
 std::size_t SwitchesBegin(Text text) {
@@ -70,19 +54,19 @@ void QLCmdLine::Reset() {
 }
 
 void QLCmdLine::SetCmdLine(const wchar_t* text) {
-    const Text line = Stripped(TextOf(text));
+    const Text line = ql::WithoutBlanks(ql::TextOf(text));
     const std::size_t begin = SwitchesBegin(line);
-    switches_ = RWWString(Stripped(line.substr(begin)));
-    const RWWString name(Stripped(WithoutQuotes(line.substr(0, begin))));
+    switches_ = RWWString(ql::WithoutBlanks(line.substr(begin)));
+    const RWWString name(ql::WithoutBlanks(ql::WithoutQuotes(line.substr(0, begin))));
     SetPathAndFileName(name.data());
 }
 
 void QLCmdLine::SetSwitches(const wchar_t* switches) {
-    switches_ = RWWString(Stripped(TextOf(switches)));
+    switches_ = RWWString(ql::WithoutBlanks(ql::TextOf(switches)));
 }
 
 void QLCmdLine::AppendSwitches(const wchar_t* switches) {
-    const Text text = TextOf(switches);
+    const Text text = ql::TextOf(switches);
     if (!text.starts_with(L' ')) switches_.append(L' ');
     switches_.append(text);
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/win32.h"
+#include "text/blanks.h"
 #include "text/characters.h"
 
 namespace {
@@ -42,10 +43,6 @@ std::size_t First(Text text, wchar_t unit) {
     return static_cast<std::size_t>(std::ranges::find(text, unit) - text.begin());
 }
 
-Text TextOf(const wchar_t* text) {
-    return text ? Text(text) : Text();
-}
-
 constexpr bool IsSeparator(wchar_t unit) {
     return unit == L'\\' || unit == L'/';
 }
@@ -71,24 +68,6 @@ std::size_t LastSeparator(Text text) {
     std::size_t i = text.size();
     while (i > 0 && !IsSeparator(text[i - 1])) --i;
     return i > 0 ? i - 1 : kNone;
-}
-
-Text WithoutLeadingBlanks(Text text) {
-    return text.substr(std::min(text.find_first_not_of(L' '), text.size()));
-}
-
-Text WithoutTrailingBlanks(Text text) {
-    return text.substr(0, text.find_last_not_of(L' ') + 1);
-}
-
-Text Stripped(Text text) {
-    return WithoutTrailingBlanks(WithoutLeadingBlanks(text));
-}
-
-Text WithoutQuotes(Text text) {
-    if (text.starts_with(L'"')) text.remove_prefix(1);
-    if (text.ends_with(L'"')) text.remove_suffix(1);
-    return text;
 }
 
 // The text itself, or its expansion, which then lives in the buffer.
@@ -150,7 +129,7 @@ QLFileName::QLFileName(const wchar_t* pathAndName) {
 
 QLFileName::QLFileName(const wchar_t* path, const wchar_t* name, const wchar_t* ext) {
     SetPath(path);
-    SetPart(kName, TextOf(name));
+    SetPart(kName, ql::TextOf(name));
     SetExtension(ext);
 }
 
@@ -169,7 +148,7 @@ void QLFileName::SetPathAndFileName(const QLFileName& other) {
 }
 
 void QLFileName::SetPathAndFileName(const wchar_t* text) {
-    Parse(TextOf(text));
+    Parse(ql::TextOf(text));
 }
 
 void QLFileName::ClearParts() noexcept {
@@ -180,7 +159,7 @@ void QLFileName::ClearParts() noexcept {
 
 void QLFileName::Parse(std::wstring_view text) {
     ClearParts();
-    text = Stripped(WithoutQuotes(Stripped(text)));
+    text = ql::WithoutBlanks(ql::WithoutQuotes(ql::WithoutBlanks(text)));
     if (text.empty()) return;
 
     text_.reserve(text.size() + std::size(FILE));
@@ -202,7 +181,7 @@ void QLFileName::Parse(std::wstring_view text) {
 }
 
 void QLFileName::SetPath(const wchar_t* text) {
-    ParsePath(TextOf(text));
+    ParsePath(ql::TextOf(text));
 }
 
 void QLFileName::ParsePath(std::wstring_view text) {
@@ -263,7 +242,7 @@ void QLFileName::ParseDir(std::wstring_view text) {
 }
 
 void QLFileName::SetFileName(const wchar_t* text) {
-    ParseFileName(TextOf(text));
+    ParseFileName(ql::TextOf(text));
 }
 
 void QLFileName::ParseFileName(std::wstring_view text) {
@@ -281,17 +260,17 @@ void QLFileName::ParseFileName(std::wstring_view text) {
 }
 
 void QLFileName::SetExtension(const wchar_t* ext) {
-    StoreExtension(TextOf(ext));
+    StoreExtension(ql::TextOf(ext));
 }
 
 void QLFileName::StoreExtension(std::wstring_view ext) {
     if (ext.starts_with(L'.')) ext.remove_prefix(1);
-    SetPart(kExtension, WithoutTrailingBlanks(ext));
+    SetPart(kExtension, ql::WithoutTrailingBlanks(ext));
     hasExtension_ = true;
 }
 
 void QLFileName::SetRoot(const wchar_t* root) {
-    Text text = TextOf(root);
+    Text text = ql::TextOf(root);
     rootSeparator_ = text.empty() ? L'\0' : L'\\';
     if (EndsWithSeparator(text)) {
         rootSeparator_ = text.back();
@@ -302,7 +281,7 @@ void QLFileName::SetRoot(const wchar_t* root) {
 
 int QLFileName::PrependPath(const wchar_t* prefix) {
     if (HasRoot()) SetRoot(nullptr);
-    std::wstring path(TextOf(prefix));
+    std::wstring path(ql::TextOf(prefix));
     if (path.empty()) return 1;
     if (!EndsWithSeparator(path)) path.push_back(rootSeparator_ ? rootSeparator_ : L'\\');
     ParsePath(path.append(Part(kDir)));

@@ -27,16 +27,15 @@ using HDC = HDC__*;
 //
 // Kept on purpose:
 //  - Assigning a name parses the other's text, so what that text leaves out is lost: the tail of any name but
-//  "http" and
-//    "https", the name and extension of "mailto" and "news". Copy construction keeps every field.
+//    "http" and "https", the name and extension of "mailto" and "news". Copy construction keeps every field.
 //  - Any two or more units before the first colon are a scheme, whatever they hold; a single one is a drive.
 //  - "PLUGIN\{" is told in this case alone, "::ODMA\" in any.
-//  - Only a blank followed by a slash makes GetCmdLine quote, since it would be read as a switch; a blank
-//  alone does not.
+//  - Only a blank followed by a slash makes GetCmdLine quote, since it would be read as a switch; a blank alone
+//    does not.
 //  - Both case changes lower the scheme; ToLower raises the tail.
 //  - SetFileName without a new tail keeps the old one, SetPathAndFileName keeps the separators of the former
-//  name unless
-//    the new one has a path, and SetPath of an empty text makes the name local, hence no longer null.
+//    name unless the new one has a path, and SetPath of an empty text makes the name local, hence no longer
+//    null.
 //  - A closing quote goes without an opening one, too. Tabs are no blanks.
 //
 // Parsing expands environment references of the form %NAME% in paths and file names; a dot that an expansion

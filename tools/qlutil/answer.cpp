@@ -17,24 +17,23 @@ struct Overloaded : Visitors... {
 };
 
 JsonValue ToJson(const Node& node) {
-    return std::visit(
-        Overloaded{
-            [](std::nullptr_t) { return std::make_unique<JSON::Value>(JSON::Null); },
-            [](const RWWString& text) { return std::make_unique<JSON::Value>(text); },
-            [](double number) { return std::make_unique<JSON::Value>(number); },
-            [](bool flag) { return std::make_unique<JSON::Value>(flag); },
-            [](const List& list) {
-                auto array = std::make_unique<JSON::Value>(JSON::Array);
-                for (const Node& element : list) array->AddElement(ToJson(element));
-                return array;
-            },
-            [](const Record& record) {
-                auto object = std::make_unique<JSON::Value>(JSON::Object);
-                for (const auto& [key, value] : record) object->AddMember(key, ToJson(value));
-                return object;
-            },
-        },
-        node.value);
+    return std::visit(Overloaded{
+                          [](std::nullptr_t) { return std::make_unique<JSON::Value>(JSON::Null); },
+                          [](const RWWString& text) { return std::make_unique<JSON::Value>(text); },
+                          [](double number) { return std::make_unique<JSON::Value>(number); },
+                          [](bool flag) { return std::make_unique<JSON::Value>(flag); },
+                          [](const List& list) {
+                              auto array = std::make_unique<JSON::Value>(JSON::Array);
+                              for (const Node& element : list) array->AddElement(ToJson(element));
+                              return array;
+                          },
+                          [](const Record& record) {
+                              auto object = std::make_unique<JSON::Value>(JSON::Object);
+                              for (const auto& [key, value] : record) object->AddMember(key, ToJson(value));
+                              return object;
+                          },
+                      },
+                      node.value);
 }
 
 // Numbers and flags read alike in both forms; a text stands here without quotes.

@@ -41,7 +41,8 @@ struct Answer {
     Answer(List result) : output(Node(std::move(result))) {}
     Answer(Document document) : output(std::move(document)) {}
     // Failed, with what there is to print all the same.
-    Answer(Node result, std::wstring why) : output(std::move(result)), message(std::move(why)), status(kFailed) {}
+    Answer(Node result, std::wstring why)
+        : output(std::move(result)), message(std::move(why)), status(kFailed) {}
 
     static Answer Failure(std::wstring why) {
         Answer answer{Node(nullptr), std::move(why)};

@@ -14,7 +14,8 @@ Arguments::Arguments(std::span<const std::wstring_view> words, std::span<const S
             continue;
         }
         const std::wstring_view name = words[i].substr(2);
-        const auto row = std::find_if(known.begin(), known.end(), [&](const SwitchRow& r) { return r.name == name; });
+        const auto row =
+            std::find_if(known.begin(), known.end(), [&](const SwitchRow& r) { return r.name == name; });
         if (row == known.end()) throw WrongCall(L"unknown switch --" + std::wstring(name));
         if (Has(name)) throw WrongCall(L"switch --" + std::wstring(name) + L" is given twice");
         if (row->takesValue && ++i == words.size()) {
@@ -38,7 +39,8 @@ const Arguments::Given* Arguments::Find(std::wstring_view name) const noexcept {
 std::optional<int> ToInt(std::wstring_view word) noexcept {
     char digits[16];
     if (word.empty() || word.size() > sizeof digits) return std::nullopt;
-    for (std::size_t i = 0; i < word.size(); ++i) digits[i] = word[i] < 0x80 ? static_cast<char>(word[i]) : '?';
+    for (std::size_t i = 0; i < word.size(); ++i)
+        digits[i] = word[i] < 0x80 ? static_cast<char>(word[i]) : '?';
     int number = 0;
     const char* const end = digits + word.size();
     const auto [stop, error] = std::from_chars(digits, end, number);

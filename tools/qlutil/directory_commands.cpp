@@ -23,7 +23,8 @@ Answer Directories(const Arguments& arguments) {
     }
     const int wanted = RequireInt(arguments[0], L"NUMBER");
     if (IsDirectory(wanted)) return List{Describe(static_cast<QuilletDirectories>(wanted))};
-    return Answer::Failure(L"there is no directory " + std::to_wstring(wanted) + L"; the numbers are 0 to 14");
+    return Answer::Failure(L"there is no directory " + std::to_wstring(wanted) +
+                           L"; the numbers are 0 to 14");
 }
 
 Answer Display(const Arguments& arguments) {
@@ -36,7 +37,13 @@ Answer Undisplay(const Arguments& arguments) {
 
 constexpr Command kCommands[] = {
     {L"dirs", L"[NUMBER]", L"Where each kind of file lives: preference or default.", {}, 0, 1, Directories},
-    {L"display", L"PATH", L"A path under the documents folders in its short display form.", {}, 1, 1, Display},
+    {L"display",
+     L"PATH",
+     L"A path under the documents folders in its short display form.",
+     {},
+     1,
+     1,
+     Display},
     {L"undisplay", L"PATH", L"The path that a display form stands for.", {}, 1, 1, Undisplay},
 };
 

@@ -33,8 +33,13 @@ Answer Format(const Arguments& arguments) {
 constexpr SwitchRow kFormatSwitches[] = {{L"pretty"}, {L"ascii"}};
 
 constexpr Command kCommands[] = {
-    {L"json check", L"FILE", L"Whether FILE (- is standard input) holds a JSON document; else where it is bad.", {}, 1,
-     1, Check},
+    {L"json check",
+     L"FILE",
+     L"Whether FILE (- is standard input) holds a JSON document; else where it is bad.",
+     {},
+     1,
+     1,
+     Check},
     {L"json format", L"[--pretty] [--ascii] FILE",
      L"The document on one line, or indented; members sorted, the first of equal keys kept, five decimals.",
      kFormatSwitches, 1, 1, Format},

@@ -93,7 +93,8 @@ Reading Read(const Preference& at, Kind kind, std::optional<std::wstring_view> g
     const RWWString defaultText(otherwise);
     const bool found =
         CQlsSettings::GetThreadRegStrSetting(at.sectionText(), at.entryText(), &text, defaultText.data());
-    if (kind == Kind::kText) return {GetQLRegString(at.sectionText(), at.entryText(), defaultText.data()), found};
+    if (kind == Kind::kText)
+        return {GetQLRegString(at.sectionText(), at.entryText(), defaultText.data()), found};
     const unsigned long defaultColor = given ? RequireColor(otherwise) : 0;
     return {ColorText(GetQLRegColor(at.sectionText(), at.entryText(), defaultColor)), found};
 }
@@ -171,7 +172,8 @@ std::vector<RWWString> AllSections(bool machine) {
     for (std::size_t i = 0; i < sections.size(); ++i) {
         const RWWString above = sections[i];
         EnumQLSections children(above.data(), machine);
-        for (RWWString child = children.GetNextSection(); !child.isNull(); child = children.GetNextSection()) {
+        for (RWWString child = children.GetNextSection(); !child.isNull();
+             child = children.GetNextSection()) {
             sections.push_back(above.isNull() ? child : above + L"\\" + child);
         }
     }
@@ -241,7 +243,8 @@ constexpr std::wstring_view kKeySeparator = L"<-^->";
 // Why a preference cannot stand in a document; empty when it can.
 std::wstring WhyNotExported(const Found& found) {
     if (found.stored == Stored::kOther) return L"neither a text of 511 characters at the most nor a number";
-    if (found.at.section.view().find(kKeySeparator) != RWWString::npos) return L"its section's name holds <-^->";
+    if (found.at.section.view().find(kKeySeparator) != RWWString::npos)
+        return L"its section's name holds <-^->";
     return {};
 }
 
@@ -335,16 +338,22 @@ constexpr SwitchRow kMachineSwitch[] = {{L"machine"}};
 
 constexpr Command kCommands[] = {
     {L"prefs get", L"SECTION ENTRY [--int|--bool|--color] [--default V]",
-     L"A preference as the programs read it; absent and without --default: exit status 1.", kGetSwitches, 2, 2, Get},
-    {L"prefs set", L"SECTION ENTRY VALUE [--int|--bool|--color]", L"Writes a preference of the user.", kSetSwitches, 3,
-     3, Set},
+     L"A preference as the programs read it; absent and without --default: exit status 1.", kGetSwitches, 2,
+     2, Get},
+    {L"prefs set", L"SECTION ENTRY VALUE [--int|--bool|--color]", L"Writes a preference of the user.",
+     kSetSwitches, 3, 3, Set},
     {L"prefs unset", L"SECTION ENTRY", L"Removes a preference of the user.", {}, 2, 2, Unset},
     {L"prefs sections", L"[--machine]", L"The sections of the user, or of the machine.", kMachineSwitch, 0, 0,
      Sections},
-    {L"prefs list", L"[SECTION] [--machine]", L"The preferences of a section, or of all.", kMachineSwitch, 0, 1,
-     ListAll},
+    {L"prefs list", L"[SECTION] [--machine]", L"The preferences of a section, or of all.", kMachineSwitch, 0,
+     1, ListAll},
     {L"prefs export", L"[FILE]", L"Every preference of the user as a settings document.", {}, 0, 1, Export},
-    {L"prefs import", L"FILE", L"Writes the preferences of a settings document; a bad one changes nothing.", {}, 1, 1,
+    {L"prefs import",
+     L"FILE",
+     L"Writes the preferences of a settings document; a bad one changes nothing.",
+     {},
+     1,
+     1,
      Import},
 };
 

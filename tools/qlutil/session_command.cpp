@@ -117,7 +117,8 @@ constexpr SwitchRow kSessionSwitches[] = {{L"context", true}};
 
 constexpr Command kCommands[] = {
     {L"session", L"[--context N]",
-     L"The library's typical request, step by step: start, contexts, settings handed over, a folder asked, stop.",
+     L"The library's typical request, step by step: start, contexts, settings handed over, a folder asked, "
+     L"stop.",
      kSessionSwitches, 0, 0, Session, Library::kLeftToCommand},
 };
 

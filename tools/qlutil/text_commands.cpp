@@ -55,9 +55,9 @@ Answer Escape(const Arguments& arguments) {
         const auto value = arguments.Value(name);
         return value ? Text(*value) : RWWString(otherwise);
     };
-    return Result(EscapeIllegalChars(Text(arguments[0]), given(L"newline", usual.newline).data(),
-                                     given(L"crlf", usual.crLf).data(), given(L"apostrophe", usual.apostrophe).data(),
-                                     markup, given(L"quote", usual.quote).data()));
+    return Result(EscapeIllegalChars(
+        Text(arguments[0]), given(L"newline", usual.newline).data(), given(L"crlf", usual.crLf).data(),
+        given(L"apostrophe", usual.apostrophe).data(), markup, given(L"quote", usual.quote).data()));
 }
 
 Answer Tokens(const Arguments& arguments) {
@@ -78,7 +78,8 @@ Answer CharRef(const Arguments& arguments) {
     const bool found = IsXmlCharEntityRefW(&cursor, &value);
     Record record = {{L"found", found}, {L"value", value}, {L"rest", cursor}};
     if (found) return record;
-    return Answer(std::move(record), L"no numeric character reference at the start of \"" + text.str() + L"\"");
+    return Answer(std::move(record),
+                  L"no numeric character reference at the start of \"" + text.str() + L"\"");
 }
 
 Answer Split(const Arguments& arguments) {
@@ -97,20 +98,37 @@ constexpr SwitchRow kEscapeSwitches[] = {
     {L"markup"}, {L"newline", true}, {L"crlf", true}, {L"apostrophe", true}, {L"quote", true}};
 
 constexpr Command kCommands[] = {
-    {L"text case", L"TYPE TEXT",
-     L"TEXT in a case: 1 lower, 2 sentence, 3 title, 4 capitals, 5 first capital, 6 spaced capitals, 7 as it is.",
-     {}, 2, 2, Case},
+    {L"text case",
+     L"TYPE TEXT",
+     L"TEXT in a case: 1 lower, 2 sentence, 3 title, 4 capitals, 5 first capital, 6 spaced capitals, 7 as it "
+     L"is.",
+     {},
+     2,
+     2,
+     Case},
     {L"text case-of", L"TEXT", L"The case that TEXT is in, as a number of \"text case\".", {}, 1, 1, CaseOf},
     {L"text js", L"NAME [PREFIX]", L"The script identifier for a variable's name.", {}, 1, 2, ToScriptName},
-    {L"text unjs", L"NAME", L"The variable's name that a script identifier stands for.", {}, 1, 1, FromScriptName},
+    {L"text unjs",
+     L"NAME",
+     L"The variable's name that a script identifier stands for.",
+     {},
+     1,
+     1,
+     FromScriptName},
     {L"text escape", L"[--markup] [--newline T] [--crlf T] [--apostrophe T] [--quote T] TEXT",
-     L"TEXT made safe inside a quoted script string, or inside markup; the switches say what stands for each.",
+     L"TEXT made safe inside a quoted script string, or inside markup; the switches say what stands for "
+     L"each.",
      kEscapeSwitches, 1, 1, Escape},
     {L"text tokens", L"DELIMITERS TEXT", L"The tokens of TEXT up to the first empty one.", {}, 2, 2, Tokens},
     {L"text ansi", L"TEXT", L"TEXT with what the ANSI code page cannot hold replaced.", {}, 1, 1, Ansi},
     {L"text charref", L"TEXT", L"The numeric character reference at the start of TEXT.", {}, 1, 1, CharRef},
     {L"text split", L"TEXT", L"TEXT split at its first colon.", {}, 1, 1, Split},
-    {L"text bool", L"TEXT DEFAULT", L"The truth value that TEXT stands for, else DEFAULT (true or false).", {}, 2, 2,
+    {L"text bool",
+     L"TEXT DEFAULT",
+     L"The truth value that TEXT stands for, else DEFAULT (true or false).",
+     {},
+     2,
+     2,
      Bool},
 };
 
