@@ -255,6 +255,7 @@ void WorkInContext(int worker, int round) {
 TEST_F(Contexts, ManyThreadsRecycleContextsWithoutSeeingEachOther) {
     constexpr int kWorkers = 8;
     std::vector<std::thread> threads;
+    threads.reserve(kWorkers);
     for (int worker = 0; worker < kWorkers; ++worker) {
         threads.emplace_back([worker] {
             const SettingsThread thread;
