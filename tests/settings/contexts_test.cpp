@@ -124,6 +124,7 @@ TEST_F(Contexts, ReferencesAreCountedAndTheLastTakesTheStoreAlong) {
     EXPECT_EQ(1, CQlsSettings::ReleaseThreadSettingsRef(id));
     EXPECT_NE(CQlsSettings::GetSettings(-1, false), CQlsSettings::GetSettings(id, false));
     EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
+    EXPECT_EQ(CQlsSettings::GetSettings(-1, false), CQlsSettings::GetSettings(id, false));
     EXPECT_EQ(id, CQlsSettings::CreateThreadSettings());
     RWWString text;
     EXPECT_FALSE(CQlsSettings::GetSettings(id, true)->GetStrSetting(kNumber, &text, nullptr));
