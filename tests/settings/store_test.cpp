@@ -211,7 +211,11 @@ TEST_F(Store, ThreadsThatReadWriteClearAndSerialiseLoseNothing) {
             store_.GetStrSetting(kNumber, &shared, own.c_str());
             EXPECT_EQ(1u, shared.length());
             if (i % 7 == 0) store_.ClearSetting(kNumber);
-            if (i % 50 == 0) store_.SetFromSerializedSettings(Document(store_).data());
+            if (i % 10 == 0) {
+                const std::wstring member = L"\"Own<-^->" + own + L"\":" + std::to_wstring(i);
+                EXPECT_TRUE(store_.SetFromSerializedSettings((L"{" + member + L"}").c_str()));
+                EXPECT_NE(RWWString::npos, Document(store_).view().find(member));
+            }
         }
     };
     std::vector<std::thread> threads;
