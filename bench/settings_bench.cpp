@@ -109,6 +109,11 @@ const Scene& TheScene() {
 
 enum class Contexts { kSame, kOwn };
 
+template <Contexts kContexts>
+int ContextIndex(const benchmark::State& state) {
+    return kContexts == Contexts::kOwn ? state.thread_index() : 0;
+}
+
 // Each round reads the next entry, so that no single line of memory answers for all.
 template <class Read>
 void ReadEntries(benchmark::State& state, Read read) {
@@ -120,82 +125,112 @@ void ReadEntries(benchmark::State& state, Read read) {
     }
 }
 
+class Attached {
+  public:
+    explicit Attached(int context) : context_(context) {
+        TlsmInitializeThread();
+        CQlsSettings::InitializeThread();
+        CQlsSettings::AttachThreadSettings(context_);
+    }
+    ~Attached() {
+        CQlsSettings::DetachThreadSettings(context_);
+        CQlsSettings::UninitializeThread();
+        TlsmUninitializeThread();
+    }
+    Attached(const Attached&) = delete;
+    Attached& operator=(const Attached&) = delete;
+
+  private:
+    int context_;
+};
+
+// Into a text that the caller keeps, as a query fills a buffer that the caller keeps.
 template <Contexts kContexts>
-void ReadPreference(benchmark::State& state) {
-    const int context = TheScene().Context(kContexts == Contexts::kOwn ? state.thread_index() : 0);
-    TlsmInitializeThread();
-    CQlsSettings::InitializeThread();
-    CQlsSettings::AttachThreadSettings(context);
+void ReadIntoText(benchmark::State& state) {
+    const Attached attached(TheScene().Context(ContextIndex<kContexts>(state)));
+    RWWString text;
+    ReadEntries(state, [&](const std::wstring& entry) {
+        CQlsSettings::GetThreadRegStrSetting(kSection, entry.c_str(), &text);
+        return text.data();
+    });
+}
+
+template <Contexts kContexts>
+void ReadNewText(benchmark::State& state) {
+    const Attached attached(TheScene().Context(ContextIndex<kContexts>(state)));
     ReadEntries(state,
                 [](const std::wstring& entry) { return GetQLRegString(kSection, entry.c_str(), L""); });
-    CQlsSettings::DetachThreadSettings(context);
-    CQlsSettings::UninitializeThread();
-    TlsmUninitializeThread();
 }
 
 void QueryOpenKey(benchmark::State& state) {
     TheScene();
     const ql::UniqueRegKey key = OpenSection(kSection);
+    wchar_t text[512];
     ReadEntries(state, [&](const std::wstring& entry) {
-        wchar_t text[512];
         DWORD bytes = sizeof text;
         DWORD type = 0;
         ::RegQueryValueExW(key.get(), entry.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(text), &bytes);
-        return RWWString(text, bytes / sizeof(wchar_t) - 1);
+        return text[0];
     });
 }
 
-// The least that answers the same question: a section and an entry as two zero-ended texts, and a copy of the
-// text.
-struct BareMap {
+// The least that answers the same question: a section and an entry as two zero-ended texts, put together as
+// the key.
+struct MapOfMadeKeys {
     std::mutex lock;
     std::unordered_map<std::wstring, std::wstring> texts;
 
-    BareMap() {
+    MapOfMadeKeys() {
         for (int i = 0; i < kEntries; ++i) texts.emplace(Key(kSection, EntryName(i).c_str()), EntryText(i));
     }
     static std::wstring Key(const wchar_t* section, const wchar_t* entry) {
         return std::wstring(section).append(L"<-^->").append(entry);
     }
-    std::wstring Read(const wchar_t* section, const wchar_t* entry) {
-        const std::wstring key = Key(section, entry);
+    void Read(const std::wstring& entry, std::wstring& text) {
+        const std::wstring key = Key(kSection, entry.c_str());
         const std::lock_guard<std::mutex> guard(lock);
-        return texts.find(key)->second;
+        text = texts.find(key)->second;
     }
 };
 
-// The same without putting a key together: one section, and entries that are known as strings.
-struct BarestMap {
+// Less than that: one section alone, and entries that are strings already.
+struct MapOfGivenKeys {
     std::mutex lock;
     std::unordered_map<std::wstring, std::wstring> texts;
 
-    BarestMap() {
+    MapOfGivenKeys() {
         for (int i = 0; i < kEntries; ++i) texts.emplace(EntryName(i), EntryText(i));
     }
-    std::wstring Read(const std::wstring& entry) {
+    void Read(const std::wstring& entry, std::wstring& text) {
         const std::lock_guard<std::mutex> guard(lock);
-        return texts.find(entry)->second;
+        text = texts.find(entry)->second;
     }
 };
 
-template <class Map>
-std::array<Map, kMaxThreads>& Maps() {
+template <class Map, Contexts kContexts>
+Map& MapOf(const benchmark::State& state) {
     static std::array<Map, kMaxThreads> maps;
-    return maps;
+    return maps[static_cast<std::size_t>(ContextIndex<kContexts>(state))];
 }
 
-template <Contexts kContexts>
-void ReadBareMap(benchmark::State& state) {
-    BareMap& map =
-        Maps<BareMap>()[kContexts == Contexts::kOwn ? static_cast<std::size_t>(state.thread_index()) : 0];
-    ReadEntries(state, [&](const std::wstring& entry) { return map.Read(kSection, entry.c_str()); });
+template <class Map, Contexts kContexts>
+void CopyIntoText(benchmark::State& state) {
+    Map& map = MapOf<Map, kContexts>(state);
+    std::wstring text;
+    ReadEntries(state, [&](const std::wstring& entry) {
+        map.Read(entry, text);
+        return text.data();
+    });
 }
 
-template <Contexts kContexts>
-void ReadBarestMap(benchmark::State& state) {
-    BarestMap& map =
-        Maps<BarestMap>()[kContexts == Contexts::kOwn ? static_cast<std::size_t>(state.thread_index()) : 0];
-    ReadEntries(state, [&](const std::wstring& entry) { return map.Read(entry); });
+template <class Map, Contexts kContexts>
+void CopyNewText(benchmark::State& state) {
+    Map& map = MapOf<Map, kContexts>(state);
+    ReadEntries(state, [&](const std::wstring& entry) {
+        std::wstring text;
+        map.Read(entry, text);
+        return text;
+    });
 }
 
 // --- first load
@@ -260,18 +295,25 @@ void HoldSettings(benchmark::State& state) {
     }
 }
 
-#define QL_READS(name, function)                                \
-    BENCHMARK(function)->Name(name)->Threads(1)->UseRealTime(); \
-    BENCHMARK(function)->Name(name)->Threads(kMaxThreads)->UseRealTime()
+void OnOneAndFourThreads(benchmark::internal::Benchmark* reads) {
+    reads->Threads(1)->Threads(kMaxThreads)->UseRealTime();
+}
 
-QL_READS("cached read, same context/ours", ReadPreference<Contexts::kSame>);
-QL_READS("cached read, same context/held-open key", QueryOpenKey);
-QL_READS("cached read, same context/bare map, key made", ReadBareMap<Contexts::kSame>);
-QL_READS("cached read, same context/bare map, key given", ReadBarestMap<Contexts::kSame>);
-QL_READS("cached read, own contexts/ours", ReadPreference<Contexts::kOwn>);
-QL_READS("cached read, own contexts/held-open key", QueryOpenKey);
-QL_READS("cached read, own contexts/bare map, key made", ReadBareMap<Contexts::kOwn>);
-QL_READS("cached read, own contexts/bare map, key given", ReadBarestMap<Contexts::kOwn>);
+constexpr auto kSame = Contexts::kSame;
+constexpr auto kOwn = Contexts::kOwn;
+
+#define QL_READS(name, ...) BENCHMARK(__VA_ARGS__)->Name("cached read, " name)->Apply(OnOneAndFourThreads)
+QL_READS("same context/ours", ReadIntoText<kSame>);
+QL_READS("same context/held-open key", QueryOpenKey);
+QL_READS("same context/bare map, key given", CopyIntoText<MapOfGivenKeys, kSame>);
+QL_READS("same context/bare map, key made", CopyIntoText<MapOfMadeKeys, kSame>);
+QL_READS("own contexts/ours", ReadIntoText<kOwn>);
+QL_READS("own contexts/held-open key", QueryOpenKey);
+QL_READS("own contexts/bare map, key given", CopyIntoText<MapOfGivenKeys, kOwn>);
+QL_READS("own contexts/bare map, key made", CopyIntoText<MapOfMadeKeys, kOwn>);
+QL_READS("new text, same context/ours", ReadNewText<kSame>);
+QL_READS("new text, same context/bare map, key given", CopyNewText<MapOfGivenKeys, kSame>);
+QL_READS("new text, same context/bare map, key made", CopyNewText<MapOfMadeKeys, kSame>);
 #undef QL_READS
 BENCHMARK(LoadStore)->Name("first load of 500/ours")->Unit(benchmark::kMillisecond);
 BENCHMARK(LoadRaw)->Name("first load of 500/open, query, close")->Unit(benchmark::kMillisecond);

@@ -66,3 +66,11 @@ void ServerCmdSwitches::TakeFile(const QLFileName& name) {
 void ServerCmdSwitches::CheckThis(unsigned long expected) const {
     ql::CheckObject(this, expected);
 }
+
+FillerCmdSwitchParser::FillerCmdSwitchParser(const wchar_t* commandLine) : ServerCmdSwitches(commandLine) {}
+FillerCmdSwitchParser::FillerCmdSwitchParser(const QLCmdLine& commandLine) : ServerCmdSwitches(commandLine) {}
+
+AutomatorCmdSwitchParser::AutomatorCmdSwitchParser(const wchar_t* commandLine)
+    : ServerCmdSwitches(commandLine) {}
+AutomatorCmdSwitchParser::AutomatorCmdSwitchParser(const QLCmdLine& commandLine)
+    : ServerCmdSwitches(commandLine) {}

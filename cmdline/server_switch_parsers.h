@@ -75,12 +75,12 @@ class QL_API ServerCmdSwitches {
 
 class QL_API FillerCmdSwitchParser : public ServerCmdSwitches {
   public:
-    explicit FillerCmdSwitchParser(const wchar_t* commandLine) : ServerCmdSwitches(commandLine) {}
-    explicit FillerCmdSwitchParser(const QLCmdLine& commandLine) : ServerCmdSwitches(commandLine) {}
+    explicit FillerCmdSwitchParser(const wchar_t* commandLine);
+    explicit FillerCmdSwitchParser(const QLCmdLine& commandLine);
 };
 
 class QL_API AutomatorCmdSwitchParser : public ServerCmdSwitches {
   public:
-    explicit AutomatorCmdSwitchParser(const wchar_t* commandLine) : ServerCmdSwitches(commandLine) {}
-    explicit AutomatorCmdSwitchParser(const QLCmdLine& commandLine) : ServerCmdSwitches(commandLine) {}
+    explicit AutomatorCmdSwitchParser(const wchar_t* commandLine);
+    explicit AutomatorCmdSwitchParser(const QLCmdLine& commandLine);
 };

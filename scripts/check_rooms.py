@@ -9,19 +9,29 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
-# A room includes from itself and from these. A longer name is a room of its own; "settings/json" stands for the files
-# of that stem.
+# A room includes from itself and from these. A longer name is a room of its own; one like "settings/json" stands for the
+# files of that stem.
 BASE = ["platform", "rw"]
+TEXT = BASE + ["text"]
+SETTINGS = TEXT + ["settings", "settings/json"]
+PREFS = SETTINGS + ["files/names", "values", "prefs"]
 BELOW = {
     "platform": [],
     "rw": ["platform"],
     "text": BASE,
     "values": BASE,
-    "files/names": BASE + ["text"],
-    "settings/json": BASE + ["text"],
-    "settings": BASE + ["text", "settings/json"],
-    "logging": BASE + ["text", "files/names"],
-    "prefs": BASE + ["text", "settings", "settings/json", "files/names", "values"],
+    "files/names": TEXT,
+    "settings/json": TEXT,
+    "cmdline/command_switches": TEXT,
+    "settings": SETTINGS,
+    "logging": TEXT + ["files/names"],
+    "prefs": PREFS,
+    "textproc": PREFS,
+    "files": PREFS + ["textproc"],
+    "cmdline": PREFS + ["textproc", "files", "cmdline/command_switches"],
+    "zip/zip_records": [],
+    "zip/engine": ["zip/zip_records"],
+    "zip": PREFS + ["zip/zip_records"],
 }
 SYSTEM_DOOR = "platform/win32.h"
 SYSTEM_HEADERS = {"windows.h", "winreg.h", "winbase.h", "winuser.h", "shlobj.h", "shellapi.h", "winnls.h", "windef.h"}
@@ -29,7 +39,7 @@ INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
 def room_of(path):
-    names = [room for room in BELOW if path.startswith(room)]
+    names = [room for room in BELOW if path.startswith(room) and path[len(room)] in "/._"]
     return max(names, key=len, default=None)
 
 

@@ -1,5 +1,6 @@
 #include "settings/preference_keys.h"
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the names are defined
 #define QL_DEFINE_KEY(name, text) const wchar_t name[] = text;
 QL_PREFERENCE_SECTIONS(QL_DEFINE_KEY)
 QL_PREFERENCE_ENTRIES(QL_DEFINE_KEY, QL_DEFINE_KEY)
@@ -13,6 +14,7 @@ QL_PREFERENCE_BOOL_DEFAULTS(QL_DEFINE_DEFAULT)
 #define QL_DEFINE_DEFAULT(name, value) const int name = value;
 QL_PREFERENCE_INT_DEFAULTS(QL_DEFINE_DEFAULT)
 #undef QL_DEFINE_DEFAULT
+// NOLINTEND(bugprone-macro-parentheses)
 
 // The five colours that follow each other through the twenty tiers, and a background for five tiers.
 #define QL_FIVE_COLORS L"0,128,0", L"128,0,128", L"192,0,0", L"128,128,0", L"255,128,128"

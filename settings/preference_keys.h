@@ -14,6 +14,7 @@
 // that the entry takes: QLIE_INSERT_RETURNS is "Insert Returns", QLIE_INSERT_RETURNS_SMART its text "Smart".
 // Entries that hold "%d" are numbered: the number must be formatted in. All are immutable and there for the
 // life of the process.
+// NOLINTBEGIN(bugprone-macro-parentheses): the names are declared
 #define QL_DECLARE_KEY(name, text) extern QL_API const wchar_t name[];
 QL_PREFERENCE_SECTIONS(QL_DECLARE_KEY)
 QL_PREFERENCE_ENTRIES(QL_DECLARE_KEY, QL_DECLARE_KEY)
@@ -30,6 +31,7 @@ QL_PREFERENCE_BOOL_DEFAULTS(QL_DECLARE_DEFAULT)
 #define QL_DECLARE_DEFAULT(name, value) extern QL_API const int name;
 QL_PREFERENCE_INT_DEFAULTS(QL_DECLARE_DEFAULT)
 #undef QL_DECLARE_DEFAULT
+// NOLINTEND(bugprone-macro-parentheses)
 
 // The default colours of the numbered tiers, element 0 being that of tier 1.
 inline constexpr std::size_t kPreferenceColorTiers = 20;

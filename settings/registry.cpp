@@ -17,6 +17,11 @@ const wchar_t g_falseStr[] = L"False";
 
 namespace {
 
+// NOLINTBEGIN(performance-no-int-to-ptr): the system's own constants
+const HKEY kUser = HKEY_CURRENT_USER;
+const HKEY kMachine = HKEY_LOCAL_MACHINE;
+// NOLINTEND(performance-no-int-to-ptr)
+
 constexpr wchar_t kBase[] = L"SOFTWARE\\Quillet\\Author\\";
 constexpr wchar_t kOldBase[] = L"SOFTWARE\\Brellwick\\Quillet 6\\";
 constexpr std::size_t kTextUnits = 512;         // with the zero at the end
@@ -30,7 +35,7 @@ std::wstring KeyPath(const wchar_t* base, const wchar_t* section) {
 }
 
 HKEY RootKey(bool machine) {
-    return machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+    return machine ? kMachine : kUser;
 }
 
 ql::UniqueRegKey OpenKey(HKEY root, const wchar_t* path, REGSAM access) {
@@ -74,8 +79,7 @@ bool ReadInteger(HKEY root, const std::wstring& path, const wchar_t* entry, unsi
 }
 
 bool ReadTextUserFirst(const std::wstring& path, const wchar_t* entry, RWWString* value) {
-    return ReadText(HKEY_CURRENT_USER, path, entry, value) ||
-           ReadText(HKEY_LOCAL_MACHINE, path, entry, value);
+    return ReadText(kUser, path, entry, value) || ReadText(kMachine, path, entry, value);
 }
 
 // The class that a new key is given is the name of the first value's type: kept from earlier versions.
@@ -83,8 +87,8 @@ ql::UniqueRegKey CreateKey(const wchar_t* section, const wchar_t* keyClass) {
     const std::wstring path = KeyPath(kBase, section);
     auto* classText = const_cast<wchar_t*>(keyClass);  // only read, whatever the declaration says
     ql::UniqueRegKey key;
-    if (::RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, classText, 0, KEY_ALL_ACCESS, nullptr,
-                          key.put(), nullptr) != ERROR_SUCCESS) {
+    if (::RegCreateKeyExW(kUser, path.c_str(), 0, classText, 0, KEY_ALL_ACCESS, nullptr, key.put(),
+                          nullptr) != ERROR_SUCCESS) {
         return {};
     }
     return key;
@@ -102,8 +106,7 @@ bool GetRegStringVal(const wchar_t* section, const wchar_t* entry, RWWString* va
 
 bool GetRegIntVal(const wchar_t* section, const wchar_t* entry, unsigned int* value) {
     const std::wstring path = KeyPath(kBase, section);
-    return ReadInteger(HKEY_CURRENT_USER, path, entry, value) ||
-           ReadInteger(HKEY_LOCAL_MACHINE, path, entry, value);
+    return ReadInteger(kUser, path, entry, value) || ReadInteger(kMachine, path, entry, value);
 }
 
 bool GetRegBoolVal(const wchar_t* section, const wchar_t* entry, bool* value) {
@@ -159,8 +162,8 @@ RWWString GetOldQLRegString(const wchar_t* section, const wchar_t* entry, const 
 
 EnumQLEntries::EnumQLEntries(const wchar_t* section) {
     const std::wstring path = KeyPath(kBase, section);
-    Collect(HKEY_CURRENT_USER, path);
-    Collect(HKEY_LOCAL_MACHINE, path);
+    Collect(kUser, path);
+    Collect(kMachine, path);
 }
 
 EnumQLEntries::EnumQLEntries(const wchar_t* section, bool machine, bool underBase) {

@@ -6,7 +6,7 @@
 #include "rw/wide_string.h"
 #include "text/string_table.h"
 
-struct HKEY__;
+struct HKEY__;  // NOLINT(bugprone-reserved-identifier): the system's name
 using HKEY = HKEY__*;
 
 // The preferences as they lie in the registry: values grouped in sections below "SOFTWARE\Quillet\Author\". A

@@ -57,7 +57,7 @@ class SettingsDictionary {
         auto storedKey = std::make_unique<StoredSettingKey>(key.Text());
         auto setting = std::make_unique<Setting>(*storedKey, std::forward<Value>(initial));
         settings_.insertKeyAndValue(storedKey.get(), setting.get());
-        storedKey.release();
+        static_cast<void>(storedKey.release());  // the dictionary owns both now
         return setting.release();
     }
 

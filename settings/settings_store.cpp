@@ -140,6 +140,7 @@ CQlsSettings::~CQlsSettings() = default;
 CQlsSettings::CQlsSettings(const CQlsSettings& other) noexcept
     : state_(other.state_), abort_(other.abort_.load()) {}
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): both members can be assigned to themselves
 CQlsSettings& CQlsSettings::operator=(const CQlsSettings& other) noexcept {
     state_ = other.state_;
     abort_ = other.abort_.load();

@@ -177,7 +177,7 @@ bool CQlsSettings::AttachThreadSettings(int id) {
         if (id != kNoContext && !g_table.Find(id)) return false;
         auto attachment = std::make_unique<Attachment>(Attachment{id, 1});
         if (!g_table.Attach(attachment.get())) return false;
-        attachment.release();
+        static_cast<void>(attachment.release());  // the slot owns it now
         g_table.AddReference(id);
         return true;
     });

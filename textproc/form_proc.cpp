@@ -178,7 +178,7 @@ RWWString GetFormProcDocDir(FormProc processor) {
     if (processor == FP_NONE) return {};
     RWWString directory = Find(processor).family == Family::Own
                               ? CQlDir::GetDirectory(FormDocumentDirectory)
-                              : ProfileDirectory(processor, L"Document Files");
+                              : ProfileDirectory(processor, QLIE_DOC_DIR);
     if (directory.isNull()) directory = CQlDir::GetDirectory(PersonalDocumentsDirectory);
     return WithBackslash(std::move(directory));
 }
@@ -196,7 +196,7 @@ FormProc GetInstalledTextFormProc() {
 }
 
 FormProc GetDefaultTextFormProc() {
-    const RWWString name = GetQLRegString(QLIS_WORD_PROC, L"Default", nullptr);
+    const RWWString name = GetQLRegString(QLIS_WORD_PROC, QLIE_DEF_WP, nullptr);
     const auto row = std::ranges::find_if(kProcessors, [&](const Processor& p) {
         return IsTextProcessor(p) && ql::EqualIgnoringCase(p.name, name);
     });
@@ -231,7 +231,7 @@ FormProc GetFormProcType(FileType kind) {
 
 FormProc GetSendDocToTextFormProc(const QLFileName& name) {
     const FileType kind = TemplateKindOf(GetFileType(name));
-    if (IsTemplateKind(kind) && GetQLRegBool(QLIS_WORD_PROC, L"Send to Default", false)) {
+    if (IsTemplateKind(kind) && GetQLRegBool(QLIS_WORD_PROC, QLIE_SEND_DOCS_TO_DEF_WP, false)) {
         const FormProc processor = GetFormProcType(kind);
         if (IsTextProcessor(Find(processor))) return processor;
     }

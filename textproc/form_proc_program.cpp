@@ -4,6 +4,7 @@
 
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
+#include "settings/preference_keys.h"
 #include "settings/preferences.h"
 #include "text/blanks.h"
 #include "text/characters.h"
@@ -56,7 +57,7 @@ RWWString OpenCommand(const wchar_t* documentClass) {
 
 QLCmdLine GetFormProcPath(FormProc processor) {
     const QLCmdLine preferred(
-        GetQLRegString(GetFormProcRegName(processor).data(), L"Program File", nullptr).data());
+        GetQLRegString(GetFormProcRegName(processor).data(), QLIE_EXEC_PATH, nullptr).data());
     if (preferred.Exists()) return preferred;
     const wchar_t* const documentClass = GetFormProcRegKey(processor);
     if (!documentClass) return {};

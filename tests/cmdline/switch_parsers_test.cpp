@@ -248,7 +248,7 @@ TEST(ServerSwitchParsers, ReadLinesAlike) {
 
 // Waits for a message box of that title, answers its text and closes it; empty when none comes.
 std::wstring AnswerMessageBox(const wchar_t* title) {
-    for (int tries = 0; tries < 500; ++tries, ::Sleep(10)) {
+    for (int tries = 0; tries < 6000; ++tries, ::Sleep(10)) {
         const HWND box = ::FindWindowW(nullptr, title);
         if (!box) continue;
         wchar_t text[256] = {};

@@ -68,7 +68,7 @@ TEST_F(Directories, ArePreferencesLessOneTrailingBackslash) {
     };
     for (const auto& c : cases) {
         const std::wstring stored = L"D:\\Work " + std::to_wstring(c.kind);
-        registry_.Put(HKEY_LOCAL_MACHINE, c.section, c.entry, stored + L'\\');
+        registry_.Put(kMachine, c.section, c.entry, stored + L'\\');
         EXPECT_EQ(RWWString(stored), CQlDir::GetDirectory(c.kind)) << "kind " << c.kind;
     }
     EXPECT_EQ(L"D:\\Work 7", CQlDir::GetDirectory(AnswerDirectoryAlias));
@@ -86,7 +86,7 @@ TEST_F(Directories, OfTheProgramIsTheLibrarysFolderWithItsBackslash) {
 
 // The one test that asks for this kind: its first answer stays for the life of the process.
 TEST_F(Directories, OfProgramFilesIsReadOnce) {
-    registry_.Put(HKEY_CURRENT_USER, L"Locations", L"Program Files", L"D:\\Programs\\");
+    registry_.Put(kUser, L"Locations", L"Program Files", L"D:\\Programs\\");
     EXPECT_EQ(L"D:\\Programs", CQlDir::GetDirectory(ProgramFilesPreference));
     WriteQLRegString(L"Locations", L"Program Files", L"E:\\Elsewhere");
     EXPECT_EQ(L"D:\\Programs", CQlDir::GetDirectory(ProgramFilesPreference));

@@ -124,6 +124,7 @@ TEST_F(Contexts, ReferencesAreCountedAndTheLastTakesTheStoreAlong) {
     EXPECT_EQ(1, CQlsSettings::ReleaseThreadSettingsRef(id));
     EXPECT_NE(CQlsSettings::GetSettings(-1, false), CQlsSettings::GetSettings(id, false));
     EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
+    EXPECT_EQ(CQlsSettings::GetSettings(-1, false), CQlsSettings::GetSettings(id, false));
     EXPECT_EQ(id, CQlsSettings::CreateThreadSettings());
     RWWString text;
     EXPECT_FALSE(CQlsSettings::GetSettings(id, true)->GetStrSetting(kNumber, &text, nullptr));
@@ -255,6 +256,7 @@ void WorkInContext(int worker, int round) {
 TEST_F(Contexts, ManyThreadsRecycleContextsWithoutSeeingEachOther) {
     constexpr int kWorkers = 8;
     std::vector<std::thread> threads;
+    threads.reserve(kWorkers);
     for (int worker = 0; worker < kWorkers; ++worker) {
         threads.emplace_back([worker] {
             const SettingsThread thread;

@@ -21,7 +21,7 @@ class Preferences : public testing::Test {
 };
 
 TEST_F(Preferences, AnEmptyTextIsTheDefaultOnlyThroughTheEverydayReader) {
-    registry_.Put(HKEY_CURRENT_USER, L"Sec", L"Empty", L"");
+    registry_.Put(kUser, L"Sec", L"Empty", L"");
     EXPECT_EQ(L"default", GetQLRegString(L"Sec", L"Empty", L"default"));
     EXPECT_EQ(L"", _GetQLProfileString(L"Sec", L"Empty", L"default"));
     EXPECT_EQ(L"", GetQLRegString(L"Sec", L"Empty", nullptr));
@@ -43,7 +43,7 @@ TEST_F(Preferences, WhatIsWrittenIsStoredInItsFormAndReadWithoutTheRegistry) {
     EXPECT_EQ((std::vector<BYTE>{0xfe, 0xff, 0xff, 0xff}), number.bytes);
     EXPECT_EQ(L"True", GetQLRegStringEx(L"Sec", L"Bool", false));
     EXPECT_EQ(L"255,128,0", GetQLRegStringEx(L"Sec", L"Colour", false));
-    ::RegDeleteTreeW(HKEY_CURRENT_USER, PrivateRegistry::Path(L"Sec").c_str());
+    ::RegDeleteTreeW(kUser, PrivateRegistry::Path(L"Sec").c_str());
     EXPECT_EQ(L"xy", GetQLRegString(L"Sec", L"Text", L"default"));
     EXPECT_EQ(-2, GetQLRegInt(L"Sec", L"Int", 5));
     EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", false));
@@ -54,12 +54,12 @@ TEST_F(Preferences, WhatCannotBeReadIsTheDefault) {
     EXPECT_EQ(5, GetQLRegInt(L"Sec", L"Int", 5));
     EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", true));
     EXPECT_EQ(9u, GetQLRegColor(L"Sec", L"Colour", 9));
-    registry_.Put(HKEY_CURRENT_USER, L"Sec", L"Other colour", L"green");
+    registry_.Put(kUser, L"Sec", L"Other colour", L"green");
     EXPECT_EQ(9u, GetQLRegColor(L"Sec", L"Other colour", 9));
 }
 
 TEST_F(Preferences, ANullTextDeletesTheUsersValueAndFallsBack) {
-    registry_.Put(HKEY_LOCAL_MACHINE, L"Sec", L"Text", L"machine");
+    registry_.Put(kMachine, L"Sec", L"Text", L"machine");
     WriteQLRegString(L"Sec", L"Text", L"user");
     EXPECT_EQ(L"user", GetQLRegString(L"Sec", L"Text", nullptr));
     WriteQLRegString(L"Sec", L"Text", nullptr);
@@ -103,7 +103,7 @@ TEST(PreferencesWithoutStores, AreReadFromTheRegistryEachTime) {
     EXPECT_EQ(L"one", GetQLRegString(L"Sec", L"Text", L"default"));
     EXPECT_EQ(5, GetQLRegInt(L"Sec", L"Int", 4));
     EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", false));
-    registry.Put(HKEY_CURRENT_USER, L"Sec", L"Text", L"two");
+    registry.Put(kUser, L"Sec", L"Text", L"two");
     EXPECT_EQ(L"two", GetQLRegString(L"Sec", L"Text", L"default"));
 }
 
@@ -117,7 +117,7 @@ TEST(Lifetime, TheStartReadsWhenDatesAreVerified) {
                  {L"never ", DATE_REDISPLAY_CHANGED}};
     for (const auto& c : cases) {
         const PrivateRegistry registry;
-        registry.Put(HKEY_CURRENT_USER, QLIS_ANSWER_ENTRY, QLIE_VERIFY_DATES, c.text);
+        registry.Put(kUser, QLIS_ANSWER_ENTRY, QLIE_VERIFY_DATES, c.text);
         EXPECT_TRUE(InitializeUtil());
         EXPECT_EQ(c.option, g_dateRedisplayOpt);
         UninitializeUtil();

@@ -11,6 +11,11 @@
 #include "settings/settings_store.h"
 #include "settings/thread_slots.h"
 
+// NOLINTBEGIN(performance-no-int-to-ptr): the system's own constants
+inline const HKEY kUser = HKEY_CURRENT_USER;
+inline const HKEY kMachine = HKEY_LOCAL_MACHINE;
+// NOLINTEND(performance-no-int-to-ptr)
+
 inline void PrintTo(const RWWString& text, std::ostream* out) {
     *out << testing::PrintToString(text.str());
 }
@@ -21,16 +26,16 @@ class PrivateRegistry {
   public:
     PrivateRegistry() {
 #ifdef _WIN32
-        Redirect(HKEY_CURRENT_USER, L"\\User");
-        Redirect(HKEY_LOCAL_MACHINE, L"\\Machine");
+        Redirect(kUser, L"\\User");
+        Redirect(kMachine, L"\\Machine");
 #endif
     }
     ~PrivateRegistry() {
-        for (HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) ::RegDeleteTreeW(root, L"SOFTWARE");
+        for (HKEY root : {kUser, kMachine}) ::RegDeleteTreeW(root, L"SOFTWARE");
 #ifdef _WIN32
-        for (HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) ::RegOverridePredefKey(root, nullptr);
-        ::RegDeleteTreeW(HKEY_CURRENT_USER, Home().c_str());
-        ::RegDeleteKeyW(HKEY_CURRENT_USER, kHomes);  // refused while other processes have theirs in it
+        for (HKEY root : {kUser, kMachine}) ::RegOverridePredefKey(root, nullptr);
+        ::RegDeleteTreeW(kUser, Home().c_str());
+        ::RegDeleteKeyW(kUser, kHomes);  // refused while other processes have theirs in it
 #endif
     }
     PrivateRegistry(const PrivateRegistry&) = delete;
@@ -69,7 +74,7 @@ class PrivateRegistry {
         Stored stored;
         BYTE bytes[4096];
         DWORD count = sizeof bytes;
-        const LONG result = ::RegQueryValueExW(Create(HKEY_CURRENT_USER, Path(section)).get(), entry, nullptr,
+        const LONG result = ::RegQueryValueExW(Create(kUser, Path(section)).get(), entry, nullptr,
                                                &stored.type, bytes, &count);
         if (result != ERROR_SUCCESS) return {};
         stored.bytes.assign(bytes, bytes + count);
@@ -84,7 +89,7 @@ class PrivateRegistry {
     }
 
     static void Redirect(HKEY root, const wchar_t* name) {
-        const ql::UniqueRegKey key = Create(HKEY_CURRENT_USER, Home() + name);
+        const ql::UniqueRegKey key = Create(kUser, Home() + name);
         EXPECT_EQ(ERROR_SUCCESS, ::RegOverridePredefKey(root, key.get()));
     }
 #endif

@@ -13,8 +13,7 @@ constexpr wchar_t kEntry[] = L"Entry";
 class Registry : public testing::Test {
   protected:
     static void PutUser(DWORD type, const void* bytes, std::size_t count) {
-        PrivateRegistry::PutBytes(HKEY_CURRENT_USER, PrivateRegistry::Path(kSection), kEntry, type, bytes,
-                                  count);
+        PrivateRegistry::PutBytes(kUser, PrivateRegistry::Path(kSection), kEntry, type, bytes, count);
     }
     // What follows the text in memory is no zero: the system would store that too.
     static void PutUser(DWORD type, const std::wstring& units, std::size_t oddBytes) {
@@ -29,31 +28,31 @@ TEST_F(Registry, ReadsTextOutOfAnyStoredBytes) {
     const std::wstring most(511, L'm');
     const struct {
         DWORD type;
+        bool found;
         std::wstring units;
         std::size_t oddBytes;
-        bool found;
         std::wstring text;
     } cases[] = {
-        {REG_SZ, L"text" + zero, 0, true, L"text"},
-        {REG_SZ, L"unterminated", 0, true, L"unterminated"},
-        {REG_SZ, L"odd", 1, true, L"odd"},
-        {REG_SZ, L"", 1, true, L""},
-        {REG_SZ, L"", 0, true, L""},
-        {REG_SZ, zero + L"behind", 0, true, L""},
-        {REG_SZ, L"before" + zero + L"behind", 0, true, L"before"},
-        {REG_SZ, std::wstring(1, L'\xd83d'), 0, true, std::wstring(1, L'\xd83d')},
-        {REG_EXPAND_SZ, L"%TEMP%" + zero, 0, true, L"%TEMP%"},
-        {REG_MULTI_SZ, L"first" + zero + L"second" + zero + zero, 0, true, L"first"},
-        {REG_SZ, most + zero, 0, true, most},
-        {REG_SZ, most + L"x", 0, true, most},
-        {REG_SZ, most + L"x", 1, false, L""},
-        {REG_SZ, most + L"xy", 0, false, L""},
-        {REG_SZ, std::wstring(100000, L'h'), 0, false, L""},
-        {REG_NONE, L"text" + zero, 0, false, L""},
-        {REG_BINARY, L"text" + zero, 0, false, L""},
-        {REG_DWORD, L"text" + zero, 0, false, L""},
-        {REG_QWORD, L"", 0, false, L""},
-        {0x12345678, L"text", 0, false, L""},
+        {REG_SZ, true, L"text" + zero, 0, L"text"},
+        {REG_SZ, true, L"unterminated", 0, L"unterminated"},
+        {REG_SZ, true, L"odd", 1, L"odd"},
+        {REG_SZ, true, L"", 1, L""},
+        {REG_SZ, true, L"", 0, L""},
+        {REG_SZ, true, zero + L"behind", 0, L""},
+        {REG_SZ, true, L"before" + zero + L"behind", 0, L"before"},
+        {REG_SZ, true, std::wstring(1, L'\xd83d'), 0, std::wstring(1, L'\xd83d')},
+        {REG_EXPAND_SZ, true, L"%TEMP%" + zero, 0, L"%TEMP%"},
+        {REG_MULTI_SZ, true, L"first" + zero + L"second" + zero + zero, 0, L"first"},
+        {REG_SZ, true, most + zero, 0, most},
+        {REG_SZ, true, most + L"x", 0, most},
+        {REG_SZ, false, most + L"x", 1, L""},
+        {REG_SZ, false, most + L"xy", 0, L""},
+        {REG_SZ, false, std::wstring(100000, L'h'), 0, L""},
+        {REG_NONE, false, L"text" + zero, 0, L""},
+        {REG_BINARY, false, L"text" + zero, 0, L""},
+        {REG_DWORD, false, L"text" + zero, 0, L""},
+        {REG_QWORD, false, L"", 0, L""},
+        {0x12345678, false, L"text", 0, L""},
     };
     for (const auto& c : cases) {
         PutUser(c.type, c.units, c.oddBytes);
@@ -93,13 +92,13 @@ TEST_F(Registry, ReadsIntegersOfAtMostFourBytesOfAnyType) {
 TEST_F(Registry, TheUsersValueWinsWhenItCanBeRead) {
     RWWString text;
     EXPECT_FALSE(GetRegStringVal(kSection, kEntry, &text));
-    registry_.Put(HKEY_LOCAL_MACHINE, kSection, kEntry, L"machine");
+    registry_.Put(kMachine, kSection, kEntry, L"machine");
     EXPECT_TRUE(GetRegStringVal(kSection, kEntry, &text));
     EXPECT_EQ(L"machine", text);
-    registry_.Put(HKEY_CURRENT_USER, kSection, kEntry, L"user");
+    registry_.Put(kUser, kSection, kEntry, L"user");
     EXPECT_TRUE(GetRegStringVal(kSection, kEntry, &text));
     EXPECT_EQ(L"user", text);
-    registry_.Put(HKEY_CURRENT_USER, kSection, kEntry, 5);
+    registry_.Put(kUser, kSection, kEntry, 5);
     EXPECT_TRUE(GetRegStringVal(kSection, kEntry, &text));
     EXPECT_EQ(L"machine", text);
     unsigned number = 0;
@@ -108,8 +107,8 @@ TEST_F(Registry, TheUsersValueWinsWhenItCanBeRead) {
 }
 
 TEST_F(Registry, OneRootIsReadWithoutTheOther) {
-    registry_.Put(HKEY_CURRENT_USER, kSection, kEntry, L"C:\\User\\\\");
-    registry_.Put(HKEY_LOCAL_MACHINE, kSection, L"Number", 3);
+    registry_.Put(kUser, kSection, kEntry, L"C:\\User\\\\");
+    registry_.Put(kMachine, kSection, L"Number", 3);
     EXPECT_EQ(L"C:\\User\\\\", GetQLRegStringEx(kSection, kEntry, false));
     EXPECT_EQ(L"", GetQLRegStringEx(kSection, kEntry, true));
     EXPECT_EQ(L"C:\\User\\", GetQLProfileDirEx(kSection, kEntry, false));
@@ -124,7 +123,7 @@ TEST_F(Registry, OneRootIsReadWithoutTheOther) {
 }
 
 TEST_F(Registry, EmptyAndNullSectionsAreTheBaseKey) {
-    registry_.Put(HKEY_CURRENT_USER, L"", L"", L"default value");
+    registry_.Put(kUser, L"", L"", L"default value");
     EXPECT_EQ(L"default value", GetQLRegStringEx(nullptr, nullptr, false));
     EXPECT_EQ(L"default value", GetQLRegStringEx(L"", L"", false));
 }
@@ -135,12 +134,12 @@ TEST_F(Registry, BooleansAreTextsAndAnyOtherTextIsFalse) {
         bool value;
     } cases[] = {{g_trueStr, true}, {L"TRUE", true}, {g_falseStr, false}, {L"maybe", false}, {L"", false}};
     for (const auto& c : cases) {
-        registry_.Put(HKEY_CURRENT_USER, kSection, kEntry, c.text);
+        registry_.Put(kUser, kSection, kEntry, c.text);
         bool value = !c.value;
         EXPECT_TRUE(GetRegBoolVal(kSection, kEntry, &value));
         EXPECT_EQ(c.value, value);
     }
-    registry_.Put(HKEY_CURRENT_USER, kSection, kEntry, 1);
+    registry_.Put(kUser, kSection, kEntry, 1);
     bool value = true;
     EXPECT_FALSE(GetRegBoolVal(kSection, kEntry, &value));
     EXPECT_TRUE(value);
@@ -163,10 +162,10 @@ TEST_F(Registry, ReadsWhatThePreviousGenerationLeft) {
     EXPECT_EQ(L"", GetOldQLRegString(kSection, kEntry, nullptr));
     EXPECT_EQ(L"default", GetOldQLRegString(kSection, kEntry, L"default"));
     const std::wstring path = L"SOFTWARE\\Brellwick\\Quillet 6\\Locations";
-    registry_.PutBytes(HKEY_LOCAL_MACHINE, path, kEntry, REG_SZ, L"old", sizeof L"old");
+    registry_.PutBytes(kMachine, path, kEntry, REG_SZ, L"old", sizeof L"old");
     EXPECT_EQ(L"old", _GetOldQLProfileString(kSection, kEntry));
     EXPECT_EQ(L"old", GetOldQLRegString(kSection, kEntry, L"default"));
-    registry_.PutBytes(HKEY_CURRENT_USER, path, kEntry, REG_SZ, L"", sizeof L"");
+    registry_.PutBytes(kUser, path, kEntry, REG_SZ, L"", sizeof L"");
     EXPECT_EQ(L"default", GetOldQLRegString(kSection, kEntry, L"default"));
 }
 
@@ -182,10 +181,10 @@ std::vector<std::wstring> Names(EnumQLEntries entries) {
 TEST_F(Registry, EntriesOfBothRootsAreListedOnce) {
     using Texts = std::vector<std::wstring>;
     EXPECT_EQ(Texts(), Names(EnumQLEntries(kSection)));
-    registry_.Put(HKEY_CURRENT_USER, kSection, L"Mine", L"");
-    registry_.Put(HKEY_CURRENT_USER, kSection, L"Shared", 1);
-    registry_.Put(HKEY_LOCAL_MACHINE, kSection, L"SHARED", L"");
-    registry_.Put(HKEY_LOCAL_MACHINE, kSection, L"Yours", L"");
+    registry_.Put(kUser, kSection, L"Mine", L"");
+    registry_.Put(kUser, kSection, L"Shared", 1);
+    registry_.Put(kMachine, kSection, L"SHARED", L"");
+    registry_.Put(kMachine, kSection, L"Yours", L"");
     EXPECT_EQ((Texts{L"Mine", L"Shared", L"Yours"}), Names(EnumQLEntries(kSection)));
     EXPECT_EQ((Texts{L"SHARED", L"Yours"}), Names(EnumQLEntries(kSection, true)));
     EXPECT_EQ((Texts{L"Mine", L"Shared"}),
@@ -194,16 +193,16 @@ TEST_F(Registry, EntriesOfBothRootsAreListedOnce) {
 
 TEST_F(Registry, AnEntryNameAtTheSystemsLimitIsListed) {
     const std::wstring longest(16383, L'n');
-    registry_.Put(HKEY_CURRENT_USER, kSection, longest.c_str(), L"");
-    registry_.Put(HKEY_CURRENT_USER, kSection, L"", L"");
+    registry_.Put(kUser, kSection, longest.c_str(), L"");
+    registry_.Put(kUser, kSection, L"", L"");
     EXPECT_THAT(Names(EnumQLEntries(kSection)), testing::UnorderedElementsAre(longest, L""));
 }
 
 TEST_F(Registry, SectionsAreHandedOutOneByOne) {
     EXPECT_EQ(L"", EnumQLSections(L"Word Proc", false).GetNextSection());
-    registry_.Put(HKEY_CURRENT_USER, L"Word Proc\\One", kEntry, L"");
-    registry_.Put(HKEY_CURRENT_USER, L"Word Proc\\Two", kEntry, L"");
-    EnumQLSections sections(HKEY_CURRENT_USER, PrivateRegistry::Path(L"Word Proc").c_str());
+    registry_.Put(kUser, L"Word Proc\\One", kEntry, L"");
+    registry_.Put(kUser, L"Word Proc\\Two", kEntry, L"");
+    EnumQLSections sections(kUser, PrivateRegistry::Path(L"Word Proc").c_str());
     EXPECT_EQ(L"One", sections.GetNextSection());
     EXPECT_EQ(L"Two", sections.GetNextSection());
     EXPECT_EQ(L"", sections.GetNextSection());
@@ -213,9 +212,9 @@ TEST_F(Registry, SectionsAreHandedOutOneByOne) {
 }
 
 TEST_F(Registry, AKeyDeletedWhileItIsWalkedEndsTheWalk) {
-    registry_.Put(HKEY_CURRENT_USER, L"Plugins\\One", kEntry, L"");
+    registry_.Put(kUser, L"Plugins\\One", kEntry, L"");
     EnumQLSections sections(L"Plugins", false);
-    ::RegDeleteTreeW(HKEY_CURRENT_USER, PrivateRegistry::Path(L"Plugins").c_str());
+    ::RegDeleteTreeW(kUser, PrivateRegistry::Path(L"Plugins").c_str());
     EXPECT_EQ(L"", sections.GetNextSection());
 }
 

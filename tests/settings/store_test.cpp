@@ -57,10 +57,10 @@ TEST_F(Store, BooleansAndIntegersByNumberAreNotKept) {
 }
 
 TEST_F(Store, ARegistrySettingIsReadOnceUntilItIsCleared) {
-    registry_.Put(HKEY_CURRENT_USER, L"Sec", L"Ent", L"one");
+    registry_.Put(kUser, L"Sec", L"Ent", L"one");
     RWWString text;
     EXPECT_TRUE(store_.GetRegStrSetting(L"Sec", L"Ent", &text));
-    registry_.Put(HKEY_CURRENT_USER, L"Sec", L"Ent", L"two");
+    registry_.Put(kUser, L"Sec", L"Ent", L"two");
     EXPECT_TRUE(store_.GetRegStrSetting(L"Sec", L"Ent", &text));
     EXPECT_EQ(L"one", text);
     EXPECT_TRUE(store_.ClearRegSetting(L"Sec", L"Ent"));
@@ -72,14 +72,14 @@ TEST_F(Store, ARegistrySettingIsReadOnceUntilItIsCleared) {
 TEST_F(Store, AnAbsentRegistrySettingIsItsFirstDefaultAndStaysAbsent) {
     int number = 0;
     EXPECT_FALSE(store_.GetRegIntSetting(L"Sec", L"Ent", &number, 5));
-    registry_.Put(HKEY_CURRENT_USER, L"Sec", L"Ent", 9);
+    registry_.Put(kUser, L"Sec", L"Ent", 9);
     EXPECT_FALSE(store_.GetRegIntSetting(L"Sec", L"Ent", &number, 6));
     EXPECT_EQ(5, number);
     EXPECT_FALSE(store_.IsRegIntSettingSet(L"Sec", L"Ent"));
 }
 
 TEST_F(Store, SettingNeitherReadsNorWritesTheRegistry) {
-    registry_.Put(HKEY_CURRENT_USER, L"Sec", L"Ent", L"False");
+    registry_.Put(kUser, L"Sec", L"Ent", L"False");
     EXPECT_TRUE(store_.SetRegBoolSetting(L"Sec", L"Ent", true));
     bool flag = false;
     EXPECT_TRUE(store_.GetRegBoolSetting(L"Sec", L"Ent", &flag));
@@ -88,8 +88,8 @@ TEST_F(Store, SettingNeitherReadsNorWritesTheRegistry) {
 }
 
 TEST_F(Store, ValuesOfTheWrongKindInTheRegistryAreTheDefault) {
-    registry_.Put(HKEY_CURRENT_USER, L"Sec", L"Text", L"a text of more than four bytes");
-    registry_.Put(HKEY_CURRENT_USER, L"Sec", L"Number", 1);
+    registry_.Put(kUser, L"Sec", L"Text", L"a text of more than four bytes");
+    registry_.Put(kUser, L"Sec", L"Number", 1);
     int number = 0;
     bool flag = false;
     RWWString text;
@@ -198,6 +198,7 @@ TEST_F(Store, ACopySharesTheSettingsButNotTheAbortFlag) {
 
 TEST_F(Store, ThreadsThatReadWriteClearAndSerialiseLoseNothing) {
     constexpr int kRounds = 200;
+    constexpr int kWorkers = 4;
     const auto work = [this](int worker) {
         const std::wstring own = std::to_wstring(worker);
         for (int i = 1; i <= kRounds; ++i) {
@@ -210,14 +211,19 @@ TEST_F(Store, ThreadsThatReadWriteClearAndSerialiseLoseNothing) {
             store_.GetStrSetting(kNumber, &shared, own.c_str());
             EXPECT_EQ(1u, shared.length());
             if (i % 7 == 0) store_.ClearSetting(kNumber);
-            if (i % 50 == 0) store_.SetFromSerializedSettings(Document(store_).data());
+            if (i % 10 == 0) {
+                const std::wstring member = L"\"Own<-^->" + own + L"\":" + std::to_wstring(i);
+                EXPECT_TRUE(store_.SetFromSerializedSettings((L"{" + member + L"}").c_str()));
+                EXPECT_NE(RWWString::npos, Document(store_).view().find(member));
+            }
         }
     };
     std::vector<std::thread> threads;
-    for (int worker = 0; worker < 4; ++worker) threads.emplace_back(work, worker);
+    threads.reserve(kWorkers);
+    for (int worker = 0; worker < kWorkers; ++worker) threads.emplace_back(work, worker);
     for (std::thread& thread : threads) thread.join();
     store_.ClearSetting(kNumber);
-    for (int worker = 0; worker < 4; ++worker) {
+    for (int worker = 0; worker < kWorkers; ++worker) {
         EXPECT_TRUE(store_.ClearRegSetting(L"Own", std::to_wstring(worker).c_str()));
     }
     EXPECT_EQ(L"{}", Document(store_));
