@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "logging/log_ending.h"
 #include "logging/log_queue.h"
 #include "logging/output_lists.h"
 #include "platform/unique_handle.h"
@@ -89,6 +90,10 @@ DWORD WINAPI RunWriter(void* run) {
 }
 
 }  // namespace
+
+bool ql::LogIsEnding() noexcept {
+    return g_log.ending;
+}
 
 QLLogger QLLogger::s_logger;
 
