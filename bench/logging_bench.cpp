@@ -25,7 +25,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 namespace fs = std::filesystem;
 
-constexpr int kBackups = 1000;
+constexpr int kBackups = 40;
 constexpr int kRollBytes = 1'000'000;
 
 fs::path Folder() {

@@ -48,8 +48,11 @@ void AppendAnsi(Text& text, std::string_view ansi) {
     ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, text.data() + before, units);
 }
 
-// The bracketed time is the same for a whole second, and its making costs more than all the rest of a line.
+// The bracketed time is the same for a whole second, and asking for the time and making its text cost more
+// than all the rest of a line. So each thread asks once in a tick of the system, which is what the clock
+// itself is good for.
 struct TimeText {
+    DWORD tick = 0;
     __time64_t second = -1;
     std::size_t length = 0;
     wchar_t text[kTimeLength] = {};
@@ -63,8 +66,12 @@ void Make(TimeText& made, __time64_t second) {
 
 std::wstring_view TimeNow() {
     thread_local TimeText last;
-    const __time64_t now = ::_time64(nullptr);
-    if (now != last.second) Make(last, now);
+    const DWORD tick = ::GetTickCount();
+    if (tick != last.tick || last.length == 0) {
+        last.tick = tick;
+        const __time64_t now = ::_time64(nullptr);
+        if (now != last.second) Make(last, now);
+    }
     return {last.text, last.length};
 }
 
@@ -140,7 +147,8 @@ void QLLoggerLevelInserter::Close() {
     if (text_.empty()) return;
     constexpr std::size_t kPunctuationAndNumbers = 40;
     const std::wstring_view time = TimeNow();
-    std::wstring line;
+    std::shared_ptr<WriteLogMessage> message = QLLogger::NewLine(level_);
+    std::wstring& line = message->text_;
     line.reserve(time.size() + file_.size() + text_.size() + kPunctuationAndNumbers);
     line.append(time).append(1, L'[');
     AppendNumber(line, threadId_);
@@ -149,5 +157,5 @@ void QLLoggerLevelInserter::Close() {
     line.append(1, L':');
     AppendNumber(line, line_);
     line.append(L"]-").append(text_).append(1, L'\n');
-    QLLogger::PutLine(level_, std::move(line));
+    QLLogger::PushEvent(std::move(message));
 }
