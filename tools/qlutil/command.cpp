@@ -17,7 +17,7 @@ const std::vector<const Command*>& AllCommands() {
     static const std::vector<const Command*> all = [] {
         std::vector<const Command*> commands;
         for (const auto& family : {SessionCommands(), NameCommands(), TextCommands(), JsonCommands(),
-                                   PreferenceCommands(), DirectoryCommands()}) {
+                                   PreferenceCommands(), DirectoryCommands(), LogCommands()}) {
             for (const Command& command : family) commands.push_back(&command);
         }
         return commands;
@@ -36,7 +36,8 @@ std::wstring Joined(std::span<const std::wstring_view> words) {
 
 const Command* Named(std::wstring_view name) {
     const auto& all = AllCommands();
-    const auto found = std::find_if(all.begin(), all.end(), [&](const Command* c) { return c->name == name; });
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const Command* c) { return c->name == name; });
     return found == all.end() ? nullptr : *found;
 }
 
