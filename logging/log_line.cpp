@@ -1,9 +1,8 @@
 #include "logging/log_line.h"
 
-#include <atomic>
+#include <algorithm>
 #include <charconv>
 #include <ctime>
-#include <new>
 #include <utility>
 
 #include "platform/win32.h"
@@ -15,11 +14,19 @@ constexpr std::size_t kNumberLength = 64;
 constexpr std::size_t kTimeLength = 300;
 constexpr int kStreamPrecision = 6;
 
+// A string's own append of narrow characters would take memory for a copy of them.
+template <class Text>
+void AppendAscii(Text& text, std::string_view ascii) {
+    const std::size_t before = text.size();
+    text.resize(before + ascii.size());
+    std::copy(ascii.begin(), ascii.end(), text.begin() + static_cast<std::ptrdiff_t>(before));
+}
+
 template <class Text, class... Format>
 void AppendNumber(Text& text, Format... numberAndFormat) {
     char digits[kNumberLength];
     const char* const end = std::to_chars(digits, digits + sizeof digits, numberAndFormat...).ptr;
-    for (const char* digit = digits; digit != end; ++digit) text.push_back(static_cast<wchar_t>(*digit));
+    AppendAscii(text, {digits, end});
 }
 
 template <class Text, class Float>
@@ -38,7 +45,7 @@ bool IsAscii(std::string_view text) noexcept {
 template <class Text>
 void AppendAnsi(Text& text, std::string_view ansi) {
     if (IsAscii(ansi)) {
-        text.append(ansi.begin(), ansi.end());
+        AppendAscii(text, ansi);
         return;
     }
     const int length = static_cast<int>(ansi.size());
@@ -78,7 +85,7 @@ std::wstring_view TimeNow() {
 }  // namespace
 
 QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line)
-    : level_(level), threadId_(::GetCurrentThreadId()), file_(file ? file : ""), line_(line) {
+    : level_(level), threadId_(::GetCurrentThreadId()), file_(file ? file : "", &arena_), line_(line) {
     text_.reserve(kUsualText - 1);
 }
 
