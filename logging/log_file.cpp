@@ -146,11 +146,11 @@ bool LogFile::MakeRoom(std::size_t bytes) noexcept {
 
 bool LogFile::Flush() noexcept {
     if (!IsOpen() || used_ == 0) return true;
-    OVERLAPPED place = {};
-    place.Offset = static_cast<DWORD>(position_);
-    place.OffsetHigh = static_cast<DWORD>(position_ >> 32);
+    LARGE_INTEGER place = {};
+    place.QuadPart = position_;
     DWORD written = 0;
-    const bool ok = ::WriteFile(handle_.get(), buffer_.data(), static_cast<DWORD>(used_), &written, &place);
+    const bool ok = ::SetFilePointerEx(handle_.get(), place, nullptr, FILE_BEGIN) &&
+                    ::WriteFile(handle_.get(), buffer_.data(), static_cast<DWORD>(used_), &written, nullptr);
     if (!ok || written < used_) return false;  // the same bytes go to the same place the next time
     used_ = 0;
     position_ += written;

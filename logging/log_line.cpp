@@ -1,9 +1,8 @@
 #include "logging/log_line.h"
 
-#include <atomic>
+#include <algorithm>
 #include <charconv>
 #include <ctime>
-#include <new>
 #include <utility>
 
 #include "platform/win32.h"
@@ -15,11 +14,19 @@ constexpr std::size_t kNumberLength = 64;
 constexpr std::size_t kTimeLength = 300;
 constexpr int kStreamPrecision = 6;
 
+// A string's own append of narrow characters would take memory for a copy of them.
+template <class Text>
+void AppendAscii(Text& text, std::string_view ascii) {
+    const std::size_t before = text.size();
+    text.resize(before + ascii.size());
+    std::copy(ascii.begin(), ascii.end(), text.begin() + static_cast<std::ptrdiff_t>(before));
+}
+
 template <class Text, class... Format>
 void AppendNumber(Text& text, Format... numberAndFormat) {
     char digits[kNumberLength];
     const char* const end = std::to_chars(digits, digits + sizeof digits, numberAndFormat...).ptr;
-    for (const char* digit = digits; digit != end; ++digit) text.push_back(static_cast<wchar_t>(*digit));
+    AppendAscii(text, {digits, end});
 }
 
 template <class Text, class Float>
@@ -38,7 +45,7 @@ bool IsAscii(std::string_view text) noexcept {
 template <class Text>
 void AppendAnsi(Text& text, std::string_view ansi) {
     if (IsAscii(ansi)) {
-        text.append(ansi.begin(), ansi.end());
+        AppendAscii(text, ansi);
         return;
     }
     const int length = static_cast<int>(ansi.size());
@@ -48,8 +55,11 @@ void AppendAnsi(Text& text, std::string_view ansi) {
     ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, text.data() + before, units);
 }
 
-// The bracketed time is the same for a whole second, and its making costs more than all the rest of a line.
+// The bracketed time is the same for a whole second, and asking for the time and making its text cost more
+// than all the rest of a line. So each thread asks once in a tick of the system, which is what the clock
+// itself is good for.
 struct TimeText {
+    DWORD tick = 0;
     __time64_t second = -1;
     std::size_t length = 0;
     wchar_t text[kTimeLength] = {};
@@ -63,15 +73,19 @@ void Make(TimeText& made, __time64_t second) {
 
 std::wstring_view TimeNow() {
     thread_local TimeText last;
-    const __time64_t now = ::_time64(nullptr);
-    if (now != last.second) Make(last, now);
+    const DWORD tick = ::GetTickCount();
+    if (tick != last.tick || last.length == 0) {
+        last.tick = tick;
+        const __time64_t now = ::_time64(nullptr);
+        if (now != last.second) Make(last, now);
+    }
     return {last.text, last.length};
 }
 
 }  // namespace
 
 QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line)
-    : level_(level), threadId_(::GetCurrentThreadId()), file_(file ? file : ""), line_(line) {
+    : level_(level), threadId_(::GetCurrentThreadId()), file_(file ? file : "", &arena_), line_(line) {
     text_.reserve(kUsualText - 1);
 }
 
@@ -140,7 +154,8 @@ void QLLoggerLevelInserter::Close() {
     if (text_.empty()) return;
     constexpr std::size_t kPunctuationAndNumbers = 40;
     const std::wstring_view time = TimeNow();
-    std::wstring line;
+    std::shared_ptr<WriteLogMessage> message = QLLogger::NewLine(level_);
+    std::wstring& line = message->text_;
     line.reserve(time.size() + file_.size() + text_.size() + kPunctuationAndNumbers);
     line.append(time).append(1, L'[');
     AppendNumber(line, threadId_);
@@ -149,5 +164,5 @@ void QLLoggerLevelInserter::Close() {
     line.append(1, L':');
     AppendNumber(line, line_);
     line.append(L"]-").append(text_).append(1, L'\n');
-    QLLogger::PutLine(level_, std::move(line));
+    QLLogger::PushEvent(std::move(message));
 }

@@ -64,12 +64,13 @@ class QL_API QLLoggerLevelInserter {
   private:
     // Usual texts find room in the object itself.
     static constexpr std::size_t kUsualText = 200;
+    static constexpr std::size_t kUsualFile = 120;
 
-    alignas(wchar_t) std::byte room_[kUsualText * sizeof(wchar_t)];
+    alignas(std::max_align_t) std::byte room_[kUsualText * sizeof(wchar_t) + kUsualFile];
     std::pmr::monotonic_buffer_resource arena_{room_, sizeof room_};
     std::pmr::wstring text_{&arena_};
     QLLogLevel level_;
     std::uint32_t threadId_;
-    std::string file_;
+    std::pmr::string file_;
     int line_;
 };

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "files/names/file_name.h"
 #include "logging/logger.h"
@@ -44,6 +45,7 @@ class QL_API FileOutput : public ILogOutput {
 //  - an oldest backup that cannot be deleted ends the log for good rather than losing files;
 //  - when a file cannot be renamed, the main file is emptied all the same;
 //  - the flush does not wait for the disk itself.
+// What is written at the end of a process that did not call CloseLogs no longer makes the log roll.
 // Failures go to the debugger and to the event log, with the software's name as their source.
 class QL_API RollingFileOutput : public ILogOutput {
   public:
@@ -69,6 +71,7 @@ class QL_API RollingFileOutput : public ILogOutput {
     void ReportSystemError(const wchar_t* message);
 
   private:
+    bool IsFullFor(std::wstring_view entry) const;
     std::wstring PathOf(int number);
     bool DeleteOldestBackup();
     void ShiftBackups();

@@ -21,6 +21,7 @@ class LogQueue {
     bool Push(std::shared_ptr<LogMessage> message) noexcept {
         LogMessage* const added = message.get();
         added->self_ = std::move(message);
+        added->next_.store(nullptr, std::memory_order_relaxed);
         const CriticalSectionGuard guard(lock_);
         LogMessage* const last = last_;
         (last ? last->next_ : first_).store(added);

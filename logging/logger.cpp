@@ -5,8 +5,10 @@
 #include <new>
 #include <utility>
 
+#include "logging/log_ending.h"
 #include "logging/log_queue.h"
 #include "logging/output_lists.h"
+#include "logging/spent_lines.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
@@ -17,6 +19,7 @@ constexpr DWORD kNapMilliseconds = 10;
 
 struct LoggerState {
     ql::LogQueue queue;
+    ql::SpentLines spent;
     ql::OutputLists outputs;
     std::atomic<HANDLE> thread = nullptr;
     std::atomic<DWORD> threadId = 0;
@@ -90,6 +93,10 @@ DWORD WINAPI RunWriter(void* run) {
 
 }  // namespace
 
+bool ql::LogIsEnding() noexcept {
+    return g_log.ending;
+}
+
 QLLogger QLLogger::s_logger;
 
 ILogOutput::~ILogOutput() = default;
@@ -146,14 +153,22 @@ void QLLogger::StartWriter() noexcept {
 
 void QLLogger::PutMessage(QLLogLevel level, const wchar_t* text) noexcept {
     try {
-        if (text) PutLine(level, text);
+        if (!text) return;
+        std::shared_ptr<WriteLogMessage> line = NewLine(level);
+        line->text_ = text;
+        PushEvent(std::move(line));
     } catch (
         const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the line is dropped, as the header says
     }
 }
 
-void QLLogger::PutLine(QLLogLevel level, std::wstring line) {
-    PushEvent(std::make_shared<WriteLogMessage>(level, std::move(line)));
+// Without text.
+std::shared_ptr<WriteLogMessage> QLLogger::NewLine(QLLogLevel level) {
+    std::shared_ptr<WriteLogMessage> line = g_log.spent.Take();
+    if (!line) line = std::make_shared<WriteLogMessage>(level, std::wstring());
+    line->level_ = level;
+    line->reusable_ = true;
+    return line;
 }
 
 void QLLogger::FlushLogs() noexcept {
@@ -212,7 +227,13 @@ void QLLogger::HandleInHand() noexcept {
     LogMessage* const message = g_log.queue.InHand();
     Handle(message->self_);
     g_log.queue.Advance();
-    if (!g_log.ending) const std::shared_ptr<LogMessage> released = std::move(message->self_);
+    if (!g_log.ending) Release(*message);
+}
+
+void QLLogger::Release(LogMessage& message) noexcept {
+    const bool isLine = message.type() == LogMessage::kWrite;
+    if (isLine && g_log.spent.Keep(static_cast<WriteLogMessage&>(message))) return;
+    const std::shared_ptr<LogMessage> released = std::move(message.self_);
 }
 
 void QLLogger::Handle(const std::shared_ptr<LogMessage>& message) noexcept {

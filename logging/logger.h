@@ -9,7 +9,8 @@
 
 namespace ql {
 class LogQueue;
-}
+class SpentLines;
+}  // namespace ql
 
 // The process-wide log: any thread queues lines, one writer thread hands them to the outputs. A caller never
 // touches a file. Lines are handled strictly in the order in which they were queued.
@@ -62,6 +63,7 @@ class QL_API LogMessage {
 
   private:
     friend class ql::LogQueue;
+    friend class ql::SpentLines;
     friend class QLLogger;
 
     MessageType type_;
@@ -79,8 +81,13 @@ class QL_API WriteLogMessage : public LogMessage {
     QLLogLevel level() const noexcept { return level_; }
 
   private:
+    friend class QLLogger;
+    friend class QLLoggerLevelInserter;
+    friend class ql::SpentLines;
+
     std::wstring text_;
     QLLogLevel level_;
+    bool reusable_ = false;  // made by the logger itself
 };
 
 class QL_API FlushLogMessage : public LogMessage {
@@ -149,10 +156,11 @@ class QL_API QLLogger {
 
   private:
     friend class QLLoggerLevelInserter;
-    static void PutLine(QLLogLevel level, std::wstring line);
+    static std::shared_ptr<WriteLogMessage> NewLine(QLLogLevel level);
     static void StartWriter() noexcept;
     static bool HandleNextAsWriter() noexcept;
     static void HandleInHand() noexcept;
+    static void Release(LogMessage& message) noexcept;
     static void Handle(const std::shared_ptr<LogMessage>& message) noexcept;
     static void QueueCloseAndWait();
     static void Drain() noexcept;

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
-#include <limits>
 
 #include "logging/event_log.h"
+#include "logging/log_ending.h"
 #include "logging/log_file.h"
 #include "logging/log_outputs.h"
 #include "logging/os_description.h"
@@ -93,6 +93,8 @@ std::wstring LocalTime() {
 struct RollingLog {
     LogFile file;
     QLFileName name;
+    std::wstring mainPath;
+    std::wstring firstBackupPath;
     std::wstring softwareName;
     std::uint32_t eventId = 0;
     std::int64_t maxSize = 0;
@@ -109,6 +111,8 @@ RollingFileOutput::RollingFileOutput(const wchar_t* fileName, const wchar_t* sof
                                      int maxSize, unsigned long eventId)
     : log_(std::make_shared<RollingLog>()) {
     log_->name.SetPathAndFileName(OrEmpty(fileName));
+    log_->mainPath = PathOf(0);
+    log_->firstBackupPath = PathOf(1);
     log_->softwareName = OrEmpty(softwareName);
     log_->eventId = eventId;
     log_->maxSize = std::max<std::int64_t>(maxSize, kSmallestLimit);
@@ -137,10 +141,17 @@ void RollingFileOutput::SetVersionString(const wchar_t* version) {
 void RollingFileOutput::Write(QLLogLevel, const wchar_t* text) {
     if (!text) return;
     const std::wstring_view entry = text;
-    if (log_->rolling) Resume();
-    const std::int64_t length = static_cast<std::int64_t>(entry.size());
-    if (log_->file.IsOpen() && log_->file.Size() + length > log_->maxSize) BackupAndStartAnew();
+    if (ql::LogIsEnding()) {
+        if (log_->rolling) Resume();
+    } else if (IsFullFor(entry)) {
+        BackupAndStartAnew();
+    }
     log_->file.Append({entry, kSeparator}, LogFile::Reach::kSystem);
+}
+
+bool RollingFileOutput::IsFullFor(std::wstring_view entry) const {
+    const std::int64_t length = static_cast<std::int64_t>(entry.size());
+    return log_->file.IsOpen() && log_->file.Size() + length > log_->maxSize;
 }
 
 void RollingFileOutput::Flush() {
@@ -152,7 +163,7 @@ void RollingFileOutput::Close() {
 }
 
 void RollingFileOutput::Open(bool anew) {
-    const std::wstring path = PathOf(0);
+    const std::wstring& path = log_->mainPath;
     log_->file.Open(path.c_str(), anew ? LogFile::Start::kEmpty : LogFile::Start::kContinue);
     if (!log_->file.IsOpen()) {
         return ReportSystemError(std::wstring(kOpenFailed).append(path).append(1, L'\n').c_str());
@@ -160,17 +171,15 @@ void RollingFileOutput::Open(bool anew) {
     if (anew || log_->file.Size() < kSmallestContent) WriteHeader();
 }
 
-// A roll-over that was cut short, most likely by the end of the process, is not done again, which could push
-// out a further backup. The log goes on in the main file or, where the thread that rolled still holds that
-// open, in the first backup; it does not roll any more.
+// A roll-over that the end of the process cut short is not done again, which could push out a further backup.
+// The log goes on in the main file or, where the thread that rolled still holds that open, in the first
+// backup.
 void RollingFileOutput::Resume() {
     log_->rolling = false;
-    log_->maxSize = std::numeric_limits<std::int64_t>::max() / 2;
     Close();
-    for (const int number : {0, 1}) {
-        if (!log_->file.IsOpen()) log_->file.Open(PathOf(number).c_str(), LogFile::Start::kContinue);
+    for (const std::wstring* path : {&log_->mainPath, &log_->firstBackupPath}) {
+        if (!log_->file.IsOpen()) log_->file.Open(path->c_str(), LogFile::Start::kContinue);
     }
-    if (log_->file.Size() < kSmallestContent) WriteHeader();
 }
 
 void RollingFileOutput::WriteHeader() {

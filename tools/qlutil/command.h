@@ -32,6 +32,7 @@ std::span<const Command> TextCommands();
 std::span<const Command> JsonCommands();
 std::span<const Command> PreferenceCommands();
 std::span<const Command> DirectoryCommands();
+std::span<const Command> LogCommands();
 std::span<const Command> ValueCommands();
 
 struct CommandMatch {
