@@ -18,7 +18,7 @@ ENTRY = re.compile(r"^\s*\[\s*\d+\](?:\s+\+base\[\s*\d+\])?\s+(?:[0-9a-f]{4,}\s+
 
 def expanded_headers():
     """The public headers as the compiler sees them, without what they include from elsewhere."""
-    includes = "".join(f'#include "{header}"\n' for header in sorted(public_headers()))
+    includes = "".join(f'#include "{ROOT / header}"\n' for header in sorted(public_headers()))
     command = [TOOLS + "g++-posix", "-x", "c++", "-std=c++20", "-E", "-DQL_UTIL_BUILD", "-I", str(ROOT), "-"]
     text = subprocess.run(command, input=includes, check=True, capture_output=True, text=True).stdout
     own = False
