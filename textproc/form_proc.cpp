@@ -176,9 +176,8 @@ RWWString GetFormProcTmplDir(FormProc processor) {
 
 RWWString GetFormProcDocDir(FormProc processor) {
     if (processor == FP_NONE) return {};
-    RWWString directory = Find(processor).family == Family::Own
-                              ? CQlDir::GetDirectory(FormDocumentDirectory)
-                              : ProfileDirectory(processor, QLIE_DOC_DIR);
+    RWWString directory = Find(processor).family == Family::Own ? CQlDir::GetDirectory(FormDocumentDirectory)
+                                                                : ProfileDirectory(processor, QLIE_DOC_DIR);
     if (directory.isNull()) directory = CQlDir::GetDirectory(PersonalDocumentsDirectory);
     return WithBackslash(std::move(directory));
 }
