@@ -48,3 +48,8 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode) {
     }
     return std::fopen(fake::ToNativePath(path).c_str(), fake::ToUtf8(mode).c_str());
 }
+
+BOOL FindClose(HANDLE) {
+    SetLastError(ERROR_INVALID_HANDLE);
+    return FALSE;
+}
