@@ -1,17 +1,15 @@
 // Holds the builder and the tokenizer against plain models. The input is a program: one byte an operation,
 // one its operand.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
+#include "tests/fuzz/input.h"
 #include "text/speed_str.h"
 #include "text/token_string.h"
 
 namespace {
 
-void Expect(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzz::Expect;
 
 class Program {
   public:
