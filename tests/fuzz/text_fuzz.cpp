@@ -90,7 +90,7 @@ void Split(Program program) {
                                   L'\u20ac'};
     const std::wstring text = program.Rest();
     TokenString tokens{RWWString(text), RWWString(delimiters)};
-    for (std::size_t at = 0; at <= text.size();)
+    for (std::size_t at = 0; at < text.size();)
         Expect(tokens.Next() == std::wstring_view(NextToken(text, delimiters, at)));
     Expect(tokens.Next().isNull());
 }
