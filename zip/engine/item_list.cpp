@@ -10,14 +10,6 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-// Folder (with its slash at the end, empty for none) and last part of a name.
-std::pair<std::u32string, std::u32string> Split(std::string_view name) {
-    std::u32string folded = Folded(WithSlashes(name));
-    if (folded.size() > 1 && folded.back() == U'/') folded.pop_back();
-    const std::size_t last = folded.rfind(U'/') + 1;
-    return {folded.substr(0, last), folded.substr(last)};
-}
-
 }  // namespace
 
 std::vector<std::string> SplitItems(std::string_view list) {
@@ -56,21 +48,25 @@ bool MatchesWildCards(std::u32string_view pattern, std::u32string_view name) {
     return pattern.find_first_not_of(U'*', p) == std::u32string_view::npos;
 }
 
-NamePatterns::NamePatterns(const std::vector<std::string>& items, bool anyDepth) : anyDepth_(anyDepth) {
-    for (const std::string& item : items) {
-        auto [folder, name] = Split(item);
-        patterns_.push_back({std::move(folder), std::move(name)});
-    }
+NamePatterns::Parts NamePatterns::Split(std::string_view name) {
+    std::u32string folded = Folded(WithSlashes(name));
+    if (folded.size() > 1 && folded.back() == U'/') folded.pop_back();
+    const std::size_t last = folded.rfind(U'/') + 1;
+    return {folded.substr(0, last), folded.substr(last)};
 }
 
-bool NamePatterns::FolderFits(const Pattern& pattern, std::u32string_view folder) const {
-    return anyDepth_ ? folder.starts_with(pattern.folder) : folder == pattern.folder;
+NamePatterns::NamePatterns(const std::vector<std::string>& items, bool anyDepth) : anyDepth_(anyDepth) {
+    for (const std::string& item : items) patterns_.push_back(Split(item));
+}
+
+bool NamePatterns::FolderFits(std::u32string_view pattern, std::u32string_view folder) const {
+    return anyDepth_ ? folder.starts_with(pattern) : folder == pattern;
 }
 
 bool NamePatterns::Match(std::string_view name) const {
-    const auto [folder, last] = Split(name);
-    return std::any_of(patterns_.begin(), patterns_.end(), [&](const Pattern& pattern) {
-        return FolderFits(pattern, folder) && MatchesWildCards(pattern.name, last);
+    const Parts parts = Split(name);
+    return std::any_of(patterns_.begin(), patterns_.end(), [&](const Parts& pattern) {
+        return FolderFits(pattern.folder, parts.folder) && MatchesWildCards(pattern.name, parts.name);
     });
 }
 

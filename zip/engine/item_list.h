@@ -23,12 +23,14 @@ class NamePatterns {
     bool Match(std::string_view name) const;
 
   private:
-    struct Pattern {
+    // A folded name: its folder (with the slash at the end; empty for none) and its last part.
+    struct Parts {
         std::u32string folder, name;
     };
-    bool FolderFits(const Pattern& pattern, std::u32string_view folder) const;
+    static Parts Split(std::string_view name);
+    bool FolderFits(std::u32string_view pattern, std::u32string_view folder) const;
 
-    std::vector<Pattern> patterns_;
+    std::vector<Parts> patterns_;
     bool anyDepth_;
 };
 

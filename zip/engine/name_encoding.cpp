@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 
 namespace ql::zip {
 namespace {
@@ -89,7 +90,10 @@ bool IsUtf8(std::string_view bytes) {
 
 std::string Utf8FromCp437(std::string_view bytes) {
     std::string text;
-    for (unsigned char c : bytes) AppendUtf8(text, c < 0x80 ? char16_t{c} : kCp437Upper[c - 0x80]);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const unsigned c = ByteAt(bytes, i);
+        AppendUtf8(text, c < 0x80 ? static_cast<char16_t>(c) : kCp437Upper[c - 0x80]);
+    }
     return text;
 }
 
