@@ -134,6 +134,7 @@ void Archive::OrderByOffset(std::uint64_t directoryStart) {
         entry.end = end;
         end = entry.offset;
     }
+    prefixSize_ = end;
 }
 
 std::uint64_t Archive::DataStart(InputFile& file, const Entry& entry) const {

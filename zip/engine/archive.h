@@ -42,7 +42,7 @@ class Archive {
     // Indexes in the order of the members' places.
     const std::vector<std::size_t>& ByOffset() const { return byOffset_; }
     // Bytes before the first member, such as a program that extracts.
-    std::uint64_t PrefixSize() const { return entries_.empty() ? 0 : entries_[byOffset_.front()].offset; }
+    std::uint64_t PrefixSize() const { return prefixSize_; }
 
     // Where a member's packed bytes start. Throws kInvalid when its local header tells another story.
     std::uint64_t DataStart(InputFile& file, const Entry& entry) const;
@@ -54,6 +54,7 @@ class Archive {
     Bytes directory_;
     std::vector<Entry> entries_;
     std::vector<std::size_t> byOffset_;
+    std::uint64_t prefixSize_ = 0;
     std::string comment_;
 };
 

@@ -122,7 +122,7 @@ void ArchiveWriter::Pack(Written& member, InputFile& source, int level, const Pr
         const std::size_t size = source.ReadAt(member.size, chunk_.data(), kChunk);
         last = size < kChunk;
         crc = crc32(crc, chunk_.data(), static_cast<uInt>(size));
-        member.size += size;
+        member.size = Narrow(member.size + size);
         if (packs) {
             deflater_->Put(chunk_.data(), size, last, out_);
         } else {
