@@ -1,5 +1,8 @@
 #pragma once
 
+#include <new>
+#include <stdexcept>
+
 namespace ql::zip {
 
 // How a call of an engine can end. Each engine answers it by its own published code.
@@ -40,6 +43,19 @@ struct Failure {
 
 inline void Require(bool holds, Result otherwise) {
     if (!holds) throw Failure{otherwise};
+}
+
+// How the work ends; the way out of every call of an engine.
+template <class Work>
+Result ResultOf(const Work& work) noexcept {
+    try {
+        work();
+        return Result::kOk;
+    } catch (const Failure& failure) {
+        return failure.result;
+    } catch (const std::exception&) {
+        return Result::kNoMemory;
+    }
 }
 
 int ZipCode(Result result) noexcept;
