@@ -13,7 +13,9 @@ namespace {
 
 constexpr DWORD kRestoredAttributes =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
+constexpr DWORD kPlainAttributes = FILE_ATTRIBUTE_ARCHIVE;
 constexpr DWORD kVolumeLabel = 8;
+constexpr DWORD kNoFile = INVALID_FILE_ATTRIBUTES;
 
 // What concerns one member alone.
 constexpr Result kOfOneMember[] = {Result::kSkipped,       Result::kBadCrc,       Result::kEncrypted,
@@ -70,13 +72,8 @@ void Extraction::One(const Entry& entry) {
     const std::wstring target = TargetOf(entry);
     if (entry.IsFolder()) return NeedFolder(target);
     const auto former = FileFacts(target);
-    if (former) {
-        if (!IsWanted(entry, *former)) return;
-        MakeReplaceable(target, former->dwFileAttributes);
-    } else if (command_.freshenFlag) {
-        return;
-    }
-    Write(entry, target, former.has_value());
+    if (former ? IsWanted(entry, *former) : !command_.freshenFlag)
+        Write(entry, target, former ? former->dwFileAttributes : kNoFile);
 }
 
 void Extraction::Test(const Entry& entry) {
@@ -91,18 +88,16 @@ std::wstring Extraction::TargetOf(const Entry& entry) const {
     return destination_ + name;
 }
 
-// Throws kSkipped where the file may not be replaced.
+// Throws where the file may not be replaced.
 bool Extraction::IsWanted(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const {
-    if (command_.freshenFlag || command_.updateFlag) return entry.time > DosTimeOf(former.ftLastWriteTime);
-    Require(command_.overWriteFlag, Result::kSkipped);
+    const bool isNewer = entry.time > DosTimeOf(former.ftLastWriteTime);
+    if ((command_.freshenFlag || command_.updateFlag) && !isNewer) return false;
+    Require(command_.freshenFlag || command_.updateFlag || command_.overWriteFlag, Result::kSkipped);
+    Require(!(former.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY), Result::kCannotCreate);
+    Require(!(former.dwFileAttributes & FILE_ATTRIBUTE_READONLY) ||
+                command_.wUnzipSubOptions & UNZIP_OVERWRITE_READ_ONLY,
+            Result::kCannotCreate);
     return true;
-}
-
-void Extraction::MakeReplaceable(const std::wstring& target, DWORD attributes) const {
-    Require(!(attributes & FILE_ATTRIBUTE_DIRECTORY), Result::kCannotCreate);
-    if (!(attributes & FILE_ATTRIBUTE_READONLY)) return;
-    Require(command_.wUnzipSubOptions & UNZIP_OVERWRITE_READ_ONLY, Result::kCannotCreate);
-    ::SetFileAttributesW(target.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
 }
 
 void Extraction::NeedFolder(const std::wstring& folder) {
@@ -111,9 +106,10 @@ void Extraction::NeedFolder(const std::wstring& folder) {
     lastFolder_ = folder;
 }
 
-void Extraction::Write(const Entry& entry, const std::wstring& target, bool replaces) {
+void Extraction::Write(const Entry& entry, const std::wstring& target, DWORD formerAttributes) {
     NeedFolder(target.substr(0, target.rfind(L'\\')));
-    PendingFile file = replaces ? PendingFile::Replacing(target) : PendingFile::Fresh(target);
+    PendingFile file =
+        formerAttributes == kNoFile ? PendingFile::Fresh(target) : PendingFile::Replacing(target);
     std::uint64_t done = 0;
     reader_.Read(entry, [&](const std::uint8_t* data, std::size_t size) {
         file.WriteAt(done, data, size);
@@ -121,10 +117,11 @@ void Extraction::Write(const Entry& entry, const std::wstring& target, bool repl
     });
     if (done == 0) progress_.Reach(0);
     file.SetTime(entry.time);
+    if (formerAttributes != kNoFile && formerAttributes & FILE_ATTRIBUTE_READONLY)
+        ::SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
     file.Commit();
     const DWORD attributes = entry.attributes & kRestoredAttributes;
-    if (attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_ARCHIVE))
-        ::SetFileAttributesW(target.c_str(), attributes);
+    if (attributes & ~kPlainAttributes) ::SetFileAttributesW(target.c_str(), attributes);
 }
 
 }  // namespace ql::zip

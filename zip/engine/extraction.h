@@ -6,6 +6,8 @@
 #include "zip/engine/archive.h"
 #include "zip/engine/call_progress.h"
 #include "zip/engine/entry_reader.h"
+#include "zip/engine/result.h"
+#include "zip/engine/windows_files.h"
 #include "zip/zip_records.h"
 
 namespace ql::zip {
@@ -24,10 +26,9 @@ class Extraction {
   private:
     void One(const Entry& entry);
     void Test(const Entry& entry);
-    void Write(const Entry& entry, const std::wstring& target, bool replaces);
+    void Write(const Entry& entry, const std::wstring& target, DWORD formerAttributes);
     std::wstring TargetOf(const Entry& entry) const;
     bool IsWanted(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const;
-    void MakeReplaceable(const std::wstring& target, DWORD attributes) const;
     void NeedFolder(const std::wstring& folder);
     void Note(Result result);
 
