@@ -145,7 +145,7 @@ void ArchiveWriter::StoreInstead(Written& member, std::uint64_t dataStart) {
 void ArchiveWriter::AddRecord(const NewEntry& entry, const Written& member) {
     std::uint8_t record[kRecordSize] = {};
     Put32(record, kRecordSignature);
-    Put16(record + 4, kVersion);
+    Put16(record + 4, kMadeByNtfs);
     PutCommon(record + 6, entry, member.method, member.crc, Narrow(member.packedSize), Narrow(member.size));
     Put32(record + 38, entry.attributes);
     Put32(record + 42, Narrow(member.offset));
