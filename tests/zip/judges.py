@@ -48,12 +48,8 @@ def host(*arguments):
 
 
 def member_name(info):
-    """zipfile does not know the second, UTF-8 form of a name that zip writes."""
-    second = info.extra.find(b"up")
-    if second < 0:
-        return info.filename
-    size = struct.unpack_from("<H", info.extra, second + 2)[0]
-    return info.extra[second + 9:second + 4 + size].decode()
+    """zip writes UTF-8 without saying so, and zipfile takes that for code page 437."""
+    return info.filename if info.flag_bits & 0x800 else info.filename.encode("cp437").decode()
 
 
 def write_tree(folder, tree):

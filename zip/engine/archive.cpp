@@ -59,8 +59,10 @@ std::optional<std::string> UnicodePath(std::string_view name, Field extra) {
     return path;
 }
 
-std::string DecodeName(std::string_view name, std::uint16_t flags, Field extra) {
-    if (flags & kFlagUtf8 && IsUtf8(name)) return std::string(name);
+// Unix programs write UTF-8 without saying so.
+std::string DecodeName(std::string_view name, const std::uint8_t* record, Field extra) {
+    const bool saysUtf8 = Get16(record + 8) & kFlagUtf8 || record[5] == kHostUnix;
+    if (saysUtf8 && IsUtf8(name)) return std::string(name);
     if (auto path = UnicodePath(name, extra)) return *std::move(path);
     return Utf8FromCp437(name);
 }
@@ -82,7 +84,7 @@ Entry ParseRecord(const std::uint8_t* at, std::size_t available) {
     entry.offset = Get32(at + 42);
     const Field extra{at + kRecordSize + nameSize, extraSize};
     Read64(entry, extra);
-    entry.name = DecodeName({reinterpret_cast<const char*>(at + kRecordSize), nameSize}, entry.flags, extra);
+    entry.name = DecodeName({reinterpret_cast<const char*>(at + kRecordSize), nameSize}, at, extra);
     return entry;
 }
 

@@ -38,8 +38,10 @@ constexpr std::uint16_t kFlagUtf8 = 0x0800;
 constexpr std::uint16_t kFlagMasked = 0x2000;
 
 constexpr std::uint16_t kVersion = 20;
-// Attributes are those of Windows, names are as flagged: programs take names of the older "FAT" for code page 437
-// whatever the flag says.
+// Who made a member.
+constexpr std::uint8_t kHostUnix = 3;
+// Attributes are those of Windows, names are as flagged: programs take names of the older "FAT" for code page
+// 437 whatever the flag says.
 constexpr std::uint16_t kMadeByNtfs = 11 << 8 | kVersion;
 
 constexpr std::uint16_t Get16(const std::uint8_t* at) {
