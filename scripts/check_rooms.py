@@ -21,6 +21,8 @@ BELOW = {
     "settings/json": BASE + ["text"],
     "settings": BASE + ["text", "settings/json"],
     "logging": BASE + ["text", "files/names"],
+    "zip": BASE + ["text", "files/names", "prefs"],
+    "zip/engine": ["platform", "zip"],
     "prefs": BASE + ["text", "settings", "settings/json", "files/names", "values"],
 }
 SYSTEM_DOOR = "platform/win32.h"

@@ -6,7 +6,9 @@ usage: judges.py HOST.EXE RESULTS.xml
 import os
 import pathlib
 import random
+import resource
 import shutil
+import signal
 import struct
 import subprocess
 import sys
@@ -226,6 +228,31 @@ class Killed(InFolder):
         self.assertGreater(kept, times // 4, "most kills came too late to prove anything")
         self.assertEqual(self.add("level=9"), 0)  # what a kill left behind is in nobody's way
         self.assertEqual(sorted(path.name for path in self.folder.iterdir()), ["made.zip", "tree"])
+
+
+class FullDisk(InFolder):
+    def test_loses_nothing_and_leaves_nothing_behind(self):
+        def limit():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (200_000, 200_000))
+
+        self.assertEqual(self.add("level=6"), 0)
+        before = self.archive.read_bytes()
+        process = start("zip", "function=4", f"archive={windows_path(self.archive)}", "items=*.*", "recurse=1",
+                        cwd=self.tree, preexec_fn=limit)
+        process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 14)
+        self.assertEqual(self.archive.read_bytes(), before)
+        self.assertEqual(sorted(path.name for path in self.folder.iterdir()), ["made.zip", "tree"])
+
+        to = self.folder / "out"
+        to.mkdir()
+        (to / "random.bin").write_bytes(b"former")
+        process = start("unzip", "function=8", f"archive={windows_path(self.archive)}", "spec=random.bin",
+                        f"to={windows_path(to)}", "overwrite=1", preexec_fn=limit)
+        process.communicate(timeout=60)
+        self.assertEqual(process.returncode, 50)
+        self.assertEqual(read_tree(to), {"random.bin": b"former"})
 
 
 class Results(unittest.TextTestResult):
