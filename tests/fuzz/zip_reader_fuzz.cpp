@@ -16,7 +16,7 @@ namespace {
 
 using namespace ql::zip;
 
-constexpr std::uint64_t kEnough = 8 * 1024 * 1024;
+constexpr std::uint64_t kEnough = 8u << 20;
 
 void Expect(bool holds) {
     if (!holds) std::abort();

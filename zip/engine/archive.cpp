@@ -15,7 +15,7 @@
 namespace ql::zip {
 namespace {
 
-constexpr std::uint64_t kMaxDirectory = 64 * 1024 * 1024;
+constexpr std::uint64_t kMaxDirectory = 64u << 20;
 
 // Deflate cannot give more than this many bytes for one.
 constexpr std::uint64_t kMaxRatio = 1032;

@@ -8,10 +8,10 @@
 namespace ql::zip {
 namespace {
 
-constexpr std::size_t kChunk = 256 * 1024;
+constexpr std::size_t kChunk = 256u << 10;
 // A small member's header and packed bytes stay in the buffer until it is known whether packing pays.
 constexpr std::size_t kSmallMember = kChunk + kChunk / 4;
-constexpr std::size_t kBuffer = 1024 * 1024;
+constexpr std::size_t kBuffer = 1u << 20;
 constexpr std::size_t kMaxNameBytes = 0xffff;
 
 std::uint32_t Narrow(std::uint64_t value) {

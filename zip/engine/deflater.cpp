@@ -5,7 +5,7 @@
 namespace ql::zip {
 namespace {
 constexpr int kMemoryLevel = 8;
-constexpr std::size_t kLeastRoom = 32 * 1024;
+constexpr std::size_t kLeastRoom = 32u << 10;
 }  // namespace
 
 Deflater::Deflater(int level) : level_(level) {

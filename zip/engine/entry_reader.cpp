@@ -8,7 +8,7 @@
 
 namespace ql::zip {
 namespace {
-constexpr std::size_t kChunk = 128 * 1024;
+constexpr std::size_t kChunk = 128u << 10;
 }
 
 EntryReader::EntryReader(InputFile& file, const Archive& archive)

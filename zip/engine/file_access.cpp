@@ -7,7 +7,7 @@
 
 namespace ql::zip {
 namespace {
-constexpr std::size_t kWindow = 256 * 1024;
+constexpr std::size_t kWindow = 256u << 10;
 }
 
 std::size_t MemoryInput::ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) {
