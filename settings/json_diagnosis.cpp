@@ -36,8 +36,9 @@ RWWString NameOfUnit(wchar_t unit) {
 // The letters that the text begins with, as far as a message has room for them.
 RWWString Word(std::wstring_view text) {
     constexpr std::size_t kMost = 16;
-    const auto end = std::find_if_not(text.begin(), text.end(), IsAsciiLetter);
-    return RWWString(text.substr(0, std::min<std::size_t>(end - text.begin(), kMost)));
+    const std::wstring_view start = text.substr(0, kMost);
+    return {start.data(), static_cast<std::size_t>(
+                              std::find_if_not(start.begin(), start.end(), IsAsciiLetter) - start.begin())};
 }
 
 RWWString Found(std::wstring_view text, bool insideToken) {

@@ -85,7 +85,9 @@ Token Lexer::Word() noexcept {
 }
 
 Token Lexer::String() {
-    const auto endsRun = [](auto unit) { return (unit == u'"') | (unit == u'\\') | (unit == 0); };
+    const auto endsRun = [](auto unit) {
+        return (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{0});
+    };
     const wchar_t* const first = ++next_;
     next_ = FindSpecial(next_, end_, endsRun);
     const bool escaped = Peek() == L'\\';

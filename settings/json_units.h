@@ -18,9 +18,12 @@ constexpr bool IsAsciiLetter(wchar_t unit) {
     return (unit >= L'a' && unit <= L'z') || (unit >= L'A' && unit <= L'Z');
 }
 
+// wchar_t is signed on some systems, and wider than a UTF-16 unit.
+using Unit = std::conditional_t<sizeof(wchar_t) == 2, std::uint16_t, std::uint32_t>;
+
 struct Escape {
-    wchar_t letter;  // behind the backslash
-    wchar_t unit;
+    Unit letter;  // behind the backslash
+    Unit unit;
 };
 
 inline constexpr Escape kEscapes[] = {
@@ -41,14 +44,13 @@ inline constexpr AsciiTable kLetterOfUnit = [] {
     return table;
 }();
 
-// 0 for units beyond the table. wchar_t is signed on some systems.
+// 0 for units beyond the table.
 constexpr char LookUp(const AsciiTable& table, wchar_t unit) {
-    const auto index = static_cast<char32_t>(unit);
+    const auto index = static_cast<Unit>(unit);
     return index < table.size() ? table[index] : '\0';
 }
 
 // A few units side by side, which the processor compares at once.
-using Unit = std::conditional_t<sizeof(wchar_t) == 2, std::uint16_t, std::uint32_t>;
 using Block = Unit __attribute__((vector_size(16)));
 inline constexpr std::ptrdiff_t kBlockUnits = sizeof(Block) / sizeof(Unit);
 

@@ -189,7 +189,8 @@ void Writer::Number(double number) {
 
 void Writer::Quoted(std::wstring_view text) {
     const auto isSpecial = [lastPlain = lastPlain_](auto unit) {
-        return (unit < 32) | (unit == u'"') | (unit == u'\\') | (unit == u'/') | (unit > lastPlain);
+        return (unit < Unit{' '}) | (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{'/'}) |
+               (unit > lastPlain);
     };
     output_.Put(L'"');
     const wchar_t* next = text.data();

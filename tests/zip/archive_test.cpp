@@ -126,13 +126,14 @@ TEST(Archive, TakesMembersOfEverySize) {
     for (std::uint32_t i = 0, x = 1; i < 3'000'000; ++i)
         noise += static_cast<char>((x = x * 1664525 + 1013904223) >> 24);
     std::vector<Member> members;
-    for (std::size_t size : {262143u, 262144u, 262145u, 524288u, 1048575u, 3000000u})
-        for (int level : {0, 1})
-            members.push_back(
-                {std::to_string(size) + "-" + std::to_string(level), noise.substr(0, size), level});
+    for (std::size_t size : {262143u, 262144u, 262145u, 524288u, 1048575u, 3000000u}) {
+        members.push_back({"stored " + std::to_string(size), noise.substr(0, size), 0});
+        members.push_back({"packed " + std::to_string(size), noise.substr(0, size), 1});
+    }
     const Bytes bytes = Write(members, "");
-    for (std::size_t i = 0; i < members.size(); ++i)
+    for (std::size_t i = 0; i < members.size(); ++i) {
         EXPECT_TRUE(ReadMember(bytes, i) == members[i].content) << members[i].name;
+    }
 }
 
 TEST(Archive, RefusesEveryPieceOfAnArchive) {
@@ -341,16 +342,18 @@ TEST(Archive, ReadsMembersAboveFourGigabytesAndDoesNotWriteThem) {
     ASSERT_EQ(archive.Entries().size(), 1u);
     EXPECT_EQ(archive.Entries()[0].size, LargeInput::kMemberSize);
     std::uint64_t given = 0;
-    const Result result = ResultOf([&] {
-        EntryReader(file, archive)
-            .Read(archive.Entries()[0], [&](const std::uint8_t* data, std::size_t size) {
-                given += size;
-                Require(std::all_of(data, data + size, [](std::uint8_t byte) { return byte == 0; }),
-                        Result::kInvalid);
-                Require(given < 1'000'000, Result::kCancelled);
-            });
-    });
-    EXPECT_EQ(result, Result::kCancelled);
+    const Sink sink = [&](const std::uint8_t* data, std::size_t size) {
+        given += size;
+        Require(std::all_of(data, data + size, [](std::uint8_t byte) { return byte == 0; }),
+                Result::kInvalid);
+        Require(given < 1'000'000, Result::kCancelled);
+    };
+    EXPECT_EQ(ResultOf([&] { EntryReader(file, archive).Read(archive.Entries()[0], sink); }),
+              Result::kCancelled);
+    MemoryOutput output;
+    ArchiveWriter writer(output);
+    EXPECT_EQ(ResultOf([&] { writer.Copy(file, archive, {true}); }), Result::kTooBig);
+    EXPECT_TRUE(output.bytes.empty());
 }
 
 }  // namespace

@@ -52,7 +52,8 @@ class Engine : public testing::Test {
 
     static void Remove(const std::string& folder) {
         for (const std::string& name : Names(folder)) {
-            const std::string path = folder + "\\" + name;
+            std::string path = folder;
+            path.append("\\").append(name);
             ::SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
             if (!::DeleteFileA(path.c_str())) Remove(path);
         }

@@ -3,44 +3,26 @@
 
 namespace {
 
-struct DirectoryRow {
-    QuilletDirectories directory;
-    const wchar_t* name;
-};
-
-// A name for each number, as it is written in code.
-#define QL_DIRECTORY_ROW(member) {member, L## #member}
-constexpr DirectoryRow kDirectories[] = {
-    QL_DIRECTORY_ROW(ProgramDirectory),         QL_DIRECTORY_ROW(JavaScriptDirectory),
-    QL_DIRECTORY_ROW(ProgramDirectoryCopy),     QL_DIRECTORY_ROW(PersonalDictionaryFile),
-    QL_DIRECTORY_ROW(LibraryDirectory),         QL_DIRECTORY_ROW(TemplateSetDirectory),
-    QL_DIRECTORY_ROW(FormDocumentDirectory),    QL_DIRECTORY_ROW(AnswerDirectory),
-    QL_DIRECTORY_ROW(AnswerDirectoryAlias),     QL_DIRECTORY_ROW(TemplateDirectory),
-    QL_DIRECTORY_ROW(PublishDirectory),         QL_DIRECTORY_ROW(PersonalDocumentsDirectory),
-    QL_DIRECTORY_ROW(PublicDocumentsDirectory), QL_DIRECTORY_ROW(CatalogDirectory),
-    QL_DIRECTORY_ROW(ProgramFilesPreference),
-};
-#undef QL_DIRECTORY_ROW
-
-Record Describe(const DirectoryRow& row) {
+Record Describe(QuilletDirectories directory) {
     return {
-        {L"number", static_cast<int>(row.directory)},
-        {L"name", row.name},
-        {L"path", CQlDir::GetDirectory(row.directory)},
+        {L"number", static_cast<int>(directory)},
+        {L"name", CQlDir::GetName(directory)},
+        {L"path", CQlDir::GetDirectory(directory)},
     };
+}
+
+bool IsDirectory(int number) {
+    return CQlDir::GetName(static_cast<QuilletDirectories>(number)) != nullptr;
 }
 
 Answer Directories(const Arguments& arguments) {
     List rows;
     if (arguments.count() == 0) {
-        for (const DirectoryRow& row : kDirectories) rows.push_back(Describe(row));
+        for (int i = 0; IsDirectory(i); ++i) rows.push_back(Describe(static_cast<QuilletDirectories>(i)));
         return rows;
     }
     const int wanted = RequireInt(arguments[0], L"NUMBER");
-    for (const DirectoryRow& row : kDirectories) {
-        if (static_cast<int>(row.directory) == wanted) rows.push_back(Describe(row));
-    }
-    if (!rows.empty()) return rows;
+    if (IsDirectory(wanted)) return List{Describe(static_cast<QuilletDirectories>(wanted))};
     return Answer::Failure(L"there is no directory " + std::to_wstring(wanted) + L"; the numbers are 0 to 14");
 }
 

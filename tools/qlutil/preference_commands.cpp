@@ -192,11 +192,9 @@ struct Found {
 
 Found Look(Preference at, bool machine) {
     RWWString text;
-    unsigned int number = 0;
-    if (ReadRegString(at.sectionText(), at.entryText(), machine, &text)) return {at, Stored::kText, text};
-    if (ReadRegInt(at.sectionText(), at.entryText(), machine, &number)) {
-        return {at, Stored::kInt, static_cast<int>(number)};
-    }
+    int number = 0;
+    if (ReadRegString(at.sectionText(), at.entryText(), machine, text)) return {at, Stored::kText, text};
+    if (ReadRegInt(at.sectionText(), at.entryText(), machine, number)) return {at, Stored::kInt, number};
     return {at, Stored::kOther, nullptr};
 }
 

@@ -50,6 +50,8 @@ ArchiveWriter::ArchiveWriter(OutputFile& file) : out_(file, kBuffer), chunk_(kCh
 
 void ArchiveWriter::Copy(InputFile& from, const Archive& archive, const std::vector<bool>& kept) {
     const std::vector<Entry>& entries = archive.Entries();
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        Require(!kept[i] || !entries[i].needs64, Result::kTooBig);
     std::vector<std::uint64_t> offsets(entries.size());
     std::uint64_t start = 0, end = archive.PrefixSize(), position = end;
     for (std::size_t i : archive.ByOffset()) {
@@ -64,9 +66,7 @@ void ArchiveWriter::Copy(InputFile& from, const Archive& archive, const std::vec
     }
     CopyRange(from, start, end);
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (!kept[i]) continue;
-        Require(!entries[i].needs64, Result::kTooBig);
-        CopyRecord(archive.Record(entries[i]), entries[i].recordSize, offsets[i]);
+        if (kept[i]) CopyRecord(archive.Record(entries[i]), entries[i].recordSize, offsets[i]);
     }
 }
 

@@ -1,0 +1,87 @@
+// Texts to the ANSI code page and back, beside the bare system calls. "bare calls" answers strings of its own
+// like the library, each made at the right size; "reused buffers" allocates nothing, which no function that
+// answers a string can do, and shows what the conversion alone costs.
+#include <benchmark/benchmark.h>
+
+#include <stdexcept>
+#include <string>
+
+#include "platform/win32.h"
+#include "text/ansi_text.h"
+
+namespace {
+
+constexpr std::size_t kSmall = 1 << 10;
+constexpr std::size_t kLarge = 1 << 20;
+
+// Prose in which about every thirtieth letter is not ASCII; some are not in the code page.
+std::wstring Prose(std::size_t bytes) {
+    constexpr std::wstring_view kSentence =
+        L"The undersigned, Ren\u00e9e M\u00fcller, pays \u20ac 1,000 to \u0141ukasz. ";
+    std::wstring text;
+    while (text.size() < bytes / sizeof(char16_t)) text += kSentence;
+    text.resize(bytes / sizeof(char16_t));
+    return text;
+}
+
+std::wstring Ascii(std::size_t bytes) {
+    return std::wstring(bytes / sizeof(char16_t), L'x');
+}
+
+int Narrow(const std::wstring& wide, std::string& narrow) {
+    return ::WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), narrow.data(),
+                                 static_cast<int>(narrow.size()), "?", nullptr);
+}
+
+int Widen(const std::string& narrow, std::wstring& wide) {
+    return ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, narrow.data(), static_cast<int>(narrow.size()),
+                                 wide.data(), static_cast<int>(wide.size()));
+}
+
+template <class RoundTrip>
+void Run(benchmark::State& state, const std::wstring& text, RoundTrip roundTrip) {
+    for (auto _ : state) {
+        if (roundTrip(text) != text.size()) throw std::logic_error("the text was not converted");
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size() * sizeof(text[0])));
+}
+
+template <std::wstring Text(std::size_t), std::size_t kBytes>
+void Ours(benchmark::State& state) {
+    Run(state, Text(kBytes),
+        [](const std::wstring& text) { return MakeRWTStringAnsiOnly(text.c_str()).length(); });
+}
+
+template <std::wstring Text(std::size_t), std::size_t kBytes>
+void BareCalls(benchmark::State& state) {
+    Run(state, Text(kBytes), [](const std::wstring& text) {
+        std::string narrow(text.size(), '\0');
+        Narrow(text, narrow);
+        std::wstring wide(narrow.size(), L'\0');
+        return static_cast<std::size_t>(Widen(narrow, wide));
+    });
+}
+
+template <std::wstring Text(std::size_t), std::size_t kBytes>
+void ReusedBuffers(benchmark::State& state) {
+    const std::wstring source = Text(kBytes);
+    std::string narrow(source.size(), '\0');
+    std::wstring wide(source.size(), L'\0');
+    Run(state, source, [&](const std::wstring& text) {
+        Narrow(text, narrow);
+        return static_cast<std::size_t>(Widen(narrow, wide));
+    });
+}
+
+BENCHMARK(Ours<Prose, kSmall>)->Name("ansi 1 KB/ours");
+BENCHMARK(BareCalls<Prose, kSmall>)->Name("ansi 1 KB/bare calls");
+BENCHMARK(ReusedBuffers<Prose, kSmall>)->Name("ansi 1 KB/reused buffers");
+BENCHMARK(Ours<Prose, kLarge>)->Name("ansi 1 MB/ours");
+BENCHMARK(BareCalls<Prose, kLarge>)->Name("ansi 1 MB/bare calls");
+BENCHMARK(ReusedBuffers<Prose, kLarge>)->Name("ansi 1 MB/reused buffers");
+BENCHMARK(Ours<Ascii, kSmall>)->Name("ansi ascii 1 KB/ours");
+BENCHMARK(BareCalls<Ascii, kSmall>)->Name("ansi ascii 1 KB/bare calls");
+BENCHMARK(Ours<Ascii, kLarge>)->Name("ansi ascii 1 MB/ours");
+BENCHMARK(BareCalls<Ascii, kLarge>)->Name("ansi ascii 1 MB/bare calls");
+
+}  // namespace

@@ -1,0 +1,322 @@
+// Cached preference reads beside a query on a held-open key and beside a bare map with a lock; the first load
+// of 500 values beside the bare calls; the memory of a large store.
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <cstdio>
+#include <cwchar>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/unique_handle.h"
+#include "platform/win32.h"
+#include "settings/preferences.h"
+#include "settings/registry.h"
+#include "settings/settings_store.h"
+#include "settings/thread_slots.h"
+
+namespace {
+
+constexpr wchar_t kSection[] = L"Locations";
+constexpr int kEntries = 500;
+constexpr int kMaxThreads = 4;
+
+// For the life of the process the current user's registry is a key of this process alone.
+class PrivateRegistry {
+  public:
+    PrivateRegistry() {
+        ql::UniqueRegKey key;
+        ::RegCreateKeyExW(HKEY_CURRENT_USER, kHome, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, key.put(),
+                          nullptr);
+        ::RegOverridePredefKey(HKEY_CURRENT_USER, key.get());
+    }
+    ~PrivateRegistry() {
+        ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+        ::RegDeleteTreeW(HKEY_CURRENT_USER, kHome);
+    }
+    PrivateRegistry(const PrivateRegistry&) = delete;
+    PrivateRegistry& operator=(const PrivateRegistry&) = delete;
+
+  private:
+    static constexpr wchar_t kHome[] = L"Software\\Registry of the settings benchmark";
+};
+
+std::wstring EntryName(int i) {
+    return L"Template Files " + std::to_wstring(i);
+}
+
+std::wstring EntryText(int i) {
+    return L"C:\\Program Files\\Templates\\Group " + std::to_wstring(i);
+}
+
+const std::vector<std::wstring>& EntryNames() {
+    static const auto names = [] {
+        std::vector<std::wstring> all;
+        for (int i = 0; i < kEntries; ++i) all.push_back(EntryName(i));
+        return all;
+    }();
+    return names;
+}
+
+ql::UniqueRegKey OpenSection(const wchar_t* section) {
+    ql::UniqueRegKey key;
+    const std::wstring path = std::wstring(L"SOFTWARE\\Quillet\\Author\\") + section;
+    ::RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_QUERY_VALUE, key.put());
+    return key;
+}
+
+// What every measurement stands on: the values in the registry, the started library, a context for each
+// thread.
+class Scene {
+  public:
+    Scene() {
+        TlsmInitialize();
+        CQlsSettings::Initialize();
+        for (int i = 0; i < kEntries; ++i)
+            WriteQLRegString(kSection, EntryName(i).c_str(), EntryText(i).c_str());
+        for (int& context : contexts_) {
+            context = CQlsSettings::CreateThreadSettings();
+            CQlsSettings* store = CQlsSettings::GetSettings(context, true);
+            for (int i = 0; i < kEntries; ++i) {
+                store->SetRegStrSetting(kSection, EntryName(i).c_str(), EntryText(i).c_str());
+            }
+        }
+    }
+    ~Scene() {
+        CQlsSettings::Uninitialize();
+        TlsmUninitialize();
+    }
+    Scene(const Scene&) = delete;
+    Scene& operator=(const Scene&) = delete;
+
+    int Context(int thread) const { return contexts_[static_cast<std::size_t>(thread)]; }
+
+  private:
+    PrivateRegistry registry_;
+    std::array<int, kMaxThreads> contexts_{};
+};
+
+const Scene& TheScene() {
+    static const Scene scene;
+    return scene;
+}
+
+// --- cached reads
+// ----------------------------------------------------------------------------------------------------
+
+enum class Contexts { kSame, kOwn };
+
+template <Contexts kContexts>
+int ContextIndex(const benchmark::State& state) {
+    return kContexts == Contexts::kOwn ? state.thread_index() : 0;
+}
+
+// Each round reads the next entry, so that no single line of memory answers for all.
+template <class Read>
+void ReadEntries(benchmark::State& state, Read read) {
+    const auto& names = EntryNames();
+    std::size_t next = static_cast<std::size_t>(state.thread_index()) * 100;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(read(names[next]));
+        next = next + 1 == names.size() ? 0 : next + 1;
+    }
+}
+
+class Attached {
+  public:
+    explicit Attached(int context) : context_(context) {
+        TlsmInitializeThread();
+        CQlsSettings::InitializeThread();
+        CQlsSettings::AttachThreadSettings(context_);
+    }
+    ~Attached() {
+        CQlsSettings::DetachThreadSettings(context_);
+        CQlsSettings::UninitializeThread();
+        TlsmUninitializeThread();
+    }
+    Attached(const Attached&) = delete;
+    Attached& operator=(const Attached&) = delete;
+
+  private:
+    int context_;
+};
+
+// Into a text that the caller keeps, as a query fills a buffer that the caller keeps.
+template <Contexts kContexts>
+void ReadIntoText(benchmark::State& state) {
+    const Attached attached(TheScene().Context(ContextIndex<kContexts>(state)));
+    RWWString text;
+    ReadEntries(state, [&](const std::wstring& entry) {
+        CQlsSettings::GetThreadRegStrSetting(kSection, entry.c_str(), &text);
+        return text.data();
+    });
+}
+
+template <Contexts kContexts>
+void ReadNewText(benchmark::State& state) {
+    const Attached attached(TheScene().Context(ContextIndex<kContexts>(state)));
+    ReadEntries(state,
+                [](const std::wstring& entry) { return GetQLRegString(kSection, entry.c_str(), L""); });
+}
+
+void QueryOpenKey(benchmark::State& state) {
+    TheScene();
+    const ql::UniqueRegKey key = OpenSection(kSection);
+    wchar_t text[512];
+    ReadEntries(state, [&](const std::wstring& entry) {
+        DWORD bytes = sizeof text;
+        DWORD type = 0;
+        ::RegQueryValueExW(key.get(), entry.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(text), &bytes);
+        return text[0];
+    });
+}
+
+// The least that answers the same question: a section and an entry as two zero-ended texts, put together as
+// the key.
+struct MapOfMadeKeys {
+    std::mutex lock;
+    std::unordered_map<std::wstring, std::wstring> texts;
+
+    MapOfMadeKeys() {
+        for (int i = 0; i < kEntries; ++i) texts.emplace(Key(kSection, EntryName(i).c_str()), EntryText(i));
+    }
+    static std::wstring Key(const wchar_t* section, const wchar_t* entry) {
+        return std::wstring(section).append(L"<-^->").append(entry);
+    }
+    void Read(const std::wstring& entry, std::wstring& text) {
+        const std::wstring key = Key(kSection, entry.c_str());
+        const std::lock_guard<std::mutex> guard(lock);
+        text = texts.find(key)->second;
+    }
+};
+
+// Less than that: one section alone, and entries that are strings already.
+struct MapOfGivenKeys {
+    std::mutex lock;
+    std::unordered_map<std::wstring, std::wstring> texts;
+
+    MapOfGivenKeys() {
+        for (int i = 0; i < kEntries; ++i) texts.emplace(EntryName(i), EntryText(i));
+    }
+    void Read(const std::wstring& entry, std::wstring& text) {
+        const std::lock_guard<std::mutex> guard(lock);
+        text = texts.find(entry)->second;
+    }
+};
+
+template <class Map, Contexts kContexts>
+Map& MapOf(const benchmark::State& state) {
+    static std::array<Map, kMaxThreads> maps;
+    return maps[static_cast<std::size_t>(ContextIndex<kContexts>(state))];
+}
+
+template <class Map, Contexts kContexts>
+void CopyIntoText(benchmark::State& state) {
+    Map& map = MapOf<Map, kContexts>(state);
+    std::wstring text;
+    ReadEntries(state, [&](const std::wstring& entry) {
+        map.Read(entry, text);
+        return text.data();
+    });
+}
+
+template <class Map, Contexts kContexts>
+void CopyNewText(benchmark::State& state) {
+    Map& map = MapOf<Map, kContexts>(state);
+    ReadEntries(state, [&](const std::wstring& entry) {
+        std::wstring text;
+        map.Read(entry, text);
+        return text;
+    });
+}
+
+// --- first load
+// ------------------------------------------------------------------------------------------------------
+
+void LoadStore(benchmark::State& state) {
+    TheScene();
+    for (auto _ : state) {
+        CQlsSettings store;
+        RWWString text;
+        for (const std::wstring& entry : EntryNames()) {
+            store.GetRegStrSetting(kSection, entry.c_str(), &text);
+            benchmark::DoNotOptimize(text.data());
+        }
+    }
+}
+
+void LoadRaw(benchmark::State& state) {
+    TheScene();
+    for (auto _ : state) {
+        for (const std::wstring& entry : EntryNames()) {
+            const ql::UniqueRegKey key = OpenSection(kSection);
+            wchar_t text[512];
+            DWORD bytes = sizeof text;
+            DWORD type = 0;
+            ::RegQueryValueExW(key.get(), entry.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(text),
+                               &bytes);
+            benchmark::DoNotOptimize(text);
+        }
+    }
+}
+
+// --- memory
+// ----------------------------------------------------------------------------------------------------------
+
+// What the process's heaps have handed out.
+std::size_t BytesInUse() {
+    std::size_t bytes = 0;
+    HANDLE heaps[64];
+    const DWORD count = ::GetProcessHeaps(std::size(heaps), heaps);
+    for (DWORD i = 0; i < count && i < std::size(heaps); ++i) {
+        PROCESS_HEAP_ENTRY entry = {};
+        while (::HeapWalk(heaps[i], &entry)) {
+            if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) bytes += entry.cbData + entry.cbOverhead;
+        }
+    }
+    return bytes;
+}
+
+void HoldSettings(benchmark::State& state) {
+    constexpr int kSettings = 10000;
+    for (auto _ : state) {
+        std::size_t texts = 0;
+        const std::size_t before = BytesInUse();
+        CQlsSettings store;
+        for (int i = 0; i < kSettings; ++i) {
+            store.SetRegStrSetting(kSection, EntryName(i).c_str(), EntryText(i).c_str());
+            texts += (std::wcslen(kSection) + EntryName(i).size() + EntryText(i).size()) * sizeof(wchar_t);
+        }
+        state.counters["held"] = static_cast<double>(BytesInUse() - before);
+        state.counters["texts"] = static_cast<double>(texts);
+    }
+}
+
+void OnOneAndFourThreads(benchmark::internal::Benchmark* reads) {
+    reads->Threads(1)->Threads(kMaxThreads)->UseRealTime();
+}
+
+constexpr auto kSame = Contexts::kSame;
+constexpr auto kOwn = Contexts::kOwn;
+
+#define QL_READS(name, ...) BENCHMARK(__VA_ARGS__)->Name("cached read, " name)->Apply(OnOneAndFourThreads)
+QL_READS("same context/ours", ReadIntoText<kSame>);
+QL_READS("same context/held-open key", QueryOpenKey);
+QL_READS("same context/bare map, key given", CopyIntoText<MapOfGivenKeys, kSame>);
+QL_READS("same context/bare map, key made", CopyIntoText<MapOfMadeKeys, kSame>);
+QL_READS("own contexts/ours", ReadIntoText<kOwn>);
+QL_READS("own contexts/held-open key", QueryOpenKey);
+QL_READS("own contexts/bare map, key given", CopyIntoText<MapOfGivenKeys, kOwn>);
+QL_READS("own contexts/bare map, key made", CopyIntoText<MapOfMadeKeys, kOwn>);
+QL_READS("new text, same context/ours", ReadNewText<kSame>);
+QL_READS("new text, same context/bare map, key given", CopyNewText<MapOfGivenKeys, kSame>);
+QL_READS("new text, same context/bare map, key made", CopyNewText<MapOfMadeKeys, kSame>);
+#undef QL_READS
+BENCHMARK(LoadStore)->Name("first load of 500/ours")->Unit(benchmark::kMillisecond);
+BENCHMARK(LoadRaw)->Name("first load of 500/open, query, close")->Unit(benchmark::kMillisecond);
+BENCHMARK(HoldSettings)->Name("store of 10,000 settings/bytes")->Iterations(1);
+
+}  // namespace

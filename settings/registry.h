@@ -1,0 +1,93 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/export.h"
+#include "rw/wide_string.h"
+#include "text/string_table.h"
+
+struct HKEY__;  // NOLINT(bugprone-reserved-identifier): the system's name
+using HKEY = HKEY__*;
+
+// The preferences as they lie in the registry: values grouped in sections below "SOFTWARE\Quillet\Author\". A
+// null or empty section is that base key itself. "Current user first" means that the user's value wins over
+// the machine's. The everyday accessors, which go through the settings stores, are in settings/preferences.h.
+//
+// A text is a value of type REG_SZ, REG_EXPAND_SZ (not expanded) or REG_MULTI_SZ (its first text). It ends at
+// its first zero, need not have one, and is cut to 511 units; a value of more than 512 units is not found.
+// Nothing is assumed about what is stored, and errors of the registry only ever mean "not found".
+//
+// Functions without an object are safe on any thread. A null text argument counts as empty.
+
+// The texts that booleans are stored as: "True" and "False".
+extern QL_API const wchar_t g_trueStr[];
+extern QL_API const wchar_t g_falseStr[];
+
+// Each answers whether a value was found, and leaves the out-parameter alone when none was. Current user
+// first.
+QL_API bool GetRegStringVal(const wchar_t* section, const wchar_t* entry, RWWString* value);
+
+// Kept on purpose: the type is not looked at. Any value of at most four bytes is taken as a little-endian
+// number, missing bytes being zero.
+QL_API bool GetRegIntVal(const wchar_t* section, const wchar_t* entry, unsigned int* value);
+
+// A text that is found but is no boolean gives false.
+QL_API bool GetRegBoolVal(const wchar_t* section, const wchar_t* entry, bool* value);
+
+// The same of one root only: the local machine's or the current user's. The integer is the 32 bits as a
+// signed number.
+QL_API bool ReadRegString(const wchar_t* section, const wchar_t* entry, bool machine, RWWString& value);
+QL_API bool ReadRegInt(const wchar_t* section, const wchar_t* entry, bool machine, int& value);
+
+// Red + 256 green + 65536 blue from "red,green,blue", each part read as a leading decimal number (0 when
+// there is none) of which the low 8 bits count: "255,128,0" -> 33023, "300,0,0" -> 44. The default when a
+// comma is missing or the first one stands at the front.
+QL_API unsigned long QLRegStringToColor(const RWWString& text, unsigned long defaultColor);
+
+// The text of one root only: the local machine's or the current user's. Empty when absent.
+QL_API RWWString GetQLRegStringEx(const wchar_t* section, const wchar_t* entry, bool machine);
+
+// The same without one trailing backslash.
+QL_API RWWString GetQLProfileDirEx(const wchar_t* section, const wchar_t* entry, bool machine);
+
+// The text that the previous generation of the product left below "SOFTWARE\Brellwick\Quillet 6\", current
+// user first. Empty, or the default, when it is absent or empty.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the exported name is settled.
+QL_API RWWString _GetOldQLProfileString(const wchar_t* section, const wchar_t* entry);
+QL_API RWWString GetOldQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText);
+
+// The names of a section's values, collected at construction, in the registry's order. Use one object from
+// one thread at a time.
+class QL_API EnumQLEntries : public QLStringTable {
+  public:
+    // Both roots: the current user's names, then those that only the machine has (compared ignoring case).
+    explicit EnumQLEntries(const wchar_t* section);
+
+    // One root. With underBase false the section is a full key path.
+    EnumQLEntries(const wchar_t* section, bool machine, bool underBase = true);
+
+    bool GetNextEntry(RWWString& name);  // false, and the name untouched, after the last
+
+  private:
+    void Collect(HKEY root, const RWWString& path);
+
+    unsigned next_ = 0;
+};
+
+// The names of a key's subkeys, read one by one while the key is held open. Use one object from one thread at
+// a time; what another process adds or removes meanwhile may be missed or seen.
+class QL_API EnumQLSections {
+  public:
+    // A key that cannot be opened has no sections.
+    EnumQLSections(HKEY root, const wchar_t* subkey);
+    EnumQLSections(const wchar_t* section, bool machine);  // those within a section of the product
+
+    RWWString GetNextSection();  // empty after the last
+
+  private:
+    struct QL_API Closer {
+        void operator()(HKEY key) const noexcept;
+    };
+    std::unique_ptr<HKEY__, Closer> key_;
+    unsigned next_ = 0;
+};

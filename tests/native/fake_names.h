@@ -1,0 +1,18 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string_view>
+
+namespace fake {
+
+// Orders names as the system does for registry and environment: ignoring case.
+struct NameLess {
+    using is_transparent = void;
+    bool operator()(std::wstring_view a, std::wstring_view b) const {
+        return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
+                                    static_cast<int>(b.size()), TRUE) == CSTR_LESS_THAN;
+    }
+};
+
+}  // namespace fake

@@ -1,0 +1,281 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "settings/registry.h"
+#include "settings/settings_store.h"
+#include "settings/thread_slots.h"
+#include "tests/settings/private_registry.h"
+
+namespace {
+
+template <class Work>
+void OnAnotherThread(Work work) {
+    std::thread([&] {
+        const SettingsThread thread;
+        work();
+    }).join();
+}
+
+TEST(ThreadSlots, AnswerFailureUnlessInitialised) {
+    EXPECT_EQ(kTlsmNoSlot, TlsmAlloc());
+    EXPECT_FALSE(TlsmFree(0));
+    EXPECT_FALSE(TlsmInitializeThread());
+    EXPECT_FALSE(TlsmIsThreadInitialized());
+    EXPECT_FALSE(TlsmSetValue(0, nullptr));
+    EXPECT_EQ(nullptr, TlsmGetValue(0));
+    EXPECT_FALSE(TlsmUninitialize());
+    TlsmUninitializeThread();
+}
+
+class Slots : public testing::Test {
+  protected:
+    Slots() { EXPECT_TRUE(TlsmInitialize()); }
+    ~Slots() override { EXPECT_TRUE(TlsmUninitialize()); }
+};
+
+TEST_F(Slots, AreSixtyFour) {
+    EXPECT_FALSE(TlsmInitialize());
+    for (unsigned long slot = 0; slot < 64; ++slot) EXPECT_EQ(slot, TlsmAlloc());
+    EXPECT_EQ(kTlsmNoSlot, TlsmAlloc());
+    EXPECT_FALSE(TlsmFree(64));
+    EXPECT_FALSE(TlsmFree(kTlsmNoSlot));
+    EXPECT_EQ(kTlsmNoSlot, TlsmAlloc());
+}
+
+TEST_F(Slots, BeginAgainAtZeroOnceAnyIsFreed) {
+    TlsmAlloc();
+    TlsmAlloc();
+    EXPECT_TRUE(TlsmFree(1));
+    EXPECT_EQ(0u, TlsmAlloc());
+}
+
+TEST_F(Slots, EachThreadHasItsOwnValues) {
+    int here = 0;
+    EXPECT_FALSE(TlsmSetValue(5, &here));
+    EXPECT_TRUE(TlsmInitializeThread());
+    EXPECT_EQ(nullptr, TlsmGetValue(5));
+    EXPECT_TRUE(TlsmSetValue(5, &here));
+    EXPECT_FALSE(TlsmSetValue(64, &here));
+    EXPECT_EQ(nullptr, TlsmGetValue(64));
+    std::thread([] {
+        EXPECT_FALSE(TlsmIsThreadInitialized());
+        EXPECT_TRUE(TlsmInitializeThread());
+        EXPECT_EQ(nullptr, TlsmGetValue(5));
+        TlsmUninitializeThread();
+    }).join();
+    EXPECT_EQ(&here, TlsmGetValue(5));
+    EXPECT_TRUE(TlsmInitializeThread());
+    EXPECT_EQ(nullptr, TlsmGetValue(5));
+    TlsmUninitializeThread();
+    EXPECT_FALSE(TlsmIsThreadInitialized());
+}
+
+constexpr auto kNumber = static_cast<QlSetting>(12);
+
+TEST(ContextsWithoutStores, AnswerFailure) {
+    RWWString text(L"before");
+    int number = 7;
+    EXPECT_EQ(-1, CQlsSettings::CreateThreadSettings());
+    EXPECT_EQ(-1, CQlsSettings::GetCurThreadSettings());
+    EXPECT_EQ(0, CQlsSettings::AddThreadSettingsRef(0));
+    EXPECT_FALSE(CQlsSettings::AttachThreadSettings(0));
+    EXPECT_FALSE(CQlsSettings::DetachThreadSettings(0));
+    EXPECT_FALSE(CQlsSettings::InitializeThread());
+    EXPECT_EQ(nullptr, CQlsSettings::GetSettings(-1, false));
+    EXPECT_FALSE(CQlsSettings::SetThreadIntSetting(kNumber, 1));
+    EXPECT_FALSE(CQlsSettings::GetThreadStrSetting(kNumber, &text, L"default"));
+    EXPECT_FALSE(CQlsSettings::GetDefRegIntSetting(L"Sec", L"Ent", &number, 5));
+    EXPECT_EQ(L"before", text);
+    EXPECT_EQ(7, number);
+    CQlsSettings::UninitializeThread();
+    CQlsSettings::Uninitialize();
+}
+
+TEST(ContextsWithoutStores, StartOnlyOnceAndOnlyWithAThreadSlot) {
+    EXPECT_FALSE(CQlsSettings::Initialize());
+    EXPECT_NE(nullptr, CQlsSettings::GetSettings(-1, false));
+    CQlsSettings::Uninitialize();
+    const SettingsProcess process;
+    EXPECT_FALSE(CQlsSettings::Initialize());
+}
+
+class Contexts : public testing::Test {
+  protected:
+    PrivateRegistry registry_;
+    SettingsProcess process_;
+    SettingsThread thread_;
+};
+
+TEST_F(Contexts, TheLowestFreeIdIsHandedOut) {
+    EXPECT_EQ(0, CQlsSettings::CreateThreadSettings());
+    EXPECT_EQ(1, CQlsSettings::CreateThreadSettings());
+    EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(0));
+    EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(0));
+    EXPECT_EQ(0, CQlsSettings::CreateThreadSettings());
+    for (int id = 2; id < 40; ++id) EXPECT_EQ(id, CQlsSettings::CreateThreadSettings());
+}
+
+TEST_F(Contexts, ReferencesAreCountedAndTheLastTakesTheStoreAlong) {
+    const int id = CQlsSettings::CreateThreadSettings();
+    EXPECT_EQ(2, CQlsSettings::AddThreadSettingsRef(id));
+    CQlsSettings::GetSettings(id, true)->SetStrSetting(kNumber, L"old");
+    EXPECT_EQ(1, CQlsSettings::ReleaseThreadSettingsRef(id));
+    EXPECT_NE(CQlsSettings::GetSettings(-1, false), CQlsSettings::GetSettings(id, false));
+    EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
+    EXPECT_EQ(CQlsSettings::GetSettings(-1, false), CQlsSettings::GetSettings(id, false));
+    EXPECT_EQ(id, CQlsSettings::CreateThreadSettings());
+    RWWString text;
+    EXPECT_FALSE(CQlsSettings::GetSettings(id, true)->GetStrSetting(kNumber, &text, nullptr));
+}
+
+TEST_F(Contexts, IdsThatNameNoContextAreHarmless) {
+    CQlsSettings* global = CQlsSettings::GetSettings(-1, false);
+    ASSERT_NE(nullptr, global);
+    EXPECT_EQ(nullptr, CQlsSettings::GetSettings(-1, true));
+    EXPECT_EQ(1, CQlsSettings::AddThreadSettingsRef(-1));
+    EXPECT_EQ(1, CQlsSettings::ReleaseThreadSettingsRef(-1));
+    for (int id : {0, 16, 1000000, -2, -2147483647 - 1}) {
+        EXPECT_EQ(0, CQlsSettings::AddThreadSettingsRef(id));
+        EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
+        EXPECT_FALSE(CQlsSettings::AttachThreadSettings(id));
+        EXPECT_EQ(global, CQlsSettings::GetSettings(id, false));
+        EXPECT_EQ(nullptr, CQlsSettings::GetSettings(id, true));
+    }
+}
+
+TEST_F(Contexts, AThreadDetachesAsOftenAsItAttached) {
+    const int id = CQlsSettings::CreateThreadSettings();
+    const int other = CQlsSettings::CreateThreadSettings();
+    EXPECT_FALSE(CQlsSettings::DetachThreadSettings(id));
+    EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id));
+    EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id));
+    EXPECT_FALSE(CQlsSettings::AttachThreadSettings(other));
+    EXPECT_FALSE(CQlsSettings::DetachThreadSettings(other));
+    EXPECT_EQ(id, CQlsSettings::GetCurThreadSettings());
+    EXPECT_EQ(2, CQlsSettings::ReleaseThreadSettingsRef(id));
+    EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
+    EXPECT_EQ(id, CQlsSettings::GetCurThreadSettings());
+    EXPECT_EQ(2, CQlsSettings::ReleaseThreadSettingsRef(id));
+    EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
+    EXPECT_EQ(-1, CQlsSettings::GetCurThreadSettings());
+    EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
+}
+
+TEST_F(Contexts, AThreadThatEndsAttachedKeepsItsReference) {
+    const int id = CQlsSettings::CreateThreadSettings();
+    OnAnotherThread([id] { EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id)); });
+    EXPECT_EQ(1, CQlsSettings::ReleaseThreadSettingsRef(id));
+}
+
+TEST_F(Contexts, AThreadThatIsNotInitialisedCannotAttachButReadsTheGlobalStore) {
+    const int id = CQlsSettings::CreateThreadSettings();
+    CQlsSettings::SetThreadRegStrSetting(L"Sec", L"Ent", L"global");
+    std::thread([id] {
+        EXPECT_FALSE(CQlsSettings::AttachThreadSettings(id));
+        EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
+    }).join();
+    EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
+}
+
+TEST_F(Contexts, AnAttachedThreadReadsTheGlobalStoreUntilItsFirstWrite) {
+    CQlsSettings::SetThreadRegStrSetting(L"Sec", L"Ent", L"global");
+    CQlsSettings::AttachThreadSettings(CQlsSettings::CreateThreadSettings());
+    EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
+    EXPECT_TRUE(CQlsSettings::SetThreadStrSetting(kNumber, L"own"));
+    EXPECT_EQ(L"", ThreadText(L"Sec", L"Ent"));
+    OnAnotherThread([] {
+        RWWString text;
+        EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
+        EXPECT_FALSE(CQlsSettings::GetThreadStrSetting(kNumber, &text, L"default"));
+    });
+    EXPECT_TRUE(CQlsSettings::ClearThreadRegSetting(L"Sec", L"Ent"));
+    EXPECT_FALSE(CQlsSettings::ClearThreadRegSetting(L"Sec", L"Ent"));
+}
+
+TEST_F(Contexts, SettersByNumberThatKeepNothingStillMakeTheStore) {
+    const int id = CQlsSettings::CreateThreadSettings();
+    CQlsSettings::AttachThreadSettings(id);
+    EXPECT_TRUE(CQlsSettings::SetThreadBoolSetting(kNumber, true));
+    EXPECT_NE(CQlsSettings::GetSettings(-1, false), CQlsSettings::GetSettings(id, false));
+    bool flag = false;
+    EXPECT_FALSE(CQlsSettings::GetThreadBoolSetting(kNumber, &flag, true));
+    EXPECT_FALSE(flag);
+}
+
+TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {
+    CQlsSettings::AttachThreadSettings(CQlsSettings::CreateThreadSettings());
+    CQlsSettings::SetThreadRegIntSetting(L"Sec", L"Int", 1);
+    EXPECT_TRUE(CQlsSettings::SetDefRegIntSetting(L"Sec", L"Int", -2));
+    EXPECT_TRUE(CQlsSettings::SetDefRegBoolSetting(L"Sec", L"Bool", true));
+    EXPECT_TRUE(CQlsSettings::SetDefRegStrSetting(L"Sec", L"Text", L"x"));
+    EXPECT_EQ(L"True", GetQLRegStringEx(L"Sec", L"Bool", false));
+    EXPECT_EQ(L"x", GetQLRegStringEx(L"Sec", L"Text", false));
+    EXPECT_EQ(REG_DWORD, registry_.Get(L"Sec", L"Int").type);
+    int number = 0;
+    EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Sec", L"Int", &number));
+    EXPECT_EQ(1, number);
+    EXPECT_TRUE(CQlsSettings::GetDefRegIntSetting(L"Sec", L"Int", &number));
+    EXPECT_EQ(-2, number);
+    RWWString text(L"before");
+    EXPECT_TRUE(CQlsSettings::SetDefRegStrSetting(L"Sec", L"Text", nullptr));
+    EXPECT_EQ(REG_NONE, registry_.Get(L"Sec", L"Text").type);
+    EXPECT_TRUE(CQlsSettings::GetDefRegStrSetting(L"Sec", L"Text", &text, L"default"));
+    EXPECT_EQ(L"", text);
+}
+
+// One piece of work: a context of its own filled from a document, a helper thread attached to it, and nothing
+// of it left behind.
+void WorkInContext(int worker, int round) {
+    const int value = worker * 1000 + round;
+    const std::wstring document = L"{\"Own<-^->Value\":" + std::to_wstring(value) + L"}";
+    const int id = CQlsSettings::CreateThreadSettings();
+    ASSERT_GE(id, 0);
+    ASSERT_TRUE(CQlsSettings::AttachThreadSettings(id));
+    EXPECT_TRUE(CQlsSettings::GetSettings(id, true)->SetFromSerializedSettings(document.c_str()));
+    int number = 0;
+    EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Own", L"Value", &number));
+    EXPECT_EQ(value, number);
+    EXPECT_EQ(L"", ThreadText(L"Global", std::to_wstring(worker).c_str()));
+    if (round % 25 == 0) {
+        OnAnotherThread([&] {
+            EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id));
+            int seen = 0;
+            EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Own", L"Value", &seen));
+            EXPECT_EQ(value, seen);
+            EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
+        });
+    }
+    EXPECT_EQ(id, CQlsSettings::GetCurThreadSettings());
+    CQlsSettings::ReleaseThreadSettingsRef(id);
+    EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
+    EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
+}
+
+TEST_F(Contexts, ManyThreadsRecycleContextsWithoutSeeingEachOther) {
+    constexpr int kWorkers = 8;
+    std::vector<std::thread> threads;
+    threads.reserve(kWorkers);
+    for (int worker = 0; worker < kWorkers; ++worker) {
+        threads.emplace_back([worker] {
+            const SettingsThread thread;
+            const std::wstring name = std::to_wstring(worker);
+            for (int round = 0; round < 100; ++round) {
+                WorkInContext(worker, round);
+                EXPECT_TRUE(CQlsSettings::SetThreadRegStrSetting(L"Global", name.c_str(), name.c_str()));
+                EXPECT_EQ(RWWString(name), ThreadText(L"Global", name.c_str()));
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(0, CQlsSettings::CreateThreadSettings());
+    RWWString document;
+    EXPECT_TRUE(CQlsSettings::GetSettings(-1, false)->GetSerializedSettings(&document));
+    EXPECT_EQ(
+        LR"({"Global<-^->0":"0","Global<-^->1":"1","Global<-^->2":"2","Global<-^->3":"3",)"
+        LR"("Global<-^->4":"4","Global<-^->5":"5","Global<-^->6":"6","Global<-^->7":"7"})",
+        document);
+}
+
+}  // namespace

@@ -1,0 +1,178 @@
+#include "settings/preferences.h"
+
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <set>
+#include <thread>
+
+#include "settings/lifetime.h"
+#include "settings/preference_keys.h"
+#include "settings/registry.h"
+#include "tests/settings/private_registry.h"
+
+namespace {
+
+class Preferences : public testing::Test {
+  protected:
+    PrivateRegistry registry_;
+    SettingsProcess process_;
+    SettingsThread thread_;
+};
+
+TEST_F(Preferences, AnEmptyTextIsTheDefaultOnlyThroughTheEverydayReader) {
+    registry_.Put(kUser, L"Sec", L"Empty", L"");
+    EXPECT_EQ(L"default", GetQLRegString(L"Sec", L"Empty", L"default"));
+    EXPECT_EQ(L"", _GetQLProfileString(L"Sec", L"Empty", L"default"));
+    EXPECT_EQ(L"", GetQLRegString(L"Sec", L"Empty", nullptr));
+    EXPECT_EQ(L"", GetQLRegString(L"Sec", L"Absent", nullptr));
+    EXPECT_EQ(L"later", GetQLRegString(L"Sec", L"Absent", L"later"));
+    EXPECT_EQ(L"default", _GetQLProfileString(L"Sec", L"Missing", L"default"));
+}
+
+TEST_F(Preferences, WhatIsWrittenIsStoredInItsFormAndReadWithoutTheRegistry) {
+    WriteQLRegString(L"Sec", L"Text", L"xy");
+    WriteQLRegInt(L"Sec", L"Int", -2);
+    WriteQLRegBool(L"Sec", L"Bool", true);
+    WriteQLRegColor(L"Sec", L"Colour", 33023);
+    const auto text = registry_.Get(L"Sec", L"Text");
+    EXPECT_EQ(REG_SZ, text.type);
+    EXPECT_EQ(3 * sizeof(wchar_t), text.bytes.size());
+    const auto number = registry_.Get(L"Sec", L"Int");
+    EXPECT_EQ(REG_DWORD, number.type);
+    EXPECT_EQ((std::vector<BYTE>{0xfe, 0xff, 0xff, 0xff}), number.bytes);
+    EXPECT_EQ(L"True", GetQLRegStringEx(L"Sec", L"Bool", false));
+    EXPECT_EQ(L"255,128,0", GetQLRegStringEx(L"Sec", L"Colour", false));
+    ::RegDeleteTreeW(kUser, PrivateRegistry::Path(L"Sec").c_str());
+    EXPECT_EQ(L"xy", GetQLRegString(L"Sec", L"Text", L"default"));
+    EXPECT_EQ(-2, GetQLRegInt(L"Sec", L"Int", 5));
+    EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", false));
+    EXPECT_EQ(33023u, GetQLRegColor(L"Sec", L"Colour", 0));
+}
+
+TEST_F(Preferences, WhatCannotBeReadIsTheDefault) {
+    EXPECT_EQ(5, GetQLRegInt(L"Sec", L"Int", 5));
+    EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", true));
+    EXPECT_EQ(9u, GetQLRegColor(L"Sec", L"Colour", 9));
+    registry_.Put(kUser, L"Sec", L"Other colour", L"green");
+    EXPECT_EQ(9u, GetQLRegColor(L"Sec", L"Other colour", 9));
+}
+
+TEST_F(Preferences, ANullTextDeletesTheUsersValueAndFallsBack) {
+    registry_.Put(kMachine, L"Sec", L"Text", L"machine");
+    WriteQLRegString(L"Sec", L"Text", L"user");
+    EXPECT_EQ(L"user", GetQLRegString(L"Sec", L"Text", nullptr));
+    WriteQLRegString(L"Sec", L"Text", nullptr);
+    EXPECT_EQ(L"machine", GetQLRegString(L"Sec", L"Text", nullptr));
+    EXPECT_EQ(REG_NONE, registry_.Get(L"Sec", L"Text").type);
+    WriteQLRegString(L"Nothing", L"there", nullptr);
+    EXPECT_EQ(L"default", GetQLRegString(L"Nothing", L"there", L"default"));
+}
+
+TEST_F(Preferences, DeletingFromAContextLeavesTheGlobalStoreAsItWas) {
+    CQlsSettings::AttachThreadSettings(CQlsSettings::CreateThreadSettings());
+    WriteQLRegString(L"Sec", L"Text", L"user");
+    WriteQLRegString(L"Sec", L"Text", nullptr);
+    EXPECT_EQ(L"", GetQLRegString(L"Sec", L"Text", nullptr));
+    std::thread([] { EXPECT_EQ(L"user", GetQLRegString(L"Sec", L"Text", nullptr)); }).join();
+}
+
+TEST_F(Preferences, FoldersLoseExactlyOneTrailingBackslash) {
+    const struct {
+        const wchar_t* stored;
+        const wchar_t* folder;
+    } cases[] = {{L"D:\\Work\\", L"D:\\Work"},
+                 {L"D:\\Work\\\\", L"D:\\Work\\"},
+                 {L"D:\\Work", L"D:\\Work"},
+                 {L"\\", L""},
+                 {L"", L""},
+                 {L"D:/Work/", L"D:/Work/"}};
+    for (const auto& c : cases) {
+        WriteQLRegString(L"Sec", L"Folder", c.stored);
+        EXPECT_EQ(c.folder, GetQLProfileDir(L"Sec", L"Folder"));
+    }
+}
+
+TEST(PreferencesWithoutStores, AreReadFromTheRegistryEachTime) {
+    const PrivateRegistry registry;
+    EXPECT_EQ(L"default", GetQLRegString(L"Sec", L"Text", L"default"));
+    EXPECT_EQ(4, GetQLRegInt(L"Sec", L"Int", 4));
+    WriteQLRegString(L"Sec", L"Text", L"one");
+    WriteQLRegInt(L"Sec", L"Int", 5);
+    WriteQLRegBool(L"Sec", L"Bool", true);
+    EXPECT_EQ(L"one", GetQLRegString(L"Sec", L"Text", L"default"));
+    EXPECT_EQ(5, GetQLRegInt(L"Sec", L"Int", 4));
+    EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", false));
+    registry.Put(kUser, L"Sec", L"Text", L"two");
+    EXPECT_EQ(L"two", GetQLRegString(L"Sec", L"Text", L"default"));
+}
+
+TEST(Lifetime, TheStartReadsWhenDatesAreVerified) {
+    const struct {
+        const wchar_t* text;
+        DATE_REDISPLAY_OPT option;
+    } cases[] = {{L"never", DATE_REDISPLAY_NEVER},
+                 {L"ALWAYS", DATE_REDISPLAY_ALWAYS},
+                 {L"sometimes", DATE_REDISPLAY_CHANGED},
+                 {L"never ", DATE_REDISPLAY_CHANGED}};
+    for (const auto& c : cases) {
+        const PrivateRegistry registry;
+        registry.Put(kUser, QLIS_ANSWER_ENTRY, QLIE_VERIFY_DATES, c.text);
+        EXPECT_TRUE(InitializeUtil());
+        EXPECT_EQ(c.option, g_dateRedisplayOpt);
+        UninitializeUtil();
+    }
+    const PrivateRegistry empty;
+    g_dateRedisplayOpt = DATE_REDISPLAY_NEVER;
+    EXPECT_TRUE(InitializeUtil());
+    EXPECT_EQ(DATE_REDISPLAY_CHANGED, g_dateRedisplayOpt);
+}
+
+struct Key {
+    const char* name;
+    const wchar_t* text;
+};
+
+TEST(PreferenceKeys, AreAllThereAndUsableAsKeysAndTexts) {
+#define QL_KEY_ROW(name, text) {#name, name},
+    const Key sections[] = {QL_PREFERENCE_SECTIONS(QL_KEY_ROW)};
+    const Key entries[] = {QL_PREFERENCE_ENTRIES(QL_KEY_ROW, QL_KEY_ROW)};
+#undef QL_KEY_ROW
+    std::set<std::string> names;
+    for (const Key& key : sections) EXPECT_TRUE(names.insert(key.name).second) << key.name;
+    EXPECT_EQ(24u, names.size());
+    for (const Key& key : entries) {
+        EXPECT_TRUE(names.insert(key.name).second) << key.name;
+        const std::wstring text = key.text;
+        EXPECT_FALSE(text.empty() || text.front() == L' ' || text.back() == L' ') << key.name;
+        EXPECT_EQ(std::wstring::npos, text.find(L'\\')) << key.name;
+    }
+    EXPECT_EQ(24u + 531u, names.size());
+}
+
+TEST(PreferenceKeys, HoldTheTextsOfTheRegistry) {
+    const struct {
+        const wchar_t* expected;
+        const wchar_t* key;
+    } cases[] = {
+        {L"Locations", QLIS_DIRECTORIES},
+        {L"Spelling", QLIS_SPELL_CHECKING},
+        {L"Smart", QLIE_INSERT_RETURNS_SMART},
+        {L"TITLE", QLIE_TITLE},
+        {L"*** Variable ***", QLIE_UNANSWERED_FORMAT_VARIABLE},
+        {L"Don't leave dialog", QLIE_REFORMAT_ANSWER_FIELD_ACTION_STAY},
+        {L"Use Developer Comments For Text Blocks", QLIE_USE_DEV_CMTS_FOR_TEXT_BLOCKS},
+        {L"0,0,255:true:false", QLIE_SCRIPT_EDITOR_COLOR_LOCALS_DEFREGSTR},
+        {L"255,128,128", QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_DEFREGSTR[19]},
+        {L"255,255,192", QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_B_DEFREGSTR[5]},
+        {L"255,255,255", QLIE_TEXT_TEMPLATE_COLOR_TIERED_B_DEFREGSTR[19]},
+    };
+    for (const auto& c : cases) EXPECT_STREQ(c.expected, c.key);
+    EXPECT_TRUE(QLIE_SCRIPT_EDITOR_AUTO_INDENT_DEFREGBOOL);
+    EXPECT_EQ(2147483647, QLIEDEF_MAX_WHILE_COUNT);
+    wchar_t entry[40];
+    std::swprintf(entry, std::size(entry), QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL, 3);
+    EXPECT_STREQ(L"Template Sequential 3", entry);
+}
+
+}  // namespace

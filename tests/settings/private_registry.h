@@ -1,0 +1,130 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "platform/unique_handle.h"
+#include "platform/win32.h"
+#include "settings/settings_store.h"
+#include "settings/thread_slots.h"
+
+// NOLINTBEGIN(performance-no-int-to-ptr): the system's own constants
+inline const HKEY kUser = HKEY_CURRENT_USER;
+inline const HKEY kMachine = HKEY_LOCAL_MACHINE;
+// NOLINTEND(performance-no-int-to-ptr)
+
+inline void PrintTo(const RWWString& text, std::ostream* out) {
+    *out << testing::PrintToString(text.str());
+}
+
+// For the life of the object both roots of the registry are keys of this process alone, empty at first. (The
+// native fake's registry is that by itself.)
+class PrivateRegistry {
+  public:
+    PrivateRegistry() {
+#ifdef _WIN32
+        Redirect(kUser, L"\\User");
+        Redirect(kMachine, L"\\Machine");
+#endif
+    }
+    ~PrivateRegistry() {
+        for (HKEY root : {kUser, kMachine}) ::RegDeleteTreeW(root, L"SOFTWARE");
+#ifdef _WIN32
+        for (HKEY root : {kUser, kMachine}) ::RegOverridePredefKey(root, nullptr);
+        ::RegDeleteTreeW(kUser, Home().c_str());
+        ::RegDeleteKeyW(kUser, kHomes);  // refused while other processes have theirs in it
+#endif
+    }
+    PrivateRegistry(const PrivateRegistry&) = delete;
+    PrivateRegistry& operator=(const PrivateRegistry&) = delete;
+
+    static std::wstring Path(const wchar_t* section) {
+        return std::wstring(L"SOFTWARE\\Quillet\\Author\\") + section;
+    }
+
+    static ql::UniqueRegKey Create(HKEY root, const std::wstring& path) {
+        ql::UniqueRegKey key;
+        EXPECT_EQ(ERROR_SUCCESS, ::RegCreateKeyExW(root, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                                                   key.put(), nullptr));
+        return key;
+    }
+
+    static void PutBytes(HKEY root, const std::wstring& path, const wchar_t* entry, DWORD type,
+                         const void* bytes, std::size_t count) {
+        EXPECT_EQ(ERROR_SUCCESS,
+                  ::RegSetValueExW(Create(root, path).get(), entry, 0, type, static_cast<const BYTE*>(bytes),
+                                   static_cast<DWORD>(count)));
+    }
+    static void Put(HKEY root, const wchar_t* section, const wchar_t* entry, const std::wstring& text) {
+        PutBytes(root, Path(section), entry, REG_SZ, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+    }
+    static void Put(HKEY root, const wchar_t* section, const wchar_t* entry, DWORD number) {
+        PutBytes(root, Path(section), entry, REG_DWORD, &number, sizeof number);
+    }
+
+    struct Stored {
+        DWORD type = REG_NONE;
+        std::vector<BYTE> bytes;
+    };
+    // What the current user's key holds; REG_NONE without bytes when it holds nothing.
+    static Stored Get(const wchar_t* section, const wchar_t* entry) {
+        Stored stored;
+        BYTE bytes[4096];
+        DWORD count = sizeof bytes;
+        const LONG result = ::RegQueryValueExW(Create(kUser, Path(section)).get(), entry, nullptr,
+                                               &stored.type, bytes, &count);
+        if (result != ERROR_SUCCESS) return {};
+        stored.bytes.assign(bytes, bytes + count);
+        return stored;
+    }
+
+  private:
+#ifdef _WIN32
+    static constexpr const wchar_t* kHomes = L"Software\\Registries of tests";
+    static std::wstring Home() {
+        return std::wstring(kHomes) + L'\\' + std::to_wstring(::GetCurrentProcessId());
+    }
+
+    static void Redirect(HKEY root, const wchar_t* name) {
+        const ql::UniqueRegKey key = Create(kUser, Home() + name);
+        EXPECT_EQ(ERROR_SUCCESS, ::RegOverridePredefKey(root, key.get()));
+    }
+#endif
+};
+
+// A thread that uses settings.
+struct SettingsThread {
+    SettingsThread() {
+        EXPECT_TRUE(TlsmInitializeThread());
+        EXPECT_TRUE(CQlsSettings::InitializeThread());
+    }
+    ~SettingsThread() {
+        CQlsSettings::UninitializeThread();
+        TlsmUninitializeThread();
+    }
+    SettingsThread(const SettingsThread&) = delete;
+    SettingsThread& operator=(const SettingsThread&) = delete;
+};
+
+// The process's stores, from start to end.
+struct SettingsProcess {
+    SettingsProcess() {
+        EXPECT_TRUE(TlsmInitialize());
+        EXPECT_TRUE(CQlsSettings::Initialize());
+    }
+    ~SettingsProcess() {
+        CQlsSettings::Uninitialize();
+        EXPECT_TRUE(TlsmUninitialize());
+    }
+    SettingsProcess(const SettingsProcess&) = delete;
+    SettingsProcess& operator=(const SettingsProcess&) = delete;
+};
+
+inline RWWString ThreadText(const wchar_t* section, const wchar_t* entry) {
+    RWWString text;
+    CQlsSettings::GetThreadRegStrSetting(section, entry, &text);
+    return text;
+}

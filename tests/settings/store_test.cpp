@@ -1,0 +1,228 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <thread>
+
+#include "settings/registry.h"
+#include "settings/settings_store.h"
+#include "tests/settings/private_registry.h"
+
+namespace {
+
+constexpr auto kNumber = static_cast<QlSetting>(12);
+
+class Store : public testing::Test {
+  protected:
+    static RWWString Document(CQlsSettings& store) {
+        RWWString document;
+        EXPECT_TRUE(store.GetSerializedSettings(&document));
+        return document;
+    }
+
+    PrivateRegistry registry_;
+    CQlsSettings store_;
+};
+
+TEST_F(Store, ATextNeverSetKeepsTheFirstReadersDefault) {
+    RWWString text;
+    EXPECT_FALSE(store_.GetStrSetting(kNumber, &text, L"first"));
+    EXPECT_FALSE(store_.GetStrSetting(kNumber, &text, L"second"));
+    EXPECT_EQ(L"first", text);
+    EXPECT_TRUE(store_.SetStrSetting(kNumber, L"set"));
+    EXPECT_TRUE(store_.GetStrSetting(kNumber, &text, L"second"));
+    EXPECT_EQ(L"set", text);
+    EXPECT_TRUE(store_.ClearSetting(kNumber));
+    EXPECT_FALSE(store_.ClearSetting(kNumber));
+    EXPECT_FALSE(store_.GetStrSetting(kNumber, &text, nullptr));
+    EXPECT_EQ(L"", text);
+}
+
+TEST_F(Store, NumbersOfTheHostAreDecimalKeysOverTheirWholeRange) {
+    for (int number : {0, -1, std::numeric_limits<int>::max(), std::numeric_limits<int>::min()}) {
+        store_.SetStrSetting(static_cast<QlSetting>(number), L"");
+    }
+    EXPECT_EQ(LR"({"-1":"","-2147483648":"","0":"","2147483647":""})", Document(store_));
+}
+
+TEST_F(Store, BooleansAndIntegersByNumberAreNotKept) {
+    bool flag = true;
+    int number = 7;
+    EXPECT_FALSE(store_.SetBoolSetting(kNumber, true));
+    EXPECT_FALSE(store_.GetBoolSetting(kNumber, &flag, false));
+    EXPECT_FALSE(store_.SetIntSetting(kNumber, 1));
+    EXPECT_FALSE(store_.GetIntSetting(kNumber, &number, 2));
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(7, number);
+    EXPECT_EQ(L"{}", Document(store_));
+}
+
+TEST_F(Store, ARegistrySettingIsReadOnceUntilItIsCleared) {
+    registry_.Put(kUser, L"Sec", L"Ent", L"one");
+    RWWString text;
+    EXPECT_TRUE(store_.GetRegStrSetting(L"Sec", L"Ent", &text));
+    registry_.Put(kUser, L"Sec", L"Ent", L"two");
+    EXPECT_TRUE(store_.GetRegStrSetting(L"Sec", L"Ent", &text));
+    EXPECT_EQ(L"one", text);
+    EXPECT_TRUE(store_.ClearRegSetting(L"Sec", L"Ent"));
+    EXPECT_FALSE(store_.ClearRegSetting(L"Sec", L"Ent"));
+    EXPECT_TRUE(store_.GetRegStrSetting(L"Sec", L"Ent", &text));
+    EXPECT_EQ(L"two", text);
+}
+
+TEST_F(Store, AnAbsentRegistrySettingIsItsFirstDefaultAndStaysAbsent) {
+    int number = 0;
+    EXPECT_FALSE(store_.GetRegIntSetting(L"Sec", L"Ent", &number, 5));
+    registry_.Put(kUser, L"Sec", L"Ent", 9);
+    EXPECT_FALSE(store_.GetRegIntSetting(L"Sec", L"Ent", &number, 6));
+    EXPECT_EQ(5, number);
+    EXPECT_FALSE(store_.IsRegIntSettingSet(L"Sec", L"Ent"));
+}
+
+TEST_F(Store, SettingNeitherReadsNorWritesTheRegistry) {
+    registry_.Put(kUser, L"Sec", L"Ent", L"False");
+    EXPECT_TRUE(store_.SetRegBoolSetting(L"Sec", L"Ent", true));
+    bool flag = false;
+    EXPECT_TRUE(store_.GetRegBoolSetting(L"Sec", L"Ent", &flag));
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(L"False", GetQLRegStringEx(L"Sec", L"Ent", false));
+}
+
+TEST_F(Store, ValuesOfTheWrongKindInTheRegistryAreTheDefault) {
+    registry_.Put(kUser, L"Sec", L"Text", L"a text of more than four bytes");
+    registry_.Put(kUser, L"Sec", L"Number", 1);
+    int number = 0;
+    bool flag = false;
+    RWWString text;
+    EXPECT_FALSE(store_.GetRegIntSetting(L"Sec", L"Text", &number, 5));
+    EXPECT_FALSE(store_.GetRegBoolSetting(L"Sec", L"Number", &flag, true));
+    EXPECT_FALSE(store_.GetRegStrSetting(L"Sec", L"Missing", &text, L"default"));
+    EXPECT_EQ(5, number);
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(L"default", text);
+}
+
+TEST_F(Store, ANameKeepsItsFirstType) {
+    store_.SetRegIntSetting(L"Sec", L"Ent", 4);
+    RWWString text;
+    EXPECT_FALSE(store_.SetRegStrSetting(L"Sec", L"Ent", L"text"));
+    EXPECT_FALSE(store_.GetRegStrSetting(L"Sec", L"Ent", &text, L"default"));
+    EXPECT_EQ(L"default", text);
+    store_.SetFromSerializedSettings(LR"({"12":true,"Sec<-^->Ent":"text"})");
+    EXPECT_FALSE(store_.GetStrSetting(kNumber, &text, L"no text"));
+    EXPECT_EQ(L"no text", text);
+    EXPECT_EQ(LR"({"12":true,"Sec<-^->Ent":4})", Document(store_));
+}
+
+TEST_F(Store, ADocumentIsOneLineInTheOrderOfItsKeys) {
+    EXPECT_EQ(L"{}", Document(store_));
+    store_.SetRegBoolSetting(L"Sec", L"Ent", true);
+    store_.SetStrSetting(kNumber, L"C:\\Temp");
+    EXPECT_EQ(LR"({"12":"C:\\Temp","Sec<-^->Ent":true})", Document(store_));
+}
+
+TEST_F(Store, ADocumentHoldsWhatWasNotReadYetAndDefaults) {
+    RWWString text;
+    store_.GetRegStrSetting(L"Sec", L"Absent", &text, L"default");
+    EXPECT_EQ(LR"({"Sec<-^->Absent":"default"})", Document(store_));
+}
+
+TEST_F(Store, MembersSetWhatTheirKeysName) {
+    EXPECT_TRUE(store_.SetFromSerializedSettings(
+        LR"({"Sec<-^->Ent":3.9, "Sec<-^->Neg":-2.5, "Sec<-^->Most":1e300, "Sec<-^->Least":-1e300, "A<-^->B<-^->C":"x",
+             "12":"twelve", "13":true, "14":7.9, "Null":null, "List":[1], "Object":{"a":1}, "<-^->":"",
+             "Zero\u0000unit":"a\u0000b"})"));
+    int number = 0;
+    EXPECT_TRUE(store_.GetRegIntSetting(L"Sec", L"Ent", &number));
+    EXPECT_EQ(3, number);
+    RWWString text;
+    EXPECT_TRUE(store_.GetRegStrSetting(L"A", L"B<-^->C", &text));
+    EXPECT_EQ(L"x", text);
+    EXPECT_TRUE(store_.GetStrSetting(kNumber, &text, nullptr));
+    EXPECT_EQ(L"twelve", text);
+    EXPECT_EQ(
+        LR"({"12":"twelve","13":true,"14":7,"<-^->":"","A<-^->B<-^->C":"x","Sec<-^->Ent":3,)"
+        LR"("Sec<-^->Least":-2147483648,"Sec<-^->Most":2147483647,"Sec<-^->Neg":-2,"Zero":"a"})",
+        Document(store_));
+}
+
+TEST_F(Store, ATextThatIsNoDocumentChangesNothing) {
+    store_.SetStrSetting(kNumber, L"kept");
+    const wchar_t* texts[] = {nullptr,
+                              L"",
+                              L" ",
+                              L"null",
+                              L"[{\"12\":\"x\"}]",
+                              L"\"12\"",
+                              L"{",
+                              L"}",
+                              L"{12:1}",
+                              L"{\"12\":\"x\"",
+                              L"{\"12\":\"x\",}",
+                              L"{\"12\":\"x\"}x",
+                              L"{\"12\":\"x\",\"13\":tru}"};
+    for (const wchar_t* text : texts) {
+        EXPECT_FALSE(store_.SetFromSerializedSettings(text)) << RWWString(text).length();
+        EXPECT_EQ(LR"({"12":"kept"})", Document(store_));
+    }
+}
+
+TEST_F(Store, ADocumentMakesTheSameStoreElsewhere) {
+    store_.SetStrSetting(kNumber, L"\"quoted\" \\ / \x1f \xd83d end");
+    store_.SetRegStrSetting(L"Word Proc\\Word \"2010\"", L"Template Files", L"D:\\Arbeit\\\x00e9\t");
+    store_.SetRegIntSetting(L"Sec", L"Least", std::numeric_limits<int>::min());
+    store_.SetRegBoolSetting(L"", L"", false);
+    const RWWString document = Document(store_);
+    CQlsSettings other;
+    EXPECT_TRUE(other.SetFromSerializedSettings(document.data()));
+    EXPECT_EQ(document, Document(other));
+    RWWString text;
+    EXPECT_TRUE(other.GetRegStrSetting(L"Word Proc\\Word \"2010\"", L"Template Files", &text));
+    EXPECT_EQ(L"D:\\Arbeit\\\x00e9\t", text);
+}
+
+TEST_F(Store, ACopySharesTheSettingsButNotTheAbortFlag) {
+    store_.SetAbort();
+    CQlsSettings copy(store_);
+    copy.ClearAbort();
+    copy.SetStrSetting(kNumber, L"through the copy");
+    EXPECT_TRUE(store_.GetAbort());
+    EXPECT_FALSE(copy.GetAbort());
+    RWWString text;
+    EXPECT_TRUE(store_.GetStrSetting(kNumber, &text, nullptr));
+    EXPECT_EQ(L"through the copy", text);
+    CQlsSettings assigned;
+    assigned = store_;
+    EXPECT_EQ(Document(store_), Document(assigned));
+    EXPECT_TRUE(assigned.GetAbort());
+}
+
+TEST_F(Store, ThreadsThatReadWriteClearAndSerialiseLoseNothing) {
+    constexpr int kRounds = 200;
+    constexpr int kWorkers = 4;
+    const auto work = [this](int worker) {
+        const std::wstring own = std::to_wstring(worker);
+        for (int i = 1; i <= kRounds; ++i) {
+            int number = 0;
+            EXPECT_TRUE(store_.SetRegIntSetting(L"Own", own.c_str(), i));
+            EXPECT_TRUE(store_.GetRegIntSetting(L"Own", own.c_str(), &number));
+            EXPECT_EQ(i, number);
+            RWWString shared;
+            store_.SetStrSetting(kNumber, own.c_str());
+            store_.GetStrSetting(kNumber, &shared, own.c_str());
+            EXPECT_EQ(1u, shared.length());
+            if (i % 7 == 0) store_.ClearSetting(kNumber);
+            if (i % 50 == 0) store_.SetFromSerializedSettings(Document(store_).data());
+        }
+    };
+    std::vector<std::thread> threads;
+    threads.reserve(kWorkers);
+    for (int worker = 0; worker < kWorkers; ++worker) threads.emplace_back(work, worker);
+    for (std::thread& thread : threads) thread.join();
+    store_.ClearSetting(kNumber);
+    for (int worker = 0; worker < kWorkers; ++worker) {
+        EXPECT_TRUE(store_.ClearRegSetting(L"Own", std::to_wstring(worker).c_str()));
+    }
+    EXPECT_EQ(L"{}", Document(store_));
+}
+
+}  // namespace

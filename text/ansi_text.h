@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+
+#include "platform/export.h"
+#include "rw/narrow_string.h"
+#include "rw/wide_string.h"
+
+// Between wide text (UTF-16) and the process's ANSI code page. Safe to call from any thread; null is the
+// empty text. To ANSI, a character that the code page lacks becomes its best fit, else "?". To wide,
+// characters are precomposed. A conversion that the system refuses gives an empty text.
+
+QL_API std::string WideToStdString(const wchar_t* text);
+QL_API RWCString WideToRWCString(const wchar_t* text);
+
+// The whole counted text, with the zero units in it.
+QL_API RWCString RWTStringToRWCString(const RWWString& text);
+
+QL_API RWWString AnsiToRWWString(const char* text);
+
+// The whole counted text: each zero byte becomes a zero unit, on purpose, so that lists of zero-separated
+// texts convert intact.
+QL_API RWWString RWCStringToRWWString(const RWCString& text);
+
+// To ANSI and back, so that only what the code page can hold is left.
+QL_API RWWString MakeRWTStringAnsiOnly(const wchar_t* text);
+
+// The first ANSI byte of a Unicode character, "?" when the code page lacks it; "_" when it is not a character
+// (above 0x10FFFF) or the system refuses to convert it.
+QL_API unsigned char WideCharToSingleByte(unsigned long ch);

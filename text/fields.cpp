@@ -1,0 +1,36 @@
+#include "text/fields.h"
+
+#include <string_view>
+#include <utility>
+
+#include "text/characters.h"
+
+namespace {
+
+struct TruthWord {
+    std::wstring_view word;
+    bool value;
+};
+
+constexpr TruthWord kTruthWords[] = {{L"True", true},   {L"yes", true}, {L"on", true},
+                                     {L"False", false}, {L"no", false}, {L"off", false}};
+
+}  // namespace
+
+void SplitField(const wchar_t* text, RWWString& name, RWWString& rest) {
+    RWWString head(text);
+    RWWString tail;
+    if (const std::size_t colon = head.view().find(L':'); colon != RWWString::npos) {
+        tail.assign(head.view().substr(colon + 1));
+        head.resize(colon);
+    }
+    name = std::move(head);
+    rest = std::move(tail);
+}
+
+bool StrToBool(const RWWString& text, bool defaultValue) {
+    for (const TruthWord& row : kTruthWords) {
+        if (ql::EqualIgnoringCase(text, row.word)) return row.value;
+    }
+    return defaultValue;
+}

@@ -1,0 +1,104 @@
+#include "text/letter_case.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "text/characters.h"
+
+namespace {
+
+constexpr wchar_t kSharpS = 0x00DF;
+
+// A surrogate pair is one character: nothing goes between its units.
+constexpr bool IsLowSurrogate(wchar_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+bool IsSpacedCapitals(std::wstring_view text) {
+    return text.size() > 4 && text[1] == L' ' && ql::IsUpperLetter(text[2]) && text[3] == L' ' &&
+           ql::IsUpperLetter(text[4]);
+}
+
+// The next position from `from` on of a letter with case after a non-letter, or the text's length.
+std::size_t NextWordStart(std::wstring_view text, std::size_t from) {
+    const auto starts = [&](std::size_t i) {
+        return (ql::IsUpperLetter(text[i]) || ql::IsLowerLetter(text[i])) && !ql::IsLetter(text[i - 1]);
+    };
+    while (from < text.size() && !starts(from)) ++from;
+    return from;
+}
+
+// The case of a text whose first letter is the only capital of its first two units.
+CaseType CaseByWordStarts(std::wstring_view text) {
+    const std::size_t first = NextWordStart(text, 2);
+    if (first >= text.size() || ql::IsUpperLetter(text[first])) return CASE_TITLE;
+    const std::size_t second = NextWordStart(text, first + 1);
+    return second < text.size() && ql::IsUpperLetter(text[second]) ? CASE_FIRST_CAPITAL : CASE_SENTENCE;
+}
+
+void CapitaliseFirst(std::wstring& text) {
+    std::wstring first(1, text.front());
+    ql::MakeUpper(first);
+    text.front() = first.front();
+}
+
+void CapitaliseWords(std::wstring& text) {
+    std::wstring capitals = text;
+    ql::MakeUpper(capitals);
+    text.front() = capitals.front();
+    for (std::size_t i = 1; i < text.size(); ++i) {
+        if (text[i - 1] != L'\'' && !ql::IsLetter(text[i - 1])) text[i] = capitals[i];
+    }
+}
+
+std::wstring Capitals(std::wstring_view text) {
+    std::wstring capitals;
+    capitals.reserve(text.size());
+    for (const wchar_t unit : text) {
+        if (unit == kSharpS) {
+            capitals += L"SS";
+        } else {
+            capitals += unit;
+        }
+    }
+    ql::MakeUpper(capitals);
+    return capitals;
+}
+
+std::wstring Spaced(std::wstring_view text) {
+    std::wstring spaced;
+    spaced.reserve(2 * text.size());
+    for (const wchar_t unit : text) {
+        if (!spaced.empty() && !IsLowSurrogate(unit)) spaced += L' ';
+        spaced += unit;
+    }
+    return spaced;
+}
+
+}  // namespace
+
+CaseType GetCase(const RWWString& text) {
+    const std::wstring_view units = text;
+    if (units.empty()) return CASE_UNKNOWN;
+    const bool capitalSecond = units.size() > 1 && ql::IsUpperLetter(units[1]);
+    if (ql::IsLowerLetter(units[0])) return capitalSecond ? CASE_UNKNOWN : CASE_LOWER;
+    if (!ql::IsUpperLetter(units[0])) return CASE_UNKNOWN;
+    if (IsSpacedCapitals(units)) return CASE_SPACED_CAPITALS;
+    return capitalSecond ? CASE_UPPER : CaseByWordStarts(units);
+}
+
+RWWString ChangeCase(const RWWString& text, CaseType type) {
+    if (text.isNull()) return text;
+    std::wstring changed = text.str();
+    if (type == CASE_LOWER || type == CASE_SENTENCE || type == CASE_TITLE) ql::MakeLower(changed);
+    switch (type) {
+        case CASE_SENTENCE:
+        case CASE_FIRST_CAPITAL: CapitaliseFirst(changed); break;
+        case CASE_TITLE: CapitaliseWords(changed); break;
+        case CASE_UPPER: return Capitals(changed);
+        case CASE_SPACED_CAPITALS: return Spaced(Capitals(changed));
+        default: break;
+    }
+    return changed;
+}

@@ -1,0 +1,60 @@
+#include "text/xml_char_ref.h"
+
+#include <cstdint>
+
+#include "platform/win32.h"
+
+namespace {
+
+constexpr std::uint32_t kDecimal = 10;
+constexpr std::uint32_t kHexadecimal = 16;
+
+// The value of a digit of either base, or kHexadecimal.
+template <class Unit>
+constexpr std::uint32_t DigitValue(Unit unit) {
+    if (unit >= '0' && unit <= '9') return static_cast<std::uint32_t>(unit - '0');
+    if (unit >= 'a' && unit <= 'f') return static_cast<std::uint32_t>(unit - 'a') + kDecimal;
+    if (unit >= 'A' && unit <= 'F') return static_cast<std::uint32_t>(unit - 'A') + kDecimal;
+    return kHexadecimal;
+}
+
+template <class Unit>
+bool TakeReference(const Unit** cursor, unsigned long* value) {
+    const Unit* at = *cursor;
+    if (!at || at[0] != '&' || at[1] != '#') return false;
+    at += 2;
+    const bool isHexadecimal = *at == 'x' || *at == 'X';
+    if (isHexadecimal) ++at;
+    const std::uint32_t base = isHexadecimal ? kHexadecimal : kDecimal;
+    std::uint32_t number = 0;
+    for (; DigitValue(*at) < base; ++at) number = number * base + DigitValue(*at);
+    if (*at != ';') return false;
+    *value = number;
+    *cursor = at + 1;
+    return true;
+}
+
+const char* NextCharacter(const char* at) {
+    const bool isPair = at[1] != '\0' && ::IsDBCSLeadByte(static_cast<BYTE>(*at));
+    return at + (isPair ? 2 : 1);
+}
+
+}  // namespace
+
+bool IsXmlCharEntityRefW(const wchar_t** cursor, unsigned long* value) {
+    return TakeReference(cursor, value);
+}
+
+bool IsXmlCharEntityRefA(const char** cursor, unsigned long* value) {
+    return TakeReference(cursor, value);
+}
+
+int AnsiWithEntitiesCharLength(const char* text) {
+    if (!text) return 0;
+    int length = 0;
+    unsigned long value = 0;
+    for (; *text; ++length) {
+        if (!TakeReference(&text, &value)) text = NextCharacter(text);
+    }
+    return length;
+}
