@@ -5,7 +5,7 @@ add_subdirectory(text)
 add_subdirectory(files)
 add_subdirectory(settings)
 add_subdirectory(prefs)
-add_subdirectory(zip/engine)
+add_subdirectory(zip)
 
 get_property(QL_SOURCES GLOBAL PROPERTY QL_SOURCES)
 get_property(QL_PUBLIC_HEADERS GLOBAL PROPERTY QL_PUBLIC_HEADERS)
