@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <set>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "platform/win32.h"
+#include "zip/dynazip.h"
 #include "zip/engine/archive_writer.h"
 #include "zip/engine/windows_files.h"
 #include "zip/zip_records.h"
@@ -394,6 +396,54 @@ TEST_F(Engine, ListsMembers) {
     EXPECT_EQ(Dunzip(command), 0);
     EXPECT_EQ(command.index, 3);
     EXPECT_EQ(Dunzip(command), 25);
+}
+
+TEST_F(Engine, WalksTheLargestArchiveAndSeesEveryChange) {
+    std::vector<Member> members;
+    for (int i = 0; i < 65535; ++i) members.push_back({std::to_string(i) + ".txt", ""});
+    MakeArchive(members);
+    EXPECT_EQ(Count(), 65535);
+    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_NEXT);
+    command.index = 65000;
+    int walked = 0;
+    while (Dunzip(command) == 0) ++walked;
+    EXPECT_EQ(walked, 534);
+    EXPECT_STREQ(info_.szFileName, "65534.txt");
+    WriteFile(Path("one more.txt"), "");
+    EXPECT_EQ(Zip(ZIP_ADD, "one more.txt"), 17);
+    for (const char* name : {"aa", "bb"}) {
+        MakeArchive({{name, ""}});
+        command = UnzipCommand(UNZIP_NEXT);
+        EXPECT_EQ(Dunzip(command), 0);
+        EXPECT_STREQ(info_.szFileName, name);
+    }
+}
+
+TEST_F(Engine, ServesTheLibrary) {
+    WriteFile(Path("a b.txt"), "hello");
+    const auto wide = [](const std::string& text) { return std::wstring(text.begin(), text.end()); };
+    const std::wstring folder = wide(folder_), archive = wide(archive_), out = wide(out_);
+    ASSERT_TRUE(Dynazip::IsZipDllLoaded() && Dynazip::IsUnZipDllLoaded());
+    EXPECT_EQ(Dynazip::AddFileToZip(archive.c_str(), folder.c_str(), L"a b.txt", 9), 1);
+    EXPECT_EQ(Dynazip::AddFileToZip(archive.c_str(), folder.c_str(), L"a b.txt", 9), 0);
+    EXPECT_EQ(Dynazip::FileExistsInZip(archive.c_str(), L"a b.txt"), 1);
+    EXPECT_EQ(Dynazip::FileExistsInZip(archive.c_str(), L"b.txt"), 0);
+    EXPECT_EQ(Dynazip::SetComment(archive.c_str(), L"caf\u00e9"), 1);
+    EXPECT_EQ(Dynazip::GetComment(archive.c_str()), L"caf\u00e9");
+    std::int64_t time = 0;
+    int size = 0;
+    EXPECT_EQ(Dynazip::GetFileDateAndSizeFromZip(archive.c_str(), L"a b.txt", time, size), 0);
+    EXPECT_EQ(size, 5);
+    EXPECT_LT(std::abs(time - 1592224210), 86400);
+    EXPECT_EQ(Dynazip::GetIndexedZipInfo(archive.c_str(), 0, &info_), 0);
+    EXPECT_STREQ(info_.szFileName, "a b.txt");
+    for (int times = 0; times < 2; ++times)
+        EXPECT_EQ(Dynazip::ExtractFileFromZip(archive.c_str(), L"a b.txt", out.c_str()), 0);
+    EXPECT_EQ(ReadFile(out_ + "\\a b.txt"), "hello");
+    EXPECT_EQ(Dynazip::DeleteFileFromZip(archive.c_str(), L"a b.txt"), 0);
+    EXPECT_EQ(Dynazip::DeleteFileFromZip(archive.c_str(), L"a b.txt"), 12);
+    Dynazip::FreeZipDll();
+    Dynazip::FreeUnZipDll();
 }
 
 TEST_F(Engine, ExtractsWithAndWithoutFolders) {

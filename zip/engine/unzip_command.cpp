@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <optional>
+#include <memory>
 
 #include "zip/engine/entry_name.h"
 #include "zip/engine/extraction.h"
 #include "zip/engine/item_list.h"
+#include "zip/engine/listed_archive.h"
 #include "zip/engine/windows_files.h"
 #include "zip/engine/windows_text.h"
 
@@ -99,7 +100,6 @@ void RefuseWhatIsNotOffered(const UNZIPCMDSTRUCT& command) {
 }
 
 void Extract(OpenArchive& open, const UNZIPCMDSTRUCT& command) {
-    RefuseWhatIsNotOffered(command);
     std::vector<const Entry*> members = Matching(open.archive.Entries(), Wanted(command));
     if (command.noDirectoryItemsFlag || command.noDirectoryNamesFlag)
         std::erase_if(members, [](const Entry* entry) { return entry->IsFolder(); });
@@ -109,7 +109,6 @@ void Extract(OpenArchive& open, const UNZIPCMDSTRUCT& command) {
 
 // The part of the contents that the block can hold, from the starting offset on.
 void ExtractToMemory(OpenArchive& open, UNZIPCMDSTRUCT& command) {
-    RefuseWhatIsNotOffered(command);
     Require(command.lStartingOffset >= 0 && command.lMemBlockSize >= 0, Result::kBadRequest);
     Require(command.lpMemBlock || command.lMemBlockSize == 0, Result::kBadRequest);
     const std::vector<const Entry*> members = Matching(open.archive.Entries(), Wanted(command));
@@ -130,13 +129,24 @@ void ExtractToMemory(OpenArchive& open, UNZIPCMDSTRUCT& command) {
     command.returnCount = Count(static_cast<std::size_t>(std::min(done, end) - std::min(done, first)));
 }
 
+void Unpack(UNZIPCMDSTRUCT& command) {
+    RefuseWhatIsNotOffered(command);
+    OpenArchive open(command.lpszZIPFile);
+    if (command.function == UNZIP_EXTRACT) {
+        Extract(open, command);
+    } else {
+        ExtractToMemory(open, command);
+    }
+}
+
 void Run(UNZIPCMDSTRUCT& command) {
     if (command.function == UNZIP_NONE) return;
     Require(command.unzipStructSize == sizeof command, Result::kBadRequest);
     Require(command.lpszZIPFile && *command.lpszZIPFile, Result::kMissing);
     Require(command.function > UNZIP_NONE && command.function <= UNZIP_FILE_TO_MEMORY, Result::kBadRequest);
-    OpenArchive open(command.lpszZIPFile);
-    const std::vector<Entry>& entries = open.archive.Entries();
+    if (command.function == UNZIP_EXTRACT || command.function == UNZIP_FILE_TO_MEMORY) return Unpack(command);
+    const std::shared_ptr<const Archive> archive = ListedArchive(command.lpszZIPFile);
+    const std::vector<Entry>& entries = archive->Entries();
     switch (command.function) {
         case UNZIP_COUNT_ALL: command.returnCount = Count(entries.size()); return;
         case UNZIP_NEXT: return Describe(entries, IndexAfter(command), command);
@@ -144,11 +154,9 @@ void Run(UNZIPCMDSTRUCT& command) {
             command.returnCount = Count(Matching(entries, Wanted(command)).size());
             return;
         case UNZIP_NEXT_MATCHING: return DescribeNextMatching(entries, command);
-        case UNZIP_COMMENT_SIZE: command.returnCount = Count(open.archive.Comment().size()); return;
-        case UNZIP_COMMENT: return GiveComment(open.archive.Comment(), command);
-        case UNZIP_INDEXED: return Describe(entries, static_cast<std::size_t>(command.index), command);
-        case UNZIP_EXTRACT: return Extract(open, command);
-        default: return ExtractToMemory(open, command);
+        case UNZIP_COMMENT_SIZE: command.returnCount = Count(archive->Comment().size()); return;
+        case UNZIP_COMMENT: return GiveComment(archive->Comment(), command);
+        default: return Describe(entries, static_cast<std::size_t>(command.index), command);
     }
 }
 

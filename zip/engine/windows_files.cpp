@@ -15,6 +15,10 @@ OVERLAPPED At(std::uint64_t offset) {
     return place;
 }
 
+std::uint64_t Join(DWORD high, DWORD low) {
+    return static_cast<std::uint64_t>(high) << 32 | low;
+}
+
 }  // namespace
 
 WindowsInput::WindowsInput(const std::wstring& path, Result missing, Result closed)
@@ -31,6 +35,14 @@ std::uint64_t WindowsInput::Size() const {
     LARGE_INTEGER size;
     Require(::GetFileSizeEx(file_.get(), &size), Result::kReadFailed);
     return static_cast<std::uint64_t>(size.QuadPart);
+}
+
+FileIdentity WindowsInput::Identity() const {
+    BY_HANDLE_FILE_INFORMATION facts;
+    Require(::GetFileInformationByHandle(file_.get(), &facts), Result::kReadFailed);
+    return {facts.dwVolumeSerialNumber, Join(facts.nFileIndexHigh, facts.nFileIndexLow),
+            Join(facts.nFileSizeHigh, facts.nFileSizeLow),
+            Join(facts.ftLastWriteTime.dwHighDateTime, facts.ftLastWriteTime.dwLowDateTime)};
 }
 
 std::size_t WindowsInput::ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) {

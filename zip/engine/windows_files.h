@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 
@@ -24,12 +25,16 @@ struct FindTraits {
 };
 using UniqueFind = UniqueHandle<FindTraits>;
 
+// Tells files apart, and a file from what it was before a change: volume, place on it, size, time of change.
+using FileIdentity = std::array<std::uint64_t, 4>;
+
 // A file that others may read and write meanwhile. Throws `missing` where it is not there, else `closed`
 // where it cannot be opened.
 class WindowsInput final : public InputFile {
   public:
     WindowsInput(const std::wstring& path, Result missing, Result closed);
     std::uint64_t Size() const override;
+    FileIdentity Identity() const;
     std::size_t ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) override;
 
   private:
