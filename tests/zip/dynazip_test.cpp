@@ -21,6 +21,12 @@ std::wstring Beside(const wchar_t* name) {
     return own.substr(0, own.rfind(L'\\') + 1) + name;
 }
 
+template <std::size_t size>
+void Put(char (&into)[size], const std::string& text) {
+    ASSERT_LT(text.size(), size);
+    std::memcpy(into, text.c_str(), text.size() + 1);
+}
+
 // The engines beside the library are those that record.
 class DynazipCalls : public testing::Test {
   protected:
@@ -97,7 +103,7 @@ TEST_F(DynazipCalls, CommentsAreReadInTwoCallsAndWrittenInOne) {
     EXPECT_EQ(unzip_->unzip.function, 5);
     EXPECT_EQ(unzip_->calls, 1);
     const std::string longest(65535, '\x80');
-    std::strcpy(unzip_->comment, longest.c_str());
+    Put(unzip_->comment, longest);
     unzip_->count = 65535;
     EXPECT_EQ(Dynazip::GetComment(L"a.zip").str(), std::wstring(65535, L'\u20ac'));
     EXPECT_EQ(unzip_->unzip.function, 6);
@@ -116,7 +122,7 @@ TEST_F(DynazipCalls, CommentsAreReadInTwoCallsAndWrittenInOne) {
 }
 
 TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
-    std::strcpy(unzip_->info.szDateTime, "07/04/99 12:30:10");
+    Put(unzip_->info.szDateTime, "07/04/99 12:30:10");
     unzip_->info.oSize = 1234;
     std::int64_t time = 1, earlier = 0;
     int size = 2;
@@ -125,16 +131,16 @@ TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
     EXPECT_EQ(size, 1234);
     // Local time: at most a day away from the same in UTC.
     EXPECT_LT(std::abs(time - 931091410), 86400);
-    std::strcpy(unzip_->info.szDateTime, "07/04/99 12:30:08");
+    Put(unzip_->info.szDateTime, "07/04/99 12:30:08");
     unzip_->info.oSize = 0xffffffff;
     ASSERT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", earlier, size), 0);
     EXPECT_EQ(time - earlier, 2);
     EXPECT_EQ(size, 0x7fffffff);
-    std::strcpy(unzip_->info.szDateTime, "07/04/79 12:30:08");
+    Put(unzip_->info.szDateTime, "07/04/79 12:30:08");
     ASSERT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 0);
     EXPECT_GT(time, 3'400'000'000);
     for (const char* none : {"00/00/80 00:00:00", "", "?"}) {
-        std::strcpy(unzip_->info.szDateTime, none);
+        Put(unzip_->info.szDateTime, none);
         ASSERT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 0);
         EXPECT_EQ(time, -1) << none;
     }

@@ -400,6 +400,7 @@ TEST_F(Engine, ListsMembers) {
 
 TEST_F(Engine, WalksTheLargestArchiveAndSeesEveryChange) {
     std::vector<Member> members;
+    members.reserve(65535);
     for (int i = 0; i < 65535; ++i) members.push_back({std::to_string(i) + ".txt", ""});
     MakeArchive(members);
     EXPECT_EQ(Count(), 65535);

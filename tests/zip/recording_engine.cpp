@@ -36,6 +36,7 @@ extern "C" __declspec(dllexport) int __stdcall dunzip(UNZIPCMDSTRUCT* command) {
     Keep(recording.place, command->lpszDestination);
     command->returnCount = recording.count;
     if (command->zInfo) *command->zInfo = recording.info;
-    if (command->lpszReturnString) std::strcpy(command->lpszReturnString, recording.comment);
+    if (command->lpszReturnString)
+        std::memcpy(command->lpszReturnString, recording.comment, std::strlen(recording.comment) + 1);
     return recording.answer;
 }
