@@ -183,6 +183,8 @@ TEST_F(Engine, AddsFreshensUpdatesAndDeletes) {
     EXPECT_EQ(ReadFile(out_ + "\\new one.txt"), "new");
     EXPECT_EQ(Dzip(ZipCommand(ZIP_DELETE, "\"new one.txt\"")), 0);
     EXPECT_EQ(Dzip(ZipCommand(ZIP_DELETE, "\"new one.txt\"")), 12);
+    EXPECT_EQ(Zip(ZIP_ADD, "*"), 0);
+    EXPECT_EQ(Count(), 2);  // not the archive itself
     EXPECT_EQ(Dzip(ZipCommand(ZIP_DELETE, "*")), 0);
     EXPECT_EQ(Count(), 0);
     EXPECT_EQ(Names(folder_), (std::set<std::string>{"a.zip", "new one.txt", "old.txt", "out"}));

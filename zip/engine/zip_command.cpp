@@ -101,8 +101,10 @@ bool Wants(std::int32_t function, const DiskItem& item, const Entry* former) {
 // The archive itself can be among the files of its folder.
 void LeaveOut(std::vector<DiskItem>& items, const std::wstring& archive) {
     const auto form = [](const std::wstring& path) { return Folded(Utf8FromWide(LiteralPath(path))); };
-    const std::u32string own = form(archive);
+    const std::u32string own = form(archive), name = own.substr(own.rfind(U'\\') + 1);
     std::erase_if(items, [&](const DiskItem& item) {
+        // Full paths only where the name could be the archive's: asking for them takes time.
+        if (item.folded.find(name) == std::u32string::npos) return false;
         const std::u32string path = form(item.path);
         return path == own || path == own + U".~new";
     });
