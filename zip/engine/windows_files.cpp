@@ -53,8 +53,8 @@ std::size_t WindowsInput::ReadAt(std::uint64_t offset, std::uint8_t* into, std::
         DWORD got = 0;
         if (!::ReadFile(file_.get(), into + done, want, &got, &place))
             Require(::GetLastError() == ERROR_HANDLE_EOF, Result::kReadFailed);
-        if (got == 0) break;
         done += got;
+        if (got < want) break;  // the end of the file
     }
     return done;
 }
