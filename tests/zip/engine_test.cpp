@@ -129,8 +129,8 @@ class Engine : public testing::Test {
         return Dzip(command);
     }
 
-    UNZIPCMDSTRUCT UnzipCommand(std::int32_t function, const std::string& spec = "*") {
-        items_ = spec;
+    UNZIPCMDSTRUCT UnzipCommand(std::int32_t function, const std::string& pattern = "*") {
+        items_ = pattern;
         UNZIPCMDSTRUCT command{};
         command.unzipStructSize = sizeof command;
         command.function = function;
@@ -142,8 +142,8 @@ class Engine : public testing::Test {
         command.recurseFlag = 1;
         return command;
     }
-    int Extract(const std::string& spec = "*", const std::function<void(UNZIPCMDSTRUCT&)>& change = {}) {
-        UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_EXTRACT, spec);
+    int Extract(const std::string& pattern = "*", const std::function<void(UNZIPCMDSTRUCT&)>& change = {}) {
+        UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_EXTRACT, pattern);
         if (change) change(command);
         return Dunzip(command);
     }

@@ -127,7 +127,7 @@ class InFolder(unittest.TestCase):
         return process.returncode
 
     def extract(self, archive, to, *more):
-        return host("unzip", "function=8", f"archive={windows_path(archive)}", "spec=*", "recurse=1",
+        return host("unzip", "function=8", f"archive={windows_path(archive)}", "pattern=*", "recurse=1",
                     f"to={windows_path(to)}", *more)[0]
 
 
@@ -248,7 +248,7 @@ class FullDisk(InFolder):
         to = self.folder / "out"
         to.mkdir()
         (to / "random.bin").write_bytes(b"former")
-        process = start("unzip", "function=8", f"archive={windows_path(self.archive)}", "spec=random.bin",
+        process = start("unzip", "function=8", f"archive={windows_path(self.archive)}", "pattern=random.bin",
                         f"to={windows_path(to)}", "overwrite=1", preexec_fn=limit)
         process.communicate(timeout=60)
         self.assertEqual(process.returncode, 50)

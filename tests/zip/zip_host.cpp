@@ -52,7 +52,7 @@ constexpr Flag<UNZIPCMDSTRUCT> kUnzipFlags[] = {
 };
 constexpr Text<UNZIPCMDSTRUCT> kUnzipTexts[] = {
     {"archive", &UNZIPCMDSTRUCT::lpszZIPFile},
-    {"spec", &UNZIPCMDSTRUCT::lpszFilespec},
+    {"pattern", &UNZIPCMDSTRUCT::lpszFilespec},
     {"to", &UNZIPCMDSTRUCT::lpszDestination},
 };
 
