@@ -178,6 +178,7 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode);
 DWORD GetModuleFileNameW(HMODULE module, wchar_t* path, DWORD capacity);
 BOOL GetModuleHandleExW(DWORD flags, const wchar_t* nameOrAddress, HMODULE* module);
 
+DWORD GetCurrentDirectoryW(DWORD capacity, wchar_t* directory);
 DWORD GetEnvironmentVariableW(const wchar_t* name, wchar_t* value, DWORD capacity);
 BOOL SetEnvironmentVariableW(const wchar_t* name, const wchar_t* value);
 DWORD ExpandEnvironmentStringsW(const wchar_t* text, wchar_t* out, DWORD capacity);
