@@ -32,8 +32,8 @@ class QL_API CCommandSwitch {
 
     // Whether the token begins with the name, after one prefix character ("/" or "-") if it has one; if so,
     // its presence or value is remembered. The value is what follows the first equals sign, without one quote
-    // (" or ') in front and one behind, then without blanks around; a lone one counts as the one behind.
-    // A token without an equals sign leaves the value as it was. A null token is no switch.
+    // (" or ') in front and one behind, then without blanks around. A token without an equals sign leaves the
+    // value as it was. A null token is no switch.
     bool Matches(const wchar_t* token) { return token && Matches(std::wstring_view(token)); }
     bool Matches(std::wstring_view token);
 

@@ -21,10 +21,11 @@ void Require(bool holds) {
 std::vector<std::wstring> Split(const std::wstring& text, wchar_t separator) {
     std::vector<std::wstring> parts(1);
     for (const wchar_t unit : text) {
-        if (unit == separator)
+        if (unit == separator) {
             parts.emplace_back();
-        else
+        } else {
             parts.back() += unit;
+        }
     }
     return parts;
 }
@@ -72,10 +73,11 @@ class Model {
         std::wstring token;
         for (quoted = false; i < line.size(); ++i) {
             if (line[i] == L'"') quoted = !quoted;
-            if (line[i] == L' ' && !quoted)
+            if (line[i] == L' ' && !quoted) {
                 Match(std::exchange(token, L""));
-            else if (line[i] != L'"')
+            } else if (line[i] != L'"') {
                 token += line[i];
+            }
         }
         Match(token);
     }

@@ -1,11 +1,11 @@
 // Whole command lines through the parsers of the three programs: whatever the line, what they answer hangs
-// together, copies are alike and live alone, and the two servers' parsers agree. Each line of the input is a
-// command line.
-#include <algorithm>
+// together, copies are alike and live alone, and the two servers' parsers agree.
+// The input is the line.
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "cmdline/main_switch_parser.h"
 #include "cmdline/server_switch_parsers.h"
@@ -87,13 +87,8 @@ void CheckServers(const wchar_t* line) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::uint8_t* const end = data + size;
-    while (data != end) {
-        const std::uint8_t* const lineEnd = std::find(data, end, std::uint8_t{'\n'});
-        const std::wstring line(data, lineEnd);
-        CheckMain(line.c_str());
-        CheckServers(line.c_str());
-        data = lineEnd == end ? end : lineEnd + 1;
-    }
+    const std::wstring line(data, data + size);
+    CheckMain(line.c_str());
+    CheckServers(line.c_str());
     return 0;
 }
