@@ -3,20 +3,18 @@
 // one after the other.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "cmdline/command_switches.h"
+#include "tests/fuzz/input.h"
 #include "text/characters.h"
 
 namespace {
 
-void Require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzz::Expect;
 
 std::vector<std::wstring> Split(const std::wstring& text, wchar_t separator) {
     std::vector<std::wstring> parts(1);
@@ -115,17 +113,17 @@ class Model {
     std::map<std::wstring, Switch> declared_;
 };
 
-void RequireSame(const CCommandSwitches& switches, const Model& model) {
-    Require(switches.GetLeadingText() == model.leadingText);
-    Require(switches.HasLeadingText() == !model.leadingText.empty());
+void ExpectSame(const CCommandSwitches& switches, const Model& model) {
+    Expect(switches.GetLeadingText() == model.leadingText);
+    Expect(switches.HasLeadingText() == !model.leadingText.empty());
     for (const auto& [name, known] : model.switches()) {
         const CCommandSwitch* const found = switches.FindSwitch(name.c_str());
-        Require((found != nullptr) == known.found);
-        Require(!found || (found->GetName() == name.c_str() && found->GetKind() == known.kind));
-        Require(switches.IsSwitchSet(name.c_str()) == (known.found && known.kind == SWITCH_FLAG));
+        Expect((found != nullptr) == known.found);
+        Expect(!found || (found->GetName() == name.c_str() && found->GetKind() == known.kind));
+        Expect(switches.IsSwitchSet(name.c_str()) == (known.found && known.kind == SWITCH_FLAG));
         const wchar_t* const value = switches.GetSwitchValue(name.c_str());
-        Require((value != nullptr) == (known.found && known.kind == SWITCH_VALUE));
-        Require(!value || value == known.value);
+        Expect((value != nullptr) == (known.found && known.kind == SWITCH_VALUE));
+        Expect(!value || value == known.value);
     }
 }
 
@@ -137,7 +135,7 @@ SwitchKind KindOf(const std::wstring& name) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::wstring input(data, data + size);
+    std::wstring input = fuzz::TextOf(data, size);
     std::replace(input.begin(), input.end(), L'\0', L'\u0130');
     const std::vector<std::wstring> lines = Split(input, L'\n');
     CCommandSwitches switches;
@@ -149,7 +147,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::size_t i = 1; i < lines.size(); ++i) {
         switches.Scan(lines[i].c_str());
         model.Scan(lines[i]);
-        RequireSame(switches, model);
+        ExpectSame(switches, model);
     }
     return 0;
 }

@@ -2,19 +2,17 @@
 // together, copies are alike and live alone, and the two servers' parsers agree.
 // The input is the line.
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 #include <utility>
 
 #include "cmdline/main_switch_parser.h"
 #include "cmdline/server_switch_parsers.h"
+#include "tests/fuzz/input.h"
 
 namespace {
 
-void Require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzz::Expect;
 
 // Absent and empty differ.
 std::wstring Shown(const wchar_t* text) {
@@ -43,51 +41,51 @@ bool IsOneWord(const wchar_t* text) {
 }
 
 template <class Parser>
-void RequireWhole(const Parser& parser) {
-    Require(IsOneWord(parser.GetTray()) && IsOneWord(parser.GetPageSize()));
-    Require(parser.GetPrintCopies() >= 0);
+void ExpectWhole(const Parser& parser) {
+    Expect(IsOneWord(parser.GetTray()) && IsOneWord(parser.GetPageSize()));
+    Expect(parser.GetPrintCopies() >= 0);
 }
 
 template <class Parser>
-void RequireOwnTexts(std::unique_ptr<Parser> parser) {
+void ExpectOwnTexts(std::unique_ptr<Parser> parser) {
     const std::wstring texts = TextsOf(*parser);
     const Parser constructed(*parser);
     Parser assigned(L"/pt=x /ps=y /desc=z");
     assigned = *parser;
     parser.reset();
-    Require(TextsOf(constructed) == texts && TextsOf(assigned) == texts);
+    Expect(TextsOf(constructed) == texts && TextsOf(assigned) == texts);
 }
 
 void CheckMain(const wchar_t* line) {
     auto parser = std::make_unique<QuilletCmdSwitchParser>(line);
-    RequireWhole(*parser);
+    ExpectWhole(*parser);
     const LibMode mode = parser->GetLibMode();
-    Require(mode >= LIBMODE_NONE && mode <= LIBMODE_SHOWN);
-    Require(!parser->IsLockLib() || parser->IsLibraryVisible());
-    Require(parser->IsSaveAnswers() || !parser->IsSaveAnswersPrompt());
-    Require(parser->IsOverlay() == (parser->GetOverlayFiles().NumEntries() == 1));
+    Expect(mode >= LIBMODE_NONE && mode <= LIBMODE_SHOWN);
+    Expect(!parser->IsLockLib() || parser->IsLibraryVisible());
+    Expect(parser->IsSaveAnswers() || !parser->IsSaveAnswersPrompt());
+    Expect(parser->IsOverlay() == (parser->GetOverlayFiles().NumEntries() == 1));
     const std::wstring texts = TextsOf(*parser);
     parser->ParseSwitches(L"");
-    Require(TextsOf(*parser) == texts && parser->GetLibMode() == mode && !parser->IsModelDocument());
-    RequireOwnTexts(std::move(parser));
-    RequireWhole(QuilletCmdSwitchParser(QLCmdLine(line)));
+    Expect(TextsOf(*parser) == texts && parser->GetLibMode() == mode && !parser->IsModelDocument());
+    ExpectOwnTexts(std::move(parser));
+    ExpectWhole(QuilletCmdSwitchParser(QLCmdLine(line)));
 }
 
 void CheckServers(const wchar_t* line) {
     auto filler = std::make_unique<FillerCmdSwitchParser>(line);
-    RequireWhole(*filler);
+    ExpectWhole(*filler);
     const AutomatorCmdSwitchParser automator(line);
-    Require(TextsOf(*filler) == TextsOf(automator) && filler->IsPrint() == automator.IsPrint());
+    Expect(TextsOf(*filler) == TextsOf(automator) && filler->IsPrint() == automator.IsPrint());
     const QuilletCmdSwitchParser main(line);
-    Require(filler->GetPrintCopies() == main.GetPrintCopies());
-    RequireOwnTexts(std::move(filler));
-    RequireWhole(FillerCmdSwitchParser(QLCmdLine(line)));
+    Expect(filler->GetPrintCopies() == main.GetPrintCopies());
+    ExpectOwnTexts(std::move(filler));
+    ExpectWhole(FillerCmdSwitchParser(QLCmdLine(line)));
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::wstring line(data, data + size);
+    const std::wstring line = fuzz::TextOf(data, size);
     CheckMain(line.c_str());
     CheckServers(line.c_str());
     return 0;

@@ -57,3 +57,8 @@ DWORD GetCurrentDirectoryW(DWORD capacity, wchar_t* directory) {
     *std::copy(current.begin(), current.end(), directory) = L'\0';
     return static_cast<DWORD>(current.size());
 }
+
+BOOL FindClose(HANDLE) {
+    SetLastError(ERROR_INVALID_HANDLE);
+    return FALSE;
+}
