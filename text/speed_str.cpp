@@ -59,12 +59,13 @@ const wchar_t* CSpeedStr::data() const noexcept {
 }
 
 void CSpeedStr::trimEnd(unsigned int count) {
-    if (count >= length())
+    if (count >= length()) {
         Clear();
-    else if (overflow_)
+    } else if (overflow_) {
         overflow_->resize(length() - count);
-    else
+    } else {
         end_ -= count;
+    }
 }
 
 void CSpeedStr::Clear() noexcept {

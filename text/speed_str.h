@@ -27,10 +27,11 @@ class QL_API CSpeedStr {
     void append(const CSpeedStr& text) { append(text.Begin(), text.length()); }
     void append(wchar_t unit) {
         if (!overflow_ && Room() == 0) ToOverflow();
-        if (overflow_)
+        if (overflow_) {
             overflow_->append(unit);
-        else
+        } else {
             *end_++ = unit;
+        }
     }
 
     CSpeedStr& operator+=(const wchar_t* text) { return append(text), *this; }

@@ -41,7 +41,7 @@ std::size_t TokenString::End() const noexcept {
 }
 
 bool TokenString::IsDelim(wchar_t unit) const noexcept {
-    const auto code = static_cast<std::size_t>(unit);
+    const auto code = static_cast<char32_t>(unit);
     if (code < asciiDelimiters_.size()) return asciiDelimiters_[code];
     return delimiters_.view().find(unit) != std::wstring_view::npos;
 }
@@ -50,7 +50,7 @@ void TokenString::SetDelims(const RWWString& delimiters) {
     delimiters_ = delimiters;
     asciiDelimiters_.reset();
     for (const wchar_t unit : delimiters.view()) {
-        const auto code = static_cast<std::size_t>(unit);
+        const auto code = static_cast<char32_t>(unit);
         if (code < asciiDelimiters_.size()) asciiDelimiters_.set(code);
     }
 }

@@ -4,9 +4,11 @@
 #include "rw/virtual_streams.h"
 
 // Said again so that the library holds them for a caller who takes their address.
+// NOLINTBEGIN(readability-redundant-declaration)
 constexpr double Number::m_noNumber;
 constexpr double Number::m_maxNumber;
 constexpr double Number::m_minNumber;
+// NOLINTEND(readability-redundant-declaration)
 
 Number operator/(Number dividend, Number divisor) {
     if (divisor.GetDouble() == 0) throw 0.0F;
