@@ -14,19 +14,29 @@ constexpr std::size_t kNumberLength = 64;
 constexpr std::size_t kTimeLength = 300;
 constexpr int kStreamPrecision = 6;
 
-// A string's own append of narrow characters would take memory for a copy of them.
+// A string's own append of narrow characters would take memory for a copy of them. Whether all were ASCII.
 template <class Text>
-void AppendAscii(Text& text, std::string_view ascii) {
-    const std::size_t before = text.size();
-    text.resize(before + ascii.size());
-    std::copy(ascii.begin(), ascii.end(), text.begin() + static_cast<std::ptrdiff_t>(before));
+bool AppendWidened(Text& text, std::string_view narrow) {
+    constexpr std::size_t kPiece = 64;
+    wchar_t wide[kPiece];
+    unsigned char all = 0;
+    for (std::size_t at = 0; at < narrow.size(); at += kPiece) {
+        const std::string_view piece = narrow.substr(at, kPiece);
+        for (std::size_t i = 0; i < piece.size(); ++i) {
+            const auto byte = static_cast<unsigned char>(piece[i]);
+            all = static_cast<unsigned char>(all | byte);
+            wide[i] = byte;
+        }
+        text.append(wide, piece.size());
+    }
+    return all <= 0x7F;
 }
 
 template <class Text, class... Format>
 void AppendNumber(Text& text, Format... numberAndFormat) {
     char digits[kNumberLength];
     const char* const end = std::to_chars(digits, digits + sizeof digits, numberAndFormat...).ptr;
-    AppendAscii(text, {digits, end});
+    AppendWidened(text, {digits, end});
 }
 
 template <class Text, class Float>
@@ -34,22 +44,12 @@ void AppendFloat(Text& text, Float number) {
     AppendNumber(text, number, std::chars_format::general, kStreamPrecision);
 }
 
-bool IsAscii(std::string_view text) noexcept {
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) > 0x7F) return false;
-    }
-    return true;
-}
-
 // Every ANSI code page of the system begins with ASCII; most texts are no more than that.
 template <class Text>
 void AppendAnsi(Text& text, std::string_view ansi) {
-    if (IsAscii(ansi)) {
-        AppendAscii(text, ansi);
-        return;
-    }
-    const int length = static_cast<int>(ansi.size());
     const std::size_t before = text.size();
+    if (AppendWidened(text, ansi)) return;
+    const int length = static_cast<int>(ansi.size());
     const int units = ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, nullptr, 0);
     text.resize(before + static_cast<std::size_t>(units));
     ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, text.data() + before, units);
@@ -84,25 +84,34 @@ std::wstring_view TimeNow() {
 
 }  // namespace
 
-QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line)
-    : level_(level), threadId_(::GetCurrentThreadId()), file_(file ? file : "", &arena_), line_(line) {
-    text_.reserve(kUsualText - 1);
+QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line) : level_(level) {
+    const std::wstring_view time = TimeNow();
+    timeLength_ = time.size();
+    line_.reserve(kUsualLine - 1);
+    line_.append(time).append(1, L'[');
+    AppendNumber(line_, ::GetCurrentThreadId());
+    line_.append(L"][");
+    if (file) AppendAnsi(line_, file);
+    line_.append(1, L':');
+    AppendNumber(line_, line);
+    line_.append(L"]-");
+    prefixLength_ = line_.size();
 }
 
 QLLoggerLevelInserter::~QLLoggerLevelInserter() = default;
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const wchar_t* text) {
-    if (text) text_ += text;
+    if (text) line_ += text;
     return *this;
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const std::wstring& text) {
-    text_ += text;
+    line_ += text;
     return *this;
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const char* text) {
-    if (text) AppendAnsi(text_, text);
+    if (text) AppendAnsi(line_, text);
     return *this;
 }
 
@@ -123,12 +132,12 @@ QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned int number) {
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(long number) {
-    AppendNumber(text_, number);
+    AppendNumber(line_, number);
     return *this;
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned long number) {
-    AppendNumber(text_, number);
+    AppendNumber(line_, number);
     return *this;
 }
 
@@ -137,12 +146,12 @@ QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(float number) {
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(double number) {
-    AppendFloat(text_, number);
+    AppendFloat(line_, number);
     return *this;
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(long double number) {
-    AppendFloat(text_, number);
+    AppendFloat(line_, number);
     return *this;
 }
 
@@ -151,18 +160,12 @@ void QLLoggerLevelInserter::operator<<(const LogMessageFinish&) {
 }
 
 void QLLoggerLevelInserter::Close() {
-    if (text_.empty()) return;
-    constexpr std::size_t kPunctuationAndNumbers = 40;
+    if (line_.size() == prefixLength_) return;
     const std::wstring_view time = TimeNow();
-    std::shared_ptr<WriteLogMessage> message = QLLogger::NewLine(level_);
-    std::wstring& line = message->text_;
-    line.reserve(time.size() + file_.size() + text_.size() + kPunctuationAndNumbers);
-    line.append(time).append(1, L'[');
-    AppendNumber(line, threadId_);
-    line.append(L"][");
-    AppendAnsi(line, file_);
-    line.append(1, L':');
-    AppendNumber(line, line_);
-    line.append(L"]-").append(text_).append(1, L'\n');
-    QLLogger::PushEvent(std::move(message));
+    line_.replace(0, timeLength_, time);
+    prefixLength_ += time.size() - timeLength_;
+    timeLength_ = time.size();
+    line_ += L'\n';
+    QLLogger::PutLine(level_, line_);
+    line_.pop_back();
 }

@@ -2,7 +2,6 @@
 
 #include <concepts>
 #include <cstddef>
-#include <cstdint>
 #include <memory_resource>
 #include <string>
 #include <string_view>
@@ -62,15 +61,14 @@ class QL_API QLLoggerLevelInserter {
     void Close();  // emits the line
 
   private:
-    // Usual texts find room in the object itself.
-    static constexpr std::size_t kUsualText = 200;
-    static constexpr std::size_t kUsualFile = 120;
+    // Usual lines find room in the object itself.
+    static constexpr std::size_t kUsualLine = 320;
 
-    alignas(std::max_align_t) std::byte room_[kUsualText * sizeof(wchar_t) + kUsualFile];
+    alignas(std::max_align_t) std::byte room_[kUsualLine * sizeof(wchar_t)];
     std::pmr::monotonic_buffer_resource arena_{room_, sizeof room_};
-    std::pmr::wstring text_{&arena_};
+    // The whole line from the start: the finish has but the time to put in its place.
+    std::pmr::wstring line_{&arena_};
+    std::size_t timeLength_ = 0;
+    std::size_t prefixLength_ = 0;
     QLLogLevel level_;
-    std::uint32_t threadId_;
-    std::pmr::string file_;
-    int line_;
 };

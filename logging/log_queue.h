@@ -24,8 +24,8 @@ class LogQueue {
         added->next_.store(nullptr, std::memory_order_relaxed);
         const CriticalSectionGuard guard(lock_);
         LogMessage* const last = last_;
-        (last ? last->next_ : first_).store(added);
-        last_.store(added);
+        (last ? last->next_ : first_).store(added, std::memory_order_release);
+        last_.store(added, std::memory_order_release);
         return std::exchange(sleeping_, false);
     }
 
