@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <ctime>
-#include <utility>
+#include <cwchar>
+#include <string_view>
 
 #include "platform/win32.h"
 
@@ -11,102 +12,105 @@ namespace {
 
 // Room for every number below.
 constexpr std::size_t kNumberLength = 64;
-constexpr std::size_t kTimeLength = 300;
 constexpr int kStreamPrecision = 6;
 
-// A string's own append of narrow characters would take memory for a copy of them. Whether all were ASCII.
-template <class Text>
-bool AppendWidened(Text& text, std::string_view narrow) {
-    constexpr std::size_t kPiece = 64;
-    wchar_t wide[kPiece];
+// Whether all of it was ASCII; the rest must be converted.
+bool AppendAscii(ql::LineText& text, std::string_view narrow) {
+    wchar_t* const wide = text.Extend(narrow.size());
     unsigned char all = 0;
-    for (std::size_t at = 0; at < narrow.size(); at += kPiece) {
-        const std::string_view piece = narrow.substr(at, kPiece);
-        for (std::size_t i = 0; i < piece.size(); ++i) {
-            const auto byte = static_cast<unsigned char>(piece[i]);
-            all = static_cast<unsigned char>(all | byte);
-            wide[i] = byte;
-        }
-        text.append(wide, piece.size());
+    for (std::size_t i = 0; i < narrow.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(narrow[i]);
+        all = static_cast<unsigned char>(all | byte);
+        wide[i] = byte;
     }
     return all <= 0x7F;
 }
 
-template <class Text, class... Format>
-void AppendNumber(Text& text, Format... numberAndFormat) {
+template <class... Format>
+void AppendNumber(ql::LineText& text, Format... numberAndFormat) {
     char digits[kNumberLength];
     const char* const end = std::to_chars(digits, digits + sizeof digits, numberAndFormat...).ptr;
-    AppendWidened(text, {digits, end});
+    AppendAscii(text, {digits, end});
 }
 
-template <class Text, class Float>
-void AppendFloat(Text& text, Float number) {
+template <class Float>
+void AppendFloat(ql::LineText& text, Float number) {
     AppendNumber(text, number, std::chars_format::general, kStreamPrecision);
 }
 
 // Every ANSI code page of the system begins with ASCII; most texts are no more than that.
-template <class Text>
-void AppendAnsi(Text& text, std::string_view ansi) {
+void AppendAnsi(ql::LineText& text, std::string_view ansi) {
     const std::size_t before = text.size();
-    if (AppendWidened(text, ansi)) return;
+    if (AppendAscii(text, ansi)) return;
+    text.CutTo(before);
     const int length = static_cast<int>(ansi.size());
     const int units = ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, nullptr, 0);
-    text.resize(before + static_cast<std::size_t>(units));
-    ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, text.data() + before, units);
+    wchar_t* const wide = text.Extend(static_cast<std::size_t>(units));
+    ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, wide, units);
 }
 
-// The bracketed time is the same for a whole second, and asking for the time and making its text cost more
-// than all the rest of a line. So each thread asks once in a tick of the system, which is what the clock
-// itself is good for.
-struct TimeText {
-    DWORD tick = 0;
-    __time64_t second = -1;
-    std::size_t length = 0;
-    wchar_t text[kTimeLength] = {};
-};
-
-void Make(TimeText& made, __time64_t second) {
-    const std::tm* const fields = ::_localtime64(&second);
-    made.length = fields ? std::wcsftime(made.text, kTimeLength, L"[%c]", fields) : 0;
-    made.second = second;
-}
-
-std::wstring_view TimeNow() {
-    thread_local TimeText last;
-    const DWORD tick = ::GetTickCount();
-    if (tick != last.tick || last.length == 0) {
-        last.tick = tick;
-        const __time64_t now = ::_time64(nullptr);
-        if (now != last.second) Make(last, now);
+// How a thread's lines begin: the bracketed time, the thread's number and the bracket that opens the place.
+// That is the same for a whole second, and asking for the time and making its text cost more than all the
+// rest of a line. So each thread asks once in a tick of the system, which is what the clock itself is good
+// for.
+class LineHead {
+  public:
+    static const LineHead& Now() {
+        thread_local LineHead head;
+        const DWORD tick = ::GetTickCount();
+        if (tick != head.tick_ || head.length_ == 0) {
+            head.tick_ = tick;
+            const __time64_t now = ::_time64(nullptr);
+            if (now != head.second_) head.Make(now);
+        }
+        return head;
     }
-    return {last.text, last.length};
-}
+
+    std::wstring_view Time() const noexcept { return {text_, timeLength_}; }
+    std::wstring_view Whole() const noexcept { return {text_, length_}; }
+
+  private:
+    void Make(__time64_t second) {
+        const std::tm* const fields = ::_localtime64(&second);
+        timeLength_ = fields ? std::wcsftime(text_, kTimeLength, L"[%c]", fields) : 0;
+        const unsigned long thread = ::GetCurrentThreadId();
+        const int added = std::swprintf(text_ + timeLength_, kThreadLength, L"[%lu][", thread);
+        length_ = timeLength_ + static_cast<std::size_t>(added);
+        second_ = second;
+    }
+
+    static constexpr std::size_t kTimeLength = 300;
+    static constexpr std::size_t kThreadLength = 16;
+
+    DWORD tick_ = 0;
+    __time64_t second_ = -1;
+    std::size_t timeLength_ = 0;
+    std::size_t length_ = 0;
+    wchar_t text_[kTimeLength + kThreadLength] = {};
+};
 
 }  // namespace
 
 QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line) : level_(level) {
-    const std::wstring_view time = TimeNow();
-    timeLength_ = time.size();
-    line_.reserve(kUsualLine - 1);
-    line_.append(time).append(1, L'[');
-    AppendNumber(line_, ::GetCurrentThreadId());
-    line_.append(L"][");
+    const LineHead& head = LineHead::Now();
+    timeLength_ = head.Time().size();
+    line_.Append(head.Whole());
     if (file) AppendAnsi(line_, file);
-    line_.append(1, L':');
+    *line_.Extend(1) = L':';
     AppendNumber(line_, line);
-    line_.append(L"]-");
+    line_.Append(L"]-");
     prefixLength_ = line_.size();
 }
 
 QLLoggerLevelInserter::~QLLoggerLevelInserter() = default;
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const wchar_t* text) {
-    if (text) line_ += text;
+    if (text) line_.Append(text);
     return *this;
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const std::wstring& text) {
-    line_ += text;
+    line_.Append(text);
     return *this;
 }
 
@@ -161,11 +165,11 @@ void QLLoggerLevelInserter::operator<<(const LogMessageFinish&) {
 
 void QLLoggerLevelInserter::Close() {
     if (line_.size() == prefixLength_) return;
-    const std::wstring_view time = TimeNow();
-    line_.replace(0, timeLength_, time);
+    const std::wstring_view time = LineHead::Now().Time();
+    line_.ReplaceFront(timeLength_, time);
     prefixLength_ += time.size() - timeLength_;
     timeLength_ = time.size();
-    line_ += L'\n';
-    QLLogger::PutLine(level_, line_);
-    line_.pop_back();
+    *line_.Extend(1) = L'\n';
+    QLLogger::PutLine(level_, line_.View());
+    line_.CutTo(line_.size() - 1);
 }

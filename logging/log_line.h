@@ -2,10 +2,10 @@
 
 #include <concepts>
 #include <cstddef>
-#include <memory_resource>
 #include <string>
 #include <string_view>
 
+#include "logging/line_text.h"
 #include "logging/logger.h"
 #include "platform/export.h"
 
@@ -61,14 +61,9 @@ class QL_API QLLoggerLevelInserter {
     void Close();  // emits the line
 
   private:
-    // Usual lines find room in the object itself.
-    static constexpr std::size_t kUsualLine = 320;
-
-    alignas(std::max_align_t) std::byte room_[kUsualLine * sizeof(wchar_t)];
-    std::pmr::monotonic_buffer_resource arena_{room_, sizeof room_};
     // The whole line from the start: the finish has but the time to put in its place.
-    std::pmr::wstring line_{&arena_};
-    std::size_t timeLength_ = 0;
+    ql::LineText line_;
+    std::size_t timeLength_;
     std::size_t prefixLength_ = 0;
     QLLogLevel level_;
 };
