@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "logging/cache_line.h"
 #include "logging/logger.h"
 #include "platform/critical_section.h"
 
@@ -68,8 +69,8 @@ class LogQueue {
     CriticalSection lock_;
     std::atomic<LogMessage*> first_ = nullptr;
     std::atomic<LogMessage*> last_ = nullptr;
-    std::atomic<LogMessage*> batch_ = nullptr;
     bool sleeping_ QL_GUARDED_BY(lock_) = false;
+    alignas(kCacheLine) std::atomic<LogMessage*> batch_ = nullptr;
 };
 
 }  // namespace ql

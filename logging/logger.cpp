@@ -7,6 +7,7 @@
 #include <new>
 #include <utility>
 
+#include "logging/cache_line.h"
 #include "logging/line_memory.h"
 #include "logging/log_ending.h"
 #include "logging/log_queue.h"
@@ -26,7 +27,7 @@ struct LoggerState {
     std::atomic<HANDLE> thread = nullptr;
     std::atomic<DWORD> threadId = 0;
     std::atomic<HANDLE> wake = nullptr;
-    std::atomic<bool> busy = false;  // the writer has a message in hand
+    alignas(ql::kCacheLine) std::atomic<bool> busy = false;  // the writer has a message in hand
     std::atomic<bool> ending =
         false;  // the writer is gone, the process ends: memory may be in disorder, none is freed
 };
@@ -177,7 +178,7 @@ std::shared_ptr<LogMessage> QLLogger::NewLine(QLLogLevel level, std::wstring_vie
     const ql::LineMemory::Place place = g_log.memory.Take(bytes);
     if (place.isStockLow) WakeWriter();
     if (!place.at) return std::make_shared<WriteLogMessage>(level, std::wstring(text));
-    auto* const behind = static_cast<std::byte*>(place.at) + sizeof(WriteLogMessage);
+    std::byte* const behind = place.at + sizeof(WriteLogMessage);
     auto* const placed = reinterpret_cast<wchar_t*>(behind);
     *std::copy(text.begin(), text.end(), placed) = L'\0';
     // The block owns it, which Release knows.
