@@ -15,7 +15,7 @@ namespace ql {
 // Memory for lines, free again when the last line in it is done.
 class LineBlock {
   public:
-    static constexpr std::size_t kBytes = 128 * 1024 - kCacheLine;
+    static constexpr std::size_t kBytes = std::size_t{128} * 1024 - kCacheLine;
 
     std::byte* begin() noexcept { return bytes_; }
 
@@ -38,7 +38,7 @@ class LineBlock {
 
 // Where queued lines lie. Memory that is asked of the system, or touched for the first time, is what costs a
 // caller most; so the writer keeps some blocks ready.
-class LineMemory {
+class LineMemory {  // NOLINT(clang-analyzer-optin.performance.Padding): on purpose
   public:
     struct Place {
         std::byte* at = nullptr;  // null when there is no memory, or too much was asked for

@@ -9,7 +9,7 @@
 #include "logging/logger.h"
 #include "platform/export.h"
 
-class _bstr_t;
+class _bstr_t;  // NOLINT(bugprone-reserved-identifier): the system's own name
 
 // Inserted into a line, emits it.
 class LogMessageFinish {};

@@ -57,6 +57,7 @@ class QL_API LogMessage {
     explicit LogMessage(MessageType type) noexcept : type_(type) {}
     // The place in the queue stays with the original.
     LogMessage(const LogMessage& other) noexcept : type_(other.type_) {}
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is lost by it
     LogMessage& operator=(const LogMessage& other) noexcept {
         type_ = other.type_;
         return *this;
