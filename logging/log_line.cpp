@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <ctime>
-#include <utility>
+#include <cwchar>
+#include <string_view>
 
 #include "platform/win32.h"
 
@@ -11,98 +12,110 @@ namespace {
 
 // Room for every number below.
 constexpr std::size_t kNumberLength = 64;
-constexpr std::size_t kTimeLength = 300;
 constexpr int kStreamPrecision = 6;
 
-// A string's own append of narrow characters would take memory for a copy of them.
-template <class Text>
-void AppendAscii(Text& text, std::string_view ascii) {
-    const std::size_t before = text.size();
-    text.resize(before + ascii.size());
-    std::copy(ascii.begin(), ascii.end(), text.begin() + static_cast<std::ptrdiff_t>(before));
+// Whether all of it was ASCII; the rest must be converted.
+bool AppendAscii(ql::LineText& text, std::string_view narrow) {
+    wchar_t* const wide = text.Extend(narrow.size());
+    unsigned char all = 0;
+    for (std::size_t i = 0; i < narrow.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(narrow[i]);
+        all = static_cast<unsigned char>(all | byte);
+        wide[i] = byte;
+    }
+    return all <= 0x7F;
 }
 
-template <class Text, class... Format>
-void AppendNumber(Text& text, Format... numberAndFormat) {
+template <class... Format>
+void AppendNumber(ql::LineText& text, Format... numberAndFormat) {
     char digits[kNumberLength];
     const char* const end = std::to_chars(digits, digits + sizeof digits, numberAndFormat...).ptr;
     AppendAscii(text, {digits, end});
 }
 
-template <class Text, class Float>
-void AppendFloat(Text& text, Float number) {
+template <class Float>
+void AppendFloat(ql::LineText& text, Float number) {
     AppendNumber(text, number, std::chars_format::general, kStreamPrecision);
 }
 
-bool IsAscii(std::string_view text) noexcept {
-    for (const char c : text) {
-        if (static_cast<unsigned char>(c) > 0x7F) return false;
-    }
-    return true;
-}
-
 // Every ANSI code page of the system begins with ASCII; most texts are no more than that.
-template <class Text>
-void AppendAnsi(Text& text, std::string_view ansi) {
-    if (IsAscii(ansi)) {
-        AppendAscii(text, ansi);
-        return;
-    }
-    const int length = static_cast<int>(ansi.size());
+void AppendAnsi(ql::LineText& text, std::string_view ansi) {
     const std::size_t before = text.size();
+    if (AppendAscii(text, ansi)) return;
+    text.CutTo(before);
+    const int length = static_cast<int>(ansi.size());
     const int units = ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, nullptr, 0);
-    text.resize(before + static_cast<std::size_t>(units));
-    ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, text.data() + before, units);
+    wchar_t* const wide = text.Extend(static_cast<std::size_t>(units));
+    ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, wide, units);
 }
 
-// The bracketed time is the same for a whole second, and asking for the time and making its text cost more
-// than all the rest of a line. So each thread asks once in a tick of the system, which is what the clock
-// itself is good for.
-struct TimeText {
-    DWORD tick = 0;
-    __time64_t second = -1;
-    std::size_t length = 0;
-    wchar_t text[kTimeLength] = {};
-};
-
-void Make(TimeText& made, __time64_t second) {
-    const std::tm* const fields = ::_localtime64(&second);
-    made.length = fields ? std::wcsftime(made.text, kTimeLength, L"[%c]", fields) : 0;
-    made.second = second;
-}
-
-std::wstring_view TimeNow() {
-    thread_local TimeText last;
-    const DWORD tick = ::GetTickCount();
-    if (tick != last.tick || last.length == 0) {
-        last.tick = tick;
-        const __time64_t now = ::_time64(nullptr);
-        if (now != last.second) Make(last, now);
+// How a thread's lines begin: the bracketed time, the thread's number and the bracket that opens the place.
+// That is the same for a whole second, and asking for the time and making its text cost more than all the
+// rest of a line. So each thread asks once in a tick of the system, which is what the clock itself is good
+// for.
+class LineHead {
+  public:
+    static const LineHead& Now() {
+        thread_local LineHead head;
+        const DWORD tick = ::GetTickCount();
+        if (tick != head.tick_ || head.length_ == 0) {
+            head.tick_ = tick;
+            const __time64_t now = ::_time64(nullptr);
+            if (now != head.second_) head.Make(now);
+        }
+        return head;
     }
-    return {last.text, last.length};
-}
+
+    std::wstring_view Time() const noexcept { return {text_, timeLength_}; }
+    std::wstring_view Whole() const noexcept { return {text_, length_}; }
+
+  private:
+    void Make(__time64_t second) {
+        const std::tm* const fields = ::_localtime64(&second);
+        timeLength_ = fields ? std::wcsftime(text_, kTimeLength, L"[%c]", fields) : 0;
+        const unsigned long thread = ::GetCurrentThreadId();
+        const int added = std::swprintf(text_ + timeLength_, kThreadLength, L"[%lu][", thread);
+        length_ = timeLength_ + static_cast<std::size_t>(added);
+        second_ = second;
+    }
+
+    static constexpr std::size_t kTimeLength = 300;
+    static constexpr std::size_t kThreadLength = 16;
+
+    DWORD tick_ = 0;
+    __time64_t second_ = -1;
+    std::size_t timeLength_ = 0;
+    std::size_t length_ = 0;
+    wchar_t text_[kTimeLength + kThreadLength] = {};
+};
 
 }  // namespace
 
-QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line)
-    : level_(level), threadId_(::GetCurrentThreadId()), file_(file ? file : "", &arena_), line_(line) {
-    text_.reserve(kUsualText - 1);
+QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line) : level_(level) {
+    const LineHead& head = LineHead::Now();
+    timeLength_ = head.Time().size();
+    line_.Append(head.Whole());
+    if (file) AppendAnsi(line_, file);
+    *line_.Extend(1) = L':';
+    AppendNumber(line_, line);
+    line_.Append(L"]-");
+    prefixLength_ = line_.size();
 }
 
 QLLoggerLevelInserter::~QLLoggerLevelInserter() = default;
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const wchar_t* text) {
-    if (text) text_ += text;
+    if (text) line_.Append(text);
     return *this;
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const std::wstring& text) {
-    text_ += text;
+    line_.Append(text);
     return *this;
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const char* text) {
-    if (text) AppendAnsi(text_, text);
+    if (text) AppendAnsi(line_, text);
     return *this;
 }
 
@@ -123,12 +136,12 @@ QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned int number) {
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(long number) {
-    AppendNumber(text_, number);
+    AppendNumber(line_, number);
     return *this;
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned long number) {
-    AppendNumber(text_, number);
+    AppendNumber(line_, number);
     return *this;
 }
 
@@ -137,12 +150,12 @@ QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(float number) {
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(double number) {
-    AppendFloat(text_, number);
+    AppendFloat(line_, number);
     return *this;
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(long double number) {
-    AppendFloat(text_, number);
+    AppendFloat(line_, number);
     return *this;
 }
 
@@ -151,18 +164,12 @@ void QLLoggerLevelInserter::operator<<(const LogMessageFinish&) {
 }
 
 void QLLoggerLevelInserter::Close() {
-    if (text_.empty()) return;
-    constexpr std::size_t kPunctuationAndNumbers = 40;
-    const std::wstring_view time = TimeNow();
-    std::shared_ptr<WriteLogMessage> message = QLLogger::NewLine(level_);
-    std::wstring& line = message->text_;
-    line.reserve(time.size() + file_.size() + text_.size() + kPunctuationAndNumbers);
-    line.append(time).append(1, L'[');
-    AppendNumber(line, threadId_);
-    line.append(L"][");
-    AppendAnsi(line, file_);
-    line.append(1, L':');
-    AppendNumber(line, line_);
-    line.append(L"]-").append(text_).append(1, L'\n');
-    QLLogger::PushEvent(std::move(message));
+    if (line_.size() == prefixLength_) return;
+    const std::wstring_view time = LineHead::Now().Time();
+    line_.ReplaceFront(timeLength_, time);
+    prefixLength_ += time.size() - timeLength_;
+    timeLength_ = time.size();
+    *line_.Extend(1) = L'\n';
+    QLLogger::PutLine(level_, line_.View());
+    line_.CutTo(line_.size() - 1);
 }

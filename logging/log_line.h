@@ -2,15 +2,14 @@
 
 #include <concepts>
 #include <cstddef>
-#include <cstdint>
-#include <memory_resource>
 #include <string>
 #include <string_view>
 
+#include "logging/line_text.h"
 #include "logging/logger.h"
 #include "platform/export.h"
 
-class _bstr_t;
+class _bstr_t;  // NOLINT(bugprone-reserved-identifier): the system's own name
 
 // Inserted into a line, emits it.
 class LogMessageFinish {};
@@ -62,15 +61,9 @@ class QL_API QLLoggerLevelInserter {
     void Close();  // emits the line
 
   private:
-    // Usual texts find room in the object itself.
-    static constexpr std::size_t kUsualText = 200;
-    static constexpr std::size_t kUsualFile = 120;
-
-    alignas(std::max_align_t) std::byte room_[kUsualText * sizeof(wchar_t) + kUsualFile];
-    std::pmr::monotonic_buffer_resource arena_{room_, sizeof room_};
-    std::pmr::wstring text_{&arena_};
+    // The whole line from the start: the finish has but the time to put in its place.
+    ql::LineText line_;
+    std::size_t timeLength_;
+    std::size_t prefixLength_ = 0;
     QLLogLevel level_;
-    std::uint32_t threadId_;
-    std::pmr::string file_;
-    int line_;
 };

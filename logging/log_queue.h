@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "logging/cache_line.h"
 #include "logging/logger.h"
 #include "platform/critical_section.h"
 
@@ -24,8 +25,8 @@ class LogQueue {
         added->next_.store(nullptr, std::memory_order_relaxed);
         const CriticalSectionGuard guard(lock_);
         LogMessage* const last = last_;
-        (last ? last->next_ : first_).store(added);
-        last_.store(added);
+        (last ? last->next_ : first_).store(added, std::memory_order_release);
+        last_.store(added, std::memory_order_release);
         return std::exchange(sleeping_, false);
     }
 
@@ -68,8 +69,8 @@ class LogQueue {
     CriticalSection lock_;
     std::atomic<LogMessage*> first_ = nullptr;
     std::atomic<LogMessage*> last_ = nullptr;
-    std::atomic<LogMessage*> batch_ = nullptr;
     bool sleeping_ QL_GUARDED_BY(lock_) = false;
+    alignas(kCacheLine) std::atomic<LogMessage*> batch_ = nullptr;
 };
 
 }  // namespace ql

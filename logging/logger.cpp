@@ -1,14 +1,17 @@
 #include "logging/logger.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstddef>
 #include <new>
 #include <utility>
 
+#include "logging/cache_line.h"
+#include "logging/line_memory.h"
 #include "logging/log_ending.h"
 #include "logging/log_queue.h"
 #include "logging/output_lists.h"
-#include "logging/spent_lines.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
@@ -19,12 +22,12 @@ constexpr DWORD kNapMilliseconds = 10;
 
 struct LoggerState {
     ql::LogQueue queue;
-    ql::SpentLines spent;
+    ql::LineMemory memory;
     ql::OutputLists outputs;
     std::atomic<HANDLE> thread = nullptr;
     std::atomic<DWORD> threadId = 0;
-    HANDLE wake = nullptr;
-    std::atomic<bool> busy = false;  // the writer has a message in hand
+    std::atomic<HANDLE> wake = nullptr;
+    alignas(ql::kCacheLine) std::atomic<bool> busy = false;  // the writer has a message in hand
     std::atomic<bool> ending =
         false;  // the writer is gone, the process ends: memory may be in disorder, none is freed
 };
@@ -47,6 +50,10 @@ bool WriterIsGone() noexcept {
     return ::WaitForSingleObject(g_log.thread, 0) == WAIT_OBJECT_0;
 }
 
+void WakeWriter() noexcept {
+    if (const HANDLE wake = g_log.wake) ::SetEvent(wake);
+}
+
 // The writer's code must outlast every FreeLibrary.
 void PinModule() noexcept {
     constexpr DWORD kHow = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN;
@@ -54,7 +61,7 @@ void PinModule() noexcept {
     ::GetModuleHandleExW(kHow, reinterpret_cast<const wchar_t*>(&g_immortal), &module);
 }
 
-// Waits for messages; the event ends a nap only where somebody waits for the writer.
+// Waits for messages; the event ends a nap only where somebody waits for the writer or for memory.
 void Rest() noexcept {
     const bool called = ::WaitForSingleObject(g_log.wake, kNapMilliseconds) == WAIT_OBJECT_0;
     if (!called && g_log.queue.FallAsleep()) ::WaitForSingleObject(g_log.wake, INFINITE);
@@ -145,30 +152,37 @@ void QLLogger::StartWriter() noexcept {
     DWORD id = 0;
     const HANDLE thread =
         ::CreateThread(nullptr, 0, RunWriter, reinterpret_cast<void*>(&LoggerThreadProc), 0, &id);
-    if (!thread) return;
+    if (!thread) {
+        g_log.wake = nullptr;
+        return;
+    }
     wake.release();
     g_log.threadId = id;
     g_log.thread = thread;
 }
 
 void QLLogger::PutMessage(QLLogLevel level, const wchar_t* text) noexcept {
+    if (text) PutLine(level, text);
+}
+
+void QLLogger::PutLine(QLLogLevel level, std::wstring_view text) noexcept {
     try {
-        if (!text) return;
-        std::shared_ptr<WriteLogMessage> line = NewLine(level);
-        line->text_ = text;
-        PushEvent(std::move(line));
+        PushEvent(NewLine(level, text));
     } catch (
         const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the line is dropped, as the header says
     }
 }
 
-// Without text.
-std::shared_ptr<WriteLogMessage> QLLogger::NewLine(QLLogLevel level) {
-    std::shared_ptr<WriteLogMessage> line = g_log.spent.Take();
-    if (!line) line = std::make_shared<WriteLogMessage>(level, std::wstring());
-    line->level_ = level;
-    line->reusable_ = true;
-    return line;
+std::shared_ptr<LogMessage> QLLogger::NewLine(QLLogLevel level, std::wstring_view text) {
+    const std::size_t bytes = sizeof(WriteLogMessage) + (text.size() + 1) * sizeof(wchar_t);
+    const ql::LineMemory::Place place = g_log.memory.Take(bytes);
+    if (place.isStockLow) WakeWriter();
+    if (!place.at) return std::make_shared<WriteLogMessage>(level, std::wstring(text));
+    std::byte* const behind = place.at + sizeof(WriteLogMessage);
+    auto* const placed = reinterpret_cast<wchar_t*>(behind);
+    *std::copy(text.begin(), text.end(), placed) = L'\0';
+    // The block owns it, which Release knows.
+    return {std::shared_ptr<void>(), new (place.at) WriteLogMessage(level, placed, place.block)};
 }
 
 void QLLogger::FlushLogs() noexcept {
@@ -193,7 +207,7 @@ void QLLogger::QueueCloseAndWait() {
     if (OnWriterThread()) return PushEvent(std::make_shared<CloseLogMessage>(nullptr));
     const ql::UniqueKernelHandle closed(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
     PushEvent(std::make_shared<CloseLogMessage>(closed.get()));
-    ::SetEvent(g_log.wake);
+    WakeWriter();
     if (!closed) return;
     const std::array<HANDLE, 2> either = {closed.get(), g_log.thread};
     constexpr DWORD kWriterEnded = WAIT_OBJECT_0 + 1;
@@ -201,7 +215,7 @@ void QLLogger::QueueCloseAndWait() {
 }
 
 void QLLogger::PushEvent(std::shared_ptr<LogMessage> message) noexcept {
-    if (message && g_log.queue.Push(std::move(message))) ::SetEvent(g_log.wake);
+    if (message && g_log.queue.Push(std::move(message))) WakeWriter();
 }
 
 std::uint32_t QLLogger::LoggerThreadProc(void*) {
@@ -217,6 +231,7 @@ bool QLLogger::HandleNextAsWriter() noexcept {
         g_log.busy = false;
         ::Sleep(INFINITE);
     }
+    g_log.memory.Stock();
     const bool any = g_log.queue.InHand() || g_log.queue.Take();
     if (any) HandleInHand();
     g_log.busy = false;
@@ -231,9 +246,13 @@ void QLLogger::HandleInHand() noexcept {
 }
 
 void QLLogger::Release(LogMessage& message) noexcept {
-    const bool isLine = message.type() == LogMessage::kWrite;
-    if (isLine && g_log.spent.Keep(static_cast<WriteLogMessage&>(message))) return;
     const std::shared_ptr<LogMessage> released = std::move(message.self_);
+    if (message.type() != LogMessage::kWrite) return;
+    auto& line = static_cast<WriteLogMessage&>(message);
+    if (!line.block_) return;
+    ql::LineBlock* const block = line.block_;
+    line.~WriteLogMessage();
+    g_log.memory.GiveBack(block);
 }
 
 void QLLogger::Handle(const std::shared_ptr<LogMessage>& message) noexcept {

@@ -4,12 +4,13 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "platform/export.h"
 
 namespace ql {
+class LineBlock;
 class LogQueue;
-class SpentLines;
 }  // namespace ql
 
 // The process-wide log: any thread queues lines, one writer thread hands them to the outputs. A caller never
@@ -56,6 +57,7 @@ class QL_API LogMessage {
     explicit LogMessage(MessageType type) noexcept : type_(type) {}
     // The place in the queue stays with the original.
     LogMessage(const LogMessage& other) noexcept : type_(other.type_) {}
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is lost by it
     LogMessage& operator=(const LogMessage& other) noexcept {
         type_ = other.type_;
         return *this;
@@ -63,7 +65,6 @@ class QL_API LogMessage {
 
   private:
     friend class ql::LogQueue;
-    friend class ql::SpentLines;
     friend class QLLogger;
 
     MessageType type_;
@@ -76,18 +77,23 @@ class QL_API WriteLogMessage : public LogMessage {
   public:
     WriteLogMessage(QLLogLevel level, std::wstring text) noexcept
         : LogMessage(kWrite), text_(std::move(text)), level_(level) {}
+    WriteLogMessage(const WriteLogMessage& other)
+        : LogMessage(other), text_(other.text()), level_(other.level_) {}
+    WriteLogMessage& operator=(const WriteLogMessage&) = delete;
 
-    const wchar_t* text() const noexcept { return text_.c_str(); }
+    const wchar_t* text() const noexcept { return placed_ ? placed_ : text_.c_str(); }
     QLLogLevel level() const noexcept { return level_; }
 
   private:
     friend class QLLogger;
-    friend class QLLoggerLevelInserter;
-    friend class ql::SpentLines;
+    // In a block, together with its text.
+    WriteLogMessage(QLLogLevel level, const wchar_t* placed, ql::LineBlock* block) noexcept
+        : LogMessage(kWrite), level_(level), placed_(placed), block_(block) {}
 
     std::wstring text_;
     QLLogLevel level_;
-    bool reusable_ = false;  // made by the logger itself
+    const wchar_t* placed_ = nullptr;
+    ql::LineBlock* block_ = nullptr;
 };
 
 class QL_API FlushLogMessage : public LogMessage {
@@ -156,7 +162,8 @@ class QL_API QLLogger {
 
   private:
     friend class QLLoggerLevelInserter;
-    static std::shared_ptr<WriteLogMessage> NewLine(QLLogLevel level);
+    static void PutLine(QLLogLevel level, std::wstring_view text) noexcept;
+    static std::shared_ptr<LogMessage> NewLine(QLLogLevel level, std::wstring_view text);
     static void StartWriter() noexcept;
     static bool HandleNextAsWriter() noexcept;
     static void HandleInHand() noexcept;

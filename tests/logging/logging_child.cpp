@@ -42,6 +42,19 @@ class ExitingOutput : public ILogOutput {
     void Close() override {}
 };
 
+// The system may crash when it ends a thread that it has not yet started in full.
+void WaitUntilTheWriterRuns() {
+    static std::atomic<bool> runs = false;
+    struct Sign : ILogOutput {
+        void Write(QLLogLevel, const wchar_t*) override { runs = true; }
+        void Flush() override {}
+        void Close() override {}
+    };
+    QLLogger::InitializeLog(std::make_shared<Sign>(), QLLOG_DEBUG);
+    QLLogger::PutMessage(QLLOG_DEBUG, L"");
+    while (!runs) ::Sleep(1);
+}
+
 void StartRolling(const wchar_t* file) {
     const auto output =
         std::make_shared<QLLoggerOutputs::RollingFileOutput>(file, L"child", L"", L"", 1000, 2000, 1u);
@@ -81,11 +94,13 @@ int wmain(int argc, wchar_t** argv) {
     }
     if (way == L"rolling") {
         StartRolling(file);
+        WaitUntilTheWriterRuns();
         PutLines(500);
         return 5;
     }
     QLLogger::InitializeLog(file, QLLOG_INFO);
     if (way == L"output") QLLogger::InitializeLog(std::make_shared<ExitingOutput>(), QLLOG_INFO);
+    WaitUntilTheWriterRuns();
     PutLines(kLines);
     g_allPut = true;
     if (way == L"thread") std::thread([] { ::ExitProcess(5); }).join();

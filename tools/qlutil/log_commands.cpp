@@ -49,11 +49,11 @@ Answer Write(const Arguments& arguments) {
 }
 
 int RequireValue(const Arguments& arguments, std::wstring_view name, int least, int most) {
+    const std::wstring shown = L"--" + std::wstring(name);
     const auto value = arguments.Value(name);
-    const std::wstring shown(name);
-    if (!value) throw WrongCall(L"--" + shown + L" is missing");
-    const int number = RequireInt(*value, L"--" + shown);
-    if (number < least || number > most) throw WrongCall(L"--" + shown + L" is out of range");
+    if (!value) throw WrongCall(shown + L" is missing");
+    const int number = RequireInt(*value, shown);
+    if (number < least || number > most) throw WrongCall(shown + L" is out of range");
     return number;
 }
 
