@@ -149,7 +149,7 @@ class QL_API QLFileName {
 
     RWWString GetUNCPathAndFileName() const;
     RWWString GetLongPathAndFileName() const;
-    RWWString GetShortPath() const;     // of the path, with a backslash at its end
+    RWWString GetShortPath() const;     // of the path, and always one more backslash
     RWWString GetShortVersion() const;  // of the whole name
 
     // A name that no file has: "~ql12", a number, and the extension that the name had or ".tmp", in the directory that
