@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "tests/files/host_shell.h"
 #include "tests/files/other_process.h"
 #include "tests/logging/test_folder.h"
 
@@ -61,21 +62,10 @@ TEST_F(Directories, AWalkStartsAnewAndMovesToAnotherObject) {
 }
 
 TEST_F(Directories, AreWalkedWholeWhenTheyAreLarge) {
+    PutEntries(folder_.path().wstring(), 10'000);
     Names expected;
-    for (int i = 0; i < 10'000; ++i) {
-        const std::wstring name = L"entry " + std::to_wstring(i) + L".txt";
-        const ql::UniqueFileHandle file(::CreateFileW((folder_ / name.c_str()).c_str(), GENERIC_WRITE, 0,
-                                                      nullptr, CREATE_NEW, 0, nullptr));
-        ASSERT_TRUE(file);
-        expected.insert(name);
-    }
-    Names names;
-    CDirectoryIterator walk;
-    QLFileName entry;
-    for (bool more = walk.First(Pattern(L"*.txt"), &entry); more; more = walk.Next(&entry)) {
-        EXPECT_TRUE(names.insert(entry.GetFileName().str()).second);
-    }
-    EXPECT_EQ(expected, names);
+    for (int i = 0; i < 10'000; ++i) expected.insert(L"entry " + std::to_wstring(i) + L".txt");
+    EXPECT_EQ(expected, Walk(L"*.txt"));
     DeleteDirAndContents(folder_.path().c_str());
     EXPECT_FALSE(std::filesystem::exists(folder_.path()));
 }
@@ -141,32 +131,6 @@ TEST_F(Directories, TheCurrentOneIsLeftForTheTemporaryOne) {
     std::filesystem::current_path(before);
 }
 
-// A link to a directory as the system makes it, or as the file system below Wine does.
-bool LinkTo(const std::wstring& target, const std::wstring& link) {
-    const DWORD kind = std::filesystem::is_directory(target) ? SYMBOLIC_LINK_FLAG_DIRECTORY : 0;
-    if (::CreateSymbolicLinkW(link.c_str(), target.c_str(), kind) && std::filesystem::exists(link))
-        return true;
-    using UnixName = char*(CDECL*)(const wchar_t*);
-    const auto unixName = reinterpret_cast<UnixName>(reinterpret_cast<void*>(
-        ::GetProcAddress(::GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name")));
-    if (!unixName) return false;
-    const auto unixText = [&](const std::wstring& path) {
-        const std::string text = unixName(path.c_str());
-        return std::wstring(text.begin(), text.end());
-    };
-    std::wstring command = L"\"Z:\\bin\\ln\" -s \"" + unixText(target) + L"\" \"" + unixText(link) + L'"';
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    if (!::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                          &process)) {
-        return false;
-    }
-    const ql::UniqueKernelHandle handle(process.hProcess), thread(process.hThread);
-    for (int tries = 0; tries < 500 && !std::filesystem::exists(link); ++tries) ::Sleep(10);
-    return std::filesystem::exists(link);
-}
-
 TEST_F(Directories, LinksInThemAreNotFollowed) {
     for (const wchar_t* name : {L"sub", L"files", L"other"})
         std::filesystem::create_directory(folder_ / name);
@@ -177,7 +141,10 @@ TEST_F(Directories, LinksInThemAreNotFollowed) {
     DeleteDirAndContents((folder_ / L"files").c_str());
     EXPECT_FALSE(Exists(L"files"));
     EXPECT_EQ("x", BytesOf(folder_ / L"guarded"));
-    if (!LinkTo(folder_ / L"other", folder_ / L"sub\\folder")) GTEST_SKIP() << "no links to be had here";
+    const std::wstring link = folder_ / L"sub\\folder";
+    RunInHostShell(folder_.path().wstring(), L"ln -s ../other sub/folder") ||
+        ::CreateSymbolicLinkW(link.c_str(), (folder_ / L"other").c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    if (!std::filesystem::exists(link)) GTEST_SKIP() << "no links to be had here";
     DeleteDirAndContents((folder_ / L"sub").c_str());
     EXPECT_TRUE(Exists(L"other\\kept"));
 }

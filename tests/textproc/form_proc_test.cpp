@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "settings/preferences.h"
 #include "tests/settings/private_registry.h"
@@ -11,15 +12,12 @@
 
 namespace {
 
-constexpr FormProc kAll[] = {FP_WP13,     FP_WP14,     FP_WP15,     FP_WP16,      FP_WP17,   FP_WORD2003,
-                             FP_WORD2007, FP_WORD2010, FP_WORD2013, FP_AUTOMATOR, FP_FILLER, FP_TEXT};
+void Install(FormProc processor) {
+    WriteQLRegString(GetFormProcRegName(processor).data(), L"Template Files", L"W:\\Templates");
+}
 
 class Processors : public testing::Test {
   protected:
-    static void Install(FormProc processor) {
-        WriteQLRegString(GetFormProcRegName(processor).data(), L"Template Files", L"W:\\Templates");
-    }
-
     PrivateRegistry registry_;
     SettingsProcess process_;
     SettingsThread thread_;
@@ -90,175 +88,41 @@ TEST_F(Processors, DirectoriesAreTrimmedAndEndInOneBackslash) {
     EXPECT_TRUE(GetFormProcDocDir(FP_NONE).isNull());
 }
 
-// A row: what is installed and set, and then what is found and chosen.
+// Everything that is found and chosen, in the order of the columns below.
+std::vector<int> Found() {
+    return {GetMSWordVersion(),
+            GetWordPerfectVersion(),
+            GetInstalledTextFormProc(),
+            GetDefaultTextFormProc(),
+            CanSaveInWord2007Format(),
+            GetFormProcType(FT_DOCX_TEMPLATE),
+            GetFormProcType(FT_WORD_TEMPLATE),
+            GetFormProcType(FT_WP_TEMPLATE),
+            GetFormProcType(FT_TEXT_TEMPLATE),
+            GetSendDocToTextFormProc(L"a.docx"),
+            GetSendDocToTextFormProc(L"a.wpd"),
+            GetSendDocToTextFormProc(L"a.txt")};
+}
+
 struct Choice {
-    std::vector<FormProc> installed;
+    std::vector<int> installed;
     const wchar_t* usual;  // the preference "Default"
-    bool sendToUsualKind;
-    FormProc word, wordPerfect, text, standard;
-    bool canSaveDocx;
-    FormProc forDocx, forDot, forWpt, forTtx;
-    FormProc sendDocx, sendWpd, sendTxt;
+    bool sendByKind;       // the preference "Send to Default"
+    std::vector<int> found;
 };
 
 const Choice kChoices[] = {
-    {{},
-     L"",
-     true,
-     FP_NONE,
-     FP_NONE,
-     FP_NONE,
-     FP_NONE,
-     false,
-     FP_NONE,
-     FP_NONE,
-     FP_NONE,
-     FP_TEXT,
-     FP_NONE,
-     FP_NONE,
-     FP_NONE},
-    {{},
-     L"Word 2010",
-     false,
-     FP_NONE,
-     FP_NONE,
-     FP_NONE,
-     FP_NONE,
-     false,
-     FP_NONE,
-     FP_NONE,
-     FP_NONE,
-     FP_TEXT,
-     FP_NONE,
-     FP_NONE,
-     FP_NONE},
-    {{FP_WORD2003, FP_WORD2010},
-     L"",
-     false,
-     FP_WORD2010,
-     FP_NONE,
-     FP_WORD2010,
-     FP_NONE,
-     true,
-     FP_WORD2010,
-     FP_WORD2010,
-     FP_NONE,
-     FP_TEXT,
-     FP_WORD2010,
-     FP_WORD2010,
-     FP_WORD2010},
-    {{FP_WORD2003, FP_WORD2010},
-     L"word 2003",
-     false,
-     FP_WORD2010,
-     FP_NONE,
-     FP_WORD2010,
-     FP_WORD2003,
-     true,
-     FP_WORD2010,
-     FP_WORD2003,
-     FP_NONE,
-     FP_TEXT,
-     FP_WORD2003,
-     FP_WORD2003,
-     FP_WORD2003},
-    {{FP_WORD2003, FP_WORD2010},
-     L"Word 2003",
-     true,
-     FP_WORD2010,
-     FP_NONE,
-     FP_WORD2010,
-     FP_WORD2003,
-     true,
-     FP_WORD2010,
-     FP_WORD2003,
-     FP_NONE,
-     FP_TEXT,
-     FP_WORD2010,
-     FP_WORD2003,
-     FP_WORD2003},
-    {{FP_WORD2003, FP_WP13, FP_WP15},
-     L"WordPerfect 13",
-     true,
-     FP_WORD2003,
-     FP_WP15,
-     FP_WORD2003,
-     FP_WP13,
-     false,
-     FP_NONE,
-     FP_WORD2003,
-     FP_WP13,
-     FP_TEXT,
-     FP_WP13,
-     FP_WP13,
-     FP_WP13},
-    {{FP_WORD2013, FP_WP15, FP_WP17},
-     L"Word 2013",
-     true,
-     FP_WORD2013,
-     FP_WP17,
-     FP_WORD2013,
-     FP_WORD2013,
-     true,
-     FP_WORD2013,
-     FP_WORD2013,
-     FP_WP17,
-     FP_TEXT,
-     FP_WORD2013,
-     FP_WP17,
-     FP_WORD2013},
-    {{FP_WP16},
-     L"Word 2013",
-     false,
-     FP_NONE,
-     FP_WP16,
-     FP_WP16,
-     FP_NONE,
-     false,
-     FP_NONE,
-     FP_NONE,
-     FP_WP16,
-     FP_TEXT,
-     FP_WP16,
-     FP_WP16,
-     FP_WP16},
-    {{FP_WORD2007},
-     L"Quillet Automator",
-     false,
-     FP_WORD2007,
-     FP_NONE,
-     FP_WORD2007,
-     FP_NONE,
-     true,
-     FP_WORD2007,
-     FP_WORD2007,
-     FP_NONE,
-     FP_TEXT,
-     FP_WORD2007,
-     FP_WORD2007,
-     FP_WORD2007},
+    // Word, WP, any, default, saves docx; for docx, dot, wpt, ttx; to send docx, wpd, txt
+    {{}, L"", true, {0, 0, 0, 0, false, 0, 0, 0, 200, 0, 0, 0}},
+    {{}, L"Word 2010", false, {0, 0, 0, 0, false, 0, 0, 0, 200, 0, 0, 0}},
+    {{23, 25}, L"", false, {25, 0, 25, 0, true, 25, 25, 0, 200, 25, 25, 25}},
+    {{23, 25}, L"word 2003", false, {25, 0, 25, 23, true, 25, 23, 0, 200, 23, 23, 23}},
+    {{23, 25}, L"Word 2003", true, {25, 0, 25, 23, true, 25, 23, 0, 200, 25, 23, 23}},
+    {{23, 6, 8}, L"WordPerfect 13", true, {23, 8, 23, 6, false, 0, 23, 6, 200, 6, 6, 6}},
+    {{26, 8, 10}, L"Word 2013", true, {26, 10, 26, 26, true, 26, 26, 10, 200, 26, 10, 26}},
+    {{9}, L"Word 2013", false, {0, 9, 9, 0, false, 0, 0, 9, 200, 9, 9, 9}},
+    {{24}, L"Quillet Automator", false, {24, 0, 24, 0, true, 24, 24, 0, 200, 24, 24, 24}},
 };
-
-void ExpectChoices(const Choice& c) {
-    EXPECT_EQ(c.word, GetMSWordVersion());
-    EXPECT_EQ(c.wordPerfect, GetWordPerfectVersion());
-    EXPECT_EQ(c.text, GetInstalledTextFormProc());
-    EXPECT_EQ(c.standard, GetDefaultTextFormProc());
-    EXPECT_EQ(GetTextFileType(c.standard), GetDefaultTextFileType());
-    EXPECT_EQ(c.canSaveDocx, CanSaveInWord2007Format());
-    EXPECT_EQ(c.forDocx, GetFormProcType(FT_DOCX_TEMPLATE));
-    EXPECT_EQ(c.forDocx, GetFormProcType(FT_DOCM_TEMPLATE));
-    EXPECT_EQ(c.forDot, GetFormProcType(FT_WORD_TEMPLATE));
-    EXPECT_EQ(c.forWpt, GetFormProcType(FT_WP52_TEMPLATE));
-    EXPECT_EQ(c.forTtx, GetFormProcType(FT_TEXT_TEMPLATE));
-    EXPECT_EQ(c.sendDocx, GetSendDocToTextFormProc(L"a.docx"));
-    EXPECT_EQ(c.sendWpd, GetSendDocToTextFormProc(L"a.wpd"));
-    EXPECT_EQ(c.sendTxt, GetSendDocToTextFormProc(L"a.txt"));
-    for (const FileType form : {FT_FORM_TEMPLATE, FT_PDF_TEMPLATE})
-        EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(form));
-    for (const int none : {0, 8, 16, 26, 39, 64, -1})
-        EXPECT_EQ(FP_NONE, GetFormProcType(static_cast<FileType>(none)));
-}
 
 TEST(ProcessorChoice, FollowsThePreferences) {
     for (const Choice& choice : kChoices) {
@@ -266,12 +130,15 @@ TEST(ProcessorChoice, FollowsThePreferences) {
         const PrivateRegistry registry;
         const SettingsProcess process;
         const SettingsThread thread;
-        for (const FormProc processor : choice.installed) {
-            WriteQLRegString(GetFormProcRegName(processor).data(), L"Template Files", L"W:\\Dir");
-        }
+        for (const int processor : choice.installed) Install(static_cast<FormProc>(processor));
         WriteQLRegString(L"Word Proc", L"Default", choice.usual);
-        WriteQLRegBool(L"Word Proc", L"Send to Default", choice.sendToUsualKind);
-        ExpectChoices(choice);
+        WriteQLRegBool(L"Word Proc", L"Send to Default", choice.sendByKind);
+        EXPECT_EQ(choice.found, Found());
+        EXPECT_EQ(GetTextFileType(GetDefaultTextFormProc()), GetDefaultTextFileType());
+        for (const int form : {6, 7}) EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(static_cast<FileType>(form)));
+        for (const int none : {0, 8, 16, 26, 39, 64, -1}) {
+            EXPECT_EQ(FP_NONE, GetFormProcType(static_cast<FileType>(none)));
+        }
     }
 }
 
