@@ -39,7 +39,7 @@ bool IsSameFile(const File& a, const File& b) {
 }
 
 struct Block {
-    static constexpr DWORD kCapacity = 1 << 20;
+    static constexpr DWORD kCapacity = 1 << 16;
     std::unique_ptr<char[]> bytes{new (std::nothrow) char[kCapacity]};
     DWORD count = 0;
 

@@ -22,16 +22,16 @@ using Text = std::wstring_view;
 constexpr std::size_t kNone = Text::npos;
 constexpr std::size_t kPathBuffer = 261;
 
-// A missing drive or disk must not raise a message.
+// A missing drive or disk must not raise a message. Other threads keep their mode.
 class QuietErrors {
   public:
-    QuietErrors() noexcept : former_(::SetErrorMode(SEM_FAILCRITICALERRORS)) {}
-    ~QuietErrors() { ::SetErrorMode(former_); }
+    QuietErrors() noexcept { ::SetThreadErrorMode(SEM_FAILCRITICALERRORS, &former_); }
+    ~QuietErrors() { ::SetThreadErrorMode(former_, nullptr); }
     QuietErrors(const QuietErrors&) = delete;
     QuietErrors& operator=(const QuietErrors&) = delete;
 
   private:
-    UINT former_;
+    DWORD former_ = 0;
 };
 
 bool OpensExclusively(const RWWString& path, int access) {
@@ -69,18 +69,15 @@ std::optional<int> WidthOf(HDC dc, const std::wstring& text) {
 }  // namespace
 
 int QLFileName::CanAccess(int mode) const {
-    if (IsRemote() || GetRoot().isNull()) return 0;
-    RWWString text = GetPathAndFileName();
-    if (GetName().isNull() && !HasExtension()) {
-        text = GetPath();
-        if (text.view().ends_with(L'\\')) text.resize(text.length() - 1);
-    }
+    if (IsRemote() || !HasRoot()) return 0;
+    RWWString text = HasFilePart() ? GetPathAndFileName() : GetPath();
+    if (!HasFilePart() && text.view().ends_with(L'\\')) text.resize(text.length() - 1);
     const QuietErrors quiet;
     return ::_waccess(text.data(), mode) == 0;
 }
 
 int QLFileName::Exists() const {
-    return !GetFileName().isNull() && CanAccess(0);
+    return HasFilePart() && CanAccess(0);
 }
 
 int QLFileName::IsDirectory() const {
