@@ -2,7 +2,7 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 install(TARGETS ql_util EXPORT QuilletNativeUtilTargets RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
-install(TARGETS qlutil RUNTIME DESTINATION bin)
+install(TARGETS qlutil dzip dunzip RUNTIME DESTINATION bin)
 install(FILES ${QL_RUNTIME_DLLS} DESTINATION bin)
 foreach(header ${QL_PUBLIC_HEADERS})
   get_filename_component(room ${header} DIRECTORY)

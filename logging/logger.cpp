@@ -88,7 +88,7 @@ void CloseAndRelease(ql::LogRegistration* first) noexcept {
 }
 
 DWORD WINAPI RunWriter(void* run) {
-    return reinterpret_cast<unsigned long (*)(void*)>(run)(nullptr);
+    return reinterpret_cast<std::uint32_t (*)(void*)>(run)(nullptr);
 }
 
 }  // namespace
@@ -204,7 +204,7 @@ void QLLogger::PushEvent(std::shared_ptr<LogMessage> message) noexcept {
     if (message && g_log.queue.Push(std::move(message))) ::SetEvent(g_log.wake);
 }
 
-unsigned long QLLogger::LoggerThreadProc(void*) {
+std::uint32_t QLLogger::LoggerThreadProc(void*) {
     { const ql::CriticalSectionGuard startedByNow(g_log.queue.lock()); }
     for (;;) {
         if (!HandleNextAsWriter()) Rest();

@@ -149,7 +149,7 @@ class QL_API QLLogger {
     static void PushEvent(std::shared_ptr<LogMessage> message) noexcept;
 
     // The writer thread and what it does with a message of each type.
-    static unsigned long LoggerThreadProc(void*);
+    static std::uint32_t LoggerThreadProc(void*);
     static void WriteMessage(const std::shared_ptr<LogMessage>& message);
     static void FlushLog(const std::shared_ptr<LogMessage>& message);
     static void CloseLog(const std::shared_ptr<LogMessage>& message);

@@ -30,7 +30,7 @@ BELOW = {
     "files": PREFS + ["textproc"],
     "cmdline": PREFS + ["textproc", "files", "cmdline/command_switches"],
     "zip/zip_records": [],
-    "zip/engine": ["zip/zip_records"],
+    "zip/engine": ["platform", "zip/zip_records"],
     "zip": PREFS + ["zip/zip_records"],
 }
 SYSTEM_DOOR = "platform/win32.h"

@@ -47,14 +47,17 @@ class Arena {
     void Adopt(void* record, Value* node) noexcept { adopted_ = new (record) Adopted{node, adopted_}; }
 
   private:
-    struct alignas(double) alignas(void*) Chunk {
+    // Not alignas(double): inside a structure the compiler takes that for four bytes.
+    static constexpr std::size_t kAlignment = std::max(alignof(double), alignof(void*));
+    struct alignas(kAlignment) Chunk {
         Chunk* previous;
     };
+    static_assert(sizeof(Chunk) == kAlignment);
     static constexpr std::size_t kSmallest = 0x200;
     static constexpr std::size_t kLargest = 0x10000;
 
     static constexpr std::size_t RoundUp(std::size_t bytes) noexcept {
-        return (bytes + alignof(Chunk) - 1) & ~(alignof(Chunk) - 1);
+        return (bytes + kAlignment - 1) & ~(kAlignment - 1);
     }
 
     [[gnu::noinline]] void AddChunk(std::size_t atLeast) {

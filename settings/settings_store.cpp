@@ -9,6 +9,7 @@
 #include "settings/failure.h"
 #include "settings/json.h"
 #include "settings/settings_dictionary.h"
+#include "text/blanks.h"
 
 namespace ql {
 
@@ -27,12 +28,8 @@ using ql::SettingsDictionary;
 using ql::TRegSetting;
 using ql::TSetting;
 
-std::wstring_view TextOf(const wchar_t* text) {
-    return text ? std::wstring_view(text) : std::wstring_view();
-}
-
 SettingKey RegistryKey(const wchar_t* section, const wchar_t* entry) {
-    return {TextOf(section), TextOf(entry)};
+    return {ql::TextOf(section), ql::TextOf(entry)};
 }
 
 // The decimal text of a host's number.
@@ -239,7 +236,7 @@ bool CQlsSettings::GetSerializedSettings(RWWString* json) {
 
 bool CQlsSettings::SetFromSerializedSettings(const wchar_t* json) {
     return ql::FailureIfThrown(false, [&] {
-        const std::unique_ptr<JSON::Value> root = JSON::Parse(TextOf(json));
+        const std::unique_ptr<JSON::Value> root = JSON::Parse(ql::TextOf(json));
         if (!root || root->kind() != JSON::Object) return false;
         ql::CriticalSectionGuard guard(state_->lock);
         RWWString key;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -17,22 +18,29 @@ constexpr std::size_t kFirstCapacity = 16;
 
 struct Context {
     int refCount = 0;
-    std::unique_ptr<CQlsSettings> settings;  // made when first needed
+    std::shared_ptr<CQlsSettings> settings;  // made when first needed
 };
 
-// What a thread knows of the context it is attached to; owned by the thread's slot.
+// What a thread knows of the context it is attached to; owned by the thread's slot, and touched by that thread alone.
 struct Attachment {
     int settingsId;
     int attachCount;
+
+    // The store that reads go to, as of that version of the table: reading threads that share nothing but the table
+    // must not wait for each other. It stays alive until the next read finds a newer version.
+    std::shared_ptr<CQlsSettings> store;
+    unsigned version = 0;
 };
 
-// The global store and the contexts. The lock also guards every thread's attachment, and is taken before any
-// store's own.
+// The global store and the contexts. The lock is taken before any store's own.
 struct ContextTable {
     ql::CriticalSection lock;
-    std::unique_ptr<CQlsSettings> global QL_GUARDED_BY(lock);
+    std::shared_ptr<CQlsSettings> global QL_GUARDED_BY(lock);
     std::vector<Context> contexts QL_GUARDED_BY(lock);  // by id
-    unsigned long slot QL_GUARDED_BY(lock) = kTlsmNoSlot;
+
+    // Changed under the lock, read without it.
+    std::atomic<unsigned long> slot = kTlsmNoSlot;
+    std::atomic<unsigned> version = 1;  // a new one whenever some thread's store may be another
 
     Context* Find(int id) QL_REQUIRES(lock) {
         return id >= 0 && static_cast<std::size_t>(id) < contexts.size()
@@ -40,11 +48,9 @@ struct ContextTable {
                    : nullptr;
     }
 
-    Attachment* Current() QL_REQUIRES(lock) { return static_cast<Attachment*>(TlsmGetValue(slot)); }
-
-    bool Attach(Attachment* attachment) QL_REQUIRES(lock) { return TlsmSetValue(slot, attachment); }
-
-    void DropAttachment() QL_REQUIRES(lock) {
+    Attachment* Current() const { return static_cast<Attachment*>(TlsmGetValue(slot)); }
+    bool Attach(Attachment* attachment) const { return TlsmSetValue(slot, attachment); }
+    void DropAttachment() const {
         delete Current();
         Attach(nullptr);
     }
@@ -59,49 +65,85 @@ struct ContextTable {
         if (id == kNoContext) return kUncountedReference;
         Context* context = Find(id);
         if (!context || context->refCount == 0) return 0;
-        if (--context->refCount == 0) context->settings.reset();
+        if (--context->refCount == 0) {
+            context->settings.reset();
+            ++version;
+        }
         return context->refCount;
     }
 
-    CQlsSettings* StoreOf(int id, bool create) QL_REQUIRES(lock) {
+    std::shared_ptr<CQlsSettings> StoreOf(int id, bool create) QL_REQUIRES(lock) {
         Context* context = Find(id);
-        if (!context) return create ? nullptr : global.get();
-        if (!context->settings && create) context->settings = std::make_unique<CQlsSettings>();
-        return context->settings ? context->settings.get() : global.get();
+        if (!context) return create ? nullptr : global;
+        if (!context->settings && create) {
+            context->settings = std::make_shared<CQlsSettings>();
+            ++version;
+        }
+        return context->settings ? context->settings : global;
     }
 
-    CQlsSettings* ThreadStore(bool create) QL_REQUIRES(lock) {
+    std::shared_ptr<CQlsSettings> ThreadStore(bool create) QL_REQUIRES(lock) {
         const Attachment* attachment = Current();
-        CQlsSettings* store = attachment ? StoreOf(attachment->settingsId, create) : nullptr;
-        return store ? store : global.get();
+        auto store = attachment ? StoreOf(attachment->settingsId, create) : nullptr;
+        return store ? store : global;
     }
 };
 
 ContextTable g_table;
 
-enum class Access { Read, Write };
+// For one call on the calling thread's store; null when there is none.
+std::shared_ptr<CQlsSettings> WritableStore() {
+    ql::CriticalSectionGuard guard(g_table.lock);
+    return g_table.ThreadStore(true);
+}
 
-// Calls a member on the calling thread's store, or on the global one; false when there is none.
-template <class... Parameters, class... Arguments>
-bool OnThreadStore(Access access, bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
-    return ql::FailureIfThrown(false, [&] {
+std::shared_ptr<CQlsSettings> ReadableStore() {
+    ql::CriticalSectionGuard guard(g_table.lock);
+    return g_table.ThreadStore(false);
+}
+
+std::shared_ptr<CQlsSettings> GlobalStore() {
+    ql::CriticalSectionGuard guard(g_table.lock);
+    return g_table.global;
+}
+
+// The same store as ReadableStore's, without the lock unless the table has changed.
+CQlsSettings* KnownStore(Attachment& attachment) {
+    if (attachment.version != g_table.version) {
         ql::CriticalSectionGuard guard(g_table.lock);
-        CQlsSettings* store = g_table.ThreadStore(access == Access::Write);
-        return store && (store->*member)(arguments...);
+        attachment.store = g_table.ThreadStore(false);
+        attachment.version = g_table.version;
+    }
+    return attachment.store.get();
+}
+
+template <class... Parameters, class... Arguments>
+bool OnStore(CQlsSettings* store, bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
+    return store && (store->*member)(arguments...);
+}
+
+// Each calls a member on the store; false when there is none.
+template <class... Parameters, class... Arguments>
+bool ReadFromThreadStore(bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
+    return ql::FailureIfThrown(false, [&] {
+        Attachment* const attachment = g_table.Current();
+        if (attachment) return OnStore(KnownStore(*attachment), member, arguments...);
+        return OnStore(ReadableStore().get(), member, arguments...);
     });
+}
+
+template <class... Parameters, class... Arguments>
+bool WriteToThreadStore(bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
+    return ql::FailureIfThrown(false, [&] { return OnStore(WritableStore().get(), member, arguments...); });
 }
 
 template <class... Parameters, class... Arguments>
 bool OnGlobalStore(bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
-    ql::CriticalSectionGuard guard(g_table.lock);
-    return g_table.global && (g_table.global.get()->*member)(arguments...);
+    return OnStore(GlobalStore().get(), member, arguments...);
 }
 
-bool HasThreadStore(Access access) {
-    return ql::FailureIfThrown(false, [&] {
-        ql::CriticalSectionGuard guard(g_table.lock);
-        return g_table.ThreadStore(access == Access::Write) != nullptr;
-    });
+bool HasWritableStore() {
+    return ql::FailureIfThrown(false, [] { return WritableStore() != nullptr; });
 }
 
 }  // namespace
@@ -110,9 +152,10 @@ bool CQlsSettings::Initialize() {
     return ql::FailureIfThrown(false, [] {
         ql::CriticalSectionGuard guard(g_table.lock);
         if (g_table.slot != kTlsmNoSlot) return false;
-        g_table.global = std::make_unique<CQlsSettings>();
+        g_table.global = std::make_shared<CQlsSettings>();
         g_table.contexts.clear();
         g_table.contexts.reserve(kFirstCapacity);
+        ++g_table.version;
         g_table.slot = TlsmAlloc();
         return g_table.slot != kTlsmNoSlot;
     });
@@ -120,18 +163,17 @@ bool CQlsSettings::Initialize() {
 
 void CQlsSettings::Uninitialize() {
     ql::CriticalSectionGuard guard(g_table.lock);
-    TlsmFree(std::exchange(g_table.slot, kTlsmNoSlot));
+    TlsmFree(g_table.slot.exchange(kTlsmNoSlot));
     g_table.global.reset();
     g_table.contexts.clear();
+    ++g_table.version;
 }
 
 bool CQlsSettings::InitializeThread() {
-    ql::CriticalSectionGuard guard(g_table.lock);
     return g_table.Attach(nullptr);
 }
 
 void CQlsSettings::UninitializeThread() {
-    ql::CriticalSectionGuard guard(g_table.lock);
     g_table.DropAttachment();
 }
 
@@ -175,7 +217,7 @@ bool CQlsSettings::AttachThreadSettings(int id) {
             return true;
         }
         if (id != kNoContext && !g_table.Find(id)) return false;
-        auto attachment = std::make_unique<Attachment>(Attachment{id, 1});
+        auto attachment = std::make_unique<Attachment>(Attachment{id, 1, nullptr});
         if (!g_table.Attach(attachment.get())) return false;
         static_cast<void>(attachment.release());  // the slot owns it now
         g_table.AddReference(id);
@@ -196,64 +238,64 @@ bool CQlsSettings::DetachThreadSettings(int id) {
 CQlsSettings* CQlsSettings::GetSettings(int id, bool create) {
     return ql::FailureIfThrown(static_cast<CQlsSettings*>(nullptr), [&] {
         ql::CriticalSectionGuard guard(g_table.lock);
-        return g_table.StoreOf(id, create);
+        return g_table.StoreOf(id, create).get();
     });
 }
 
 bool CQlsSettings::SetThreadBoolSetting(QlSetting, bool) {
-    return HasThreadStore(Access::Write);  // the store keeps no such setting
+    return HasWritableStore();  // the store keeps no such setting
 }
 
 bool CQlsSettings::SetThreadIntSetting(QlSetting, int) {
-    return HasThreadStore(Access::Write);  // the store keeps no such setting
+    return HasWritableStore();  // the store keeps no such setting
 }
 
 bool CQlsSettings::SetThreadStrSetting(QlSetting setting, const wchar_t* value) {
-    return OnThreadStore(Access::Write, &CQlsSettings::SetStrSetting, setting, value);
+    return WriteToThreadStore(&CQlsSettings::SetStrSetting, setting, value);
 }
 
 bool CQlsSettings::GetThreadBoolSetting(QlSetting setting, bool* value, bool defaultValue) {
-    return OnThreadStore(Access::Read, &CQlsSettings::GetBoolSetting, setting, value, defaultValue);
+    return ReadFromThreadStore(&CQlsSettings::GetBoolSetting, setting, value, defaultValue);
 }
 
 bool CQlsSettings::GetThreadIntSetting(QlSetting setting, int* value, int defaultValue) {
-    return OnThreadStore(Access::Read, &CQlsSettings::GetIntSetting, setting, value, defaultValue);
+    return ReadFromThreadStore(&CQlsSettings::GetIntSetting, setting, value, defaultValue);
 }
 
 bool CQlsSettings::GetThreadStrSetting(QlSetting setting, RWWString* value, const wchar_t* defaultValue) {
-    return OnThreadStore(Access::Read, &CQlsSettings::GetStrSetting, setting, value, defaultValue);
+    return ReadFromThreadStore(&CQlsSettings::GetStrSetting, setting, value, defaultValue);
 }
 
 bool CQlsSettings::SetThreadRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool value) {
-    return OnThreadStore(Access::Write, &CQlsSettings::SetRegBoolSetting, section, entry, value);
+    return WriteToThreadStore(&CQlsSettings::SetRegBoolSetting, section, entry, value);
 }
 
 bool CQlsSettings::SetThreadRegIntSetting(const wchar_t* section, const wchar_t* entry, int value) {
-    return OnThreadStore(Access::Write, &CQlsSettings::SetRegIntSetting, section, entry, value);
+    return WriteToThreadStore(&CQlsSettings::SetRegIntSetting, section, entry, value);
 }
 
 bool CQlsSettings::SetThreadRegStrSetting(const wchar_t* section, const wchar_t* entry,
                                           const wchar_t* value) {
-    return OnThreadStore(Access::Write, &CQlsSettings::SetRegStrSetting, section, entry, value);
+    return WriteToThreadStore(&CQlsSettings::SetRegStrSetting, section, entry, value);
 }
 
 bool CQlsSettings::GetThreadRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value,
                                            bool defaultValue) {
-    return OnThreadStore(Access::Read, &CQlsSettings::GetRegBoolSetting, section, entry, value, defaultValue);
+    return ReadFromThreadStore(&CQlsSettings::GetRegBoolSetting, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetThreadRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value,
                                           int defaultValue) {
-    return OnThreadStore(Access::Read, &CQlsSettings::GetRegIntSetting, section, entry, value, defaultValue);
+    return ReadFromThreadStore(&CQlsSettings::GetRegIntSetting, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetThreadRegStrSetting(const wchar_t* section, const wchar_t* entry, RWWString* value,
                                           const wchar_t* defaultValue) {
-    return OnThreadStore(Access::Read, &CQlsSettings::GetRegStrSetting, section, entry, value, defaultValue);
+    return ReadFromThreadStore(&CQlsSettings::GetRegStrSetting, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::ClearThreadRegSetting(const wchar_t* section, const wchar_t* entry) {
-    return OnThreadStore(Access::Write, &CQlsSettings::ClearRegSetting, section, entry);
+    return WriteToThreadStore(&CQlsSettings::ClearRegSetting, section, entry);
 }
 
 bool CQlsSettings::SetDefRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool value) {

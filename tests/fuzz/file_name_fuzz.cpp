@@ -2,17 +2,15 @@
 // then on, and whatever the text is, the name must be whole. Each line of the input is a text.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "files/names/file_name.h"
 #include "files/names/file_type.h"
+#include "tests/fuzz/input.h"
 
 namespace {
 
-void Expect(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzz::Expect;
 
 bool SameFields(const QLFileName& a, const QLFileName& b) {
     return a.GetScheme() == b.GetScheme() && a.GetRoot() == b.GetRoot() && a.GetDir() == b.GetDir() &&

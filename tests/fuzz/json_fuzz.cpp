@@ -1,29 +1,17 @@
 // Documents and trees: what is parsed and written is the same tree when parsed again, in every form of the
 // writer, and the diagnosis finds a fault exactly where the parser refuses.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "settings/json.h"
 #include "settings/json_diagnosis.h"
+#include "tests/fuzz/input.h"
 
 namespace {
 
-void Require(bool holds) {
-    if (!holds) std::abort();
-}
-
-// Inputs of odd length are one byte a unit, so that plain documents can be grown too; the others are two, the
-// low one first.
-std::wstring TextOf(const std::uint8_t* data, std::size_t size) {
-    if (size % 2 != 0) return {data, data + size};
-    std::wstring text;
-    for (std::size_t i = 0; i < size; i += 2)
-        text.push_back(static_cast<wchar_t>(data[i] | data[i + 1] << 8));
-    return text;
-}
+using fuzz::Expect;
 
 // The writer keeps five decimals, and makes null of the infinite: numbers are compared as it writes them.
 bool AreAlike(const JSON::Value& a, const JSON::Value& b) {
@@ -41,12 +29,12 @@ void AddChildren(const Pair& parents, std::vector<Pair>& open) {
     RWWString previous;
     std::size_t count = 0;
     for (JSON::Value* child = a->FirstMember(key); child; child = a->NextMember(key), ++count) {
-        Require(count == 0 || previous < key);
-        Require(b->Member(key) != nullptr);
+        Expect(count == 0 || previous < key);
+        Expect(b->Member(key) != nullptr);
         open.emplace_back(child, b->Member(key));
         previous = key;
     }
-    Require(count == a->MemberCount());
+    Expect(count == a->MemberCount());
 }
 
 bool AreEqual(JSON::Value& a, JSON::Value& b) {
@@ -62,30 +50,30 @@ bool AreEqual(JSON::Value& a, JSON::Value& b) {
 
 void CheckForms(JSON::Value& tree) {
     const auto copy = tree.Clone();
-    Require(copy && AreEqual(tree, *copy));
+    Expect(copy && AreEqual(tree, *copy));
     for (const bool asciiOnly : {false, true}) {
         for (const bool pretty : {false, true}) {
             const auto document = JSON::Serialize(&tree, asciiOnly, pretty);
             const auto again = JSON::Parse(document);
-            Require(again && AreEqual(tree, *again));
-            Require(JSON::Serialize(again.get(), asciiOnly, pretty) == document);
+            Expect(again && AreEqual(tree, *again));
+            Expect(JSON::Serialize(again.get(), asciiOnly, pretty) == document);
         }
     }
 }
 
 void CheckFault(std::wstring_view text, const JSON::Fault& fault) {
-    Require(fault.line >= 1 && fault.line <= text.size() + 1);
-    Require(fault.column >= 1 && fault.column <= text.size() + 1);
-    Require(fault.expected && *fault.expected && !fault.found.isNull());
+    Expect(fault.line >= 1 && fault.line <= text.size() + 1);
+    Expect(fault.column >= 1 && fault.column <= text.size() + 1);
+    Expect(fault.expected && *fault.expected && !fault.found.isNull());
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::wstring text = TextOf(data, size);
+    const std::wstring text = fuzz::TextOf(data, size);
     const auto tree = JSON::Parse(text);
     const auto fault = JSON::Diagnose(text);
-    Require(!tree == fault.has_value());
+    Expect(!tree == fault.has_value());
     if (fault) CheckFault(text, *fault);
     if (tree) CheckForms(*tree);
     return 0;

@@ -1,24 +1,15 @@
 // Script names must come back, and escaped text must hold nothing that ends the string or the markup it
 // stands in.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "tests/fuzz/input.h"
 #include "text/script_text.h"
 
 namespace {
 
-void Expect(bool holds) {
-    if (!holds) std::abort();
-}
-
-// Two bytes a unit, low byte first.
-std::wstring UnitsOf(const std::uint8_t* data, std::size_t size) {
-    std::wstring units;
-    for (std::size_t i = 0; i + 1 < size; i += 2) units += static_cast<wchar_t>(data[i] | data[i + 1] << 8);
-    return units;
-}
+using fuzz::Expect;
 
 bool IsIdentifierUnit(wchar_t unit) {
     return (unit >= L'0' && unit <= L'9') || (unit >= L'A' && unit <= L'Z') ||
@@ -50,7 +41,7 @@ void CheckEscapes(const std::wstring& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::wstring text = UnitsOf(data, size);
+    const std::wstring text = fuzz::TextOf(data, size);
     CheckNames(text);
     CheckEscapes(text);
     return 0;

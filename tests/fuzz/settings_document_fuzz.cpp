@@ -2,7 +2,6 @@
 // it says, and a store's document makes the same store again.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <map>
 #include <memory>
@@ -10,22 +9,11 @@
 
 #include "settings/json.h"
 #include "settings/settings_store.h"
+#include "tests/fuzz/input.h"
 
 namespace {
 
-void Require(bool holds) {
-    if (!holds) std::abort();
-}
-
-// Inputs of odd length are one byte a unit, so that plain documents can be grown too; the others are two, the
-// low one first.
-std::wstring TextOf(const std::uint8_t* data, std::size_t size) {
-    if (size % 2 != 0) return {data, data + size};
-    std::wstring text;
-    for (std::size_t i = 0; i < size; i += 2)
-        text.push_back(static_cast<wchar_t>(data[i] | data[i + 1] << 8));
-    return text;
-}
+using fuzz::Expect;
 
 std::wstring UpToZero(const RWWString& text) {
     return text.data();
@@ -33,7 +21,7 @@ std::wstring UpToZero(const RWWString& text) {
 
 RWWString Document(CQlsSettings& store) {
     RWWString document;
-    Require(store.GetSerializedSettings(&document));
+    Expect(store.GetSerializedSettings(&document));
     return document;
 }
 
@@ -63,25 +51,25 @@ RWWString Expected(JSON::Value& tree) {
         if (!setting || setting->kind() == kept->kind()) setting = std::move(kept);
     }
     JSON::Value root(JSON::Object);
-    for (auto& [name, value] : settings) Require(root.AddMember(RWWString(name), std::move(value)));
+    for (auto& [name, value] : settings) Expect(root.AddMember(RWWString(name), std::move(value)));
     return JSON::Serialize(&root);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::wstring text = TextOf(data, size);
+    const std::wstring text = fuzz::TextOf(data, size);
     CQlsSettings store;
     const bool accepted = store.SetFromSerializedSettings(text.c_str());
     const RWWString document = Document(store);
     const auto tree = JSON::Parse(std::wstring_view(text.c_str()));
-    Require(accepted == (tree && tree->kind() == JSON::Object));
-    Require(document == (accepted ? Expected(*tree) : RWWString(L"{}")));
+    Expect(accepted == (tree && tree->kind() == JSON::Object));
+    Expect(document == (accepted ? Expected(*tree) : RWWString(L"{}")));
 
     CQlsSettings again;
-    Require(again.SetFromSerializedSettings(document.data()));
-    Require(Document(again) == document);
-    Require(!again.SetFromSerializedSettings((document + L"x").data()));
-    Require(Document(again) == document);
+    Expect(again.SetFromSerializedSettings(document.data()));
+    Expect(Document(again) == document);
+    Expect(!again.SetFromSerializedSettings((document + L"x").data()));
+    Expect(Document(again) == document);
     return 0;
 }

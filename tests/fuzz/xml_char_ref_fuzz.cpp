@@ -1,16 +1,14 @@
 // Holds the character references of both widths against each other and against a plain reading of the same
 // text.
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
+#include "tests/fuzz/input.h"
 #include "text/xml_char_ref.h"
 
 namespace {
 
-void Expect(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzz::Expect;
 
 // Units of the reference that starts at `at`, 0 when none does.
 std::size_t ReferenceLength(const std::string& text, std::size_t at) {

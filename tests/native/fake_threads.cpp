@@ -1,26 +1,50 @@
 #include <windows.h>
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
+#include <future>
+#include <memory>
 #include <mutex>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 namespace {
 
 thread_local DWORD t_lastError = ERROR_SUCCESS;
 
-// The only kernel object there is. Its name, should it have one, is not looked at.
-struct Event {
+// An event, or a thread, which is one that is set when it ends. A name is not looked at.
+struct Object {
     const bool manualReset;
     bool isSet;
+};
+
+// A handle is one reference to its object; a running thread holds another.
+using Reference = std::shared_ptr<Object>;
+
+Object& At(HANDLE handle) {
+    return **static_cast<Reference*>(handle);
+}
+
+// One lock and one signal for all objects. Never destroyed: threads still wait when the program ends.
+struct Waiting {
     std::mutex lock{};
     std::condition_variable changed{};
 };
 
-BOOL Change(HANDLE handle, bool isSet) {
-    auto& event = *static_cast<Event*>(handle);
-    const std::lock_guard guard(event.lock);
-    event.isSet = isSet;
-    event.changed.notify_all();
+Waiting& AllWaiting() {
+    static Waiting& waiting = *new Waiting;
+    return waiting;
+}
+
+BOOL Change(Object& object, bool isSet) {
+    Waiting& waiting = AllWaiting();
+    const std::lock_guard guard(waiting.lock);
+    object.isSet = isSet;
+    waiting.changed.notify_all();
     return TRUE;
 }
 
@@ -74,31 +98,81 @@ BOOL TlsSetValue(DWORD index, void* value) {
 }
 
 HANDLE CreateEventW(SECURITY_ATTRIBUTES*, BOOL manualReset, BOOL initialState, const wchar_t*) {
-    return new Event{manualReset != FALSE, initialState != FALSE};
+    return new Reference(new Object{manualReset != FALSE, initialState != FALSE});
 }
 
 BOOL SetEvent(HANDLE event) {
-    return Change(event, true);
+    return Change(At(event), true);
 }
 
 BOOL ResetEvent(HANDLE event) {
-    return Change(event, false);
+    return Change(At(event), false);
 }
 
-DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds) {
-    auto& event = *static_cast<Event*>(handle);
-    std::unique_lock guard(event.lock);
-    const auto isSet = [&event] { return event.isSet; };
+DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds) {
+    return WaitForMultipleObjects(1, &object, FALSE, milliseconds);
+}
+
+// For any of the objects; none waits for all.
+DWORD WaitForMultipleObjects(DWORD count, const HANDLE* objects, BOOL all, DWORD milliseconds) {
+    if (count == 0 || count > MAXIMUM_WAIT_OBJECTS || all) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return WAIT_FAILED;
+    }
+    const HANDLE* const end = objects + count;
+    const HANDLE* set = end;
+    const auto anyIsSet = [&] {
+        set = std::find_if(objects, end, [](HANDLE handle) { return At(handle).isSet; });
+        return set != end;
+    };
+    Waiting& waiting = AllWaiting();
+    std::unique_lock guard(waiting.lock);
     if (milliseconds == INFINITE) {
-        event.changed.wait(guard, isSet);
-    } else if (!event.changed.wait_for(guard, std::chrono::milliseconds(milliseconds), isSet)) {
+        waiting.changed.wait(guard, anyIsSet);
+    } else if (!waiting.changed.wait_for(guard, std::chrono::milliseconds(milliseconds), anyIsSet)) {
         return WAIT_TIMEOUT;
     }
-    event.isSet = event.manualReset;
-    return WAIT_OBJECT_0;
+    At(*set).isSet = At(*set).manualReset;
+    return WAIT_OBJECT_0 + static_cast<DWORD>(set - objects);
 }
 
-BOOL CloseHandle(HANDLE event) {
-    delete static_cast<Event*>(event);
+BOOL CloseHandle(HANDLE object) {
+    delete static_cast<Reference*>(object);
     return TRUE;
+}
+
+HANDLE CreateThread(SECURITY_ATTRIBUTES*, std::size_t, DWORD (*run)(void*), void* argument, DWORD,
+                    DWORD* id) {
+    const Reference thread(new Object{true, false});
+    std::promise<DWORD> started;
+    std::future<DWORD> startedId = started.get_future();
+    try {
+        std::thread([thread, run, argument, started = std::move(started)]() mutable {
+            started.set_value(GetCurrentThreadId());
+            run(argument);
+            Change(*thread, true);
+        }).detach();
+    } catch (const std::system_error&) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+        return nullptr;
+    }
+    const DWORD newId = startedId.get();
+    if (id) *id = newId;
+    return new Reference(thread);
+}
+
+DWORD GetCurrentThreadId() {
+    return static_cast<DWORD>(gettid());
+}
+
+void Sleep(DWORD milliseconds) {
+    while (milliseconds == INFINITE) pause();
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+DWORD GetTickCount() {
+    using std::chrono::steady_clock;
+    const auto now =
+        std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now().time_since_epoch());
+    return static_cast<DWORD>(now.count());
 }

@@ -36,6 +36,7 @@ std::span<const Command> LogCommands();
 std::span<const Command> ValueCommands();
 std::span<const Command> FileCommands();
 std::span<const Command> ProcessorCommands();
+std::span<const Command> SwitchCommands();
 
 struct CommandMatch {
     const Command* command;  // null when no command has that name

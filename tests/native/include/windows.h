@@ -7,6 +7,7 @@
 
 #include <pthread.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 
@@ -32,6 +33,7 @@ using HKEY = struct HKEY__*;
 using HMODULE = struct HINSTANCE__*;
 using HINSTANCE = HMODULE;
 using HWND = struct HWND__*;
+#define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(std::intptr_t{-1}))
 struct SECURITY_ATTRIBUTES;
 
 // --- Errors
@@ -40,6 +42,7 @@ struct SECURITY_ATTRIBUTES;
 #define ERROR_FILE_NOT_FOUND 2
 #define ERROR_ACCESS_DENIED 5
 #define ERROR_INVALID_HANDLE 6
+#define ERROR_NOT_ENOUGH_MEMORY 8
 #define ERROR_INVALID_PARAMETER 87
 #define ERROR_INSUFFICIENT_BUFFER 122
 #define ERROR_BAD_PATHNAME 161
@@ -72,13 +75,23 @@ void* TlsGetValue(DWORD index);
 BOOL TlsSetValue(DWORD index, void* value);
 
 #define INFINITE 0xffffffffu
-#define WAIT_OBJECT_0 0
-#define WAIT_TIMEOUT 258
+#define WAIT_OBJECT_0 0u
+#define WAIT_TIMEOUT 258u
+#define WAIT_FAILED 0xffffffffu
+#define MAXIMUM_WAIT_OBJECTS 64u
 HANDLE CreateEventW(SECURITY_ATTRIBUTES* security, BOOL manualReset, BOOL initialState, const wchar_t* name);
 BOOL SetEvent(HANDLE event);
 BOOL ResetEvent(HANDLE event);
-DWORD WaitForSingleObject(HANDLE event, DWORD milliseconds);
-BOOL CloseHandle(HANDLE event);
+DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds);
+DWORD WaitForMultipleObjects(DWORD count, const HANDLE* objects, BOOL all, DWORD milliseconds);
+BOOL CloseHandle(HANDLE object);
+
+// Stack size and flags are not looked at.
+HANDLE CreateThread(SECURITY_ATTRIBUTES* security, std::size_t stackSize, DWORD (*run)(void*), void* argument,
+                    DWORD flags, DWORD* id);
+DWORD GetCurrentThreadId();
+void Sleep(DWORD milliseconds);
+DWORD GetTickCount();
 
 // --- Text
 
@@ -171,6 +184,7 @@ LSTATUS RegQueryInfoKeyW(HKEY key, wchar_t* keyClass, DWORD* classLength, DWORD*
 // --- Files, modules, system
 
 std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode);
+BOOL FindClose(HANDLE search);  // there is no search to close
 
 #define GET_MODULE_HANDLE_EX_FLAG_PIN 0x1
 #define GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT 0x2
@@ -178,6 +192,7 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode);
 DWORD GetModuleFileNameW(HMODULE module, wchar_t* path, DWORD capacity);
 BOOL GetModuleHandleExW(DWORD flags, const wchar_t* nameOrAddress, HMODULE* module);
 
+DWORD GetCurrentDirectoryW(DWORD capacity, wchar_t* directory);
 DWORD GetEnvironmentVariableW(const wchar_t* name, wchar_t* value, DWORD capacity);
 BOOL SetEnvironmentVariableW(const wchar_t* name, const wchar_t* value);
 DWORD ExpandEnvironmentStringsW(const wchar_t* text, wchar_t* out, DWORD capacity);

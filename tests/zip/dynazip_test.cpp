@@ -1,0 +1,265 @@
+#include "zip/dynazip.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "platform/win32.h"
+#include "tests/zip/recording_engine.h"
+
+namespace {
+
+constexpr wchar_t kZipEngine[] = L"DZIP32.DLL", kUnzipEngine[] = L"DUNZIP32.DLL";
+// Neither in the code page nor with a look-alike in it; and one with a look-alike alone.
+const wchar_t* const kNotAnsi[] = {L"\u4e00.zip", L"\u0100.zip"};
+
+std::wstring Beside(const wchar_t* name) {
+    wchar_t path[MAX_PATH];
+    ::GetModuleFileNameW(::GetModuleHandleW(L"Quillet.Platform.Native.Util.dll"), path, MAX_PATH);
+    const std::wstring own = path;
+    return own.substr(0, own.rfind(L'\\') + 1) + name;
+}
+
+template <std::size_t size>
+void Put(char (&into)[size], const std::string& text) {
+    ASSERT_LT(text.size(), size);
+    std::memcpy(into, text.c_str(), text.size() + 1);
+}
+
+// The engines beside the library are those that record.
+class DynazipCalls : public testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(Dynazip::IsZipDllLoaded(), 1);
+        ASSERT_EQ(Dynazip::IsUnZipDllLoaded(), 1);
+        zip_ = Recorded(kZipEngine);
+        unzip_ = Recorded(kUnzipEngine);
+        ASSERT_TRUE(zip_ && unzip_);
+        std::memset(zip_, 0, sizeof *zip_);
+        std::memset(unzip_, 0, sizeof *unzip_);
+    }
+    void TearDown() override {
+        Dynazip::FreeZipDll();
+        Dynazip::FreeUnZipDll();
+    }
+    static Recording* Recorded(const wchar_t* engine) {
+        const HMODULE module = ::GetModuleHandleW(Beside(engine).c_str());
+        const FARPROC proc = module ? ::GetProcAddress(module, "Recorded") : nullptr;
+        return proc ? reinterpret_cast<RecordedProc>(reinterpret_cast<void*>(proc))() : nullptr;
+    }
+
+    Recording *zip_ = nullptr, *unzip_ = nullptr;
+};
+
+TEST_F(DynazipCalls, AddFills) {
+    EXPECT_EQ(Dynazip::AddFileToZip(L"C:\\a \u20ac.zip", L"C:\\in", L"b c.txt", 7), 1);
+    EXPECT_STREQ(zip_->archive, "C:\\a \x80.zip");
+    EXPECT_STREQ(zip_->items, "\"C:\\in\\b c.txt\"");
+    EXPECT_EQ(zip_->zip.zipStructSize, 188);
+    EXPECT_EQ(zip_->zip.function, 3);
+    EXPECT_EQ(zip_->zip.compFactor, 7);
+    EXPECT_TRUE(zip_->zip.quietFlag == 1 && zip_->zip.growExistingFlag == 1 &&
+                zip_->zip.noDirectoryNamesFlag == 1);
+    EXPECT_TRUE(zip_->zip.recurseFlag == 0 && zip_->zip.addCommentFlag == 0);
+    zip_->answer = 12;
+    EXPECT_EQ(Dynazip::AddFileToZip(L"a", nullptr, L"b", 0), 0);
+    EXPECT_STREQ(zip_->items, "\"\\b\"");
+}
+
+TEST_F(DynazipCalls, DeleteFills) {
+    zip_->answer = 13;
+    EXPECT_EQ(Dynazip::DeleteFileFromZip(L"a.zip", L"b c.txt"), 13);
+    EXPECT_EQ(zip_->zip.function, 2);
+    EXPECT_EQ(zip_->zip.compFactor, 5);
+    EXPECT_STREQ(zip_->items, "\"b c.txt\"");
+    EXPECT_STREQ(zip_->place, "trash");
+}
+
+TEST_F(DynazipCalls, ExtractFills) {
+    unzip_->answer = 39;
+    EXPECT_EQ(Dynazip::ExtractFileFromZip(L"a.zip", L"b c.txt", L"C:\\out"), 39);
+    EXPECT_EQ(unzip_->unzip.unzipStructSize, 142);
+    EXPECT_EQ(unzip_->unzip.function, 8);
+    EXPECT_EQ(unzip_->unzip.index, -1);
+    EXPECT_STREQ(unzip_->items, "\"b c.txt\"");
+    EXPECT_STREQ(unzip_->place, "C:\\out");
+    EXPECT_TRUE(unzip_->unzip.overWriteFlag == 1 && unzip_->unzip.noDirectoryNamesFlag == 1);
+    EXPECT_TRUE(unzip_->unzip.recurseFlag == 1 && unzip_->unzip.noDirectoryItemsFlag == 1);
+    EXPECT_TRUE(unzip_->unzip.testFlag == 0 && unzip_->unzip.freshenFlag == 0);
+}
+
+TEST_F(DynazipCalls, ExistsCountsWhatMatches) {
+    EXPECT_EQ(Dynazip::FileExistsInZip(L"a.zip", L"b"), 0);
+    EXPECT_EQ(unzip_->unzip.function, 3);
+    unzip_->count = 2;
+    EXPECT_EQ(Dynazip::FileExistsInZip(L"a.zip", L"b"), 1);
+    unzip_->answer = 9;
+    EXPECT_EQ(Dynazip::FileExistsInZip(L"a.zip", L"b"), 0);
+}
+
+TEST_F(DynazipCalls, CommentsAreReadInTwoCallsAndWrittenInOne) {
+    EXPECT_TRUE(Dynazip::GetComment(L"a.zip").isNull());
+    EXPECT_EQ(unzip_->unzip.function, 5);
+    EXPECT_EQ(unzip_->calls, 1);
+    const std::string longest(65535, '\x80');
+    Put(unzip_->comment, longest);
+    unzip_->count = 65535;
+    EXPECT_EQ(Dynazip::GetComment(L"a.zip").str(), std::wstring(65535, L'\u20ac'));
+    EXPECT_EQ(unzip_->unzip.function, 6);
+    for (int count : {-1, 65536, 0x7fffffff}) {
+        unzip_->count = count;
+        EXPECT_TRUE(Dynazip::GetComment(L"a.zip").isNull()) << count;
+    }
+    EXPECT_EQ(Dynazip::SetComment(L"a.zip", L"\u20ac 5"), 1);
+    EXPECT_EQ(zip_->zip.function, 4);
+    EXPECT_EQ(zip_->zip.addCommentFlag, 1);
+    EXPECT_STREQ(zip_->items, "");
+    EXPECT_STREQ(zip_->comment, "\x80 5");
+    zip_->answer = 7;
+    EXPECT_EQ(Dynazip::SetComment(L"a.zip", nullptr), 0);
+    EXPECT_STREQ(zip_->comment, "");
+}
+
+TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
+    Put(unzip_->info.szDateTime, "07/04/99 12:30:10");
+    unzip_->info.oSize = 1234;
+    std::int64_t time = 1, earlier = 0;
+    int size = 2;
+    ASSERT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 0);
+    EXPECT_EQ(unzip_->unzip.function, 4);
+    EXPECT_EQ(size, 1234);
+    // Local time: at most a day away from the same in UTC.
+    EXPECT_LT(std::abs(time - 931091410), 86400);
+    Put(unzip_->info.szDateTime, "07/04/99 12:30:08");
+    unzip_->info.oSize = 0xffffffff;
+    ASSERT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", earlier, size), 0);
+    EXPECT_EQ(time - earlier, 2);
+    EXPECT_EQ(size, 0x7fffffff);
+    Put(unzip_->info.szDateTime, "07/04/79 12:30:08");
+    ASSERT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 0);
+    EXPECT_GT(time, 3'400'000'000);
+    for (const char* none : {"00/00/80 00:00:00", "", "?"}) {
+        Put(unzip_->info.szDateTime, none);
+        ASSERT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 0);
+        EXPECT_EQ(time, -1) << none;
+    }
+    unzip_->answer = 25;
+    time = 1, size = 2;
+    EXPECT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 25);
+    EXPECT_TRUE(time == 1 && size == 2);
+}
+
+TEST_F(DynazipCalls, IndexedInfoIsTheEngines) {
+    unzip_->info.crc_32 = 77;
+    ZIPINFO info{};
+    EXPECT_EQ(Dynazip::GetIndexedZipInfo(L"a.zip", 5, &info), 0);
+    EXPECT_EQ(unzip_->unzip.function, 7);
+    EXPECT_EQ(unzip_->unzip.index, 5);
+    EXPECT_EQ(info.crc_32, 77u);
+    EXPECT_EQ(Dynazip::GetIndexedZipInfo(L"a.zip", 5, nullptr), 16);
+}
+
+TEST_F(DynazipCalls, NamesBeyondAnsiAnswer16WithoutACall) {
+    std::int64_t time;
+    int size;
+    ZIPINFO info;
+    for (const wchar_t* bad : kNotAnsi) {
+        EXPECT_EQ(Dynazip::AddFileToZip(bad, L"a", L"a", 5), 16);
+        EXPECT_EQ(Dynazip::AddFileToZip(L"a", bad, L"a", 5), 16);
+        EXPECT_EQ(Dynazip::AddFileToZip(L"a", L"a", bad, 5), 16);
+        EXPECT_EQ(Dynazip::DeleteFileFromZip(bad, L"a"), 16);
+        EXPECT_EQ(Dynazip::DeleteFileFromZip(L"a", bad), 16);
+        EXPECT_EQ(Dynazip::ExtractFileFromZip(bad, L"a", L"a"), 16);
+        EXPECT_EQ(Dynazip::ExtractFileFromZip(L"a", bad, L"a"), 16);
+        EXPECT_EQ(Dynazip::ExtractFileFromZip(L"a", L"a", bad), 16);
+        EXPECT_EQ(Dynazip::FileExistsInZip(bad, L"a"), 16);
+        EXPECT_EQ(Dynazip::FileExistsInZip(L"a", bad), 16);
+        EXPECT_EQ(Dynazip::SetComment(bad, L"a"), 16);
+        EXPECT_EQ(Dynazip::SetComment(L"a", bad), 16);
+        EXPECT_EQ(Dynazip::GetFileDateAndSizeFromZip(bad, L"a", time, size), 16);
+        EXPECT_EQ(Dynazip::GetIndexedZipInfo(bad, 0, &info), 16);
+        EXPECT_TRUE(Dynazip::GetComment(bad).isNull());
+    }
+    EXPECT_EQ(zip_->calls + unzip_->calls, 0);
+}
+
+// A module of that name without the entry point stands in the engine's place meanwhile.
+class DynazipLoading : public testing::Test {
+  protected:
+    void SetUp() override { TearDown(); }
+    void TearDown() override {
+        Dynazip::FreeZipDll();
+        Dynazip::FreeUnZipDll();
+        for (const wchar_t* engine : {kZipEngine, kUnzipEngine}) PutBack(engine);
+    }
+    static std::wstring Away(const wchar_t* engine) { return Beside(engine) + L".away"; }
+    static void PutAway(const wchar_t* engine) { ::MoveFileW(Beside(engine).c_str(), Away(engine).c_str()); }
+    static void PutBack(const wchar_t* engine) {
+        ::MoveFileExW(Away(engine).c_str(), Beside(engine).c_str(), MOVEFILE_REPLACE_EXISTING);
+    }
+};
+
+TEST_F(DynazipLoading, LoadsOnceUntilFreedAndAgain) {
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(Dynazip::IsZipDllLoaded(), 1);
+        EXPECT_EQ(Dynazip::IsUnZipDllLoaded(), 1);
+        EXPECT_TRUE(::GetModuleHandleW(kZipEngine) && ::GetModuleHandleW(kUnzipEngine));
+        EXPECT_EQ(Dynazip::IsZipDllLoaded(), 1);
+        for (int times = 0; times < 2; ++times) Dynazip::FreeZipDll(), Dynazip::FreeUnZipDll();
+        EXPECT_FALSE(::GetModuleHandleW(kZipEngine) || ::GetModuleHandleW(kUnzipEngine));
+    }
+}
+
+TEST_F(DynazipLoading, WithoutEnginesEachOperationFails) {
+    PutAway(kZipEngine);
+    PutAway(kUnzipEngine);
+    EXPECT_EQ(Dynazip::IsZipDllLoaded(), 0);
+    EXPECT_EQ(Dynazip::IsUnZipDllLoaded(), 0);
+    std::int64_t time;
+    int size;
+    ZIPINFO info;
+    EXPECT_EQ(Dynazip::AddFileToZip(L"a", L"a", L"a", 5), 0);
+    EXPECT_EQ(Dynazip::DeleteFileFromZip(L"a", L"a"), 17);
+    EXPECT_EQ(Dynazip::ExtractFileFromZip(L"a", L"a", L"a"), 49);
+    EXPECT_EQ(Dynazip::FileExistsInZip(L"a", L"a"), 0);
+    EXPECT_EQ(Dynazip::SetComment(L"a", L"a"), 0);
+    EXPECT_TRUE(Dynazip::GetComment(L"a").isNull());
+    EXPECT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a", L"a", time, size), 49);
+    EXPECT_EQ(Dynazip::GetIndexedZipInfo(L"a", 0, &info), 49);
+    PutBack(kZipEngine);
+    EXPECT_EQ(Dynazip::IsZipDllLoaded(), 1);
+}
+
+TEST_F(DynazipLoading, AModuleWithoutTheEntryPointIsUnloadedAgain) {
+    PutAway(kZipEngine);
+    ASSERT_TRUE(
+        ::CopyFileW(Beside(L"Quillet.Platform.Native.Util.dll").c_str(), Beside(kZipEngine).c_str(), FALSE));
+    EXPECT_EQ(Dynazip::IsZipDllLoaded(), 0);
+    EXPECT_FALSE(::GetModuleHandleW(kZipEngine));
+}
+
+TEST(DynazipRecords, StartFromTheirDefaults) {
+    ZIPCMDSTRUCT zip, zipZero{};
+    std::memset(&zip, 0xcc, sizeof zip);
+    Dynazip::InitZIPCmdStruct(&zip);
+    zipZero.zipStructSize = 188, zipZero.function = 6, zipZero.compFactor = 5;
+    EXPECT_EQ(std::memcmp(&zip, &zipZero, sizeof zip), 0);
+    UNZIPCMDSTRUCT unzip, unzipZero{};
+    std::memset(&unzip, 0xcc, sizeof unzip);
+    Dynazip::InitUNZIPCmdStruct(&unzip);
+    unzipZero.unzipStructSize = 142, unzipZero.index = -1;
+    unzipZero.noDirectoryNamesFlag = unzipZero.recurseFlag = unzipZero.noDirectoryItemsFlag = 1;
+    EXPECT_EQ(std::memcmp(&unzip, &unzipZero, sizeof unzip), 0);
+}
+
+TEST(DynazipMessages, HaveTheirCodes) {
+    EXPECT_STREQ(Dynazip::ZipErrorMsg(16), L"Invalid combination of control parameters");
+    EXPECT_STREQ(Dynazip::ZipErrorMsg(21), L"Improper use of Multi-Volume Zip file");
+    EXPECT_STREQ(Dynazip::UnzipErrorMsg(50), L"Disk full");
+    EXPECT_STREQ(Dynazip::UnzipErrorMsg(25), L"Index out of bounds");
+    for (int code : {-1, 0, 22, 1000}) EXPECT_STREQ(Dynazip::ZipErrorMsg(code), L"") << code;
+    for (int code : {-1, 0, 1, 10, 24, 43, 51}) EXPECT_STREQ(Dynazip::UnzipErrorMsg(code), L"") << code;
+}
+
+}  // namespace

@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "zip/engine/dos_time.h"
+#include "zip/engine/entry_name.h"
+#include "zip/engine/item_list.h"
+#include "zip/engine/name_encoding.h"
+
+namespace {
+
+using namespace ql::zip;
+
+TEST(EntryName, SafeNamesStayBelowTheirFolder) {
+    for (const char* name : {"a", "a.txt", "a/b", "a\\b", "folder/", "with blank.txt", ".hidden", "..a",
+                             "a..b/c", "console.txt", "com", "com10", "lpt", "nul-a", "\u00e4\u20ac.doc"})
+        EXPECT_TRUE(IsSafeEntryName(name)) << name;
+}
+
+TEST(EntryName, NamesThatLeaveTheFolderOrAreNoPlainFilesAreNotSafe) {
+    const std::string names[] = {
+        "",
+        "/",
+        "\\",
+        "/a",
+        "\\a",
+        "//server/share/a",
+        "\\\\server\\share\\a",
+        "a//b",
+        "a\\/b",
+        "folder//",
+        "..",
+        "../a",
+        "a/../b",
+        "a/..",
+        "..\\a",
+        "a\\..\\..\\b",
+        ".",
+        "./a",
+        "a/./b",
+        "c:",
+        "c:a",
+        "c:/a",
+        "C:\\a",
+        "a/c:b",
+        "a:stream",
+        "a.txt::$DATA",
+        "file:///a",
+        "a.",
+        "a ",
+        "a./b",
+        "a /b",
+        "a. /b",
+        "...",
+        " ",
+        "con",
+        "NUL",
+        "nul.txt",
+        "aux .txt",
+        "folder/PRN.a.b",
+        "com1",
+        "COM9.log",
+        "lpt0",
+        "com\u00b9",
+        "CONIN$",
+        "clock$",
+        "a*",
+        "a?",
+        "a\"b",
+        "a<b",
+        "a>b",
+        "a|b",
+        "a\nb",
+        std::string("a\0b", 3),
+        "\x7f",
+        std::string(256, 'a'),
+        "a/" + std::string(256, 'b'),
+        std::string(5000, '/'),
+    };
+    for (const std::string& name : names) EXPECT_FALSE(IsSafeEntryName(name)) << name;
+}
+
+TEST(EntryName, ReadsParts) {
+    EXPECT_EQ(WithSlashes("a\\b/c"), "a/b/c");
+    EXPECT_EQ(LastPart("a/b\\c.txt"), "c.txt");
+    EXPECT_EQ(LastPart("a/b/"), "b");
+    EXPECT_EQ(LastPart("/"), "");
+    for (const char* name : {"a", "12345678.123", "\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4\u00e4.txt"})
+        EXPECT_FALSE(IsLongName(name)) << name;
+    for (const char* name : {"123456789", "a.html", "a.b.c", "a b"}) EXPECT_TRUE(IsLongName(name)) << name;
+}
+
+TEST(ItemList, Splits) {
+    const struct {
+        const char* list;
+        std::vector<std::string> items;
+    } cases[] = {
+        {"", {}},
+        {" \t\r\n ", {}},
+        {"a b", {"a", "b"}},
+        {"  a  \"b c\"d \"\" e", {"a", "b c", "d", "e"}},
+        {"\"c:\\with blank\\*.txt\" x", {"c:\\with blank\\*.txt", "x"}},
+        {"\"never closed ", {"never closed "}},
+        {"a\"b c", {"a\"b", "c"}},
+    };
+    for (const auto& c : cases) EXPECT_EQ(SplitItems(c.list), c.items) << c.list;
+}
+
+TEST(ItemList, WildCards) {
+    const struct {
+        const char32_t *pattern, *name;
+        bool matches;
+    } cases[] = {
+        {U"*", U"", true},
+        {U"*.*", U"nodot", true},
+        {U"*.txt", U"a.txt", true},
+        {U"*.txt", U"a.txtx", false},
+        {U"a?c", U"abc", true},
+        {U"a?c", U"ac", false},
+        {U"a*b*c", U"axxbyybc", true},
+        {U"a*b*c", U"axxbyyb", false},
+        {U"**a", U"ba", true},
+        {U"", U"", true},
+        {U"", U"a", false},
+        {U"?", U"", false},
+        {U"*.a.*", U"x.a.y", true},
+        {U"abc", U"abcd", false},
+        {U"a*", U"b", false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(MatchesWildCards(c.pattern, c.name), c.matches) << &c - cases;
+    // Stars without end cost no more than the product of the lengths.
+    std::u32string stars;
+    for (int i = 0; i < 2000; ++i) stars += U"*a";
+    EXPECT_FALSE(MatchesWildCards(stars + U"b", std::u32string(4000, U'a')));
+}
+
+TEST(NamePatterns, HoldFoldersAndNamesApart) {
+    const struct {
+        const char *pattern, *name;
+        bool here, below;
+    } cases[] = {
+        {"a.txt", "A.TXT", true, true},
+        {"a.txt", "sub/a.txt", false, true},
+        {"sub\\*.txt", "sub/a.txt", true, true},
+        {"sub/*.txt", "sub/deep/a.txt", false, true},
+        {"sub/*.txt", "other/sub/a.txt", false, false},
+        {"su*/a.txt", "sub/a.txt", false, false},
+        {"\u00c4*", "\u00e4b", true, true},
+        {"folder/", "folder/", true, true},
+        {"*", "folder/", true, true},
+        {"?.txt", "\u20ac.txt", true, true},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(NamePatterns({c.pattern}, false).Match(c.name), c.here) << c.pattern << ' ' << c.name;
+        EXPECT_EQ(NamePatterns({c.pattern}, true).Match(c.name), c.below) << c.pattern << ' ' << c.name;
+    }
+    EXPECT_FALSE(NamePatterns({}, true).Match("a"));
+}
+
+TEST(NameEncoding, ReadsBothEncodings) {
+    EXPECT_EQ(Utf8FromCp437("a\x84\x80\xff\xe1"), "a\u00e4\u00c7\u00a0\u00df");
+    for (const char* text : {"", "a", "\u00e4\u20ac\U0001f600"}) EXPECT_TRUE(IsUtf8(text)) << text;
+    for (const char* text :
+         {"\x80", "\xc3", "\xc0\xaf", "\xe0\x80\xaf", "\xed\xa0\x80", "\xf4\x90\x80\x80", "\xff", "\xe2\x82"})
+        EXPECT_FALSE(IsUtf8(text)) << text;
+    EXPECT_EQ(CodePoints("\u00e4\U0001f600\xff"), U"\u00e4\U0001f600\u00ff");
+    EXPECT_EQ(Folded("A\u00c4\u00d7\u0178\u0179\u0393\u0416\u0401\u00df"),
+              U"a\u00e4\u00d7\u00ff\u017a\u03b3\u0436\u0451\u00df");
+}
+
+TEST(DosTime, KeepsLocalTimesInTwoSecondSteps) {
+    const CalendarTime time{2024, 2, 29, 23, 59, 59};
+    EXPECT_EQ(DosTimeText(ToDosTime(time)), "02/29/24 23:59:58");
+    EXPECT_EQ(DosTimeText(ToDosTime({1979, 12, 31, 1, 1, 1})), "01/01/80 00:00:00");
+    EXPECT_EQ(DosTimeText(ToDosTime({2108, 1, 1, 0, 0, 0})), "12/31/07 23:59:58");
+    EXPECT_EQ(DosTimeText(0xffffffff), "15/31/07 31:63:62");
+    EXPECT_EQ(DosTimeText(0), "00/00/80 00:00:00");
+    EXPECT_LT(ToDosTime({1999, 12, 31, 23, 59, 58}), ToDosTime({2000, 1, 1, 0, 0, 0}));
+}
+
+}  // namespace

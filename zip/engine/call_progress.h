@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "zip/zip_records.h"
+
+namespace ql::zip {
+
+struct StatusCall {
+    ZipStatusProc proc;
+    void* userData;
+};
+
+// Tells the caller how far an item and the whole call are; an answer other than 0 throws kCancelled.
+class CallProgress {
+  public:
+    CallProgress(StatusCall minor, StatusCall major, std::uint64_t total)
+        : minor_(minor), major_(major), total_(total) {}
+
+    void Begin(const std::string& ansiName, std::uint64_t size);
+    // Bytes of the item so far.
+    void Reach(std::uint64_t done);
+
+  private:
+    StatusCall minor_, major_;
+    std::uint64_t total_, size_ = 0, before_ = 0;
+    std::string item_;
+};
+
+}  // namespace ql::zip

@@ -1,0 +1,187 @@
+#pragma once
+
+// The records that the two zip engines take: byte for byte those of their published interface, 32-bit, packed
+// to two bytes, all text in the ANSI code page. Pointers are the caller's; an engine keeps none of them after
+// its call.
+#include <cstddef>
+#include <cstdint>
+
+#ifdef _WIN32
+#define QL_ZIP_CALL __stdcall
+#else
+#define QL_ZIP_CALL
+#endif
+
+// Told during a call how far the item (minor) or the whole call (major) is, in percent; another answer than 0
+// cancels the call.
+using ZipStatusProc = int(QL_ZIP_CALL*)(const char* item, int percent, void* userData);
+
+// ZIPCMDSTRUCT::function.
+enum ZipFunction : std::int32_t {
+    ZIP_NONE = 0,
+    ZIP_FRESHEN = 1,  // replace what is in the archive and older than the file
+    ZIP_DELETE = 2,
+    ZIP_UPDATE = 3,  // add what is not in the archive, replace what is older
+    ZIP_ADD = 4,     // add, or replace whatever the dates; with an empty item list: set the comment alone
+    ZIP_MEMORY_TO_FILE = 5,
+};
+
+// UNZIPCMDSTRUCT::function.
+enum UnzipFunction : std::int32_t {
+    UNZIP_NONE = 0,
+    UNZIP_COUNT_ALL = 1,
+    UNZIP_NEXT = 2,  // `index` -1 starts; each call moves it to the member it answers
+    UNZIP_COUNT_MATCHING = 3,
+    UNZIP_NEXT_MATCHING = 4,
+    UNZIP_COMMENT_SIZE = 5,  // bytes without the ending zero
+    UNZIP_COMMENT = 6,       // into lpszReturnString, ending with a zero
+    UNZIP_INDEXED = 7,
+    UNZIP_EXTRACT = 8,
+    UNZIP_FILE_TO_MEMORY = 9,
+};
+
+// UNZIPCMDSTRUCT::wUnzipSubOptions.
+constexpr std::uint16_t UNZIP_OVERWRITE_READ_ONLY = 1;
+
+// ZIPINFO::attr beyond the file attributes of the low byte.
+constexpr std::uint32_t ZIPINFO_ENCRYPTED = 32768;
+constexpr std::uint32_t ZIPINFO_LONG_NAME = 65536;
+
+#pragma pack(push, 2)
+
+// Item lists hold file names separated by blanks; a name with blanks stands in double quotes; "*" and "?" are
+// wild cards in the name part.
+struct ZIPCMDSTRUCT {
+    std::int32_t zipStructSize;
+    std::int32_t function;
+    const char* lpszZIPFile;
+    const char* lpszItemList;
+    ZipStatusProc lpMajorStatus;
+    void* lpMajorUserData;
+    ZipStatusProc lpMinorStatus;
+    void* lpMinorUserData;
+    std::int32_t dosifyFlag;
+    std::int32_t recurseFlag;
+    std::int32_t compFactor;  // 0 (store) to 9
+    std::int32_t quietFlag;
+    std::int32_t pathForTempFlag;
+    const char* lpszTempPath;
+    std::int32_t fixFlag;
+    std::int32_t fixHarderFlag;
+    std::int32_t includeVolumeFlag;
+    std::int32_t deleteOriginalFlag;
+    std::int32_t growExistingFlag;
+    std::int32_t noDirectoryNamesFlag;
+    std::int32_t convertLFtoCRLFFlag;
+    std::int32_t addCommentFlag;
+    const char* lpszComment;
+    std::int32_t afterDateFlag;
+    const char* lpszDate;
+    std::int32_t oldAsLatestFlag;
+    std::int32_t includeOnlyFollowingFlag;
+    const char* lpszIncludeFollowing;
+    std::int32_t excludeFollowingFlag;
+    const char* lpszExcludeFollowing;
+    std::int32_t noDirectoryEntriesFlag;
+    std::int32_t includeSysHiddenFlag;
+    std::int32_t dontCompressTheseSuffixesFlag;
+    const char* lpszStoreSuffixes;
+    std::int32_t bDiagnostic;
+    std::int32_t encryptFlag;
+    const char* lpszEncryptCode;
+    void* lpMessageDisplay;
+    void* lpMessageDisplayData;
+    std::uint16_t wMultiVolControl;
+    std::uint16_t wZipSubOptions;
+    std::int32_t lResv1;
+    std::int32_t lResv2;
+    void* lpRenameProc;
+    void* lpRenameUserData;
+    const char* lpszExtProgTitle;
+    void* lpMemBlock;
+    std::int32_t lMemBlockSize;
+};
+
+struct ZIPINFO {
+    std::uint16_t index;
+    std::uint32_t oSize;
+    std::uint32_t cSize;
+    std::uint16_t cMethod;
+    std::uint16_t cOption;
+    std::uint16_t cPathType;
+    std::uint32_t crc_32;
+    char szDateTime[18];  // "MM/DD/YY HH:MM:SS"
+    char szFileName[260];
+    std::uint32_t attr;
+    std::uint32_t reserved1;
+    std::uint32_t reserved2;
+};
+
+struct UNZIPCMDSTRUCT {
+    std::int32_t unzipStructSize;
+    std::int32_t function;
+    const char* lpszZIPFile;
+    ZIPINFO* zInfo;
+    const char* lpszFilespec;  // an item list of names in the archive
+    std::int32_t index;
+    const char* lpszDestination;
+    std::int32_t freshenFlag;
+    std::int32_t updateFlag;
+    std::int32_t overWriteFlag;
+    std::int32_t quietFlag;
+    std::int32_t testFlag;
+    std::int32_t noDirectoryNamesFlag;
+    std::int32_t recurseFlag;
+    std::int32_t noDirectoryItemsFlag;
+    ZipStatusProc lpMinorStatus;
+    void* lpMinorUserData;
+    ZipStatusProc lpMajorStatus;
+    void* lpMajorUserData;
+    std::int32_t returnCount;
+    char* lpszReturnString;
+    std::int32_t bDiagnostic;
+    std::int32_t bLF2CRLFFlag;
+    std::int32_t decryptFlag;
+    const char* lpszDecryptCode;
+    void* lpMessageDisplay;
+    void* lpMessageDisplayData;
+    std::uint16_t wUnzipSubOptions;
+    std::int32_t lResv1;
+    std::int32_t lResv2;
+    void* lpRenameProc;
+    void* lpRenameUserData;
+    const char* lpszExtProgTitle;
+    void* lpMemBlock;
+    std::int32_t lMemBlockSize;
+    std::int32_t lStartingOffset;
+};
+
+#pragma pack(pop)
+
+// The entry points, "dzip" and "dunzip".
+using DzipProc = int(QL_ZIP_CALL*)(ZIPCMDSTRUCT*);
+using DunzipProc = int(QL_ZIP_CALL*)(UNZIPCMDSTRUCT*);
+
+static_assert(sizeof(ZIPINFO) == 310 && offsetof(ZIPINFO, crc_32) == 16 &&
+              offsetof(ZIPINFO, szDateTime) == 20 && offsetof(ZIPINFO, szFileName) == 38 &&
+              offsetof(ZIPINFO, attr) == 298);
+
+// The command records have their published form only where pointers have 32 bits.
+#ifdef _WIN32
+static_assert(sizeof(ZIPCMDSTRUCT) == 188 && offsetof(ZIPCMDSTRUCT, lpszItemList) == 12 &&
+              offsetof(ZIPCMDSTRUCT, compFactor) == 40 && offsetof(ZIPCMDSTRUCT, quietFlag) == 44 &&
+              offsetof(ZIPCMDSTRUCT, lpszTempPath) == 52 && offsetof(ZIPCMDSTRUCT, growExistingFlag) == 72 &&
+              offsetof(ZIPCMDSTRUCT, noDirectoryNamesFlag) == 76 &&
+              offsetof(ZIPCMDSTRUCT, lpszComment) == 88 &&
+              offsetof(ZIPCMDSTRUCT, excludeFollowingFlag) == 112 &&
+              offsetof(ZIPCMDSTRUCT, lpszEncryptCode) == 144 &&
+              offsetof(ZIPCMDSTRUCT, wMultiVolControl) == 156 && offsetof(ZIPCMDSTRUCT, lResv1) == 160 &&
+              offsetof(ZIPCMDSTRUCT, lMemBlockSize) == 184);
+static_assert(sizeof(UNZIPCMDSTRUCT) == 142 && offsetof(UNZIPCMDSTRUCT, index) == 20 &&
+              offsetof(UNZIPCMDSTRUCT, noDirectoryNamesFlag) == 48 &&
+              offsetof(UNZIPCMDSTRUCT, noDirectoryItemsFlag) == 56 &&
+              offsetof(UNZIPCMDSTRUCT, returnCount) == 76 && offsetof(UNZIPCMDSTRUCT, decryptFlag) == 92 &&
+              offsetof(UNZIPCMDSTRUCT, wUnzipSubOptions) == 108 && offsetof(UNZIPCMDSTRUCT, lResv1) == 110 &&
+              offsetof(UNZIPCMDSTRUCT, lpszExtProgTitle) == 126 &&
+              offsetof(UNZIPCMDSTRUCT, lStartingOffset) == 138);
+#endif
