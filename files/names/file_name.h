@@ -8,7 +8,7 @@
 #include "platform/export.h"
 #include "rw/wide_string.h"
 
-struct HDC__;
+struct HDC__;  // NOLINT(bugprone-reserved-identifier): the name of the system
 using HDC = HDC__*;
 
 // The name of a file, a directory, a URL, a document-management document or a plug-in item, split into
