@@ -6,5 +6,7 @@
 // Copies a file to its first-level backup before it is overwritten, and the former first-level backup to the
 // second level: Letter.docx -> Letter.~docx1 -> Letter.~docx2, each beside it. At every moment one whole copy
 // of the file exists. On failure false, with a text for the user in `message` (at most `messageLength` units
-// with its closing zero, cut if need be; none when it is null). Any thread.
+// with its closing zero, cut if need be; none when it is null). Letter without an extension has the backups
+// Letter.~1 and Letter.~2. Backups take the file's attributes over, and a read-only backup is not replaced. Any
+// thread.
 QL_API bool BackupFile(const QLFileName& name, wchar_t* message, int messageLength);

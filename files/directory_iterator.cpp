@@ -76,11 +76,12 @@ QLStringTable EntriesOf(const QLFileName& directory) {
     return entries;
 }
 
+// Made writable only when that is in the way: the attributes may be those of a link's target.
 void RemoveFile(const RWWString& file) {
+    if (::DeleteFileW(file.data())) return;
     const DWORD attributes = ::GetFileAttributesW(file.data());
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        ::SetFileAttributesW(file.data(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
-    }
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
+    ::SetFileAttributesW(file.data(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
     ::DeleteFileW(file.data());
 }
 
@@ -99,6 +100,7 @@ void LeaveDirectory(const RWWString& path) {
 void DeleteDirAndContents(const wchar_t* directory) {
     QLFileName name;
     name.SetPath(directory);
+    if (name.GetPath().isNull()) return;  // the pattern would be of the current directory
     const QLStringTable entries = EntriesOf(name);
     for (unsigned int i = 0; i < entries.NumEntries(); ++i) RemoveFile(entries(static_cast<int>(i)));
 

@@ -7,7 +7,11 @@
 
 // Walks the entries of a directory that match a pattern such as C:\Files\*.qft. The entries "." and ".." are
 // left out; subdirectories are entries, and are not entered. In the order of the file system. What changes in
-// the directory meanwhile may be missed or seen. Use one object from one thread at a time.
+// the directory meanwhile may be missed or seen. Moves, and is not copied. Use one object from one thread at a
+// time.
+//
+// Kept on purpose: entries are read as file names are (files/names/file_name.h), so that references of the form
+// %NAME% in them are expanded and what follows a "#" behind the last dot becomes a tail.
 class QL_API CDirectoryIterator {
   public:
     CDirectoryIterator() noexcept;
@@ -29,6 +33,7 @@ class QL_API CDirectoryIterator {
 };
 
 // Removes the files of a directory, read-only ones too, and then the directory. Subdirectories are not
-// entered: a directory that holds any stays, without its files. Links are removed, not followed. When the
-// directory is the current one, the process moves to the temporary directory. Nothing is reported.
+// entered: a directory that holds any stays, without its files. Links to files are removed, not followed; links
+// to directories count as subdirectories. When the directory is the current one, the process moves to the
+// temporary directory. Nothing is reported, and a null or empty text removes nothing. Any thread.
 QL_API void DeleteDirAndContents(const wchar_t* directory);

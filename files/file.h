@@ -13,7 +13,7 @@ enum QLFileFlags : unsigned short {
 };
 
 // A binary file named by a QLFileName. Owns the open file and closes it. Results are 1 for success and 0 for
-// failure, which nothing else reports. Use one object from one thread at a time.
+// failure, of which nothing else tells the reason. Use one object from one thread at a time.
 class QL_API QLFile {
   public:
     QLFile() noexcept = default;
@@ -27,11 +27,12 @@ class QL_API QLFile {
     int Open(unsigned short flags, const QLFileName& name);
     int Create(unsigned short flags, const QLFileName& name);
 
-    // `got` and `done` are the bytes moved, fewer than `count` at the end of the file or on a full disk.
+    // `got` and `done` are the bytes moved, fewer than `count` at the end of the file or on a full disk; they stay
+    // as they were on failure. Null pointers and negative counts fail.
     int Read(unsigned char* buffer, int count, int* got);
     int Write(unsigned char* buffer, int count, int* done);
-    int Flush();  // to the disk
-    int Close();
+    int Flush();   // to the disk
+    int Close();   // 0 when it was closed already
     int Delete();  // closes the file first
 
     // Renames the named file on the disk; the object takes the new name over when `adoptName` is set.

@@ -1,6 +1,7 @@
 #include "files/file_copy.h"
 
 #include <memory>
+#include <new>
 
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
@@ -37,25 +38,41 @@ bool IsSameFile(const File& a, const File& b) {
            first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
 }
 
-bool CopyBytes(const File& source, const File& destination) {
-    constexpr DWORD kBlock = 1 << 20;
-    const auto block = std::make_unique<char[]>(kBlock);
-    for (;;) {
-        DWORD read = 0, written = 0;
-        if (!::ReadFile(source.get(), block.get(), kBlock, &read, nullptr)) return false;
-        if (read == 0) return true;
-        if (!::WriteFile(destination.get(), block.get(), read, &written, nullptr) || written != read)
-            return false;
+struct Block {
+    static constexpr DWORD kCapacity = 1 << 16;
+    std::unique_ptr<char[]> bytes{new (std::nothrow) char[kCapacity]};
+    DWORD count = 0;
+
+    bool Read(const File& file) {
+        return bytes && ::ReadFile(file.get(), bytes.get(), kCapacity, &count, nullptr) != FALSE;
     }
+    bool Write(const File& file) const {
+        DWORD written = 0;
+        return ::WriteFile(file.get(), bytes.get(), count, &written, nullptr) && written == count;
+    }
+};
+
+// Makes room for the whole copy while what the file holds is still there.
+bool Reserve(const File& file, const File& source) {
+    LARGE_INTEGER size, wanted;
+    if (!::GetFileSizeEx(file.get(), &size) || !::GetFileSizeEx(source.get(), &wanted)) return false;
+    return wanted.QuadPart <= size.QuadPart ||
+           (::SetFilePointerEx(file.get(), wanted, nullptr, FILE_BEGIN) && ::SetEndOfFile(file.get()) &&
+            ::SetFilePointerEx(file.get(), {}, nullptr, FILE_BEGIN));
 }
 
-// What stood in the destination goes only when both files are open and known to be two.
+// What stood in the destination goes only when both files are open and known to be two, the source can be read and
+// the disk has room.
 bool CopyContents(const wchar_t* destination, const wchar_t* source) {
     const File from = OpenSource(source, kShareAll);
     if (!from) return false;
     const File to(::CreateFileW(destination, GENERIC_WRITE, kShareAll, nullptr, OPEN_ALWAYS,
                                 FILE_ATTRIBUTE_NORMAL, nullptr));
-    return to && !IsSameFile(from, to) && ::SetEndOfFile(to.get()) && CopyBytes(from, to);
+    Block block;
+    if (!to || IsSameFile(from, to) || !block.Read(from) || !Reserve(to, from)) return false;
+    bool copied = true;
+    while (copied && block.count > 0) copied = block.Write(to) && block.Read(from);
+    return ::SetEndOfFile(to.get()) && copied;
 }
 
 }  // namespace

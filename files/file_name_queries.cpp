@@ -2,15 +2,14 @@
 #include <fcntl.h>
 #include <io.h>
 #include <share.h>
-#include <sys/stat.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <optional>
-#include <vector>
 
-#include "files/file.h"
 #include "files/names/file_name.h"
 #include "files/open_flags.h"
+#include "files/path_fitting.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"
@@ -23,20 +22,20 @@ using Text = std::wstring_view;
 constexpr std::size_t kNone = Text::npos;
 constexpr std::size_t kPathBuffer = 261;
 
-// A missing drive or disk must not raise a message.
+// A missing drive or disk must not raise a message. Other threads keep their mode.
 class QuietErrors {
   public:
-    QuietErrors() noexcept : former_(::SetErrorMode(SEM_FAILCRITICALERRORS)) {}
-    ~QuietErrors() { ::SetErrorMode(former_); }
+    QuietErrors() noexcept { ::SetThreadErrorMode(SEM_FAILCRITICALERRORS, &former_); }
+    ~QuietErrors() { ::SetThreadErrorMode(former_, nullptr); }
     QuietErrors(const QuietErrors&) = delete;
     QuietErrors& operator=(const QuietErrors&) = delete;
 
   private:
-    UINT former_;
+    DWORD former_ = 0;
 };
 
 bool OpensExclusively(const RWWString& path, int access) {
-    const int descriptor = ql::OpenFile(path.data(), access | _O_BINARY, _SH_DENYRW, _S_IREAD | _S_IWRITE);
+    const int descriptor = ql::OpenFile(path.data(), access | _O_BINARY, _SH_DENYRW, 0);
     return descriptor >= 0 && ::_close(descriptor) == 0;
 }
 
@@ -50,30 +49,15 @@ std::optional<std::wstring> ShortNameOf(const std::wstring& path) {
 
 // The same of a file that need not exist: it is created for a moment to be asked.
 std::optional<std::wstring> ShortNameOfNewFile(const std::wstring& path) {
-    QLFile file;
-    if (!file.Create(OPEN_READ | OPEN_WRITE, QLFileName(path.c_str()))) return std::nullopt;
-    file.Close();
+    if (!ql::CreateNewFile(path.c_str())) return std::nullopt;
     std::optional<std::wstring> name = ShortNameOf(path);
-    file.Delete();
+    ::_wremove(path.c_str());
     return name;
 }
 
 bool IsWritableDirectory(const wchar_t* path) {
     constexpr int kReadAndWrite = QLFileName::ACCESS_READ | QLFileName::ACCESS_WRITE;
     return path && *path && ::_waccess(path, kReadAndWrite) == 0;
-}
-
-// Replaces the component behind the first backslash by an ellipsis, or the one behind the ellipsis that is
-// there.
-bool Shorten(std::wstring& text) {
-    constexpr Text kEllipsis = L"...";
-    const std::size_t first = text.find(L'\\');
-    if (first == kNone) return false;
-    std::size_t last = text.find(L'\\', first + 1);
-    if (last != kNone && text.find(kEllipsis) == first + 1) last = text.find(L'\\', last + 1);
-    if (last == kNone) return false;
-    text.replace(first + 1, last - first - 1, kEllipsis);
-    return true;
 }
 
 std::optional<int> WidthOf(HDC dc, const std::wstring& text) {
@@ -85,18 +69,15 @@ std::optional<int> WidthOf(HDC dc, const std::wstring& text) {
 }  // namespace
 
 int QLFileName::CanAccess(int mode) const {
-    if (IsRemote() || GetRoot().isNull()) return 0;
-    RWWString text = GetPathAndFileName();
-    if (GetName().isNull() && !HasExtension()) {
-        text = GetPath();
-        if (text.view().ends_with(L'\\')) text.resize(text.length() - 1);
-    }
+    if (IsRemote() || !HasRoot()) return 0;
+    RWWString text = HasFilePart() ? GetPathAndFileName() : GetPath();
+    if (!HasFilePart() && text.view().ends_with(L'\\')) text.resize(text.length() - 1);
     const QuietErrors quiet;
     return ::_waccess(text.data(), mode) == 0;
 }
 
 int QLFileName::Exists() const {
-    return !GetFileName().isNull() && CanAccess(0);
+    return HasFilePart() && CanAccess(0);
 }
 
 int QLFileName::IsDirectory() const {
@@ -111,7 +92,7 @@ QLFileName::Status QLFileName::GetStatus() const {
     const RWWString path = GetPathAndFileName();
     const DWORD attributes = ::GetFileAttributesW(path.data());
     if (attributes == INVALID_FILE_ATTRIBUTES) {
-        if (!OpensExclusively(path, _O_RDWR | _O_CREAT | _O_EXCL)) return StatusNotCreatable;
+        if (!ql::CreateNewFile(path.data())) return StatusNotCreatable;
         ::_wremove(path.data());
         return StatusCreatable;
     }
@@ -155,15 +136,11 @@ void QLFileName::SetTempFileName(bool create) {
     if (GetPath().isNull()) SetTempPath();
     RWWString extension(L".tmp");
     GetExtension(extension);
-    const auto isFree = [&] {
-        if (Exists()) return false;
-        QLFile file;
-        return !create || file.Create(OPEN_READ | OPEN_WRITE, *this);
-    };
     for (int tries = 0; tries <= RAND_MAX; ++tries) {
         SetFileName((L"~ql12" + std::to_wstring(std::rand()) + extension.str()).c_str());
-        if (isFree()) return;
-        if (!Exists()) break;  // the folder refuses every name
+        if (Exists()) continue;
+        if (!create || ql::CreateNewFile(GetPathAndFileName().data())) return;
+        if (errno != EEXIST) break;  // the folder refuses every name
     }
     SetFileName(nullptr);
 }
@@ -179,10 +156,7 @@ RWWString QLFileName::FitToWidth(HDC dc, int width) const {
 }
 
 void QLFileName::FitToWidth(HDC dc, RWWString& text, int width) {
-    for (auto measured = WidthOf(dc, text.str()); measured && *measured > width - 2;) {
-        if (!Shorten(text.str())) return;
-        measured = WidthOf(dc, text.str());
-    }
+    ql::FitPath(text.str(), width, [dc](const std::wstring& shown) { return WidthOf(dc, shown); });
 }
 
 RWWString QLGetLongPathName(const RWWString& path) {

@@ -23,10 +23,10 @@ bool IsForWritingAlone(unsigned short flags) {
     return (flags & (OPEN_READ | OPEN_WRITE)) == OPEN_WRITE;
 }
 
-bool CreateMissing(const wchar_t* path, unsigned short flags) {
+void CreateMissing(const wchar_t* path, unsigned short flags) {
     const int descriptor =
         ql::OpenFile(path, _O_CREAT | _O_EXCL | _O_RDWR | _O_BINARY, _SH_DENYRD, ql::PermissionMode(flags));
-    return descriptor >= 0 && ::_close(descriptor) == 0;
+    if (descriptor >= 0) ::_close(descriptor);
 }
 
 }  // namespace
@@ -36,10 +36,11 @@ CFileStreamBuf::~CFileStreamBuf() {
 }
 
 bool CFileStreamBuf::Open(const QLFileName& name, unsigned short flags) {
-    Close();
+    if (is_open()) Close();  // a size that is recorded before the first opening waits for the file
     const RWWString path = name.GetPathAndFileName();
     if (::_waccess(path.data(), 0) != 0) {
-        if ((flags & OPEN_CREATE_MISSING) == 0 || !CreateMissing(path.data(), flags)) return false;
+        if ((flags & OPEN_CREATE_MISSING) == 0) return false;
+        CreateMissing(path.data(), flags);
     }
     const int truncation = IsForWritingAlone(flags) ? _O_TRUNC : 0;
     const int descriptor =
@@ -47,6 +48,7 @@ bool CFileStreamBuf::Open(const QLFileName& name, unsigned short flags) {
     fileName_ = name;
     if (descriptor < 0) return false;
     static_cast<StandardBuffer&>(*this) = StandardBuffer(descriptor, StreamMode(flags));
+    if (!is_open()) ::_close(descriptor);
     return is_open();
 }
 
@@ -60,7 +62,7 @@ bool CFileStreamBuf::ApplySize() {
     const int descriptor =
         ql::OpenFile(fileName_.GetPathAndFileName().data(), _O_RDWR | _O_BINARY, _SH_DENYRD, 0);
     if (descriptor < 0) return false;
-    ::_chsize_s(descriptor, size);
+    if (size >= 0) ::_chsize_s(descriptor, size);
     ::_close(descriptor);
     return true;
 }

@@ -1,13 +1,14 @@
 #include "files/launch.h"
 
+#include <new>
 #include <string>
 
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
-bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand) {
-    std::wstring command = L'"' + cmdLine.GetPathAndFileName().str() + L"\" " +
-                           cmdLine.GetSwitches().str();  // the system may change it
+bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand) try {
+    // In memory of its own: the system may change it.
+    std::wstring command = L'"' + cmdLine.GetPathAndFileName().str() + L"\" " + cmdLine.GetSwitches().str();
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     startup.dwXSize = static_cast<DWORD>(::GetSystemMetrics(SM_CXSCREEN));
@@ -22,4 +23,6 @@ bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand) {
     const ql::UniqueKernelHandle processHandle(process.hProcess), threadHandle(process.hThread);
     ::WaitForInputIdle(processHandle.get(), INFINITE);
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }

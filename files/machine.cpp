@@ -9,12 +9,13 @@
 
 namespace {
 
+// What lies behind the end of the file is left as it was.
 bool ReadAt(HANDLE file, LONGLONG offset, void* bytes, DWORD count) noexcept {
     LARGE_INTEGER position;
     position.QuadPart = offset;
     DWORD read = 0;
     return ::SetFilePointerEx(file, position, nullptr, FILE_BEGIN) &&
-           ::ReadFile(file, bytes, count, &read, nullptr) && read == count;
+           ::ReadFile(file, bytes, count, &read, nullptr);
 }
 
 // The system's functions are looked up by name: not every version has them.
@@ -60,7 +61,7 @@ int Is32BitExe(const wchar_t* path) noexcept {
     constexpr LONGLONG kHeaderOffset = 60;
     constexpr char16_t kSignature[] = u"PE";
     std::uint32_t header = 0;
-    char16_t signature[std::size(kSignature)];
+    char16_t signature[std::size(kSignature)] = {};
     return file && ReadAt(file.get(), kHeaderOffset, &header, sizeof header) &&
            ReadAt(file.get(), header, signature, sizeof signature) &&
            std::memcmp(signature, kSignature, sizeof signature) == 0;

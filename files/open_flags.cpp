@@ -32,4 +32,10 @@ int OpenFile(const wchar_t* path, int access, int sharing, int permission) noexc
     return ::_wsopen_s(&descriptor, path, access, sharing, permission) == 0 ? descriptor : -1;
 }
 
+bool CreateNewFile(const wchar_t* path) noexcept {
+    const int descriptor =
+        OpenFile(path, _O_CREAT | _O_EXCL | _O_RDWR | _O_BINARY, _SH_DENYRW, _S_IREAD | _S_IWRITE);
+    return descriptor >= 0 && ::_close(descriptor) == 0;
+}
+
 }  // namespace ql

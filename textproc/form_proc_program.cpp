@@ -6,37 +6,8 @@
 #include "platform/win32.h"
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
-#include "text/blanks.h"
-#include "text/characters.h"
 
 namespace {
-
-using Text = std::wstring_view;
-
-constexpr std::size_t kNone = Text::npos;
-constexpr Text kDocumentEndings[] = {L"%1", L"\"%1\"", L"/ddeex"};
-
-Text WithoutDocument(Text text) {
-    for (const Text ending : kDocumentEndings) {
-        if (text.size() > ending.size() && text.ends_with(ending)) {
-            text.remove_suffix(ending.size());
-            break;
-        }
-    }
-    return ql::WithoutTrailingBlanks(text);
-}
-
-std::wstring WithQuotedProgram(std::wstring text) {
-    constexpr Text kProgramEnd = L".exe";
-    if (text.starts_with(L'"')) return text;
-    std::wstring lower = text;
-    ql::MakeLower(lower);
-    const std::size_t at = lower.find(kProgramEnd);
-    if (at == kNone) return text;
-    const std::size_t end = at + kProgramEnd.size();
-    if (text.find(L' ') >= end) return text;
-    return L'"' + text.substr(0, end) + L"\" " + text.substr(end);
-}
 
 // Empty when there is none, or when it is longer than a path can be.
 RWWString OpenCommand(const wchar_t* documentClass) {
@@ -56,16 +27,11 @@ RWWString OpenCommand(const wchar_t* documentClass) {
 }  // namespace
 
 QLCmdLine GetFormProcPath(FormProc processor) {
+    const wchar_t* const documentClass = GetFormProcRegKey(processor);
+    if (!documentClass) return {};
     const QLCmdLine preferred(
         GetQLRegString(GetFormProcRegName(processor).data(), QLIE_EXEC_PATH, nullptr).data());
     if (preferred.Exists()) return preferred;
-    const wchar_t* const documentClass = GetFormProcRegKey(processor);
-    if (!documentClass) return {};
     const QLCmdLine registered = FormalizeFormProcCmdLine(OpenCommand(documentClass).data());
     return registered.Exists() ? registered : QLCmdLine();
-}
-
-QLCmdLine FormalizeFormProcCmdLine(const wchar_t* text) {
-    const Text command = WithoutDocument(ql::WithoutBlanks(ql::TextOf(text)));
-    return QLCmdLine(WithQuotedProgram(std::wstring(command)).c_str());
 }

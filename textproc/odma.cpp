@@ -55,7 +55,7 @@ RWWString GetOdmaApplicationId(FileType kind) {
 }
 
 void SetOdmaApplicationId(FileType kind, const wchar_t* id) {
-    WriteQLRegString(QLIS_DOCUMENT_MANAGEMENT, ApplicationOf(kind).entry, id ? id : L"");
+    WriteQLRegString(QLIS_DOCUMENT_MANAGEMENT, ApplicationOf(kind).entry, id);
 }
 
 RWWString GetOdmaFormatName(FileType kind) {

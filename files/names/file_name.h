@@ -149,7 +149,7 @@ class QL_API QLFileName {
 
     RWWString GetUNCPathAndFileName() const;
     RWWString GetLongPathAndFileName() const;
-    RWWString GetShortPath() const;     // of the path, with a backslash at its end
+    RWWString GetShortPath() const;     // of the path, and always one more backslash
     RWWString GetShortVersion() const;  // of the whole name
 
     // A name that no file has: "~ql12", a number, and the extension that the name had or ".tmp", in the directory that
@@ -179,6 +179,7 @@ class QL_API QLFileName {
     std::wstring_view Part(PartIndex part) const noexcept {
         return std::wstring_view(text_).substr(Begin(part), ends_[part] - Begin(part));
     }
+    bool HasFilePart() const noexcept { return hasExtension_ || !Part(kName).empty(); }
     void SetPart(PartIndex part, std::wstring_view value);
     void ClearParts() noexcept;  // and the flags, but not the separators
     void ChangeCase(PartIndex part, void (*change)(std::wstring&) noexcept);

@@ -34,6 +34,8 @@ std::span<const Command> PreferenceCommands();
 std::span<const Command> DirectoryCommands();
 std::span<const Command> LogCommands();
 std::span<const Command> ValueCommands();
+std::span<const Command> FileCommands();
+std::span<const Command> ProcessorCommands();
 std::span<const Command> SwitchCommands();
 
 struct CommandMatch {

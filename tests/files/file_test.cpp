@@ -1,0 +1,208 @@
+#include "files/file.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <istream>
+#include <ostream>
+
+#include "files/file_header.h"
+#include "files/file_stream_buf.h"
+#include "rw/file.h"
+#include "rw/virtual_streams.h"
+#include "tests/files/other_process.h"
+#include "tests/logging/test_folder.h"
+
+namespace {
+
+QLFileName Name(const std::wstring& path) {
+    return path.c_str();
+}
+
+bool Writes(QLFile& file, std::string bytes) {
+    int done = 0;
+    return file.Write(reinterpret_cast<unsigned char*>(bytes.data()), static_cast<int>(bytes.size()),
+                      &done) &&
+           done == static_cast<int>(bytes.size());
+}
+
+std::string Reads(QLFile& file, int count) {
+    std::string bytes(static_cast<std::size_t>(count), '\0');
+    int got = -1;
+    if (!file.Read(reinterpret_cast<unsigned char*>(bytes.data()), count, &got)) return "failed";
+    bytes.resize(static_cast<std::size_t>(got));
+    return bytes;
+}
+
+// Below Wine a user who may do everything may write this, too.
+bool CanWriteReadOnly(const std::wstring& file) {
+    EXPECT_NE(0U, ::GetFileAttributesW(file.c_str()) & FILE_ATTRIBUTE_READONLY);
+    return static_cast<bool>(ql::UniqueFileHandle(
+        ::CreateFileW(file.c_str(), GENERIC_WRITE, 7, nullptr, OPEN_EXISTING, 0, nullptr)));
+}
+
+class Files : public testing::Test {
+  protected:
+    TestFolder folder_;
+    const std::wstring path_ = folder_ / L"a.bin";
+};
+
+TEST_F(Files, CreateKeepsWhatAFileHoldsAndReadsBytesAsTheyAre) {
+    const std::string bytes("a\r\nb\x1a\0c", 7);  // what a text mode would change
+    QLFile file;
+    EXPECT_FALSE(file.Open(OPEN_READ, Name(path_)));
+    EXPECT_EQ(Name(path_), file.GetFileName());
+    ASSERT_TRUE(file.Create(OPEN_WRITE, Name(path_)));
+    EXPECT_TRUE(Writes(file, bytes) && file.Flush());
+    EXPECT_EQ("failed", Reads(file, 1)) << "opened for writing alone";
+    EXPECT_TRUE(file.Create(OPEN_READ | OPEN_WRITE, Name(path_)));
+    EXPECT_EQ(bytes, Reads(file, 100));
+    EXPECT_EQ("", Reads(file, 100)) << "at the end";
+    ASSERT_TRUE(file.Open(0, Name(path_)));
+    EXPECT_FALSE(Writes(file, "x")) << "flags 0 read";
+    EXPECT_TRUE(file.Close());
+    EXPECT_FALSE(file.Close());
+    EXPECT_EQ(bytes, BytesOf(path_));
+}
+
+TEST_F(Files, AClosedFileRefusesEverything) {
+    QLFile file;
+    unsigned char byte = 0;
+    int count = 7;
+    EXPECT_FALSE(file.Read(&byte, 1, &count) || file.Write(&byte, 1, &count) || file.Flush() ||
+                 file.Delete());
+    EXPECT_EQ(7, count);
+    EXPECT_FALSE(file.IsOpen() || static_cast<int>(file) != 0 || static_cast<const void*>(file));
+    EXPECT_FALSE(file.Rename(Name(path_), 1));
+    EXPECT_TRUE(file.Create(OPEN_WRITE, Name(path_)));
+    EXPECT_TRUE(file.IsOpen() && static_cast<int>(file) && static_cast<const void*>(file));
+    EXPECT_FALSE(file.Write(nullptr, 1, &count) || file.Write(&byte, -1, &count) ||
+                 file.Write(&byte, 1, nullptr));
+}
+
+TEST_F(Files, CopiesShareThePositionAndCloseOnTheirOwn) {
+    PutBytes(path_, "abcd");
+    QLFile first;
+    ASSERT_TRUE(first.Open(OPEN_READ, Name(path_)));
+    QLFile second(first), third;
+    third = second;
+    EXPECT_EQ("ab", Reads(first, 2));
+    first.Close();
+    EXPECT_EQ("cd", Reads(third, 2));
+    EXPECT_TRUE(second.IsOpen());
+    EXPECT_EQ(Name(path_), second.GetFileName());
+}
+
+TEST_F(Files, AreCreatedReadOnlyRenamedAndDeleted) {
+    QLFile file;
+    ASSERT_TRUE(file.Create(OPEN_WRITE | CREATE_READ_ONLY, Name(path_)));
+    EXPECT_TRUE(Writes(file, "x")) << "the file that made it may write";
+    file.Close();
+    EXPECT_EQ(CanWriteReadOnly(path_), file.Open(OPEN_WRITE, Name(path_)) != 0);
+    file.Close();
+    ::SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
+
+    PutBytes(folder_ / L"taken", "");
+    EXPECT_FALSE(file.Rename(Name(folder_ / L"taken"), 1));
+    EXPECT_TRUE(file.Rename(Name(folder_ / L"b.bin"), 0));
+    EXPECT_EQ(Name(path_), file.GetFileName());
+    EXPECT_FALSE(file.Rename(Name(folder_ / L"c.bin"), 1)) << "the kept name has no file any more";
+    ASSERT_TRUE(file.Open(OPEN_READ, Name(folder_ / L"b.bin")));
+    EXPECT_TRUE(file.Delete());
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_FALSE(std::filesystem::exists(folder_ / L"b.bin"));
+}
+
+// What another opening may do while a file is open with each way of sharing.
+TEST_F(Files, ShareAsTheirFlagsSay) {
+    PutBytes(path_, "x");
+    for (const int flags : {0, 8, 16, 24}) {
+        const auto sharing = static_cast<unsigned short>(flags | OPEN_READ);
+        QLFile file, other;
+        ASSERT_TRUE(file.Open(sharing, Name(path_)));
+        EXPECT_EQ((flags & OPEN_NO_SHARE_READ) == 0, other.Open(OPEN_READ, Name(path_)) != 0) << flags;
+        EXPECT_EQ((flags & OPEN_NO_SHARE_WRITE) == 0, other.Open(OPEN_WRITE, Name(path_)) != 0) << flags;
+        other.Close();
+        file.Close();
+        CFileStreamBuf buffer;
+        ASSERT_TRUE(buffer.Open(Name(path_), sharing));
+        EXPECT_EQ((flags & OPEN_NO_SHARE_READ) == 0, other.Open(OPEN_READ, Name(path_)) != 0) << flags;
+        EXPECT_EQ((flags & OPEN_NO_SHARE_WRITE) == 0, other.Open(OPEN_WRITE, Name(path_)) != 0) << flags;
+    }
+    const OtherProcess reader(path_, L"1");  // lets others read
+    QLFile file;
+    EXPECT_FALSE(file.Open(OPEN_WRITE, Name(path_)));
+    EXPECT_FALSE(file.Open(OPEN_READ | OPEN_NO_SHARE_READ, Name(path_)));
+    EXPECT_TRUE(file.Open(OPEN_READ | OPEN_NO_SHARE_WRITE, Name(path_)));
+}
+
+TEST_F(Files, HeadersAreTheirBytes) {
+    FILE_HEADER header, back = {};
+    for (unsigned char i = 0; i < sizeof header.bytes; ++i) header.bytes[i] = i;
+    {
+        RWFile file(path_.c_str(), L"w+b");
+        EXPECT_TRUE(WriteHeader(file, header));
+    }
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(header.bytes), 128), BytesOf(path_));
+    RWFile file(path_.c_str(), L"rb");
+    EXPECT_TRUE(ReadHeader(file, &back));
+    EXPECT_EQ(0, std::memcmp(&header, &back, sizeof header));
+    EXPECT_FALSE(ReadHeader(file, &back)) << "at the end";
+    EXPECT_FALSE(ReadHeader(file, nullptr));
+    EXPECT_FALSE(WriteHeader(file, header)) << "opened for reading";
+}
+
+using StreamBuf = Files;
+
+TEST_F(StreamBuf, CreatesOnlyWhenAskedTo) {
+    CFileStreamBuf buffer;
+    EXPECT_FALSE(buffer.Open(Name(path_), OPEN_READ | OPEN_WRITE));
+    EXPECT_TRUE(buffer.GetFileName().IsNull());
+    EXPECT_FALSE(buffer.Open(Name(folder_ / L"none\\a"), OPEN_WRITE | OPEN_CREATE_MISSING));
+    EXPECT_EQ(Name(folder_ / L"none\\a"), buffer.GetFileName());
+    const bool opened = buffer.Open(Name(path_), OPEN_WRITE | OPEN_CREATE_MISSING | CREATE_READ_ONLY);
+    EXPECT_EQ(CanWriteReadOnly(path_), opened) << "created, and then not to be written";
+    EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
+    ::SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(StreamBuf, ReadsWritesAndTellsItsPlace) {
+    PutBytes(path_, "old and longer");
+    CFileStreamBuf buffer;
+    ASSERT_TRUE(buffer.Open(Name(path_), OPEN_WRITE));
+    std::ostream(&buffer) << "a\nb";
+    EXPECT_EQ(3, buffer.GetFilePos());
+    EXPECT_TRUE(buffer.Flush());
+    EXPECT_EQ("a\nb", BytesOf(path_)) << "writing alone cuts the file off";
+    ASSERT_TRUE(buffer.Open(Name(path_), OPEN_READ | OPEN_WRITE));
+    std::iostream stream(&buffer);
+    std::string line;
+    std::getline(stream, line);
+    EXPECT_EQ("a", line);
+    EXPECT_EQ(2, buffer.GetFilePos());
+    stream.seekp(0) << "c";
+    EXPECT_TRUE(buffer.Close() && buffer.Close());
+    EXPECT_EQ("c\nb", BytesOf(path_));
+    EXPECT_EQ(-1, buffer.GetFilePos());
+}
+
+TEST_F(StreamBuf, TakesItsRecordedSizeWhenClosed) {
+    PutBytes(path_, "abcdef");
+    CFileStreamBuf buffer;
+    buffer.ChangeSize(4);
+    EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ) && buffer.Close());
+    EXPECT_EQ("abcd", BytesOf(path_));
+    {
+        CFileStreamBuf other;
+        ASSERT_TRUE(other.Open(Name(path_), OPEN_READ | OPEN_WRITE));
+        other.ChangeSize(6);
+    }
+    EXPECT_EQ(std::string("abcd\0\0", 6), BytesOf(path_));
+    EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
+    buffer.ChangeSize(1);
+    const OtherProcess reader(path_, L"1");
+    EXPECT_FALSE(buffer.Close());
+    EXPECT_EQ(6U, BytesOf(path_).size());
+}
+
+}  // namespace

@@ -1,0 +1,98 @@
+#include "files/full_path.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/settings/private_registry.h"
+
+namespace {
+
+class FullPath : public testing::Test {
+  protected:
+    FullPath() {
+        PrivateRegistry::Put(kUser, L"Locations", L"Template Files", L"T:\\Templates\\");
+        PrivateRegistry::Put(kUser, L"Locations", L"Answer Files", L"A:\\Answers");
+        PrivateRegistry::Put(kUser, L"Locations", L"Shared", L"S:\\User\\");
+        PrivateRegistry::Put(kMachine, L"Locations", L"Shared", L"S:\\Machine");
+        PrivateRegistry::Put(kMachine, L"Locations", L"Common", L"S:\\Common");
+        PrivateRegistry::Put(kUser, L"Word Proc\\Word 2010", L"Template Files", L"W:\\Word");
+        PrivateRegistry::Put(kUser, L"Word Proc\\WordPerfect 15", L"Template Files", L"W:\\Perfect");
+        PrivateRegistry::Put(kUser, L"Word Proc", L"Default", L"Word 2010");
+    }
+    static void PutFormer(HKEY root, const wchar_t* name, const std::wstring& path) {
+        PrivateRegistry::PutBytes(root, L"SOFTWARE\\Brellwick\\Quillet 6\\Locations", name, REG_SZ,
+                                  path.data(),
+                                  path.size() * sizeof(wchar_t));  // without a closing zero
+    }
+
+    PrivateRegistry registry_;
+    SettingsProcess process_;
+    SettingsThread thread_;
+};
+
+TEST_F(FullPath, IsCompletedByRule) {
+    const struct {
+        const wchar_t *text, *directory, *extension, *full;
+    } cases[] = {
+        {L"", L"D:\\Dir", L"docx", L""},
+        {L"http://srv/a", L"D:\\Dir", L"docx", L"http://srv/a"},
+        {L"PLUGIN\\{abc}", L"D:\\Dir", L"docx", L"PLUGIN\\{abc}"},
+        {L"C:\\a.txt", L"D:\\Dir", nullptr, L"C:\\a.txt"},
+        {L"C:\\a.txt", L"D:\\Dir", L".docx", L"C:\\a.docx"},
+        {L"\\\\srv\\share\\a", nullptr, L"docx", L"\\\\srv\\share\\a.docx"},
+        {L"\\sub\\a.ans", L"D:\\Dir", nullptr, L"T:\\Templates\\sub\\a.ans"},
+        {L"\\a.ans", nullptr, L"anx", L"T:\\Templates\\a.anx"},
+        {L"^Shared\\x.docx", L"D:\\Dir", nullptr, L"S:\\User\\x.docx"},
+        {L"^Common/sub\\x", nullptr, L"", L"S:\\Common/sub\\x."},
+        {L"^Unknown\\x.docx", L"D:\\Dir", nullptr, L"\\x.docx"},
+        {L"^x.docx", L"D:\\Dir", nullptr, L"D:\\Dir\\^x.docx"},
+        {L"sub\\a.ans", L"D:\\Dir\\", nullptr, L"D:\\Dir\\sub\\a.ans"},
+        {L"a.docx", L"", nullptr, L"W:\\Word\\a.docx"},
+        {L"a.rtf", nullptr, nullptr, L"W:\\Word\\a.rtf"},
+        {L"a.wpt", nullptr, nullptr, L"W:\\Perfect\\a.wpt"},
+        {L"a.qft", nullptr, nullptr, L"T:\\Templates\\a.qft"},
+        {L"a.ttx", nullptr, nullptr, L"T:\\Templates\\a.ttx"},
+        {L"a.qll", nullptr, nullptr, L"W:\\Word\\a.qll"},
+        {L"a.ans", nullptr, nullptr, L"A:\\Answers\\a.ans"},
+        {L"sub\\a.anx", nullptr, nullptr, L"A:\\Answers\\sub\\a.anx"},
+        {L"a.ant", nullptr, L"docx", L"A:\\Answers\\a.docx"},
+        {L"a.doc", nullptr, nullptr, L"T:\\Templates\\a.doc"},
+        {L"a", nullptr, nullptr, L"T:\\Templates\\a"},
+    };
+    for (const auto& c : cases) {
+        const RWWString full(c.full);
+        EXPECT_EQ(full, MakeFullPath(RWWString(c.text), c.directory, c.extension).GetPathAndFileName())
+            << c.full;
+        EXPECT_EQ(full, MakeFullPath(QLFileName(c.text), c.directory, c.extension).GetPathAndFileName())
+            << c.full;
+        EXPECT_EQ(full, MakeFullPath(QLCmdLine(c.text), c.directory, c.extension).GetPathAndFileName())
+            << c.full;
+    }
+}
+
+TEST_F(FullPath, KeepsTheSwitchesAndTheNameItWasGiven) {
+    const QLCmdLine line(L"\"my answers.anx\" /ni /sa");
+    const QLCmdLine full = MakeFullPath(line, nullptr, nullptr);
+    EXPECT_EQ(RWWString(L"A:\\Answers\\my answers.anx /ni /sa"), full.GetCmdLine());
+    EXPECT_EQ(RWWString(L"my answers.anx"), line.GetPathAndFileName());
+    EXPECT_EQ(RWWString(L"/ni"), MakeFullPath(RWWString(L"C:\\a.txt /ni"), nullptr, L"b").GetSwitches());
+}
+
+TEST_F(FullPath, NamedLocationsAreTheUsersThenTheMachinesThenTheFormerOnes) {
+    PutFormer(kMachine, L"Shared", L"F:\\Machine");
+    PutFormer(kMachine, L"Former", L"F:\\Machine");
+    PutFormer(kUser, L"Former", L"F:\\User");
+    PutFormer(kUser, L"Own", std::wstring(255, L'x'));
+    PutFormer(kUser, L"Long", std::wstring(300, L'x'));
+    EXPECT_EQ(RWWString(L"S:\\User"), GetCaretPath(L"Shared"));
+    EXPECT_EQ(RWWString(L"S:\\Common"), GetCaretPath(L"common"));
+    EXPECT_EQ(RWWString(L"F:\\Machine"), GetCaretPath(L"Former"));
+    EXPECT_EQ(255U, GetCaretPath(L"Own").length());
+    EXPECT_TRUE(GetCaretPath(L"Long").isNull());
+    EXPECT_TRUE(GetCaretPath(L"").isNull());
+    const DWORD number = 0x00410041;
+    PrivateRegistry::PutBytes(kUser, L"SOFTWARE\\Brellwick\\Quillet 6\\Locations", L"Number", REG_DWORD,
+                              &number, 4);
+    EXPECT_TRUE(GetCaretPath(L"Number").isNull());
+}
+
+}  // namespace

@@ -1,0 +1,75 @@
+#include "files/launch.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/files/other_process.h"
+#include "tests/logging/test_folder.h"
+
+namespace {
+
+class Launching : public testing::Test {
+  protected:
+    Launching() { ::SetEnvironmentVariableW(L"QL_CHILD_LINE", (folder_ / L"line").c_str()); }
+
+    // The command line that the child received.
+    std::wstring Received() {
+        const std::wstring path = folder_ / L"line";
+        for (int tries = 0; tries < 3000 && !std::filesystem::exists(path); ++tries) ::Sleep(10);
+        const std::string bytes = BytesOf(path);
+        std::filesystem::remove(path);
+        std::wstring line(bytes.size() / sizeof(wchar_t), L'\0');
+        bytes.copy(reinterpret_cast<char*>(line.data()), line.size() * sizeof(wchar_t));
+        return line;
+    }
+
+    // Handles are numbers, the lowest free one first.
+    static std::uintptr_t NextHandle() {
+        const ql::UniqueKernelHandle one(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+        return reinterpret_cast<std::uintptr_t>(one.get());
+    }
+
+    TestFolder folder_;
+};
+
+TEST_F(Launching, HandsOverTheQuotedPathOneBlankAndTheSwitches) {
+    std::filesystem::create_directory(folder_ / L"a folder");
+    const std::wstring copy = folder_ / L"a folder\\the child \u4e2d.exe";
+    ASSERT_TRUE(::CopyFileW(ChildProgram().c_str(), copy.c_str(), FALSE));
+    for (const std::wstring& program : {ChildProgram(), copy}) {
+        for (const wchar_t* switches : {L"", L"/x", L"/a \"b c\"  /\xe9 %PATH%"}) {
+            QLCmdLine line{QLFileName(program.c_str())};
+            line.SetSwitches(switches);
+            ASSERT_TRUE(LaunchApplication(line, SW_HIDE));
+            EXPECT_EQ(RWWString(L'"' + program + L"\" " + switches), RWWString(Received()));
+        }
+    }
+}
+
+TEST_F(Launching, FailsWithoutAProgram) {
+    PutBytes(folder_ / L"text.exe", "no program");
+    for (const std::wstring& program :
+         {folder_ / L"none.exe", folder_ / L"text.exe", std::wstring(), std::wstring(L"http://srv/a.exe")}) {
+        EXPECT_FALSE(LaunchApplication(QLCmdLine(program.c_str()), SW_SHOW))
+            << testing::PrintToString(program);
+    }
+}
+
+TEST_F(Launching, KeepsNoHandle) {
+    const QLCmdLine child{QLFileName(ChildProgram().c_str())}, missing((folder_ / L"none.exe").c_str());
+    const auto launch = [&] {
+        ASSERT_TRUE(LaunchApplication(child, SW_HIDE));
+        Received();
+        EXPECT_FALSE(LaunchApplication(missing, SW_HIDE));
+    };
+    launch();
+    const std::uintptr_t before = NextHandle();
+    {
+        const ql::UniqueKernelHandle one(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
+        ASSERT_NE(before, NextHandle());
+    }
+    constexpr int kLaunches = 20;
+    for (int i = 0; i < kLaunches; ++i) launch();
+    EXPECT_LT(NextHandle(), before + kLaunches);
+}
+
+}  // namespace

@@ -1,0 +1,49 @@
+#include "files/machine.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/files/other_process.h"
+#include "tests/logging/test_folder.h"
+#include "tests/settings/private_registry.h"
+
+namespace {
+
+// The bytes at 60 say where the signature begins.
+TEST(Machine, Is32BitExeComparesWideUnits) {
+    const TestFolder folder;
+    const auto is32Bit = [&](const std::string& offset, const std::string& rest) {
+        PutBytes(folder / L"x.exe", std::string(60, 'x') + offset + rest);
+        return Is32BitExe((folder / L"x.exe").c_str());
+    };
+    using std::string_literals::operator""s;
+    EXPECT_EQ(1, is32Bit("\x40\0\0\0"s, "P\0E\0\0\0"s));
+    EXPECT_EQ(1, is32Bit("\x40\0\0\0"s, "P\0E\0"s)) << "zeros follow the end";
+    EXPECT_EQ(0, is32Bit("\x40\0\0\0"s, "P\0E\0x\0"s));
+    EXPECT_EQ(0, is32Bit("\x40\0\0\0"s, "PE\0\0L\x1"s));
+    EXPECT_EQ(0, is32Bit("\xff\xff\xff\xff"s, ""));
+    EXPECT_EQ(0, is32Bit("\x40", ""));
+    EXPECT_EQ(0, Is32BitExe(ChildProgram().c_str())) << "a real program";
+    EXPECT_EQ(0, Is32BitExe((folder / L"none.exe").c_str()));
+    EXPECT_EQ(0, Is32BitExe(nullptr));
+}
+
+TEST(Machine, TheMachinesKeyCanBeWrittenOnlyWhenItIsThere) {
+    const PrivateRegistry registry;
+    EXPECT_FALSE(CanWriteToHKLM());
+    PrivateRegistry::Put(kMachine, L"", L"x", 1);
+    EXPECT_TRUE(CanWriteToHKLM());
+}
+
+TEST(Machine, AnswersAsTheSystemDoes) {
+    BOOL emulated = FALSE;
+    ::IsWow64Process(::GetCurrentProcess(), &emulated);
+    EXPECT_EQ(emulated != FALSE, Is64BitWindows());
+    alignas(SID) BYTE sid[SECURITY_MAX_SID_SIZE];
+    DWORD size = sizeof sid;
+    ASSERT_TRUE(::CreateWellKnownSid(WinBuiltinAdministratorsSid, nullptr, sid, &size));
+    BOOL member = FALSE;
+    ASSERT_TRUE(::CheckTokenMembership(nullptr, sid, &member));
+    EXPECT_EQ(member != FALSE, IsAdminUser());
+}
+
+}  // namespace

@@ -1,0 +1,265 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "files/directory_iterator.h"
+#include "files/file_copy.h"
+#include "files/names/file_name.h"
+#include "settings/preferences.h"
+#include "tests/files/other_process.h"
+#include "tests/logging/test_folder.h"
+#include "tests/settings/private_registry.h"
+
+namespace {
+
+QLFileName Name(const std::wstring& path) {
+    return path.c_str();
+}
+
+class NameQueries : public testing::Test {
+  protected:
+    std::wstring Put(const wchar_t* name) {
+        PutBytes(folder_ / name, "x");
+        return folder_ / name;
+    }
+    TestFolder folder_;
+};
+
+TEST_F(NameQueries, AccessIsForRootedLocalNames) {
+    Put(L"a.txt");
+    Put(L"read.txt");
+    ::SetFileAttributesW((folder_ / L"read.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+    ASSERT_TRUE(::SetCurrentDirectoryW(folder_.path().c_str()));
+    const std::wstring folder = folder_.path().wstring();
+    const struct {
+        std::wstring text;
+        bool accessible, writable, exists, isDirectory;
+    } cases[] = {
+        {folder + L"\\a.txt", true, true, true, false},
+        {folder + L"\\read.txt", true, false, true, false},
+        {folder, true, true, true, true},
+        {folder + L"\\", true, true, false, false},
+        {folder + L"\\.\\a.txt", true, true, true, false},
+        {folder + L"\\none", false, false, false, false},
+        {folder + L"\\..", true, true, true, true},
+        {L"a.txt", false, false, false, false},
+        {L".\\a.txt", false, false, false, false},
+        {L"http://srv/a.txt", false, false, false, false},
+        {L"", false, false, false, false},
+    };
+    for (const auto& c : cases) {
+        const QLFileName name(c.text.c_str());
+        EXPECT_EQ(c.accessible, name.CanAccess(0) != 0) << testing::PrintToString(c.text);
+        EXPECT_EQ(c.accessible, name.CanAccess(QLFileName::ACCESS_READ) != 0)
+            << testing::PrintToString(c.text);
+        EXPECT_EQ(c.writable, name.CanAccess(6) != 0) << testing::PrintToString(c.text);
+        EXPECT_EQ(c.exists, name.Exists() != 0) << testing::PrintToString(c.text);
+        EXPECT_EQ(c.isDirectory, name.IsDirectory() != 0) << testing::PrintToString(c.text);
+    }
+    ::SetCurrentDirectoryW(L"C:\\");
+    ::SetFileAttributesW((folder_ / L"read.txt").c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(NameQueries, StatusTellsWhatCouldBeDone) {
+    const std::wstring file = Put(L"a.txt");
+    EXPECT_EQ(QLFileName::StatusUnknown, Name(L"http://srv/a.txt").GetStatus());
+    EXPECT_EQ(QLFileName::StatusCreatable, Name(folder_ / L"new.txt").GetStatus());
+    EXPECT_FALSE(std::filesystem::exists(folder_ / L"new.txt"));
+    EXPECT_EQ(QLFileName::StatusNotCreatable, Name(folder_ / L"none\\a.txt").GetStatus());
+    EXPECT_EQ(QLFileName::StatusWritable, Name(file).GetStatus());
+    EXPECT_EQ("x", BytesOf(file));
+    ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(QLFileName::StatusReadOnly, Name(file).GetStatus());
+    ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(QLFileName::StatusInUse, Name(folder_.path().wstring()).GetStatus()) << "a folder";
+    const OtherProcess reader(file, L"3");
+    EXPECT_EQ(QLFileName::StatusInUse, Name(file).GetStatus()) << "held, if shared in every way";
+    EXPECT_TRUE(Name(file).CanAccess(6));
+}
+
+// Each name is made, seen, walked, copied and removed.
+TEST_F(NameQueries, HoldForLongAndForeignNames) {
+    const std::wstring folder = folder_.path().wstring();
+    const auto ofLength = [](std::wstring path, std::size_t length) {
+        while (path.size() + 101 < length) {
+            path += L'\\' + std::wstring(99, L'd');
+            ::CreateDirectoryW(path.c_str(), nullptr);
+        }
+        return path + L'\\' + std::wstring(length - path.size() - 1, L'f');
+    };
+    const std::wstring names[] = {
+        folder + L"\\a b  c .txt",
+        folder + L"\\\u00c4\u4e2d\u6587.txt",
+        folder + L"\\\xd83d\xde00 \xd834\xdd1e.d\u00f6cx",
+        ofLength(folder, 259),
+        ofLength(L"\\\\?\\" + folder, 260 + 4),
+        ofLength(L"\\\\?\\" + folder, 1000),
+    };
+    for (const std::wstring& path : names) {
+        SCOPED_TRACE(testing::PrintToString(path));
+        const QLFileName name(path.c_str());
+        EXPECT_EQ(QLFileName::StatusCreatable, name.GetStatus());
+        const ql::UniqueFileHandle made(
+            ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+        ASSERT_TRUE(made);
+        EXPECT_TRUE(name.Exists());
+        EXPECT_EQ(QLFileName::StatusInUse, name.GetStatus());
+        QLFileName pattern(name), found;
+        pattern.SetFileName(L"*");
+        CDirectoryIterator walk;
+        bool seen = false;
+        for (bool more = walk.First(pattern, &found); more; more = walk.Next(&found))
+            seen = seen || found == name;
+        EXPECT_TRUE(seen);
+    }
+    unsigned long error = 0;
+    for (const std::wstring& path : names) {
+        EXPECT_TRUE(MakeFileCopy((path + L"2").c_str(), path.c_str(), 1, error));
+        EXPECT_EQ(QLFileName::StatusWritable, Name(path + L"2").GetStatus());
+    }
+    for (std::wstring path : names) {
+        ::DeleteFileW((path + L"2").c_str());
+        for (::DeleteFileW(path.c_str()); !path.ends_with(folder); path.resize(path.rfind(L'\\'))) {
+            ::RemoveDirectoryW(path.c_str());
+        }
+    }
+}
+
+TEST_F(NameQueries, ShortNamesComeBackAsTheLongOnes) {
+    const std::wstring file = Put(L"A rather long name.document");
+    wchar_t expected[MAX_PATH];
+    ASSERT_NE(0U, ::GetShortPathNameW(file.c_str(), expected, MAX_PATH));
+    EXPECT_EQ(RWWString(expected), QLGetShortPathName(file));
+    EXPECT_EQ(RWWString(expected), Name(file).GetShortVersion());
+    wchar_t folder[MAX_PATH];
+    ASSERT_NE(0U, ::GetLongPathNameW(file.c_str(), folder, MAX_PATH));
+    EXPECT_EQ(RWWString(folder), QLGetLongPathName(expected));
+    EXPECT_EQ(RWWString(folder), Name(expected).GetLongPathAndFileName());
+
+    const std::wstring missing = folder_ / L"Not there at all.document";
+    const RWWString shortName = QLGetShortPathName(missing);
+    EXPECT_NE(RWWString(missing), shortName) << "asked by making it for a moment";
+    EXPECT_FALSE(std::filesystem::exists(missing));
+    EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(folder_.path()), {}));
+}
+
+TEST_F(NameQueries, OtherFormsFallBackToTheText) {
+    const struct {
+        const wchar_t* text;
+        const wchar_t* shortForm;
+    } cases[] = {
+        {L"//srv/share/a long name.txt", L"\\\\srv\\share\\a long name.txt"},
+        {L"sub/a long name.txt", L"sub\\a long name.txt"},
+        {L"C:/nowhere at all/a.txt", L"C:\\nowhere at all\\a.txt"},
+        {L"C:", L"C:"},
+        {L"C:\\nowhere at all\\sub\\", L"C:\\nowhere at all\\sub"},
+        {L"", L""},
+    };
+    for (const auto& c : cases) EXPECT_EQ(RWWString(c.shortForm), QLGetShortPathName(c.text)) << c.shortForm;
+    EXPECT_EQ(RWWString(L"\\\\srv\\share\\\\"), QLFileName(L"\\\\srv\\share\\a.txt").GetShortPath());
+    EXPECT_EQ(RWWString(L"http://srv/a/"), QLFileName(L"http://srv/a/b.txt").GetShortPath());
+    EXPECT_EQ(RWWString(L"http://srv/b.htm?x"), QLFileName(L"http://srv/b.htm?x").GetLongPathAndFileName());
+    EXPECT_EQ(RWWString(L"mailto:a.b"), QLFileName(L"mailto:a.b").GetLongPathAndFileName());
+    EXPECT_EQ(RWWString(L"C:\\nowhere\\a.txt"), QLGetLongPathName(L"C:\\nowhere\\a.txt"));
+    for (const wchar_t* text : {L"\\\\srv\\share\\a.txt", L"C:\\a.txt", L"sub\\a.txt"}) {
+        EXPECT_EQ(RWWString(text), QLFileName(text).GetUNCPathAndFileName());
+    }
+}
+
+class TemporaryNames : public NameQueries {
+  protected:
+    TemporaryNames() : tmp_(::_wgetenv(L"TMP")), temp_(::_wgetenv(L"TEMP")) {}
+    ~TemporaryNames() override { Set(tmp_, temp_); }
+    static void Set(const std::wstring& tmp, const std::wstring& temp) {
+        ::_wputenv_s(L"TMP", tmp.c_str());
+        ::_wputenv_s(L"TEMP", temp.c_str());
+    }
+    std::wstring tmp_, temp_;
+};
+
+TEST_F(TemporaryNames, LiveInTheFirstFolderThatCanBeWritten) {
+    const PrivateRegistry registry;
+    const SettingsProcess process;
+    const SettingsThread thread;
+    const std::wstring folder = folder_.path().wstring();
+    Set(folder, L"C:\\");
+    EXPECT_EQ(RWWString(folder), QLGetTempPath());
+    Set(L"C:\\nowhere at all", folder);
+    EXPECT_EQ(RWWString(folder), QLGetTempPath());
+    PrivateRegistry::Put(kUser, L"Locations", L"Answer Files", folder);
+    Set(L"C:\\nowhere at all", L"");
+    EXPECT_EQ(RWWString(folder), QLGetTempPath());
+    WriteQLRegString(L"Locations", L"Answer Files", L"C:\\nowhere at all");
+    wchar_t windows[MAX_PATH];
+    ::GetWindowsDirectoryW(windows, MAX_PATH);
+    EXPECT_EQ(RWWString(windows), QLGetTempPath());
+}
+
+TEST_F(TemporaryNames, AreFreeAndKeepFolderAndExtension) {
+    const std::wstring folder = folder_.path().wstring();
+    Set(folder, folder);
+    const struct {
+        std::wstring text, extension;
+    } cases[] = {{L"", L".tmp"}, {L"x.docx", L".docx"}, {folder + L"\\x", L".tmp"}, {folder + L"\\x.", L"."}};
+    for (const auto& c : cases) {
+        for (const bool create : {false, true}) {
+            QLFileName name(c.text.c_str());
+            name.SetTempPathAndFileName(create);
+            const std::wstring file = name.GetFileName().str();
+            EXPECT_EQ(RWWString(folder + L'\\'), name.GetPath());
+            EXPECT_TRUE(file.starts_with(L"~ql12") && file.ends_with(c.extension))
+                << testing::PrintToString(file);
+            EXPECT_EQ(create, std::filesystem::exists(name.GetPathAndFileName().str()));
+        }
+    }
+    // The numbers come from the program's own generator: seeded alike they hit the same name, which is taken.
+    QLFileName first, second;
+    std::srand(1);
+    first.SetTempFileName(true);
+    std::srand(1);
+    second.SetTempFileName(true);
+    EXPECT_NE(first, second);
+    EXPECT_TRUE(first.Exists() && second.Exists());
+    QLFileName nowhere(L"C:\\nowhere at all\\x.txt");
+    nowhere.SetTempFileName(true);
+    EXPECT_TRUE(nowhere.GetFileName().isNull());
+}
+
+TEST(FitToWidth, TakesDirectoriesAwayUntilTheTextFits) {
+    const HDC dc = ::CreateCompatibleDC(nullptr);
+    ASSERT_TRUE(dc);
+    const auto widthOf = [dc](const std::wstring& text) {
+        SIZE size = {};
+        EXPECT_TRUE(::GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size));
+        return static_cast<int>(size.cx);
+    };
+    const wchar_t* const forms[] = {L"C:\\one hundred\\two\\three\\f.txt", L"C:\\...\\two\\three\\f.txt",
+                                    L"C:\\...\\three\\f.txt", L"C:\\...\\f.txt"};
+    for (const wchar_t* const form : forms) {
+        EXPECT_EQ(RWWString(form), QLFileName(forms[0]).FitToWidth(dc, widthOf(form) + 2));
+    }
+    EXPECT_EQ(RWWString(forms[1]), QLFileName(forms[0]).FitToWidth(dc, widthOf(forms[0]) + 1));
+    // What cannot be shortened stays, and the ends of the range do no harm.
+    const struct {
+        const wchar_t* text;
+        const wchar_t* shortest;
+    } cases[] = {{forms[0], forms[3]},
+                 {L"C:\\f.txt", L"C:\\f.txt"},
+                 {L"one/two/three", L"one/two/three"},
+                 {L"\\\\srv\\share\\f", L"\\...\\f"},
+                 {L"...\\a\\b\\c", L"...\\...\\b\\c"},
+                 {L"", L""}};
+    for (const auto& c : cases) {
+        for (const int width : {0, -2147483647 - 1}) {
+            RWWString text(c.text);
+            QLFileName::FitToWidth(dc, text, width);
+            EXPECT_EQ(RWWString(c.shortest), text);
+        }
+    }
+    RWWString text(forms[0]);
+    QLFileName::FitToWidth(nullptr, text, 0);
+    EXPECT_EQ(RWWString(forms[0]), text) << "nothing measures it";
+    ::DeleteDC(dc);
+}
+
+}  // namespace

@@ -1,0 +1,145 @@
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+
+#include "files/backup.h"
+#include "files/directory_iterator.h"
+#include "files/file_copy.h"
+#include "files/full_path.h"
+#include "files/machine.h"
+#include "logging/os_description.h"
+#include "tools/qlutil/command.h"
+
+namespace {
+
+RWWString Text(std::wstring_view word) {
+    return RWWString(word);
+}
+
+QLFileName Name(std::wstring_view word) {
+    return Text(word).data();
+}
+
+Answer CmdLine(const Arguments& arguments) {
+    const QLCmdLine line(Text(arguments[0]).data());
+    return Record{{L"file", line.GetPathAndFileName()},
+                  {L"switches", line.GetSwitches()},
+                  {L"cmdLine", line.GetCmdLine()},
+                  {L"isNull", line.IsNull() != 0}};
+}
+
+Answer FullPath(const Arguments& arguments) {
+    const RWWString directory = Text(arguments.Value(L"dir").value_or(L""));
+    const RWWString extension = Text(arguments.Value(L"ext").value_or(L""));
+    const QLCmdLine line = MakeFullPath(Text(arguments[0]), directory.data(),
+                                        arguments.Has(L"ext") ? extension.data() : nullptr);
+    return Record{{L"file", line.GetPathAndFileName()}, {L"switches", line.GetSwitches()}};
+}
+
+constexpr const wchar_t* kStatusNames[] = {L"StatusUnknown",   L"StatusInUse",        L"StatusWritable",
+                                           L"StatusCreatable", L"StatusNotCreatable", L"StatusReadOnly"};
+
+Answer Status(const Arguments& arguments) {
+    const QLFileName name = Name(arguments[0]);
+    const int status = name.GetStatus();
+    return Record{{L"status", status},
+                  {L"statusName", kStatusNames[status]},
+                  {L"exists", name.Exists() != 0},
+                  {L"isDirectory", name.IsDirectory() != 0},
+                  {L"canRead", name.CanAccess(QLFileName::ACCESS_READ) != 0},
+                  {L"canWrite", name.CanAccess(QLFileName::ACCESS_WRITE) != 0}};
+}
+
+Answer Forms(const Arguments& arguments) {
+    const QLFileName name = Name(arguments[0]);
+    return Record{{L"long", name.GetLongPathAndFileName()},
+                  {L"short", name.GetShortVersion()},
+                  {L"unc", name.GetUNCPathAndFileName()}};
+}
+
+Answer Temp(const Arguments& arguments) {
+    QLFileName name;
+    if (arguments.count() > 0) name = Name(arguments[0]);
+    name.SetTempFileName(arguments.Has(L"create"));
+    if (name.GetFileName().isNull())
+        return Answer::Failure(L"no file can be made in " + name.GetPath().str());
+    return Record{{L"file", name.GetPathAndFileName()}};
+}
+
+Answer Backup(const Arguments& arguments) {
+    wchar_t message[256] = {};
+    const bool ok = BackupFile(Name(arguments[0]), message, static_cast<int>(std::size(message)));
+    Record record = {{L"ok", ok}, {L"message", message}};
+    if (ok) return record;
+    return Answer(std::move(record), std::wstring(arguments[0]) + L": " + message);
+}
+
+Answer Copy(const Arguments& arguments) {
+    const std::wstring destination(arguments[0]), source(arguments[1]);
+    unsigned long error = 0;
+    const bool ok =
+        MakeFileCopy(destination.c_str(), source.c_str(), arguments.Has(L"keep-times"), error) != 0;
+    Record record = {{L"ok", ok}, {L"error", error}};
+    if (ok) return record;
+    return Answer(std::move(record), L"cannot copy " + source + L" to " + destination);
+}
+
+Answer Exe(const Arguments& arguments) {
+    const std::wstring file(arguments[0]);
+    Record record = {{L"is32BitExe", Is32BitExe(file.c_str()) != 0}};
+    std::error_code ignored;
+    if (std::filesystem::exists(file, ignored)) return record;
+    return Answer(std::move(record), L"there is no file " + file);
+}
+
+Answer Walk(const Arguments& arguments) {
+    List entries;
+    CDirectoryIterator walk;
+    QLFileName entry;
+    for (bool more = walk.First(Name(arguments[0]), &entry); more; more = walk.Next(&entry)) {
+        entries.push_back(Record{{L"file", entry.GetPathAndFileName()}, {L"isDir", walk.IsDir()}});
+    }
+    return entries;
+}
+
+Answer Machine(const Arguments&) {
+    wchar_t description[256] = {};
+    GetOSDescription(description, static_cast<int>(std::size(description)));
+    return Record{{L"is64BitWindows", Is64BitWindows()},
+                  {L"canWriteToHKLM", CanWriteToHKLM()},
+                  {L"isAdminUser", IsAdminUser()},
+                  {L"osDescription", description}};
+}
+
+constexpr SwitchRow kFullPathSwitches[] = {{L"dir", true}, {L"ext", true}};
+constexpr SwitchRow kTempSwitches[] = {{L"create"}};
+constexpr SwitchRow kCopySwitches[] = {{L"keep-times"}};
+
+constexpr Command kCommands[] = {
+    {L"cmdline", L"TEXT", L"The file name and the switches of a command line.", {}, 1, 1, CmdLine},
+    {L"fullpath", L"TEXT [--dir D] [--ext E]",
+     L"The full path that a name stands for: below D, a named location or the folder of its kind.",
+     kFullPathSwitches, 1, 1, FullPath},
+    {L"file status",
+     L"PATH",
+     L"Whether the file is there, and what could be done with it.",
+     {},
+     1,
+     1,
+     Status},
+    {L"file forms", L"PATH", L"The long, short and network forms of a path.", {}, 1, 1, Forms},
+    {L"file temp", L"[PATH] [--create]",
+     L"A name that no file has, with the folder and the extension of PATH; --create makes the file.",
+     kTempSwitches, 0, 1, Temp},
+    {L"file backup", L"PATH", L"Copies a file to its backup, and that to the second one.", {}, 1, 1, Backup},
+    {L"file copy", L"DEST SOURCE [--keep-times]", L"Copies SOURCE to DEST.", kCopySwitches, 2, 2, Copy},
+    {L"file exe", L"PATH", L"Whether the signature of a program reads as wide text.", {}, 1, 1, Exe},
+    {L"file walk", L"PATTERN", L"The entries of a folder that match a pattern.", {}, 1, 1, Walk},
+    {L"machine", L"", L"What the system and the user are.", {}, 0, 0, Machine},
+};
+
+}  // namespace
+
+std::span<const Command> FileCommands() {
+    return kCommands;
+}
