@@ -65,7 +65,7 @@ class Engine : public testing::Test {
     static std::set<std::string> Names(const std::string& folder) {
         std::set<std::string> names;
         WIN32_FIND_DATAA found;
-        const UniqueFind find(::FindFirstFileA((folder + "\\*").c_str(), &found));
+        const UniqueFindHandle find(::FindFirstFileA((folder + "\\*").c_str(), &found));
         if (!find) return names;
         do names.insert(found.cFileName);
         while (::FindNextFileA(find.get(), &found));
@@ -313,7 +313,7 @@ TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
     ASSERT_EQ(Zip(ZIP_ADD, "a.txt"), 0);
     const std::string before = ReadFile(archive_);
     {
-        const UniqueFile lock(
+        const UniqueFileHandle lock(
             ::CreateFileA(Path("locked.txt").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
         EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 11);
     }
@@ -325,8 +325,8 @@ TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
         EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 1);
     }
     {
-        const UniqueFile reader(::CreateFileA(archive_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                              OPEN_EXISTING, 0, nullptr));
+        const UniqueFileHandle reader(::CreateFileA(archive_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                                    OPEN_EXISTING, 0, nullptr));
         EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 10);
     }
     EXPECT_EQ(ReadFile(archive_), before);
