@@ -3,9 +3,14 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <iterator>
+#include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "files/directory_iterator.h"
 #include "text/ansi_text.h"
 #include "tools/qlutil/command.h"
 #include "tools/qlutil/progress.h"
@@ -107,23 +112,47 @@ int RequireLevel(const Arguments& arguments) {
     return level;
 }
 
+// The library would add all that fit wild cards and call it one file. What fits nothing stands for itself.
+std::vector<std::wstring> FilesThatFit(const std::wstring& path, const std::wstring& archive) {
+    std::vector<std::wstring> files;
+    CDirectoryIterator entries;
+    QLFileName entry;
+    const bool hasCards = path.find_first_of(L"*?") != std::wstring::npos;
+    for (bool more = hasCards && entries.First(path.c_str(), &entry); more; more = entries.Next(&entry)) {
+        std::wstring file = entry.GetPathAndFileName().str();
+        std::error_code none;
+        if (!entries.IsDir() && !std::filesystem::equivalent(file, archive, none))
+            files.push_back(std::move(file));
+    }
+    if (files.empty()) files.push_back(path);
+    return files;
+}
+
+std::vector<std::wstring> FilesOf(const Arguments& arguments, const std::wstring& archive) {
+    std::vector<std::wstring> files;
+    for (std::wstring_view path : std::span(arguments.all()).subspan(1)) {
+        for (std::wstring& file : FilesThatFit(std::wstring(path), archive)) files.push_back(std::move(file));
+    }
+    return files;
+}
+
 Answer Add(const Arguments& arguments, Progress& progress) {
     const int level = RequireLevel(arguments);
     const std::wstring archive(arguments[0]);
+    const std::vector<std::wstring> files = FilesOf(arguments, archive);
     std::wstring faults;
-    int added = 0;
-    for (std::size_t i = 1; i < arguments.count(); ++i) {
-        const std::wstring path(arguments[i]);
-        const auto [folder, name] = Split(path);
-        progress.Now(L"adding " + std::to_wstring(i) + L" of " + std::to_wstring(arguments.count() - 1) +
-                     L": " + name);
+    int added = 0, tried = 0;
+    for (const std::wstring& file : files) {
+        const auto [folder, name] = Split(file);
+        progress.Now(L"adding " + std::to_wstring(++tried) + L" of " + std::to_wstring(files.size()) + L": " +
+                     name);
         const long code = Dynazip::AddFileToZip(archive.c_str(), folder.c_str(), name.c_str(), level);
         if (code == kAdded) {
             ++added;
             continue;
         }
-        faults += (faults.empty() ? L"cannot add " : L"; cannot add ") + path + L" to " + archive + L": " +
-                  WhyNotAdded(archive, path, code);
+        faults += (faults.empty() ? L"cannot add " : L"; cannot add ") + file + L" to " + archive + L": " +
+                  WhyNotAdded(archive, file, code);
     }
     Record record = {{L"added", added}};
     return faults.empty() ? Answer(std::move(record)) : Answer(std::move(record), std::move(faults));
@@ -220,7 +249,8 @@ constexpr SwitchRow kAddSwitches[] = {{L"level", true}};
 
 constexpr Command kCommands[] = {
     {L"zip add", L"ARCHIVE FILE... [--level N]",
-     L"Adds files under their names alone, or replaces older members; N is 0 (store) to 9, usually 5.",
+     L"Adds files (wild cards stand for all that fit) under their names alone, or replaces older members; N "
+     L"is 0 (store) to 9, usually 5.",
      kAddSwitches, 2, kAnyNumber, WithEngines<Add>},
     {L"zip list", L"ARCHIVE", L"The members of an archive.", {}, 1, 1, WithEngines<ListMembers>},
     {L"zip extract",
