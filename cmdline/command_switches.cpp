@@ -19,7 +19,7 @@ constexpr bool IsValueQuote(wchar_t unit) {
 
 std::wstring_view ValueIn(std::wstring_view token, std::size_t equals) {
     std::wstring_view value = token.substr(equals + 1);
-    if (value.size() >= 2 && IsValueQuote(value.front())) value.remove_prefix(1);
+    if (!value.empty() && IsValueQuote(value.front())) value.remove_prefix(1);
     if (!value.empty() && IsValueQuote(value.back())) value.remove_suffix(1);
     return ql::WithoutBlanks(value);
 }
@@ -76,10 +76,11 @@ std::size_t CCommandSwitches::TakeLeadingText(std::wstring_view line) {
     bool quoted = false;
     std::size_t i = 0;
     for (; i < line.size() && (quoted || !EndsLeadingText(line, i)); ++i) {
-        if (line[i] == kQuote)
+        if (line[i] == kQuote) {
             quoted = !quoted;
-        else
+        } else {
             text += line[i];
+        }
     }
     if (!text.empty()) leadingText_ = std::move(text);
     return i;

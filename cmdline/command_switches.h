@@ -4,14 +4,20 @@
 #include <string>
 #include <string_view>
 
+#include "platform/export.h"
 #include "rw/wide_string.h"
 
 // What may be said on a command line of one program, and what a line says. Every switch is declared first,
 // then a line is scanned, then the switches are asked about by name.
 //
-// Kept on purpose: a declared name claims every token that begins with it, and the first in ascending order
-// of names wins. With "na" and "na=" declared, "/na=x" sets the flag "na". The prefix character may be left
-// out.
+// Kept on purpose:
+//  - A declared name claims every token that begins with it, in any case, and the first in ascending order of
+//    names (by code unit) wins. With "na" and "na=" declared, "/na=x" sets the flag "na".
+//  - The prefix character may be left out: with "ni" declared, "/x ni" sets it.
+//  - The quotes of a value need not be a pair: /sto='a is a, and so is /sto=a'.
+//
+// Blanks are U+0020 alone. Null texts are empty unless something else is said. Use one object from one thread
+// at a time.
 
 enum SwitchKind : int {
     SWITCH_NONE = 0,   // matches nothing
@@ -19,13 +25,16 @@ enum SwitchKind : int {
     SWITCH_VALUE = 2,  // its text follows an equals sign; the name ends in it ("sto=")
 };
 
-class CCommandSwitch {
+// One declared switch and what was said of it.
+class QL_API CCommandSwitch {
   public:
-    CCommandSwitch(std::wstring_view name, SwitchKind kind);
+    CCommandSwitch(std::wstring_view name, SwitchKind kind);  // blanks around the name are dropped
 
-    // Whether the token is this switch; if so, its presence or value is remembered. The prefix character ("/"
-    // or "-") is skipped. A value loses a quote of either kind in front and one behind, whether or not they
-    // are a pair, and its blanks around; a token without an equals sign leaves the value as it was.
+    // Whether the token begins with the name, after one prefix character ("/" or "-") if it has one; if so,
+    // its presence or value is remembered. The value is what follows the first equals sign, without one quote
+    // (" or ') in front and one behind, then without blanks around. A token without an equals sign leaves the
+    // value as it was. A null token is no switch.
+    bool Matches(const wchar_t* token) { return token && Matches(std::wstring_view(token)); }
     bool Matches(std::wstring_view token);
 
     bool IsPresent() const noexcept { return present_; }
@@ -40,22 +49,24 @@ class CCommandSwitch {
     bool present_ = false;
 };
 
-class CCommandSwitches {
+class QL_API CCommandSwitches {
   public:
-    // Blanks around the name are dropped. Of two declarations of one name, the first stays.
+    // Blanks around the name are dropped, here alone. Of two declarations of one name, the first stays.
     void DeclareSwitch(const wchar_t* name, SwitchKind kind);
 
     // Tokens are separated by blanks outside double quotes; the quotes are dropped. A line that begins with
     // neither "/" nor "-" begins with the leading text, which ends at the first blank outside quotes that
-    // such a character follows. Tokens that match nothing are ignored; of repeated values the last stays. A
-    // null line does nothing.
+    // such a character follows. Tokens that match nothing are ignored; of repeated values the last stays.
+    // Blanks around the line are dropped. What earlier scans found stays found.
     void Scan(const wchar_t* commandLine);
 
+    // Without its quotes; empty when there is none. Valid until the next scan.
     bool HasLeadingText() const noexcept { return !leadingText_.isNull(); }
     const wchar_t* GetLeadingText() const noexcept { return leadingText_.data(); }
 
-    // What the line said; null, false and null for a switch that it did not name. A value that is given empty
-    // is the empty text.
+    // What the line said of a name as it was declared; null, false and null for a switch that it did not
+    // give, or that is of the other kind. A value that is given empty is the empty text. Pointers are valid
+    // as long as the object, the value's until the next scan.
     const CCommandSwitch* FindSwitch(const wchar_t* name) const;
     bool IsSwitchSet(const wchar_t* name) const;
     const wchar_t* GetSwitchValue(const wchar_t* name) const;

@@ -112,9 +112,8 @@ class QL_API QuilletCmdSwitchParser {
     bool IsKeepInterviewGroupSet() const noexcept { return flags_[kKeepInterviewGroup]; }
     bool IsModelDocument() const noexcept { return flags_[kModelDocument]; }
 
-    long GetPrintCopies() const noexcept {
-        return printCopies_;
-    }  // 1 when not given, 0 when given without a number
+    // 1 when not given, 0 when what was given does not start with a digit.
+    long GetPrintCopies() const noexcept { return printCopies_; }
     QLStringTable& GetOverlayFiles() noexcept { return overlayFiles_; }
 
   private:

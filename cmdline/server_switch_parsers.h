@@ -17,9 +17,8 @@ class QL_API ServerCmdSwitches {
     const wchar_t* GetFileName() const noexcept { return Text(fileName_); }  // a full path
     const wchar_t* GetTray() const noexcept { return Text(tray_); }
     const wchar_t* GetPageSize() const noexcept { return Text(pageSize_); }
-    long GetPrintCopies() const noexcept {
-        return printCopies_;
-    }  // 1 when not given, 0 when given without a number
+    // 1 when not given, 0 when what was given does not start with a digit.
+    long GetPrintCopies() const noexcept { return printCopies_; }
     bool IsPrint() const noexcept { return flags_[kPrint]; }
     bool IsRegister() const noexcept { return flags_[kRegister]; }
     bool IsUnregister() const noexcept { return flags_[kUnregister]; }

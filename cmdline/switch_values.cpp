@@ -30,7 +30,8 @@ RWWString UpToBlank(const wchar_t* value) {
 }
 
 long LeadingNumber(const wchar_t* value) {
-    return std::wcstol(value, nullptr, 10);
+    const bool startsWithDigit = *value >= L'0' && *value <= L'9';
+    return startsWithDigit ? std::wcstol(value, nullptr, 10) : 0;
 }
 
 void CheckObject(const void* object, unsigned long expected) {

@@ -84,7 +84,7 @@ QLCmdLine MakeFullPath(const RWWString& text, const wchar_t* defaultDir, const w
 
 RWWString GetCaretPath(const RWWString& locationName) {
     for (const bool machine : {false, true}) {
-        const RWWString path = GetQLProfileDirEx(QLIS_DIRECTORIES, locationName.data(), machine);
+        RWWString path = GetQLProfileDirEx(QLIS_DIRECTORIES, locationName.data(), machine);
         if (!path.isNull()) return path;
     }
     const RWWString machines = FormerLocation(HKEY_LOCAL_MACHINE, locationName);

@@ -36,6 +36,8 @@ TEST(CommandSwitches, ReadsLines) {
         {L"a b/ni -x", L"a b/ni"},
         {L"\"C:\\My Files\\a /ni.qft\" /ni", L"C:\\My Files\\a /ni.qft|ni"},
         {L"\"\" /ni", L"|ni"},
+        {L"a\"b /ni\"c d/e -ni", L"ab /nic d/e|ni"},  // quotes inside a word, a slash without its blank
+        {L"a b  /ni", L"a b |ni"},
         {L"\"never closed /ni", L"never closed /ni"},
         {L"doc.qft ni", L"doc.qft ni"},
         {L"/x ni", L"|ni"},  // the prefix character may be left out
@@ -47,6 +49,13 @@ TEST(CommandSwitches, ReadsLines) {
         {L"/\"sto\"=x", L"|sto=x"},
         {L"/STO=x", L"|sto=x"},
         {L"/sto=a=b", L"|sto=a=b"},
+        {L"/sto=C:/a/-b /ni", L"|sto=C:/a/-b|ni"},
+        {L"\t/sto=x", L"\t/sto=x"},  // a tab is no blank
+        {L"/ni\t/sto=x", L"|ni"},
+        {L"/sto=x \"/ni\" /of=\"\"", L"|sto=x|of=|ni"},
+        {L"/sto=\"a /ni -of=b", L"|sto=a /ni -of=b"},  // never closed
+        {L"/st\"o=a b\"c", L"|sto=a bc"},
+        {L"/sto=\" a \"", L"|sto=a"},
         {L"/sto=it's'", L"|sto=it's"},
         {L"/sto='", L"|sto="},
         {L"/sto=''", L"|sto="},
@@ -54,10 +63,13 @@ TEST(CommandSwitches, ReadsLines) {
         {L"/sto=\"' a '\"", L"|sto=a"},
         {L"/of=", L"|of="},
         {L"/of=1 /of=2", L"|of=2"},
+        {L"/of=1 /of=", L"|of="},
+        {L"/ni /ni /NI", L"|ni"},
         {L"/of=1 /of", L"|of=1"},  // does not begin with the name
         {L"/naw", L"|na"},         // claimed by the shorter name, as are all of these
         {L"/na=answers.anx", L"|na"},
         {L"/nation", L"|na"},
+        {L"/NAme=x", L"|na"},
         {L"/n", L""},
     };
     for (const auto& c : cases) EXPECT_EQ(Found(c.line), c.found) << testing::PrintToString(c.line);
@@ -74,6 +86,18 @@ TEST(CommandSwitches, FirstDeclarationStaysAndKindNoneMatchesNothing) {
     EXPECT_TRUE(switches.IsSwitchSet(L"dde"));
     EXPECT_FALSE(switches.FindSwitch(L"d") || switches.FindSwitch(nullptr) ||
                  switches.GetSwitchValue(L"dde"));
+    EXPECT_FALSE(CCommandSwitch(L"", SWITCH_FLAG).Matches(nullptr));
+}
+
+// A name of the value kind that has no equals sign claims tokens that have none: the value stays.
+TEST(CommandSwitches, TokenWithoutEqualsSignLeavesTheValue) {
+    CCommandSwitches switches;
+    switches.DeclareSwitch(L"v", SWITCH_VALUE);
+    switches.Scan(L"/v");
+    EXPECT_STREQ(switches.GetSwitchValue(L"v"), L"");
+    switches.Scan(L"/value=1 /v");
+    EXPECT_STREQ(switches.GetSwitchValue(L"v"), L"1");
+    EXPECT_FALSE(switches.IsSwitchSet(L"v"));
 }
 
 TEST(CommandSwitches, ReadsLongLines) {

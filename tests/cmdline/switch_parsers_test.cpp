@@ -2,7 +2,9 @@
 
 #include <cstdint>
 #include <future>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "cmdline/main_switch_parser.h"
 #include "cmdline/server_switch_parsers.h"
@@ -147,9 +149,17 @@ TEST(MainSwitchParser, ReadsLines) {
          L"output=" + Here(L"out.docx") + L" defAnswers=" + In(AnswerDirectory, L"x.anx")},
         {L"/lf=mylib", L"library=" + In(LibraryDirectory, L"mylib.qll") + L" mode=3"},
         {L"/lf=my.lib", L"library=" + In(LibraryDirectory, L"my.lib") + L" mode=3"},
+        {L"/lf=::ODMA\\5", L"library=::ODMA\\5.qll mode=3"},
+        {L"/tf=::ODMA\\1 /of=::ODMA\\2 /df=::ODMA\\3 /if=::ODMA\\4",
+         L"tpl=::ODMA\\1 output=::ODMA\\2 installation=::ODMA\\4 defAnswers=::ODMA\\3"},
         {L"/if=setup.qli", L"installation=" + In(ProgramDirectory, L"setup.qli")},
         {L"/qa=a.qla /qla=b.qla", L"qla=b.qla"},
         {L"/qla=b.qla /qa=a.qla", L"qla=b.qla"},  // the order of the table, not of the line
+        {L"/qli=b.qli /qi=a.qli", L"qli=b.qli mode=3"},
+        {L"/nx /ex", L"mode=0 exit=1"},
+        {L"/qs /as", L"type=2"},
+        {L"/slw /hl", L"mode=1"},
+        {L"/mi /ll", L"lockLib mode=3"},
         {L"/automation /qli=x.qli", L"qli=x.qli automation mode=3"},
         {L"/qli=x.qli /nlw", L"qli=x.qli mode=3"},
         {L"/nlw /slw", L"mode=1"},  // slw is claimed by sl, which comes after the mode was set
@@ -161,14 +171,22 @@ TEST(MainSwitchParser, ReadsLines) {
         {L"/is=x", L""},
         {L"/pc=3 /pt=Tray 2 /ps=\"A4 wide\"", L"tray=Tray page=A4 copies=3"},
         {L"/pc=many", L"copies=0"},
+        {L"/pc=-2", L"copies=0"},
+        {L"/pc=", L"copies=0"},
+        {L"/pc=12x", L"copies=12"},
+        {L"/pc=99999999999", L"copies=2147483647"},
         {L"/ov=a.qlo /ov=b.qlo", L"overlay=b.qlo"},  // a repeated value: the last
         {L"/fp /pb /po /pa /pd /pw", L"print printBoth printForm printAnswers duplex noDialogs"},
         {L"/desc=a /typedesc=d", L"desc=a typeDesc=d"},
+        {L"/ff /fi /regserver /ss /nw", L"register hide suggestSave"},
+        {L"/is=u /is=", L""},
+        {L"/desc=\"a /b 'c'\" \"/cl=d=\"e", L"clause=d=e desc=a /b 'c"},  // the last quote goes
+        {L"\"C:\\a /b.qft\" -tf=\"C:\\a b\\c.qft\" \"-ed=\"", L"tpl=C:\\a b\\c.qft edit="},
+        {L"\"C:\\a b.qft\" \"/ni\"", L"tpl=C:\\a b.qft /ni"},  // no blank right before the slash
         {L"/ed='e f' /cl=\"x = 'y' /z\"", L"clause=x = 'y' /z edit=e"},
         {L"/sto= /embedding /dde", L"token= dde embedded mode=0"},
         {L"/kig /mo /db /sw /stw /si /cd /da /la /ll",
          L"lockAnswers lockLib unansweredWarning splash currentDoc discard sendToWP noInstallation "
-         L""
          L"keepGroup model mode=3"},
         // Claimed by shorter names:
         {L"/pathdesc=b /namedesc=c", L"newAnswer printAnswers"},
@@ -187,6 +205,60 @@ TEST(MainSwitchParser, ReadsLines) {
         copy = parser;
         EXPECT_EQ(StateOf(copy), c.state);
     }
+}
+
+TEST(MainSwitchParser, CopiesOwnTheirTexts) {
+    auto parser = std::make_unique<Main>(L"/desc=first /ov=a.qlo");
+    Main constructed(*parser);
+    Main assigned(nullptr);
+    assigned = *parser;
+    EXPECT_NE(constructed.GetDescription(), parser->GetDescription());
+    parser->ParseSwitches(L"/desc=other /ov=b.qlo");
+    EXPECT_EQ(StateOf(*parser), L"desc=other overlay=a.qlo overlay=b.qlo");
+    parser.reset();
+    EXPECT_EQ(StateOf(constructed), L"desc=first overlay=a.qlo");
+    EXPECT_EQ(StateOf(assigned), L"desc=first overlay=a.qlo");
+}
+
+TEST(MainSwitchParser, ReadsLongLines) {
+    const std::wstring value(100000, L'x');
+    Main oneValue((L"/desc=" + value).c_str());
+    EXPECT_EQ(StateOf(oneValue), L"desc=" + value);
+    std::wstring many = L"/pc=2";
+    for (int i = 0; i < 10000; ++i) many += L" /pt=" + std::to_wstring(i);
+    Main parser(many.c_str());
+    EXPECT_EQ(StateOf(parser), L"tray=9999 copies=2");
+}
+
+TEST(MainSwitchParser, KeepsAModeThatShowsOrHides) {
+    Main parser(nullptr);
+    for (const auto& [mode, kept] : {std::pair{LIBMODE_NONE, LIBMODE_NONE},
+                                     {LIBMODE_UNDECIDED, LIBMODE_UNDECIDED},
+                                     {LIBMODE_HIDDEN, LIBMODE_HIDDEN},
+                                     {LIBMODE_NONE, LIBMODE_HIDDEN},
+                                     {LIBMODE_SHOWN, LIBMODE_HIDDEN}}) {
+        parser.SetLibMode(mode);
+        EXPECT_EQ(parser.GetLibMode(), kept);
+        EXPECT_EQ(parser.IsLibraryVisible(), kept == LIBMODE_UNDECIDED);
+    }
+    EXPECT_TRUE(Main(L"/sl").IsLibraryVisible());
+}
+
+// What follows from the texts.
+TEST(MainSwitchParser, TellsWhatWasGiven) {
+    const auto given = [](const wchar_t* line) {
+        const Main p(line);
+        const std::pair<const wchar_t*, bool> tests[] = {
+            {L"asm", p.IsAsmSwitch()}, {L"qla", p.IsQLASwitch()},         {L"qli", p.IsQLISwitch()},
+            {L"edit", p.IsEditSet()},  {L"answers", p.IsAnswerFileSet()}, {L"overlay", p.IsOverlay()},
+        };
+        std::wstring names;
+        for (const auto& [name, is] : tests) names += is ? std::wstring(name) + L' ' : L"";
+        return names;
+    };
+    EXPECT_EQ(given(L""), L"");
+    EXPECT_EQ(given(L"a.qft /af=x"), L"asm answers ");
+    EXPECT_EQ(given(L"/qla=a /qli= /ed= /ov="), L"qla qli edit overlay ");
 }
 
 TEST(MainSwitchParser, TakesACommandLineValue) {
@@ -235,6 +307,8 @@ TEST(ServerSwitchParsers, ReadLinesAlike) {
         {L"/register /unregserver", L"register unregister"},
         {L"/pc=2 /pt=Tray 2 /ps=A4", L"tray=Tray page=A4 copies=2"},
         {L"/pc=x /ni /af=x", L"copies=0"},
+        {L"C:\\a.anx /PRint \"/pt=a b\" /ps= /pc=2 /pc=+3", L"file=C:\\a.anx tray=a page= print copies=0"},
+        {L"/unregister /regserver", L"register unregister"},
         {L"/pr /db /pb /po /pa /pd /pw /automation /dde /embedding",
          L"print splash printBoth printForm printAnswers duplex noDialogs dde automation embedded"},
     };
@@ -244,6 +318,10 @@ TEST(ServerSwitchParsers, ReadLinesAlike) {
     }
     EXPECT_EQ(ServerStateOf(FillerCmdSwitchParser(QLCmdLine(L"\"C:\\a b.qff\" /pr"))),
               L"file=C:\\a b.qff print");
+    EXPECT_EQ(ServerStateOf(AutomatorCmdSwitchParser(QLCmdLine(L"::ODMA\\7 /"))), L"file=::ODMA\\7");
+    AutomatorCmdSwitchParser copy(nullptr);
+    copy = AutomatorCmdSwitchParser(L"C:\\a.qff /pt=lower");
+    EXPECT_EQ(ServerStateOf(copy), L"file=C:\\a.qff tray=lower");
 }
 
 // Waits for a message box of that title, answers its text and closes it; empty when none comes.

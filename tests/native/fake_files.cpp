@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 
 #include "tests/native/fake_paths.h"
 
@@ -47,6 +48,14 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode) {
         return nullptr;
     }
     return std::fopen(fake::ToNativePath(path).c_str(), fake::ToUtf8(mode).c_str());
+}
+
+DWORD GetCurrentDirectoryW(DWORD capacity, wchar_t* directory) {
+    std::error_code error;
+    const std::wstring current = fake::ToWindowsPath(std::filesystem::current_path(error).string());
+    if (current.size() >= capacity) return static_cast<DWORD>(current.size() + 1);
+    *std::copy(current.begin(), current.end(), directory) = L'\0';
+    return static_cast<DWORD>(current.size());
 }
 
 BOOL FindClose(HANDLE) {

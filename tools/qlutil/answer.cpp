@@ -89,7 +89,7 @@ std::wstring RenderRecord(const Record& record) {
     std::wstring lists;
     for (const auto& [key, value] : record) {
         if (const auto* list = std::get_if<List>(&value.value)) {
-            lists += std::wstring(key) + L":\n" + RenderList(*list);
+            lists += key + L":\n" + RenderList(*list);
         } else {
             rows.push_back({key, ToCell(value)});
         }

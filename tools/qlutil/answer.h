@@ -11,7 +11,7 @@
 // lines or, with --json, through the library's JSON writer.
 struct Node;
 using List = std::vector<Node>;
-using Record = std::vector<std::pair<const wchar_t*, Node>>;
+using Record = std::vector<std::pair<std::wstring, Node>>;
 
 struct Node {
     Node(std::nullptr_t) {}  // an absent text

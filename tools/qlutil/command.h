@@ -34,6 +34,7 @@ std::span<const Command> PreferenceCommands();
 std::span<const Command> DirectoryCommands();
 std::span<const Command> LogCommands();
 std::span<const Command> ValueCommands();
+std::span<const Command> SwitchCommands();
 std::span<const Command> ZipCommands();
 
 struct CommandMatch {

@@ -192,6 +192,7 @@ BOOL FindClose(HANDLE search);  // there is no search to close
 DWORD GetModuleFileNameW(HMODULE module, wchar_t* path, DWORD capacity);
 BOOL GetModuleHandleExW(DWORD flags, const wchar_t* nameOrAddress, HMODULE* module);
 
+DWORD GetCurrentDirectoryW(DWORD capacity, wchar_t* directory);
 DWORD GetEnvironmentVariableW(const wchar_t* name, wchar_t* value, DWORD capacity);
 BOOL SetEnvironmentVariableW(const wchar_t* name, const wchar_t* value);
 DWORD ExpandEnvironmentStringsW(const wchar_t* text, wchar_t* out, DWORD capacity);

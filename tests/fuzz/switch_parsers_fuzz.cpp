@@ -1,0 +1,92 @@
+// Whole command lines through the parsers of the three programs: whatever the line, what they answer hangs
+// together, copies are alike and live alone, and the two servers' parsers agree.
+// The input is the line.
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "cmdline/main_switch_parser.h"
+#include "cmdline/server_switch_parsers.h"
+#include "tests/fuzz/input.h"
+
+namespace {
+
+using fuzz::Expect;
+
+// Absent and empty differ.
+std::wstring Shown(const wchar_t* text) {
+    return text ? L'"' + std::wstring(text) + L'"' : L"-";
+}
+
+std::wstring TextsOf(const QuilletCmdSwitchParser& parser) {
+    std::wstring texts;
+    for (const wchar_t* const text :
+         {parser.GetTplPath(), parser.GetAnswerFile(), parser.GetNewAnswerFile(), parser.GetOutputFile(),
+          parser.GetLibrary(), parser.GetQLIFile(), parser.GetQLAFile(), parser.GetInstallationFile(),
+          parser.GetDefAnsFile(), parser.GetOutputPluginTokenId(), parser.GetClauseName(), parser.GetTray(),
+          parser.GetPageSize(), parser.GetDescription(), parser.GetPathDescription(),
+          parser.GetTypeDescription(), parser.GetNameDescription(), parser.GetEditFile()}) {
+        texts += Shown(text);
+    }
+    return texts;
+}
+
+std::wstring TextsOf(const ServerCmdSwitches& parser) {
+    return Shown(parser.GetFileName()) + Shown(parser.GetTray()) + Shown(parser.GetPageSize());
+}
+
+bool IsOneWord(const wchar_t* text) {
+    return !text || std::wstring(text).find(L' ') == std::wstring::npos;
+}
+
+template <class Parser>
+void ExpectWhole(const Parser& parser) {
+    Expect(IsOneWord(parser.GetTray()) && IsOneWord(parser.GetPageSize()));
+    Expect(parser.GetPrintCopies() >= 0);
+}
+
+template <class Parser>
+void ExpectOwnTexts(std::unique_ptr<Parser> parser) {
+    const std::wstring texts = TextsOf(*parser);
+    const Parser constructed(*parser);
+    Parser assigned(L"/pt=x /ps=y /desc=z");
+    assigned = *parser;
+    parser.reset();
+    Expect(TextsOf(constructed) == texts && TextsOf(assigned) == texts);
+}
+
+void CheckMain(const wchar_t* line) {
+    auto parser = std::make_unique<QuilletCmdSwitchParser>(line);
+    ExpectWhole(*parser);
+    const LibMode mode = parser->GetLibMode();
+    Expect(mode >= LIBMODE_NONE && mode <= LIBMODE_SHOWN);
+    Expect(!parser->IsLockLib() || parser->IsLibraryVisible());
+    Expect(parser->IsSaveAnswers() || !parser->IsSaveAnswersPrompt());
+    Expect(parser->IsOverlay() == (parser->GetOverlayFiles().NumEntries() == 1));
+    const std::wstring texts = TextsOf(*parser);
+    parser->ParseSwitches(L"");
+    Expect(TextsOf(*parser) == texts && parser->GetLibMode() == mode && !parser->IsModelDocument());
+    ExpectOwnTexts(std::move(parser));
+    ExpectWhole(QuilletCmdSwitchParser(QLCmdLine(line)));
+}
+
+void CheckServers(const wchar_t* line) {
+    auto filler = std::make_unique<FillerCmdSwitchParser>(line);
+    ExpectWhole(*filler);
+    const AutomatorCmdSwitchParser automator(line);
+    Expect(TextsOf(*filler) == TextsOf(automator) && filler->IsPrint() == automator.IsPrint());
+    const QuilletCmdSwitchParser main(line);
+    Expect(filler->GetPrintCopies() == main.GetPrintCopies());
+    ExpectOwnTexts(std::move(filler));
+    ExpectWhole(FillerCmdSwitchParser(QLCmdLine(line)));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::wstring line = fuzz::TextOf(data, size);
+    CheckMain(line.c_str());
+    CheckServers(line.c_str());
+    return 0;
+}
