@@ -26,7 +26,6 @@ constexpr std::int32_t kNoZipFunction = 6;
 constexpr std::int32_t kUsualFactor = 5;
 
 // --- Loading
-// ---------------------------------------------------------------------------------------------------------
 
 std::wstring InProgramDirectory(const wchar_t* dll) {
     std::wstring path = CQlDir::GetDirectory(ProgramDirectory).str();
@@ -63,7 +62,6 @@ int EnsureEngine(HMODULE& module, Proc& proc, const wchar_t* dll, const char* en
 }
 
 // --- Names
-// -----------------------------------------------------------------------------------------------------------
 
 int Narrow(std::wstring_view text, char* into, int size, BOOL* lossy) {
     // UTF-8 as the ANSI code page has its own way to say that it cannot.
@@ -91,7 +89,6 @@ std::string Quoted(const std::string& name) {
 }
 
 // --- Records
-// ---------------------------------------------------------------------------------------------------------
 
 ZIPCMDSTRUCT ZipCommand(ZipFunction function, const std::string& zipFile, const std::string& items) {
     ZIPCMDSTRUCT command;
@@ -137,7 +134,6 @@ std::int64_t TimeOf(const ZIPINFO& info) {
 }
 
 // --- Messages
-// --------------------------------------------------------------------------------------------------------
 
 struct Message {
     int code;

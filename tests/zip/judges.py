@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Holds the zip engines against programs that are not ours, in both directions, and kills them at random moments.
 
-usage: judges.py HOST.EXE RESULTS.xml
+usage: judges.py HOST.EXE QLUTIL.exe RESULTS.xml
 """
+import json
 import os
 import pathlib
 import random
@@ -19,7 +20,7 @@ import xml.etree.ElementTree as ElementTree
 import zipfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-HOST = pathlib.Path(sys.argv[1]).resolve() if len(sys.argv) > 1 else None
+HOST, QLUTIL = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
 RANDOM_BYTES = random.Random(7).randbytes(300_000)
 
 TREE = {
@@ -37,16 +38,21 @@ def windows_path(path):
     return "Z:" + str(path).replace("/", "\\")
 
 
-def start(*arguments, **options):
-    return subprocess.Popen([ROOT / "scripts" / "wine", HOST, *map(str, arguments)], stdout=subprocess.PIPE,
+def start(*arguments, program=HOST, **options):
+    return subprocess.Popen([ROOT / "scripts" / "wine", program, *map(str, arguments)], stdout=subprocess.PIPE,
                             stdin=subprocess.DEVNULL, **options)
 
 
 def host(*arguments):
-    """The engine's code, and what it printed (ANSI)."""
+    """The engine's code."""
     process = start(*arguments)
-    output = process.communicate(timeout=60)[0]
-    return process.returncode, output
+    process.communicate(timeout=60)
+    return process.returncode
+
+
+def qlutil(*arguments):
+    process = start("--json", "zip", *arguments, program=QLUTIL)
+    return json.loads(process.communicate(timeout=60)[0])
 
 
 def member_name(info):
@@ -128,7 +134,7 @@ class InFolder(unittest.TestCase):
 
     def extract(self, archive, to, *more):
         return host("unzip", "function=8", f"archive={windows_path(archive)}", "pattern=*", "recurse=1",
-                    f"to={windows_path(to)}", *more)[0]
+                    f"to={windows_path(to)}", *more)
 
 
 class MadeHere(InFolder):
@@ -160,9 +166,9 @@ class MadeHere(InFolder):
             with self.subTest(name):
                 archive = self.folder / f"{name}.zip".replace("'", "")
                 maker(archive, self.tree)
-                self.assertEqual(host("zip", "function=2", f"archive={windows_path(archive)}", "items=one.txt")[0], 0)
+                self.assertEqual(host("zip", "function=2", f"archive={windows_path(archive)}", "items=one.txt"), 0)
                 self.assertEqual(host("zip", "function=4", f"archive={windows_path(archive)}", "nofolders=1",
-                                      f"items={windows_path(self.tree / 'sub' / 'note.txt')}")[0], 0)
+                                      f"items={windows_path(self.tree / 'sub' / 'note.txt')}"), 0)
                 run("unzip", "-tqq", archive)
                 run("7z", "t", "-bd", archive)
                 with zipfile.ZipFile(archive) as read:
@@ -184,23 +190,17 @@ class MadeElsewhere(InFolder):
             with self.subTest(name):
                 archive = self.folder / f"{name}.zip".replace("'", "")
                 maker(archive, self.tree)
-                code, output = host("list", windows_path(archive))
-                self.assertEqual(code, 0)
-                listed = {}
-                for line in output.decode("cp1252").splitlines():
-                    name, size, packed, crc, date, _ = line.split("\t")
-                    listed[name] = (int(size), int(packed), int(crc, 16), date)
+                listed = {row["name"]: (row["size"], row["compressedSize"], row["crc"], row["date"])
+                          for row in qlutil("list", windows_path(archive))}
                 with zipfile.ZipFile(archive) as read:
                     expected = {member_name(info): (info.file_size, info.compress_size, info.CRC,
-                                                "%02d/%02d/%02d %02d:%02d:%02d" % (
-                                                    info.date_time[1], info.date_time[2], info.date_time[0] % 100,
-                                                    *info.date_time[3:])) for info in read.infolist()}
+                                                    "%04d-%02d-%02d %02d:%02d:%02d" % info.date_time)
+                                for info in read.infolist()}
                 self.assertEqual(listed, expected)
 
     def test_comment_is_read(self):
         with_zipfile(self.archive, self.tree)
-        code, output = host("unzip", "function=6", f"archive={windows_path(self.archive)}")
-        self.assertEqual((code, output.splitlines()), (0, [b"14", b"made elsewhere"]))
+        self.assertEqual(qlutil("comment", windows_path(self.archive)), {"comment": "made elsewhere"})
 
 
 class Killed(InFolder):
@@ -280,7 +280,7 @@ class Results(unittest.TextTestResult):
 def main():
     runner = unittest.TextTestRunner(resultclass=Results, verbosity=2)
     results = runner.run(unittest.defaultTestLoader.loadTestsFromModule(sys.modules["__main__"]))
-    results.write(os.path.abspath(sys.argv[2]))
+    results.write(os.path.abspath(sys.argv[3]))
     return 0 if results.wasSuccessful() else 1
 
 

@@ -37,6 +37,7 @@ std::span<const Command> ValueCommands();
 std::span<const Command> FileCommands();
 std::span<const Command> ProcessorCommands();
 std::span<const Command> SwitchCommands();
+std::span<const Command> ZipCommands();
 
 struct CommandMatch {
     const Command* command;  // null when no command has that name

@@ -38,6 +38,10 @@ bool WriteAll(const std::wstring& path, std::string_view bytes) {
     return std::fclose(file.release()) == 0;
 }
 
+std::FILE* FileOf(Stream stream) {
+    return stream == Stream::kOutput ? stdout : stderr;
+}
+
 }  // namespace
 
 std::optional<std::wstring> ReadTextFile(std::wstring_view path, std::wstring& why) {
@@ -73,9 +77,13 @@ bool WriteTextFile(std::wstring_view path, std::wstring_view text, std::wstring&
     return false;
 }
 
+bool IsTerminal(Stream stream) {
+    return ::_isatty(::_fileno(FileOf(stream))) != 0;
+}
+
 bool WriteToStream(Stream stream, std::wstring_view text) {
-    std::FILE* const file = stream == Stream::kOutput ? stdout : stderr;
-    if (::_isatty(::_fileno(file))) {
+    std::FILE* const file = FileOf(stream);
+    if (IsTerminal(stream)) {
         ::_setmode(::_fileno(file), _O_U8TEXT);
         return std::fputws(std::wstring(text).c_str(), file) >= 0 && std::fflush(file) == 0;
     }

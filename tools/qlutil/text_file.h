@@ -15,3 +15,4 @@ bool WriteTextFile(std::wstring_view path, std::wstring_view text, std::wstring&
 // Writes UTF-8 to standard output or standard error, to a console as the text it is.
 enum class Stream { kOutput, kError };
 bool WriteToStream(Stream stream, std::wstring_view text);
+bool IsTerminal(Stream stream);

@@ -15,8 +15,12 @@ struct StatusCall {
 // Tells the caller how far an item and the whole call are; an answer other than 0 throws kCancelled.
 class CallProgress {
   public:
-    CallProgress(StatusCall minor, StatusCall major, std::uint64_t total)
-        : minor_(minor), major_(major), total_(total) {}
+    // Either engine's record has the caller's two procedures.
+    template <class Command>
+    CallProgress(const Command& command, std::uint64_t total)
+        : minor_{command.lpMinorStatus, command.lpMinorUserData},
+          major_{command.lpMajorStatus, command.lpMajorUserData},
+          total_(total) {}
 
     void Begin(const std::string& ansiName, std::uint64_t size);
     // Bytes of the item so far.

@@ -37,7 +37,7 @@ std::string NameInArchive(const std::wstring& path, bool dropFolders) {
 
 void ForEachInFolder(const std::wstring& folder, const std::function<void(const WIN32_FIND_DATAW&)>& use) {
     WIN32_FIND_DATAW found;
-    const UniqueFind find(::FindFirstFileW((folder + L"*").c_str(), &found));
+    const UniqueFindHandle find(::FindFirstFileW((folder + L"*").c_str(), &found));
     if (!find) return;
     do {
         const std::wstring_view name = found.cFileName;
@@ -94,7 +94,7 @@ class Finder {
 
     void FindOne(const std::wstring& folder, const std::wstring& item) {
         WIN32_FIND_DATAW found;
-        const UniqueFind find(::FindFirstFileW(item.c_str(), &found));
+        const UniqueFindHandle find(::FindFirstFileW(item.c_str(), &found));
         Require(static_cast<bool>(find), Result::kSourceMissing);
         if (!IsFolder(found)) return Add(folder, found);
         AddFolder(folder, found);

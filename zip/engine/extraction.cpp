@@ -48,8 +48,7 @@ Extraction::Extraction(const UNZIPCMDSTRUCT& command, InputFile& file, const Arc
       members_(members),
       destination_(DestinationOf(command)),
       reader_(file, archive),
-      progress_({command.lpMinorStatus, command.lpMinorUserData},
-                {command.lpMajorStatus, command.lpMajorUserData}, TotalSize(members)) {}
+      progress_(command, TotalSize(members)) {}
 
 void Extraction::Run() {
     for (const Entry* entry : members_) {

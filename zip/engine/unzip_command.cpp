@@ -117,8 +117,7 @@ void ExtractToMemory(OpenArchive& open, UNZIPCMDSTRUCT& command) {
     const std::uint64_t first = static_cast<std::uint64_t>(command.lStartingOffset);
     const std::uint64_t end = first + static_cast<std::uint64_t>(command.lMemBlockSize);
     auto* block = static_cast<std::uint8_t*>(command.lpMemBlock);
-    CallProgress progress({command.lpMinorStatus, command.lpMinorUserData},
-                          {command.lpMajorStatus, command.lpMajorUserData}, entry.size);
+    CallProgress progress(command, entry.size);
     progress.Begin(AnsiFromUtf8(entry.name), entry.size);
     std::uint64_t done = 0;
     EntryReader(open.window, open.archive).Read(entry, [&](const std::uint8_t* data, std::size_t size) {

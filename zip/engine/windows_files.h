@@ -11,20 +11,6 @@
 
 namespace ql::zip {
 
-struct FileHandleTraits {
-    using Handle = HANDLE;
-    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle handle) noexcept { ::CloseHandle(handle); }
-};
-using UniqueFile = UniqueHandle<FileHandleTraits>;
-
-struct FindTraits {
-    using Handle = HANDLE;
-    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle handle) noexcept { ::FindClose(handle); }
-};
-using UniqueFind = UniqueHandle<FindTraits>;
-
 // Tells files apart, and a file from what it was before a change: volume, place on it, size, time of change.
 using FileIdentity = std::array<std::uint64_t, 4>;
 
@@ -38,7 +24,7 @@ class WindowsInput final : public InputFile {
     std::size_t ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) override;
 
   private:
-    UniqueFile file_;
+    UniqueFileHandle file_;
 };
 
 // A file that is there only once it is complete: what is not committed is removed.
@@ -66,7 +52,7 @@ class PendingFile final : public OutputFile {
     PendingFile(std::wstring path, std::wstring finalPath, DWORD disposition);
 
     std::wstring path_, finalPath_;
-    UniqueFile file_;
+    UniqueFileHandle file_;
     bool pending_ = true;
 };
 

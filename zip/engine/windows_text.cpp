@@ -45,6 +45,8 @@ std::string Utf8FromWide(std::wstring_view text) {
     return Narrow(CP_UTF8, 0, text);
 }
 std::string AnsiFromUtf8(std::string_view text) {
+    // There is nothing to leave out then, and the system refuses the flag.
+    if (::GetACP() == CP_UTF8) return std::string(text);
     return Narrow(CP_ACP, WC_NO_BEST_FIT_CHARS, WithoutPairs(text));
 }
 

@@ -6,6 +6,7 @@
 #include "zip/engine/call_progress.h"
 #include "zip/engine/disk_items.h"
 #include "zip/engine/entry_name.h"
+#include "zip/engine/item_filter.h"
 #include "zip/engine/item_list.h"
 #include "zip/engine/name_encoding.h"
 #include "zip/engine/windows_text.h"
@@ -15,12 +16,12 @@ namespace {
 
 constexpr std::uint32_t kArchiveAttribute = FILE_ATTRIBUTE_ARCHIVE;
 
-std::vector<std::string> Items(const char* list) {
-    return SplitItems(Utf8FromAnsi(list));
+std::vector<std::string> Items(const ZIPCMDSTRUCT& command) {
+    return SplitItems(Utf8FromAnsi(command.lpszItemList));
 }
 
 bool IsCommentAlone(const ZIPCMDSTRUCT& command) {
-    return command.addCommentFlag && command.function == ZIP_ADD && Items(command.lpszItemList).empty();
+    return command.addCommentFlag && command.function == ZIP_ADD && Items(command).empty();
 }
 
 std::optional<std::string> NewComment(const ZIPCMDSTRUCT& command) {
@@ -39,58 +40,6 @@ void RefuseWhatIsNotOffered(const ZIPCMDSTRUCT& command) {
     Require(command.compFactor >= 0 && command.compFactor <= 9, Result::kBadRequest);
     Require(command.lpszZIPFile && *command.lpszZIPFile, Result::kMissing);
 }
-
-// "MM/DD/YY"; years from 80 on are of the last century.
-DosTime ParseDate(const char* text) {
-    const std::string_view date = text ? text : "";
-    Require(date.size() == 8 && date[2] == '/' && date[5] == '/', Result::kBadRequest);
-    const auto number = [&](std::size_t at) {
-        const char tens = date[at], ones = date[at + 1];
-        Require(tens >= '0' && tens <= '9' && ones >= '0' && ones <= '9', Result::kBadRequest);
-        return (tens - '0') * 10 + (ones - '0');
-    };
-    const int month = number(0), day = number(3), year = number(6);
-    Require(month >= 1 && month <= 12 && day >= 1 && day <= 31, Result::kBadRequest);
-    return ToDosTime({year < 80 ? 2000 + year : 1900 + year, month, day, 0, 0, 0});
-}
-
-// Which of the found files the record lets in.
-class ItemFilter {
-  public:
-    explicit ItemFilter(const ZIPCMDSTRUCT& command) {
-        if (command.includeOnlyFollowingFlag) only_.emplace(Items(command.lpszIncludeFollowing), true);
-        if (command.excludeFollowingFlag) without_.emplace(Items(command.lpszExcludeFollowing), true);
-        if (command.afterDateFlag) since_ = ParseDate(command.lpszDate);
-    }
-    bool Admits(const DiskItem& item) const {
-        return item.time >= since_ && (!only_ || only_->Match(item.name)) &&
-               !(without_ && without_->Match(item.name));
-    }
-
-  private:
-    std::optional<NamePatterns> only_, without_;
-    DosTime since_ = 0;
-};
-
-// Names that end in one of these are stored: suffixes with or without their dots, between any of " ,;:".
-class StoredSuffixes {
-  public:
-    explicit StoredSuffixes(const ZIPCMDSTRUCT& command) {
-        if (!command.dontCompressTheseSuffixesFlag) return;
-        std::string list = Utf8FromAnsi(command.lpszStoreSuffixes);
-        std::replace_if(
-            list.begin(), list.end(), [](char c) { return c == ',' || c == ';' || c == ':'; }, ' ');
-        for (const std::string& suffix : SplitItems(list))
-            suffixes_.push_back(Folded(suffix.front() == '.' ? suffix : "." + suffix));
-    }
-    bool Cover(const DiskItem& item) const {
-        return std::any_of(suffixes_.begin(), suffixes_.end(),
-                           [&](const std::u32string& suffix) { return item.folded.ends_with(suffix); });
-    }
-
-  private:
-    std::vector<std::u32string> suffixes_;
-};
 
 bool Wants(std::int32_t function, const DiskItem& item, const Entry* former) {
     if (function == ZIP_ADD) return !former || !item.IsFolder();
@@ -112,7 +61,7 @@ void LeaveOut(std::vector<DiskItem>& items, const std::wstring& archive) {
 
 std::vector<DiskItem> FindItems(const ZIPCMDSTRUCT& command) {
     std::vector<std::wstring> names;
-    for (const std::string& name : Items(command.lpszItemList)) names.push_back(WideFromUtf8(name));
+    for (const std::string& name : Items(command)) names.push_back(WideFromUtf8(name));
     const ItemSearch search{command.recurseFlag != 0, command.noDirectoryNamesFlag != 0,
                             command.noDirectoryEntriesFlag == 0, command.includeSysHiddenFlag != 0};
     std::vector<DiskItem> items = FindDiskItems(names, search);
@@ -171,10 +120,9 @@ void AddFiles(const ZIPCMDSTRUCT& command) {
     Require(!items.empty() || comment, Result::kNothingToDo);
     change.CopyKept();
     const StoredSuffixes stored(command);
-    CallProgress progress({command.lpMinorStatus, command.lpMinorUserData},
-                          {command.lpMajorStatus, command.lpMajorUserData}, TotalSize(items));
+    CallProgress progress(command, TotalSize(items));
     for (const DiskItem& item : items) {
-        const bool stores = item.IsFolder() || stored.Cover(item);
+        const bool stores = item.IsFolder() || stored.Cover(item.folded);
         AddItem(change.Writer(), item, stores ? 0 : command.compFactor, progress);
     }
     change.Commit(comment, LatestTime(command, change, items));
@@ -183,7 +131,7 @@ void AddFiles(const ZIPCMDSTRUCT& command) {
 
 void DeleteMembers(const ZIPCMDSTRUCT& command) {
     ArchiveChange change(WideFromAnsi(command.lpszZIPFile), true);
-    const NamePatterns patterns(Items(command.lpszItemList), command.recurseFlag != 0);
+    const NamePatterns patterns(Items(command), command.recurseFlag != 0);
     bool any = false;
     for (const Entry& entry : change.Entries()) {
         if (!patterns.Match(entry.name)) continue;
@@ -203,7 +151,7 @@ void SetCommentAlone(const ZIPCMDSTRUCT& command) {
 }
 
 void AddMemory(const ZIPCMDSTRUCT& command) {
-    const std::vector<std::string> names = Items(command.lpszItemList);
+    const std::vector<std::string> names = Items(command);
     Require(names.size() == 1 && IsSafeEntryName(names[0]), Result::kBadRequest);
     Require(command.lMemBlockSize >= 0 && (command.lpMemBlock || command.lMemBlockSize == 0),
             Result::kBadRequest);
@@ -213,8 +161,7 @@ void AddMemory(const ZIPCMDSTRUCT& command) {
     change.CopyKept();
     const auto size = static_cast<std::size_t>(command.lMemBlockSize);
     MemoryInput source(static_cast<const std::uint8_t*>(command.lpMemBlock), size);
-    CallProgress progress({command.lpMinorStatus, command.lpMinorUserData},
-                          {command.lpMajorStatus, command.lpMajorUserData}, size);
+    CallProgress progress(command, size);
     progress.Begin(AnsiFromUtf8(entry.name), size);
     change.Writer().Add(entry, source, [&](std::uint64_t done) { progress.Reach(done); });
     change.Commit(NewComment(command), std::nullopt);
