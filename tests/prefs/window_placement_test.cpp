@@ -108,17 +108,20 @@ TEST(FitRect, MovesIntoTheAreaAndKeepsTheSize) {
     }
 }
 
-// A window of the test's own.
+// A window of the tests' own, back at its first place for each. It ends with the process: without a window
+// manager the system would wait two seconds for each that is destroyed.
 class Window {
   public:
     explicit Window(DWORD style)
-        : handle_(::CreateWindowExW(0, L"Static", L"placement", style, 100, 120, 300, 200, nullptr, nullptr,
-                                    nullptr, nullptr)) {
+        : handle_(::CreateWindowExW(0, L"Static", L"placement", style, 0, 0, 0, 0, nullptr, nullptr, nullptr,
+                                    nullptr)) {
         EXPECT_NE(nullptr, handle_);
     }
-    ~Window() { ::DestroyWindow(handle_); }
-    Window(const Window&) = delete;
-    Window& operator=(const Window&) = delete;
+    const Window& AtFirstPlace() const {
+        const WINDOWPLACEMENT first = {44, 0, SW_SHOWNORMAL, {-1, -1}, {-1, -1}, {100, 120, 400, 320}};
+        EXPECT_TRUE(::SetWindowPlacement(handle_, &first));
+        return *this;
+    }
 
     HWND get() const { return handle_; }
     RECT Rect() const {
@@ -131,8 +134,18 @@ class Window {
     HWND handle_;
 };
 
-constexpr DWORD kSizable = WS_OVERLAPPEDWINDOW | WS_VISIBLE;
-constexpr DWORD kFixed = (WS_OVERLAPPEDWINDOW & ~(WS_THICKFRAME | WS_MAXIMIZEBOX)) | WS_VISIBLE;
+const Window& Sizable() {
+    static const Window window(WS_OVERLAPPEDWINDOW);
+    return window.AtFirstPlace();
+}
+const Window& AnotherSizable() {
+    static const Window window(WS_OVERLAPPEDWINDOW);
+    return window.AtFirstPlace();
+}
+const Window& Fixed() {
+    static const Window window(WS_OVERLAPPEDWINDOW & ~(WS_THICKFRAME | WS_MAXIMIZEBOX));
+    return window.AtFirstPlace();
+}
 
 class WindowPlacement : public testing::Test {
   protected:
@@ -149,7 +162,7 @@ class WindowPlacement : public testing::Test {
 };
 
 TEST_F(WindowPlacement, OfARestoredWindowIsWhatTheTextSays) {
-    const Window window(kSizable);
+    const Window& window = Sizable();
     Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300");
     EXPECT_TRUE(Restore(window));
     EXPECT_TRUE((RECT{10, 10, 400, 300} == window.Rect()));
@@ -157,12 +170,12 @@ TEST_F(WindowPlacement, OfARestoredWindowIsWhatTheTextSays) {
 }
 
 TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
-    const Window window(kSizable);
+    const Window& window = Sizable();
     Save(window);
     EXPECT_TRUE(Stored().view().starts_with(L"44, 0, 1, ")) << Stored().str();
     EXPECT_TRUE(Stored().view().ends_with(L", 100, 120, 400, 320")) << Stored().str();
     ::MoveWindow(window.get(), 300, 310, 500, 400, TRUE);
-    const Window another(kSizable);
+    const Window& another = AnotherSizable();
     for (const Window* const w : {&window, &another}) {
         EXPECT_TRUE(Restore(*w));
         EXPECT_TRUE((RECT{100, 120, 400, 320} == w->Rect()));
@@ -170,10 +183,10 @@ TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
 }
 
 TEST_F(WindowPlacement, OfAMaximisedWindowIsMaximised) {
-    const Window window(kSizable);
+    const Window& window = Sizable();
     ::ShowWindow(window.get(), SW_MAXIMIZE);
     Save(window);
-    const Window another(kSizable);
+    const Window& another = AnotherSizable();
     EXPECT_TRUE(Restore(another));
     EXPECT_TRUE(::IsZoomed(another.get()));
     ::ShowWindow(another.get(), SW_RESTORE);
@@ -182,11 +195,11 @@ TEST_F(WindowPlacement, OfAMaximisedWindowIsMaximised) {
 
 TEST_F(WindowPlacement, OfAMinimisedWindowComesBackAsItWasBefore) {
     for (const int before : {SW_SHOWNORMAL, SW_MAXIMIZE}) {
-        const Window window(kSizable);
+        const Window& window = Sizable();
         ::ShowWindow(window.get(), before);
         ::ShowWindow(window.get(), SW_MINIMIZE);
         Save(window);
-        const Window another(kSizable);
+        const Window& another = AnotherSizable();
         EXPECT_TRUE(Restore(another)) << Stored().str();
         EXPECT_FALSE(::IsIconic(another.get()));
         EXPECT_EQ(before == SW_MAXIMIZE, ::IsZoomed(another.get()) != FALSE);
@@ -194,7 +207,7 @@ TEST_F(WindowPlacement, OfAMinimisedWindowComesBackAsItWasBefore) {
 }
 
 TEST_F(WindowPlacement, OfAFixedWindowMovesItsCornerOnly) {
-    const Window window(kFixed);
+    const Window& window = Fixed();
     for (const wchar_t* text :
          {L"44, 0, 1, -1, -1, -1, -1, 10, 20, 400, 300", L"44, 0, 3, -1, -1, -1, -1, 10, 20, 110, 120"}) {
         Put(text);
@@ -207,14 +220,14 @@ TEST_F(WindowPlacement, OfAFixedWindowMovesItsCornerOnly) {
 TEST_F(WindowPlacement, OffTheScreenIsMovedIntoTheWorkArea) {
     RECT area = {};
     ASSERT_TRUE(::SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0));
-    const Window window(kSizable);
+    const Window& window = Sizable();
     Put(L"44, 0, 1, -1, -1, -1, -1, 90000, -90000, 90390, -89710");
     EXPECT_TRUE(Restore(window));
     EXPECT_TRUE((RECT{area.right - 391, area.top, area.right - 1, area.top + 290} == window.Rect()));
 }
 
 TEST_F(WindowPlacement, ThatMakesNoSenseIsRefused) {
-    const Window window(kSizable);
+    const Window& window = Sizable();
     const RECT before = window.Rect();
     EXPECT_FALSE(Restore(window)) << "nothing stored";
     for (const wchar_t* text :
