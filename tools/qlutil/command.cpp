@@ -18,7 +18,7 @@ const std::vector<const Command*>& AllCommands() {
         std::vector<const Command*> commands;
         for (const auto& family :
              {SessionCommands(), NameCommands(), TextCommands(), JsonCommands(), PreferenceCommands(),
-              DirectoryCommands(), LogCommands(), ValueCommands()}) {
+              DirectoryCommands(), LogCommands(), ValueCommands(), DisplayCommands(), KeyCommands()}) {
             for (const Command& command : family) commands.push_back(&command);
         }
         return commands;

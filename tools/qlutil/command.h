@@ -34,6 +34,8 @@ std::span<const Command> PreferenceCommands();
 std::span<const Command> DirectoryCommands();
 std::span<const Command> LogCommands();
 std::span<const Command> ValueCommands();
+std::span<const Command> DisplayCommands();
+std::span<const Command> KeyCommands();
 
 struct CommandMatch {
     const Command* command;  // null when no command has that name
