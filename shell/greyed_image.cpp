@@ -63,13 +63,18 @@ class Picture {
     HBITMAP get() const noexcept { return bitmap_.get(); }
     HBITMAP release() noexcept { return bitmap_.release(); }
 
-    // As many rows of the bitmap as the picture has, counted from the bottom, from the given one on.
-    bool Read(HBITMAP bitmap, int firstRow = 0) {
-        if (!bitmap_) return false;
-        BITMAPINFO format = Format({size_.width, firstRow + size_.height});
+    // The pixels of a bitmap of the same size.
+    bool Read(HBITMAP bitmap) {
+        BITMAPINFO format = Format(size_);
         const UniqueMemoryDc dc(::CreateCompatibleDC(nullptr));
-        return ::GetDIBits(dc.get(), bitmap, static_cast<UINT>(firstRow), static_cast<UINT>(size_.height),
-                           bits_, &format, DIB_RGB_COLORS) == size_.height;
+        return bits_ && ::GetDIBits(dc.get(), bitmap, 0, static_cast<UINT>(size_.height), bits_, &format,
+                                    DIB_RGB_COLORS) == size_.height;
+    }
+
+    // The rows of another picture of the same width from the given one on, counted from the bottom.
+    bool ReadRows(const Picture& other, int firstRow) {
+        if (bits_) std::copy_n(other.Row(firstRow), static_cast<std::size_t>(size_.height) * Stride(), bits_);
+        return bits_ != nullptr;
     }
 
     void Grey() {
@@ -109,21 +114,17 @@ class Picture {
     std::uint8_t* bits_ = nullptr;  // the bitmap's
 };
 
-// What an icon is made of. One without colours has two pictures in its mask: the mask proper above, black and
-// white below.
+// The system's description of an icon, its bitmaps owned.
 struct IconParts {
     explicit IconParts(HICON icon) {
         if (!icon || !::GetIconInfo(icon, &info)) return;
         mask.reset(info.hbmMask);
         colors.reset(info.hbmColor);
-        size = SizeOf(mask.get());
-        if (size && !colors) size->height /= 2;
     }
 
     ICONINFO info = {};
     UniqueBitmap mask;
     UniqueBitmap colors;
-    std::optional<Size> size;  // none when it is no icon
 };
 
 }  // namespace
@@ -137,14 +138,18 @@ HBITMAP CreateGreyedBitmap(HBITMAP bitmap) {
     return picture.release();
 }
 
+// An icon without colours has black and white below the mask proper, in the same bitmap.
 HICON CreateGreyedIcon(HICON icon) {
     IconParts parts(icon);
-    if (!parts.size) return nullptr;
-    Picture mask(*parts.size);
-    Picture colors(*parts.size);
-    const HBITMAP colorSource = parts.colors ? parts.colors.get() : parts.mask.get();
-    const int maskRow = parts.colors ? 0 : parts.size->height;
-    if (!mask.Read(parts.mask.get(), maskRow) || !colors.Read(colorSource)) return nullptr;
+    const std::optional<Size> maskSize = SizeOf(parts.mask.get());
+    if (!maskSize) return nullptr;
+    Picture halves(*maskSize);
+    const Size size = {maskSize->width, parts.colors ? maskSize->height : maskSize->height / 2};
+    Picture mask(size);
+    Picture colors(size);
+    if (!halves.Read(parts.mask.get()) || !mask.ReadRows(halves, maskSize->height - size.height))
+        return nullptr;
+    if (!(parts.colors ? colors.Read(parts.colors.get()) : colors.ReadRows(halves, 0))) return nullptr;
     colors.Grey();
     colors.BlackenWhereSet(mask);
     const UniqueBitmap monochrome = mask.Monochrome();
