@@ -7,6 +7,7 @@
 
 #include "platform/message_box.h"
 #include "platform/win32.h"
+#include "text/characters.h"
 
 namespace {
 
@@ -135,11 +136,17 @@ class FolderDialog {
     void Open(HWND window) {
         window_ = window;
         if (!title_.isNull()) ::SetWindowTextW(window, title_.data());
-        if (!start_.empty())
-            ::SendMessageW(window, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(start_.c_str()));
+        SelectStart();
         if (!::SetPropW(window, kSelfProperty, this)) return;
         systemProcedure_ = reinterpret_cast<WNDPROC>(
             ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&OnMessage)));
+    }
+
+    // The tree is not sure to find a folder at the first asking: it lists folders only as they are opened.
+    void SelectStart() {
+        constexpr int kTries = 3;
+        for (int i = 0; i < kTries && !ql::EqualIgnoringCase(selected_, start_); ++i)
+            ::SendMessageW(window_, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(start_.c_str()));
     }
 
     // What the user means: a text typed since the last selection, else the selection.
@@ -160,7 +167,7 @@ class FolderDialog {
             folder_ = meant;
             return true;
         }
-        ql::ShowErrorBox(TextOf(window_).c_str(), why.data());
+        if (!why.isNull()) ql::ShowErrorBox(TextOf(window_).c_str(), why.data());
         return false;
     }
 

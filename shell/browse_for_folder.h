@@ -39,7 +39,8 @@ class QL_API CBrowseForFolder {
     const RWWString& GetFolder() const noexcept { return folder_; }
 
   protected:
-    // Whether the user may pick this existing folder; if not, why, for the user to read. Accepts all.
+    // Whether the user may pick this existing folder; if not, why, for the user to read: nothing is shown when
+    // it stays empty. Accepts all.
     virtual bool Validate(const RWWString& folder, RWWString& why);
 
   private:
