@@ -16,9 +16,9 @@ constexpr std::wstring_view kGeneralUsage =
 const std::vector<const Command*>& AllCommands() {
     static const std::vector<const Command*> all = [] {
         std::vector<const Command*> commands;
-        for (const auto& family :
-             {SessionCommands(), NameCommands(), TextCommands(), JsonCommands(), PreferenceCommands(),
-              DirectoryCommands(), LogCommands(), ValueCommands(), DisplayCommands(), KeyCommands()}) {
+        for (const auto& family : {SessionCommands(), NameCommands(), TextCommands(), JsonCommands(),
+                                   PreferenceCommands(), DirectoryCommands(), LogCommands(), ValueCommands(),
+                                   DisplayCommands(), KeyCommands(), ShellCommands()}) {
             for (const Command& command : family) commands.push_back(&command);
         }
         return commands;

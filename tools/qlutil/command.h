@@ -36,6 +36,7 @@ std::span<const Command> LogCommands();
 std::span<const Command> ValueCommands();
 std::span<const Command> DisplayCommands();
 std::span<const Command> KeyCommands();
+std::span<const Command> ShellCommands();
 
 struct CommandMatch {
     const Command* command;  // null when no command has that name
