@@ -10,6 +10,7 @@ add_subdirectory(prefs)
 add_subdirectory(textproc)
 add_subdirectory(cmdline)
 add_subdirectory(zip)
+add_subdirectory(shell)
 
 get_property(QL_SOURCES GLOBAL PROPERTY QL_SOURCES)
 get_property(QL_PUBLIC_HEADERS GLOBAL PROPERTY QL_PUBLIC_HEADERS)

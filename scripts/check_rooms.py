@@ -29,6 +29,7 @@ BELOW = {
     "textproc": PREFS,
     "files": PREFS + ["textproc"],
     "cmdline": PREFS + ["textproc", "files", "cmdline/command_switches"],
+    "shell": PREFS + ["shell"],
     "zip/zip_records": [],
     "zip/engine": ["platform", "zip/zip_records"],
     "zip": PREFS + ["zip/zip_records"],

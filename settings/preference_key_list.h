@@ -524,7 +524,7 @@
     DERIVED(QLIE_CONTACT, L"Contact")                                                                      \
     DERIVED(QLIE_STYLESHEET_DIR, L"Stylesheet Files")                                                      \
     DERIVED(QLIE_IMAGE_DIR, L"Image Files")                                                                \
-    DERIVED(QLIE_FORMS_SEND_PDFS_TO_ACROBAT, L"Forms Send Pdfs To Acrobat")                                \
+    DERIVED(QLIE_FORMS_SEND_PDFS_TO_ACROBAT, L"Forms Send PDFs To Acrobat")                                \
     DERIVED(QLIE_ALWAYSSUGGEST, L"Always Suggest")                                                         \
     DERIVED(QLIE_MATCHCASE, L"Match Case")                                                                 \
     DERIVED(QLIE_SUGGESTSPLITWORDS, L"Suggest Split Words")                                                \

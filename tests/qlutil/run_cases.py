@@ -3,7 +3,7 @@
 
 usage: run_cases.py QLUTIL.exe [RESULTS.xml]
 
-A case file holds cases one after the other:
+A case file holds cases one after the other; they run in the folder of this file:
 
     # a remark
     $ --json name 'C:\\a.txt'      the call, split as a shell splits words
@@ -47,7 +47,7 @@ class Case:
     def fault(self, program):
         """What is wrong with the program's answer; empty when nothing is."""
         done = subprocess.run([WINE, program, *shlex.split(self.call)], input="\n".join(self.stdin).encode(),
-                              capture_output=True, timeout=SECONDS, check=False)
+                              capture_output=True, timeout=SECONDS, check=False, cwd=HERE)
         out, err = done.stdout.decode("utf-8"), done.stderr.decode("utf-8").replace("\r", "")
         if done.returncode != self.status:
             return f"exit status {done.returncode}, not {self.status}; it said: {err}"
@@ -73,7 +73,7 @@ def cases_of(path):
 
 
 def main():
-    program = sys.argv[1]
+    program = pathlib.Path(sys.argv[1]).resolve()
     passed = failed = 0
     for path in sorted((HERE / "cases").glob("*.txt")):
         for case in cases_of(path):

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cwchar>
-#include <set>
+#include <map>
+#include <string_view>
 #include <thread>
+#include <utility>
 
 #include "settings/lifetime.h"
 #include "settings/preference_keys.h"
@@ -128,26 +131,42 @@ TEST(Lifetime, TheStartReadsWhenDatesAreVerified) {
     EXPECT_EQ(DATE_REDISPLAY_CHANGED, g_dateRedisplayOpt);
 }
 
-struct Key {
-    const char* name;
-    const wchar_t* text;
+// FNV-1a of 64 bits.
+class Digest {
+  public:
+    void Add(std::wstring_view units) {
+        for (const wchar_t unit : units) value_ = (value_ ^ static_cast<std::uint64_t>(unit)) * 0x100000001b3;
+    }
+    std::uint64_t value() const { return value_; }
+
+  private:
+    std::uint64_t value_ = 0xcbf29ce484222325;
 };
 
-TEST(PreferenceKeys, AreAllThereAndUsableAsKeysAndTexts) {
-#define QL_KEY_ROW(name, text) {#name, name},
-    const Key sections[] = {QL_PREFERENCE_SECTIONS(QL_KEY_ROW)};
-    const Key entries[] = {QL_PREFERENCE_ENTRIES(QL_KEY_ROW, QL_KEY_ROW)};
+// Registries and programs in the field hold these names and texts: one that is missing, misspelt or changed
+// shows in the digests, which were made from a list of the names of its own.
+TEST(PreferenceKeys, AreAllThereAndUnchanged) {
+#define QL_WIDE(text) L##text
+#define QL_KEY_ROW(name, text) {QL_WIDE(#name), name},
+    const std::pair<std::wstring, std::wstring> sections[] = {QL_PREFERENCE_SECTIONS(QL_KEY_ROW)};
+    const std::pair<std::wstring, std::wstring> entries[] = {QL_PREFERENCE_ENTRIES(QL_KEY_ROW, QL_KEY_ROW)};
 #undef QL_KEY_ROW
-    std::set<std::string> names;
-    for (const Key& key : sections) EXPECT_TRUE(names.insert(key.name).second) << key.name;
-    EXPECT_EQ(24u, names.size());
-    for (const Key& key : entries) {
-        EXPECT_TRUE(names.insert(key.name).second) << key.name;
-        const std::wstring text = key.text;
-        EXPECT_FALSE(text.empty() || text.front() == L' ' || text.back() == L' ') << key.name;
-        EXPECT_EQ(std::wstring::npos, text.find(L'\\')) << key.name;
+#undef QL_WIDE
+    EXPECT_EQ(24u, std::size(sections));
+    EXPECT_EQ(531u, std::size(entries));
+    std::map<std::wstring, std::wstring> keys(std::begin(sections), std::end(sections));
+    keys.insert(std::begin(entries), std::end(entries));
+    EXPECT_EQ(24u + 531u, keys.size());
+    Digest names;
+    Digest texts;
+    for (const auto& [name, text] : keys) {
+        names.Add(name + L'\n');
+        texts.Add(name + L'=' + text + L'\n');
+        EXPECT_FALSE(text.empty() || text.front() == L' ' || text.back() == L' ') << name;
+        EXPECT_EQ(std::wstring::npos, text.find(L'\\')) << name;
     }
-    EXPECT_EQ(24u + 531u, names.size());
+    EXPECT_EQ(0xd90fd2729d78fa7a, names.value());
+    EXPECT_EQ(0x9b88bb7121569f59, texts.value());
 }
 
 TEST(PreferenceKeys, HoldTheTextsOfTheRegistry) {

@@ -18,7 +18,8 @@ const std::vector<const Command*>& AllCommands() {
         std::vector<const Command*> commands;
         for (const auto& family : {SessionCommands(), NameCommands(), TextCommands(), JsonCommands(),
                                    PreferenceCommands(), DirectoryCommands(), LogCommands(), ValueCommands(),
-                                   FileCommands(), ProcessorCommands(), SwitchCommands(), ZipCommands()}) {
+                                   FileCommands(), ProcessorCommands(), SwitchCommands(), ZipCommands(),
+                                   DisplayCommands(), KeyCommands(), ShellCommands()}) {
             for (const Command& command : family) commands.push_back(&command);
         }
         return commands;

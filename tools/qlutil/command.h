@@ -38,6 +38,9 @@ std::span<const Command> FileCommands();
 std::span<const Command> ProcessorCommands();
 std::span<const Command> SwitchCommands();
 std::span<const Command> ZipCommands();
+std::span<const Command> DisplayCommands();
+std::span<const Command> KeyCommands();
+std::span<const Command> ShellCommands();
 
 struct CommandMatch {
     const Command* command;  // null when no command has that name

@@ -59,9 +59,13 @@ std::optional<std::wstring> ReadTextFile(std::wstring_view path, std::wstring& w
 }
 
 bool WriteTextFile(std::wstring_view path, std::wstring_view text, std::wstring& why) {
+    return WriteBinaryFile(path, ToUtf8(text), why);
+}
+
+bool WriteBinaryFile(std::wstring_view path, std::string_view bytes, std::wstring& why) {
     const std::wstring target(path);
     const std::wstring beside = target + L".new";
-    if (!WriteAll(beside, ToUtf8(text))) {
+    if (!WriteAll(beside, bytes)) {
         why = Cannot(L"write", beside);
         ::_wremove(beside.c_str());
         return false;

@@ -11,6 +11,8 @@ std::optional<std::wstring> ReadTextFile(std::wstring_view path, std::wstring& w
 // Writes a whole UTF-8 file; a file that stood there is replaced only when the new one is complete. False, and why,
 // when that fails.
 bool WriteTextFile(std::wstring_view path, std::wstring_view text, std::wstring& why);
+bool WriteBinaryFile(std::wstring_view path, std::string_view bytes,
+                     std::wstring& why);  // the same for any bytes
 
 // Writes UTF-8 to standard output or standard error, to a console as the text it is.
 enum class Stream { kOutput, kError };

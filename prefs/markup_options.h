@@ -1,0 +1,152 @@
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "platform/export.h"
+#include "rw/wide_string.h"
+
+// The kinds of field that a template's markup has.
+enum QLPrettyTplFieldType : int {
+    VariableField = 0,
+    InsertionField = 1,
+    ConditionalText = 2,
+    AlternativeText = 3,
+    RepeatedText = 4,
+    EditableText = 5,
+};
+
+// What a field's colour follows: its kind, how deep it is nested, or its place in the order of fields.
+enum QLClrScheme : int { RegularColors = 0, NestedColors = 1, SequentialColors = 2 };
+
+enum QLAnnotType : int { FootnoteAnnotations = 0, EndnoteAnnotations = 1 };
+enum QLAnnotStyle : int { NumberedAnnotations = 0, LetteredAnnotations = 1 };
+
+// The texts that the three choices are stored as, by their numbers; any case is read.
+extern QL_API const wchar_t* const ANNOT_CLR_SCHEME_NAMES[3];  // "regular", "nested", "sequential"
+extern QL_API const wchar_t* const ANNOT_TYPE_NAMES[2];        // "Footnote", "Endnote"
+extern QL_API const wchar_t* const ANNOT_STYLE_NAMES[2];       // "Numbers", "Letters"
+
+// The defaults of the annotation options.
+extern QL_API const QLClrScheme DEF_ANNOT_CLR_SCHEME;
+extern QL_API const QLAnnotType DEF_ANNOT_TYPE;
+extern QL_API const QLAnnotStyle DEF_ANNOT_STYLE;
+extern QL_API const bool DEF_ANNOTATE_FIELDS;
+extern QL_API const bool DEF_ANNOTATE_END;
+extern QL_API const bool DEF_BOLD_ANNOT_MARKERS;
+extern QL_API const bool DEF_BOLD_ANNOT_LABELS;
+extern QL_API const bool DEF_ITALIC_ANNOT_MARKERS;
+extern QL_API const bool DEF_ITALIC_ANNOT_LABELS;
+extern QL_API const bool DEF_COLOR_ANNOT_MARKERS;
+extern QL_API const bool DEF_COLOR_ANNOT_LABELS;
+
+// How a view shows the markup of a template: a snapshot of the preferences, taken at construction from the
+// calling thread's settings (settings/preferences.h) and never read again. Colours come from the section
+// "Development", everything else from "Markup View"; what is absent or unreadable is the default.
+//
+// Colours are red + 256 green + 65536 blue; "B" stands for background. One object is for one thread at a
+// time; a copy is independent. A kind beyond the enumeration is processed never, its texts are empty and its
+// colours 0.
+//
+// Kept on purpose: alternative text has no colours of its own but reads those of conditional text; and
+// GetColors answers what its first call found.
+class QL_API CPrettyTplOpt {
+  public:
+    CPrettyTplOpt();
+    CPrettyTplOpt(const CPrettyTplOpt&);
+    CPrettyTplOpt& operator=(const CPrettyTplOpt&);
+    virtual ~CPrettyTplOpt();
+
+    // Whether fields of the kind are marked at all. Setting changes the object alone, not the preference.
+    bool GetProcessField(QLPrettyTplFieldType type) const noexcept { return KindOf(type).process; }
+    void SetProcessField(QLPrettyTplFieldType type, bool process) noexcept;
+
+    // The texts around a field, valid while the object lives and is not assigned to. The preference "NONE",
+    // in any case, means none: the empty text.
+    const wchar_t* GetBeginText(QLPrettyTplFieldType type) const noexcept {
+        return KindOf(type).begin.data();
+    }
+    const wchar_t* GetEndText(QLPrettyTplFieldType type) const noexcept { return KindOf(type).end.data(); }
+
+    unsigned long GetFieldColor(QLPrettyTplFieldType type) const noexcept { return KindOf(type).color; }
+    unsigned long GetFieldBColor(QLPrettyTplFieldType type) const noexcept { return KindOf(type).bColor; }
+
+    // By level, counted from 0 and taken modulo 20.
+    unsigned long GetSeqColor(unsigned level) const noexcept { return sequential_[level % kLevels]; }
+    unsigned long GetSeqBColor(unsigned level) const noexcept { return sequentialB_[level % kLevels]; }
+    unsigned long GetNestColor(unsigned level) const noexcept { return nested_[level % kLevels]; }
+    unsigned long GetNestBColor(unsigned level) const noexcept { return nestedB_[level % kLevels]; }
+
+    QLClrScheme GetClrScheme() const noexcept { return scheme_; }
+    QLAnnotType GetAnnotType() const noexcept { return annotType_; }
+    QLAnnotStyle GetAnnotStyle() const noexcept { return annotStyle_; }
+
+    // Developer comments in place of fields' names, and multiple choice options in place of variables.
+    bool GetUseDevCmtsForAnsFields() const noexcept { return options_[kUseDevCmtsForAnsFields]; }
+    bool GetUseDevCmtsForTextBlocks() const noexcept { return options_[kUseDevCmtsForTextBlocks]; }
+    bool GetUseMCOptions() const noexcept { return options_[kUseMCOptions]; }
+
+    bool GetEncloseLabelsInMarkers() const noexcept { return options_[kEncloseLabelsInMarkers]; }
+    bool GetLabelEndOfField() const noexcept { return options_[kLabelEndOfField]; }
+    bool GetAnnotateFields() const noexcept { return options_[kAnnotateFields]; }
+    bool GetAnnotateEnd() const noexcept { return options_[kAnnotateEnd]; }
+    bool GetBoldMarkers() const noexcept { return options_[kBoldMarkers]; }
+    bool GetBoldLabels() const noexcept { return options_[kBoldLabels]; }
+    bool GetItalicMarkers() const noexcept { return options_[kItalicMarkers]; }
+    bool GetItalicLabels() const noexcept { return options_[kItalicLabels]; }
+    bool GetColorMarkers() const noexcept { return options_[kColorMarkers]; }
+    bool GetColorLabels() const noexcept { return options_[kColorLabels]; }
+
+    // The distinct colours of the object, at most 92, in the order sequential, nested, fields, backgrounds
+    // after each: gathered by the first call and the same ever after. They belong to the object and are there
+    // until it is assigned to or destroyed. The count may be null.
+    const unsigned long* GetColors(unsigned* count);
+
+  private:
+    static constexpr unsigned kLevels = 20;
+    static constexpr unsigned kKinds = 6;
+    using LevelColors = std::array<unsigned long, kLevels>;
+
+    struct Kind {
+        unsigned long color = 0;
+        unsigned long bColor = 0;
+        bool process = false;
+        RWWString begin;
+        RWWString end;
+    };
+
+    enum Option : unsigned {
+        kUseDevCmtsForAnsFields,
+        kUseDevCmtsForTextBlocks,
+        kUseMCOptions,
+        kEncloseLabelsInMarkers,
+        kLabelEndOfField,
+        kAnnotateFields,
+        kAnnotateEnd,
+        kBoldMarkers,
+        kBoldLabels,
+        kItalicMarkers,
+        kItalicLabels,
+        kColorMarkers,
+        kColorLabels,
+        kOptions
+    };
+
+    const Kind& KindOf(QLPrettyTplFieldType type) const noexcept;
+    void LoadLevels();
+    void LoadKinds();
+    void LoadOptions();
+    static RWWString GetFieldMarker(const wchar_t* entry, const wchar_t* defaultText);
+    void AddColor(unsigned long color);
+
+    LevelColors sequential_;
+    LevelColors sequentialB_;
+    LevelColors nested_;
+    LevelColors nestedB_;
+    std::array<Kind, kKinds> kinds_;
+    std::vector<unsigned long> distinct_;  // empty until asked for
+    QLClrScheme scheme_;
+    QLAnnotType annotType_;
+    QLAnnotStyle annotStyle_;
+    std::array<bool, kOptions> options_;
+};

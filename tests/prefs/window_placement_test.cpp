@@ -1,0 +1,254 @@
+#include "prefs/window_placement.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <climits>
+#include <cstring>
+
+#include "platform/win32.h"
+#include "prefs/fit_rect.h"
+#include "settings/preferences.h"
+#include "tests/settings/private_registry.h"
+
+bool operator==(const RECT& a, const RECT& b) {
+    return ::EqualRect(&a, &b);
+}
+
+namespace {
+
+constexpr const wchar_t* kSection = L"Window";
+constexpr const wchar_t* kEntry = L"Placement of a test";
+
+bool Same(const WINDOWPLACEMENT& a, const WINDOWPLACEMENT& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+TEST(PlacementText, IsTheElevenNumbersBothWays) {
+    const struct {
+        WINDOWPLACEMENT placement;
+        const wchar_t* text;
+    } kCases[] = {
+        {{44, 0, 1, {-1, -1}, {-1, -1}, {10, 10, 400, 300}}, L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300"},
+        {{44, 2, 3, {0, -32000}, {-8, 7}, {INT_MIN, -5, INT_MAX, 0}},
+         L"44, 2, 3, 0, -32000, -8, 7, -2147483648, -5, 2147483647, 0"},
+        {{44, 0xffffffff, 2, {}, {}, {}}, L"44, -1, 2, 0, 0, 0, 0, 0, 0, 0, 0"},
+    };
+    for (const auto& c : kCases) {
+        RWWString text = L"what was there";
+        PlacementToString(c.placement, text);
+        EXPECT_EQ(c.text, text);
+        WINDOWPLACEMENT parsed = {};
+        EXPECT_TRUE(PlacementFromString(parsed, text));
+        EXPECT_TRUE(Same(c.placement, parsed)) << c.text;
+    }
+}
+
+TEST(PlacementText, IsReadWithAnySeparators) {
+    const WINDOWPLACEMENT expected = {44, 0, 1, {-1, -1}, {-1, 12}, {10, 10, 400, 300}};
+    const std::wstring longest(63, L'9');
+    for (const std::wstring& text : {std::wstring(L"44;0;1;-1;-1;-1;12;10;10;400;300"),
+                                     std::wstring(L"x44   0\t1,,-1 -1/-1:12 10 10 400 300"),
+                                     std::wstring(L"9, 0, 1, -1, -1, -1, 12, 10, 10, 400, 300, 12, text"),
+                                     std::wstring(L"-, 0, 1, -1, -1, -1, 12-3, 10-, 10--, 400, 300-"),
+                                     longest + L" 0 1 -1 -1 -1 12 10 10 400 300 " + longest + L'9'}) {
+        WINDOWPLACEMENT parsed = {};
+        EXPECT_TRUE(PlacementFromString(parsed, text)) << text;
+        EXPECT_TRUE(Same(expected, parsed)) << text;
+    }
+    WINDOWPLACEMENT parsed = {};
+    EXPECT_TRUE(PlacementFromString(parsed, L"44 0 1 99999999999 -99999999999 -5-7 --5 - 0 0 0"));
+    EXPECT_EQ(INT_MAX, parsed.ptMinPosition.x);
+    EXPECT_EQ(INT_MIN, parsed.ptMinPosition.y);
+    EXPECT_EQ(-5, parsed.ptMaxPosition.x);
+    EXPECT_EQ(0, parsed.ptMaxPosition.y);
+}
+
+TEST(PlacementText, WithoutElevenNumbersFailsAndChangesNothing) {
+    const WINDOWPLACEMENT before = {1, 2, 3, {4, 5}, {6, 7}, {8, 9, 10, 11}};
+    for (const std::wstring& text :
+         {std::wstring(), std::wstring(L"text"), std::wstring(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400"),
+          std::wstring(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, "),
+          L"44, " + std::wstring(64, L'0') + L", 1, -1, -1, -1, -1, 10, 10, 400, 300, 5, 6"}) {
+        WINDOWPLACEMENT placement = before;
+        EXPECT_FALSE(PlacementFromString(placement, text)) << text;
+        EXPECT_TRUE(Same(before, placement)) << text;
+    }
+}
+
+TEST(FitRect, MovesIntoTheAreaAndKeepsTheSize) {
+    constexpr RECT kMain = {0, 0, 1000, 800};
+    constexpr RECT kLeftOf = {-1280, -200, 0, 824};
+    const struct {
+        const char* what;
+        RECT area, rect, fitted;
+    } kCases[] = {
+        {"inside", kMain, {10, 20, 400, 300}, {10, 20, 400, 300}},
+        {"left top corner", kMain, {0, 0, 100, 100}, {0, 0, 100, 100}},
+        {"one pixel from the right and bottom", kMain, {899, 699, 999, 799}, {899, 699, 999, 799}},
+        {"touches the right", kMain, {900, 0, 1000, 100}, {899, 0, 999, 100}},
+        {"touches the bottom", kMain, {0, 700, 100, 800}, {0, 699, 100, 799}},
+        {"beyond right and bottom", kMain, {5000, 900, 5100, 1000}, {899, 699, 999, 799}},
+        {"before left and top", kMain, {-50, -1, 50, 99}, {0, 0, 100, 100}},
+        {"as large", kMain, {0, 0, 1000, 800}, {0, 0, 1000, 800}},
+        {"as large, elsewhere", kMain, {3, 4, 1003, 804}, {0, 0, 1000, 800}},
+        {"larger", kMain, {5, -9, 2005, 991}, {0, 0, 2000, 1000}},
+        {"inside, negative", kLeftOf, {-1280, -200, -1, 823}, {-1280, -200, -1, 823}},
+        {"touches an edge at 0", kLeftOf, {-100, 0, 0, 100}, {-101, 0, -1, 100}},
+        {"beyond, negative", kLeftOf, {-2000, -300, -1900, -200}, {-1280, -200, -1180, -100}},
+        {"larger, negative", kLeftOf, {-100, 0, 1900, 2000}, {-1280, -200, 720, 1800}},
+        {"wider than numbers go", kMain, {INT_MIN, 0, INT_MAX, 100}, {0, 0, INT_MAX, 100}},
+        {"far away", kMain, {INT_MAX - 50, 0, INT_MAX, 50}, {949, 0, 999, 50}},
+    };
+    for (const auto& c : kCases) {
+        RECT rect = c.rect;
+        EXPECT_EQ(!(c.rect == c.fitted), ql::FitRect(c.area, rect)) << c.what;
+        EXPECT_TRUE(rect == c.fitted)
+            << c.what << ": " << rect.left << ' ' << rect.top << ' ' << rect.right << ' ' << rect.bottom;
+    }
+}
+
+// A window of the tests' own, back at its first place for each. It ends with the process: without a window
+// manager the system would wait two seconds for each that is destroyed.
+class Window {
+  public:
+    explicit Window(DWORD style)
+        : handle_(::CreateWindowExW(0, L"Static", L"placement", style, 0, 0, 0, 0, nullptr, nullptr, nullptr,
+                                    nullptr)) {
+        EXPECT_NE(nullptr, handle_);
+    }
+    const Window& AtFirstPlace() const {
+        const WINDOWPLACEMENT first = {44, 0, SW_SHOWNORMAL, {-1, -1}, {-1, -1}, {100, 120, 400, 320}};
+        EXPECT_TRUE(::SetWindowPlacement(handle_, &first));
+        return *this;
+    }
+
+    HWND get() const { return handle_; }
+    RECT Rect() const {
+        RECT rect = {};
+        ::GetWindowRect(handle_, &rect);
+        return rect;
+    }
+
+  private:
+    HWND handle_;
+};
+
+const Window& Sizable() {
+    static const Window window(WS_OVERLAPPEDWINDOW);
+    return window.AtFirstPlace();
+}
+const Window& AnotherSizable() {
+    static const Window window(WS_OVERLAPPEDWINDOW);
+    return window.AtFirstPlace();
+}
+const Window& Fixed() {
+    static const Window window(WS_OVERLAPPEDWINDOW & ~(WS_THICKFRAME | WS_MAXIMIZEBOX));
+    return window.AtFirstPlace();
+}
+
+class WindowPlacement : public testing::Test {
+  protected:
+    static void Put(const RWWString& text) { WriteQLRegString(kSection, kEntry, text.data()); }
+    static bool Restore(const Window& window) {
+        return RestoreQLRegPlacement(window.get(), kSection, kEntry);
+    }
+    static void Save(const Window& window) { SaveQLRegPlacement(window.get(), kSection, kEntry); }
+    static RWWString Stored() { return GetQLRegString(kSection, kEntry, nullptr); }
+
+    PrivateRegistry registry_;
+    SettingsProcess process_;
+    SettingsThread thread_;
+};
+
+TEST_F(WindowPlacement, OfARestoredWindowIsWhatTheTextSays) {
+    const Window& window = Sizable();
+    Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300");
+    EXPECT_TRUE(Restore(window));
+    EXPECT_TRUE((RECT{10, 10, 400, 300} == window.Rect()));
+    EXPECT_TRUE(::IsWindowVisible(window.get()));
+}
+
+TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
+    const Window& window = Sizable();
+    Save(window);
+    EXPECT_TRUE(Stored().view().starts_with(L"44, 0, 1, ")) << Stored().str();
+    EXPECT_TRUE(Stored().view().ends_with(L", 100, 120, 400, 320")) << Stored().str();
+    ::MoveWindow(window.get(), 300, 310, 500, 400, TRUE);
+    const Window& another = AnotherSizable();
+    for (const Window* const w : {&window, &another}) {
+        EXPECT_TRUE(Restore(*w));
+        EXPECT_TRUE((RECT{100, 120, 400, 320} == w->Rect()));
+    }
+}
+
+TEST_F(WindowPlacement, OfAMaximisedWindowIsMaximised) {
+    const Window& window = Sizable();
+    ::ShowWindow(window.get(), SW_MAXIMIZE);
+    Save(window);
+    const Window& another = AnotherSizable();
+    EXPECT_TRUE(Restore(another));
+    EXPECT_TRUE(::IsZoomed(another.get()));
+    ::ShowWindow(another.get(), SW_RESTORE);
+    EXPECT_TRUE((RECT{100, 120, 400, 320} == another.Rect()));
+}
+
+TEST_F(WindowPlacement, OfAMinimisedWindowComesBackAsItWasBefore) {
+    for (const int before : {SW_SHOWNORMAL, SW_MAXIMIZE}) {
+        const Window& window = Sizable();
+        ::ShowWindow(window.get(), before);
+        ::ShowWindow(window.get(), SW_MINIMIZE);
+        Save(window);
+        const Window& another = AnotherSizable();
+        EXPECT_TRUE(Restore(another)) << Stored().str();
+        EXPECT_FALSE(::IsIconic(another.get()));
+        EXPECT_EQ(before == SW_MAXIMIZE, ::IsZoomed(another.get()) != FALSE);
+    }
+}
+
+TEST_F(WindowPlacement, OfAFixedWindowMovesItsCornerOnly) {
+    const Window& window = Fixed();
+    for (const wchar_t* text :
+         {L"44, 0, 1, -1, -1, -1, -1, 10, 20, 400, 300", L"44, 0, 3, -1, -1, -1, -1, 10, 20, 110, 120"}) {
+        Put(text);
+        EXPECT_TRUE(Restore(window));
+        EXPECT_TRUE((RECT{10, 20, 310, 220} == window.Rect()));
+        EXPECT_FALSE(::IsZoomed(window.get()));
+    }
+}
+
+TEST_F(WindowPlacement, OffTheScreenIsMovedIntoTheWorkArea) {
+    RECT area = {};
+    ASSERT_TRUE(::SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0));
+    const Window& window = Sizable();
+    Put(L"44, 0, 1, -1, -1, -1, -1, 90000, -90000, 90390, -89710");
+    EXPECT_TRUE(Restore(window));
+    EXPECT_TRUE((RECT{area.right - 391, area.top, area.right - 1, area.top + 290} == window.Rect()));
+}
+
+TEST_F(WindowPlacement, ThatMakesNoSenseIsRefused) {
+    const Window& window = Sizable();
+    const RECT before = window.Rect();
+    EXPECT_FALSE(Restore(window)) << "nothing stored";
+    for (const wchar_t* text :
+         {L"", L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400", L"44, 0, 0, -1, -1, -1, -1, 10, 10, 400, 300",
+          L"44, 0, 6, -1, -1, -1, -1, 10, 10, 400, 300", L"44, 0, 7, -1, -1, -1, -1, 10, 10, 400, 300",
+          L"44, 0, 1, -1, -1, -1, -1, 10, 10, 59, 300", L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 59",
+          L"44, 0, 1, -1, -1, -1, -1, 400, 300, 10, 10",
+          L"44, 0, 1, -1, -1, -1, -1, 2147483647, 0, -2147483648, 100"}) {
+        Put(text);
+        EXPECT_FALSE(Restore(window)) << text;
+        EXPECT_TRUE(before == window.Rect()) << text;
+    }
+    Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 60, 60");
+    EXPECT_TRUE(Restore(window)) << "just large enough";
+}
+
+TEST_F(WindowPlacement, OfNoWindowIsNeitherSavedNorRestored) {
+    Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300");
+    EXPECT_FALSE(RestoreQLRegPlacement(nullptr, kSection, kEntry));
+    SaveQLRegPlacement(nullptr, kSection, kEntry);
+    EXPECT_EQ(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300", Stored());
+}
+
+}  // namespace

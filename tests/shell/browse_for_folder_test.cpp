@@ -1,0 +1,240 @@
+#include "shell/browse_for_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/win32.h"
+#include "tests/settings/private_registry.h"
+
+namespace {
+
+constexpr const wchar_t* kTitle = L"Folder for answers";
+
+// Windows of the system's dialogs on one thread: the folder dialog, which has a tree, and message boxes.
+struct Dialogs {
+    HWND folder = nullptr;
+    HWND box = nullptr;
+};
+
+BOOL CALLBACK Sort(HWND window, LPARAM data) {
+    wchar_t name[32] = {};
+    ::GetClassNameW(window, name, 32);
+    if (std::wstring_view(name) != L"#32770" || !::IsWindowVisible(window)) return TRUE;
+    const bool hasTree = ::FindWindowExW(window, nullptr, L"SysTreeView32", nullptr) != nullptr;
+    auto& dialogs = *reinterpret_cast<Dialogs*>(data);
+    (hasTree ? dialogs.folder : dialogs.box) = window;
+    return TRUE;
+}
+
+// Plays the user, on a thread of its own, while the test's thread shows a dialog. What is still open a second
+// after the last act is cancelled, so that a failure does not become a hang.
+class User {
+  public:
+    explicit User(std::function<void(User&)> acts)
+        : screen_(::GetCurrentThreadId()), thread_([this, acts = std::move(acts)] {
+              acts(*this);
+              for (int waited = 0; !done_; waited += 10, ::Sleep(10))
+                  if (waited > 1000) CancelAll();
+          }) {}
+    ~User() {
+        done_ = true;
+        thread_.join();
+    }
+    User(const User&) = delete;
+    User& operator=(const User&) = delete;
+
+    void Type(const wchar_t* text) {
+        const HWND edit = Edit();
+        ::SendMessageW(edit, EM_SETSEL, 0, -1);
+        ::SendMessageW(edit, WM_CLEAR, 0, 0);
+        for (; *text; ++text) ::SendMessageW(edit, WM_CHAR, *text, 1);
+    }
+    std::wstring Typed() {
+        wchar_t text[100] = {};
+        ::SendMessageW(Edit(), WM_GETTEXT, 100, reinterpret_cast<LPARAM>(text));
+        return text;
+    }
+    void Press(WORD button) { ::PostMessageW(Folder(), WM_COMMAND, button, 0); }
+    // For a press that opens no box.
+    void PressAndWait(WORD button) { ::SendMessageW(Folder(), WM_COMMAND, button, 0); }
+    std::wstring Title() {
+        wchar_t title[100] = {};
+        ::GetWindowTextW(Folder(), title, 100);
+        return title;
+    }
+    // The message of the box that is up, which is closed.
+    std::wstring CloseBox() {
+        const HWND box = Wait(&Dialogs::box);
+        constexpr int kMessageText = 0xFFFF;
+        wchar_t text[400] = {};
+        ::GetDlgItemTextW(box, kMessageText, text, 400);
+        ::SendMessageW(box, WM_CLOSE, 0, 0);
+        while (::IsWindow(box)) ::Sleep(5);
+        return text;
+    }
+
+  private:
+    HWND Edit() { return ::FindWindowExW(Folder(), nullptr, L"Edit", nullptr); }
+    HWND Folder() { return Wait(&Dialogs::folder); }
+
+    Dialogs Open() const {
+        Dialogs dialogs;
+        ::EnumThreadWindows(screen_, &Sort, reinterpret_cast<LPARAM>(&dialogs));
+        return dialogs;
+    }
+
+    HWND Wait(HWND Dialogs::*wanted) {
+        for (int tries = 0; tries < 2000; ++tries, ::Sleep(10)) {
+            if (const HWND window = Open().*wanted) return window;
+        }
+        ADD_FAILURE() << "the dialog does not come up";
+        return nullptr;
+    }
+
+    void CancelAll() const {
+        const Dialogs dialogs = Open();
+        for (const HWND window : {dialogs.box, dialogs.folder})
+            if (window) ::PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+    }
+
+    DWORD screen_;
+    std::atomic<bool> done_ = false;
+    std::thread thread_;
+};
+
+// A folder of the test's own, "outer", with "inner" in it.
+class BrowseForFolder : public testing::Test {
+  protected:
+    BrowseForFolder() {
+        wchar_t folder[MAX_PATH];
+        ::GetTempPathW(MAX_PATH, folder);
+        outer_ = folder + (L"ql" + std::to_wstring(::GetCurrentProcessId()));
+        inner_ = outer_ + L"\\inner";
+        EXPECT_TRUE(::CreateDirectoryW(outer_.c_str(), nullptr));
+        EXPECT_TRUE(::CreateDirectoryW(inner_.c_str(), nullptr));
+        wchar_t longName[MAX_PATH];
+        ::GetLongPathNameW(outer_.c_str(), longName, MAX_PATH);
+        outer_ = longName;
+        inner_ = outer_ + L"\\inner";
+    }
+    ~BrowseForFolder() override {
+        ::RemoveDirectoryW(inner_.c_str());
+        ::RemoveDirectoryW(outer_.c_str());
+    }
+
+    std::wstring outer_;
+    std::wstring inner_;
+};
+
+TEST_F(BrowseForFolder, OkTakesTheNearestFolderAboveTheStartAndCancelLeavesIt) {
+    CBrowseForFolder browser;
+    browser.SetTitle(kTitle);
+    browser.SetStartFolder(outer_ + L"\\gone\\deeper\\");
+    {
+        const User user([](User& u) {
+            EXPECT_EQ(kTitle, u.Title());
+            u.Press(IDOK);
+        });
+        EXPECT_EQ(CBrowseForFolder::Chosen, browser.Show());
+        EXPECT_EQ(RWWString(outer_), browser.GetFolder());
+    }
+    const User user([this](User& u) {
+        u.Type(inner_.c_str());
+        u.Press(IDCANCEL);
+    });
+    EXPECT_EQ(CBrowseForFolder::Cancelled, browser.Show());
+    EXPECT_EQ(RWWString(outer_), browser.GetFolder());
+}
+
+// A host that lets the user pick nothing until it has been asked so many times.
+class Reluctant : public CBrowseForFolder {
+  public:
+    explicit Reluctant(std::size_t refusals) : refusals_(refusals) {}
+    std::vector<std::wstring> asked;
+
+  protected:
+    bool Validate(const RWWString& folder, RWWString& why) override {
+        asked.push_back(folder.str());
+        if (asked.size() == refusals_) why = L"Not this one.";
+        return asked.size() > refusals_;
+    }
+
+  private:
+    std::size_t refusals_;
+};
+
+TEST_F(BrowseForFolder, ATypedNameIsTakenWhenItExistsAndTheHostAgrees) {
+    const std::wstring gone = outer_ + L"\\gone";
+    const struct {
+        std::wstring typed, folder;
+    } kCases[] = {{inner_, inner_}, {L"  " + inner_ + L"\\ ", inner_}, {L"inner", inner_},
+                  {L"C:", L"C:\\"}, {L"inner/../inner", inner_},       {L"", outer_}};
+    Reluctant browser(std::size(kCases) + 1);
+    browser.SetStartFolder(outer_);
+    const User user([&](User& u) {
+        for (const std::wstring& text : {gone, std::wstring(L"gone")}) {
+            u.Type(text.c_str());
+            u.Press(IDOK);
+            EXPECT_EQ(L"There is no folder \"" + gone + L"\".", u.CloseBox());
+        }
+        for (const auto& c : kCases) {
+            u.Type(c.typed.c_str());
+            u.PressAndWait(IDOK);
+        }
+        u.Press(IDOK);
+        EXPECT_EQ(L"Not this one.", u.CloseBox());
+        u.Type(L"inner");
+        u.Press(IDOK);
+    });
+    EXPECT_EQ(CBrowseForFolder::Chosen, browser.Show());
+    EXPECT_EQ(RWWString(inner_), browser.GetFolder());
+    ASSERT_EQ(std::size(kCases) + 2, browser.asked.size());
+    for (std::size_t i = 0; i < std::size(kCases); ++i) EXPECT_EQ(kCases[i].folder, browser.asked[i]);
+}
+
+TEST_F(BrowseForFolder, TheFolderPickerRemembersTheRecentFolderOfTheKind) {
+    const PrivateRegistry registry;
+    const SettingsProcess process;
+    const SettingsThread thread;
+    PrivateRegistry::Put(kUser, L"Locations", L"Answer Files", outer_);
+    RWWString folder;
+    {
+        const User user([](User& u) {
+            u.Type(L"inner");
+            u.Press(IDOK);
+        });
+        EXPECT_TRUE(GetFolderPath(nullptr, kTitle, AnswerDirectory, folder));
+    }
+    EXPECT_EQ(RWWString(inner_), folder);
+    EXPECT_EQ(RWWString(inner_), CQlDir::GetRecentDirectory(AnswerDirectory));
+    EXPECT_EQ(RWWString(outer_), CQlDir::GetDirectory(AnswerDirectory)) << "the preference stays";
+    const User user([](User& u) {
+        EXPECT_EQ(L"inner", u.Typed()) << "starts at the recent one";
+        u.Type(L"..");
+        u.Press(IDCANCEL);
+    });
+    EXPECT_FALSE(GetFolderPath(nullptr, nullptr, AnswerDirectory, folder));
+    EXPECT_EQ(RWWString(inner_), folder);
+    EXPECT_EQ(RWWString(inner_), CQlDir::GetRecentDirectory(AnswerDirectory));
+}
+
+TEST_F(BrowseForFolder, WorksOnAThreadOfAnotherApartment) {
+    const HRESULT started = ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+    EXPECT_EQ(S_OK, started);
+    RWWString folder = inner_;
+    {
+        const User user([](User& u) { u.Press(IDOK); });
+        EXPECT_TRUE(GetDirName(nullptr, nullptr, folder));
+    }
+    EXPECT_EQ(RWWString(inner_), folder);
+    ::CoUninitialize();
+}
+
+}  // namespace

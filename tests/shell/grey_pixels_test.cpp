@@ -1,0 +1,43 @@
+#include "shell/grey_pixels.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace {
+
+TEST(GreyPixels, AreLuminanceHalfWayToWhite) {
+    const struct {
+        unsigned blue, green, red;
+        int grey;
+    } kCases[] = {{0, 0, 0, 128},   {255, 255, 255, 255}, {255, 0, 0, 142},     {0, 255, 0, 202},
+                  {0, 0, 255, 166}, {128, 128, 128, 192}, {200, 200, 200, 228}, {1, 2, 3, 129}};
+    for (const auto& c : kCases) EXPECT_EQ(c.grey, ql::GreyOf(c.blue, c.green, c.red)) << c.grey;
+}
+
+// Every count crosses from blocks to single pixels elsewhere; the bytes around must stay, and the sanitizers
+// see to it that none beyond the last is read.
+TEST(GreyPixels, OfAnyCountAreGreyOneByOne) {
+    std::mt19937 random(7);
+    for (std::size_t count = 0; count <= 70; ++count) {
+        const std::size_t bytes = 3 * count;
+        const auto pixels = std::make_unique<std::uint8_t[]>(bytes);
+        std::vector<std::uint8_t> expected;
+        for (std::size_t i = 0; i < bytes; ++i) pixels[i] = static_cast<std::uint8_t>(random());
+        for (std::size_t i = 0; i < bytes; i += 3)
+            expected.insert(expected.end(), 3, ql::GreyOf(pixels[i], pixels[i + 1], pixels[i + 2]));
+        ql::GreyPixels(pixels.get(), count);
+        EXPECT_EQ(expected, std::vector<std::uint8_t>(pixels.get(), pixels.get() + bytes)) << count;
+    }
+}
+
+TEST(GreyPixels, LeaveWhatFollowsAlone) {
+    std::vector<std::uint8_t> bytes(64, 7);
+    ql::GreyPixels(bytes.data(), 8);
+    EXPECT_EQ(std::vector<std::uint8_t>(40, 7), std::vector<std::uint8_t>(bytes.begin() + 24, bytes.end()));
+}
+
+}  // namespace

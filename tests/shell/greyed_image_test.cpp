@@ -1,0 +1,181 @@
+#include "shell/greyed_image.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/win32.h"
+#include "shell/grey_pixels.h"
+
+namespace {
+
+using Pixels = std::vector<COLORREF>;  // row by row from the top
+
+constexpr COLORREF kBlack = RGB(0, 0, 0);
+constexpr COLORREF kWhite = RGB(255, 255, 255);
+constexpr COLORREF kMagenta = RGB(255, 0, 255);
+
+COLORREF GreyOf(COLORREF color) {
+    const unsigned grey = ql::GreyOf(GetBValue(color), GetGValue(color), GetRValue(color));
+    return RGB(grey, grey, grey);
+}
+
+// A surface to paint on and look at, as wide and high as the test says.
+class Surface {
+  public:
+    Surface(int width, int height, WORD bits = 32) : width_(width), height_(height) {
+        BITMAPINFO info = {};
+        info.bmiHeader = {sizeof info.bmiHeader, width, height, 1, bits, BI_RGB, 0, 0, 0, 0, 0};
+        void* memory = nullptr;
+        bitmap_ = ::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &memory, nullptr, 0);
+        dc_ = ::CreateCompatibleDC(nullptr);
+        before_ = ::SelectObject(dc_, bitmap_);
+    }
+    ~Surface() {
+        Deselect();
+        ::DeleteDC(dc_);
+        ::DeleteObject(bitmap_);
+    }
+    Surface(const Surface&) = delete;
+    Surface& operator=(const Surface&) = delete;
+
+    HDC dc() const { return dc_; }
+    void Fill(COLORREF color) { Set(Pixels(static_cast<std::size_t>(width_ * height_), color)); }
+    void Set(const Pixels& pixels) {
+        for (int i = 0; i < width_ * height_; ++i)
+            ::SetPixelV(dc_, i % width_, i / width_, pixels[static_cast<std::size_t>(i)]);
+    }
+    Pixels Get() const {
+        Pixels pixels;
+        for (int i = 0; i < width_ * height_; ++i) pixels.push_back(::GetPixel(dc_, i % width_, i / width_));
+        return pixels;
+    }
+    HBITMAP Deselect() {
+        ::SelectObject(dc_, before_);
+        return bitmap_;
+    }
+
+  private:
+    int width_;
+    int height_;
+    HBITMAP bitmap_;
+    HDC dc_;
+    HGDIOBJ before_;
+};
+
+Pixels PixelsOf(HBITMAP bitmap, int width, int height) {
+    Surface surface(width, height);
+    const HDC source = ::CreateCompatibleDC(nullptr);
+    const HGDIOBJ before = ::SelectObject(source, bitmap);
+    ::BitBlt(surface.dc(), 0, 0, width, height, source, 0, 0, SRCCOPY);
+    ::SelectObject(source, before);
+    ::DeleteDC(source);
+    return surface.Get();
+}
+
+Pixels Colorful(int width, int height) {
+    Pixels pixels;
+    for (int i = 0; i < width * height; ++i) pixels.push_back(RGB(i * 37 % 256, i * 91 % 256, i * 53 % 256));
+    return pixels;
+}
+
+Pixels Greyed(Pixels pixels) {
+    for (COLORREF& pixel : pixels) pixel = GreyOf(pixel);
+    return pixels;
+}
+
+TEST(GreyedBitmap, HasTheGreyOfEveryPixelInTwentyFourBits) {
+    for (const WORD bits : {WORD{24}, WORD{32}}) {
+        for (const int width : {1, 5, 6, 7, 8, 33}) {
+            Surface surface(width, 9, bits);
+            surface.Set(Colorful(width, 9));
+            const HBITMAP greyed = CreateGreyedBitmap(surface.Deselect());
+            BITMAP measures = {};
+            EXPECT_TRUE(::GetObjectW(greyed, sizeof measures, &measures));
+            EXPECT_EQ(24, measures.bmBitsPixel);
+            EXPECT_EQ(width, measures.bmWidth);
+            EXPECT_EQ(9, measures.bmHeight);
+            EXPECT_EQ(Greyed(Colorful(width, 9)), PixelsOf(greyed, width, 9)) << bits << ' ' << width;
+            EXPECT_EQ(Colorful(width, 9), PixelsOf(surface.Deselect(), width, 9)) << "the original";
+            ::DeleteObject(greyed);
+        }
+    }
+}
+
+// Rows of the mask are two bytes, of which the first four bits count.
+HICON MakeIcon(const std::uint8_t* mask, int maskHeight, HBITMAP colors, bool isIcon = true) {
+    const HBITMAP maskBitmap = ::CreateBitmap(4, maskHeight, 1, 1, mask);
+    ICONINFO info = {isIcon, 3, 1, maskBitmap, colors};
+    const HICON icon = ::CreateIconIndirect(&info);
+    EXPECT_NE(nullptr, icon);
+    ::DeleteObject(maskBitmap);
+    return icon;
+}
+
+Pixels Drawn(HICON icon, COLORREF background) {
+    Surface surface(4, 2);
+    surface.Fill(background);
+    EXPECT_TRUE(::DrawIconEx(surface.dc(), 0, 0, icon, 4, 2, 0, nullptr, DI_NORMAL));
+    return surface.Get();
+}
+
+TEST(GreyedIcon, IsGreyWhereOpaqueAndClearWhereMasked) {
+    const Pixels colors = {RGB(255, 0, 0), RGB(0, 255, 0), RGB(0, 0, 255), kBlack,
+                           kWhite,         kBlack,         RGB(1, 2, 3),   kWhite};
+    const std::uint8_t mask[] = {0x10, 0, 0x80 | 0x40, 0};  // set: the last above, the first two below
+    Surface surface(4, 2, 24);
+    surface.Set(colors);
+    const HICON icon = MakeIcon(mask, 2, surface.Deselect());
+    const HICON greyed = CreateGreyedIcon(icon);
+    ASSERT_NE(nullptr, greyed);
+    for (const COLORREF background : {kBlack, kWhite, kMagenta}) {
+        const Pixels expected = {GreyOf(colors[0]), GreyOf(colors[1]), GreyOf(colors[2]), background,
+                                 background,        background,        GreyOf(colors[6]), GreyOf(colors[7])};
+        EXPECT_EQ(expected, Drawn(greyed, background)) << background;
+    }
+    ::DestroyIcon(greyed);
+    ::DestroyIcon(icon);
+}
+
+TEST(GreyedIcon, OfBlackAndWhiteIsGreyToo) {
+    // Above the mask, below black and white: black, white, clear, inverting in the first row.
+    const std::uint8_t halves[] = {0x30, 0, 0x00, 0, 0x50, 0, 0xf0, 0};
+    const HICON icon = MakeIcon(halves, 4, nullptr);
+    const HICON greyed = CreateGreyedIcon(icon);
+    ASSERT_NE(nullptr, greyed);
+    const COLORREF black = GreyOf(kBlack);
+    const Pixels expected = {black, kWhite, kMagenta, kMagenta, kWhite, kWhite, kWhite, kWhite};
+    EXPECT_EQ(expected, Drawn(greyed, kMagenta));
+    ::DestroyIcon(greyed);
+    ::DestroyIcon(icon);
+}
+
+TEST(GreyedIcon, KeepsACursorsHotSpot) {
+    Surface surface(4, 2, 24);
+    const std::uint8_t opaque[4] = {};
+    const HICON cursor = MakeIcon(opaque, 2, surface.Deselect(), false);
+    const HICON greyed = CreateGreyedIcon(cursor);
+    ICONINFO info = {};
+    EXPECT_TRUE(::GetIconInfo(greyed, &info));
+    EXPECT_FALSE(info.fIcon);
+    EXPECT_EQ(3u, info.xHotspot);
+    EXPECT_EQ(1u, info.yHotspot);
+    ::DeleteObject(info.hbmMask);
+    ::DeleteObject(info.hbmColor);
+    ::DestroyCursor(greyed);
+    ::DestroyCursor(cursor);
+}
+
+TEST(GreyedImage, OfNoImageIsNull) {
+    EXPECT_EQ(nullptr, CreateGreyedBitmap(nullptr));
+    EXPECT_EQ(nullptr, CreateGreyedIcon(nullptr));
+    const HBITMAP gone = ::CreateBitmap(2, 2, 1, 24, nullptr);
+    ::DeleteObject(gone);
+    EXPECT_EQ(nullptr, CreateGreyedBitmap(gone));
+    const HPEN pen = ::CreatePen(PS_SOLID, 1, 0);
+    EXPECT_EQ(nullptr, CreateGreyedBitmap(reinterpret_cast<HBITMAP>(pen)));
+    ::DeleteObject(pen);
+}
+
+}  // namespace
