@@ -11,6 +11,9 @@ else()
   target_compile_definitions(ql_options INTERFACE _WIN32_WINNT=0x0601 WINVER=0x0601)
   # Doubles are doubles: the x87 unit would carry extra bits into some results and not into others.
   target_compile_options(ql_options INTERFACE -msse2 -mfpmath=sse)
+  # A function whose rarely run part is empty would leave an unwind record of no length that starts where the next
+  # function's does; the search for a handler can stop at it, and the program would end instead of catching.
+  target_compile_options(ql_options INTERFACE -fno-reorder-blocks-and-partition)
 endif()
 
 # ql_room(NAME [NATIVE] PUBLIC headers… SOURCES files…): the files of a room. PUBLIC headers are installed. NATIVE marks
