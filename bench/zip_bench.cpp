@@ -64,6 +64,7 @@ struct Tree {
         out = folder + ".out";
         for (const std::string& path : {top, folder, out}) ::CreateDirectoryA(path.c_str(), nullptr);
         for (const BenchFile& file : files) WriteWhole(In(file), Bytes(file), file.content.size());
+        DropOut();  // what a run that was cut short left
     }
     ~Tree() {
         DropOut();

@@ -7,6 +7,7 @@
 #include "logging/log_outputs.h"
 #include "rw/file.h"
 #include "tools/qlutil/command.h"
+#include "tools/qlutil/progress.h"
 
 namespace {
 
@@ -63,6 +64,7 @@ Answer Roll(const Arguments& arguments) {
     const int backups = RequireValue(arguments, L"backups", 0, 1000);
     const int lines = RequireValue(arguments, L"lines", 0, kMostLines);
     if (!CanBeWritten(file)) return Answer::Failure(L"cannot open " + file);
+    const Progress progress(L"writing " + file);
     QLLogger::InitializeLog(std::make_shared<QLLoggerOutputs::RollingFileOutput>(file.c_str(), L"qlutil", L"",
                                                                                  L"", backups, limit, 1u),
                             QLLOG_INFO);

@@ -228,7 +228,8 @@ Answer Comment(const Arguments& arguments, Progress& progress) {
     if (arguments.count() > 1) {
         progress.Now(L"commenting " + archive);
         const int code = Dynazip::SetComment(archive.c_str(), std::wstring(arguments[1]).c_str());
-        const wchar_t* why = L"it is longer than 65535 bytes or no comment, or the archive cannot be changed";
+        const wchar_t* why =
+            L"it is too long or looks like the end of an archive, or the archive cannot be changed";
         if (code != kYes)
             return Answer::Failure(L"cannot set the comment of " + archive + L": " + Reason(code, why));
     }
