@@ -20,7 +20,7 @@ namespace {
 // A busy writer takes its next batch after a nap, which spares the callers from waking it line by line.
 constexpr DWORD kNapMilliseconds = 10;
 
-struct LoggerState {
+struct LoggerState {  // NOLINT(clang-analyzer-optin.performance.Padding): on purpose
     ql::LogQueue queue;
     ql::LineMemory memory;
     ql::OutputLists outputs;
@@ -128,6 +128,7 @@ QLLogger& QLLogger::GetLogger() noexcept {
     return s_logger;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface is the hosts'
 void QLLogger::InitializeLog(std::shared_ptr<ILogOutput> output, QLLogLevel mask) noexcept {
     try {
         for (const QLLogLevel level : ql::kLogLevels) {

@@ -33,7 +33,11 @@ using HKEY = struct HKEY__*;
 using HMODULE = struct HINSTANCE__*;
 using HINSTANCE = HMODULE;
 using HWND = struct HWND__*;
-#define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(std::intptr_t{-1}))
+inline HANDLE FakeInvalidHandle() {
+    return reinterpret_cast<HANDLE>(
+        std::intptr_t{-1});  // NOLINT(performance-no-int-to-ptr): the system's own
+}
+#define INVALID_HANDLE_VALUE FakeInvalidHandle()
 struct SECURITY_ATTRIBUTES;
 
 // --- Errors
