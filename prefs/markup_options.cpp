@@ -1,10 +1,11 @@
 #include "prefs/markup_options.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cwchar>
 #include <iterator>
 #include <span>
-#include <string>
 
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
@@ -37,6 +38,7 @@ struct ColorEntry {
     const wchar_t* defaultColor;
 };
 
+// NOLINTNEXTLINE(clang-analyzer-optin.performance.Padding): in the order that rows are read in
 struct KindRow {
     QLPrettyTplFieldType type;
     ColorEntry color;
@@ -92,23 +94,32 @@ constexpr OptionRow kOptionRows[] = {
     {QLIE_COLOR_ANNOT_LABELS, DEF_COLOR_ANNOT_LABELS},
 };
 
-unsigned long LoadColor(const wchar_t* entry, const wchar_t* defaultColor) {
-    return GetQLRegColor(QLIS_DEVELOPMENT, entry, QLRegStringToColor(defaultColor, kPureGreen));
+unsigned long DefaultColor(const wchar_t* text) {
+    return QLRegStringToColor(text, kPureGreen);
 }
 
 unsigned long LoadColor(const ColorEntry& color) {
-    return LoadColor(color.entry, color.defaultColor);
+    return GetQLRegColor(QLIS_DEVELOPMENT, color.entry, DefaultColor(color.defaultColor));
 }
 
-// The pattern is an entry of numbered levels.
-void LoadLevelColors(const wchar_t* pattern, const wchar_t* const* defaults,
-                     std::span<unsigned long, kPreferenceColorTiers> colors) {
-    for (unsigned level = 0; level < colors.size(); ++level) {
-        wchar_t entry[64];
-        std::swprintf(entry, std::size(entry), pattern, level + 1);
-        colors[level] = LoadColor(entry, defaults[level]);
+// The entries of a numbered colour and their defaults, spelt out once: a view makes its options each time it
+// needs them.
+struct LevelEntries {
+    LevelEntries(const wchar_t* pattern, const wchar_t* const (&defaults)[kPreferenceColorTiers]) {
+        for (std::size_t level = 0; level < kPreferenceColorTiers; ++level) {
+            std::swprintf(entries[level].data(), entries[level].size(), pattern, static_cast<int>(level) + 1);
+            colors[level] = DefaultColor(defaults[level]);
+        }
     }
-}
+
+    void Load(std::span<unsigned long, kPreferenceColorTiers> target) const {
+        for (std::size_t level = 0; level < kPreferenceColorTiers; ++level)
+            target[level] = GetQLRegColor(QLIS_DEVELOPMENT, entries[level].data(), colors[level]);
+    }
+
+    std::array<std::array<wchar_t, 32>, kPreferenceColorTiers> entries;
+    std::array<unsigned long, kPreferenceColorTiers> colors;
+};
 
 template <class Choice, std::size_t kCount>
 Choice LoadChoice(const wchar_t* entry, const wchar_t* const (&names)[kCount], Choice defaultChoice) {
@@ -135,12 +146,18 @@ CPrettyTplOpt::~CPrettyTplOpt() = default;
 
 void CPrettyTplOpt::LoadLevels() {
     static_assert(kLevels == kPreferenceColorTiers);
-    LoadLevelColors(QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL, QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_DEFREGSTR,
-                    sequential_);
-    LoadLevelColors(QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_B, QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_B_DEFREGSTR,
-                    sequentialB_);
-    LoadLevelColors(QLIE_TEXT_TEMPLATE_COLOR_TIERED, QLIE_TEXT_TEMPLATE_COLOR_TIERED_DEFREGSTR, nested_);
-    LoadLevelColors(QLIE_TEXT_TEMPLATE_COLOR_TIERED_B, QLIE_TEXT_TEMPLATE_COLOR_TIERED_B_DEFREGSTR, nestedB_);
+    static const LevelEntries sequential(QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL,
+                                         QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_DEFREGSTR);
+    static const LevelEntries sequentialB(QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_B,
+                                          QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_B_DEFREGSTR);
+    static const LevelEntries nested(QLIE_TEXT_TEMPLATE_COLOR_TIERED,
+                                     QLIE_TEXT_TEMPLATE_COLOR_TIERED_DEFREGSTR);
+    static const LevelEntries nestedB(QLIE_TEXT_TEMPLATE_COLOR_TIERED_B,
+                                      QLIE_TEXT_TEMPLATE_COLOR_TIERED_B_DEFREGSTR);
+    sequential.Load(sequential_);
+    sequentialB.Load(sequentialB_);
+    nested.Load(nested_);
+    nestedB.Load(nestedB_);
 }
 
 void CPrettyTplOpt::LoadKinds() {

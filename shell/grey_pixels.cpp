@@ -3,56 +3,67 @@
 #include <emmintrin.h>
 
 #include <algorithm>
+#include <cstddef>
 
 namespace ql {
 
 namespace {
 
 constexpr std::size_t kPixel = 3;
-constexpr std::size_t kPixelsAtOnce = 4;
+constexpr std::size_t kPair = 2 * kPixel;  // what one half of a register works on
+constexpr std::size_t kFour = 4 * kPixel;
+constexpr std::size_t kBlock = 4 * kFour;
 
-__m128i Load(const std::uint8_t* bytes) noexcept {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+// The words of the halves: blue, red of the first pixel, green of the second, and, moved up by a byte, green
+// of the first, blue, red of the second. Two multiplications of pairs are the luminances in double words.
+__m128i Luminances(__m128i pairs) noexcept {
+    const __m128i low = _mm_set1_epi16(0xff);
+    const __m128i factors = _mm_set_epi16(0, 150, 77, 29, 0, 150, 77, 29);
+    const __m128i factorsOfMoved = _mm_set_epi16(77, 29, 150, 0, 77, 29, 150, 0);
+    return _mm_add_epi32(_mm_madd_epi16(_mm_and_si128(pairs, low), factors),
+                         _mm_madd_epi16(_mm_and_si128(_mm_slli_epi64(pairs, 8), low), factorsOfMoved));
 }
 
-// Twelve bytes of pixels spread to four lanes: blue, green, red and a byte of no meaning in each.
-__m128i Spread(__m128i packed) noexcept {
-    const __m128i pairs = _mm_unpacklo_epi64(packed, _mm_srli_si128(packed, 2 * kPixel));
-    const __m128i odd = _mm_slli_epi64(_mm_srli_epi64(pairs, 24), 32);
-    const __m128i even = _mm_and_si128(pairs, _mm_set_epi32(0, -1, 0, -1));
-    return _mm_or_si128(even, odd);
+// The greys of four pixels, six bytes in each half; the upper two bytes of a half are of no meaning.
+__m128i GreyFour(const std::uint8_t* pixels) noexcept {
+    const __m128i first = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels));
+    const __m128i second = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(pixels + kPair));
+    const __m128i greys = _mm_srli_epi32(Luminances(_mm_unpacklo_epi64(first, second)), 9);
+    const __m128i twice = _mm_or_si128(greys, _mm_srli_epi64(greys, 8));
+    const __m128i most = _mm_or_si128(twice, _mm_slli_epi64(twice, 8));
+    const __m128i all = _mm_or_si128(most, _mm_slli_epi64(greys, 16));
+    return _mm_or_si128(all, _mm_set1_epi8(-128));
 }
 
-// GreyOf in each lane.
-__m128i GreyLanes(__m128i lanes) noexcept {
-    const __m128i blueAndRed = _mm_and_si128(lanes, _mm_set1_epi32(0x00ff00ff));
-    const __m128i green = _mm_and_si128(_mm_srli_epi32(lanes, 8), _mm_set1_epi32(0xff));
-    const __m128i sum = _mm_add_epi32(_mm_madd_epi16(blueAndRed, _mm_set1_epi32(77 << 16 | 29)),
-                                      _mm_madd_epi16(green, _mm_set1_epi32(150)));
-    return _mm_srli_epi32(_mm_add_epi32(sum, _mm_set1_epi32(256 << 8)), 9);
+// Two bytes too many, which the next store corrects.
+void Store(std::uint8_t* pixels, __m128i greys) noexcept {
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(pixels), greys);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(pixels + kPair), _mm_unpackhi_epi64(greys, greys));
 }
 
-// The grey of each lane three times, as twelve bytes; the other four are zero.
-__m128i Pack(__m128i greys) noexcept {
-    const __m128i twice = _mm_or_si128(greys, _mm_slli_epi32(greys, 8));
-    const __m128i pixels = _mm_or_si128(twice, _mm_slli_epi32(greys, 16));
-    const __m128i even = _mm_and_si128(pixels, _mm_set_epi32(0, -1, 0, -1));
-    const __m128i odd = _mm_slli_epi64(_mm_srli_epi64(pixels, 32), 24);
-    const __m128i pairs = _mm_or_si128(even, odd);
-    return _mm_or_si128(_mm_move_epi64(pairs), _mm_slli_si128(_mm_srli_si128(pairs, 8), 2 * kPixel));
+void StoreExactly(std::uint8_t* pixels, __m128i greys) noexcept {
+    const __m128i second = _mm_unpackhi_epi64(greys, greys);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(pixels), greys);
+    _mm_storeu_si32(pixels + kPair, second);
+    _mm_storeu_si16(pixels + kPair + 4, _mm_srli_epi64(second, 32));
+}
+
+// All is read before anything is written: a load would wait for a store that it overlaps.
+void GreyBlock(std::uint8_t* pixels) noexcept {
+    const __m128i greys[] = {GreyFour(pixels), GreyFour(pixels + kFour), GreyFour(pixels + 2 * kFour),
+                             GreyFour(pixels + 3 * kFour)};
+    Store(pixels, greys[0]);
+    Store(pixels + kFour, greys[1]);
+    Store(pixels + 2 * kFour, greys[2]);
+    StoreExactly(pixels + 3 * kFour, greys[3]);
 }
 
 }  // namespace
 
 void GreyPixels(std::uint8_t* pixels, std::size_t count) noexcept {
-    // Each round reads sixteen bytes and changes twelve of them.
+    constexpr std::ptrdiff_t kRead = kBlock + 2;  // a half is read as eight bytes
     const std::uint8_t* const end = pixels + count * kPixel;
-    for (; end - pixels >= 16; pixels += kPixelsAtOnce * kPixel) {
-        const __m128i packed = Load(pixels);
-        const __m128i rest = _mm_and_si128(packed, _mm_set_epi32(-1, 0, 0, 0));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(pixels),
-                         _mm_or_si128(Pack(GreyLanes(Spread(packed))), rest));
-    }
+    for (; end - pixels >= kRead; pixels += kBlock) GreyBlock(pixels);
     for (; pixels != end; pixels += kPixel)
         std::fill_n(pixels, kPixel, GreyOf(pixels[0], pixels[1], pixels[2]));
 }

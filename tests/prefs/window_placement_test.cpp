@@ -169,6 +169,47 @@ TEST_F(WindowPlacement, OfARestoredWindowIsWhatTheTextSays) {
     EXPECT_TRUE(::IsWindowVisible(window.get()));
 }
 
+COLORREF ScreenColor(int x, int y) {
+    const HDC screen = ::GetDC(nullptr);
+    const COLORREF color = ::GetPixel(screen, x, y);
+    ::ReleaseDC(nullptr, screen);
+    return color;
+}
+
+// The screen shows what was painted a little later.
+bool ScreenTurns(COLORREF wanted, int x, int y) {
+    for (int tries = 0; tries < 300; ++tries, ::Sleep(10)) {
+        MSG message;
+        while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) ::DispatchMessageW(&message);
+        if (ScreenColor(x, y) == wanted) return true;
+    }
+    return false;
+}
+
+// In a corner of the screen where no dialog comes up.
+TEST_F(WindowPlacement, IsWhereTheScreenShowsTheWindow) {
+    constexpr COLORREF kColor = RGB(10, 200, 120);
+    const Window& window = Sizable();
+    Put(L"44, 0, 1, -1, -1, -1, -1, 950, 740, 1250, 1000");
+    ASSERT_TRUE(Restore(window));
+    POINT corner = {0, 0};
+    RECT client = {};
+    ::ClientToScreen(window.get(), &corner);
+    ::GetClientRect(window.get(), &client);
+    const HDC dc = ::GetDC(window.get());
+    const HBRUSH brush = ::CreateSolidBrush(kColor);
+    ::ValidateRect(window.get(), nullptr);
+    ::FillRect(dc, &client, brush);
+    ::DeleteObject(brush);
+    ::ReleaseDC(window.get(), dc);
+    EXPECT_TRUE(corner.x >= 950 && corner.x < 980 && corner.y > 740 && corner.y < 800);
+    EXPECT_TRUE(corner.x + client.right > 1220 && corner.y + client.bottom > 970);
+    EXPECT_TRUE(ScreenTurns(kColor, corner.x + 2, corner.y + 2));
+    EXPECT_TRUE(ScreenTurns(kColor, corner.x + client.right - 3, corner.y + client.bottom - 3));
+    EXPECT_NE(kColor, ScreenColor(949, 739));
+    EXPECT_NE(kColor, ScreenColor(1250, 1000));
+}
+
 TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
     const Window& window = Sizable();
     Save(window);

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cwchar>
+#include <initializer_list>
 #include <map>
 #include <string_view>
 #include <thread>
@@ -134,8 +135,10 @@ TEST(Lifetime, TheStartReadsWhenDatesAreVerified) {
 // FNV-1a of 64 bits.
 class Digest {
   public:
-    void Add(std::wstring_view units) {
-        for (const wchar_t unit : units) value_ = (value_ ^ static_cast<std::uint64_t>(unit)) * 0x100000001b3;
+    void Add(std::initializer_list<std::wstring_view> parts) {
+        for (const std::wstring_view part : parts)
+            for (const wchar_t unit : part)
+                value_ = (value_ ^ static_cast<std::uint64_t>(unit)) * 0x100000001b3;
     }
     std::uint64_t value() const { return value_; }
 
@@ -160,8 +163,8 @@ TEST(PreferenceKeys, AreAllThereAndUnchanged) {
     Digest names;
     Digest texts;
     for (const auto& [name, text] : keys) {
-        names.Add(name + L'\n');
-        texts.Add(name + L'=' + text + L'\n');
+        names.Add({name, L"\n"});
+        texts.Add({name, L"=", text, L"\n"});
         EXPECT_FALSE(text.empty() || text.front() == L' ' || text.back() == L' ') << name;
         EXPECT_EQ(std::wstring::npos, text.find(L'\\')) << name;
     }
