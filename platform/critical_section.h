@@ -46,4 +46,57 @@ class QL_LOCK_ATTRIBUTE(scoped_lockable) CriticalSectionGuard {
     CriticalSection& section_;
 };
 
+// A lock that many readers or one writer hold, for what is read far more often than written: readers do not wait for
+// each other. Unlike a critical section it must not be taken again by a thread that holds it. Use it through its guards.
+class QL_LOCK_ATTRIBUTE(capability("shared lock")) SharedLock {
+  public:
+    SharedLock() noexcept { ::InitializeSRWLock(&lock_); }
+    SharedLock(const SharedLock&) = delete;
+    SharedLock& operator=(const SharedLock&) = delete;
+
+    void EnterAsWriter() noexcept QL_LOCK_ATTRIBUTE(acquire_capability()) {
+        ::AcquireSRWLockExclusive(&lock_);
+    }
+    void LeaveAsWriter() noexcept QL_LOCK_ATTRIBUTE(release_capability()) {
+        ::ReleaseSRWLockExclusive(&lock_);
+    }
+    void EnterAsReader() noexcept QL_LOCK_ATTRIBUTE(acquire_shared_capability()) {
+        ::AcquireSRWLockShared(&lock_);
+    }
+    void LeaveAsReader() noexcept QL_LOCK_ATTRIBUTE(release_shared_capability()) {
+        ::ReleaseSRWLockShared(&lock_);
+    }
+
+  private:
+    SRWLOCK lock_;
+};
+
+class QL_LOCK_ATTRIBUTE(scoped_lockable) WriterGuard {
+  public:
+    explicit WriterGuard(SharedLock& lock) noexcept QL_LOCK_ATTRIBUTE(acquire_capability(lock))
+        : lock_(lock) {
+        lock_.EnterAsWriter();
+    }
+    ~WriterGuard() QL_LOCK_ATTRIBUTE(release_capability()) { lock_.LeaveAsWriter(); }
+    WriterGuard(const WriterGuard&) = delete;
+    WriterGuard& operator=(const WriterGuard&) = delete;
+
+  private:
+    SharedLock& lock_;
+};
+
+class QL_LOCK_ATTRIBUTE(scoped_lockable) ReaderGuard {
+  public:
+    explicit ReaderGuard(SharedLock& lock) noexcept QL_LOCK_ATTRIBUTE(acquire_shared_capability(lock))
+        : lock_(lock) {
+        lock_.EnterAsReader();
+    }
+    ~ReaderGuard() QL_LOCK_ATTRIBUTE(release_generic_capability()) { lock_.LeaveAsReader(); }
+    ReaderGuard(const ReaderGuard&) = delete;
+    ReaderGuard& operator=(const ReaderGuard&) = delete;
+
+  private:
+    SharedLock& lock_;
+};
+
 }  // namespace ql

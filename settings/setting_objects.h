@@ -131,8 +131,9 @@ class TRegSetting final : public TSetting<Value> {
         return TSetting<Value>::AsJson();
     }
 
+    bool IsLoaded() const { return this->isSet_ || isLoaded_; }
     void EnsureLoaded() {
-        if (!this->isSet_ && !isLoaded_) Load();
+        if (!IsLoaded()) Load();
     }
 
   private:

@@ -29,6 +29,14 @@ class SettingsDictionary {
                                                                  : nullptr;
     }
 
+    // The key's setting; null when there is none of that value type.
+    template <template <class> class Setting, class Value>
+    const Setting<Value>* Find(const SettingKey& key) const {
+        const auto* known = static_cast<const ICollectableSetting*>(settings_.findValue(&key));
+        const bool fits = known && known->GetValueType() == kSettingValueType<Value>;
+        return fits ? static_cast<const Setting<Value>*>(known) : nullptr;
+    }
+
     // Whether there was one.
     bool Remove(const SettingKey& key) {
         RWCollectable* value = nullptr;

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <climits>
 #include <cmath>
+#include <optional>
 
 #include "platform/critical_section.h"
 #include "settings/failure.h"
@@ -14,7 +15,7 @@
 namespace ql {
 
 struct LockedSettings {
-    CriticalSection lock;
+    SharedLock lock;
     SettingsDictionary settings QL_GUARDED_BY(lock);
 };
 
@@ -48,11 +49,11 @@ class NumberText {
     std::size_t length_;
 };
 
-// Runs the call on the dictionary under its lock.
+// Runs the call on the dictionary while nobody else reads or changes it.
 template <class Call>
 bool Locked(LockedSettings& state, Call call) {
     return ql::FailureIfThrown(false, [&] {
-        ql::CriticalSectionGuard guard(state.lock);
+        const ql::WriterGuard guard(state.lock);
         return call(state.settings);
     });
 }
@@ -71,8 +72,18 @@ bool AssignRegistrySetting(LockedSettings& state, const SettingKey& key, const S
     });
 }
 
+// Whether the setting is set, if it is known and needs no look into the registry.
+template <class Value>
+std::optional<bool> ReadKnownSetting(LockedSettings& state, const SettingKey& key, Value* value) {
+    const ql::ReaderGuard guard(state.lock);
+    const auto* setting = state.settings.Find<TRegSetting, Value>(key);
+    if (!setting || !setting->IsLoaded()) return std::nullopt;
+    *value = setting->Get();
+    return setting->IsSet();
+}
+
 template <class Value, class Default>
-bool ReadRegistrySetting(LockedSettings& state, const SettingKey& key, Value* value,
+bool LoadRegistrySetting(LockedSettings& state, const SettingKey& key, Value* value,
                          const Default& defaultValue) {
     return Locked(state, [&](SettingsDictionary& settings) {
         auto* setting = settings.FindOrCreate<TRegSetting, Value>(key, defaultValue);
@@ -83,6 +94,15 @@ bool ReadRegistrySetting(LockedSettings& state, const SettingKey& key, Value* va
         setting->EnsureLoaded();
         *value = setting->Get();
         return setting->IsSet();
+    });
+}
+
+template <class Value, class Default>
+bool ReadRegistrySetting(LockedSettings& state, const SettingKey& key, Value* value,
+                         const Default& defaultValue) {
+    return ql::FailureIfThrown(false, [&] {
+        const std::optional<bool> known = ReadKnownSetting(state, key, value);
+        return known ? *known : LoadRegistrySetting(state, key, value, defaultValue);
     });
 }
 
@@ -226,7 +246,7 @@ bool CQlsSettings::GetSerializedSettings(RWWString* json) {
     return ql::FailureIfThrown(false, [&] {
         std::unique_ptr<JSON::Value> root;
         {
-            ql::CriticalSectionGuard guard(state_->lock);
+            const ql::WriterGuard guard(state_->lock);
             root = AsJson(state_->settings);
         }
         *json = JSON::Serialize(root.get());
@@ -238,7 +258,7 @@ bool CQlsSettings::SetFromSerializedSettings(const wchar_t* json) {
     return ql::FailureIfThrown(false, [&] {
         const std::unique_ptr<JSON::Value> root = JSON::Parse(ql::TextOf(json));
         if (!root || root->kind() != JSON::Object) return false;
-        ql::CriticalSectionGuard guard(state_->lock);
+        const ql::WriterGuard guard(state_->lock);
         RWWString key;
         for (JSON::Value* member = root->FirstMember(key); member; member = root->NextMember(key)) {
             AssignMember(state_->settings, UpToZero(key), *member);

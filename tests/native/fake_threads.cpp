@@ -79,6 +79,27 @@ void DeleteCriticalSection(CRITICAL_SECTION* section) {
     pthread_mutex_destroy(&section->mutex);
 }
 
+// Never destroyed, as on the system; the C library's holds no memory.
+void InitializeSRWLock(SRWLOCK* lock) {
+    pthread_rwlock_init(&lock->lock, nullptr);
+}
+
+void AcquireSRWLockExclusive(SRWLOCK* lock) {
+    pthread_rwlock_wrlock(&lock->lock);
+}
+
+void ReleaseSRWLockExclusive(SRWLOCK* lock) {
+    pthread_rwlock_unlock(&lock->lock);
+}
+
+void AcquireSRWLockShared(SRWLOCK* lock) {
+    pthread_rwlock_rdlock(&lock->lock);
+}
+
+void ReleaseSRWLockShared(SRWLOCK* lock) {
+    pthread_rwlock_unlock(&lock->lock);
+}
+
 DWORD TlsAlloc() {
     pthread_key_t key = 0;
     return pthread_key_create(&key, nullptr) == 0 ? key : TLS_OUT_OF_INDEXES;

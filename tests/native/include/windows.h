@@ -72,6 +72,15 @@ void EnterCriticalSection(CRITICAL_SECTION* section);
 void LeaveCriticalSection(CRITICAL_SECTION* section);
 void DeleteCriticalSection(CRITICAL_SECTION* section);
 
+struct SRWLOCK {
+    pthread_rwlock_t lock;
+};
+void InitializeSRWLock(SRWLOCK* lock);
+void AcquireSRWLockExclusive(SRWLOCK* lock);
+void ReleaseSRWLockExclusive(SRWLOCK* lock);
+void AcquireSRWLockShared(SRWLOCK* lock);
+void ReleaseSRWLockShared(SRWLOCK* lock);
+
 #define TLS_OUT_OF_INDEXES 0xffffffffu
 DWORD TlsAlloc();
 BOOL TlsFree(DWORD index);
