@@ -42,7 +42,7 @@ class ExitingOutput : public ILogOutput {
     void Close() override {}
 };
 
-// The system may crash when it ends a thread that it has not yet started in full.
+// Wine may crash when it ends a thread that it has not yet started in full.
 void WaitUntilTheWriterRuns() {
     static std::atomic<bool> runs = false;
     struct Sign : ILogOutput {
@@ -90,6 +90,7 @@ int wmain(int argc, wchar_t** argv) {
         QLLogger::CloseLogs();
         PutLines(kLines);
         QLLogger::InitializeLog(file, QLLOG_INFO);
+        WaitUntilTheWriterRuns();
         return 5;
     }
     if (way == L"rolling") {

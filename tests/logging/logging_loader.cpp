@@ -1,5 +1,6 @@
 // logging_loader LIBRARY FILE: loads the library, queues lines and frees it until the system says that it is
 // gone.
+#include <filesystem>
 #include <string>
 
 #include "platform/win32.h"
@@ -13,6 +14,12 @@ Function* Find(HMODULE library, const char* name) {
     return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(library, name)));
 }
 
+// Wine may crash when it ends a thread that it has not yet started in full.
+void WaitUntilTheWriterRuns(const wchar_t* file) {
+    constexpr std::uintmax_t kByteOrderMark = 3;
+    while (std::filesystem::file_size(file) <= kByteOrderMark) ::Sleep(1);
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -21,10 +28,16 @@ int wmain(int argc, wchar_t** argv) {
     const auto initialize =
         Find<void(const wchar_t*, int)>(library, "_ZN8QLLogger13InitializeLogEPKw10QLLogLevel");
     const auto put = Find<void(int, const wchar_t*)>(library, "_ZN8QLLogger10PutMessageE10QLLogLevelPKw");
-    if (!initialize || !put) return 3;
+    const auto flush = Find<void()>(library, "_ZN8QLLogger9FlushLogsEv");
+    if (!initialize || !put || !flush) return 3;
     constexpr int kInfo = 4;
     initialize(argv[2], kInfo);
-    for (int i = 0; i < kLines; ++i) put(kInfo, (std::to_wstring(i) + L'\n').c_str());
+    for (int i = 0; i < kLines; ++i) {
+        put(kInfo, (std::to_wstring(i) + L'\n').c_str());
+        if (i > 0) continue;
+        flush();
+        WaitUntilTheWriterRuns(argv[2]);
+    }
     for (int i = 0; i < 3; ++i) ::FreeLibrary(library);
     return ::GetModuleHandleW(argv[1]) ? 5 : 4;
 }

@@ -48,6 +48,23 @@ std::string Lines(int count) {
     return lines;
 }
 
+// The file without the line that stands twice, where the writer was ended amid one.
+std::string LinesOf(const std::wstring& file) {
+    std::istringstream stream(BytesOf(file));
+    std::string lines;
+    std::string last;
+    int repeated = 0;
+    for (std::string line; std::getline(stream, line); last = line) {
+        if (line == last) {
+            ++repeated;
+        } else {
+            lines += line + '\n';
+        }
+    }
+    EXPECT_LE(repeated, 1);
+    return lines;
+}
+
 // The numbers of the entries of a rolling log, in their order; -1 for one that is cut.
 void AddEntries(std::vector<int>& entries, const std::string& bytes) {
     std::istringstream stream(bytes.substr(0, 3) == "\xEF\xBB\xBF" ? bytes.substr(3) : bytes);
@@ -79,7 +96,7 @@ TEST_P(WayOut, LosesNoLine) {
     for (int i = 0; i < 5; ++i) {
         EXPECT_EQ(kEnded, ExitCode(Start(L"logging_child.exe", GetParam(), file)));
         const bool twice = std::wstring_view(GetParam()) == L"static";
-        EXPECT_EQ(Lines(20'000) + (twice ? Lines(20'000).substr(3) : ""), BytesOf(file));
+        EXPECT_EQ(Lines(20'000) + (twice ? Lines(20'000).substr(3) : ""), LinesOf(file));
     }
 }
 
@@ -96,7 +113,7 @@ TEST(WaysOut, AFreedLibraryStaysAndLosesNoLine) {
     for (int i = 0; i < 5; ++i) {
         const auto process = Start(L"logging_loader.exe", library, folder / L"way.log");
         EXPECT_EQ(kEnded, ExitCode(process));
-        EXPECT_EQ(Lines(20'000), BytesOf(folder / L"way.log"));
+        EXPECT_EQ(Lines(20'000), LinesOf(folder / L"way.log"));
     }
 }
 
