@@ -79,7 +79,14 @@ class QL_API WriteLogMessage : public LogMessage {
         : LogMessage(kWrite), text_(std::move(text)), level_(level) {}
     WriteLogMessage(const WriteLogMessage& other)
         : LogMessage(other), text_(other.text()), level_(other.level_) {}
-    WriteLogMessage& operator=(const WriteLogMessage&) = delete;
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is lost by it
+    WriteLogMessage& operator=(const WriteLogMessage& other) {
+        LogMessage::operator=(other);
+        text_ = other.text();
+        placed_ = nullptr;
+        level_ = other.level_;
+        return *this;
+    }
 
     const wchar_t* text() const noexcept { return placed_ ? placed_ : text_.c_str(); }
     QLLogLevel level() const noexcept { return level_; }

@@ -116,6 +116,21 @@ TEST(Logger, AnOutputMayLogRegisterAndCloseItself) {
     EXPECT_EQ(1, added.use_count());
 }
 
+TEST(Logger, TakesMessagesThatAHostMakesCopiesAndAssigns) {
+    struct Host : QLLogger {
+        static void Push(const WriteLogMessage& message) {
+            PushEvent(std::make_shared<WriteLogMessage>(message));
+        }
+    };
+    EXPECT_EQ((Calls{L"4:text", L"4:text", L"close"}), CallsDuring(QLLOG_INFO, [] {
+                  const WriteLogMessage message(QLLOG_INFO, L"text");
+                  WriteLogMessage other(QLLOG_ERROR, L"other");
+                  Host::Push(message);
+                  other = message;
+                  Host::Push(other);
+              }));
+}
+
 TEST(Logger, EveryCloseOfSeveralThreadsReturns) {
     const Calls calls = CallsDuring(QLLOG_INFO, [] {
         QLLogger::PutMessage(QLLOG_INFO, L"x");
