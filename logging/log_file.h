@@ -45,13 +45,7 @@ class LogFile {
     bool MakeRoom(std::size_t bytes) noexcept;
     void RewindTo(std::int64_t end) noexcept;
 
-    struct FileHandleTraits {
-        using Handle = HANDLE;
-        static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-        static void Close(Handle handle) noexcept { ::CloseHandle(handle); }
-    };
-
-    ql::UniqueHandle<FileHandleTraits> handle_{INVALID_HANDLE_VALUE};
+    ql::UniqueFileHandle handle_;
     std::int64_t position_ = 0;    // of the buffer's first byte in the file
     std::size_t used_ = 0;         // bytes in the buffer
     std::int64_t entryStart_ = 0;  // where the entry in hand begins

@@ -8,6 +8,7 @@
 #include "logging/log_outputs.h"
 #include "logging/os_description.h"
 #include "platform/critical_section.h"
+#include "platform/unique_handle.h"
 #include "platform/win32.h"
 
 namespace QLLoggerOutputs {
@@ -36,12 +37,6 @@ bool Exists(const std::wstring& path) noexcept {
     return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-struct FileHandleTraits {
-    using Handle = HANDLE;
-    static Handle Invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle handle) noexcept { ::CloseHandle(handle); }
-};
-
 HANDLE OpenForTimes(const std::wstring& path, DWORD access, DWORD share) noexcept {
     return ::CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
                          nullptr);
@@ -49,14 +44,14 @@ HANDLE OpenForTimes(const std::wstring& path, DWORD access, DWORD share) noexcep
 
 // Zero when the system does not tell.
 FILETIME GetFileLastWriteTime(const std::wstring& path) noexcept {
-    const ql::UniqueHandle<FileHandleTraits> file(OpenForTimes(path, GENERIC_READ, FILE_SHARE_READ));
+    const ql::UniqueFileHandle file(OpenForTimes(path, GENERIC_READ, FILE_SHARE_READ));
     FILETIME time = {};
     if (file && !::GetFileTime(file.get(), nullptr, nullptr, &time)) return {};
     return time;
 }
 
 void SetFileLastWriteTime(const std::wstring& path, const FILETIME& time) noexcept {
-    const ql::UniqueHandle<FileHandleTraits> file(OpenForTimes(path, GENERIC_WRITE, FILE_SHARE_WRITE));
+    const ql::UniqueFileHandle file(OpenForTimes(path, GENERIC_WRITE, FILE_SHARE_WRITE));
     if (file) ::SetFileTime(file.get(), nullptr, nullptr, &time);
 }
 

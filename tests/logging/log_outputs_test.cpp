@@ -42,15 +42,9 @@ class DebuggerTexts {
     void* hook_;
 };
 
-struct FileHandleTraits {
-    using Handle = HANDLE;
-    static Handle Invalid() { return INVALID_HANDLE_VALUE; }
-    static void Close(Handle handle) { ::CloseHandle(handle); }
-};
-using FileHandle = ql::UniqueHandle<FileHandleTraits>;
-
-FileHandle OpenFile(const std::wstring& path, DWORD access, DWORD share) {
-    return FileHandle(::CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
+ql::UniqueFileHandle OpenFile(const std::wstring& path, DWORD access, DWORD share) {
+    return ql::UniqueFileHandle(
+        ::CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
 FILETIME WriteTime(const std::wstring& path) {
@@ -251,7 +245,7 @@ TEST(RollingFile, StopsForGoodWhenTheOldestBackupCannotBeDeleted) {
     const DebuggerTexts debugger;
     RollingFileOutput output = Rolling(file, 1);
     {
-        const FileHandle held =
+        const ql::UniqueFileHandle held =
             OpenFile(folder / L"r1.bak", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
         output.Write(QLLOG_INFO, L"x");
     }
@@ -270,7 +264,8 @@ TEST(RollingFile, EmptiesTheMainFileWhenARenameFails) {
     PutBytes(folder / L"r1.bak", "1");
     const DebuggerTexts debugger;
     RollingFileOutput output = Rolling(file, 2);
-    const FileHandle held = OpenFile(folder / L"r1.bak", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    const ql::UniqueFileHandle held =
+        OpenFile(folder / L"r1.bak", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
     output.Write(QLLOG_INFO, L"x\n");
     EXPECT_EQ("1", BytesOf(folder / L"r1.bak"));
     EXPECT_TRUE(BytesOf(file).starts_with("\xEF\xBB\xBF#Software"));
@@ -284,7 +279,7 @@ TEST(RollingFile, RollsUnderAReaderThatSharesEverything) {
     const std::wstring file = folder / L"r.log";
     RollingFileOutput output = Rolling(file, 1);
     output.Write(QLLOG_INFO, LongEntry(L'a').c_str());
-    const FileHandle reader =
+    const ql::UniqueFileHandle reader =
         OpenFile(file, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
     ASSERT_TRUE(reader);
     output.Write(QLLOG_INFO, LongEntry(L'b').c_str());
