@@ -17,7 +17,7 @@ get_property(QL_PUBLIC_HEADERS GLOBAL PROPERTY QL_PUBLIC_HEADERS)
 
 if(QL_NATIVE)
   find_package(Threads REQUIRED)
-  set(fakes environment files registry shell system text threads)
+  set(fakes registry system text threads)
   list(TRANSFORM fakes REPLACE "(.+)" "tests/native/fake_\\1.cpp")
   add_library(ql_util STATIC ${QL_SOURCES} ${fakes})
   target_link_libraries(ql_util PUBLIC ql_options Threads::Threads)

@@ -11,7 +11,7 @@ struct NameLess {
     using is_transparent = void;
     bool operator()(std::wstring_view a, std::wstring_view b) const {
         return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
-                                    static_cast<int>(b.size()), TRUE) == CSTR_LESS_THAN;
+                                    static_cast<int>(b.size()), TRUE) < CSTR_EQUAL;
     }
 };
 

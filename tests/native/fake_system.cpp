@@ -1,37 +1,99 @@
+#include <shlobj.h>
 #include <time.h>
-#include <windows.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <filesystem>
+#include <map>
+#include <mutex>
 #include <string>
-#include <system_error>
+#include <string_view>
 
-#include "tests/native/fake_paths.h"
+#include "tests/native/fake_names.h"
+
+namespace {
+
+std::mutex g_lock;
+std::map<std::wstring, std::wstring, fake::NameLess> g_environment;
+
+// The length of a text that fits with its zero, which is then copied; else the room that it needs.
+DWORD CopyWhole(const std::wstring& text, wchar_t* out, DWORD capacity) {
+    const auto length = static_cast<DWORD>(text.size());
+    if (length >= capacity) return length + 1;
+    *std::copy(text.begin(), text.end(), out) = L'\0';
+    return length;
+}
+
+// The real file system is drive Z:.
+std::wstring WindowsPath(const std::filesystem::path& path) {
+    const std::u16string units = path.u16string();
+    std::wstring windows = L"Z:" + std::wstring(units.begin(), units.end());
+    std::replace(windows.begin(), windows.end(), L'/', L'\\');
+    return windows;
+}
+
+// A reference to an unknown name stays, and its second percent sign may begin another one.
+std::wstring Expanded(std::wstring_view text) {
+    std::wstring result;
+    while (!text.empty()) {
+        const std::size_t end = text.find(L'%', text.front() == L'%' ? 1 : 0);
+        const auto value = text.front() == L'%' && end != text.npos
+                               ? g_environment.find(std::wstring(text.substr(1, end - 1)))
+                               : g_environment.end();
+        const bool isKnown = value != g_environment.end();
+        result += isKnown ? value->second : text.substr(0, end);
+        text.remove_prefix(std::min(isKnown ? end + 1 : end, text.size()));
+    }
+    return result;
+}
+
+}  // namespace
+
+BOOL SetEnvironmentVariableW(const wchar_t* name, const wchar_t* value) {
+    const std::lock_guard guard(g_lock);
+    g_environment.erase(name);
+    if (value) g_environment.emplace(name, value);
+    return TRUE;
+}
+
+DWORD ExpandEnvironmentStringsW(const wchar_t* text, wchar_t* out, DWORD capacity) {
+    const std::lock_guard guard(g_lock);
+    const std::wstring expanded = Expanded(text);
+    CopyWhole(expanded, out, capacity);
+    return static_cast<DWORD>(expanded.size() + 1);
+}
+
+DWORD GetCurrentDirectoryW(DWORD capacity, wchar_t* directory) {
+    return CopyWhole(WindowsPath(std::filesystem::current_path()), directory, capacity);
+}
 
 DWORD GetModuleFileNameW(HMODULE, wchar_t* path, DWORD capacity) {
-    std::error_code error;
-    const std::wstring file =
-        fake::ToWindowsPath(std::filesystem::read_symlink("/proc/self/exe", error).string());
-    const std::size_t length = std::min<std::size_t>(file.size() + 1, capacity);
-    std::copy_n(file.c_str(), length, path);
-    if (length > file.size()) return static_cast<DWORD>(file.size());
-    if (length > 0) path[length - 1] = L'\0';
-    SetLastError(ERROR_INSUFFICIENT_BUFFER);
-    return capacity;
+    const std::wstring program = WindowsPath(std::filesystem::read_symlink("/proc/self/exe"));
+    return std::min(CopyWhole(program, path, capacity), capacity);
+}
+
+std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode) {
+    if (!path || !mode) return nullptr;
+    return std::fopen(std::filesystem::path(path).c_str(), std::filesystem::path(mode).c_str());
+}
+
+HRESULT SHGetFolderPathW(HWND, int folder, HANDLE, DWORD, wchar_t* path) {
+    const bool isPersonal = folder == (CSIDL_PERSONAL | CSIDL_FLAG_CREATE);
+    std::wcscpy(path, isPersonal ? L"C:\\users\\someone\\Documents" : L"C:\\users\\Public\\Documents");
+    return S_OK;
+}
+
+int MessageBoxW(HWND, const wchar_t* text, const wchar_t* title, UINT) {
+    return std::fprintf(stderr, "%ls: %ls\n", title, text);
 }
 
 // There is one module, the program, and it stays.
 BOOL GetModuleHandleExW(DWORD, const wchar_t*, HMODULE* module) {
-    static char program;
-    *module = reinterpret_cast<HMODULE>(&program);
+    *module = nullptr;
     return TRUE;
 }
 
 BOOL GetVersionExW(OSVERSIONINFOW* version) {
-    if (version->dwOSVersionInfoSize < sizeof *version) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return FALSE;
-    }
     *version = {sizeof *version, 6, 1, 7601, VER_PLATFORM_WIN32_NT, L"Service Pack 1"};
     return TRUE;
 }

@@ -1,22 +1,25 @@
 #include <windows.h>
 
-#include <unistd.h>
-
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <future>
 #include <memory>
 #include <mutex>
-#include <system_error>
 #include <thread>
-#include <utility>
 
 namespace {
 
-thread_local DWORD t_lastError = ERROR_SUCCESS;
+// The system's numbers are multiples of four.
+DWORD NewThreadId() {
+    static std::atomic<DWORD> last = 0;
+    return last += 4;
+}
 
-// An event, or a thread, which is one that is set when it ends. A name is not looked at.
+thread_local DWORD t_lastError = ERROR_SUCCESS;
+thread_local DWORD t_id = NewThreadId();
+
+// An event, or a thread, which is one that is set when it ends.
 struct Object {
     const bool manualReset;
     bool isSet;
@@ -40,10 +43,10 @@ Waiting& AllWaiting() {
     return waiting;
 }
 
-BOOL Change(Object& object, bool isSet) {
+BOOL Set(Object& object) {
     Waiting& waiting = AllWaiting();
     const std::lock_guard guard(waiting.lock);
-    object.isSet = isSet;
+    object.isSet = true;
     waiting.changed.notify_all();
     return TRUE;
 }
@@ -56,48 +59,6 @@ DWORD GetLastError() {
 
 void SetLastError(DWORD error) {
     t_lastError = error;
-}
-
-BOOL InitializeCriticalSectionAndSpinCount(CRITICAL_SECTION* section, DWORD) {
-    pthread_mutexattr_t attributes;
-    pthread_mutexattr_init(&attributes);
-    pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
-    pthread_mutex_init(&section->mutex, &attributes);
-    pthread_mutexattr_destroy(&attributes);
-    return TRUE;
-}
-
-void EnterCriticalSection(CRITICAL_SECTION* section) {
-    pthread_mutex_lock(&section->mutex);
-}
-
-void LeaveCriticalSection(CRITICAL_SECTION* section) {
-    pthread_mutex_unlock(&section->mutex);
-}
-
-void DeleteCriticalSection(CRITICAL_SECTION* section) {
-    pthread_mutex_destroy(&section->mutex);
-}
-
-// Never destroyed, as on the system; the C library's holds no memory.
-void InitializeSRWLock(SRWLOCK* lock) {
-    pthread_rwlock_init(&lock->lock, nullptr);
-}
-
-void AcquireSRWLockExclusive(SRWLOCK* lock) {
-    pthread_rwlock_wrlock(&lock->lock);
-}
-
-void ReleaseSRWLockExclusive(SRWLOCK* lock) {
-    pthread_rwlock_unlock(&lock->lock);
-}
-
-void AcquireSRWLockShared(SRWLOCK* lock) {
-    pthread_rwlock_rdlock(&lock->lock);
-}
-
-void ReleaseSRWLockShared(SRWLOCK* lock) {
-    pthread_rwlock_unlock(&lock->lock);
 }
 
 DWORD TlsAlloc() {
@@ -123,23 +84,14 @@ HANDLE CreateEventW(SECURITY_ATTRIBUTES*, BOOL manualReset, BOOL initialState, c
 }
 
 BOOL SetEvent(HANDLE event) {
-    return Change(At(event), true);
-}
-
-BOOL ResetEvent(HANDLE event) {
-    return Change(At(event), false);
+    return Set(At(event));
 }
 
 DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds) {
     return WaitForMultipleObjects(1, &object, FALSE, milliseconds);
 }
 
-// For any of the objects; none waits for all.
-DWORD WaitForMultipleObjects(DWORD count, const HANDLE* objects, BOOL all, DWORD milliseconds) {
-    if (count == 0 || count > MAXIMUM_WAIT_OBJECTS || all) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return WAIT_FAILED;
-    }
+DWORD WaitForMultipleObjects(DWORD count, const HANDLE* objects, BOOL, DWORD milliseconds) {
     const HANDLE* const end = objects + count;
     const HANDLE* set = end;
     const auto anyIsSet = [&] {
@@ -148,11 +100,8 @@ DWORD WaitForMultipleObjects(DWORD count, const HANDLE* objects, BOOL all, DWORD
     };
     Waiting& waiting = AllWaiting();
     std::unique_lock guard(waiting.lock);
-    if (milliseconds == INFINITE) {
-        waiting.changed.wait(guard, anyIsSet);
-    } else if (!waiting.changed.wait_for(guard, std::chrono::milliseconds(milliseconds), anyIsSet)) {
+    if (!waiting.changed.wait_for(guard, std::chrono::milliseconds(milliseconds), anyIsSet))
         return WAIT_TIMEOUT;
-    }
     At(*set).isSet = At(*set).manualReset;
     return WAIT_OBJECT_0 + static_cast<DWORD>(set - objects);
 }
@@ -165,35 +114,25 @@ BOOL CloseHandle(HANDLE object) {
 HANDLE CreateThread(SECURITY_ATTRIBUTES*, std::size_t, DWORD (*run)(void*), void* argument, DWORD,
                     DWORD* id) {
     const Reference thread(new Object{true, false});
-    std::promise<DWORD> started;
-    std::future<DWORD> startedId = started.get_future();
-    try {
-        std::thread([thread, run, argument, started = std::move(started)]() mutable {
-            started.set_value(GetCurrentThreadId());
-            run(argument);
-            Change(*thread, true);
-        }).detach();
-    } catch (const std::system_error&) {
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        return nullptr;
-    }
-    const DWORD newId = startedId.get();
+    const DWORD newId = NewThreadId();
     if (id) *id = newId;
+    std::thread([thread, newId, run, argument] {
+        t_id = newId;
+        run(argument);
+        Set(*thread);
+    }).detach();
     return new Reference(thread);
 }
 
 DWORD GetCurrentThreadId() {
-    return static_cast<DWORD>(gettid());
+    return t_id;
 }
 
 void Sleep(DWORD milliseconds) {
-    while (milliseconds == INFINITE) pause();
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 DWORD GetTickCount() {
-    using std::chrono::steady_clock;
-    const auto now =
-        std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now().time_since_epoch());
-    return static_cast<DWORD>(now.count());
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<DWORD>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
 }

@@ -7,7 +7,6 @@
 #define CSIDL_FLAG_CREATE 0x8000
 #define SHGFP_TYPE_CURRENT 0
 #define S_OK 0
-#define E_INVALIDARG (static_cast<HRESULT>(0x80070057))
 
 // The path takes MAX_PATH characters. The folders have names, but no file system is behind them.
 HRESULT SHGetFolderPathW(HWND owner, int folder, HANDLE token, DWORD flags, wchar_t* path);
