@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <thread>
 
 #include "settings/registry.h"
@@ -19,13 +18,12 @@ void OnAnotherThread(Work work) {
 }
 
 TEST(ThreadSlots, AnswerFailureUnlessInitialised) {
+    for (const bool answer : {TlsmFree(0), TlsmInitializeThread(), TlsmIsThreadInitialized(),
+                              TlsmSetValue(0, nullptr), TlsmUninitialize()}) {
+        EXPECT_FALSE(answer);
+    }
     EXPECT_EQ(kTlsmNoSlot, TlsmAlloc());
-    EXPECT_FALSE(TlsmFree(0));
-    EXPECT_FALSE(TlsmInitializeThread());
-    EXPECT_FALSE(TlsmIsThreadInitialized());
-    EXPECT_FALSE(TlsmSetValue(0, nullptr));
     EXPECT_EQ(nullptr, TlsmGetValue(0));
-    EXPECT_FALSE(TlsmUninitialize());
     TlsmUninitializeThread();
 }
 
@@ -35,18 +33,13 @@ class Slots : public testing::Test {
     ~Slots() override { EXPECT_TRUE(TlsmUninitialize()); }
 };
 
-TEST_F(Slots, AreSixtyFour) {
+TEST_F(Slots, AreSixtyFourAndBeginAgainAtZeroOnceAnyIsFreed) {
     EXPECT_FALSE(TlsmInitialize());
     for (unsigned long slot = 0; slot < 64; ++slot) EXPECT_EQ(slot, TlsmAlloc());
     EXPECT_EQ(kTlsmNoSlot, TlsmAlloc());
     EXPECT_FALSE(TlsmFree(64));
     EXPECT_FALSE(TlsmFree(kTlsmNoSlot));
     EXPECT_EQ(kTlsmNoSlot, TlsmAlloc());
-}
-
-TEST_F(Slots, BeginAgainAtZeroOnceAnyIsFreed) {
-    TlsmAlloc();
-    TlsmAlloc();
     EXPECT_TRUE(TlsmFree(1));
     EXPECT_EQ(0u, TlsmAlloc());
 }
@@ -80,13 +73,13 @@ TEST(ContextsWithoutStores, AnswerFailure) {
     EXPECT_EQ(-1, CQlsSettings::CreateThreadSettings());
     EXPECT_EQ(-1, CQlsSettings::GetCurThreadSettings());
     EXPECT_EQ(0, CQlsSettings::AddThreadSettingsRef(0));
-    EXPECT_FALSE(CQlsSettings::AttachThreadSettings(0));
-    EXPECT_FALSE(CQlsSettings::DetachThreadSettings(0));
-    EXPECT_FALSE(CQlsSettings::InitializeThread());
     EXPECT_EQ(nullptr, CQlsSettings::GetSettings(-1, false));
-    EXPECT_FALSE(CQlsSettings::SetThreadIntSetting(kNumber, 1));
-    EXPECT_FALSE(CQlsSettings::GetThreadStrSetting(kNumber, &text, L"default"));
-    EXPECT_FALSE(CQlsSettings::GetDefRegIntSetting(L"Sec", L"Ent", &number, 5));
+    for (const bool answer : {CQlsSettings::AttachThreadSettings(0), CQlsSettings::DetachThreadSettings(0),
+                              CQlsSettings::InitializeThread(), CQlsSettings::SetThreadIntSetting(kNumber, 1),
+                              CQlsSettings::GetThreadStrSetting(kNumber, &text, L"default"),
+                              CQlsSettings::GetDefRegIntSetting(L"Sec", L"Ent", &number, 5)}) {
+        EXPECT_FALSE(answer);
+    }
     EXPECT_EQ(L"before", text);
     EXPECT_EQ(7, number);
     CQlsSettings::UninitializeThread();
@@ -101,12 +94,7 @@ TEST(ContextsWithoutStores, StartOnlyOnceAndOnlyWithAThreadSlot) {
     EXPECT_FALSE(CQlsSettings::Initialize());
 }
 
-class Contexts : public testing::Test {
-  protected:
-    PrivateRegistry registry_;
-    SettingsProcess process_;
-    SettingsThread thread_;
-};
+using Contexts = SettingsTest;
 
 TEST_F(Contexts, TheLowestFreeIdIsHandedOut) {
     EXPECT_EQ(0, CQlsSettings::CreateThreadSettings());
@@ -153,12 +141,11 @@ TEST_F(Contexts, AThreadDetachesAsOftenAsItAttached) {
     EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id));
     EXPECT_FALSE(CQlsSettings::AttachThreadSettings(other));
     EXPECT_FALSE(CQlsSettings::DetachThreadSettings(other));
-    EXPECT_EQ(id, CQlsSettings::GetCurThreadSettings());
-    EXPECT_EQ(2, CQlsSettings::ReleaseThreadSettingsRef(id));
-    EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
-    EXPECT_EQ(id, CQlsSettings::GetCurThreadSettings());
-    EXPECT_EQ(2, CQlsSettings::ReleaseThreadSettingsRef(id));
-    EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
+    for (int attached = 2; attached > 0; --attached) {
+        EXPECT_EQ(id, CQlsSettings::GetCurThreadSettings());
+        EXPECT_EQ(2, CQlsSettings::ReleaseThreadSettingsRef(id));
+        EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
+    }
     EXPECT_EQ(-1, CQlsSettings::GetCurThreadSettings());
     EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
 }
@@ -212,7 +199,7 @@ TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {
     EXPECT_TRUE(CQlsSettings::SetDefRegStrSetting(L"Sec", L"Text", L"x"));
     EXPECT_EQ(L"True", GetQLRegStringEx(L"Sec", L"Bool", false));
     EXPECT_EQ(L"x", GetQLRegStringEx(L"Sec", L"Text", false));
-    EXPECT_EQ(REG_DWORD, registry_.Get(L"Sec", L"Int").type);
+    EXPECT_EQ((PrivateRegistry::Stored{REG_DWORD, {0xfe, 0xff, 0xff, 0xff}}), registry_.Get(L"Sec", L"Int"));
     int number = 0;
     EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Sec", L"Int", &number));
     EXPECT_EQ(1, number);
@@ -220,9 +207,17 @@ TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {
     EXPECT_EQ(-2, number);
     RWWString text(L"before");
     EXPECT_TRUE(CQlsSettings::SetDefRegStrSetting(L"Sec", L"Text", nullptr));
-    EXPECT_EQ(REG_NONE, registry_.Get(L"Sec", L"Text").type);
+    EXPECT_EQ(PrivateRegistry::Stored{}, registry_.Get(L"Sec", L"Text"));
     EXPECT_TRUE(CQlsSettings::GetDefRegStrSetting(L"Sec", L"Text", &text, L"default"));
     EXPECT_EQ(L"", text);
+}
+
+// Attaches the calling thread, on which the context's value must show.
+void SeeInContext(int id, int value) {
+    int seen = 0;
+    ASSERT_TRUE(CQlsSettings::AttachThreadSettings(id));
+    EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Own", L"Value", &seen));
+    EXPECT_EQ(value, seen);
 }
 
 // One piece of work: a context of its own filled from a document, a helper thread attached to it, and nothing
@@ -232,18 +227,12 @@ void WorkInContext(int worker, int round) {
     const std::wstring document = L"{\"Own<-^->Value\":" + std::to_wstring(value) + L"}";
     const int id = CQlsSettings::CreateThreadSettings();
     ASSERT_GE(id, 0);
-    ASSERT_TRUE(CQlsSettings::AttachThreadSettings(id));
     EXPECT_TRUE(CQlsSettings::GetSettings(id, true)->SetFromSerializedSettings(document.c_str()));
-    int number = 0;
-    EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Own", L"Value", &number));
-    EXPECT_EQ(value, number);
+    SeeInContext(id, value);
     EXPECT_EQ(L"", ThreadText(L"Global", std::to_wstring(worker).c_str()));
     if (round % 25 == 0) {
         OnAnotherThread([&] {
-            EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id));
-            int seen = 0;
-            EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Own", L"Value", &seen));
-            EXPECT_EQ(value, seen);
+            SeeInContext(id, value);
             EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
         });
     }
@@ -254,21 +243,15 @@ void WorkInContext(int worker, int round) {
 }
 
 TEST_F(Contexts, ManyThreadsRecycleContextsWithoutSeeingEachOther) {
-    constexpr int kWorkers = 8;
-    std::vector<std::thread> threads;
-    threads.reserve(kWorkers);
-    for (int worker = 0; worker < kWorkers; ++worker) {
-        threads.emplace_back([worker] {
-            const SettingsThread thread;
-            const std::wstring name = std::to_wstring(worker);
-            for (int round = 0; round < 100; ++round) {
-                WorkInContext(worker, round);
-                EXPECT_TRUE(CQlsSettings::SetThreadRegStrSetting(L"Global", name.c_str(), name.c_str()));
-                EXPECT_EQ(RWWString(name), ThreadText(L"Global", name.c_str()));
-            }
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
+    OnThreads(8, [](int worker) {
+        const SettingsThread thread;
+        const std::wstring name = std::to_wstring(worker);
+        for (int round = 0; round < 100; ++round) {
+            WorkInContext(worker, round);
+            EXPECT_TRUE(CQlsSettings::SetThreadRegStrSetting(L"Global", name.c_str(), name.c_str()));
+            EXPECT_EQ(RWWString(name), ThreadText(L"Global", name.c_str()));
+        }
+    });
     EXPECT_EQ(0, CQlsSettings::CreateThreadSettings());
     RWWString document;
     EXPECT_TRUE(CQlsSettings::GetSettings(-1, false)->GetSerializedSettings(&document));

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cwchar>
-#include <initializer_list>
 #include <map>
 #include <string_view>
 #include <thread>
@@ -17,12 +15,8 @@
 
 namespace {
 
-class Preferences : public testing::Test {
-  protected:
-    PrivateRegistry registry_;
-    SettingsProcess process_;
-    SettingsThread thread_;
-};
+using Preferences = SettingsTest;
+using Stored = PrivateRegistry::Stored;
 
 TEST_F(Preferences, AnEmptyTextIsTheDefaultOnlyThroughTheEverydayReader) {
     registry_.Put(kUser, L"Sec", L"Empty", L"");
@@ -39,12 +33,9 @@ TEST_F(Preferences, WhatIsWrittenIsStoredInItsFormAndReadWithoutTheRegistry) {
     WriteQLRegInt(L"Sec", L"Int", -2);
     WriteQLRegBool(L"Sec", L"Bool", true);
     WriteQLRegColor(L"Sec", L"Colour", 33023);
-    const auto text = registry_.Get(L"Sec", L"Text");
-    EXPECT_EQ(REG_SZ, text.type);
-    EXPECT_EQ(3 * sizeof(wchar_t), text.bytes.size());
-    const auto number = registry_.Get(L"Sec", L"Int");
-    EXPECT_EQ(REG_DWORD, number.type);
-    EXPECT_EQ((std::vector<BYTE>{0xfe, 0xff, 0xff, 0xff}), number.bytes);
+    const auto* text = reinterpret_cast<const BYTE*>(L"xy");
+    EXPECT_EQ((Stored{REG_SZ, {text, text + sizeof L"xy"}}), registry_.Get(L"Sec", L"Text"));
+    EXPECT_EQ((Stored{REG_DWORD, {0xfe, 0xff, 0xff, 0xff}}), registry_.Get(L"Sec", L"Int"));
     EXPECT_EQ(L"True", GetQLRegStringEx(L"Sec", L"Bool", false));
     EXPECT_EQ(L"255,128,0", GetQLRegStringEx(L"Sec", L"Colour", false));
     ::RegDeleteTreeW(kUser, PrivateRegistry::Path(L"Sec").c_str());
@@ -68,7 +59,7 @@ TEST_F(Preferences, ANullTextDeletesTheUsersValueAndFallsBack) {
     EXPECT_EQ(L"user", GetQLRegString(L"Sec", L"Text", nullptr));
     WriteQLRegString(L"Sec", L"Text", nullptr);
     EXPECT_EQ(L"machine", GetQLRegString(L"Sec", L"Text", nullptr));
-    EXPECT_EQ(REG_NONE, registry_.Get(L"Sec", L"Text").type);
+    EXPECT_EQ(Stored{}, registry_.Get(L"Sec", L"Text"));
     WriteQLRegString(L"Nothing", L"there", nullptr);
     EXPECT_EQ(L"default", GetQLRegString(L"Nothing", L"there", L"default"));
 }
@@ -82,18 +73,15 @@ TEST_F(Preferences, DeletingFromAContextLeavesTheGlobalStoreAsItWas) {
 }
 
 TEST_F(Preferences, FoldersLoseExactlyOneTrailingBackslash) {
-    const struct {
-        const wchar_t* stored;
-        const wchar_t* folder;
-    } cases[] = {{L"D:\\Work\\", L"D:\\Work"},
-                 {L"D:\\Work\\\\", L"D:\\Work\\"},
-                 {L"D:\\Work", L"D:\\Work"},
-                 {L"\\", L""},
-                 {L"", L""},
-                 {L"D:/Work/", L"D:/Work/"}};
-    for (const auto& c : cases) {
-        WriteQLRegString(L"Sec", L"Folder", c.stored);
-        EXPECT_EQ(c.folder, GetQLProfileDir(L"Sec", L"Folder"));
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"D:\\Work\\", L"D:\\Work"},
+                                                               {L"D:\\Work\\\\", L"D:\\Work\\"},
+                                                               {L"D:\\Work", L"D:\\Work"},
+                                                               {L"\\", L""},
+                                                               {L"", L""},
+                                                               {L"D:/Work/", L"D:/Work/"}};
+    for (const auto& [stored, folder] : cases) {
+        WriteQLRegString(L"Sec", L"Folder", stored);
+        EXPECT_EQ(folder, GetQLProfileDir(L"Sec", L"Folder"));
     }
 }
 
@@ -112,18 +100,15 @@ TEST(PreferencesWithoutStores, AreReadFromTheRegistryEachTime) {
 }
 
 TEST(Lifetime, TheStartReadsWhenDatesAreVerified) {
-    const struct {
-        const wchar_t* text;
-        DATE_REDISPLAY_OPT option;
-    } cases[] = {{L"never", DATE_REDISPLAY_NEVER},
-                 {L"ALWAYS", DATE_REDISPLAY_ALWAYS},
-                 {L"sometimes", DATE_REDISPLAY_CHANGED},
-                 {L"never ", DATE_REDISPLAY_CHANGED}};
-    for (const auto& c : cases) {
+    const std::pair<const wchar_t*, DATE_REDISPLAY_OPT> cases[] = {{L"never", DATE_REDISPLAY_NEVER},
+                                                                   {L"ALWAYS", DATE_REDISPLAY_ALWAYS},
+                                                                   {L"sometimes", DATE_REDISPLAY_CHANGED},
+                                                                   {L"never ", DATE_REDISPLAY_CHANGED}};
+    for (const auto& [text, option] : cases) {
         const PrivateRegistry registry;
-        registry.Put(kUser, QLIS_ANSWER_ENTRY, QLIE_VERIFY_DATES, c.text);
+        registry.Put(kUser, QLIS_ANSWER_ENTRY, QLIE_VERIFY_DATES, text);
         EXPECT_TRUE(InitializeUtil());
-        EXPECT_EQ(c.option, g_dateRedisplayOpt);
+        EXPECT_EQ(option, g_dateRedisplayOpt);
         UninitializeUtil();
     }
     const PrivateRegistry empty;
@@ -133,18 +118,11 @@ TEST(Lifetime, TheStartReadsWhenDatesAreVerified) {
 }
 
 // FNV-1a of 64 bits.
-class Digest {
-  public:
-    void Add(std::initializer_list<std::wstring_view> parts) {
-        for (const std::wstring_view part : parts)
-            for (const wchar_t unit : part)
-                value_ = (value_ ^ static_cast<std::uint64_t>(unit)) * 0x100000001b3;
-    }
-    std::uint64_t value() const { return value_; }
-
-  private:
-    std::uint64_t value_ = 0xcbf29ce484222325;
-};
+std::uint64_t Digest(std::wstring_view text) {
+    std::uint64_t digest = 0xcbf29ce484222325;
+    for (const wchar_t unit : text) digest = (digest ^ static_cast<std::uint64_t>(unit)) * 0x100000001b3;
+    return digest;
+}
 
 // Registries and programs in the field hold these names and texts: one that is missing, misspelt or changed
 // shows in the digests, which were made from a list of the names of its own.
@@ -160,41 +138,28 @@ TEST(PreferenceKeys, AreAllThereAndUnchanged) {
     std::map<std::wstring, std::wstring> keys(std::begin(sections), std::end(sections));
     keys.insert(std::begin(entries), std::end(entries));
     EXPECT_EQ(24u + 531u, keys.size());
-    Digest names;
-    Digest texts;
+    std::wstring names;
+    std::wstring texts;
     for (const auto& [name, text] : keys) {
-        names.Add({name, L"\n"});
-        texts.Add({name, L"=", text, L"\n"});
+        names += name + L'\n';
+        texts += name + L'=' + text + L'\n';
         EXPECT_FALSE(text.empty() || text.front() == L' ' || text.back() == L' ') << name;
         EXPECT_EQ(std::wstring::npos, text.find(L'\\')) << name;
     }
-    EXPECT_EQ(0xd90fd2729d78fa7a, names.value());
-    EXPECT_EQ(0x9b88bb7121569f59, texts.value());
+    EXPECT_EQ(0xd90fd2729d78fa7a, Digest(names));
+    EXPECT_EQ(0x9b88bb7121569f59, Digest(texts));
 }
 
-TEST(PreferenceKeys, HoldTheTextsOfTheRegistry) {
-    const struct {
-        const wchar_t* expected;
-        const wchar_t* key;
-    } cases[] = {
-        {L"Locations", QLIS_DIRECTORIES},
-        {L"Spelling", QLIS_SPELL_CHECKING},
-        {L"Smart", QLIE_INSERT_RETURNS_SMART},
-        {L"TITLE", QLIE_TITLE},
-        {L"*** Variable ***", QLIE_UNANSWERED_FORMAT_VARIABLE},
-        {L"Don't leave dialog", QLIE_REFORMAT_ANSWER_FIELD_ACTION_STAY},
-        {L"Use Developer Comments For Text Blocks", QLIE_USE_DEV_CMTS_FOR_TEXT_BLOCKS},
+TEST(PreferenceKeys, HaveDefaults) {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"0,0,255:true:false", QLIE_SCRIPT_EDITOR_COLOR_LOCALS_DEFREGSTR},
         {L"255,128,128", QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_DEFREGSTR[19]},
         {L"255,255,192", QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_B_DEFREGSTR[5]},
         {L"255,255,255", QLIE_TEXT_TEMPLATE_COLOR_TIERED_B_DEFREGSTR[19]},
     };
-    for (const auto& c : cases) EXPECT_STREQ(c.expected, c.key);
+    for (const auto& [expected, value] : cases) EXPECT_STREQ(expected, value);
     EXPECT_TRUE(QLIE_SCRIPT_EDITOR_AUTO_INDENT_DEFREGBOOL);
     EXPECT_EQ(2147483647, QLIEDEF_MAX_WHILE_COUNT);
-    wchar_t entry[40];
-    std::swprintf(entry, std::size(entry), QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL, 3);
-    EXPECT_STREQ(L"Template Sequential 3", entry);
 }
 
 }  // namespace

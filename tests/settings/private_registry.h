@@ -4,6 +4,7 @@
 
 #include <ostream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/unique_handle.h"
@@ -38,8 +39,6 @@ class PrivateRegistry {
         ::RegDeleteKeyW(kUser, kHomes);  // refused while other processes have theirs in it
 #endif
     }
-    PrivateRegistry(const PrivateRegistry&) = delete;
-    PrivateRegistry& operator=(const PrivateRegistry&) = delete;
 
     static std::wstring Path(const wchar_t* section) {
         return std::wstring(L"SOFTWARE\\Quillet\\Author\\") + section;
@@ -65,20 +64,19 @@ class PrivateRegistry {
         PutBytes(root, Path(section), entry, REG_DWORD, &number, sizeof number);
     }
 
+    // What the current user's key holds; REG_NONE without bytes when it holds nothing.
     struct Stored {
         DWORD type = REG_NONE;
-        std::vector<BYTE> bytes;
+        std::vector<BYTE> bytes{};
+        bool operator==(const Stored&) const = default;
     };
-    // What the current user's key holds; REG_NONE without bytes when it holds nothing.
     static Stored Get(const wchar_t* section, const wchar_t* entry) {
-        Stored stored;
-        BYTE bytes[4096];
+        DWORD type = REG_NONE;
+        BYTE bytes[64];
         DWORD count = sizeof bytes;
-        const LONG result = ::RegQueryValueExW(Create(kUser, Path(section)).get(), entry, nullptr,
-                                               &stored.type, bytes, &count);
-        if (result != ERROR_SUCCESS) return {};
-        stored.bytes.assign(bytes, bytes + count);
-        return stored;
+        const auto key = Create(kUser, Path(section));
+        if (::RegQueryValueExW(key.get(), entry, nullptr, &type, bytes, &count) != ERROR_SUCCESS) return {};
+        return {type, {bytes, bytes + count}};
     }
 
   private:
@@ -105,8 +103,6 @@ struct SettingsThread {
         CQlsSettings::UninitializeThread();
         TlsmUninitializeThread();
     }
-    SettingsThread(const SettingsThread&) = delete;
-    SettingsThread& operator=(const SettingsThread&) = delete;
 };
 
 // The process's stores, from start to end.
@@ -119,9 +115,23 @@ struct SettingsProcess {
         CQlsSettings::Uninitialize();
         EXPECT_TRUE(TlsmUninitialize());
     }
-    SettingsProcess(const SettingsProcess&) = delete;
-    SettingsProcess& operator=(const SettingsProcess&) = delete;
 };
+
+// On a thread of a process that has settings, over a private registry.
+class SettingsTest : public testing::Test {
+  protected:
+    PrivateRegistry registry_;
+    SettingsProcess process_;
+    SettingsThread thread_;
+};
+
+// Runs the work on that many threads at once, each with its number from 0.
+template <class Work>
+void OnThreads(int count, Work work) {
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i) threads.emplace_back(work, i);
+    for (std::thread& thread : threads) thread.join();
+}
 
 inline RWWString ThreadText(const wchar_t* section, const wchar_t* entry) {
     RWWString text;

@@ -129,15 +129,13 @@ TEST_F(Registry, EmptyAndNullSectionsAreTheBaseKey) {
 }
 
 TEST_F(Registry, BooleansAreTextsAndAnyOtherTextIsFalse) {
-    const struct {
-        const wchar_t* text;
-        bool value;
-    } cases[] = {{g_trueStr, true}, {L"TRUE", true}, {g_falseStr, false}, {L"maybe", false}, {L"", false}};
-    for (const auto& c : cases) {
-        registry_.Put(kUser, kSection, kEntry, c.text);
-        bool value = !c.value;
+    const std::pair<const wchar_t*, bool> cases[] = {
+        {g_trueStr, true}, {L"TRUE", true}, {g_falseStr, false}, {L"maybe", false}, {L"", false}};
+    for (const auto& [text, expected] : cases) {
+        registry_.Put(kUser, kSection, kEntry, text);
+        bool value = !expected;
         EXPECT_TRUE(GetRegBoolVal(kSection, kEntry, &value));
-        EXPECT_EQ(c.value, value);
+        EXPECT_EQ(expected, value);
     }
     registry_.Put(kUser, kSection, kEntry, 1);
     bool value = true;
@@ -146,16 +144,12 @@ TEST_F(Registry, BooleansAreTextsAndAnyOtherTextIsFalse) {
 }
 
 TEST_F(Registry, ColoursAreThreeMaskedNumbers) {
-    const struct {
-        const wchar_t* text;
-        unsigned long color;
-    } cases[] = {
+    const std::pair<const wchar_t*, unsigned long> cases[] = {
         {L"255,128,0", 33023}, {L"300,0,0", 44}, {L"0,-1,0", 0xff00}, {L" 1, 2,3 and more,4", 0x30201},
         {L"red,,", 0},         {L"1,2,", 0x201}, {L"", 99},           {L"12", 99},
         {L"1,2", 99},          {L",1,2", 99},    {L",,", 99},         {L"99999999999,0,0", 0xff},
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(c.color, QLRegStringToColor(c.text, 99)) << RWWString(c.text).length();
+    for (const auto& [text, color] : cases) EXPECT_EQ(color, QLRegStringToColor(text, 99)) << text;
 }
 
 TEST_F(Registry, ReadsWhatThePreviousGenerationLeft) {
