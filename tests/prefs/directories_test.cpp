@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cwctype>
+
 #include "settings/preferences.h"
 #include "tests/settings/private_registry.h"
 
@@ -10,68 +12,50 @@ namespace {
 constexpr auto kBeyond = static_cast<QuilletDirectories>(15);
 constexpr auto kBefore = static_cast<QuilletDirectories>(-1);
 
-class Directories : public testing::Test {
-  protected:
-    static RWWString Below(QuilletDirectories base, const wchar_t* tail) {
-        std::wstring directory = CQlDir::GetDirectory(base).str();
-        directory.resize(directory.find_last_not_of(L'\\') + 1);
-        return RWWString(directory + tail);
-    }
+constexpr auto kPersonal = PersonalDocumentsDirectory;
+constexpr auto kPublic = PublicDocumentsDirectory;
 
-    PrivateRegistry registry_;
-    SettingsProcess process_;
-    SettingsThread thread_;
+using Directories = SettingsTest;
+
+RWWString Below(QuilletDirectories base, const wchar_t* tail) {
+    std::wstring directory = CQlDir::GetDirectory(base).str();
+    directory.resize(directory.find_last_not_of(L'\\') + 1);
+    return RWWString(directory + tail);
+}
+
+constexpr struct {
+    QuilletDirectories kind;
+    const wchar_t *section, *entry;
+    QuilletDirectories base;
+    const wchar_t* tail;
+} kPreferences[] = {
+    {JavaScriptDirectory, L"Locations", L"JavaScript Files", ProgramDirectory, L"\\ServerFiles"},
+    {PersonalDictionaryFile, L"Spelling", L"Personal Dictionary", kPersonal,
+     L"\\Quillet Author\\Spelling\\Personal Dictionary.tlx"},
+    {LibraryDirectory, L"Locations", L"Library Files", kPersonal, L"\\Quillet Author"},
+    {TemplateSetDirectory, L"Locations", L"Template Sets", kPublic, L"\\Quillet Author\\Templates"},
+    {FormDocumentDirectory, L"Locations", L"Form Document Files", kPersonal, L""},
+    {AnswerDirectory, L"Locations", L"Answer Files", kPersonal, L"\\Quillet Author\\Answers"},
+    {AnswerDirectoryAlias, L"Locations", L"Answer Files", kPersonal, L"\\Quillet Author\\Answers"},
+    {TemplateDirectory, L"Locations", L"Template Files", kPersonal, L"\\Quillet Author\\Templates"},
+    {PublishDirectory, L"Locations", L"Publish Settings Files", kPersonal, L"\\Quillet Author\\Publish"},
+    {CatalogDirectory, L"Locations", L"Catalog Files", kPublic, L"\\Quillet Author\\Catalog Files"},
 };
 
 TEST_F(Directories, HaveDefaultsBelowTheDocumentsFoldersAndTheProgram) {
-    EXPECT_FALSE(CQlDir::GetDirectory(PersonalDocumentsDirectory).isNull());
-    EXPECT_FALSE(CQlDir::GetDirectory(PublicDocumentsDirectory).isNull());
-    EXPECT_NE(CQlDir::GetDirectory(PersonalDocumentsDirectory),
-              CQlDir::GetDirectory(PublicDocumentsDirectory));
-    const struct {
-        QuilletDirectories kind;
-        QuilletDirectories base;
-        const wchar_t* tail;
-    } cases[] = {
-        {JavaScriptDirectory, ProgramDirectory, L"\\ServerFiles"},
-        {PersonalDictionaryFile, PersonalDocumentsDirectory,
-         L"\\Quillet Author\\Spelling\\Personal Dictionary.tlx"},
-        {LibraryDirectory, PersonalDocumentsDirectory, L"\\Quillet Author"},
-        {TemplateSetDirectory, PublicDocumentsDirectory, L"\\Quillet Author\\Templates"},
-        {FormDocumentDirectory, PersonalDocumentsDirectory, L""},
-        {AnswerDirectory, PersonalDocumentsDirectory, L"\\Quillet Author\\Answers"},
-        {AnswerDirectoryAlias, PersonalDocumentsDirectory, L"\\Quillet Author\\Answers"},
-        {TemplateDirectory, PersonalDocumentsDirectory, L"\\Quillet Author\\Templates"},
-        {PublishDirectory, PersonalDocumentsDirectory, L"\\Quillet Author\\Publish"},
-        {CatalogDirectory, PublicDocumentsDirectory, L"\\Quillet Author\\Catalog Files"},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(Below(c.base, c.tail), CQlDir::GetDirectory(c.kind)) << "kind " << c.kind;
-    }
+    EXPECT_FALSE(CQlDir::GetDirectory(kPersonal).isNull());
+    EXPECT_FALSE(CQlDir::GetDirectory(kPublic).isNull());
+    EXPECT_NE(CQlDir::GetDirectory(kPersonal), CQlDir::GetDirectory(kPublic));
+    for (const auto& c : kPreferences)
+        EXPECT_EQ(Below(c.base, c.tail), CQlDir::GetDirectory(c.kind)) << c.entry;
 }
 
 TEST_F(Directories, ArePreferencesLessOneTrailingBackslash) {
-    const struct {
-        QuilletDirectories kind;
-        const wchar_t* section;
-        const wchar_t* entry;
-    } cases[] = {
-        {JavaScriptDirectory, L"Locations", L"JavaScript Files"},
-        {PersonalDictionaryFile, L"Spelling", L"Personal Dictionary"},
-        {LibraryDirectory, L"Locations", L"Library Files"},
-        {TemplateSetDirectory, L"Locations", L"Template Sets"},
-        {FormDocumentDirectory, L"Locations", L"Form Document Files"},
-        {AnswerDirectory, L"Locations", L"Answer Files"},
-        {TemplateDirectory, L"Locations", L"Template Files"},
-        {PublishDirectory, L"Locations", L"Publish Settings Files"},
-        {CatalogDirectory, L"Locations", L"Catalog Files"},
-    };
-    for (const auto& c : cases) {
-        const std::wstring stored = L"D:\\Work " + std::to_wstring(c.kind);
+    for (const auto& c : kPreferences) {
+        const std::wstring stored = L"D:\\Work " + std::wstring(c.entry);
         registry_.Put(kMachine, c.section, c.entry, stored + L'\\');
-        EXPECT_EQ(RWWString(stored), CQlDir::GetDirectory(c.kind)) << "kind " << c.kind;
+        EXPECT_EQ(RWWString(stored), CQlDir::GetDirectory(c.kind));
     }
-    EXPECT_EQ(L"D:\\Work 7", CQlDir::GetDirectory(AnswerDirectoryAlias));
 }
 
 TEST_F(Directories, OfTheProgramIsTheLibrarysFolderWithItsBackslash) {
@@ -124,46 +108,36 @@ TEST_F(Directories, OfTheLibraryUsedLastIsAPreference) {
 }
 
 TEST_F(Directories, HaveADisplayForm) {
-    const RWWString personal = Below(PersonalDocumentsDirectory, L"");
-    const RWWString common = Below(PublicDocumentsDirectory, L"");
-    const struct {
-        RWWString path;
-        const wchar_t* display;
-    } cases[] = {
-        {personal + L"\\letters\\a.docx", L"Documents\\letters\\a.docx"},
-        {personal + L"\\", L"Documents\\"},
-        {common + L"\\Quillet Author", L"Public Documents\\Quillet Author"},
+    const std::pair<RWWString, const wchar_t*> cases[] = {
+        {Below(kPersonal, L"\\letters\\a.docx"), L"Documents\\letters\\a.docx"},
+        {Below(kPersonal, L"\\"), L"Documents\\"},
+        {Below(kPublic, L"\\Quillet Author"), L"Public Documents\\Quillet Author"},
         {L"D:\\Documents\\letters", L"D:\\Documents\\letters"},
         {L"", L""},
         {L"\\", L"\\"},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.display, CQlDir::ConvertPathToSpecialDisplayPath(c.path));
-        EXPECT_EQ(c.path, CQlDir::ConvertSpecialDisplayPathToPath(c.display));
+    for (const auto& [path, display] : cases) {
+        EXPECT_EQ(display, CQlDir::ConvertPathToSpecialDisplayPath(path));
+        EXPECT_EQ(path, CQlDir::ConvertSpecialDisplayPathToPath(display));
     }
 }
 
 TEST_F(Directories, AreComparedWithDisplayNamesIgnoringCaseAndByTheLeadingTextAlone) {
-    const RWWString personal = Below(PersonalDocumentsDirectory, L"");
-    const struct {
-        const wchar_t* display;
-        RWWString path;
-    } undisplayed[] = {
-        {L"documents\\letters", personal + L"\\letters"},
-        {L"DOCUMENTS", personal + L"\\"},
-        {L"DocumentsOld\\x", personal + L"\\Old\\x"},
-        {L"Documents\\\\x", personal + L"\\\\x"},
-        {L"public DOCUMENTS\\x", Below(PublicDocumentsDirectory, L"\\x")},
+    const std::pair<const wchar_t*, RWWString> undisplayed[] = {
+        {L"documents\\letters", Below(kPersonal, L"\\letters")},
+        {L"DOCUMENTS", Below(kPersonal, L"\\")},
+        {L"DocumentsOld\\x", Below(kPersonal, L"\\Old\\x")},
+        {L"Documents\\\\x", Below(kPersonal, L"\\\\x")},
+        {L"public DOCUMENTS\\x", Below(kPublic, L"\\x")},
         {L"Document", L"Document"},
     };
-    for (const auto& c : undisplayed) EXPECT_EQ(c.path, CQlDir::ConvertSpecialDisplayPathToPath(c.display));
-    std::wstring lower = personal.str();
-    for (wchar_t& unit : lower) {
-        if (unit >= L'A' && unit <= L'Z') unit = static_cast<wchar_t>(unit - L'A' + L'a');
-    }
-    EXPECT_EQ(L"Documents\\x", CQlDir::ConvertPathToSpecialDisplayPath(RWWString(lower + L"\\x")));
-    EXPECT_EQ(L"Documents\\", CQlDir::ConvertPathToSpecialDisplayPath(personal));
-    EXPECT_EQ(L"Documents\\Old\\x", CQlDir::ConvertPathToSpecialDisplayPath(personal + L"Old\\x"));
+    for (const auto& [display, path] : undisplayed)
+        EXPECT_EQ(path, CQlDir::ConvertSpecialDisplayPathToPath(display));
+    std::wstring lower = Below(kPersonal, L"\\x").str();
+    for (wchar_t& unit : lower) unit = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(unit)));
+    EXPECT_EQ(L"Documents\\x", CQlDir::ConvertPathToSpecialDisplayPath(RWWString(lower)));
+    EXPECT_EQ(L"Documents\\", CQlDir::ConvertPathToSpecialDisplayPath(Below(kPersonal, L"")));
+    EXPECT_EQ(L"Documents\\Old\\x", CQlDir::ConvertPathToSpecialDisplayPath(Below(kPersonal, L"Old\\x")));
 }
 
 }  // namespace

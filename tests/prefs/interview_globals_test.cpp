@@ -13,18 +13,14 @@ namespace {
 constexpr const wchar_t* kSection = L"Assembly";
 constexpr const wchar_t* kEntry = L"Unanswered Variable";
 
-class InterviewGlobals : public testing::Test {
-  protected:
-    // The next readings see what the registry holds now.
-    static void PutInRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
-        PrivateRegistry::Put(HKEY_CURRENT_USER, section, entry, text);
-        CQlsSettings::ClearThreadRegSetting(section, entry);
-    }
+using InterviewGlobals = SettingsTest;
+using Numbers = std::pair<const wchar_t*, int>;
 
-    PrivateRegistry registry_;
-    SettingsProcess process_;
-    SettingsThread thread_;
-};
+// The next readings see what the registry holds now.
+void PutInRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
+    PrivateRegistry::Put(kUser, section, entry, text);
+    CQlsSettings::ClearThreadRegSetting(section, entry);
+}
 
 TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirst) {
     EXPECT_TRUE(CQlGlobals::IsMonthFirst());
@@ -38,17 +34,13 @@ TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirst) {
 
 TEST_F(InterviewGlobals, CountryIsOneUnlessTheTextBeginsWithAnotherNumber) {
     EXPECT_EQ(1, CQlGlobals::GetCountry());
-    const struct {
-        const wchar_t* text;
-        int country;
-    } kCases[] = {{L"44", 44},
-                  {L"0", 1},
-                  {L"", 1},
-                  {L"x44", 1},
-                  {L" 49 Germany", 49},
-                  {L"-7", -7},
-                  {L"99999999999", 2147483647}};
-    for (const auto& [text, country] : kCases) {
+    for (const auto& [text, country] : {Numbers(L"44", 44),
+                                        {L"0", 1},
+                                        {L"", 1},
+                                        {L"x44", 1},
+                                        {L" 49 Germany", 49},
+                                        {L"-7", -7},
+                                        {L"99999999999", 2147483647}}) {
         PutInRegistry(L"Provider", L"Country", text);
         EXPECT_EQ(country, CQlGlobals::GetCountry()) << text;
     }
@@ -56,11 +48,9 @@ TEST_F(InterviewGlobals, CountryIsOneUnlessTheTextBeginsWithAnotherNumber) {
 
 TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsText) {
     EXPECT_EQ(Unanswered::VariableStarred, CQlGlobals::GetUnansValDefFormat());
-    const struct {
-        const wchar_t* text;
-        int format;
-    } kCases[] = {{L"nothing", 1},    {L"ASTERISKS", 2}, {L"*** Variable ***", 3}, {L"Underscores", 4},
-                  {L"[variable]", 5}, {L"", 3},          {L"Nothing at all", 3}};
+    const Numbers kCases[] = {{L"nothing", 1},       {L"ASTERISKS", 2},  {L"*** Variable ***", 3},
+                              {L"Underscores", 4},   {L"[variable]", 5}, {L"", 3},
+                              {L"Nothing at all", 3}};
     for (const auto& [text, format] : kCases) {
         PutInRegistry(kSection, kEntry, text);
         EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
@@ -69,12 +59,9 @@ TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsText) {
 
 TEST_F(InterviewGlobals, UnansweredFormatIsWrittenToTheStoreAlone) {
     PutInRegistry(kSection, kEntry, L"Nothing");
-    const struct {
-        int format;
-        const wchar_t* text;
-    } kCases[] = {{1, L"Nothing"},    {2, L"Asterisks"}, {3, L""}, {4, L"Underscores"},
-                  {5, L"[Variable]"}, {0, L""},          {6, L""}};
-    for (const auto& [format, text] : kCases) {
+    const Numbers kCases[] = {{L"Nothing", 1},    {L"Asterisks", 2}, {L"", 3}, {L"Underscores", 4},
+                              {L"[Variable]", 5}, {L"", 0},          {L"", 6}};
+    for (const auto& [text, format] : kCases) {
         CQlGlobals::SetUnansValDefFormat(static_cast<Unanswered::Format>(format));
         EXPECT_EQ(RWWString(text), ThreadText(kSection, kEntry)) << format;
     }
@@ -83,11 +70,9 @@ TEST_F(InterviewGlobals, UnansweredFormatIsWrittenToTheStoreAlone) {
 }
 
 TEST_F(InterviewGlobals, UnansweredFormatIsSetByThePreferencesText) {
-    const struct {
-        const wchar_t* text;
-        int format;
-    } kCases[] = {{L"underscores", 4}, {L"", 4},          {nullptr, 4},    {L"unknown", 4},
-                  {L"[VARIABLE]", 5},  {L"Asterisks", 2}, {L"Nothing", 1}, {L"*** variable ***", 3}};
+    const Numbers kCases[] = {
+        {L"underscores", 4}, {L"", 4},          {nullptr, 4},    {L"unknown", 4},
+        {L"[VARIABLE]", 5},  {L"Asterisks", 2}, {L"Nothing", 1}, {L"*** variable ***", 3}};
     for (const auto& [text, format] : kCases) {
         CQlGlobals::SetUnansValDefFormatFromPrefString(text);
         EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;

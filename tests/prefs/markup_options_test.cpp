@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cwchar>
 #include <iterator>
 #include <vector>
 
@@ -18,16 +17,7 @@ constexpr unsigned long Rgb(unsigned long red, unsigned long green, unsigned lon
 }
 constexpr unsigned long kWhite = Rgb(255, 255, 255);
 
-class MarkupOptions : public testing::Test {
-  protected:
-    static void Put(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
-        WriteQLRegString(section, entry, text);
-    }
-
-    PrivateRegistry registry_;
-    SettingsProcess process_;
-    SettingsThread thread_;
-};
+using MarkupOptions = SettingsTest;
 
 TEST_F(MarkupOptions, KindsHaveTheirDefaults) {
     const CPrettyTplOpt options;
@@ -109,32 +99,11 @@ TEST_F(MarkupOptions, OptionsAreReadFromTheirOwnEntries) {
     }
 }
 
-TEST_F(MarkupOptions, ColorsAreReadFromTheirOwnEntries) {
-    Put(L"Development", L"Template Var", L"1,2,3");
-    Put(L"Development", L"Template Insert B", L"4,5,6");
-    Put(L"Development", L"Template If", L"7,8,9");
-    Put(L"Development", L"Template Repeat", L"not a colour");
-    Put(L"Development", L"Template Sequential 1", L"10,0,0");
-    Put(L"Development", L"Template Sequential B 20", L"11,0,0");
-    Put(L"Development", L"Template Nested 4", L"12,0,0");
-    Put(L"Development", L"Template Nested B 7", L"300,0,0");
-    const CPrettyTplOpt options;
-    EXPECT_EQ(Rgb(1, 2, 3), options.GetFieldColor(VariableField));
-    EXPECT_EQ(Rgb(4, 5, 6), options.GetFieldBColor(InsertionField));
-    EXPECT_EQ(Rgb(7, 8, 9), options.GetFieldColor(ConditionalText));
-    EXPECT_EQ(Rgb(7, 8, 9), options.GetFieldColor(AlternativeText));
-    EXPECT_EQ(Rgb(180, 0, 0), options.GetFieldColor(RepeatedText)) << "unreadable";
-    EXPECT_EQ(Rgb(10, 0, 0), options.GetSeqColor(0));
-    EXPECT_EQ(Rgb(11, 0, 0), options.GetSeqBColor(19));
-    EXPECT_EQ(Rgb(12, 0, 0), options.GetNestColor(23));
-    EXPECT_EQ(Rgb(44, 0, 0), options.GetNestBColor(6));
-}
-
 TEST_F(MarkupOptions, MarkersAreTheStoredTextsAndNoneIsEmpty) {
-    Put(L"Markup View", L"Variable Field Begin", L"none");
-    Put(L"Markup View", L"Variable Field End", L"NONE ");
-    Put(L"Markup View", L"Editable Text End", L"«");
-    Put(L"Markup View", L"Repeated Text Begin", L"");
+    WriteQLRegString(L"Markup View", L"Variable Field Begin", L"none");
+    WriteQLRegString(L"Markup View", L"Variable Field End", L"NONE ");
+    WriteQLRegString(L"Markup View", L"Editable Text End", L"«");
+    WriteQLRegString(L"Markup View", L"Repeated Text Begin", L"");
     const CPrettyTplOpt options;
     EXPECT_STREQ(L"", options.GetBeginText(VariableField));
     EXPECT_STREQ(L"NONE ", options.GetEndText(VariableField));
@@ -153,9 +122,9 @@ TEST_F(MarkupOptions, ChoicesAreReadByNameIgnoringCase) {
                   {L"regular", L"Endnotes", L"Roman", {0, 0, 0}},
                   {L"gradient", L"", L"1", {0, 0, 0}}};
     for (const auto& c : kCases) {
-        Put(L"Markup View", L"Color Selection", c.scheme);
-        Put(L"Markup View", L"Annotation Type", c.type);
-        Put(L"Markup View", L"Annotation Style", c.style);
+        WriteQLRegString(L"Markup View", L"Color Selection", c.scheme);
+        WriteQLRegString(L"Markup View", L"Annotation Type", c.type);
+        WriteQLRegString(L"Markup View", L"Annotation Style", c.style);
         const CPrettyTplOpt options;
         EXPECT_EQ(c.numbers[0], options.GetClrScheme()) << c.scheme;
         EXPECT_EQ(c.numbers[1], options.GetAnnotType()) << c.type;
@@ -179,27 +148,34 @@ TEST_F(MarkupOptions, TheDefaultsHaveThirteenDistinctColors) {
     EXPECT_EQ(expected, ColorsOf(options));
 }
 
-TEST_F(MarkupOptions, EveryColorOfTheStoreCanDiffer) {
+// Stores the colours 0, 1, 2 ... from entry to entry; alternative text has those of conditional text.
+TEST_F(MarkupOptions, EveryColorIsReadFromItsOwnEntry) {
     unsigned long next = 0;
-    const auto put = [&](const wchar_t* entry) { WriteQLRegColor(L"Development", entry, next++); };
-    for (const wchar_t* pattern : {L"Template Sequential %d", L"Template Sequential B %d",
-                                   L"Template Nested %d", L"Template Nested B %d"}) {
-        for (int level = 1; level <= 20; ++level) {
-            wchar_t entry[64];
-            std::swprintf(entry, std::size(entry), pattern, level);
-            put(entry);
-        }
-    }
-    for (const wchar_t* entry : {L"Template Var", L"Template Insert", L"Template If", L"Template Repeat",
-                                 L"Template Span", L"Template Var B", L"Template Insert B", L"Template If B",
-                                 L"Template Repeat B", L"Template Span B"}) {
-        put(entry);
+    const auto put = [&](const std::wstring& entry) {
+        WriteQLRegColor(L"Development", (L"Template " + entry).c_str(), next++);
+    };
+    for (const wchar_t* levels : {L"Sequential ", L"Sequential B ", L"Nested ", L"Nested B "})
+        for (int level = 1; level <= 20; ++level) put(levels + std::to_wstring(level));
+    for (const wchar_t* kind : {L"Var", L"Insert", L"If", L"Repeat", L"Span", L"Var B", L"Insert B", L"If B",
+                                L"Repeat B", L"Span B"}) {
+        put(kind);
     }
     CPrettyTplOpt options;
-    std::vector<unsigned long> expected;
-    for (unsigned long color = 0; color < next; ++color) expected.push_back(color);
+    std::vector<unsigned long> found;
+    for (unsigned i = 0; i < 20; ++i) found.push_back(options.GetSeqColor(i));
+    for (unsigned i = 0; i < 20; ++i) found.push_back(options.GetSeqBColor(i));
+    for (unsigned i = 0; i < 20; ++i) found.push_back(options.GetNestColor(i));
+    for (unsigned i = 0; i < 20; ++i) found.push_back(options.GetNestBColor(i));
+    constexpr Type kKinds[] = {VariableField, InsertionField, ConditionalText, RepeatedText, EditableText};
+    for (const Type kind : kKinds) found.push_back(options.GetFieldColor(kind));
+    for (const Type kind : kKinds) found.push_back(options.GetFieldBColor(kind));
     EXPECT_EQ(90u, next);
-    EXPECT_EQ(expected, ColorsOf(options));
+    EXPECT_EQ(found, ColorsOf(options));
+    for (std::size_t i = 0; i < found.size(); ++i) EXPECT_EQ(i, found[i]);
+    EXPECT_EQ(82u, options.GetFieldColor(AlternativeText));
+    EXPECT_EQ(87u, options.GetFieldBColor(AlternativeText));
+    WriteQLRegString(L"Development", L"Template Repeat", L"not a colour");
+    EXPECT_EQ(Rgb(180, 0, 0), CPrettyTplOpt().GetFieldColor(RepeatedText));
 }
 
 TEST_F(MarkupOptions, AreASnapshotAndCopiesAreIndependent) {
@@ -207,8 +183,8 @@ TEST_F(MarkupOptions, AreASnapshotAndCopiesAreIndependent) {
     ColorsOf(first);
     first.SetProcessField(EditableText, true);
     first.SetProcessField(static_cast<Type>(6), true);
-    Put(L"Markup View", L"Variable Field Begin", L"<<");
-    Put(L"Development", L"Template Var", L"1,2,3");
+    WriteQLRegString(L"Markup View", L"Variable Field Begin", L"<<");
+    WriteQLRegString(L"Development", L"Template Var", L"1,2,3");
     EXPECT_STREQ(L"[", first.GetBeginText(VariableField));
     CPrettyTplOpt copy = first;
     copy.SetProcessField(VariableField, false);
@@ -225,7 +201,7 @@ TEST_F(MarkupOptions, AreASnapshotAndCopiesAreIndependent) {
 TEST_F(MarkupOptions, FollowTheThreadsOwnSettings) {
     CQlsSettings::SetThreadRegStrSetting(L"Markup View", L"Color Selection", L"nested");
     EXPECT_EQ(NestedColors, CPrettyTplOpt().GetClrScheme());
-    EXPECT_EQ(REG_NONE, static_cast<int>(PrivateRegistry::Get(L"Markup View", L"Color Selection").type));
+    EXPECT_EQ(PrivateRegistry::Stored{}, PrivateRegistry::Get(L"Markup View", L"Color Selection"));
 }
 
 }  // namespace

@@ -134,20 +134,16 @@ class Window {
     HWND handle_;
 };
 
-const Window& Sizable() {
-    static const Window window(WS_OVERLAPPEDWINDOW);
-    return window.AtFirstPlace();
-}
-const Window& AnotherSizable() {
-    static const Window window(WS_OVERLAPPEDWINDOW);
-    return window.AtFirstPlace();
+const Window& Sizable(int which = 0) {
+    static const Window windows[] = {Window(WS_OVERLAPPEDWINDOW), Window(WS_OVERLAPPEDWINDOW)};
+    return windows[which].AtFirstPlace();
 }
 const Window& Fixed() {
     static const Window window(WS_OVERLAPPEDWINDOW & ~(WS_THICKFRAME | WS_MAXIMIZEBOX));
     return window.AtFirstPlace();
 }
 
-class WindowPlacement : public testing::Test {
+class WindowPlacement : public SettingsTest {
   protected:
     static void Put(const RWWString& text) { WriteQLRegString(kSection, kEntry, text.data()); }
     static bool Restore(const Window& window) {
@@ -155,10 +151,6 @@ class WindowPlacement : public testing::Test {
     }
     static void Save(const Window& window) { SaveQLRegPlacement(window.get(), kSection, kEntry); }
     static RWWString Stored() { return GetQLRegString(kSection, kEntry, nullptr); }
-
-    PrivateRegistry registry_;
-    SettingsProcess process_;
-    SettingsThread thread_;
 };
 
 TEST_F(WindowPlacement, OfARestoredWindowIsWhatTheTextSays) {
@@ -216,7 +208,7 @@ TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
     EXPECT_TRUE(Stored().view().starts_with(L"44, 0, 1, ")) << Stored().str();
     EXPECT_TRUE(Stored().view().ends_with(L", 100, 120, 400, 320")) << Stored().str();
     ::MoveWindow(window.get(), 300, 310, 500, 400, TRUE);
-    const Window& another = AnotherSizable();
+    const Window& another = Sizable(1);
     for (const Window* const w : {&window, &another}) {
         EXPECT_TRUE(Restore(*w));
         EXPECT_TRUE((RECT{100, 120, 400, 320} == w->Rect()));
@@ -227,7 +219,7 @@ TEST_F(WindowPlacement, OfAMaximisedWindowIsMaximised) {
     const Window& window = Sizable();
     ::ShowWindow(window.get(), SW_MAXIMIZE);
     Save(window);
-    const Window& another = AnotherSizable();
+    const Window& another = Sizable(1);
     EXPECT_TRUE(Restore(another));
     EXPECT_TRUE(::IsZoomed(another.get()));
     ::ShowWindow(another.get(), SW_RESTORE);
@@ -240,7 +232,7 @@ TEST_F(WindowPlacement, OfAMinimisedWindowComesBackAsItWasBefore) {
         ::ShowWindow(window.get(), before);
         ::ShowWindow(window.get(), SW_MINIMIZE);
         Save(window);
-        const Window& another = AnotherSizable();
+        const Window& another = Sizable(1);
         EXPECT_TRUE(Restore(another)) << Stored().str();
         EXPECT_FALSE(::IsIconic(another.get()));
         EXPECT_EQ(before == SW_MAXIMIZE, ::IsZoomed(another.get()) != FALSE);
