@@ -150,19 +150,15 @@ TEST_F(Contexts, AThreadDetachesAsOftenAsItAttached) {
     EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
 }
 
-TEST_F(Contexts, AThreadThatEndsAttachedKeepsItsReference) {
-    const int id = CQlsSettings::CreateThreadSettings();
-    OnAnotherThread([id] { EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id)); });
-    EXPECT_EQ(1, CQlsSettings::ReleaseThreadSettingsRef(id));
-}
-
-TEST_F(Contexts, AThreadThatIsNotInitialisedCannotAttachButReadsTheGlobalStore) {
+TEST_F(Contexts, AThreadThatEndsAttachedKeepsItsReferenceAndOneNotInitialisedGetsNone) {
     const int id = CQlsSettings::CreateThreadSettings();
     CQlsSettings::SetThreadRegStrSetting(L"Sec", L"Ent", L"global");
     std::thread([id] {
         EXPECT_FALSE(CQlsSettings::AttachThreadSettings(id));
         EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
     }).join();
+    OnAnotherThread([id] { EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id)); });
+    EXPECT_EQ(1, CQlsSettings::ReleaseThreadSettingsRef(id));
     EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
 }
 
@@ -170,8 +166,11 @@ TEST_F(Contexts, AnAttachedThreadReadsTheGlobalStoreUntilItsFirstWrite) {
     CQlsSettings::SetThreadRegStrSetting(L"Sec", L"Ent", L"global");
     CQlsSettings::AttachThreadSettings(CQlsSettings::CreateThreadSettings());
     EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
-    EXPECT_TRUE(CQlsSettings::SetThreadStrSetting(kNumber, L"own"));
+    bool flag = false;
+    EXPECT_TRUE(CQlsSettings::SetThreadBoolSetting(kNumber, true)) << "which keeps nothing";
+    EXPECT_FALSE(CQlsSettings::GetThreadBoolSetting(kNumber, &flag, true) || flag);
     EXPECT_EQ(L"", ThreadText(L"Sec", L"Ent"));
+    EXPECT_TRUE(CQlsSettings::SetThreadStrSetting(kNumber, L"own"));
     OnAnotherThread([] {
         RWWString text;
         EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
@@ -179,16 +178,6 @@ TEST_F(Contexts, AnAttachedThreadReadsTheGlobalStoreUntilItsFirstWrite) {
     });
     EXPECT_TRUE(CQlsSettings::ClearThreadRegSetting(L"Sec", L"Ent"));
     EXPECT_FALSE(CQlsSettings::ClearThreadRegSetting(L"Sec", L"Ent"));
-}
-
-TEST_F(Contexts, SettersByNumberThatKeepNothingStillMakeTheStore) {
-    const int id = CQlsSettings::CreateThreadSettings();
-    CQlsSettings::AttachThreadSettings(id);
-    EXPECT_TRUE(CQlsSettings::SetThreadBoolSetting(kNumber, true));
-    EXPECT_NE(CQlsSettings::GetSettings(-1, false), CQlsSettings::GetSettings(id, false));
-    bool flag = false;
-    EXPECT_FALSE(CQlsSettings::GetThreadBoolSetting(kNumber, &flag, true));
-    EXPECT_FALSE(flag);
 }
 
 TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {

@@ -10,6 +10,9 @@ namespace {
 
 constexpr auto kNumber = static_cast<QlSetting>(12);
 
+// Whether a text was found, and what was given.
+using Found = std::pair<bool, RWWString>;
+
 class Store : public testing::Test {
   protected:
     static RWWString Document(CQlsSettings& store) {
@@ -17,23 +20,30 @@ class Store : public testing::Test {
         EXPECT_TRUE(store.GetSerializedSettings(&document));
         return document;
     }
+    static Found Text(CQlsSettings& store, const wchar_t* defaultText) {
+        RWWString text;
+        const bool found = store.GetStrSetting(kNumber, &text, defaultText);
+        return {found, text};
+    }
+    static Found Text(CQlsSettings& store, const wchar_t* section, const wchar_t* entry,
+                      const wchar_t* defaultText = nullptr) {
+        RWWString text;
+        const bool found = store.GetRegStrSetting(section, entry, &text, defaultText);
+        return {found, text};
+    }
 
     PrivateRegistry registry_;
     CQlsSettings store_;
 };
 
 TEST_F(Store, ATextNeverSetKeepsTheFirstReadersDefault) {
-    RWWString text;
-    EXPECT_FALSE(store_.GetStrSetting(kNumber, &text, L"first"));
-    EXPECT_FALSE(store_.GetStrSetting(kNumber, &text, L"second"));
-    EXPECT_EQ(L"first", text);
+    EXPECT_EQ(Found(false, L"first"), Text(store_, L"first"));
+    EXPECT_EQ(Found(false, L"first"), Text(store_, L"second"));
     EXPECT_TRUE(store_.SetStrSetting(kNumber, L"set"));
-    EXPECT_TRUE(store_.GetStrSetting(kNumber, &text, L"second"));
-    EXPECT_EQ(L"set", text);
+    EXPECT_EQ(Found(true, L"set"), Text(store_, L"second"));
     EXPECT_TRUE(store_.ClearSetting(kNumber));
     EXPECT_FALSE(store_.ClearSetting(kNumber));
-    EXPECT_FALSE(store_.GetStrSetting(kNumber, &text, nullptr));
-    EXPECT_EQ(L"", text);
+    EXPECT_EQ(Found(false, L""), Text(store_, nullptr));
 }
 
 TEST_F(Store, NumbersOfTheHostAreDecimalKeysOverTheirWholeRange) {
@@ -57,24 +67,12 @@ TEST_F(Store, BooleansAndIntegersByNumberAreNotKept) {
 
 TEST_F(Store, ARegistrySettingIsReadOnceUntilItIsCleared) {
     registry_.Put(kUser, L"Sec", L"Ent", L"one");
-    RWWString text;
-    EXPECT_TRUE(store_.GetRegStrSetting(L"Sec", L"Ent", &text));
+    EXPECT_EQ(Found(true, L"one"), Text(store_, L"Sec", L"Ent"));
     registry_.Put(kUser, L"Sec", L"Ent", L"two");
-    EXPECT_TRUE(store_.GetRegStrSetting(L"Sec", L"Ent", &text));
-    EXPECT_EQ(L"one", text);
+    EXPECT_EQ(Found(true, L"one"), Text(store_, L"Sec", L"Ent"));
     EXPECT_TRUE(store_.ClearRegSetting(L"Sec", L"Ent"));
     EXPECT_FALSE(store_.ClearRegSetting(L"Sec", L"Ent"));
-    EXPECT_TRUE(store_.GetRegStrSetting(L"Sec", L"Ent", &text));
-    EXPECT_EQ(L"two", text);
-}
-
-TEST_F(Store, AnAbsentRegistrySettingIsItsFirstDefaultAndStaysAbsent) {
-    int number = 0;
-    EXPECT_FALSE(store_.GetRegIntSetting(L"Sec", L"Ent", &number, 5));
-    registry_.Put(kUser, L"Sec", L"Ent", 9);
-    EXPECT_FALSE(store_.GetRegIntSetting(L"Sec", L"Ent", &number, 6));
-    EXPECT_EQ(5, number);
-    EXPECT_FALSE(store_.IsRegIntSettingSet(L"Sec", L"Ent"));
+    EXPECT_EQ(Found(true, L"two"), Text(store_, L"Sec", L"Ent"));
 }
 
 TEST_F(Store, SettingNeitherReadsNorWritesTheRegistry) {
@@ -86,37 +84,34 @@ TEST_F(Store, SettingNeitherReadsNorWritesTheRegistry) {
     EXPECT_EQ(L"False", GetQLRegStringEx(L"Sec", L"Ent", false));
 }
 
-TEST_F(Store, ValuesOfTheWrongKindInTheRegistryAreTheDefault) {
+TEST_F(Store, AbsentRegistrySettingsAndThoseOfTheWrongKindAreTheirFirstDefaultAndStayAbsent) {
     registry_.Put(kUser, L"Sec", L"Text", L"a text of more than four bytes");
     registry_.Put(kUser, L"Sec", L"Number", 1);
     int number = 0;
     bool flag = false;
-    RWWString text;
     EXPECT_FALSE(store_.GetRegIntSetting(L"Sec", L"Text", &number, 5));
     EXPECT_FALSE(store_.GetRegBoolSetting(L"Sec", L"Number", &flag, true));
-    EXPECT_FALSE(store_.GetRegStrSetting(L"Sec", L"Missing", &text, L"default"));
-    EXPECT_EQ(5, number);
     EXPECT_TRUE(flag);
-    EXPECT_EQ(L"default", text);
+    EXPECT_EQ(Found(false, L"default"), Text(store_, L"Sec", L"Missing", L"default"));
+    registry_.Put(kUser, L"Sec", L"Text", 9);
+    EXPECT_FALSE(store_.GetRegIntSetting(L"Sec", L"Text", &number, 6));
+    EXPECT_EQ(5, number);
+    EXPECT_FALSE(store_.IsRegIntSettingSet(L"Sec", L"Text"));
 }
 
 TEST_F(Store, ANameKeepsItsFirstType) {
     store_.SetRegIntSetting(L"Sec", L"Ent", 4);
-    RWWString text;
     EXPECT_FALSE(store_.SetRegStrSetting(L"Sec", L"Ent", L"text"));
-    EXPECT_FALSE(store_.GetRegStrSetting(L"Sec", L"Ent", &text, L"default"));
-    EXPECT_EQ(L"default", text);
+    EXPECT_EQ(Found(false, L"default"), Text(store_, L"Sec", L"Ent", L"default"));
     store_.SetFromSerializedSettings(LR"({"12":true,"Sec<-^->Ent":"text"})");
-    EXPECT_FALSE(store_.GetStrSetting(kNumber, &text, L"no text"));
-    EXPECT_EQ(L"no text", text);
+    EXPECT_EQ(Found(false, L"no text"), Text(store_, L"no text"));
     EXPECT_EQ(LR"({"12":true,"Sec<-^->Ent":4})", Document(store_));
 }
 
 TEST_F(Store, ADocumentIsOneLineInTheOrderOfItsKeysWithDefaultsToo) {
-    RWWString text;
     store_.SetRegBoolSetting(L"Sec", L"Ent", true);
     store_.SetStrSetting(kNumber, L"C:\\Temp");
-    store_.GetRegStrSetting(L"Sec", L"Absent", &text, L"default");
+    Text(store_, L"Sec", L"Absent", L"default");
     EXPECT_EQ(LR"({"12":"C:\\Temp","Sec<-^->Absent":"default","Sec<-^->Ent":true})", Document(store_));
 }
 
@@ -128,11 +123,8 @@ TEST_F(Store, MembersSetWhatTheirKeysName) {
     int number = 0;
     EXPECT_TRUE(store_.GetRegIntSetting(L"Sec", L"Ent", &number));
     EXPECT_EQ(3, number);
-    RWWString text;
-    EXPECT_TRUE(store_.GetRegStrSetting(L"A", L"B<-^->C", &text));
-    EXPECT_EQ(L"x", text);
-    EXPECT_TRUE(store_.GetStrSetting(kNumber, &text, nullptr));
-    EXPECT_EQ(L"twelve", text);
+    EXPECT_EQ(Found(true, L"x"), Text(store_, L"A", L"B<-^->C"));
+    EXPECT_EQ(Found(true, L"twelve"), Text(store_, nullptr));
     EXPECT_EQ(
         LR"({"12":"twelve","13":true,"14":7,"<-^->":"","A<-^->B<-^->C":"x","Sec<-^->Ent":3,)"
         LR"("Sec<-^->Least":-2147483648,"Sec<-^->Most":2147483647,"Sec<-^->Neg":-2,"Zero":"a"})",
@@ -158,9 +150,8 @@ TEST_F(Store, ADocumentMakesTheSameStoreElsewhere) {
     CQlsSettings other;
     EXPECT_TRUE(other.SetFromSerializedSettings(document.data()));
     EXPECT_EQ(document, Document(other));
-    RWWString text;
-    EXPECT_TRUE(other.GetRegStrSetting(L"Word Proc\\Word \"2010\"", L"Template Files", &text));
-    EXPECT_EQ(L"D:\\Arbeit\\\x00e9\t", text);
+    EXPECT_EQ(Found(true, L"D:\\Arbeit\\\x00e9\t"),
+              Text(other, L"Word Proc\\Word \"2010\"", L"Template Files"));
 }
 
 TEST_F(Store, ACopySharesTheSettingsButNotTheAbortFlag) {
@@ -170,9 +161,7 @@ TEST_F(Store, ACopySharesTheSettingsButNotTheAbortFlag) {
     copy.SetStrSetting(kNumber, L"through the copy");
     EXPECT_TRUE(store_.GetAbort());
     EXPECT_FALSE(copy.GetAbort());
-    RWWString text;
-    EXPECT_TRUE(store_.GetStrSetting(kNumber, &text, nullptr));
-    EXPECT_EQ(L"through the copy", text);
+    EXPECT_EQ(Found(true, L"through the copy"), Text(store_, nullptr));
     CQlsSettings assigned;
     assigned = store_;
     EXPECT_EQ(Document(store_), Document(assigned));

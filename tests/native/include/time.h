@@ -5,19 +5,7 @@
 
 #include_next <time.h>
 
-using __time64_t = long long;
-
-inline __time64_t _time64(__time64_t* out) {
-    const __time64_t now = time(nullptr);
-    if (out) *out = now;
-    return now;
-}
-
-inline __time64_t _mktime64(tm* fields) {
-    return mktime(fields);
-}
-
-inline tm* _localtime64(const __time64_t* seconds) {
-    const time_t value = *seconds;
-    return localtime(&value);
-}
+using __time64_t = time_t;
+#define _time64 time
+#define _mktime64 mktime
+#define _localtime64 localtime
