@@ -50,7 +50,6 @@ std::wstring Follow(std::wstring path, const wchar_t* names, bool mayCreate) {
 
 LSTATUS Open(HKEY parent, const wchar_t* names, bool mayCreate, HKEY* opened) {
     const Guard guard(g_lock);
-    if (*names == L'\\') return ERROR_BAD_PATHNAME;
     std::wstring path = Follow(parent->path, names, mayCreate);
     if (path.empty()) return ERROR_FILE_NOT_FOUND;
     *opened = new HKEY__{std::move(path)};

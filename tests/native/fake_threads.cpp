@@ -38,16 +38,12 @@ struct Waiting {
     std::condition_variable changed{};
 };
 
-Waiting& AllWaiting() {
-    static Waiting& waiting = *new Waiting;
-    return waiting;
-}
+Waiting& g_waiting = *new Waiting;
 
 BOOL Set(Object& object) {
-    Waiting& waiting = AllWaiting();
-    const std::lock_guard guard(waiting.lock);
+    const std::lock_guard guard(g_waiting.lock);
     object.isSet = true;
-    waiting.changed.notify_all();
+    g_waiting.changed.notify_all();
     return TRUE;
 }
 
@@ -98,9 +94,8 @@ DWORD WaitForMultipleObjects(DWORD count, const HANDLE* objects, BOOL, DWORD mil
         set = std::find_if(objects, end, [](HANDLE handle) { return At(handle).isSet; });
         return set != end;
     };
-    Waiting& waiting = AllWaiting();
-    std::unique_lock guard(waiting.lock);
-    if (!waiting.changed.wait_for(guard, std::chrono::milliseconds(milliseconds), anyIsSet))
+    std::unique_lock guard(g_waiting.lock);
+    if (!g_waiting.changed.wait_for(guard, std::chrono::milliseconds(milliseconds), anyIsSet))
         return WAIT_TIMEOUT;
     At(*set).isSet = At(*set).manualReset;
     return WAIT_OBJECT_0 + static_cast<DWORD>(set - objects);

@@ -105,50 +105,45 @@ TEST(FitRect, MovesIntoTheAreaAndKeepsTheSize) {
     }
 }
 
-// A window of the tests' own, back at its first place for each. It ends with the process: without a window
-// manager the system would wait two seconds for each that is destroyed.
-class Window {
-  public:
-    explicit Window(DWORD style)
-        : handle_(::CreateWindowExW(0, L"Static", L"placement", style, 0, 0, 0, 0, nullptr, nullptr, nullptr,
-                                    nullptr)) {
-        EXPECT_NE(nullptr, handle_);
-    }
-    const Window& AtFirstPlace() const {
-        const WINDOWPLACEMENT first = {44, 0, SW_SHOWNORMAL, {-1, -1}, {-1, -1}, {100, 120, 400, 320}};
-        EXPECT_TRUE(::SetWindowPlacement(handle_, &first));
-        return *this;
-    }
-
-    HWND get() const { return handle_; }
-    RECT Rect() const {
-        RECT rect = {};
-        ::GetWindowRect(handle_, &rect);
-        return rect;
-    }
-
-  private:
-    HWND handle_;
-};
-
-const Window& Sizable(int which = 0) {
-    static const Window windows[] = {Window(WS_OVERLAPPEDWINDOW), Window(WS_OVERLAPPEDWINDOW)};
-    return windows[which].AtFirstPlace();
+// A window of the tests' own ends with the process: without a window manager the system would wait two seconds
+// for each that is destroyed.
+HWND NewWindow(DWORD style) {
+    return ::CreateWindowExW(0, L"Static", L"placement", style, 0, 0, 0, 0, nullptr, nullptr, nullptr,
+                             nullptr);
 }
-const Window& Fixed() {
-    static const Window window(WS_OVERLAPPEDWINDOW & ~(WS_THICKFRAME | WS_MAXIMIZEBOX));
-    return window.AtFirstPlace();
+HWND AtFirstPlace(HWND window) {
+    const WINDOWPLACEMENT first = {44, 0, SW_SHOWNORMAL, {-1, -1}, {-1, -1}, {100, 120, 400, 320}};
+    EXPECT_TRUE(::SetWindowPlacement(window, &first));
+    return window;
+}
+HWND Sizable(int which = 0) {
+    static const HWND windows[] = {NewWindow(WS_OVERLAPPEDWINDOW), NewWindow(WS_OVERLAPPEDWINDOW)};
+    return AtFirstPlace(windows[which]);
+}
+HWND Fixed() {
+    static const HWND window = NewWindow(WS_OVERLAPPEDWINDOW & ~(WS_THICKFRAME | WS_MAXIMIZEBOX));
+    return AtFirstPlace(window);
+}
+RECT RectOf(HWND window) {
+    RECT rect = {};
+    ::GetWindowRect(window, &rect);
+    return rect;
 }
 
-class WindowPlacement : public SettingsTest {
-  protected:
-    static void Put(const RWWString& text) { WriteQLRegString(kSection, kEntry, text.data()); }
-    static bool Restore(const Window& window) {
-        return RestoreQLRegPlacement(window.get(), kSection, kEntry);
-    }
-    static void Save(const Window& window) { SaveQLRegPlacement(window.get(), kSection, kEntry); }
-    static RWWString Stored() { return GetQLRegString(kSection, kEntry, nullptr); }
-};
+using WindowPlacement = SettingsTest;
+
+void Put(const wchar_t* text) {
+    WriteQLRegString(kSection, kEntry, text);
+}
+RWWString Stored() {
+    return GetQLRegString(kSection, kEntry, nullptr);
+}
+bool Restore(HWND window) {
+    return RestoreQLRegPlacement(window, kSection, kEntry);
+}
+void Save(HWND window) {
+    SaveQLRegPlacement(window, kSection, kEntry);
+}
 
 COLORREF ScreenColor(int x, int y) {
     const HDC screen = ::GetDC(nullptr);
@@ -170,21 +165,21 @@ bool ScreenTurns(COLORREF wanted, int x, int y) {
 // In a corner of the screen where no dialog comes up.
 TEST_F(WindowPlacement, OfARestoredWindowIsWhatTheTextSaysAndTheScreenShows) {
     constexpr COLORREF kColor = RGB(10, 200, 120);
-    const Window& window = Sizable();
+    const HWND window = Sizable();
     Put(L"44, 0, 1, -1, -1, -1, -1, 950, 740, 1250, 1000");
     ASSERT_TRUE(Restore(window));
-    EXPECT_TRUE((RECT{950, 740, 1250, 1000} == window.Rect()));
-    EXPECT_TRUE(::IsWindowVisible(window.get()));
+    EXPECT_TRUE((RECT{950, 740, 1250, 1000} == RectOf(window)));
+    EXPECT_TRUE(::IsWindowVisible(window));
     POINT corner = {0, 0};
     RECT client = {};
-    ::ClientToScreen(window.get(), &corner);
-    ::GetClientRect(window.get(), &client);
-    const HDC dc = ::GetDC(window.get());
+    ::ClientToScreen(window, &corner);
+    ::GetClientRect(window, &client);
+    const HDC dc = ::GetDC(window);
     const HBRUSH brush = ::CreateSolidBrush(kColor);
-    ::ValidateRect(window.get(), nullptr);
+    ::ValidateRect(window, nullptr);
     ::FillRect(dc, &client, brush);
     ::DeleteObject(brush);
-    ::ReleaseDC(window.get(), dc);
+    ::ReleaseDC(window, dc);
     EXPECT_TRUE(corner.x >= 950 && corner.x < 980 && corner.y > 740 && corner.y < 800);
     EXPECT_TRUE(corner.x + client.right > 1220 && corner.y + client.bottom > 970);
     EXPECT_TRUE(ScreenTurns(kColor, corner.x + 2, corner.y + 2));
@@ -194,65 +189,59 @@ TEST_F(WindowPlacement, OfARestoredWindowIsWhatTheTextSaysAndTheScreenShows) {
 }
 
 TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
-    const Window& window = Sizable();
+    const HWND window = Sizable();
     Save(window);
     EXPECT_TRUE(Stored().view().starts_with(L"44, 0, 1, ")) << Stored().str();
     EXPECT_TRUE(Stored().view().ends_with(L", 100, 120, 400, 320")) << Stored().str();
-    ::MoveWindow(window.get(), 300, 310, 500, 400, TRUE);
-    const Window& another = Sizable(1);
-    for (const Window* const w : {&window, &another}) {
-        EXPECT_TRUE(Restore(*w));
-        EXPECT_TRUE((RECT{100, 120, 400, 320} == w->Rect()));
+    ::MoveWindow(window, 300, 310, 500, 400, TRUE);
+    const HWND another = Sizable(1);
+    for (const HWND each : {window, another}) {
+        EXPECT_TRUE(Restore(each));
+        EXPECT_TRUE((RECT{100, 120, 400, 320} == RectOf(each)));
     }
 }
 
-TEST_F(WindowPlacement, OfAMaximisedWindowIsMaximised) {
-    const Window& window = Sizable();
-    ::ShowWindow(window.get(), SW_MAXIMIZE);
-    Save(window);
-    const Window& another = Sizable(1);
-    EXPECT_TRUE(Restore(another));
-    EXPECT_TRUE(::IsZoomed(another.get()));
-    ::ShowWindow(another.get(), SW_RESTORE);
-    EXPECT_TRUE((RECT{100, 120, 400, 320} == another.Rect()));
-}
-
-TEST_F(WindowPlacement, OfAMinimisedWindowComesBackAsItWasBefore) {
-    for (const int before : {SW_SHOWNORMAL, SW_MAXIMIZE}) {
-        const Window& window = Sizable();
-        ::ShowWindow(window.get(), before);
-        ::ShowWindow(window.get(), SW_MINIMIZE);
+TEST_F(WindowPlacement, OfAMaximisedOrMinimisedWindowComesBackAsItWasBefore) {
+    const struct {
+        int before, last;
+    } kCases[] = {{SW_MAXIMIZE, SW_MAXIMIZE}, {SW_SHOWNORMAL, SW_MINIMIZE}, {SW_MAXIMIZE, SW_MINIMIZE}};
+    for (const auto& [before, last] : kCases) {
+        const HWND window = Sizable();
+        ::ShowWindow(window, before);
+        ::ShowWindow(window, last);
         Save(window);
-        const Window& another = Sizable(1);
+        const HWND another = Sizable(1);
         EXPECT_TRUE(Restore(another)) << Stored().str();
-        EXPECT_FALSE(::IsIconic(another.get()));
-        EXPECT_EQ(before == SW_MAXIMIZE, ::IsZoomed(another.get()) != FALSE);
+        EXPECT_FALSE(::IsIconic(another));
+        EXPECT_EQ(before == SW_MAXIMIZE, ::IsZoomed(another) != FALSE);
+        ::ShowWindow(another, SW_RESTORE);
+        EXPECT_TRUE((RECT{100, 120, 400, 320} == RectOf(another)));
     }
 }
 
 TEST_F(WindowPlacement, OfAFixedWindowMovesItsCornerOnly) {
-    const Window& window = Fixed();
+    const HWND window = Fixed();
     for (const wchar_t* text :
          {L"44, 0, 1, -1, -1, -1, -1, 10, 20, 400, 300", L"44, 0, 3, -1, -1, -1, -1, 10, 20, 110, 120"}) {
         Put(text);
         EXPECT_TRUE(Restore(window));
-        EXPECT_TRUE((RECT{10, 20, 310, 220} == window.Rect()));
-        EXPECT_FALSE(::IsZoomed(window.get()));
+        EXPECT_TRUE((RECT{10, 20, 310, 220} == RectOf(window)));
+        EXPECT_FALSE(::IsZoomed(window));
     }
 }
 
 TEST_F(WindowPlacement, OffTheScreenIsMovedIntoTheWorkArea) {
     RECT area = {};
     ASSERT_TRUE(::SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0));
-    const Window& window = Sizable();
+    const HWND window = Sizable();
     Put(L"44, 0, 1, -1, -1, -1, -1, 90000, -90000, 90390, -89710");
     EXPECT_TRUE(Restore(window));
-    EXPECT_TRUE((RECT{area.right - 391, area.top, area.right - 1, area.top + 290} == window.Rect()));
+    EXPECT_TRUE((RECT{area.right - 391, area.top, area.right - 1, area.top + 290} == RectOf(window)));
 }
 
 TEST_F(WindowPlacement, ThatMakesNoSenseIsRefused) {
-    const Window& window = Sizable();
-    const RECT before = window.Rect();
+    const HWND window = Sizable();
+    const RECT before = RectOf(window);
     EXPECT_FALSE(Restore(window)) << "nothing stored";
     for (const wchar_t* text :
          {L"", L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400", L"44, 0, 0, -1, -1, -1, -1, 10, 10, 400, 300",
@@ -262,7 +251,7 @@ TEST_F(WindowPlacement, ThatMakesNoSenseIsRefused) {
           L"44, 0, 1, -1, -1, -1, -1, 2147483647, 0, -2147483648, 100"}) {
         Put(text);
         EXPECT_FALSE(Restore(window)) << text;
-        EXPECT_TRUE(before == window.Rect()) << text;
+        EXPECT_TRUE(before == RectOf(window)) << text;
     }
     Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 60, 60");
     EXPECT_TRUE(Restore(window)) << "just large enough";
@@ -270,8 +259,8 @@ TEST_F(WindowPlacement, ThatMakesNoSenseIsRefused) {
 
 TEST_F(WindowPlacement, OfNoWindowIsNeitherSavedNorRestored) {
     Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300");
-    EXPECT_FALSE(RestoreQLRegPlacement(nullptr, kSection, kEntry));
-    SaveQLRegPlacement(nullptr, kSection, kEntry);
+    EXPECT_FALSE(Restore(nullptr));
+    Save(nullptr);
     EXPECT_EQ(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300", Stored());
 }
 

@@ -231,17 +231,37 @@ void WorkInContext(int worker, int round) {
     EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
 }
 
-TEST_F(Contexts, ManyThreadsRecycleContextsWithoutSeeingEachOther) {
-    OnThreads(8, [](int worker) {
-        const SettingsThread thread;
-        const std::wstring name = std::to_wstring(worker);
-        for (int round = 0; round < 100; ++round) {
-            WorkInContext(worker, round);
-            EXPECT_TRUE(CQlsSettings::SetThreadRegStrSetting(L"Global", name.c_str(), name.c_str()));
-            EXPECT_EQ(RWWString(name), ThreadText(L"Global", name.c_str()));
-        }
-    });
+// The store that all threads share: each has its own setting in it and one with all others.
+void WorkInGlobalStore(const std::wstring& worker, int round) {
+    CQlsSettings& store = *CQlsSettings::GetSettings(-1, false);
+    RWWString text;
+    EXPECT_TRUE(CQlsSettings::SetThreadRegStrSetting(L"Global", worker.c_str(), worker.c_str()));
+    EXPECT_EQ(RWWString(worker), ThreadText(L"Global", worker.c_str()));
+    store.SetStrSetting(kNumber, worker.c_str());
+    store.GetStrSetting(kNumber, &text, worker.c_str());
+    EXPECT_EQ(1u, text.length());
+    if (round % 7 == 0) store.ClearSetting(kNumber);
+    if (round % 10 != 0) return;
+    const std::wstring member = L"\"Global<-^->" + worker + L"\":\"" + std::to_wstring(round) + L"\"";
+    EXPECT_TRUE(store.SetFromSerializedSettings((L"{" + member + L"}").c_str()));
+    EXPECT_TRUE(store.GetSerializedSettings(&text));
+    EXPECT_NE(RWWString::npos, text.view().find(member));
+}
+
+TEST_F(Contexts, ManyThreadsRecycleContextsAndShareTheGlobalStoreAndLoseNothing) {
+    std::vector<std::thread> threads;
+    for (int worker = 0; worker < 8; ++worker) {
+        threads.emplace_back([worker] {
+            const SettingsThread thread;
+            for (int round = 0; round < 100; ++round) {
+                WorkInContext(worker, round);
+                WorkInGlobalStore(std::to_wstring(worker), round);
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(0, CQlsSettings::CreateThreadSettings());
+    CQlsSettings::GetSettings(-1, false)->ClearSetting(kNumber);
     RWWString document;
     EXPECT_TRUE(CQlsSettings::GetSettings(-1, false)->GetSerializedSettings(&document));
     EXPECT_EQ(

@@ -4,7 +4,6 @@
 
 #include <ostream>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/unique_handle.h"
@@ -124,14 +123,6 @@ class SettingsTest : public testing::Test {
     SettingsProcess process_;
     SettingsThread thread_;
 };
-
-// Runs the work on that many threads at once, each with its number from 0.
-template <class Work>
-void OnThreads(int count, Work work) {
-    std::vector<std::thread> threads;
-    for (int i = 0; i < count; ++i) threads.emplace_back(work, i);
-    for (std::thread& thread : threads) thread.join();
-}
 
 inline RWWString ThreadText(const wchar_t* section, const wchar_t* entry) {
     RWWString text;

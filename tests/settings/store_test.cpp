@@ -168,30 +168,4 @@ TEST_F(Store, ACopySharesTheSettingsButNotTheAbortFlag) {
     EXPECT_TRUE(assigned.GetAbort());
 }
 
-TEST_F(Store, ThreadsThatReadWriteClearAndSerialiseLoseNothing) {
-    constexpr int kWorkers = 4;
-    OnThreads(kWorkers, [this](int worker) {
-        const std::wstring own = std::to_wstring(worker);
-        for (int i = 1; i <= 200; ++i) {
-            int number = 0;
-            EXPECT_TRUE(store_.SetRegIntSetting(L"Own", own.c_str(), i));
-            EXPECT_TRUE(store_.GetRegIntSetting(L"Own", own.c_str(), &number));
-            EXPECT_EQ(i, number);
-            RWWString shared;
-            store_.SetStrSetting(kNumber, own.c_str());
-            store_.GetStrSetting(kNumber, &shared, own.c_str());
-            EXPECT_EQ(1u, shared.length());
-            if (i % 7 == 0) store_.ClearSetting(kNumber);
-            if (i % 10 != 0) continue;
-            const std::wstring member = L"\"Own<-^->" + own + L"\":" + std::to_wstring(i);
-            EXPECT_TRUE(store_.SetFromSerializedSettings((L"{" + member + L"}").c_str()));
-            EXPECT_NE(RWWString::npos, Document(store_).view().find(member));
-        }
-    });
-    store_.ClearSetting(kNumber);
-    for (int worker = 0; worker < kWorkers; ++worker)
-        EXPECT_TRUE(store_.ClearRegSetting(L"Own", std::to_wstring(worker).c_str()));
-    EXPECT_EQ(L"{}", Document(store_));
-}
-
 }  // namespace
