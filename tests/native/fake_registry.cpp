@@ -26,10 +26,8 @@ struct Value {
 };
 using Values = std::map<std::wstring, Value, fake::NameLess>;
 
-constexpr const wchar_t* kRoots[] = {L"User\\", L"Machine\\"};
-
 // Every key by its whole path. Paths end in a backslash, so that a key's own is the prefix of those below it.
-std::map<std::wstring, Values, fake::NameLess> g_keys = {{kRoots[0], {}}, {kRoots[1], {}}};
+std::map<std::wstring, Values, fake::NameLess> g_keys = {{L"User\\", {}}, {L"Machine\\", {}}};
 std::mutex g_lock;
 using Guard = std::lock_guard<std::mutex>;
 
@@ -71,7 +69,7 @@ LSTATUS CopyName(std::wstring_view text, wchar_t* name, DWORD* length) {
 }  // namespace
 
 HKEY FakeRootKey(bool machine) {
-    static HKEY__ roots[] = {{kRoots[0]}, {kRoots[1]}};
+    static HKEY__ roots[] = {{L"User\\"}, {L"Machine\\"}};
     return &roots[machine];
 }
 

@@ -99,13 +99,9 @@ BOOL GetVersionExW(OSVERSIONINFOW* version) {
 }
 
 void GetLocalTime(SYSTEMTIME* now) {
-    timespec clock = {};
-    tm local = {};
-    clock_gettime(CLOCK_REALTIME, &clock);
-    localtime_r(&clock.tv_sec, &local);
+    const time_t clock = time(nullptr);
+    const tm local = *localtime(&clock);
     const auto word = [](long value) { return static_cast<WORD>(value); };
-    *now = {word(local.tm_year + 1900), word(local.tm_mon + 1),
-            word(local.tm_wday),        word(local.tm_mday),
-            word(local.tm_hour),        word(local.tm_min),
-            word(local.tm_sec),         word(clock.tv_nsec / 1'000'000)};
+    *now = {word(local.tm_year + 1900), word(local.tm_mon + 1), word(local.tm_wday), word(local.tm_mday),
+            word(local.tm_hour),        word(local.tm_min),     word(local.tm_sec),  0};
 }

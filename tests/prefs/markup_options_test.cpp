@@ -24,8 +24,7 @@ TEST_F(MarkupOptions, KindsHaveTheirDefaults) {
     const struct {
         unsigned long color;
         bool process;
-        const wchar_t* begin;
-        const wchar_t* end;
+        const wchar_t *begin, *end;
     } kKinds[] = {{Rgb(0, 0, 255), true, L"[", L"]"},
                   {Rgb(152, 0, 200), true, L"[", L"]"},
                   {Rgb(0, 128, 0), true, L"[", L"]"},
@@ -113,9 +112,7 @@ TEST_F(MarkupOptions, MarkersAreTheStoredTextsAndNoneIsEmpty) {
 
 TEST_F(MarkupOptions, ChoicesAreReadByNameIgnoringCase) {
     const struct {
-        const wchar_t* scheme;
-        const wchar_t* type;
-        const wchar_t* style;
+        const wchar_t *scheme, *type, *style;
         int numbers[3];
     } kCases[] = {{L"Nested", L"ENDNOTE", L"letters", {1, 1, 1}},
                   {L"SEQUENTIAL", L"footnote", L"Numbers", {2, 0, 0}},

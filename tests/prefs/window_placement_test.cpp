@@ -239,7 +239,7 @@ TEST_F(WindowPlacement, OffTheScreenIsMovedIntoTheWorkArea) {
     EXPECT_TRUE((RECT{area.right - 391, area.top, area.right - 1, area.top + 290} == RectOf(window)));
 }
 
-TEST_F(WindowPlacement, ThatMakesNoSenseIsRefused) {
+TEST_F(WindowPlacement, ThatMakesNoSenseOrOfNoWindowIsRefused) {
     const HWND window = Sizable();
     const RECT before = RectOf(window);
     EXPECT_FALSE(Restore(window)) << "nothing stored";
@@ -255,13 +255,9 @@ TEST_F(WindowPlacement, ThatMakesNoSenseIsRefused) {
     }
     Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 60, 60");
     EXPECT_TRUE(Restore(window)) << "just large enough";
-}
-
-TEST_F(WindowPlacement, OfNoWindowIsNeitherSavedNorRestored) {
-    Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300");
     EXPECT_FALSE(Restore(nullptr));
     Save(nullptr);
-    EXPECT_EQ(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300", Stored());
+    EXPECT_EQ(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 60, 60", Stored());
 }
 
 }  // namespace

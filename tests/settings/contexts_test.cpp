@@ -190,10 +190,8 @@ TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {
     EXPECT_EQ(L"x", GetQLRegStringEx(L"Sec", L"Text", false));
     EXPECT_EQ((PrivateRegistry::Stored{REG_DWORD, {0xfe, 0xff, 0xff, 0xff}}), registry_.Get(L"Sec", L"Int"));
     int number = 0;
-    EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Sec", L"Int", &number));
-    EXPECT_EQ(1, number);
-    EXPECT_TRUE(CQlsSettings::GetDefRegIntSetting(L"Sec", L"Int", &number));
-    EXPECT_EQ(-2, number);
+    EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Sec", L"Int", &number) && number == 1);
+    EXPECT_TRUE(CQlsSettings::GetDefRegIntSetting(L"Sec", L"Int", &number) && number == -2);
     RWWString text(L"before");
     EXPECT_TRUE(CQlsSettings::SetDefRegStrSetting(L"Sec", L"Text", nullptr));
     EXPECT_EQ(PrivateRegistry::Stored{}, registry_.Get(L"Sec", L"Text"));

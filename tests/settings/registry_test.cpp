@@ -89,17 +89,17 @@ TEST_F(Registry, ReadsIntegersOfAtMostFourBytesOfAnyType) {
 }
 
 TEST_F(Registry, TheUsersValueWinsWhenItCanBeRead) {
-    RWWString text;
-    EXPECT_FALSE(GetRegStringVal(kSection, kEntry, &text));
+    const auto text = [] {
+        RWWString found;
+        return GetRegStringVal(kSection, kEntry, &found) ? found : RWWString(L"none");
+    };
+    EXPECT_EQ(L"none", text());
     registry_.Put(kMachine, kSection, kEntry, L"machine");
-    EXPECT_TRUE(GetRegStringVal(kSection, kEntry, &text));
-    EXPECT_EQ(L"machine", text);
+    EXPECT_EQ(L"machine", text());
     registry_.Put(kUser, kSection, kEntry, L"user");
-    EXPECT_TRUE(GetRegStringVal(kSection, kEntry, &text));
-    EXPECT_EQ(L"user", text);
+    EXPECT_EQ(L"user", text());
     registry_.Put(kUser, kSection, kEntry, 5);
-    EXPECT_TRUE(GetRegStringVal(kSection, kEntry, &text));
-    EXPECT_EQ(L"machine", text);
+    EXPECT_EQ(L"machine", text());
     unsigned number = 0;
     EXPECT_TRUE(GetRegIntVal(kSection, kEntry, &number));
     EXPECT_EQ(5u, number);
