@@ -9,9 +9,6 @@
 
 namespace {
 
-constexpr auto kBeyond = static_cast<QuilletDirectories>(15);
-constexpr auto kBefore = static_cast<QuilletDirectories>(-1);
-
 constexpr auto kPersonal = PersonalDocumentsDirectory;
 constexpr auto kPublic = PublicDocumentsDirectory;
 
@@ -79,7 +76,8 @@ TEST_F(Directories, OfProgramFilesIsReadOnce) {
 TEST_F(Directories, AreNamedAsInCodeAndEndAtFourteen) {
     EXPECT_STREQ(L"ProgramDirectory", CQlDir::GetName(ProgramDirectory));
     EXPECT_STREQ(L"ProgramFilesPreference", CQlDir::GetName(ProgramFilesPreference));
-    for (QuilletDirectories kind : {kBefore, kBeyond}) {
+    for (const int beyond : {-1, 15}) {
+        const auto kind = static_cast<QuilletDirectories>(beyond);
         EXPECT_EQ(nullptr, CQlDir::GetName(kind));
         EXPECT_EQ(L"", CQlDir::GetDirectory(kind));
         CQlDir::SetRecentDirectory(kind, L"D:\\Nowhere");
@@ -107,7 +105,7 @@ TEST_F(Directories, OfTheLibraryUsedLastIsAPreference) {
     EXPECT_EQ(CQlDir::GetDirectory(LibraryDirectory), CQlDir::GetRecentDirectory(LibraryDirectory));
 }
 
-TEST_F(Directories, HaveADisplayForm) {
+TEST_F(Directories, HaveADisplayFormFoundIgnoringCaseAndByTheLeadingTextAlone) {
     const std::pair<RWWString, const wchar_t*> cases[] = {
         {Below(kPersonal, L"\\letters\\a.docx"), L"Documents\\letters\\a.docx"},
         {Below(kPersonal, L"\\"), L"Documents\\"},
@@ -120,9 +118,6 @@ TEST_F(Directories, HaveADisplayForm) {
         EXPECT_EQ(display, CQlDir::ConvertPathToSpecialDisplayPath(path));
         EXPECT_EQ(path, CQlDir::ConvertSpecialDisplayPathToPath(display));
     }
-}
-
-TEST_F(Directories, AreComparedWithDisplayNamesIgnoringCaseAndByTheLeadingTextAlone) {
     const std::pair<const wchar_t*, RWWString> undisplayed[] = {
         {L"documents\\letters", Below(kPersonal, L"\\letters")},
         {L"DOCUMENTS", Below(kPersonal, L"\\")},

@@ -175,7 +175,7 @@ TEST_F(MarkupOptions, EveryColorIsReadFromItsOwnEntry) {
     EXPECT_EQ(Rgb(180, 0, 0), CPrettyTplOpt().GetFieldColor(RepeatedText));
 }
 
-TEST_F(MarkupOptions, AreASnapshotAndCopiesAreIndependent) {
+TEST_F(MarkupOptions, AreASnapshotOfTheThreadsOwnSettingsAndCopiesAreIndependent) {
     CPrettyTplOpt first;
     ColorsOf(first);
     first.SetProcessField(EditableText, true);
@@ -193,9 +193,6 @@ TEST_F(MarkupOptions, AreASnapshotAndCopiesAreIndependent) {
     EXPECT_STREQ(L"<<", copy.GetBeginText(VariableField));
     EXPECT_FALSE(copy.GetProcessField(EditableText)) << "setting changed the object alone";
     EXPECT_EQ(Rgb(1, 2, 3), ColorsOf(copy)[9]);
-}
-
-TEST_F(MarkupOptions, FollowTheThreadsOwnSettings) {
     CQlsSettings::SetThreadRegStrSetting(L"Markup View", L"Color Selection", L"nested");
     EXPECT_EQ(NestedColors, CPrettyTplOpt().GetClrScheme());
     EXPECT_EQ(PrivateRegistry::Stored{}, PrivateRegistry::Get(L"Markup View", L"Color Selection"));

@@ -18,7 +18,7 @@ namespace {
 using Preferences = SettingsTest;
 using Stored = PrivateRegistry::Stored;
 
-TEST_F(Preferences, AnEmptyTextIsTheDefaultOnlyThroughTheEverydayReader) {
+TEST_F(Preferences, WhatCannotBeReadIsTheDefaultAnEmptyTextOnlyThroughTheEverydayReader) {
     registry_.Put(kUser, L"Sec", L"Empty", L"");
     EXPECT_EQ(L"default", GetQLRegString(L"Sec", L"Empty", L"default"));
     EXPECT_EQ(L"", _GetQLProfileString(L"Sec", L"Empty", L"default"));
@@ -26,6 +26,11 @@ TEST_F(Preferences, AnEmptyTextIsTheDefaultOnlyThroughTheEverydayReader) {
     EXPECT_EQ(L"", GetQLRegString(L"Sec", L"Absent", nullptr));
     EXPECT_EQ(L"later", GetQLRegString(L"Sec", L"Absent", L"later"));
     EXPECT_EQ(L"default", _GetQLProfileString(L"Sec", L"Missing", L"default"));
+    EXPECT_EQ(5, GetQLRegInt(L"Sec", L"Int", 5));
+    EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", true));
+    EXPECT_EQ(9u, GetQLRegColor(L"Sec", L"Colour", 9));
+    registry_.Put(kUser, L"Sec", L"Other colour", L"green");
+    EXPECT_EQ(9u, GetQLRegColor(L"Sec", L"Other colour", 9));
 }
 
 TEST_F(Preferences, WhatIsWrittenIsStoredInItsFormAndReadWithoutTheRegistry) {
@@ -43,14 +48,6 @@ TEST_F(Preferences, WhatIsWrittenIsStoredInItsFormAndReadWithoutTheRegistry) {
     EXPECT_EQ(-2, GetQLRegInt(L"Sec", L"Int", 5));
     EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", false));
     EXPECT_EQ(33023u, GetQLRegColor(L"Sec", L"Colour", 0));
-}
-
-TEST_F(Preferences, WhatCannotBeReadIsTheDefault) {
-    EXPECT_EQ(5, GetQLRegInt(L"Sec", L"Int", 5));
-    EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", true));
-    EXPECT_EQ(9u, GetQLRegColor(L"Sec", L"Colour", 9));
-    registry_.Put(kUser, L"Sec", L"Other colour", L"green");
-    EXPECT_EQ(9u, GetQLRegColor(L"Sec", L"Other colour", 9));
 }
 
 TEST_F(Preferences, ANullTextDeletesTheUsersValueAndFallsBack) {
