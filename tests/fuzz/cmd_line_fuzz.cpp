@@ -1,18 +1,10 @@
 // Takes command lines apart, puts them together and takes those apart again: an ordinary one must stand still. Then
 // the same text as an open command of the registry. Each line of the input is a text.
-#include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-
 #include "files/names/cmd_line.h"
+#include "tests/fuzz/fuzz.h"
 #include "textproc/form_proc_program.h"
 
 namespace {
-
-void Expect(bool holds) {
-    if (!holds) std::abort();
-}
 
 bool Has(const std::wstring& text, const wchar_t* part) {
     return text.find(part) != std::wstring::npos;
@@ -70,12 +62,6 @@ void Check(const std::wstring& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::uint8_t* const end = data + size;
-    while (data != end) {
-        const std::uint8_t* const lineEnd = std::find(data, end, std::uint8_t{'\n'});
-        Check(std::wstring(data, lineEnd).c_str());  // up to the first zero
-        data = lineEnd == end ? end : lineEnd + 1;
-    }
-    return 0;
+void Try(Input input) {
+    ForEachLine(input, Check);
 }

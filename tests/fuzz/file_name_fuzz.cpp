@@ -1,16 +1,10 @@
 // Takes a text apart, puts it together and takes that apart again: an ordinary name must stand still from
 // then on, and whatever the text is, the name must be whole. Each line of the input is a text.
-#include <algorithm>
-#include <cstdint>
-#include <string>
-
 #include "files/names/file_name.h"
 #include "files/names/file_type.h"
-#include "tests/fuzz/input.h"
+#include "tests/fuzz/fuzz.h"
 
 namespace {
-
-using fuzz::Expect;
 
 bool SameFields(const QLFileName& a, const QLFileName& b) {
     return a.GetScheme() == b.GetScheme() && a.GetRoot() == b.GetRoot() && a.GetDir() == b.GetDir() &&
@@ -76,12 +70,6 @@ void Check(const std::wstring& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::uint8_t* const end = data + size;
-    while (data != end) {
-        const std::uint8_t* const lineEnd = std::find(data, end, std::uint8_t{'\n'});
-        Check(std::wstring(data, lineEnd));
-        data = lineEnd == end ? end : lineEnd + 1;
-    }
-    return 0;
+void Try(Input input) {
+    ForEachLine(input, Check);
 }

@@ -1,15 +1,11 @@
 // Script names must come back, and escaped text must hold nothing that ends the string or the markup it
 // stands in.
-#include <cstdint>
-#include <string>
 #include <string_view>
 
-#include "tests/fuzz/input.h"
+#include "tests/fuzz/fuzz.h"
 #include "text/script_text.h"
 
 namespace {
-
-using fuzz::Expect;
 
 bool IsIdentifierUnit(wchar_t unit) {
     return (unit >= L'0' && unit <= L'9') || (unit >= L'A' && unit <= L'Z') ||
@@ -40,9 +36,8 @@ void CheckEscapes(const std::wstring& text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::wstring text = fuzz::TextOf(data, size);
+void Try(Input input) {
+    const std::wstring text = TextOf(input);
     CheckNames(text);
     CheckEscapes(text);
-    return 0;
 }

@@ -1,19 +1,14 @@
 // Settings documents: a text that is no JSON object changes nothing, one that is sets what a plain model of
 // it says, and a store's document makes the same store again.
-#include <algorithm>
-#include <cstdint>
 #include <limits>
 #include <map>
 #include <memory>
-#include <string>
 
 #include "settings/json.h"
 #include "settings/settings_store.h"
-#include "tests/fuzz/input.h"
+#include "tests/fuzz/fuzz.h"
 
 namespace {
-
-using fuzz::Expect;
 
 std::wstring UpToZero(const RWWString& text) {
     return text.data();
@@ -57,8 +52,8 @@ RWWString Expected(JSON::Value& tree) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::wstring text = fuzz::TextOf(data, size);
+void Try(Input input) {
+    const std::wstring text = TextOf(input);
     CQlsSettings store;
     const bool accepted = store.SetFromSerializedSettings(text.c_str());
     const RWWString document = Document(store);
@@ -71,5 +66,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Expect(Document(again) == document);
     Expect(!again.SetFromSerializedSettings((document + L"x").data()));
     Expect(Document(again) == document);
-    return 0;
 }

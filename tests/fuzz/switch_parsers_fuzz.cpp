@@ -1,18 +1,14 @@
 // Whole command lines through the parsers of the three programs: whatever the line, what they answer hangs
 // together, copies are alike and live alone, and the two servers' parsers agree.
 // The input is the line.
-#include <cstdint>
 #include <memory>
-#include <string>
 #include <utility>
 
 #include "cmdline/main_switch_parser.h"
 #include "cmdline/server_switch_parsers.h"
-#include "tests/fuzz/input.h"
+#include "tests/fuzz/fuzz.h"
 
 namespace {
-
-using fuzz::Expect;
 
 // Absent and empty differ.
 std::wstring Shown(const wchar_t* text) {
@@ -84,9 +80,8 @@ void CheckServers(const wchar_t* line) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::wstring line = fuzz::TextOf(data, size);
+void Try(Input input) {
+    const std::wstring line = TextOf(input);
     CheckMain(line.c_str());
     CheckServers(line.c_str());
-    return 0;
 }

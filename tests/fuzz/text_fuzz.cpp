@@ -1,36 +1,10 @@
 // Holds the builder and the tokenizer against plain models. The input is a program: one byte an operation,
 // one its operand.
-#include <cstdint>
-#include <string>
-
-#include "tests/fuzz/input.h"
+#include "tests/fuzz/fuzz.h"
 #include "text/speed_str.h"
 #include "text/token_string.h"
 
 namespace {
-
-using fuzz::Expect;
-
-class Program {
-  public:
-    Program(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}
-    bool AtEnd() const { return at_ == size_; }
-    std::uint8_t Byte() { return AtEnd() ? std::uint8_t{0} : data_[at_++]; }
-    std::wstring Rest() const {
-        std::wstring text;
-        for (std::size_t i = at_; i < size_; ++i)
-            text += static_cast<wchar_t>(data_[i] < 250 ? data_[i] : 0x20ac);
-        return text;
-    }
-
-  private:
-    const std::uint8_t* data_;
-    std::size_t size_, at_ = 0;
-};
-
-std::wstring Part(std::uint8_t operand) {
-    return std::wstring(operand, static_cast<wchar_t>(L'a' + operand % 26));
-}
 
 // What is left in the model after a prepend to a text that is still in the object.
 std::wstring Prepended(const std::wstring& text, const std::wstring& front) {
@@ -40,13 +14,13 @@ std::wstring Prepended(const std::wstring& text, const std::wstring& front) {
     return result.replace(0, front.size(), front);
 }
 
-void Build(Program program) {
+void Build(Input program) {
     CSpeedStr builder;
     std::wstring model;
     bool onHeap = false;
-    while (!program.AtEnd() && model.size() < 4000) {
-        const std::uint8_t operation = program.Byte(), operand = program.Byte();
-        const std::wstring part = Part(operand);
+    while (!program.empty() && model.size() < 4000) {
+        const std::uint8_t operation = TakeByte(program), operand = TakeByte(program);
+        const std::wstring part(operand, static_cast<wchar_t>(L'a' + operand % 26));
         switch (operation % 6) {
             case 0: builder += part.c_str(), model += part; break;
             case 1: builder += RWWString(part), model += part; break;
@@ -73,22 +47,20 @@ std::wstring NextToken(const std::wstring& text, const std::wstring& delimiters,
     const auto isDelimiter = [&](std::size_t i) {
         return i < text.size() && delimiters.find(text[i]) != std::wstring::npos;
     };
-    std::wstring token;
     while (isDelimiter(at)) ++at;
-    if (at >= text.size()) return token;
-    if (text[at] != L'"') {
-        while (at < text.size() && !isDelimiter(at)) token += text[at++];
-        return token;
-    }
-    for (++at; at < text.size() && text[at] != L'"';) token += text[at++];
-    ++at;
+    const bool isQuoted = at < text.size() && text[at] == L'"';
+    std::wstring token;
+    for (at += isQuoted; at < text.size() && (isQuoted ? text[at] != L'"' : !isDelimiter(at));)
+        token += text[at++];
+    at += isQuoted;
     return token;
 }
 
-void Split(Program program) {
-    const std::wstring delimiters{static_cast<wchar_t>(program.Byte()), static_cast<wchar_t>(program.Byte()),
-                                  L'\u20ac'};
-    const std::wstring text = program.Rest();
+void Split(Input program) {
+    const std::wstring delimiters{static_cast<wchar_t>(TakeByte(program)),
+                                  static_cast<wchar_t>(TakeByte(program)), L'\u20ac'};
+    std::wstring text(program.begin(), program.end());
+    for (wchar_t& unit : text) unit = unit < 250 ? unit : L'\u20ac';
     TokenString tokens{RWWString(text), RWWString(delimiters)};
     for (std::size_t at = 0; at < text.size();)
         Expect(tokens.Next() == std::wstring_view(NextToken(text, delimiters, at)));
@@ -97,9 +69,7 @@ void Split(Program program) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Program program(data, size);
-    Build(program);
-    Split(program);
-    return 0;
+void Try(Input input) {
+    Build(input);
+    Split(input);
 }

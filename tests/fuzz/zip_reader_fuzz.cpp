@@ -1,15 +1,8 @@
 // Reads any bytes as an archive. What opens must keep its promises: members apart from each other, nothing
 // more than the told size, safe names below their folder; and it can be written anew and read again.
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <vector>
-
-#include "tests/zip/memory_output.h"
-#include "zip/engine/archive.h"
-#include "zip/engine/archive_writer.h"
+#include "tests/fuzz/fuzz.h"
+#include "tests/zip/members.h"
 #include "zip/engine/entry_name.h"
-#include "zip/engine/entry_reader.h"
 #include "zip/engine/result.h"
 
 namespace {
@@ -18,21 +11,16 @@ using namespace ql::zip;
 
 constexpr std::uint64_t kEnough = 8u << 20;
 
-void Expect(bool holds) {
-    if (!holds) std::abort();
-}
-
 void ReadMember(EntryReader& reader, const Entry& entry) {
     std::uint64_t given = 0;
-    try {
+    const Result result = ResultOf([&] {
         reader.Read(entry, [&](const std::uint8_t*, std::size_t size) {
             given += size;
             Expect(given <= entry.size);
-            if (given > kEnough) throw Failure{Result::kCancelled};
+            Require(given <= kEnough, Result::kCancelled);
         });
-        Expect(given == entry.size);
-    } catch (const Failure&) {
-    }
+    });
+    Expect(result == Result::kOk ? given == entry.size : result != Result::kNoMemory);
 }
 
 void CheckName(const std::string& name) {
@@ -46,35 +34,33 @@ void CheckName(const std::string& name) {
 void WriteAnew(InputFile& file, const Archive& archive) {
     MemoryOutput output;
     ArchiveWriter writer(output);
-    try {
-        writer.Copy(file, archive, std::vector<bool>(archive.Entries().size(), true));
-        writer.Finish(archive.Comment());
-    } catch (const Failure&) {
-        return;
+    writer.Copy(file, archive, std::vector<bool>(archive.Entries().size(), true));
+    writer.Finish(archive.Comment());
+    const Result result = ResultOf([&] {
+        const MemoryArchive again(output.bytes);
+        Expect(again.archive.Entries().size() == archive.Entries().size());
+        Expect(again.archive.Comment() == archive.Comment());
+    });
+    Expect(result == Result::kOk);
+}
+
+void Read(Input input) {
+    MemoryInput memory(input.data(), input.size());
+    WindowedInput file(memory);
+    const Archive archive(file);
+    EntryReader reader(file, archive);
+    std::uint64_t packed = 0;
+    for (const Entry& entry : archive.Entries()) {
+        packed += entry.packedSize;
+        CheckName(entry.name);
+        ReadMember(reader, entry);
     }
-    MemoryInput copy(output.bytes.data(), output.bytes.size());
-    const Archive again(copy);
-    Expect(again.Entries().size() == archive.Entries().size() && again.Comment() == archive.Comment());
+    Expect(packed <= input.size());
+    WriteAnew(file, archive);
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    MemoryInput memory(data, size);
-    WindowedInput file(memory);
-    try {
-        const Archive archive(file);
-        EntryReader reader(file, archive);
-        std::uint64_t packed = 0;
-        for (const Entry& entry : archive.Entries()) {
-            packed += entry.packedSize;
-            CheckName(entry.name);
-            ReadMember(reader, entry);
-        }
-        Expect(packed <= size);
-        WriteAnew(file, archive);
-    } catch (const Failure& failure) {
-        Expect(failure.result != Result::kOk);
-    }
-    return 0;
+void Try(Input input) {
+    Expect(ResultOf([&] { Read(input); }) != Result::kNoMemory);
 }

@@ -5,10 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/zip/memory_output.h"
-#include "zip/engine/archive.h"
-#include "zip/engine/archive_writer.h"
-#include "zip/engine/entry_reader.h"
+#include "tests/zip/members.h"
 #include "zip/engine/format.h"
 #include "zip/engine/result.h"
 
@@ -16,46 +13,24 @@ namespace {
 
 using namespace ql::zip;
 
-struct Member {
-    std::string name, content;
-    int level;
-};
-
-void AddTo(ArchiveWriter& writer, const Member& member) {
-    MemoryInput source(reinterpret_cast<const std::uint8_t*>(member.content.data()), member.content.size());
-    writer.Add({member.name, ToDosTime({2024, 2, 29, 12, 0, 0}), 32, member.level}, source,
-               [](std::uint64_t) {});
-}
-
-Bytes Write(const std::vector<Member>& members, const std::string& comment) {
+Bytes Written(const std::vector<Member>& members, const std::string& comment) {
     MemoryOutput output;
-    ArchiveWriter writer(output);
-    for (const Member& member : members) AddTo(writer, member);
-    writer.Finish(comment);
+    Write(output, members, comment);
     return output.bytes;
 }
 
-const std::vector<Member> kMembers = {{"a.txt", "hello", 0}, {"b.txt", std::string(3000, 'x'), 6}};
+const std::vector<Member> kMembers = {{"a.txt", "hello"}, {"b.txt", std::string(3000, 'x'), 32, 6}};
 
 Bytes Sample() {
-    return Write(kMembers, "told");
+    return Written(kMembers, "told");
 }
 
 Result Open(const Bytes& bytes) {
-    return ResultOf([&] {
-        MemoryInput file(bytes.data(), bytes.size());
-        const Archive archive(file);
-    });
+    return ResultOf([&] { const MemoryArchive opened(bytes); });
 }
 
 std::string ReadMember(const Bytes& bytes, std::size_t index) {
-    MemoryInput file(bytes.data(), bytes.size());
-    const Archive archive(file);
-    std::string content;
-    EntryReader(file, archive)
-        .Read(archive.Entries().at(index),
-              [&](const std::uint8_t* data, std::size_t size) { content.append(data, data + size); });
-    return content;
+    return MemoryArchive(bytes).Content(index);
 }
 
 Result Read(const Bytes& bytes, std::size_t index) {
@@ -100,11 +75,9 @@ void Append(Bytes& bytes, const Bytes& more) {
 }
 
 TEST(Archive, StoresWhatPackingDoesNotMakeSmaller) {
-    const Bytes bytes = Write({{"a", "abcdefgh", 9}, {"b", "", 9}}, "");
-    EXPECT_EQ(ReadMember(bytes, 0), "abcdefgh");
-    MemoryInput file(bytes.data(), bytes.size());
-    const Archive archive(file);
-    for (const Entry& entry : archive.Entries()) EXPECT_EQ(entry.method, kStored);
+    MemoryArchive read(Written({{"a", "abcdefgh", 32, 9}, {"b", "", 32, 9}}, ""));
+    EXPECT_EQ(read.Content(0), "abcdefgh");
+    for (const Entry& entry : read.archive.Entries()) EXPECT_EQ(entry.method, kStored);
 }
 
 // Chunks and the buffer end inside members.
@@ -114,10 +87,10 @@ TEST(Archive, TakesMembersOfEverySize) {
         noise += static_cast<char>((x = x * 1664525 + 1013904223) >> 24);
     std::vector<Member> members;
     for (std::size_t size : {262143u, 262144u, 262145u, 524288u, 1048575u, 3000000u}) {
-        members.push_back({"stored " + std::to_string(size), noise.substr(0, size), 0});
-        members.push_back({"packed " + std::to_string(size), noise.substr(0, size), 1});
+        members.push_back({"stored " + std::to_string(size), noise.substr(0, size)});
+        members.push_back({"packed " + std::to_string(size), noise.substr(0, size), 32, 1});
     }
-    const Bytes bytes = Write(members, "");
+    const Bytes bytes = Written(members, "");
     for (std::size_t i = 0; i < members.size(); ++i) {
         EXPECT_TRUE(ReadMember(bytes, i) == members[i].content) << members[i].name;
     }
@@ -200,12 +173,11 @@ TEST(Archive, StandsBehindAnotherFile) {
     Bytes bytes = Sample();
     bytes.insert(bytes.begin(), 1000, 'P');
     EXPECT_EQ(ReadMember(bytes, 1), kMembers[1].content);
-    MemoryInput file(bytes.data(), bytes.size());
-    const Archive archive(file);
-    EXPECT_EQ(archive.PrefixSize(), 1000u);
+    MemoryArchive read(bytes);
+    EXPECT_EQ(read.archive.PrefixSize(), 1000u);
     MemoryOutput output;
     ArchiveWriter writer(output);
-    writer.Copy(file, archive, {false, true});
+    writer.Copy(read.file, read.archive, {false, true});
     writer.Finish("");
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.begin() + 1000, output.bytes.begin()));
     EXPECT_EQ(ReadMember(output.bytes, 0), kMembers[1].content);
@@ -213,33 +185,29 @@ TEST(Archive, StandsBehindAnotherFile) {
 
 TEST(Archive, CommentsOfEveryLength) {
     for (std::size_t size : {0u, 1u, 21u, 22u, 23u, 65534u, 65535u}) {
-        const Bytes bytes = Write(kMembers, std::string(size, 'c'));
-        MemoryInput file(bytes.data(), bytes.size());
-        EXPECT_EQ(Archive(file).Comment(), std::string(size, 'c'));
+        const Bytes bytes = Written(kMembers, std::string(size, 'c'));
+        EXPECT_EQ(MemoryArchive(bytes).archive.Comment(), std::string(size, 'c'));
     }
-    EXPECT_EQ(ResultOf([] { Write({}, std::string(65536, 'c')); }), Result::kBadComment);
-    EXPECT_EQ(ResultOf([] { Write({}, "PK\5\6"); }), Result::kBadComment);
+    EXPECT_EQ(ResultOf([] { Written({}, std::string(65536, 'c')); }), Result::kBadComment);
+    EXPECT_EQ(ResultOf([] { Written({}, "PK\5\6"); }), Result::kBadComment);
 }
 
-void Append64(Bytes& bytes, std::uint64_t value) {
-    for (int shift = 0; shift < 64; shift += 8) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-}
-void Append32(Bytes& bytes, std::uint32_t value) {
-    for (int shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
+void Append(Bytes& bytes, std::uint64_t value, int size) {
+    for (int shift = 0; shift < 8 * size; shift += 8)
+        bytes.push_back(static_cast<std::uint8_t>(value >> shift));
 }
 
 // The end of an archive whose 64-bit records tell this; `moved` is how far the locator misses them.
 void Append64BitEnd(Bytes& bytes, std::uint64_t count, std::uint64_t directory, std::uint64_t size,
                     std::int64_t moved) {
-    Append32(bytes, kEnd64Signature);
-    Append64(bytes, kEnd64Size - 12);
-    Append32(bytes, 45 | 45 << 16);
-    Append64(bytes, 0);
-    for (std::uint64_t value : {count, count, size, directory}) Append64(bytes, value);
-    Append32(bytes, kLocator64Signature);
-    Append32(bytes, 0);
-    Append64(bytes, directory + size + static_cast<std::uint64_t>(moved));
-    Append32(bytes, 1);
+    Append(bytes, kEnd64Signature, 4);
+    Append(bytes, kEnd64Size - 12, 8);
+    Append(bytes, 45 | 45 << 16, 4);
+    Append(bytes, 0, 8);
+    for (std::uint64_t value : {count, count, size, directory}) Append(bytes, value, 8);
+    Append(bytes, kLocator64Signature, 8);
+    Append(bytes, directory + size + static_cast<std::uint64_t>(moved), 8);
+    Append(bytes, 1, 4);
 }
 
 // The sample with both ends. The short one leaves its numbers to the long one when it is saturated.
@@ -276,12 +244,11 @@ class LargeInput final : public InputFile {
         record[28] = 1;
         record[30] = 20;
         record.push_back('z');
-        Append32(record, kExtra64 | 16 << 16);
-        Append64(record, kMemberSize);
-        Append64(record, kMemberSize);
+        Append(record, kExtra64 | 16 << 16, 4);
+        for (int i = 0; i < 2; ++i) Append(record, kMemberSize, 8);
         tail_ = record;
         Append64BitEnd(tail_, 1, kDirectory, record.size(), 0);
-        Append(tail_, Write({}, ""));
+        Append(tail_, Written({}, ""));
         std::fill_n(tail_.end() - 14, 12, std::uint8_t{0xff});
         Put32(head_.data(), kLocalSignature);
         Put32(&head_[18], kIn64);
