@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <iterator>
 #include <string>
@@ -56,31 +57,28 @@ class User {
         ::SendMessageW(edit, WM_CLEAR, 0, 0);
         for (; *text; ++text) ::SendMessageW(edit, WM_CHAR, *text, 1);
     }
-    std::wstring Typed() {
-        wchar_t text[100] = {};
-        ::SendMessageW(Edit(), WM_GETTEXT, 100, reinterpret_cast<LPARAM>(text));
-        return text;
-    }
+    std::wstring Typed() { return TextOf(Edit()); }
     void Press(WORD button) { ::PostMessageW(Folder(), WM_COMMAND, button, 0); }
     // For a press that opens no box.
     void PressAndWait(WORD button) { ::SendMessageW(Folder(), WM_COMMAND, button, 0); }
-    std::wstring Title() {
-        wchar_t title[100] = {};
-        ::GetWindowTextW(Folder(), title, 100);
-        return title;
-    }
+    std::wstring Title() { return TextOf(Folder()); }
     // The message of the box that is up, which is closed.
     std::wstring CloseBox() {
         const HWND box = Wait(&Dialogs::box);
         constexpr int kMessageText = 0xFFFF;
-        wchar_t text[400] = {};
-        ::GetDlgItemTextW(box, kMessageText, text, 400);
+        std::wstring text = TextOf(::GetDlgItem(box, kMessageText));
         ::SendMessageW(box, WM_CLOSE, 0, 0);
         while (::IsWindow(box)) ::Sleep(5);
         return text;
     }
 
   private:
+    static std::wstring TextOf(HWND window) {
+        wchar_t text[400] = {};
+        ::SendMessageW(window, WM_GETTEXT, 400, reinterpret_cast<LPARAM>(text));
+        return text;
+    }
+
     HWND Edit() { return ::FindWindowExW(Folder(), nullptr, L"Edit", nullptr); }
     HWND Folder() { return Wait(&Dialogs::folder); }
 
@@ -112,25 +110,21 @@ class User {
 // A folder of the test's own, "outer", with "inner" in it.
 class BrowseForFolder : public testing::Test {
   protected:
-    BrowseForFolder() {
-        wchar_t folder[MAX_PATH];
-        ::GetTempPathW(MAX_PATH, folder);
-        outer_ = folder + (L"ql" + std::to_wstring(::GetCurrentProcessId()));
-        inner_ = outer_ + L"\\inner";
-        EXPECT_TRUE(::CreateDirectoryW(outer_.c_str(), nullptr));
-        EXPECT_TRUE(::CreateDirectoryW(inner_.c_str(), nullptr));
-        wchar_t longName[MAX_PATH];
-        ::GetLongPathNameW(outer_.c_str(), longName, MAX_PATH);
-        outer_ = longName;
-        inner_ = outer_ + L"\\inner";
-    }
+    BrowseForFolder() { std::filesystem::create_directories(inner_); }
     ~BrowseForFolder() override {
-        ::RemoveDirectoryW(inner_.c_str());
-        ::RemoveDirectoryW(outer_.c_str());
+        std::error_code ignored;
+        std::filesystem::remove_all(outer_, ignored);
     }
 
-    std::wstring outer_;
-    std::wstring inner_;
+    static std::wstring Temporary() {
+        wchar_t folder[MAX_PATH];
+        ::GetTempPathW(MAX_PATH, folder);
+        ::GetLongPathNameW(folder, folder, MAX_PATH);
+        return folder;
+    }
+
+    const std::wstring outer_ = Temporary() + L"ql" + std::to_wstring(::GetCurrentProcessId());
+    const std::wstring inner_ = outer_ + L"\\inner";
 };
 
 TEST_F(BrowseForFolder, OkTakesTheNearestFolderAboveTheStartAndCancelLeavesIt) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include "platform/win32.h"
@@ -41,7 +42,6 @@ class Surface {
     Surface& operator=(const Surface&) = delete;
 
     HDC dc() const { return dc_; }
-    void Fill(COLORREF color) { Set(Pixels(static_cast<std::size_t>(width_ * height_), color)); }
     void Set(const Pixels& pixels) {
         for (int i = 0; i < width_ * height_; ++i)
             ::SetPixelV(dc_, i % width_, i / width_, pixels[static_cast<std::size_t>(i)]);
@@ -91,11 +91,9 @@ TEST(GreyedBitmap, HasTheGreyOfEveryPixelInTwentyFourBits) {
             Surface surface(width, 9, bits);
             surface.Set(Colorful(width, 9));
             const HBITMAP greyed = CreateGreyedBitmap(surface.Deselect());
-            BITMAP measures = {};
-            EXPECT_TRUE(::GetObjectW(greyed, sizeof measures, &measures));
-            EXPECT_EQ(24, measures.bmBitsPixel);
-            EXPECT_EQ(width, measures.bmWidth);
-            EXPECT_EQ(9, measures.bmHeight);
+            BITMAP made = {};
+            EXPECT_TRUE(::GetObjectW(greyed, sizeof made, &made));
+            EXPECT_TRUE(made.bmBitsPixel == 24 && made.bmWidth == width && made.bmHeight == 9) << width;
             EXPECT_EQ(Greyed(Colorful(width, 9)), PixelsOf(greyed, width, 9)) << bits << ' ' << width;
             EXPECT_EQ(Colorful(width, 9), PixelsOf(surface.Deselect(), width, 9)) << "the original";
             ::DeleteObject(greyed);
@@ -103,19 +101,25 @@ TEST(GreyedBitmap, HasTheGreyOfEveryPixelInTwentyFourBits) {
     }
 }
 
-// Rows of the mask are two bytes, of which the first four bits count.
-HICON MakeIcon(const std::uint8_t* mask, int maskHeight, HBITMAP colors, bool isIcon = true) {
+struct DestroysIcon {
+    void operator()(HICON icon) const { ::DestroyIcon(icon); }
+};
+using Icon = std::unique_ptr<HICON__, DestroysIcon>;
+
+// What is made of an icon or cursor. Rows of the mask are two bytes, of which the first four bits count.
+Icon GreyedIcon(const std::uint8_t* mask, int maskHeight, HBITMAP colors, bool isIcon = true) {
     const HBITMAP maskBitmap = ::CreateBitmap(4, maskHeight, 1, 1, mask);
     ICONINFO info = {isIcon, 3, 1, maskBitmap, colors};
-    const HICON icon = ::CreateIconIndirect(&info);
-    EXPECT_NE(nullptr, icon);
+    const Icon icon(::CreateIconIndirect(&info));
     ::DeleteObject(maskBitmap);
-    return icon;
+    Icon greyed(CreateGreyedIcon(icon.get()));
+    EXPECT_TRUE(icon && greyed);
+    return greyed;
 }
 
 Pixels Drawn(HICON icon, COLORREF background) {
     Surface surface(4, 2);
-    surface.Fill(background);
+    surface.Set(Pixels(8, background));
     EXPECT_TRUE(::DrawIconEx(surface.dc(), 0, 0, icon, 4, 2, 0, nullptr, DI_NORMAL));
     return surface.Get();
 }
@@ -126,45 +130,32 @@ TEST(GreyedIcon, IsGreyWhereOpaqueAndClearWhereMasked) {
     const std::uint8_t mask[] = {0x10, 0, 0x80 | 0x40, 0};  // set: the last above, the first two below
     Surface surface(4, 2, 24);
     surface.Set(colors);
-    const HICON icon = MakeIcon(mask, 2, surface.Deselect());
-    const HICON greyed = CreateGreyedIcon(icon);
-    ASSERT_NE(nullptr, greyed);
+    const Icon greyed = GreyedIcon(mask, 2, surface.Deselect());
     for (const COLORREF background : {kBlack, kWhite, kMagenta}) {
         const Pixels expected = {GreyOf(colors[0]), GreyOf(colors[1]), GreyOf(colors[2]), background,
                                  background,        background,        GreyOf(colors[6]), GreyOf(colors[7])};
-        EXPECT_EQ(expected, Drawn(greyed, background)) << background;
+        EXPECT_EQ(expected, Drawn(greyed.get(), background)) << background;
     }
-    ::DestroyIcon(greyed);
-    ::DestroyIcon(icon);
 }
 
 TEST(GreyedIcon, OfBlackAndWhiteIsGreyToo) {
     // Above the mask, below black and white: black, white, clear, inverting in the first row.
     const std::uint8_t halves[] = {0x30, 0, 0x00, 0, 0x50, 0, 0xf0, 0};
-    const HICON icon = MakeIcon(halves, 4, nullptr);
-    const HICON greyed = CreateGreyedIcon(icon);
-    ASSERT_NE(nullptr, greyed);
+    const Icon greyed = GreyedIcon(halves, 4, nullptr);
     const COLORREF black = GreyOf(kBlack);
     const Pixels expected = {black, kWhite, kMagenta, kMagenta, kWhite, kWhite, kWhite, kWhite};
-    EXPECT_EQ(expected, Drawn(greyed, kMagenta));
-    ::DestroyIcon(greyed);
-    ::DestroyIcon(icon);
+    EXPECT_EQ(expected, Drawn(greyed.get(), kMagenta));
 }
 
 TEST(GreyedIcon, KeepsACursorsHotSpot) {
     Surface surface(4, 2, 24);
     const std::uint8_t opaque[4] = {};
-    const HICON cursor = MakeIcon(opaque, 2, surface.Deselect(), false);
-    const HICON greyed = CreateGreyedIcon(cursor);
+    const Icon greyed = GreyedIcon(opaque, 2, surface.Deselect(), false);
     ICONINFO info = {};
-    EXPECT_TRUE(::GetIconInfo(greyed, &info));
-    EXPECT_FALSE(info.fIcon);
-    EXPECT_EQ(3u, info.xHotspot);
-    EXPECT_EQ(1u, info.yHotspot);
+    EXPECT_TRUE(::GetIconInfo(greyed.get(), &info));
+    EXPECT_TRUE(!info.fIcon && info.xHotspot == 3 && info.yHotspot == 1);
     ::DeleteObject(info.hbmMask);
     ::DeleteObject(info.hbmColor);
-    ::DestroyCursor(greyed);
-    ::DestroyCursor(cursor);
 }
 
 TEST(GreyedImage, OfNoImageIsNull) {
