@@ -59,8 +59,10 @@ class User {
     }
     std::wstring Typed() { return TextOf(Edit()); }
     void Press(WORD button) { ::PostMessageW(Folder(), WM_COMMAND, button, 0); }
-    // For a press that opens no box.
-    void PressAndWait(WORD button) { ::SendMessageW(Folder(), WM_COMMAND, button, 0); }
+    // For a press that opens no box; one that does would wait for it.
+    void PressAndWait(WORD button) {
+        EXPECT_NE(0, ::SendMessageTimeoutW(Folder(), WM_COMMAND, button, 0, SMTO_NORMAL, 2000, nullptr));
+    }
     std::wstring Title() { return TextOf(Folder()); }
     // The message of the box that is up, which is closed.
     std::wstring CloseBox() {

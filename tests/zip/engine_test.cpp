@@ -166,7 +166,7 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
         ZIPCMDSTRUCT command = ZipCommand(ZIP_ADD, Quoted("in\\*.*"));
         command.lpszIncludeFollowing = command.lpszExcludeFollowing = "*.jpg x";
         command.lpszDate = "01/01/22";
-        command.lpszStoreSuffixes = ".zip:jpg";
+        command.lpszStoreSuffixes = ".zip:jpg:xt";
         for (const auto flag : c.flags) command.*flag = 1;
         EXPECT_EQ(Dzip(command), 0) << &c - cases;
         std::set<std::string> names;
