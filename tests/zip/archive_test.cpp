@@ -123,6 +123,7 @@ TEST(Archive, ArchivesThatLieDoNotOpen) {
         {"record beyond the directory", {{kSecond, 33, 1}}},
         {"overlap", {{kSecond, 42, -1}}},
         {"member beyond the directory", {{kSecond, 45, 1}}},
+        {"header into the directory", {{kSecond, 42, 40}}},
         {"packed size into the directory", {{kSecond, 20, 1}}},
         {"stored sizes that differ", {{kFirst, 24, 1}}},
         {"ratio beyond sense", {{kSecond, 26, 1}}},
