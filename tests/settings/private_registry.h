@@ -35,7 +35,6 @@ class PrivateRegistry {
 #ifdef _WIN32
         for (HKEY root : {kUser, kMachine}) ::RegOverridePredefKey(root, nullptr);
         ::RegDeleteTreeW(kUser, Home().c_str());
-        ::RegDeleteKeyW(kUser, kHomes);  // refused while other processes have theirs in it
 #endif
     }
 
@@ -80,9 +79,9 @@ class PrivateRegistry {
 
   private:
 #ifdef _WIN32
-    static constexpr const wchar_t* kHomes = L"Software\\Registries of tests";
+    // A key that processes share could go away while another one adds to it.
     static std::wstring Home() {
-        return std::wstring(kHomes) + L'\\' + std::to_wstring(::GetCurrentProcessId());
+        return L"Software\\Registry of test " + std::to_wstring(::GetCurrentProcessId());
     }
 
     static void Redirect(HKEY root, const wchar_t* name) {
