@@ -32,7 +32,6 @@ TEST(WideString, TakesANullPointerForTheEmptyText) {
 TEST(WideString, KeepsZeroUnits) {
     RWWString text(L"a\0b", 3);
     EXPECT_FALSE(text == L"a");
-    EXPECT_EQ(L"a\0b"s, text.str());
     text += L'\0';
     EXPECT_EQ(L"a\0b\0"s, text.str());
     text.resize(6);
@@ -54,7 +53,6 @@ TEST(WideString, AppendsAndPrependsItself) {
 TEST(WideString, OrdersByCodeUnit) {
     EXPECT_LT(RWWString(L"B"), RWWString(L"a"));
     EXPECT_LT(RWWString(L"a"), RWWString(L"ab"));
-    EXPECT_LT(RWWString(L"\u007f"), RWWString(L"\u0080"));
     EXPECT_LT(RWWString(L"\u7fff"), RWWString(L"\u8000"));
     EXPECT_LT(RWWString(), RWWString(L"\0", 1));
 }

@@ -9,7 +9,7 @@
 
 #include "rw/file.h"
 #include "rw/virtual_streams.h"
-#include "tests/rw/temporary_file.h"
+#include "tests/logging/test_folder.h"
 
 namespace {
 
@@ -115,15 +115,15 @@ TEST(StringTable, StoresCountedNarrowTextsAndAppendsWhatItRestores) {
 }
 
 TEST(StringTable, StoresInFilesAsInStreams) {
-    const TemporaryFile place("table");
+    const TestFolder folder;
     const QLStringTable table = TableOf({L"ab", L""});
-    RWFile file(place.Path().c_str(), L"w+b");
+    RWFile file((folder / L"table").c_str(), L"w+b");
     table.saveOn(file);
     EXPECT_TRUE(file.SeekTo(0));
     QLStringTable restored;
     restored.restoreFrom(file);
     EXPECT_EQ(table, restored);
-    EXPECT_EQ(Stored(table), place.Content());
+    EXPECT_EQ(Stored(table), BytesOf(folder / L"table"));
 }
 
 TEST(StringTable, RestoresTheWholeTextsOfACutForm) {
