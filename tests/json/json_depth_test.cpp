@@ -2,28 +2,16 @@
 
 #include <string>
 
-#include "settings/json.h"
-
-#ifdef _WIN32
 #include "platform/win32.h"
-#else
-#include <pthread.h>
-#endif
+#include "settings/json.h"
 
 namespace {
 
 constexpr std::size_t kDepth = 10'000'000;
-
-using Work = bool (*)();
-
-struct Task {
-    Work work;
-    bool done;
-};
+constexpr std::ptrdiff_t kStackBytes = 64 << 10;
 
 #ifdef _WIN32
-
-constexpr std::ptrdiff_t kStackBytes = 64 << 10;
+constexpr DWORD kExactly = STACK_SIZE_PARAM_IS_A_RESERVATION;
 
 // Some systems reserve more stack than was asked for: the pages beyond it are made to fault.
 bool CutStack() {
@@ -35,6 +23,19 @@ bool CutStack() {
     DWORD former = 0;
     return excess <= 0 || VirtualProtect(lowest, static_cast<SIZE_T>(excess), PAGE_NOACCESS, &former);
 }
+#else
+constexpr DWORD kExactly = 0;
+
+// Elsewhere a thread's stack is larger, and still too small for a call on each level.
+bool CutStack() {
+    return true;
+}
+#endif
+
+struct Task {
+    bool (*work)();
+    bool done;
+};
 
 DWORD WINAPI RunTask(void* argument) {
     auto* const task = static_cast<Task*>(argument);
@@ -42,38 +43,14 @@ DWORD WINAPI RunTask(void* argument) {
     return 0;
 }
 
-bool DoneOnSmallStack(Work work) {
+bool DoneOnSmallStack(bool (*work)()) {
     Task task{work, false};
-    const HANDLE thread =
-        CreateThread(nullptr, kStackBytes, &RunTask, &task, STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    const HANDLE thread = CreateThread(nullptr, kStackBytes, &RunTask, &task, kExactly, nullptr);
     if (!thread) return false;
     WaitForSingleObject(thread, INFINITE);
     CloseHandle(thread);
     return task.done;
 }
-
-#else
-
-// The sanitizers keep data of their own on each stack.
-constexpr std::size_t kStackBytes = 1 << 20;
-
-bool DoneOnSmallStack(Work work) {
-    Task task{work, false};
-    const auto run = [](void* argument) -> void* {
-        auto* const started = static_cast<Task*>(argument);
-        started->done = started->work();
-        return nullptr;
-    };
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, kStackBytes);
-    pthread_t thread;
-    const bool started = pthread_create(&thread, &attributes, run, &task) == 0;
-    pthread_attr_destroy(&attributes);
-    return started && pthread_join(thread, nullptr) == 0 && task.done;
-}
-
-#endif
 
 // Arrays in objects in arrays.
 std::wstring NestedDocument() {
