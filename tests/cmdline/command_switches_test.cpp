@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "cmdline/command_switches.h"
 
@@ -26,14 +27,9 @@ std::wstring Found(const std::wstring& line) {
 }
 
 TEST(CommandSwitches, ReadsLines) {
-    const struct {
-        const wchar_t *line, *found;
-    } cases[] = {
-        {L"", L""},
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"   ", L""},
-        {L"doc.qft /ni", L"doc.qft|ni"},
         {L"  doc.qft -NI ", L"doc.qft|ni"},
-        {L"a b/ni -x", L"a b/ni"},
         {L"\"C:\\My Files\\a /ni.qft\" /ni", L"C:\\My Files\\a /ni.qft|ni"},
         {L"\"\" /ni", L"|ni"},
         {L"a\"b /ni\"c d/e -ni", L"ab /nic d/e|ni"},  // quotes inside a word, a slash without its blank
@@ -42,37 +38,27 @@ TEST(CommandSwitches, ReadsLines) {
         {L"doc.qft ni", L"doc.qft ni"},
         {L"/x ni", L"|ni"},  // the prefix character may be left out
         {L"//ni", L""},      // only one is skipped
-        {L"/unknown / - /", L""},
-        {L"/sto='abc'", L"|sto=abc"},
+        {L"/unknown / - /n", L""},
         {L"/sto=\"a b  c\" /ni", L"|sto=a b  c|ni"},
         {L"\"/sto=a b\"", L"/sto=a b"},  // a quote first: leading text
         {L"/\"sto\"=x", L"|sto=x"},
-        {L"/STO=x", L"|sto=x"},
-        {L"/sto=a=b", L"|sto=a=b"},
-        {L"/sto=C:/a/-b /ni", L"|sto=C:/a/-b|ni"},
+        {L"/sto=C:/a=/-b /ni", L"|sto=C:/a=/-b|ni"},
         {L"\t/sto=x", L"\t/sto=x"},  // a tab is no blank
         {L"/ni\t/sto=x", L"|ni"},
         {L"/sto=x \"/ni\" /of=\"\"", L"|sto=x|of=|ni"},
         {L"/sto=\"a /ni -of=b", L"|sto=a /ni -of=b"},  // never closed
         {L"/st\"o=a b\"c", L"|sto=a bc"},
-        {L"/sto=\" a \"", L"|sto=a"},
         {L"/sto=it's'", L"|sto=it's"},
         {L"/sto='", L"|sto="},
-        {L"/sto=''", L"|sto="},
         {L"/sto='a", L"|sto=a"},
         {L"/sto=\"' a '\"", L"|sto=a"},
-        {L"/of=", L"|of="},
-        {L"/of=1 /of=2", L"|of=2"},
         {L"/of=1 /of=", L"|of="},
-        {L"/ni /ni /NI", L"|ni"},
         {L"/of=1 /of", L"|of=1"},  // does not begin with the name
         {L"/naw", L"|na"},         // claimed by the shorter name, as are all of these
         {L"/na=answers.anx", L"|na"},
-        {L"/nation", L"|na"},
         {L"/NAme=x", L"|na"},
-        {L"/n", L""},
     };
-    for (const auto& c : cases) EXPECT_EQ(Found(c.line), c.found) << testing::PrintToString(c.line);
+    for (const auto& [line, found] : cases) EXPECT_EQ(Found(line), found) << testing::PrintToString(line);
 }
 
 TEST(CommandSwitches, FirstDeclarationStaysAndKindNoneMatchesNothing) {

@@ -1,103 +1,12 @@
 #include <iterator>
 
 #include "cmdline/command_switches.h"
-#include "cmdline/main_switch_parser.h"
-#include "cmdline/server_switch_parsers.h"
 #include "tools/qlutil/command.h"
+#include "tools/qlutil/switch_accessors.h"
 
 namespace {
 
-// One accessor of a parser and the key of what it answers.
-template <class Parser, class Result>
-struct Accessor {
-    const wchar_t* key;
-    Result (Parser::*get)() const;
-};
-
 using Main = QuilletCmdSwitchParser;
-
-constexpr Accessor<Main, const wchar_t*> kMainTexts[] = {
-    {L"tplPath", &Main::GetTplPath},
-    {L"answerFile", &Main::GetAnswerFile},
-    {L"newAnswerFile", &Main::GetNewAnswerFile},
-    {L"outputFile", &Main::GetOutputFile},
-    {L"library", &Main::GetLibrary},
-    {L"qLIFile", &Main::GetQLIFile},
-    {L"qLAFile", &Main::GetQLAFile},
-    {L"installationFile", &Main::GetInstallationFile},
-    {L"defAnsFile", &Main::GetDefAnsFile},
-    {L"outputPluginTokenId", &Main::GetOutputPluginTokenId},
-    {L"clauseName", &Main::GetClauseName},
-    {L"tray", &Main::GetTray},
-    {L"pageSize", &Main::GetPageSize},
-    {L"description", &Main::GetDescription},
-    {L"pathDescription", &Main::GetPathDescription},
-    {L"typeDescription", &Main::GetTypeDescription},
-    {L"nameDescription", &Main::GetNameDescription},
-    {L"editFile", &Main::GetEditFile},
-};
-
-constexpr Accessor<Main, bool> kMainFlags[] = {
-    {L"asmSwitch", &Main::IsAsmSwitch},
-    {L"qLASwitch", &Main::IsQLASwitch},
-    {L"qLISwitch", &Main::IsQLISwitch},
-    {L"editSet", &Main::IsEditSet},
-    {L"answerFileSet", &Main::IsAnswerFileSet},
-    {L"overlay", &Main::IsOverlay},
-    {L"libraryVisible", &Main::IsLibraryVisible},
-    {L"noInterview", &Main::IsNoInterview},
-    {L"saveAnswers", &Main::IsSaveAnswers},
-    {L"saveAnswersPrompt", &Main::IsSaveAnswersPrompt},
-    {L"lockAnswers", &Main::IsLockAnswers},
-    {L"lockLib", &Main::IsLockLib},
-    {L"newAnswer", &Main::IsNewAnswer},
-    {L"suppressUnansweredWarning", &Main::IsSuppressUnansweredWarning},
-    {L"supressSplashScreen", &Main::IsSupressSplashScreen},
-    {L"print", &Main::IsPrint},
-    {L"printBoth", &Main::IsPrintBoth},
-    {L"printFormOnly", &Main::IsPrintFormOnly},
-    {L"printAnswersOnly", &Main::IsPrintAnswersOnly},
-    {L"printDuplex", &Main::IsPrintDuplex},
-    {L"printWithoutDialogs", &Main::IsPrintWithoutDialogs},
-    {L"currentDoc", &Main::IsCurrentDoc},
-    {L"discardAnswers", &Main::IsDiscardAnswers},
-    {L"register", &Main::IsRegister},
-    {L"hideAssemblyWindow", &Main::IsHideAssemblyWindow},
-    {L"sendToWP", &Main::IsSendToWP},
-    {L"suppressInstallation", &Main::IsSuppressInstallation},
-    {L"dDE", &Main::IsDDE},
-    {L"automation", &Main::IsAutomation},
-    {L"embedded", &Main::IsEmbedded},
-    {L"suggestSaveSet", &Main::IsSuggestSaveSet},
-    {L"suggestSaveNewSet", &Main::IsSuggestSaveNewSet},
-    {L"finishInterviewActionSet", &Main::IsFinishInterviewActionSet},
-    {L"startInterviewGroupSet", &Main::IsStartInterviewGroupSet},
-    {L"keepInterviewGroupSet", &Main::IsKeepInterviewGroupSet},
-    {L"modelDocument", &Main::IsModelDocument},
-};
-
-using Server = ServerCmdSwitches;
-
-constexpr Accessor<Server, const wchar_t*> kServerTexts[] = {
-    {L"fileName", &Server::GetFileName},
-    {L"tray", &Server::GetTray},
-    {L"pageSize", &Server::GetPageSize},
-};
-
-constexpr Accessor<Server, bool> kServerFlags[] = {
-    {L"print", &Server::IsPrint},
-    {L"register", &Server::IsRegister},
-    {L"unregister", &Server::IsUnregister},
-    {L"supressSplashScreen", &Server::IsSupressSplashScreen},
-    {L"printBoth", &Server::IsPrintBoth},
-    {L"printFormOnly", &Server::IsPrintFormOnly},
-    {L"printAnswersOnly", &Server::IsPrintAnswersOnly},
-    {L"printDuplex", &Server::IsPrintDuplex},
-    {L"printWithoutDialogs", &Server::IsPrintWithoutDialogs},
-    {L"dDE", &Server::IsDDE},
-    {L"automation", &Server::IsAutomation},
-    {L"embedded", &Server::IsEmbedded},
-};
 
 RWWString Text(std::wstring_view word) {
     return RWWString(word);
@@ -131,6 +40,7 @@ Answer ReadMain(const Arguments& arguments) {
         {L"exit", static_cast<int>(parser.GetExit())},
     };
     Append(record, parser, kMainTexts);
+    Append(record, parser, kMainGiven);
     Append(record, parser, kMainFlags);
     record.emplace_back(L"printCopies", static_cast<int>(parser.GetPrintCopies()));
     record.emplace_back(L"overlayFiles", ToList(parser.GetOverlayFiles()));
@@ -141,8 +51,8 @@ template <class Parser>
 Answer ReadServer(const Arguments& arguments) {
     const Parser parser(Text(arguments[0]).data());
     Record record;
-    Append<Server>(record, parser, kServerTexts);
-    Append<Server>(record, parser, kServerFlags);
+    Append<ServerCmdSwitches>(record, parser, kServerTexts);
+    Append<ServerCmdSwitches>(record, parser, kServerFlags);
     record.emplace_back(L"printCopies", static_cast<int>(parser.GetPrintCopies()));
     return record;
 }
