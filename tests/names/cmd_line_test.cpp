@@ -5,13 +5,10 @@
 namespace {
 
 TEST(CmdLine, SplitsNameAndSwitchesAndComposesThemAgain) {
-    const struct {
-        const wchar_t *text, *name, *switches, *composed;
-    } cases[] = {
+    const wchar_t* const cases[][4] = {
         {nullptr, L"", L"", L""},
         {L"   ", L"", L"", L""},
         {L"\"", L"", L"", L""},
-        {L"\"\"", L"", L"", L""},
         {L"\"\" /ni", L"", L"/ni", L" /ni"},
         {L"/ni /sa", L"", L"/ni /sa", L" /ni /sa"},
         {L" C:\\a.qft  /ni  /sa ", L"C:\\a.qft", L"/ni  /sa", L"C:\\a.qft /ni  /sa"},
@@ -23,12 +20,13 @@ TEST(CmdLine, SplitsNameAndSwitchesAndComposesThemAgain) {
         {L"C:\\a/b.txt /x", L"C:\\a/b.txt /x", L"", L"\"C:\\a/b.txt /x\""},
         {L"a.qft -x", L"a.qft -x", L"", L"a.qft -x"},  // a hyphen is no slash
     };
-    for (const auto& c : cases) {
-        const QLCmdLine line(c.text);
-        EXPECT_EQ(line.GetPathAndFileName(), c.name) << testing::PrintToString(c.text);
-        EXPECT_EQ(line.GetSwitches(), c.switches) << testing::PrintToString(c.text);
-        EXPECT_EQ(line.GetCmdLine(), c.composed) << testing::PrintToString(c.text);
-        EXPECT_EQ(line.IsNull(), *c.composed == L'\0') << testing::PrintToString(c.text);
+    for (const auto& [text, name, switches, composed] : cases) {
+        SCOPED_TRACE(testing::PrintToString(text));
+        const QLCmdLine line(text);
+        EXPECT_EQ(line.GetPathAndFileName(), name);
+        EXPECT_EQ(line.GetSwitches(), switches);
+        EXPECT_EQ(line.GetCmdLine(), composed);
+        EXPECT_EQ(line.IsNull(), *composed == L'\0');
     }
 }
 

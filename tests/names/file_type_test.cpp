@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -34,12 +35,11 @@ constexpr struct {
 TEST(FileType, IsToldFromTheExtensionAlone) {
     for (const auto& row : kFiles) {
         const QLFileName name(row.file);
-        EXPECT_EQ(row.type, GetFileType(name)) << row.file;
-        EXPECT_EQ(row.type, GetFileType(row.file)) << row.file;
-        EXPECT_EQ(row.document, GetDocumentType(name)) << row.file;
-        EXPECT_EQ(row.document, GetDocumentType(row.file)) << row.file;
-        EXPECT_EQ(row.templ, GetTemplateType(name)) << row.file;
-        EXPECT_EQ(row.templ, GetTemplateType(row.file)) << row.file;
+        const std::vector<int> kinds = {row.type, row.document, row.templ};
+        EXPECT_EQ(kinds, (std::vector<int>{GetFileType(name), GetDocumentType(name), GetTemplateType(name)}));
+        EXPECT_EQ(kinds, (std::vector<int>{GetFileType(row.file), GetDocumentType(row.file),
+                                           GetTemplateType(row.file)}))
+            << row.file;
         EXPECT_EQ(row.quillet, IsQuilletFileType(name)) << row.file;
     }
 }
@@ -62,27 +62,15 @@ TEST(FileType, TemplatesKnowWhatTheyAreAssembledTo) {
 }
 
 TEST(FileType, HasADisplayNameAndADefaultExtension) {
-    constexpr struct {
-        int type;
-        std::wstring_view name, extension;
-    } kRows[] = {
-        {-1, L"", L""},
-        {FT_NONE, L"", L""},
-        {FT_WP52_TEMPLATE, L"WordPerfect 5.2 Template", L".tpl"},
-        {8, L"", L""},
-        {FT_DOCM_TEMPLATE, L"Word DOCM Template", L".dotm"},
-        {15, L"", L""},
-        {FT_RTF_DOCUMENT, L"Rich Text File", L".rtf"},
-        {FT_HTML_FILE, L"", L""},
-        {FT_CATALOG_FILE, L"", L""},
-        {FT_DOCX_DOCUMENT, L"Microsoft Word Document", L".docx"},
-        {FT_FILLABLE_PDF, L"Fillable PDF Form", L".pdf"},
-        {FT_JS_FILE, L"", L".js"},
-        {FT_DLL_FILE, L"", L".dll"},
-        {49, L"", L""},
+    const auto facts = [](int type) {
+        const auto kind = static_cast<FileType>(type);
+        return std::wstring(GetFileName(kind)) + L'|' + GetFileExt(kind);
     };
-    for (const auto& row : kRows) {
-        EXPECT_EQ(row.name, GetFileName(static_cast<FileType>(row.type))) << row.type;
-        EXPECT_EQ(row.extension, GetFileExt(static_cast<FileType>(row.type))) << row.type;
-    }
+    EXPECT_EQ(L"WordPerfect 5.2 Template|.tpl", facts(FT_WP52_TEMPLATE));
+    EXPECT_EQ(L"Word DOCM Template|.dotm", facts(FT_DOCM_TEMPLATE));
+    EXPECT_EQ(L"Rich Text File|.rtf", facts(FT_RTF_DOCUMENT));
+    EXPECT_EQ(L"Microsoft Word Document|.docx", facts(FT_DOCX_DOCUMENT));
+    EXPECT_EQ(L"Fillable PDF Form|.pdf", facts(FT_FILLABLE_PDF));
+    EXPECT_EQ(L"|.dll", facts(FT_DLL_FILE));
+    for (const int none : {-1, 0, 8, 15, 35, 36, 49}) EXPECT_EQ(L"|", facts(none)) << none;
 }

@@ -101,6 +101,7 @@ BOOL CloseHandle(HANDLE object);
 HANDLE CreateThread(SECURITY_ATTRIBUTES* security, std::size_t stackSize, DWORD (*run)(void*), void* argument,
                     DWORD flags, DWORD* id);
 DWORD GetCurrentThreadId();
+DWORD GetCurrentProcessId();
 void Sleep(DWORD milliseconds);
 DWORD GetTickCount();
 
