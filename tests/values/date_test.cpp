@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <tuple>
+#include <utility>
 
 namespace {
 
@@ -13,6 +14,8 @@ namespace chrono = std::chrono;
 
 using Ymd = std::tuple<int, unsigned, unsigned>;  // in the order of time
 
+constexpr DateUnit kDays = DATE_UNIT_DAYS, kMonths = DATE_UNIT_MONTHS, kYears = DATE_UNIT_YEARS;
+constexpr auto kNoUnit = static_cast<DateUnit>(3);
 constexpr int kJulianDayOf1970 = 2440588;
 constexpr const wchar_t* kMonthNames[] = {L"JAN", L"FEB", L"MAR", L"APR", L"MAY", L"JUN",
                                           L"JUL", L"AUG", L"SEP", L"OCT", L"NOV", L"DEC"};
@@ -32,6 +35,11 @@ Ymd Fields(const CDate& date) {
 Ymd Fields(const chrono::year_month_day& date) {
     return {static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
             static_cast<unsigned>(date.day())};
+}
+
+Ymd LocalDay(std::time_t time) {
+    const std::tm local = *std::localtime(&time);
+    return {local.tm_year + 1900, local.tm_mon + 1, local.tm_mday};
 }
 
 CDate Null() {
@@ -135,45 +143,39 @@ TEST(Date, RecordIsTakenOnlyWhenValid) {
 }
 
 TEST(DateAdd, Edges) {
-    const CDate null = Null();
-    const CDate start(1, 1, 2000);
     const struct {
         CDate date;
         Number amount;
-        int unit;
+        DateUnit unit;
         CDate sum;
     } kCases[] = {
-        {CDate(31, 3, 2021), -1, DATE_UNIT_MONTHS, CDate(28, 2, 2021)},
-        {CDate(31, 1, 2020), 13, DATE_UNIT_MONTHS, CDate(28, 2, 2021)},
-        {CDate(29, 2, 2020), 1, DATE_UNIT_YEARS, CDate(28, 2, 2021)},
-        {CDate(15, 6, 1582), -1, DATE_UNIT_YEARS, null},
-        {CDate(1, 1, 1582), 0, DATE_UNIT_DAYS, CDate(1, 1, 1582)},
-        {CDate(1, 1, 1582), -1, DATE_UNIT_DAYS, null},
-        {CDate(1, 1, 9999), 1, DATE_UNIT_YEARS, null},
-        {CDate(31, 12, 9999), 1, DATE_UNIT_DAYS, null},
-        {CDate(31, 12, 9998), 12, DATE_UNIT_MONTHS, CDate(31, 12, 9999)},
-        {start, 31999.9, DATE_UNIT_DAYS, CDate(start.DayNumber() + 31999UL)},
-        {start, -31999.9, DATE_UNIT_DAYS, CDate(start.DayNumber() - 31999UL)},
-        {start, -31999, DATE_UNIT_YEARS, null},
-        {start, -31999, DATE_UNIT_MONTHS, null},
-        {CDate(1, 1, 1581), 5, 3, null},
-        {CDate(1UL), -2, DATE_UNIT_DAYS, null},
-        {CDate(1UL), 31999, DATE_UNIT_MONTHS, null},
-        {CDate(0UL), 1, DATE_UNIT_DAYS, null},
-        {null, -1, DATE_UNIT_DAYS, null},
-        // These count as 0.
-        {start, 32000, DATE_UNIT_DAYS, start},
-        {start, -32000, DATE_UNIT_MONTHS, start},
-        {start, -0.9, DATE_UNIT_MONTHS, start},
-        {start, Number(), DATE_UNIT_YEARS, start},
-        {start, std::nan(""), DATE_UNIT_YEARS, start},
-        {start, HUGE_VAL, DATE_UNIT_DAYS, start},
-        {start, 5, 3, start},
-        {start, 5, -1, start},
+        {CDate(31, 3, 2021), -1, kMonths, CDate(28, 2, 2021)},
+        {CDate(31, 1, 2020), 13, kMonths, CDate(28, 2, 2021)},
+        {CDate(29, 2, 2020), 1, kYears, CDate(28, 2, 2021)},
+        {CDate(1, 1, 1582), 0, kDays, CDate(1, 1, 1582)},
+        {CDate(31, 12, 9998), 12, kMonths, CDate(31, 12, 9999)},
+        {CDate(2451545UL), 31999.9, kDays, CDate(2451545UL + 31999)},
+        {CDate(2451545UL), -31999.9, kDays, CDate(2451545UL - 31999)},
     };
     for (const auto& [date, amount, unit, sum] : kCases) {
-        EXPECT_EQ(Fields(sum), Fields(date.Add(amount, static_cast<DateUnit>(unit))))
-            << date.DayNumber() << " + " << amount.GetDouble() << " of unit " << unit;
+        EXPECT_EQ(Fields(sum), Fields(date.Add(amount, unit))) << date.DayNumber() << " to " << unit;
+    }
+    const std::tuple<CDate, int, DateUnit> kBeyond[] = {
+        {CDate(15, 6, 1582), -1, kYears},    {CDate(1, 1, 1582), -1, kDays},
+        {CDate(1, 1, 9999), 1, kYears},      {CDate(31, 12, 9999), 1, kDays},
+        {CDate(1, 1, 2000), -31999, kYears}, {CDate(1, 1, 2000), -31999, kMonths},
+        {CDate(1, 1, 1581), 5, kNoUnit},     {CDate(1UL), -2, kDays},
+        {CDate(1UL), 31999, kMonths},        {CDate(0UL), 1, kDays},
+    };
+    for (const auto& [date, amount, unit] : kBeyond) {
+        EXPECT_EQ(Null(), date.Add(amount, unit)) << date.DayNumber() << " + " << amount << " to " << unit;
+    }
+    EXPECT_EQ(Null(), Null().Add(-1, kDays));
+    const std::pair<Number, DateUnit> kZero[] = {
+        {32000, kDays},         {-32000, kMonths}, {-0.9, kMonths}, {Number(), kYears},
+        {std::nan(""), kYears}, {HUGE_VAL, kDays}, {5, kNoUnit},    {5, static_cast<DateUnit>(-1)}};
+    for (const auto& [amount, unit] : kZero) {
+        EXPECT_EQ(CDate(1, 1, 2000), CDate(1, 1, 2000).Add(amount, unit)) << amount.GetDouble();
     }
 }
 
@@ -181,10 +183,9 @@ TEST(DateAdd, EveryDayOfACycleAgreesWithTheStandardCalendar) {
     for (CDate date(1, 1, 1804); date <= CDate(31, 12, 2203); ++date) {
         const chrono::year_month_day ymd(SysDays(date));
         for (const int count : {0, 1, -1, 2, 11, 12, -12, -13, 25, 600, -1199, 4801}) {
-            ASSERT_EQ(Model(ymd, chrono::months(count)), Fields(date.Add(count, DATE_UNIT_MONTHS)))
-                << date.DayNumber() << ' ' << count;
-            ASSERT_EQ(Model(ymd, chrono::years(count)), Fields(date.Add(count, DATE_UNIT_YEARS)))
-                << date.DayNumber() << ' ' << count;
+            ASSERT_EQ(Model(ymd, chrono::months(count)), Fields(date.Add(count, kMonths)))
+                << date.DayNumber();
+            ASSERT_EQ(Model(ymd, chrono::years(count)), Fields(date.Add(count, kYears))) << date.DayNumber();
         }
     }
 }
@@ -195,40 +196,34 @@ TEST(DateDifference, EveryDayOfACycleAgreesWithAPlainModel) {
             CDate other = date;
             other += span;
             const int months = MonthsBetween(date, other);
-            ASSERT_EQ(months, date.Difference(other, DATE_UNIT_MONTHS).GetDouble())
-                << date.DayNumber() << ' ' << span;
-            ASSERT_EQ(months / 12, other.Difference(date, DATE_UNIT_YEARS).GetDouble())
-                << date.DayNumber() << ' ' << span;
+            ASSERT_EQ(months, date.Difference(other, kMonths).GetDouble()) << date.DayNumber();
+            ASSERT_EQ(months / 12, other.Difference(date, kYears).GetDouble()) << date.DayNumber();
         }
     }
 }
 
 TEST(DateDifference, Edges) {
-    const CDate none(0UL);
-    const CDate farthest(0xFFFFFFFFUL);
+    const CDate none(0UL), last2020(31, 12, 2020);
     const struct {
-        CDate one;
-        CDate other;
-        int unit;
+        CDate one, other;
+        DateUnit unit;
         double count;
     } kCases[] = {
-        {CDate(31, 1, 2021), CDate(28, 2, 2021), DATE_UNIT_MONTHS, 0},
-        {CDate(28, 2, 2019), CDate(28, 2, 2020), DATE_UNIT_YEARS, 1},
-        {CDate(29, 2, 2020), CDate(28, 2, 2021), DATE_UNIT_YEARS, 0},
-        {Null(), CDate(31, 12, 9999), DATE_UNIT_DAYS, 1},
-        {Null(), CDate(1, 1, 9999), DATE_UNIT_YEARS, 1},
-        {none, farthest, DATE_UNIT_DAYS, 4294967295.0},
-        {none, CDate(31, 12, 2020), DATE_UNIT_YEARS, 2020},
-        {none, CDate(31, 12, 2020), DATE_UNIT_MONTHS, 2020 * 12 + 12},
-        {none, CDate(60UL), DATE_UNIT_YEARS, 0},
-        {none, CDate(60UL), DATE_UNIT_MONTHS, 0},
-        {CDate(1UL), CDate(60UL), DATE_UNIT_MONTHS, 1},  // 25 November and 23 January, before the year 1
-        {CDate(1, 1, 2020), CDate(1, 1, 2021), 3, 0},
+        {CDate(31, 1, 2021), CDate(28, 2, 2021), kMonths, 0},
+        {CDate(28, 2, 2019), CDate(28, 2, 2020), kYears, 1},
+        {CDate(29, 2, 2020), CDate(28, 2, 2021), kYears, 0},
+        {Null(), CDate(31, 12, 9999), kDays, 1},
+        {Null(), CDate(1, 1, 9999), kYears, 1},
+        {none, CDate(0xFFFFFFFFUL), kDays, 4294967295.0},
+        {none, last2020, kYears, 2020},
+        {none, last2020, kMonths, 2020 * 12 + 12},
+        {none, CDate(60UL), kMonths, 0},
+        {CDate(1UL), CDate(60UL), kMonths, 1},  // 25 November and 23 January, before the year 1
+        {none, last2020, kNoUnit, 0},
     };
     for (const auto& [one, other, unit, count] : kCases) {
-        EXPECT_EQ(count, one.Difference(other, static_cast<DateUnit>(unit)).GetDouble())
-            << one.DayNumber() << ' ' << unit;
-        EXPECT_EQ(count, other.Difference(one, static_cast<DateUnit>(unit)).GetDouble());
+        EXPECT_EQ(count, one.Difference(other, unit).GetDouble()) << one.DayNumber() << ' ' << unit;
+        EXPECT_EQ(count, other.Difference(one, unit).GetDouble());
     }
 }
 
@@ -242,26 +237,17 @@ TEST(DateExtract, FillsEveryFieldOfTheStructure) {
 }
 
 TEST(DateExtract, SecondsAreThoseOfLocalMidnight) {
-    for (CDate date(2, 1, 1970); date < CDate(1, 1, 2038); date += 37) {
-        long long seconds = 0;
-        date.extract(seconds);
-        const auto time = static_cast<std::time_t>(seconds);
-        const std::tm local = *std::localtime(&time);
-        EXPECT_EQ(Fields(date), Ymd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday));
-        EXPECT_EQ(0, local.tm_hour * 60 + local.tm_min + local.tm_sec) << date.DayNumber();
-    }
     long long seconds = 0;
+    for (CDate date(2, 1, 1970); date < CDate(1, 1, 2038); date += 37) {
+        date.extract(seconds);
+        EXPECT_EQ(Fields(date), LocalDay(static_cast<std::time_t>(seconds)));
+        EXPECT_GT(Fields(date), LocalDay(static_cast<std::time_t>(seconds - 1))) << date.DayNumber();
+    }
     CDate(0UL).extract(seconds);
     EXPECT_EQ(-1, seconds);
 }
 
 TEST(Date, DefaultIsTodayByTheLocalClock) {
-    const auto today = [] {
-        const std::time_t now = std::time(nullptr);
-        const std::tm local = *std::localtime(&now);
-        return Ymd(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
-    };
-    const Ymd before = today();
-    const Ymd made = Fields(CDate());
-    EXPECT_TRUE(made == before || made == today());
+    const Ymd before = LocalDay(std::time(nullptr)), made = Fields(CDate());
+    EXPECT_TRUE(made == before || made == LocalDay(std::time(nullptr)));
 }

@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <filesystem>
 #include <limits>
 #include <sstream>
 
 #include "rw/file.h"
 #include "rw/virtual_streams.h"
+#include "tests/logging/test_folder.h"
 #include "values/date.h"
 
 TEST(Number, NullSpreadsAndComparesFalseWithEverything) {
@@ -58,19 +58,18 @@ TEST(Number, DivisionByZeroThrowsAFloatZeroAcrossTheLibraryEvenForNull) {
 }
 
 TEST(Number, PersistsBesideADateAndStaysWhenTheReadFails) {
-    const std::filesystem::path path = std::filesystem::temp_directory_path() / L"quillet_values_test.bin";
+    const TestFolder folder;
     std::stringbuf bytes;
-    {
-        RWFile file(path.wstring().c_str(), L"wb");
-        RWBufferOstream stream(bytes);
-        Number(-2.5).saveOn(file);
-        Number(-2.5).saveOn(stream);
-        CDate(29, 2, 2020).saveOn(file);
-        CDate(29, 2, 2020).saveOn(stream);
-    }
+    RWFile file((folder / L"file").c_str(), L"w+b");
+    RWBufferOstream out(bytes);
+    Number(-2.5).saveOn(file);
+    Number(-2.5).saveOn(out);
+    CDate(29, 2, 2020).saveOn(file);
+    CDate(29, 2, 2020).saveOn(out);
     EXPECT_EQ(std::string("\0\0\0\0\0\0\x04\xC0\x1D\x85\x25\0", 12), bytes.str());
-    EXPECT_EQ(Number().binaryStoreSize() + CDate().binaryStoreSize(), std::filesystem::file_size(path));
-    RWFile file(path.wstring().c_str(), L"rb");
+    EXPECT_TRUE(file.SeekTo(0));
+    EXPECT_EQ(bytes.str(), BytesOf(folder / L"file"));
+    EXPECT_EQ(Number().binaryStoreSize() + CDate().binaryStoreSize(), bytes.str().size());
     RWBufferIstream stream(bytes);
     Number number[2];
     CDate date[2];
