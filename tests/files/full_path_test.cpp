@@ -18,10 +18,10 @@ class FullPath : public testing::Test {
         PrivateRegistry::Put(kUser, L"Word Proc\\WordPerfect 15", L"Template Files", L"W:\\Perfect");
         PrivateRegistry::Put(kUser, L"Word Proc", L"Default", L"Word 2010");
     }
-    static void PutFormer(HKEY root, const wchar_t* name, const std::wstring& path) {
-        PrivateRegistry::PutBytes(root, L"SOFTWARE\\Brellwick\\Quillet 6\\Locations", name, REG_SZ,
-                                  path.data(),
-                                  path.size() * sizeof(wchar_t));  // without a closing zero
+    // Without a closing zero.
+    static void PutFormer(HKEY root, const wchar_t* name, const std::wstring& path, DWORD type = REG_SZ) {
+        PrivateRegistry::PutBytes(root, L"SOFTWARE\\Brellwick\\Quillet 6\\Locations", name, type, path.data(),
+                                  path.size() * sizeof(wchar_t));
     }
 
     PrivateRegistry registry_;
@@ -30,9 +30,7 @@ class FullPath : public testing::Test {
 };
 
 TEST_F(FullPath, IsCompletedByRule) {
-    const struct {
-        const wchar_t *text, *directory, *extension, *full;
-    } cases[] = {
+    const wchar_t* const cases[][4] = {
         {L"", L"D:\\Dir", L"docx", L""},
         {L"http://srv/a", L"D:\\Dir", L"docx", L"http://srv/a"},
         {L"PLUGIN\\{abc}", L"D:\\Dir", L"docx", L"PLUGIN\\{abc}"},
@@ -58,14 +56,11 @@ TEST_F(FullPath, IsCompletedByRule) {
         {L"a.doc", nullptr, nullptr, L"T:\\Templates\\a.doc"},
         {L"a", nullptr, nullptr, L"T:\\Templates\\a"},
     };
-    for (const auto& c : cases) {
-        const RWWString full(c.full);
-        EXPECT_EQ(full, MakeFullPath(RWWString(c.text), c.directory, c.extension).GetPathAndFileName())
-            << c.full;
-        EXPECT_EQ(full, MakeFullPath(QLFileName(c.text), c.directory, c.extension).GetPathAndFileName())
-            << c.full;
-        EXPECT_EQ(full, MakeFullPath(QLCmdLine(c.text), c.directory, c.extension).GetPathAndFileName())
-            << c.full;
+    for (const auto& [text, directory, extension, full] : cases) {
+        const RWWString made[] = {MakeFullPath(RWWString{text}, directory, extension).GetPathAndFileName(),
+                                  MakeFullPath(QLFileName{text}, directory, extension).GetPathAndFileName(),
+                                  MakeFullPath(QLCmdLine{text}, directory, extension).GetPathAndFileName()};
+        for (const RWWString& name : made) EXPECT_EQ(RWWString(full), name);
     }
 }
 
@@ -87,12 +82,8 @@ TEST_F(FullPath, NamedLocationsAreTheUsersThenTheMachinesThenTheFormerOnes) {
     EXPECT_EQ(RWWString(L"S:\\Common"), GetCaretPath(L"common"));
     EXPECT_EQ(RWWString(L"F:\\Machine"), GetCaretPath(L"Former"));
     EXPECT_EQ(255U, GetCaretPath(L"Own").length());
-    EXPECT_TRUE(GetCaretPath(L"Long").isNull());
-    EXPECT_TRUE(GetCaretPath(L"").isNull());
-    const DWORD number = 0x00410041;
-    PrivateRegistry::PutBytes(kUser, L"SOFTWARE\\Brellwick\\Quillet 6\\Locations", L"Number", REG_DWORD,
-                              &number, 4);
-    EXPECT_TRUE(GetCaretPath(L"Number").isNull());
+    PutFormer(kUser, L"Number", L"AA", REG_DWORD);
+    for (const wchar_t* none : {L"", L"Long", L"Number"}) EXPECT_TRUE(GetCaretPath(none).isNull()) << none;
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/unique_handle.h"
+#include "tests/files/other_process.h"
 
 // Runs a command of the shell of the system below Wine in a folder: for links, which Wine does not make, and for
 // thousands of files, which take it minutes. False on Windows, which needs none of that.
@@ -13,16 +13,9 @@ inline bool RunInHostShell(const std::wstring& folder, const std::wstring& comma
     if (!unixName) return false;
     const std::string place = unixName(folder.c_str());
     const std::wstring done = folder + L"\\host is done";
-    std::wstring line = L"\"Z:\\bin\\sh\" -c \"cd '" + std::wstring(place.begin(), place.end()) + L"' && " +
-                        command + L"; touch 'host is done'\"";
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    if (!::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                          &process)) {
-        return false;
-    }
-    const ql::UniqueKernelHandle handle(process.hProcess), thread(process.hThread);
+    // No handle comes back: the shell is no process of Wine's.
+    StartProcess(L"\"Z:\\bin\\sh\" -c \"cd '" + std::wstring(place.begin(), place.end()) + L"' && " +
+                 command + L"; touch 'host is done'\"");
     for (int tries = 0; tries < 3000; ++tries, ::Sleep(10)) {
         if (::DeleteFileW(done.c_str())) return true;
     }

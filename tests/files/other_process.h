@@ -13,6 +13,16 @@ inline std::wstring ChildProgram() {
     return (std::filesystem::path(path).parent_path() / "files_child.exe").wstring();
 }
 
+// None when it cannot be started.
+inline ql::UniqueKernelHandle StartProcess(std::wstring line) {
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process = {};
+    ::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+    const ql::UniqueKernelHandle thread(process.hThread);
+    return ql::UniqueKernelHandle(process.hProcess);
+}
+
 // Another process that holds a file for the life of the object; see files_child.cpp for the ways of sharing.
 class OtherProcess {
   public:
@@ -20,28 +30,20 @@ class OtherProcess {
         static int number = 0;
         const std::wstring name =
             L"ql_files_" + std::to_wstring(::GetCurrentProcessId()) + L'_' + std::to_wstring(number++);
-        held_ = ql::UniqueKernelHandle(::CreateEventW(nullptr, TRUE, FALSE, (name + L"_held").c_str()));
-        done_ = ql::UniqueKernelHandle(::CreateEventW(nullptr, TRUE, FALSE, (name + L"_done").c_str()));
-        std::wstring command =
-            L'"' + ChildProgram() + L"\" hold " + name + L' ' + sharing + L" \"" + path + L'"';
-        STARTUPINFOW startup = {};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION process = {};
-        EXPECT_TRUE(::CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                                     &startup, &process));
-        process_ = ql::UniqueKernelHandle(process.hProcess);
-        thread_ = ql::UniqueKernelHandle(process.hThread);
-        const HANDLE either[] = {held_.get(), process_.get()};
+        const ql::UniqueKernelHandle held(::CreateEventW(nullptr, TRUE, FALSE, name.c_str()));
+        process_ =
+            StartProcess(L'"' + ChildProgram() + L"\" hold " + name + L' ' + sharing + L" \"" + path + L'"');
+        const HANDLE either[] = {held.get(), process_.get()};
         EXPECT_EQ(WAIT_OBJECT_0, ::WaitForMultipleObjects(2, either, FALSE, 60'000))
             << "the file is not held";
     }
     ~OtherProcess() {
-        ::SetEvent(done_.get());
+        ::TerminateProcess(process_.get(), 0);
         ::WaitForSingleObject(process_.get(), 60'000);
     }
     OtherProcess(const OtherProcess&) = delete;
     OtherProcess& operator=(const OtherProcess&) = delete;
 
   private:
-    ql::UniqueKernelHandle held_, done_, process_, thread_;
+    ql::UniqueKernelHandle process_;
 };
