@@ -117,17 +117,19 @@ TEST_F(Files, AreCreatedReadOnlyRenamedAndDeleted) {
 TEST_F(Files, ShareAsTheirFlagsSay) {
     PutBytes(path_, "x");
     for (const int flags : {0, 8, 16, 24}) {
+        const auto expectShared = [&] {
+            QLFile other;
+            EXPECT_EQ((flags & OPEN_NO_SHARE_READ) == 0, other.Open(OPEN_READ, Name(path_)) != 0) << flags;
+            EXPECT_EQ((flags & OPEN_NO_SHARE_WRITE) == 0, other.Open(OPEN_WRITE, Name(path_)) != 0) << flags;
+        };
         const auto sharing = static_cast<unsigned short>(flags | OPEN_READ);
-        QLFile file, other;
+        QLFile file;
         ASSERT_TRUE(file.Open(sharing, Name(path_)));
-        EXPECT_EQ((flags & OPEN_NO_SHARE_READ) == 0, other.Open(OPEN_READ, Name(path_)) != 0) << flags;
-        EXPECT_EQ((flags & OPEN_NO_SHARE_WRITE) == 0, other.Open(OPEN_WRITE, Name(path_)) != 0) << flags;
-        other.Close();
+        expectShared();
         file.Close();
         CFileStreamBuf buffer;
         ASSERT_TRUE(buffer.Open(Name(path_), sharing));
-        EXPECT_EQ((flags & OPEN_NO_SHARE_READ) == 0, other.Open(OPEN_READ, Name(path_)) != 0) << flags;
-        EXPECT_EQ((flags & OPEN_NO_SHARE_WRITE) == 0, other.Open(OPEN_WRITE, Name(path_)) != 0) << flags;
+        expectShared();
     }
     const OtherProcess reader(path_, L"1");  // lets others read
     QLFile file;

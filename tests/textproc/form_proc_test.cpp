@@ -23,29 +23,32 @@ class Processors : public testing::Test {
     SettingsThread thread_;
 };
 
+// Everything that is known of a processor.
+std::wstring Facts(FormProc processor) {
+    std::wstring facts = GetFormProcRegName(processor).str();
+    for (const auto fact : {GetFormProcName, GetFormProcExe, GetFormProcClass, GetFormProcService,
+                            GetFormProcTopic, GetFormProcRegKey}) {
+        facts += std::wstring(L"|") + (fact(processor) ? fact(processor) : L"-");
+    }
+    return facts;
+}
+
 TEST_F(Processors, HaveFactsThatDifferByVersionOnlyWhereTheyShould) {
     for (const FormProc processor : {FP_WP13, FP_WP14, FP_WP15, FP_WP16, FP_WP17}) {
-        const std::wstring version = std::to_wstring(processor + 7);
-        EXPECT_EQ(L"WordPerfect " + version, GetFormProcName(processor));
-        EXPECT_EQ(L"wpwin" + version + L".exe", GetFormProcExe(processor));
-        EXPECT_EQ(L"WordPerfect." + version + L".00", GetFormProcClass(processor));
-        EXPECT_EQ(L"WPWin" + version + L"_Macros", GetFormProcService(processor));
-        EXPECT_STREQ(L"Commands", GetFormProcTopic(processor));
-        EXPECT_EQ(L"WP" + version + L"Doc", GetFormProcRegKey(processor));
+        const std::wstring version = std::to_wstring(processor + 7), name = L"WordPerfect " + version;
+        EXPECT_EQ(L"Word Proc\\" + name + L"|" + name + L"|wpwin" + version + L".exe|WordPerfect." + version +
+                      L".00|WPWin" + version + L"_Macros|Commands|WP" + version + L"Doc",
+                  Facts(processor));
         EXPECT_EQ(FT_WP_TEMPLATE, GetTextFileType(processor));
     }
-    const std::pair<FormProc, const wchar_t*> words[] = {{FP_WORD2003, L"Word 2003"},
-                                                         {FP_WORD2007, L"Word 2007"},
-                                                         {FP_WORD2010, L"Word 2010"},
-                                                         {FP_WORD2013, L"Word 2013"}};
+    const std::pair<FormProc, std::wstring> words[] = {{FP_WORD2003, L"Word 2003"},
+                                                       {FP_WORD2007, L"Word 2007"},
+                                                       {FP_WORD2010, L"Word 2010"},
+                                                       {FP_WORD2013, L"Word 2013"}};
     for (const auto& [processor, name] : words) {
-        EXPECT_STREQ(name, GetFormProcName(processor));
-        EXPECT_EQ(RWWString(L"Word Proc\\") + name, GetFormProcRegName(processor));
-        EXPECT_STREQ(L"winword.exe", GetFormProcExe(processor));
-        EXPECT_STREQ(L"OpusApp", GetFormProcClass(processor));
-        EXPECT_STREQ(L"WinWord", GetFormProcService(processor));
-        EXPECT_STREQ(L"System", GetFormProcTopic(processor));
-        EXPECT_STREQ(L"Word.Document.8", GetFormProcRegKey(processor));
+        EXPECT_EQ(
+            L"Word Proc\\" + name + L"|" + name + L"|winword.exe|OpusApp|WinWord|System|Word.Document.8",
+            Facts(processor));
         EXPECT_EQ(FT_WORD_TEMPLATE, GetTextFileType(processor));
     }
     EXPECT_STREQ(L"Quillet6AutomatorWnd32", GetFormProcClass(FP_AUTOMATOR));
@@ -56,8 +59,7 @@ TEST_F(Processors, HaveFactsThatDifferByVersionOnlyWhereTheyShould) {
     EXPECT_STREQ(L"", GetFormProcName(FP_TEXT));
     for (const int none : {0, 5, 11, 27, 201, -1}) {
         const auto processor = static_cast<FormProc>(none);
-        EXPECT_TRUE(!GetFormProcName(processor) && !GetFormProcExe(processor) &&
-                    !GetFormProcRegKey(processor));
+        EXPECT_TRUE(Facts(processor).ends_with(L"|-|-|-|-|-|-"));
         EXPECT_EQ(FT_NONE, GetTextFileType(processor));
         EXPECT_TRUE(GetFormProcTmplDir(processor).isNull());
     }
@@ -68,15 +70,14 @@ TEST_F(Processors, DirectoriesAreTrimmedAndEndInOneBackslash) {
     WriteQLRegString(L"Locations", L"Form Document Files", L"T:\\Forms");
     const RWWString documents = GetFormProcDocDir(FP_WORD2003);
     EXPECT_TRUE(documents.length() > 1 && documents.view().ends_with(L'\\')) << "the personal documents";
-    const struct {
-        const wchar_t *stored, *directory;
-    } cases[] = {{L"W:\\Dir", L"W:\\Dir\\"}, {L"W:\\Dir\\", L"W:\\Dir\\"}, {L"  W:\\Dir\\  ", L"W:\\Dir\\"},
-                 {L"W:\\", L"W:\\"},         {L" a b ", L"a b\\"},         {L"W:/Dir/", L"W:/Dir/\\"}};
-    for (const auto& c : cases) {
-        WriteQLRegString(L"Word Proc\\Word 2010", L"Template Files", c.stored);
-        WriteQLRegString(L"Word Proc\\Word 2010", L"Document Files", c.stored);
-        EXPECT_EQ(RWWString(c.directory), GetFormProcTmplDir(FP_WORD2010));
-        EXPECT_EQ(RWWString(c.directory), GetFormProcDocDir(FP_WORD2010));
+    const wchar_t* const cases[][2] = {
+        {L"W:\\Dir", L"W:\\Dir\\"}, {L"W:\\Dir\\", L"W:\\Dir\\"}, {L"  W:\\Dir\\  ", L"W:\\Dir\\"},
+        {L"W:\\", L"W:\\"},         {L" a b ", L"a b\\"},         {L"W:/Dir/", L"W:/Dir/\\"}};
+    for (const auto& [stored, directory] : cases) {
+        WriteQLRegString(L"Word Proc\\Word 2010", L"Template Files", stored);
+        WriteQLRegString(L"Word Proc\\Word 2010", L"Document Files", stored);
+        EXPECT_EQ(RWWString(directory), GetFormProcTmplDir(FP_WORD2010));
+        EXPECT_EQ(RWWString(directory), GetFormProcDocDir(FP_WORD2010));
     }
     WriteQLRegString(L"Word Proc\\Word 2010", L"Template Files", L"   ");
     EXPECT_TRUE(GetFormProcTmplDir(FP_WORD2010).isNull());
@@ -152,21 +153,17 @@ TEST(ProcessorChoice, ByVersionText) {
 
 // Open commands as installers write them; the program and the switches come out.
 TEST(OpenCommands, LoseTheirDocumentAndKeepTheirProgram) {
-    const struct {
-        const wchar_t *command, *program, *switches;
-    } cases[] = {
+    const wchar_t* const kWord = L"C:\\Program Files\\Word\\WINWORD.EXE";
+    const wchar_t* const cases[][3] = {
         {L"", L"", L""},
         {nullptr, L"", L""},
         {L"  C:\\WP\\wpwin13.exe  ", L"C:\\WP\\wpwin13.exe", L""},
         {L"C:\\WP\\wpwin13.exe %1", L"C:\\WP\\wpwin13.exe", L""},
-        {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" /n /dde", L"C:\\Program Files\\Word\\WINWORD.EXE",
-         L"/n /dde"},
-        {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" /n \"%1\"", L"C:\\Program Files\\Word\\WINWORD.EXE",
-         L"/n"},
-        {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" /ddeex", L"C:\\Program Files\\Word\\WINWORD.EXE", L""},
-        {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" %1 /ddeex", L"C:\\Program Files\\Word\\WINWORD.EXE",
-         L"%1"},
-        {L"C:\\Program Files\\Word\\WinWord.Exe /n \"%1\"", L"C:\\Program Files\\Word\\WinWord.Exe", L"/n"},
+        {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" /n /dde", kWord, L"/n /dde"},
+        {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" /n \"%1\"", kWord, L"/n"},
+        {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" /ddeex", kWord, L""},
+        {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" %1 /ddeex", kWord, L"%1"},
+        {L"C:\\Program Files\\Word\\WINWORD.EXE /n \"%1\"", kWord, L"/n"},
         {L"C:\\Program Files\\Word\\winword.exe", L"C:\\Program Files\\Word\\winword.exe", L""},
         {L"C:\\PROGRA~1\\winword.exe /x a b", L"C:\\PROGRA~1\\winword.exe", L"/x a b"},
         {L"C:\\Program Files\\qlauto /x", L"C:\\Program Files\\qlauto", L"/x"},
@@ -174,10 +171,10 @@ TEST(OpenCommands, LoseTheirDocumentAndKeepTheirProgram) {
         {L"%1", L"%1", L""},
         {L"\"%1\"", L"%1", L""},
     };
-    for (const auto& c : cases) {
-        const QLCmdLine line = FormalizeFormProcCmdLine(c.command);
-        EXPECT_EQ(RWWString(c.program), line.GetPathAndFileName()) << testing::PrintToString(c.command);
-        EXPECT_EQ(RWWString(c.switches), line.GetSwitches()) << testing::PrintToString(c.command);
+    for (const auto& [command, program, switches] : cases) {
+        const QLCmdLine line = FormalizeFormProcCmdLine(command);
+        EXPECT_EQ(RWWString(program), line.GetPathAndFileName()) << testing::PrintToString(command);
+        EXPECT_EQ(RWWString(switches), line.GetSwitches()) << testing::PrintToString(command);
     }
 }
 
