@@ -117,13 +117,13 @@ TEST(CollectableString, RestoresTextsLongerThanAnyChunk) {
 }
 
 TEST(Collectables, CompareAndHashByContentWithinTheirClass) {
-    const RWCollectableString narrow("b"), narrowZero(RWCString("b\0", 2));
+    const RWCollectableString narrow("b"), narrowUpper("B"), narrowZero(RWCString("b\0", 2));
     const RWCollectableWString wide(L"b"), wideUpper(L"B");
     EXPECT_EQ(-1, narrow.compareTo(&narrowZero));
     EXPECT_EQ(1, narrowZero.compareTo(&narrow));
     EXPECT_EQ(1, wide.compareTo(&wideUpper));
-    EXPECT_FALSE(narrow.isEqual(&narrowZero) || wide.isEqual(&wideUpper) || narrow.isEqual(&wide) ||
-                 wide.isEqual(nullptr));
+    EXPECT_FALSE(narrow.isEqual(&narrowZero) || narrow.isEqual(&narrowUpper) || wide.isEqual(&wideUpper) ||
+                 narrow.isEqual(&wide) || wide.isEqual(nullptr));
     EXPECT_EQ(-narrow.compareTo(&wide), wide.compareTo(&narrow));
     const std::unique_ptr<RWCollectable> copy(wide.copy());
     EXPECT_EQ(0, copy->compareTo(&wide));
