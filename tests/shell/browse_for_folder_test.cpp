@@ -9,9 +9,12 @@
 #include <iterator>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "platform/unique_handle.h"
 #include "platform/win32.h"
+#include "tests/logging/test_folder.h"
 #include "tests/settings/private_registry.h"
 
 namespace {
@@ -34,12 +37,12 @@ BOOL CALLBACK Sort(HWND window, LPARAM data) {
     return TRUE;
 }
 
-// Plays the user, on a thread of its own, while the test's thread shows a dialog. What is still open a second
-// after the last act is cancelled, so that a failure does not become a hang.
+// Plays the user, on a thread of its own, while the test's thread or another one shows a dialog. What is still
+// open a second after the last act is cancelled, so that a failure does not become a hang.
 class User {
   public:
-    explicit User(std::function<void(User&)> acts)
-        : screen_(::GetCurrentThreadId()), thread_([this, acts = std::move(acts)] {
+    explicit User(std::function<void(User&)> acts, DWORD screen = ::GetCurrentThreadId())
+        : screen_(screen), thread_([this, acts = std::move(acts)] {
               acts(*this);
               for (int waited = 0; !done_; waited += 10, ::Sleep(10))
                   if (waited > 1000) CancelAll();
@@ -219,6 +222,44 @@ TEST_F(BrowseForFolder, TheFolderPickerRemembersTheRecentFolderOfTheKind) {
     EXPECT_FALSE(GetFolderPath(nullptr, nullptr, AnswerDirectory, folder));
     EXPECT_EQ(RWWString(inner_), folder);
     EXPECT_EQ(RWWString(inner_), CQlDir::GetRecentDirectory(AnswerDirectory));
+}
+
+// What qlutil prints and its exit status, when the user acts in the dialog that it shows.
+std::pair<std::string, DWORD> PickedInQlutil(const std::wstring& start,
+                                             const std::function<void(User&)>& acts) {
+    const std::wstring answer = start + L"\\answer";
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    ql::UniqueFileHandle file(
+        ::CreateFileW(answer.c_str(), GENERIC_WRITE, 0, &inherited, CREATE_ALWAYS, 0, nullptr));
+    STARTUPINFOW startup = {};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdOutput = file.get();
+    std::wstring line = L"qlutil.exe pick-folder --title \"Folder for answers\" --start \"" + start + L'"';
+    PROCESS_INFORMATION process = {};
+    EXPECT_TRUE(::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                                 &process));
+    const ql::UniqueKernelHandle thread(process.hThread), program(process.hProcess);
+    DWORD status = 0;
+    {
+        const User user(acts, process.dwThreadId);
+        EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(program.get(), 60'000));
+    }
+    ::GetExitCodeProcess(program.get(), &status);
+    file.reset();
+    return {BytesOf(answer), status};
+}
+
+TEST_F(BrowseForFolder, QlutilPrintsTheFolderThatTheUserPicks) {
+    using Answer = std::pair<std::string, DWORD>;
+    const std::string picked(inner_.begin(), inner_.end());
+    const auto pick = [](User& u) {
+        EXPECT_EQ(kTitle, u.Title());
+        u.Type(L"inner");
+        u.Press(IDOK);
+    };
+    EXPECT_EQ(Answer("folder  " + picked + "\n", 0), PickedInQlutil(outer_, pick));
+    EXPECT_EQ(Answer("", 1), PickedInQlutil(outer_, [](User& u) { u.Press(IDCANCEL); }));
 }
 
 TEST_F(BrowseForFolder, WorksOnAThreadOfAnotherApartment) {
