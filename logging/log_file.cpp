@@ -112,12 +112,16 @@ void LogFile::BeginEntry() noexcept {
     StoresUpToHere();
 }
 
-// Goes back to an earlier end of the file.
+// Goes back to an earlier end of the entries.
 void LogFile::RewindTo(std::int64_t end) noexcept {
     if (end >= position_) {
         used_ = static_cast<std::size_t>(end - position_);
-        return;
+    } else {
+        CutAt(end);
     }
+}
+
+void LogFile::CutAt(std::int64_t end) noexcept {
     used_ = 0;
     position_ = end;
     FILE_END_OF_FILE_INFO newEnd = {};
@@ -159,7 +163,7 @@ bool LogFile::Flush() noexcept {
 
 void LogFile::Close() noexcept {
     if (std::exchange(inEntry_, false)) RewindTo(entryStart_);
-    Flush();
+    if (!Flush()) CutAt(position_);
     handle_.reset();
 }
 

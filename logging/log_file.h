@@ -35,7 +35,7 @@ class LogFile {
     enum class Reach { kBuffer, kSystem };
     void Append(std::initializer_list<std::wstring_view> pieces, Reach reach) noexcept;
     bool Flush() noexcept;  // false when the system did not take all; the rest waits
-    void Close() noexcept;  // without an entry that was left amid
+    void Close() noexcept;  // without an entry that was left amid, or what the disk has no room for
 
   private:
     static constexpr std::size_t kBufferSize = 64 * 1024;
@@ -44,6 +44,7 @@ class LogFile {
     bool Encode(std::wstring_view text) noexcept;
     bool MakeRoom(std::size_t bytes) noexcept;
     void RewindTo(std::int64_t end) noexcept;
+    void CutAt(std::int64_t end) noexcept;
 
     ql::UniqueFileHandle handle_;
     std::int64_t position_ = 0;    // of the buffer's first byte in the file

@@ -8,13 +8,16 @@ A case file holds cases one after the other; they run in the folder of this file
     # a remark
     $ --json name 'C:\\a.txt'      the call, split as a shell splits words
     < some text                    standard input, a line each
+    % 20                           the bytes that a file may grow to, as on a full disk
     {"cmdLine": ...}               standard output, to the letter; "~ " before a line makes it a pattern
     ! unknown switch               a text that standard error holds
     = 0                            the exit status; ends the case
 """
 import pathlib
 import re
+import resource
 import shlex
+import signal
 import subprocess
 import sys
 
@@ -27,11 +30,14 @@ class Case:
     def __init__(self, where, call):
         self.where, self.call = where, call
         self.stdin, self.stdout, self.stderr, self.status = [], [], [], None
+        self.room = resource.RLIM_INFINITY
 
     def take(self, line):
         """Adds a line of the case file; True when the case is complete."""
         if line.startswith("< "):
             self.stdin.append(line[2:])
+        elif line.startswith("% "):
+            self.room = int(line[2:])
         elif line.startswith("! "):
             self.stderr.append(line[2:])
         elif line.startswith("= "):
@@ -44,10 +50,15 @@ class Case:
         lines = (line[2:] if line.startswith("~ ") else re.escape(line) for line in self.stdout)
         return "".join(line + "\n" for line in lines)
 
+    def limit(self):
+        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+        resource.setrlimit(resource.RLIMIT_FSIZE, (self.room, resource.RLIM_INFINITY))
+
     def fault(self, program):
         """What is wrong with the program's answer; empty when nothing is."""
         done = subprocess.run([WINE, program, *shlex.split(self.call)], input="\n".join(self.stdin).encode(),
-                              capture_output=True, timeout=SECONDS, check=False, cwd=HERE)
+                              capture_output=True, timeout=SECONDS, check=False, cwd=HERE,
+                              preexec_fn=self.limit)
         out, err = done.stdout.decode("utf-8"), done.stderr.decode("utf-8").replace("\r", "")
         if done.returncode != self.status:
             return f"exit status {done.returncode}, not {self.status}; it said: {err}"

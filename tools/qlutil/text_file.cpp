@@ -35,7 +35,8 @@ bool ReadAll(std::FILE* file, std::string& bytes) {
 bool WriteAll(const std::wstring& path, std::string_view bytes) {
     OpenFile file(::_wfopen(path.c_str(), L"wb"));
     if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) return false;
-    return std::fclose(file.release()) == 0;
+    // Not every C library's close tells that the rest was not written.
+    return std::fflush(file.get()) == 0 && std::fclose(file.release()) == 0;
 }
 
 std::FILE* FileOf(Stream stream) {
