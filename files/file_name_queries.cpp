@@ -101,7 +101,7 @@ QLFileName::Status QLFileName::GetStatus() const {
 }
 
 RWWString QLFileName::GetUNCPathAndFileName() const {
-    const RWWString local = GetPathAndFileName();
+    RWWString local = GetPathAndFileName();
     if (GetRoot().view().starts_with(L"\\\\")) return local;
     alignas(UNIVERSAL_NAME_INFOW) unsigned char buffer[2052] = {};
     DWORD size = sizeof buffer;
@@ -190,7 +190,7 @@ RWWString QLGetTempPath() {
         const wchar_t* const value = ::_wgetenv(variable);
         if (IsWritableDirectory(value)) return value;
     }
-    const RWWString answers = CQlDir::GetDirectory(AnswerDirectory);
+    RWWString answers = CQlDir::GetDirectory(AnswerDirectory);
     if (IsWritableDirectory(answers.data())) return answers;
     wchar_t windows[258] = {};
     const UINT length = ::GetWindowsDirectoryW(windows, static_cast<UINT>(std::size(windows)));

@@ -118,6 +118,7 @@ class FolderDialog {
     const std::wstring& folder() const noexcept { return folder_; }
 
   private:
+    // NOLINTBEGIN(performance-no-int-to-ptr): the system's way of handing things
     static int CALLBACK OnEvent(HWND window, UINT event, LPARAM item, LPARAM data) {
         auto* const self = reinterpret_cast<FolderDialog*>(data);
         if (event == BFFM_INITIALIZED) self->Open(window);
@@ -141,6 +142,7 @@ class FolderDialog {
         systemProcedure_ = reinterpret_cast<WNDPROC>(
             ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&OnMessage)));
     }
+    // NOLINTEND(performance-no-int-to-ptr)
 
     // The tree is not sure to find a folder at the first asking: it lists folders only as they are opened.
     void SelectStart() {

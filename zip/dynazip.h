@@ -6,7 +6,7 @@
 #include "rw/wide_string.h"
 #include "zip/zip_records.h"
 
-struct HINSTANCE__;
+struct HINSTANCE__;  // NOLINT(bugprone-reserved-identifier): the system's own name
 
 // Zip archives, through the two engines "DZIP32.DLL" (writes) and "DUNZIP32.DLL" (reads), which are loaded at
 // run time from the program directory, else from the folder of this library's module. Any engine with the

@@ -15,6 +15,8 @@ template <class... Visitors>
 struct Overloaded : Visitors... {
     using Visitors::operator()...;
 };
+template <class... Visitors>
+Overloaded(Visitors...) -> Overloaded<Visitors...>;
 
 JsonValue ToJson(const Node& node) {
     return std::visit(Overloaded{

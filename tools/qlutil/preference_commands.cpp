@@ -193,7 +193,7 @@ struct Found {
     Node value;
 };
 
-Found Look(Preference at, bool machine) {
+Found Look(const Preference& at, bool machine) {
     RWWString text;
     int number = 0;
     if (ReadRegString(at.sectionText(), at.entryText(), machine, text)) return {at, Stored::kText, text};

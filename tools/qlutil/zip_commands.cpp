@@ -103,6 +103,10 @@ std::wstring WhyNotAdded(const std::wstring& archive, const std::wstring& path, 
     return fault.empty() ? L"it cannot be read, or the archive cannot be changed" : fault;
 }
 
+std::wstring CannotAdd(const std::wstring& archive, const std::wstring& path, long code) {
+    return L"cannot add " + path + L" to " + archive + L": " + WhyNotAdded(archive, path, code);
+}
+
 int RequireLevel(const Arguments& arguments) {
     ZIPCMDSTRUCT usual;
     Dynazip::InitZIPCmdStruct(&usual);
@@ -151,8 +155,8 @@ Answer Add(const Arguments& arguments, Progress& progress) {
             ++added;
             continue;
         }
-        faults += (faults.empty() ? L"cannot add " : L"; cannot add ") + file + L" to " + archive + L": " +
-                  WhyNotAdded(archive, file, code);
+        if (!faults.empty()) faults += L"; ";
+        faults += CannotAdd(archive, file, code);
     }
     Record record = {{L"added", added}};
     return faults.empty() ? Answer(std::move(record)) : Answer(std::move(record), std::move(faults));
@@ -182,6 +186,11 @@ Record Describe(int index, const ZIPINFO& info) {
     };
 }
 
+Answer CannotList(const std::wstring& archive, int index, int code) {
+    const std::wstring from = index == 0 ? L"" : L" from member " + std::to_wstring(index) + L" on";
+    return Answer::Failure(L"cannot list " + archive + from + L": " + UnzipReason(code));
+}
+
 Answer ListMembers(const Arguments& arguments, Progress&) {
     const std::wstring archive(arguments[0]);
     List members;
@@ -189,10 +198,7 @@ Answer ListMembers(const Arguments& arguments, Progress&) {
         ZIPINFO info{};
         const int code = Dynazip::GetIndexedZipInfo(archive.c_str(), index, &info);
         if (code == kNoSuchIndex) return members;
-        if (code != kOk) {
-            const std::wstring from = index == 0 ? L"" : L" from member " + std::to_wstring(index) + L" on";
-            return Answer::Failure(L"cannot list " + archive + from + L": " + UnzipReason(code));
-        }
+        if (code != kOk) return CannotList(archive, index, code);
         members.push_back(Describe(index, info));
     }
 }
