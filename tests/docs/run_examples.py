@@ -1,0 +1,87 @@
+#!/usr/bin/env python3
+"""Holds the programs of docs/*.md against what their pages say they print.
+
+usage: run_examples.py PROGRAMS [RESULTS.xml]     runs PROGRAMS/example_PAGE.exe for every page
+       run_examples.py --extract PAGE.md OUT.cpp  writes the page's program as a source file
+
+A page's program is its block of C++ that holds "int main("; the next block of the page is text, and is what the
+program prints.
+"""
+import difflib
+import pathlib
+import re
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+WINE = ROOT / "scripts" / "wine"
+SECONDS = 60
+# Pages about no interface of their own.
+PROSE = {"architecture", "gallery", "preferences"}
+
+BLOCK = re.compile(r"^```(\w+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+
+
+class PageFault(Exception):
+    pass
+
+
+def example_of(page):
+    """The page's program, the number of its first line, and what it prints, None when the page does not say."""
+    text = page.read_text(encoding="utf-8")
+    blocks = list(BLOCK.finditer(text))
+    programs = [at for at, block in enumerate(blocks) if block[1] == "cpp" and "\nint main(" in block[2]]
+    if len(programs) != 1:
+        raise PageFault(f"has {len(programs) or 'no'} programs, not one (a cpp block with 'int main(')")
+    program, following = blocks[programs[0]], blocks[programs[0] + 1:]
+    answer = following[0][2] if following and following[0][1] == "text" else None
+    return program[2], text.count("\n", 0, program.start(2)) + 1, answer
+
+
+def extract(page, source):
+    program, line, _ = example_of(page)
+    source.write_text(f'#line {line} "docs/{page.name}"\n{program}', encoding="utf-8")
+
+
+def fault_of(page, programs):
+    """What is wrong with the page's example; empty when nothing is."""
+    try:
+        _, _, expected = example_of(page)
+        if expected is None:
+            return "does not say in a text block what its program prints"
+        done = subprocess.run([WINE, programs / f"example_{page.stem}.exe"], stdin=subprocess.DEVNULL,
+                              capture_output=True, timeout=SECONDS, check=False, cwd=programs)
+    except (PageFault, subprocess.TimeoutExpired) as fault:
+        return str(fault)
+    got = done.stdout.decode("utf-8", "replace").replace("\r\n", "\n")
+    if got != expected:
+        lines = difflib.unified_diff(expected.splitlines(), got.splitlines(), "expected", "got", lineterm="")
+        return "\n".join(["prints something else:", *lines])
+    return f"ends with status {done.returncode}" if done.returncode else ""
+
+
+def main():
+    if sys.argv[1] == "--extract":
+        page, source = map(pathlib.Path, sys.argv[2:])
+        try:
+            return extract(page, source)
+        except PageFault as fault:
+            sys.exit(f"docs/{page.name} {fault}")
+    programs = pathlib.Path(sys.argv[1]).resolve()
+    pages = sorted(page for page in (ROOT / "docs").glob("*.md") if page.stem not in PROSE)
+    failed = 0
+    for page in pages:
+        fault = fault_of(page, programs)
+        failed += bool(fault)
+        if fault:
+            print(f"docs/{page.name} {fault}")
+    print(f"{len(pages) - failed} passed, {failed} failed")
+    if len(sys.argv) > 2:
+        results = pathlib.Path(sys.argv[2])
+        results.parent.mkdir(parents=True, exist_ok=True)
+        results.write_text(f'<testsuites tests="{len(pages)}" failures="{failed}"/>\n')
+    return 1 if failed or not pages else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
