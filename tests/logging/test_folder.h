@@ -17,6 +17,8 @@ class TestFolder {
     }
     ~TestFolder() {
         std::error_code ignored;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(path_, ignored))
+            std::filesystem::permissions(entry, std::filesystem::perms::all, ignored);
         std::filesystem::remove_all(path_, ignored);
     }
     TestFolder(const TestFolder&) = delete;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/logging/test_folder.h"
 #include "tests/zip/engine_calls.h"
 #include "tests/zip/members.h"
 #include "zip/engine/windows_files.h"
@@ -33,12 +34,6 @@ std::string Joined(const std::set<std::string>& names) {
 class Engine : public testing::Test {
   protected:
     Engine() { fs::create_directory(folder_); }
-    ~Engine() override {
-        std::error_code ignored;
-        for (const auto& entry : fs::recursive_directory_iterator(folder_))
-            fs::permissions(entry, fs::perms::all, ignored);
-        fs::remove_all(folder_, ignored);
-    }
 
     std::string Path(const std::string& name) const { return (folder_ / name).string(); }
 
@@ -53,17 +48,13 @@ class Engine : public testing::Test {
     // Files of the year given, so that older and newer are told apart.
     static void WriteFile(const fs::path& path, const std::string& content, int year = 2020) {
         PendingFile file = PendingFile::Replacing(path.wstring());
-        if (!content.empty())
-            file.WriteAt(0, reinterpret_cast<const std::uint8_t*>(content.data()), content.size());
+        file.WriteAt(0, reinterpret_cast<const std::uint8_t*>(content.data()), content.size());
         file.SetTime(ToDosTime({year, 6, 15, 12, 30, 10}));
         file.Commit();
     }
 
     static std::string ReadFile(const fs::path& path) {
-        if (!fs::exists(path)) return "(none)";
-        WindowsInput file(path.wstring(), Result::kMissing, Result::kCannotOpen);
-        const Bytes bytes = ReadBytes(file, 0, static_cast<std::size_t>(file.Size()));
-        return {bytes.begin(), bytes.end()};
+        return fs::exists(path) ? BytesOf(path.wstring()) : "(none)";
     }
 
     void MakeArchive(const std::vector<Member>& members) const {
@@ -98,8 +89,8 @@ class Engine : public testing::Test {
         return Dunzip(command) == 0 ? command.returnCount : -1;
     }
 
-    const fs::path folder_ =
-        fs::temp_directory_path() / ("ql zip " + std::to_string(::GetCurrentProcessId()));
+    const TestFolder temporary_;
+    const fs::path folder_ = temporary_.path() / "with a blank";
     const std::string archive_ = Path("a.zip"), out_ = Path("out");
     std::string items_;
     ZIPINFO info_{};
@@ -146,10 +137,7 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
     WriteFile(Path("in\\hidden.txt"), "h");
     ::SetFileAttributesA(Path("in\\hidden.txt").c_str(), FILE_ATTRIBUTE_HIDDEN);
     WriteFile(Path("in\\sub\\a.txt"), "late", 2022);
-    const struct {
-        std::vector<ZipFlag> flags;
-        const char* names;
-    } cases[] = {
+    const std::pair<std::vector<ZipFlag>, const char*> cases[] = {
         {{}, "a.txt|b.JPG|"},
         {{&ZIPCMDSTRUCT::dontCompressTheseSuffixesFlag}, "a.txt|b.JPG stored|"},
         {{&ZIPCMDSTRUCT::includeSysHiddenFlag}, "a.txt|b.JPG|hidden.txt stored|"},
@@ -167,39 +155,34 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
         command.lpszIncludeFollowing = command.lpszExcludeFollowing = "*.jpg x";
         command.lpszDate = "01/01/22";
         command.lpszStoreSuffixes = ".zip:jpg:xt";
-        for (const auto flag : c.flags) command.*flag = 1;
-        EXPECT_EQ(Dzip(command), 0) << &c - cases;
+        for (const auto flag : c.first) command.*flag = 1;
+        EXPECT_EQ(Dzip(command), 0) << c.second;
         std::set<std::string> names;
         UNZIPCMDSTRUCT next = UnzipCommand(UNZIP_NEXT);
         while (Dunzip(next) == 0) {
             const std::string name = info_.szFileName;
             names.insert(name.substr(name.find("/in/") + 4) + (info_.cMethod == 0 ? " stored" : ""));
         }
-        EXPECT_EQ(Joined(names), c.names) << &c - cases;
+        EXPECT_EQ(Joined(names), c.second);
     }
-    ZIPCMDSTRUCT same = ZipCommand(ZIP_ADD, Quoted("in\\*.*"));
-    same.recurseFlag = same.noDirectoryNamesFlag = 1;
-    EXPECT_EQ(Dzip(same), 16);  // two files would have one name
+    const ZIPCMDSTRUCT recursive =
+        With(ZipCommand(ZIP_ADD, Quoted("in\\*.*")), &ZIPCMDSTRUCT::recurseFlag, 1);
+    EXPECT_EQ(Dzip(With(recursive, &ZIPCMDSTRUCT::noDirectoryNamesFlag, 1)), 16);  // two would have one name
 }
 
 TEST_F(Engine, RefusesWhatItDoesNotOffer) {
     WriteFile(Path("a.txt"), "a");
     const auto add = [&] { return ZipCommand(ZIP_ADD, Quoted("a.txt")); };
-    const struct {
-        ZipFlag field;
-        int value, code = 16;
-    } numbers[] = {
-        {&ZIPCMDSTRUCT::zipStructSize, 187},   {&ZIPCMDSTRUCT::encryptFlag, 1},
-        {&ZIPCMDSTRUCT::dosifyFlag, 1},        {&ZIPCMDSTRUCT::fixFlag, 1},
-        {&ZIPCMDSTRUCT::compFactor, 10},       {&ZIPCMDSTRUCT::compFactor, -1},
-        {&ZIPCMDSTRUCT::function, 6},          {&ZIPCMDSTRUCT::afterDateFlag, 1},
-        {&ZIPCMDSTRUCT::addCommentFlag, 1, 7},
-    };
-    for (const auto& c : numbers) {
-        ZIPCMDSTRUCT command = add();
-        command.lpszDate = "13/01/22";
-        EXPECT_EQ(Dzip(With(command, c.field, c.value)), c.code) << &c - numbers;
+    const std::pair<ZipFlag, int> numbers[] = {
+        {&ZIPCMDSTRUCT::zipStructSize, 187}, {&ZIPCMDSTRUCT::encryptFlag, 1},
+        {&ZIPCMDSTRUCT::dosifyFlag, 1},      {&ZIPCMDSTRUCT::fixFlag, 1},
+        {&ZIPCMDSTRUCT::compFactor, 10},     {&ZIPCMDSTRUCT::compFactor, -1},
+        {&ZIPCMDSTRUCT::function, 6},        {&ZIPCMDSTRUCT::afterDateFlag, 1}};
+    for (const auto& number : numbers) {
+        const ZIPCMDSTRUCT command = With(add(), &ZIPCMDSTRUCT::lpszDate, "13/01/22");
+        EXPECT_EQ(Dzip(With(command, number.first, number.second)), 16) << &number - numbers;
     }
+    EXPECT_EQ(Dzip(With(add(), &ZIPCMDSTRUCT::addCommentFlag, 1)), 7);
     EXPECT_EQ(Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, nullptr)), 13);
     EXPECT_EQ(Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, "C:\\no such folder\\a.zip")), 15);
     EXPECT_EQ(Dzip(With(add(), &ZIPCMDSTRUCT::lpszItemList, nullptr)), 12);
@@ -225,9 +208,12 @@ TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
     WriteFile(Path("locked.txt"), "l");
     ASSERT_EQ(Zip(ZIP_ADD, "a.txt"), 0);
     const std::string before = ReadFile(archive_);
+    const auto open = [](const std::string& path, DWORD sharing) {
+        return ql::UniqueFileHandle(
+            ::CreateFileA(path.c_str(), GENERIC_READ, sharing, nullptr, OPEN_EXISTING, 0, nullptr));
+    };
     {
-        const ql::UniqueFileHandle lock(
-            ::CreateFileA(Path("locked.txt").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        const auto lock = open(Path("locked.txt"), 0);
         EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 11);
     }
     EXPECT_EQ(Dzip(With(ZipCommand(ZIP_ADD, Quoted("*.txt")), &ZIPCMDSTRUCT::lpMinorStatus, Cancel)), 9);
@@ -236,8 +222,7 @@ TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
         EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 1);
     }
     {
-        const ql::UniqueFileHandle reader(::CreateFileA(archive_.c_str(), GENERIC_READ, FILE_SHARE_READ,
-                                                        nullptr, OPEN_EXISTING, 0, nullptr));
+        const auto reader = open(archive_, FILE_SHARE_READ);
         EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 10);
     }
     EXPECT_EQ(ReadFile(archive_), before);
@@ -245,17 +230,15 @@ TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
 }
 
 TEST_F(Engine, CommentsAreKeptAndReplaced) {
+    const auto write = [&](const std::string& comment) {
+        const ZIPCMDSTRUCT flagged = With(ZipCommand(ZIP_ADD, ""), &ZIPCMDSTRUCT::addCommentFlag, 1);
+        return Dzip(With(flagged, &ZIPCMDSTRUCT::lpszComment, comment.c_str()));
+    };
     WriteFile(Path("a.txt"), "a");
-    ZIPCMDSTRUCT alone = ZipCommand(ZIP_ADD, "");
-    alone.addCommentFlag = 1;
-    alone.lpszComment = "first";
-    EXPECT_EQ(Dzip(alone), 13);
+    EXPECT_EQ(write("first"), 13);
     ASSERT_EQ(Zip(ZIP_ADD, "a.txt"), 0);
     for (const std::string& comment : {std::string("first"), std::string(65535, 'x'), std::string()}) {
-        alone = ZipCommand(ZIP_ADD, "");
-        alone.addCommentFlag = 1;
-        alone.lpszComment = comment.c_str();
-        ASSERT_EQ(Dzip(alone), 0);
+        ASSERT_EQ(write(comment), 0);
         ASSERT_EQ(Zip(ZIP_ADD, "a.txt"), 0);
         UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COMMENT_SIZE);
         ASSERT_EQ(Dunzip(command), 0);
@@ -266,9 +249,7 @@ TEST_F(Engine, CommentsAreKeptAndReplaced) {
         ASSERT_EQ(Dunzip(command), 0);
         EXPECT_EQ(read, comment + std::string("\0#", 2));
     }
-    const std::string tooLong(65536, 'x');
-    alone.lpszComment = tooLong.c_str();
-    EXPECT_EQ(Dzip(alone), 7);
+    EXPECT_EQ(write(std::string(65536, 'x')), 7);
     EXPECT_EQ(Count(), 1);
 }
 
@@ -297,8 +278,8 @@ TEST_F(Engine, ListsMembers) {
         EXPECT_EQ(Dunzip(command), 25) << index;
     }
     // What ANSI does not have is listed as a wild card, which finds the member.
-    command = With(UnzipCommand(UNZIP_COUNT_MATCHING, "\"sub/long name \x80?.html\""),
-                   &UNZIPCMDSTRUCT::recurseFlag, 0);
+    command = UnzipCommand(UNZIP_COUNT_MATCHING, "\"sub/long name \x80?.html\"");
+    command.recurseFlag = 0;
     EXPECT_EQ(Dunzip(command), 0);
     EXPECT_EQ(command.returnCount, 1);
     command = UnzipCommand(UNZIP_NEXT_MATCHING, "A.TXT");
@@ -324,8 +305,7 @@ TEST_F(Engine, WalksTheLargestArchiveAndSeesEveryChange) {
     EXPECT_EQ(Zip(ZIP_ADD, "one more.txt"), 17);
     for (const char* name : {"aa", "bb"}) {
         MakeArchive({{name, ""}});
-        command = UnzipCommand(UNZIP_NEXT);
-        EXPECT_EQ(Dunzip(command), 0);
+        EXPECT_EQ(Dunzip(UnzipCommand(UNZIP_NEXT)), 0);
         EXPECT_STREQ(info_.szFileName, name);
     }
 }
@@ -357,19 +337,17 @@ TEST_F(Engine, ReplacesFilesOnlyAsTheFlagsSay) {
         int code;
         const char* content;
         std::uint16_t options = 0;
-    } cases[] = {
-        {0, plain, 0, "archive"},
-        {2019, plain, 49, "disk"},
-        {2021, overwrite, 0, "archive"},
-        {0, freshen, 0, "(none)"},
-        {2019, freshen, 0, "archive"},
-        {2021, freshen, 0, "disk"},
-        {0, update, 0, "archive"},
-        {2019, update, 0, "archive"},
-        {2021, update, 0, "disk"},
-        {-2021, overwrite, 28, "disk"},
-        {-2021, overwrite, 0, "archive", UNZIP_OVERWRITE_READ_ONLY},
-    };
+    } cases[] = {{0, plain, 0, "archive"},
+                 {2019, plain, 49, "disk"},
+                 {2021, overwrite, 0, "archive"},
+                 {0, freshen, 0, "(none)"},
+                 {2021, freshen, 0, "disk"},
+                 {2019, freshen, 0, "archive"},
+                 {0, update, 0, "archive"},
+                 {2021, update, 0, "disk"},
+                 {2019, update, 0, "archive"},
+                 {-2021, overwrite, 28, "disk"},
+                 {-2021, overwrite, 0, "archive", UNZIP_OVERWRITE_READ_ONLY}};
     const std::string file = out_ + "\\a.txt";
     for (const auto& c : cases) {
         ::SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_NORMAL);
@@ -383,12 +361,11 @@ TEST_F(Engine, ReplacesFilesOnlyAsTheFlagsSay) {
 }
 
 TEST_F(Engine, WritesNothingOutsideTheDestination) {
-    std::vector<Member> members;
+    std::vector<Member> members = {{"good.txt", "good"}};
     for (const char* name :
          {"../up.txt", "..\\up.txt", "a/../../up.txt", "/root.txt", "C:/drive.txt", "c:up.txt",
           "\\\\server\\share\\a", "nul", "com1.txt", "a.txt:stream", "dot.", "blank ", "a//b", "*.txt"})
-        members.push_back({name, "evil"});
-    members.push_back({"good.txt", "good"});
+        members.insert(members.end() - 1, {name, "evil"});
     MakeArchive(members);
     for (const UnzipFlag folders : {&UNZIPCMDSTRUCT::recurseFlag, &UNZIPCMDSTRUCT::noDirectoryNamesFlag}) {
         EXPECT_EQ(Extract("*", {&UNZIPCMDSTRUCT::overWriteFlag, folders}), 28);
@@ -414,9 +391,8 @@ TEST_F(Engine, BrokenMembersLeaveWhatIsThereAndSpareTheOthers) {
     WriteFile(out_ + "\\bad.txt", "former");
     EXPECT_EQ(Extract("*", overwrite), 39);
     EXPECT_EQ(ReadFile(out_ + "\\bad.txt"), "former");
-    EXPECT_EQ(Dunzip(With(UnzipCommand(UNZIP_EXTRACT, "good.txt", overwrite), &UNZIPCMDSTRUCT::lpMinorStatus,
-                          Cancel)),
-              40);
+    const UNZIPCMDSTRUCT good = UnzipCommand(UNZIP_EXTRACT, "good.txt", overwrite);
+    EXPECT_EQ(Dunzip(With(good, &UNZIPCMDSTRUCT::lpMinorStatus, Cancel)), 40);
     EXPECT_EQ(Names(out_), "bad.txt|good.txt|");
 }
 
@@ -430,26 +406,23 @@ TEST_F(Engine, GoesBetweenMemoryAndArchive) {
     EXPECT_EQ(Dzip(put), 0);
     EXPECT_EQ(Count(), 1);
     const struct {
-        int offset, size, count;
+        int offset;
+        std::size_t size, count;
     } cases[] = {{0, 400000, 300003}, {300000, 10, 3},    {262140, 8, 8},
                  {300003, 5, 0},      {0x7fffffff, 5, 0}, {5, 0, 0}};
     for (const auto& c : cases) {
-        std::string block(static_cast<std::size_t>(c.size) + 1, '#');
+        std::string block(c.size + 1, '#'), expected = block;
+        if (c.count > 0) expected.replace(0, c.count, content, static_cast<std::size_t>(c.offset), c.count);
         UNZIPCMDSTRUCT get = UnzipCommand(UNZIP_FILE_TO_MEMORY, "memory.bin");
         get.lpMemBlock = block.data();
-        get.lMemBlockSize = c.size;
+        get.lMemBlockSize = static_cast<std::int32_t>(c.size);
         get.lStartingOffset = c.offset;
         EXPECT_EQ(Dunzip(get), 0);
-        ASSERT_EQ(get.returnCount, c.count) << c.offset;
-        const auto count = static_cast<std::size_t>(c.count);
-        EXPECT_TRUE(count == 0 ||
-                    block.compare(0, count, content, static_cast<std::size_t>(c.offset), count) == 0);
-        EXPECT_EQ(block[count], '#') << c.offset;
+        EXPECT_EQ(get.returnCount, static_cast<int>(c.count)) << c.offset;
+        EXPECT_TRUE(block == expected) << c.offset;
     }
-    for (const char* name : {"..\\a", "a b", "nul", ""}) {
-        put = ZipCommand(ZIP_MEMORY_TO_FILE, name);
-        EXPECT_EQ(Dzip(put), 16) << name;
-    }
+    for (const char* name : {"..\\a", "a b", "nul", ""})
+        EXPECT_EQ(Dzip(ZipCommand(ZIP_MEMORY_TO_FILE, name)), 16) << name;
 }
 
 }  // namespace
