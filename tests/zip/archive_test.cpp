@@ -37,13 +37,9 @@ Result Read(const Bytes& bytes, std::size_t index) {
     return ResultOf([&] { ReadMember(bytes, index); });
 }
 
-// A byte of the sample that a case adds to.
-enum Place {
-    kLocal,
-    kFirst,
-    kSecond,
-    kEnd
-};  // the second member's local header, both records, the end record
+// A byte of the sample that a case adds to: in the second member's local header, in both records, in the end
+// record.
+enum Place { kLocal, kFirst, kSecond, kEnd };
 struct Change {
     Place place;
     std::size_t offset;
@@ -224,13 +220,12 @@ Bytes With64BitEnd(std::uint64_t count, std::int64_t moved, bool saturated) {
 }
 
 TEST(Archive, Reads64BitDirectories) {
-    EXPECT_EQ(ReadMember(With64BitEnd(2, 0, true), 1), kMembers[1].content);
-    EXPECT_EQ(ReadMember(With64BitEnd(2, 0, false), 1), kMembers[1].content);
+    for (const bool saturated : {true, false})
+        EXPECT_EQ(ReadMember(With64BitEnd(2, 0, saturated), 1), kMembers[1].content);
     EXPECT_EQ(Open(With64BitEnd(3, 0, false)), Result::kInvalid);  // the two ends do not agree
     EXPECT_EQ(Open(With64BitEnd(~0ull, 0, true)), Result::kInvalid);
-    EXPECT_EQ(Open(With64BitEnd(2, -1, true)), Result::kInvalid);
-    EXPECT_EQ(Open(With64BitEnd(2, 1, true)), Result::kInvalid);
-    EXPECT_EQ(Open(With64BitEnd(2, -1'000'000, true)), Result::kInvalid);
+    for (const int moved : {-1, 1, -1'000'000})
+        EXPECT_EQ(Open(With64BitEnd(2, moved, true)), Result::kInvalid) << moved;
 }
 
 // An archive of one stored member of five billion zeros, most of it nowhere in memory.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -22,10 +23,11 @@ std::wstring Beside(const wchar_t* name) {
     return own.substr(0, own.rfind(L'\\') + 1) + name;
 }
 
-template <std::size_t size>
-void Put(char (&into)[size], const std::string& text) {
-    ASSERT_LT(text.size(), size);
-    std::memcpy(into, text.c_str(), text.size() + 1);
+template <class... Part>
+std::string Joined(const Part&... parts) {
+    std::ostringstream all;
+    ((all << parts << '|'), ...);
+    return all.str();
 }
 
 bool IsLoaded() {
@@ -56,41 +58,33 @@ class DynazipCalls : public testing::Test {
     Recording *zip_ = nullptr, *unzip_ = nullptr;
 };
 
-TEST_F(DynazipCalls, AddFills) {
+// Size, function, level and the flags quiet, grow, without folders' names, recurse, comment.
+std::string Settings(const ZIPCMDSTRUCT& zip) {
+    return Joined(zip.zipStructSize, zip.function, zip.compFactor, zip.quietFlag, zip.growExistingFlag,
+                  zip.noDirectoryNamesFlag, zip.recurseFlag, zip.addCommentFlag);
+}
+
+TEST_F(DynazipCalls, AddAndDeleteFill) {
     EXPECT_EQ(Dynazip::AddFileToZip(L"C:\\a \u20ac.zip", L"C:\\in", L"b c.txt", 7), 1);
-    EXPECT_STREQ(zip_->archive, "C:\\a \x80.zip");
-    EXPECT_STREQ(zip_->items, "\"C:\\in\\b c.txt\"");
-    EXPECT_EQ(zip_->zip.zipStructSize, 188);
-    EXPECT_EQ(zip_->zip.function, 3);
-    EXPECT_EQ(zip_->zip.compFactor, 7);
-    EXPECT_TRUE(zip_->zip.quietFlag == 1 && zip_->zip.growExistingFlag == 1 &&
-                zip_->zip.noDirectoryNamesFlag == 1);
-    EXPECT_TRUE(zip_->zip.recurseFlag == 0 && zip_->zip.addCommentFlag == 0);
+    EXPECT_EQ(Joined(zip_->archive, zip_->items), "C:\\a \x80.zip|\"C:\\in\\b c.txt\"|");
+    EXPECT_EQ(Settings(zip_->zip), "188|3|7|1|1|1|0|0|");
     zip_->answer = 12;
     EXPECT_EQ(Dynazip::AddFileToZip(L"a", nullptr, L"b", 0), 0);
     EXPECT_STREQ(zip_->items, "\"\\b\"");
-}
-
-TEST_F(DynazipCalls, DeleteFills) {
-    zip_->answer = 13;
-    EXPECT_EQ(Dynazip::DeleteFileFromZip(L"a.zip", L"b c.txt"), 13);
-    EXPECT_EQ(zip_->zip.function, 2);
-    EXPECT_EQ(zip_->zip.compFactor, 5);
-    EXPECT_STREQ(zip_->items, "\"b c.txt\"");
-    EXPECT_STREQ(zip_->place, "trash");
+    EXPECT_EQ(Dynazip::DeleteFileFromZip(L"a.zip", L"b c.txt"), 12);
+    EXPECT_EQ(Joined(zip_->zip.function, zip_->zip.compFactor, zip_->items, zip_->place),
+              "2|5|\"b c.txt\"|trash|");
 }
 
 TEST_F(DynazipCalls, ExtractFills) {
     unzip_->answer = 39;
     EXPECT_EQ(Dynazip::ExtractFileFromZip(L"a.zip", L"b c.txt", L"C:\\out"), 39);
-    EXPECT_EQ(unzip_->unzip.unzipStructSize, 142);
-    EXPECT_EQ(unzip_->unzip.function, 8);
-    EXPECT_EQ(unzip_->unzip.index, -1);
-    EXPECT_STREQ(unzip_->items, "\"b c.txt\"");
-    EXPECT_STREQ(unzip_->place, "C:\\out");
-    EXPECT_TRUE(unzip_->unzip.overWriteFlag == 1 && unzip_->unzip.noDirectoryNamesFlag == 1);
-    EXPECT_TRUE(unzip_->unzip.recurseFlag == 1 && unzip_->unzip.noDirectoryItemsFlag == 1);
-    EXPECT_TRUE(unzip_->unzip.testFlag == 0 && unzip_->unzip.freshenFlag == 0);
+    const UNZIPCMDSTRUCT& told = unzip_->unzip;
+    EXPECT_EQ(Joined(told.unzipStructSize, told.function, told.index, unzip_->items, unzip_->place),
+              "142|8|-1|\"b c.txt\"|C:\\out|");
+    EXPECT_EQ(Joined(told.overWriteFlag, told.noDirectoryNamesFlag, told.recurseFlag,
+                     told.noDirectoryItemsFlag, told.testFlag, told.freshenFlag),
+              "1|1|1|1|0|0|");
 }
 
 TEST_F(DynazipCalls, ExistsCountsWhatMatches) {
@@ -106,8 +100,7 @@ TEST_F(DynazipCalls, CommentsAreReadInTwoCallsAndWrittenInOne) {
     EXPECT_TRUE(Dynazip::GetComment(L"a.zip").isNull());
     EXPECT_EQ(unzip_->unzip.function, 5);
     EXPECT_EQ(unzip_->calls, 1);
-    const std::string longest(65535, '\x80');
-    Put(unzip_->comment, longest);
+    std::memset(unzip_->comment, '\x80', 65535);
     unzip_->count = 65535;
     EXPECT_EQ(Dynazip::GetComment(L"a.zip").str(), std::wstring(65535, L'\u20ac'));
     EXPECT_EQ(unzip_->unzip.function, 6);
@@ -116,10 +109,8 @@ TEST_F(DynazipCalls, CommentsAreReadInTwoCallsAndWrittenInOne) {
         EXPECT_TRUE(Dynazip::GetComment(L"a.zip").isNull()) << count;
     }
     EXPECT_EQ(Dynazip::SetComment(L"a.zip", L"\u20ac 5"), 1);
-    EXPECT_EQ(zip_->zip.function, 4);
-    EXPECT_EQ(zip_->zip.addCommentFlag, 1);
-    EXPECT_STREQ(zip_->items, "");
-    EXPECT_STREQ(zip_->comment, "\x80 5");
+    EXPECT_EQ(Joined(zip_->zip.function, zip_->zip.addCommentFlag, zip_->items, zip_->comment),
+              "4|1||\x80 5|");
     zip_->answer = 7;
     EXPECT_EQ(Dynazip::SetComment(L"a.zip", nullptr), 0);
     EXPECT_STREQ(zip_->comment, "");
@@ -129,7 +120,7 @@ TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
     std::int64_t time = 1;
     int size = 2;
     const auto timeOf = [&](const char* date) {
-        Put(unzip_->info.szDateTime, date);
+        std::strcpy(unzip_->info.szDateTime, date);
         EXPECT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 0);
         return time;
     };
@@ -154,9 +145,7 @@ TEST_F(DynazipCalls, IndexedInfoIsTheEngines) {
     unzip_->info.crc_32 = 77;
     ZIPINFO info{};
     EXPECT_EQ(Dynazip::GetIndexedZipInfo(L"a.zip", 5, &info), 0);
-    EXPECT_EQ(unzip_->unzip.function, 7);
-    EXPECT_EQ(unzip_->unzip.index, 5);
-    EXPECT_EQ(info.crc_32, 77u);
+    EXPECT_EQ(Joined(unzip_->unzip.function, unzip_->unzip.index, info.crc_32), "7|5|77|");
     EXPECT_EQ(Dynazip::GetIndexedZipInfo(L"a.zip", 5, nullptr), 16);
 }
 

@@ -47,43 +47,26 @@ TEST(EntryName, ReadsParts) {
 }
 
 TEST(ItemList, Splits) {
-    const struct {
-        const char* list;
-        std::vector<std::string> items;
-    } cases[] = {
+    const std::pair<const char*, std::vector<std::string>> cases[] = {
         {"", {}},
         {" \t\r\n ", {}},
-        {"a b", {"a", "b"}},
         {"  a  \"b c\"d \"\" e", {"a", "b c", "d", "e"}},
         {"\"c:\\with blank\\*.txt\" x", {"c:\\with blank\\*.txt", "x"}},
         {"\"never closed ", {"never closed "}},
         {"a\"b c", {"a\"b", "c"}},
     };
-    for (const auto& c : cases) EXPECT_EQ(SplitItems(c.list), c.items) << c.list;
+    for (const auto& [list, items] : cases) EXPECT_EQ(SplitItems(list), items) << list;
 }
 
 TEST(ItemList, WildCards) {
-    const struct {
-        const char32_t *pattern, *name;
-        bool matches;
-    } cases[] = {
-        {U"*", U"", true},
-        {U"*.*", U"nodot", true},
-        {U"*.txt", U"a.txt", true},
-        {U"*.txt", U"a.txtx", false},
-        {U"a?c", U"abc", true},
-        {U"a?c", U"ac", false},
-        {U"a*b*c", U"axxbyybc", true},
-        {U"a*b*c", U"axxbyyb", false},
-        {U"**a", U"ba", true},
-        {U"", U"", true},
-        {U"", U"a", false},
-        {U"?", U"", false},
-        {U"*.a.*", U"x.a.y", true},
-        {U"abc", U"abcd", false},
-        {U"a*", U"b", false},
-    };
-    for (const auto& c : cases) EXPECT_EQ(MatchesWildCards(c.pattern, c.name), c.matches) << &c - cases;
+    const char32_t* const matches[][2] = {{U"*", U""},      {U"*.*", U"nodot"},      {U"*.txt", U"a.txt"},
+                                          {U"a?c", U"abc"}, {U"a*b*c", U"axxbyybc"}, {U"**a", U"ba"},
+                                          {U"", U""},       {U"*.a.*", U"x.a.y"}};
+    for (const auto& c : matches) EXPECT_TRUE(MatchesWildCards(c[0], c[1])) << &c - matches;
+    const char32_t* const others[][2] = {{U"*.txt", U"a.txtx"}, {U"a?c", U"ac"}, {U"a*b*c", U"axxbyyb"},
+                                         {U"", U"a"},           {U"?", U""},     {U"abc", U"abcd"},
+                                         {U"a*", U"b"}};
+    for (const auto& c : others) EXPECT_FALSE(MatchesWildCards(c[0], c[1])) << &c - others;
     // Stars without end cost no more than the product of the lengths.
     std::u32string stars;
     for (int i = 0; i < 2000; ++i) stars += U"*a";
