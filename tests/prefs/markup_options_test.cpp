@@ -23,23 +23,22 @@ TEST_F(MarkupOptions, KindsHaveTheirDefaults) {
     const CPrettyTplOpt options;
     const struct {
         unsigned long color;
-        bool process;
         const wchar_t *begin, *end;
-    } kKinds[] = {{Rgb(0, 0, 255), true, L"[", L"]"},
-                  {Rgb(152, 0, 200), true, L"[", L"]"},
-                  {Rgb(0, 128, 0), true, L"[", L"]"},
-                  {Rgb(0, 128, 0), true, L"][", L"]["},
-                  {Rgb(180, 0, 0), true, L"[", L"]"},
-                  {Rgb(0, 128, 128), false, L"[", L"]"},
-                  {0, false, L"", L""}};
+    } kKinds[] = {{Rgb(0, 0, 255), L"[", L"]"},
+                  {Rgb(152, 0, 200), L"[", L"]"},
+                  {Rgb(0, 128, 0), L"[", L"]"},
+                  {Rgb(0, 128, 0), L"][", L"]["},
+                  {Rgb(180, 0, 0), L"[", L"]"},
+                  {Rgb(0, 128, 128), L"[", L"]"},
+                  {0, L"", L""}};
     for (unsigned i = 0; i < std::size(kKinds); ++i) {
         const auto type = static_cast<Type>(i);
         EXPECT_EQ(kKinds[i].color, options.GetFieldColor(type)) << i;
         EXPECT_EQ(i < 6 ? kWhite : 0, options.GetFieldBColor(type)) << i;
-        EXPECT_EQ(kKinds[i].process, options.GetProcessField(type)) << i;
         EXPECT_STREQ(kKinds[i].begin, options.GetBeginText(type)) << i;
         EXPECT_STREQ(kKinds[i].end, options.GetEndText(type)) << i;
     }
+    EXPECT_FALSE(options.GetProcessField(static_cast<Type>(6)));
     EXPECT_EQ(0u, options.GetFieldColor(static_cast<Type>(-1)));
 }
 
@@ -59,42 +58,40 @@ TEST_F(MarkupOptions, LevelsHaveTheirDefaultsAndStartAgainAfterTwenty) {
 
 // Every boolean by its entry: the default, and the other value when that is stored.
 TEST_F(MarkupOptions, OptionsAreReadFromTheirOwnEntries) {
-    using Options = const CPrettyTplOpt;
+    using Options = CPrettyTplOpt;
     const struct {
         const wchar_t* entry;
-        bool (*get)(Options&);
-        bool isSet;
-    } kRows[] = {
-        {L"Process Variable Field", [](Options& o) { return o.GetProcessField(VariableField); }, true},
-        {L"Process Insertion Field", [](Options& o) { return o.GetProcessField(InsertionField); }, true},
-        {L"Process Conditional Text", [](Options& o) { return o.GetProcessField(ConditionalText); }, true},
-        {L"Process Alternative Text", [](Options& o) { return o.GetProcessField(AlternativeText); }, true},
-        {L"Process Repeated Text", [](Options& o) { return o.GetProcessField(RepeatedText); }, true},
-        {L"Process Editable Text", [](Options& o) { return o.GetProcessField(EditableText); }, false},
-        {L"Use Developer Comments For Answer Fields",
-         [](Options& o) { return o.GetUseDevCmtsForAnsFields(); }, false},
-        {L"Use Developer Comments For Text Blocks", [](Options& o) { return o.GetUseDevCmtsForTextBlocks(); },
-         false},
-        {L"Use Multiple Choice Options", [](Options& o) { return o.GetUseMCOptions(); }, true},
-        {L"Enclose Labels in Markers", [](Options& o) { return o.GetEncloseLabelsInMarkers(); }, true},
-        {L"Label End of Field", [](Options& o) { return o.GetLabelEndOfField(); }, false},
-        {L"Annotate Fields", [](Options& o) { return o.GetAnnotateFields(); }, false},
-        {L"Annotate End", [](Options& o) { return o.GetAnnotateEnd(); }, false},
-        {L"Bold Markers", [](Options& o) { return o.GetBoldMarkers(); }, false},
-        {L"Bold Labels", [](Options& o) { return o.GetBoldLabels(); }, false},
-        {L"Italic Markers", [](Options& o) { return o.GetItalicMarkers(); }, false},
-        {L"Italic Labels", [](Options& o) { return o.GetItalicLabels(); }, true},
-        {L"Color Markers", [](Options& o) { return o.GetColorMarkers(); }, true},
-        {L"Color Labels", [](Options& o) { return o.GetColorLabels(); }, true},
+        bool (Options::*get)() const;
+    } kOptions[] = {{L"Use Multiple Choice Options", &Options::GetUseMCOptions},
+                    {L"Enclose Labels in Markers", &Options::GetEncloseLabelsInMarkers},
+                    {L"Italic Labels", &Options::GetItalicLabels},
+                    {L"Color Markers", &Options::GetColorMarkers},
+                    {L"Color Labels", &Options::GetColorLabels},
+                    {L"Use Developer Comments For Answer Fields", &Options::GetUseDevCmtsForAnsFields},
+                    {L"Use Developer Comments For Text Blocks", &Options::GetUseDevCmtsForTextBlocks},
+                    {L"Label End of Field", &Options::GetLabelEndOfField},
+                    {L"Annotate Fields", &Options::GetAnnotateFields},
+                    {L"Annotate End", &Options::GetAnnotateEnd},
+                    {L"Bold Markers", &Options::GetBoldMarkers},
+                    {L"Bold Labels", &Options::GetBoldLabels},
+                    {L"Italic Markers", &Options::GetItalicMarkers}};
+    const wchar_t* const kKinds[] = {L"Variable Field",   L"Insertion Field", L"Conditional Text",
+                                     L"Alternative Text", L"Repeated Text",   L"Editable Text"};
+    const auto values = [&] {
+        const Options options;
+        std::string all;
+        for (const auto& option : kOptions) all += (options.*option.get)() ? '1' : '0';
+        for (unsigned i = 0; i < 6; ++i) all += options.GetProcessField(static_cast<Type>(i)) ? '1' : '0';
+        return all;
     };
-    for (const auto& stored : kRows) {
-        WriteQLRegBool(L"Markup View", stored.entry, !stored.isSet);
-        const CPrettyTplOpt options;
-        for (const auto& row : kRows) {
-            EXPECT_EQ(row.isSet != (&row == &stored), row.get(options))
-                << row.entry << L" / " << stored.entry;
-        }
-        WriteQLRegBool(L"Markup View", stored.entry, stored.isSet);
+    const std::string defaults = "1111100000000111110";
+    for (std::size_t i = 0; i < defaults.size(); ++i) {
+        const std::wstring entry = i < 13 ? kOptions[i].entry : std::wstring(L"Process ") + kKinds[i - 13];
+        std::string expected = defaults;
+        expected[i] = defaults[i] == '1' ? '0' : '1';
+        WriteQLRegBool(L"Markup View", entry.c_str(), expected[i] == '1');
+        EXPECT_EQ(expected, values()) << entry;
+        WriteQLRegBool(L"Markup View", entry.c_str(), defaults[i] == '1');
     }
 }
 
@@ -159,10 +156,9 @@ TEST_F(MarkupOptions, EveryColorIsReadFromItsOwnEntry) {
     }
     CPrettyTplOpt options;
     std::vector<unsigned long> found;
-    for (unsigned i = 0; i < 20; ++i) found.push_back(options.GetSeqColor(i));
-    for (unsigned i = 0; i < 20; ++i) found.push_back(options.GetSeqBColor(i));
-    for (unsigned i = 0; i < 20; ++i) found.push_back(options.GetNestColor(i));
-    for (unsigned i = 0; i < 20; ++i) found.push_back(options.GetNestBColor(i));
+    for (const auto get : {&CPrettyTplOpt::GetSeqColor, &CPrettyTplOpt::GetSeqBColor,
+                           &CPrettyTplOpt::GetNestColor, &CPrettyTplOpt::GetNestBColor})
+        for (unsigned level = 0; level < 20; ++level) found.push_back((options.*get)(level));
     constexpr Type kKinds[] = {VariableField, InsertionField, ConditionalText, RepeatedText, EditableText};
     for (const Type kind : kKinds) found.push_back(options.GetFieldColor(kind));
     for (const Type kind : kKinds) found.push_back(options.GetFieldBColor(kind));

@@ -14,14 +14,19 @@
 bool operator==(const RECT& a, const RECT& b) {
     return ::EqualRect(&a, &b);
 }
+bool operator==(const WINDOWPLACEMENT& a, const WINDOWPLACEMENT& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
 
 namespace {
 
 constexpr const wchar_t* kSection = L"Window";
 constexpr const wchar_t* kEntry = L"Placement of a test";
 
-bool Same(const WINDOWPLACEMENT& a, const WINDOWPLACEMENT& b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
+// What is read of a text, and whether it was.
+std::pair<bool, WINDOWPLACEMENT> Parsed(const std::wstring& text, WINDOWPLACEMENT before = {}) {
+    const bool done = PlacementFromString(before, text);
+    return {done, before};
 }
 
 TEST(PlacementText, IsTheElevenNumbersBothWays) {
@@ -38,9 +43,7 @@ TEST(PlacementText, IsTheElevenNumbersBothWays) {
         RWWString text = L"what was there";
         PlacementToString(c.placement, text);
         EXPECT_EQ(c.text, text);
-        WINDOWPLACEMENT parsed = {};
-        EXPECT_TRUE(PlacementFromString(parsed, text));
-        EXPECT_TRUE(Same(c.placement, parsed)) << c.text;
+        EXPECT_TRUE(Parsed(c.text) == std::pair(true, c.placement)) << c.text;
     }
 }
 
@@ -51,17 +54,10 @@ TEST(PlacementText, IsReadWithAnySeparators) {
                                      std::wstring(L"x44   0\t1,,-1 -1/-1:12 10 10 400 300"),
                                      std::wstring(L"9, 0, 1, -1, -1, -1, 12, 10, 10, 400, 300, 12, text"),
                                      std::wstring(L"-, 0, 1, -1, -1, -1, 12-3, 10-, 10--, 400, 300-"),
-                                     longest + L" 0 1 -1 -1 -1 12 10 10 400 300 " + longest + L'9'}) {
-        WINDOWPLACEMENT parsed = {};
-        EXPECT_TRUE(PlacementFromString(parsed, text)) << text;
-        EXPECT_TRUE(Same(expected, parsed)) << text;
-    }
-    WINDOWPLACEMENT parsed = {};
-    EXPECT_TRUE(PlacementFromString(parsed, L"44 0 1 99999999999 -99999999999 -5-7 --5 - 0 0 0"));
-    EXPECT_EQ(INT_MAX, parsed.ptMinPosition.x);
-    EXPECT_EQ(INT_MIN, parsed.ptMinPosition.y);
-    EXPECT_EQ(-5, parsed.ptMaxPosition.x);
-    EXPECT_EQ(0, parsed.ptMaxPosition.y);
+                                     longest + L" 0 1 -1 -1 -1 12 10 10 400 300 " + longest + L'9'})
+        EXPECT_TRUE(Parsed(text) == std::pair(true, expected)) << text;
+    const WINDOWPLACEMENT held = {44, 0, 1, {INT_MAX, INT_MIN}, {-5, 0}, {0, 0, 0, 0}};
+    EXPECT_TRUE(Parsed(L"44 0 1 99999999999 -99999999999 -5-7 --5 - 0 0 0") == std::pair(true, held));
 }
 
 TEST(PlacementText, WithoutElevenNumbersFailsAndChangesNothing) {
@@ -69,11 +65,8 @@ TEST(PlacementText, WithoutElevenNumbersFailsAndChangesNothing) {
     for (const std::wstring& text :
          {std::wstring(), std::wstring(L"text"), std::wstring(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400"),
           std::wstring(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, "),
-          L"44, " + std::wstring(64, L'0') + L", 1, -1, -1, -1, -1, 10, 10, 400, 300, 5, 6"}) {
-        WINDOWPLACEMENT placement = before;
-        EXPECT_FALSE(PlacementFromString(placement, text)) << text;
-        EXPECT_TRUE(Same(before, placement)) << text;
-    }
+          L"44, " + std::wstring(64, L'0') + L", 1, -1, -1, -1, -1, 10, 10, 400, 300, 5, 6"})
+        EXPECT_TRUE(Parsed(text, before) == std::pair(false, before)) << text;
 }
 
 TEST(FitRect, MovesIntoTheAreaAndKeepsTheSize) {
@@ -119,10 +112,6 @@ HWND AtFirstPlace(HWND window) {
 HWND Sizable(int which = 0) {
     static const HWND windows[] = {NewWindow(WS_OVERLAPPEDWINDOW), NewWindow(WS_OVERLAPPEDWINDOW)};
     return AtFirstPlace(windows[which]);
-}
-HWND Fixed() {
-    static const HWND window = NewWindow(WS_OVERLAPPEDWINDOW & ~(WS_THICKFRAME | WS_MAXIMIZEBOX));
-    return AtFirstPlace(window);
 }
 RECT RectOf(HWND window) {
     RECT rect = {};
@@ -177,10 +166,9 @@ TEST_F(WindowPlacement, OfARestoredWindowIsWhatTheTextSaysAndTheScreenShows) {
     ::FillRect(dc, &client, brush);
     ::DeleteObject(brush);
     ::ReleaseDC(window, dc);
-    EXPECT_TRUE(ScreenTurns(kColor, corner.x + 2, corner.y + 2));
-    EXPECT_TRUE(ScreenTurns(kColor, corner.x + client.right - 3, corner.y + client.bottom - 3));
-    EXPECT_NE(kColor, ScreenColor(949, 739));
-    EXPECT_NE(kColor, ScreenColor(1250, 1000));
+    EXPECT_TRUE(ScreenTurns(kColor, corner.x + 2, corner.y + 2) &&
+                ScreenTurns(kColor, corner.x + client.right - 3, corner.y + client.bottom - 3));
+    EXPECT_TRUE(ScreenColor(949, 739) != kColor && ScreenColor(1250, 1000) != kColor);
 }
 
 TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
@@ -190,17 +178,13 @@ TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
     EXPECT_TRUE(Stored().view().ends_with(L", 100, 120, 400, 320")) << Stored().str();
     ::MoveWindow(window, 300, 310, 500, 400, TRUE);
     const HWND another = Sizable(1);
-    for (const HWND each : {window, another}) {
-        EXPECT_TRUE(Restore(each));
-        EXPECT_TRUE((RECT{100, 120, 400, 320} == RectOf(each)));
-    }
+    for (const HWND each : {window, another})
+        EXPECT_TRUE(Restore(each) && RectOf(each) == (RECT{100, 120, 400, 320}));
 }
 
 TEST_F(WindowPlacement, OfAMaximisedOrMinimisedWindowComesBackAsItWasBefore) {
-    const struct {
-        int before, last;
-    } kCases[] = {{SW_MAXIMIZE, SW_MAXIMIZE}, {SW_SHOWNORMAL, SW_MINIMIZE}, {SW_MAXIMIZE, SW_MINIMIZE}};
-    for (const auto& [before, last] : kCases) {
+    for (const auto& [before, last] :
+         {std::pair(SW_MAXIMIZE, SW_MAXIMIZE), {SW_SHOWNORMAL, SW_MINIMIZE}, {SW_MAXIMIZE, SW_MINIMIZE}}) {
         const HWND window = Sizable();
         ::ShowWindow(window, before);
         ::ShowWindow(window, last);
@@ -215,12 +199,11 @@ TEST_F(WindowPlacement, OfAMaximisedOrMinimisedWindowComesBackAsItWasBefore) {
 }
 
 TEST_F(WindowPlacement, OfAFixedWindowMovesItsCornerOnly) {
-    const HWND window = Fixed();
+    const HWND window = AtFirstPlace(NewWindow(WS_OVERLAPPEDWINDOW & ~(WS_THICKFRAME | WS_MAXIMIZEBOX)));
     for (const wchar_t* text :
          {L"44, 0, 1, -1, -1, -1, -1, 10, 20, 400, 300", L"44, 0, 3, -1, -1, -1, -1, 10, 20, 110, 120"}) {
         Put(text);
-        EXPECT_TRUE(Restore(window));
-        EXPECT_TRUE((RECT{10, 20, 310, 220} == RectOf(window)));
+        EXPECT_TRUE(Restore(window) && RectOf(window) == (RECT{10, 20, 310, 220}));
         EXPECT_FALSE(::IsZoomed(window));
     }
 }
@@ -245,8 +228,7 @@ TEST_F(WindowPlacement, ThatMakesNoSenseOrOfNoWindowIsRefused) {
           L"44, 0, 1, -1, -1, -1, -1, 400, 300, 10, 10",
           L"44, 0, 1, -1, -1, -1, -1, 2147483647, 0, -2147483648, 100"}) {
         Put(text);
-        EXPECT_FALSE(Restore(window)) << text;
-        EXPECT_TRUE(before == RectOf(window)) << text;
+        EXPECT_TRUE(!Restore(window) && before == RectOf(window)) << text;
     }
     Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 60, 60");
     EXPECT_TRUE(Restore(window)) << "just large enough";
