@@ -101,7 +101,6 @@ TEST_F(Files, AreCreatedReadOnlyRenamedAndDeleted) {
     EXPECT_EQ(CanWriteReadOnly(path_), file.Open(OPEN_WRITE, Name(path_)) != 0);
     file.Close();
     ::SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
-
     PutBytes(folder_ / L"taken", "");
     EXPECT_FALSE(file.Rename(Name(folder_ / L"taken"), 1));
     EXPECT_TRUE(file.Rename(Name(folder_ / L"b.bin"), 0));
@@ -117,19 +116,14 @@ TEST_F(Files, AreCreatedReadOnlyRenamedAndDeleted) {
 TEST_F(Files, ShareAsTheirFlagsSay) {
     PutBytes(path_, "x");
     for (const int flags : {0, 8, 16, 24}) {
-        const auto expectShared = [&] {
-            QLFile other;
+        const auto sharing = static_cast<unsigned short>(flags | OPEN_READ);
+        for (const bool buffered : {false, true}) {
+            QLFile file, other;
+            CFileStreamBuf buffer;
+            ASSERT_TRUE(buffered ? buffer.Open(Name(path_), sharing) : file.Open(sharing, Name(path_)) != 0);
             EXPECT_EQ((flags & OPEN_NO_SHARE_READ) == 0, other.Open(OPEN_READ, Name(path_)) != 0) << flags;
             EXPECT_EQ((flags & OPEN_NO_SHARE_WRITE) == 0, other.Open(OPEN_WRITE, Name(path_)) != 0) << flags;
-        };
-        const auto sharing = static_cast<unsigned short>(flags | OPEN_READ);
-        QLFile file;
-        ASSERT_TRUE(file.Open(sharing, Name(path_)));
-        expectShared();
-        file.Close();
-        CFileStreamBuf buffer;
-        ASSERT_TRUE(buffer.Open(Name(path_), sharing));
-        expectShared();
+        }
     }
     const OtherProcess reader(path_, L"1");  // lets others read
     QLFile file;
@@ -147,11 +141,9 @@ TEST_F(Files, HeadersAreTheirBytes) {
     }
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(header.bytes), 128), BytesOf(path_));
     RWFile file(path_.c_str(), L"rb");
-    EXPECT_TRUE(ReadHeader(file, &back));
-    EXPECT_EQ(0, std::memcmp(&header, &back, sizeof header));
+    EXPECT_TRUE(ReadHeader(file, &back) && std::memcmp(&header, &back, sizeof header) == 0);
     EXPECT_FALSE(ReadHeader(file, &back)) << "at the end";
-    EXPECT_FALSE(ReadHeader(file, nullptr));
-    EXPECT_FALSE(WriteHeader(file, header)) << "opened for reading";
+    EXPECT_FALSE(ReadHeader(file, nullptr) || WriteHeader(file, header)) << "opened for reading";
 }
 
 using StreamBuf = Files;
@@ -165,7 +157,6 @@ TEST_F(StreamBuf, CreatesOnlyWhenAskedTo) {
     const bool opened = buffer.Open(Name(path_), OPEN_WRITE | OPEN_CREATE_MISSING | CREATE_READ_ONLY);
     EXPECT_EQ(CanWriteReadOnly(path_), opened) << "created, and then not to be written";
     EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
-    ::SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_F(StreamBuf, ReadsWritesAndTellsItsPlace) {

@@ -6,7 +6,7 @@
 
 namespace {
 
-class FullPath : public testing::Test {
+class FullPath : public SettingsTest {
   protected:
     FullPath() {
         PrivateRegistry::Put(kUser, L"Locations", L"Template Files", L"T:\\Templates\\");
@@ -23,10 +23,6 @@ class FullPath : public testing::Test {
         PrivateRegistry::PutBytes(root, L"SOFTWARE\\Brellwick\\Quillet 6\\Locations", name, type, path.data(),
                                   path.size() * sizeof(wchar_t));
     }
-
-    PrivateRegistry registry_;
-    SettingsProcess process_;
-    SettingsThread thread_;
 };
 
 TEST_F(FullPath, IsCompletedByRule) {

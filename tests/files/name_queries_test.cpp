@@ -27,37 +27,27 @@ class NameQueries : public testing::Test {
 
 TEST_F(NameQueries, AccessIsForRootedLocalNames) {
     Put(L"a.txt");
-    Put(L"read.txt");
-    ::SetFileAttributesW((folder_ / L"read.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+    ::SetFileAttributesW(Put(L"read.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     ASSERT_TRUE(::SetCurrentDirectoryW(folder_.path().c_str()));
     const std::wstring folder = folder_.path().wstring();
-    const struct {
-        std::wstring text;
-        bool accessible, writable, exists, isDirectory;
-    } cases[] = {
-        {folder + L"\\a.txt", true, true, true, false},
-        {folder + L"\\read.txt", true, false, true, false},
-        {folder, true, true, true, true},
-        {folder + L"\\", true, true, false, false},
-        {folder + L"\\.\\a.txt", true, true, true, false},
-        {folder + L"\\none", false, false, false, false},
-        {folder + L"\\..", true, true, true, true},
-        {L"a.txt", false, false, false, false},
-        {L".\\a.txt", false, false, false, false},
-        {L"http://srv/a.txt", false, false, false, false},
-        {L"", false, false, false, false},
+    const std::pair<std::wstring, std::string> cases[] = {
+        {folder + L"\\a.txt", "open read write exists "},
+        {folder + L"\\read.txt", "open read exists "},
+        {folder, "open read write exists folder "},
+        {folder + L"\\", "open read write "},
+        {folder + L"\\.\\a.txt", "open read write exists "},
+        {folder + L"\\..", "open read write exists folder "}};
+    const auto facts = [](const QLFileName& name) {
+        return std::string(name.CanAccess(0) ? "open " : "") +
+               (name.CanAccess(QLFileName::ACCESS_READ) ? "read " : "") +
+               (name.CanAccess(6) ? "write " : "") + (name.Exists() ? "exists " : "") +
+               (name.IsDirectory() ? "folder " : "");
     };
-    for (const auto& c : cases) {
-        const QLFileName name(c.text.c_str());
-        EXPECT_EQ(c.accessible, name.CanAccess(0) != 0) << testing::PrintToString(c.text);
-        EXPECT_EQ(c.accessible, name.CanAccess(QLFileName::ACCESS_READ) != 0)
-            << testing::PrintToString(c.text);
-        EXPECT_EQ(c.writable, name.CanAccess(6) != 0) << testing::PrintToString(c.text);
-        EXPECT_EQ(c.exists, name.Exists() != 0) << testing::PrintToString(c.text);
-        EXPECT_EQ(c.isDirectory, name.IsDirectory() != 0) << testing::PrintToString(c.text);
-    }
+    for (const auto& [text, expected] : cases) EXPECT_EQ(expected, facts(Name(text)));
+    for (const std::wstring& none : {folder + L"\\none", std::wstring(L"a.txt"), std::wstring(L".\\a.txt"),
+                                     std::wstring(L"http://srv/a.txt"), std::wstring()})
+        EXPECT_EQ("", facts(Name(none))) << testing::PrintToString(none);
     ::SetCurrentDirectoryW(L"C:\\");
-    ::SetFileAttributesW((folder_ / L"read.txt").c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_F(NameQueries, StatusTellsWhatCouldBeDone) {
@@ -68,9 +58,8 @@ TEST_F(NameQueries, StatusTellsWhatCouldBeDone) {
     EXPECT_EQ(QLFileName::StatusNotCreatable, Name(folder_ / L"none\\a.txt").GetStatus());
     EXPECT_EQ(QLFileName::StatusWritable, Name(file).GetStatus());
     EXPECT_EQ("x", BytesOf(file));
-    ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(QLFileName::StatusReadOnly, Name(file).GetStatus());
-    ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+    ::SetFileAttributesW(Put(L"read.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(QLFileName::StatusReadOnly, Name(folder_ / L"read.txt").GetStatus());
     EXPECT_EQ(QLFileName::StatusInUse, Name(folder_.path().wstring()).GetStatus()) << "a folder";
     const OtherProcess reader(file, L"3");
     EXPECT_EQ(QLFileName::StatusInUse, Name(file).GetStatus()) << "held, if shared in every way";
@@ -107,10 +96,9 @@ TEST_F(NameQueries, HoldForLongAndForeignNames) {
         QLFileName pattern(name), found;
         pattern.SetFileName(L"*");
         CDirectoryIterator walk;
-        bool seen = false;
-        for (bool more = walk.First(pattern, &found); more; more = walk.Next(&found))
-            seen = seen || found == name;
-        EXPECT_TRUE(seen);
+        bool more = walk.First(pattern, &found);
+        while (more && found != name) more = walk.Next(&found);
+        EXPECT_TRUE(more) << "the walk comes by";
     }
     unsigned long error = 0;
     for (const std::wstring& path : names) {
@@ -127,43 +115,32 @@ TEST_F(NameQueries, HoldForLongAndForeignNames) {
 
 TEST_F(NameQueries, ShortNamesComeBackAsTheLongOnes) {
     const std::wstring file = Put(L"A rather long name.document");
-    wchar_t expected[MAX_PATH];
+    wchar_t expected[MAX_PATH], longName[MAX_PATH];
     ASSERT_NE(0U, ::GetShortPathNameW(file.c_str(), expected, MAX_PATH));
+    ASSERT_NE(0U, ::GetLongPathNameW(file.c_str(), longName, MAX_PATH));
     EXPECT_EQ(RWWString(expected), QLGetShortPathName(file));
     EXPECT_EQ(RWWString(expected), Name(file).GetShortVersion());
-    wchar_t folder[MAX_PATH];
-    ASSERT_NE(0U, ::GetLongPathNameW(file.c_str(), folder, MAX_PATH));
-    EXPECT_EQ(RWWString(folder), QLGetLongPathName(expected));
-    EXPECT_EQ(RWWString(folder), Name(expected).GetLongPathAndFileName());
-
+    EXPECT_EQ(RWWString(longName), QLGetLongPathName(expected));
+    EXPECT_EQ(RWWString(longName), Name(expected).GetLongPathAndFileName());
     const std::wstring missing = folder_ / L"Not there at all.document";
-    const RWWString shortName = QLGetShortPathName(missing);
-    EXPECT_NE(RWWString(missing), shortName) << "asked by making it for a moment";
-    EXPECT_FALSE(std::filesystem::exists(missing));
+    EXPECT_NE(RWWString(missing), QLGetShortPathName(missing)) << "asked by making it for a moment";
     EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(folder_.path()), {}));
 }
 
 TEST_F(NameQueries, OtherFormsFallBackToTheText) {
-    const struct {
-        const wchar_t* text;
-        const wchar_t* shortForm;
-    } cases[] = {
-        {L"//srv/share/a long name.txt", L"\\\\srv\\share\\a long name.txt"},
-        {L"sub/a long name.txt", L"sub\\a long name.txt"},
-        {L"C:/nowhere at all/a.txt", L"C:\\nowhere at all\\a.txt"},
-        {L"C:", L"C:"},
-        {L"C:\\nowhere at all\\sub\\", L"C:\\nowhere at all\\sub"},
-        {L"", L""},
-    };
-    for (const auto& c : cases) EXPECT_EQ(RWWString(c.shortForm), QLGetShortPathName(c.text)) << c.shortForm;
+    for (const auto& [text, shortForm] :
+         {std::pair(L"//srv/share/a long", L"\\\\srv\\share\\a long"),
+          std::pair(L"sub/a long name", L"sub\\a long name"),
+          std::pair(L"C:/nowhere at all/a.t", L"C:\\nowhere at all\\a.t"), std::pair(L"C:", L"C:"),
+          std::pair(L"C:\\nowhere at all\\b\\", L"C:\\nowhere at all\\b"), std::pair(L"", L"")})
+        EXPECT_EQ(RWWString(shortForm), QLGetShortPathName(text));
     EXPECT_EQ(RWWString(L"\\\\srv\\share\\\\"), QLFileName(L"\\\\srv\\share\\a.txt").GetShortPath());
     EXPECT_EQ(RWWString(L"http://srv/a/"), QLFileName(L"http://srv/a/b.txt").GetShortPath());
     EXPECT_EQ(RWWString(L"http://srv/b.htm?x"), QLFileName(L"http://srv/b.htm?x").GetLongPathAndFileName());
     EXPECT_EQ(RWWString(L"mailto:a.b"), QLFileName(L"mailto:a.b").GetLongPathAndFileName());
     EXPECT_EQ(RWWString(L"C:\\nowhere\\a.txt"), QLGetLongPathName(L"C:\\nowhere\\a.txt"));
-    for (const wchar_t* text : {L"\\\\srv\\share\\a.txt", L"C:\\a.txt", L"sub\\a.txt"}) {
+    for (const wchar_t* text : {L"\\\\srv\\share\\a.txt", L"C:\\a.txt", L"sub\\a.txt"})
         EXPECT_EQ(RWWString(text), QLFileName(text).GetUNCPathAndFileName());
-    }
 }
 
 class TemporaryNames : public NameQueries {
@@ -182,13 +159,12 @@ TEST_F(TemporaryNames, LiveInTheFirstFolderThatCanBeWritten) {
     const SettingsProcess process;
     const SettingsThread thread;
     const std::wstring folder = folder_.path().wstring();
-    Set(folder, L"C:\\");
-    EXPECT_EQ(RWWString(folder), QLGetTempPath());
-    Set(L"C:\\nowhere at all", folder);
-    EXPECT_EQ(RWWString(folder), QLGetTempPath());
     PrivateRegistry::Put(kUser, L"Locations", L"Answer Files", folder);
-    Set(L"C:\\nowhere at all", L"");
-    EXPECT_EQ(RWWString(folder), QLGetTempPath());
+    for (const auto& [tmp, temp] :
+         {std::pair(folder, L"C:\\"), {L"C:\\nowhere", folder.c_str()}, {L"C:\\nowhere", L""}}) {
+        Set(tmp, temp);
+        EXPECT_EQ(RWWString(folder), QLGetTempPath());
+    }
     WriteQLRegString(L"Locations", L"Answer Files", L"C:\\nowhere at all");
     wchar_t windows[MAX_PATH];
     ::GetWindowsDirectoryW(windows, MAX_PATH);
@@ -198,16 +174,16 @@ TEST_F(TemporaryNames, LiveInTheFirstFolderThatCanBeWritten) {
 TEST_F(TemporaryNames, AreFreeAndKeepFolderAndExtension) {
     const std::wstring folder = folder_.path().wstring();
     Set(folder, folder);
-    const struct {
-        std::wstring text, extension;
-    } cases[] = {{L"", L".tmp"}, {L"x.docx", L".docx"}, {folder + L"\\x", L".tmp"}, {folder + L"\\x.", L"."}};
-    for (const auto& c : cases) {
+    for (const auto& [text, extension] : {std::pair(std::wstring(), L".tmp"),
+                                          {L"x.docx", L".docx"},
+                                          {folder + L"\\x", L".tmp"},
+                                          {folder + L"\\x.", L"."}}) {
         for (const bool create : {false, true}) {
-            QLFileName name(c.text.c_str());
+            QLFileName name(text.c_str());
             name.SetTempPathAndFileName(create);
             const std::wstring file = name.GetFileName().str();
             EXPECT_EQ(RWWString(folder + L'\\'), name.GetPath());
-            EXPECT_TRUE(file.starts_with(L"~ql12") && file.ends_with(c.extension))
+            EXPECT_TRUE(file.starts_with(L"~ql12") && file.ends_with(extension))
                 << testing::PrintToString(file);
             EXPECT_EQ(create, std::filesystem::exists(name.GetPathAndFileName().str()));
         }
@@ -240,20 +216,17 @@ TEST(FitToWidth, TakesDirectoriesAwayUntilTheTextFits) {
     }
     EXPECT_EQ(RWWString(forms[1]), QLFileName(forms[0]).FitToWidth(dc, widthOf(forms[0]) + 1));
     // What cannot be shortened stays, and the ends of the range do no harm.
-    const struct {
-        const wchar_t* text;
-        const wchar_t* shortest;
-    } cases[] = {{forms[0], forms[3]},
-                 {L"C:\\f.txt", L"C:\\f.txt"},
-                 {L"one/two/three", L"one/two/three"},
-                 {L"\\\\srv\\share\\f", L"\\...\\f"},
-                 {L"...\\a\\b\\c", L"...\\...\\b\\c"},
-                 {L"", L""}};
-    for (const auto& c : cases) {
+    const wchar_t* const cases[][2] = {{forms[0], forms[3]},
+                                       {L"C:\\f.txt", L"C:\\f.txt"},
+                                       {L"one/two/three", L"one/two/three"},
+                                       {L"\\\\srv\\share\\f", L"\\...\\f"},
+                                       {L"...\\a\\b\\c", L"...\\...\\b\\c"},
+                                       {L"", L""}};
+    for (const auto& [whole, shortest] : cases) {
         for (const int width : {0, -2147483647 - 1}) {
-            RWWString text(c.text);
+            RWWString text(whole);
             QLFileName::FitToWidth(dc, text, width);
-            EXPECT_EQ(RWWString(c.shortest), text);
+            EXPECT_EQ(RWWString(shortest), text);
         }
     }
     RWWString text(forms[0]);
