@@ -36,9 +36,7 @@ class Slots : public testing::Test {
 TEST_F(Slots, AreSixtyFourAndBeginAgainAtZeroOnceAnyIsFreed) {
     EXPECT_FALSE(TlsmInitialize());
     for (unsigned long slot = 0; slot < 64; ++slot) EXPECT_EQ(slot, TlsmAlloc());
-    EXPECT_EQ(kTlsmNoSlot, TlsmAlloc());
-    EXPECT_FALSE(TlsmFree(64));
-    EXPECT_FALSE(TlsmFree(kTlsmNoSlot));
+    EXPECT_FALSE(TlsmFree(64) || TlsmFree(kTlsmNoSlot));
     EXPECT_EQ(kTlsmNoSlot, TlsmAlloc());
     EXPECT_TRUE(TlsmFree(1));
     EXPECT_EQ(0u, TlsmAlloc());
@@ -46,21 +44,17 @@ TEST_F(Slots, AreSixtyFourAndBeginAgainAtZeroOnceAnyIsFreed) {
 
 TEST_F(Slots, EachThreadHasItsOwnValues) {
     int here = 0;
+    const auto startsEmpty = [] { return TlsmInitializeThread() && !TlsmGetValue(5); };
     EXPECT_FALSE(TlsmSetValue(5, &here));
-    EXPECT_TRUE(TlsmInitializeThread());
-    EXPECT_EQ(nullptr, TlsmGetValue(5));
+    EXPECT_TRUE(startsEmpty());
     EXPECT_TRUE(TlsmSetValue(5, &here));
-    EXPECT_FALSE(TlsmSetValue(64, &here));
-    EXPECT_EQ(nullptr, TlsmGetValue(64));
-    std::thread([] {
-        EXPECT_FALSE(TlsmIsThreadInitialized());
-        EXPECT_TRUE(TlsmInitializeThread());
-        EXPECT_EQ(nullptr, TlsmGetValue(5));
+    EXPECT_FALSE(TlsmSetValue(64, &here) || TlsmGetValue(64));
+    std::thread([&] {
+        EXPECT_TRUE(!TlsmIsThreadInitialized() && startsEmpty());
         TlsmUninitializeThread();
     }).join();
     EXPECT_EQ(&here, TlsmGetValue(5));
-    EXPECT_TRUE(TlsmInitializeThread());
-    EXPECT_EQ(nullptr, TlsmGetValue(5));
+    EXPECT_TRUE(startsEmpty()) << "once more";
     TlsmUninitializeThread();
     EXPECT_FALSE(TlsmIsThreadInitialized());
 }
@@ -72,12 +66,12 @@ TEST(ContextsWithoutStores, AnswerFailure) {
     int number = 7;
     EXPECT_EQ(-1, CQlsSettings::CreateThreadSettings());
     EXPECT_EQ(-1, CQlsSettings::GetCurThreadSettings());
-    EXPECT_EQ(0, CQlsSettings::AddThreadSettingsRef(0));
-    EXPECT_EQ(nullptr, CQlsSettings::GetSettings(-1, false));
-    for (const bool answer : {CQlsSettings::AttachThreadSettings(0), CQlsSettings::DetachThreadSettings(0),
-                              CQlsSettings::InitializeThread(), CQlsSettings::SetThreadIntSetting(kNumber, 1),
-                              CQlsSettings::GetThreadStrSetting(kNumber, &text, L"default"),
-                              CQlsSettings::GetDefRegIntSetting(L"Sec", L"Ent", &number, 5)}) {
+    for (const bool answer :
+         {CQlsSettings::AddThreadSettingsRef(0) != 0, CQlsSettings::GetSettings(-1, false) != nullptr,
+          CQlsSettings::AttachThreadSettings(0), CQlsSettings::DetachThreadSettings(0),
+          CQlsSettings::InitializeThread(), CQlsSettings::SetThreadIntSetting(kNumber, 1),
+          CQlsSettings::GetThreadStrSetting(kNumber, &text, L"default"),
+          CQlsSettings::GetDefRegIntSetting(L"Sec", L"Ent", &number, 5)}) {
         EXPECT_FALSE(answer);
     }
     EXPECT_EQ(L"before", text);
@@ -119,28 +113,22 @@ TEST_F(Contexts, ReferencesAreCountedAndTheLastTakesTheStoreAlong) {
 }
 
 TEST_F(Contexts, IdsThatNameNoContextAreHarmless) {
-    CQlsSettings* global = CQlsSettings::GetSettings(-1, false);
+    const CQlsSettings* const global = CQlsSettings::GetSettings(-1, false);
     ASSERT_NE(nullptr, global);
-    EXPECT_EQ(nullptr, CQlsSettings::GetSettings(-1, true));
-    EXPECT_EQ(1, CQlsSettings::AddThreadSettingsRef(-1));
-    EXPECT_EQ(1, CQlsSettings::ReleaseThreadSettingsRef(-1));
-    for (int id : {0, 16, 1000000, -2, -2147483647 - 1}) {
-        EXPECT_EQ(0, CQlsSettings::AddThreadSettingsRef(id));
-        EXPECT_EQ(0, CQlsSettings::ReleaseThreadSettingsRef(id));
-        EXPECT_FALSE(CQlsSettings::AttachThreadSettings(id));
-        EXPECT_EQ(global, CQlsSettings::GetSettings(id, false));
-        EXPECT_EQ(nullptr, CQlsSettings::GetSettings(id, true));
+    for (int id : {-1, 0, 16, 1000000, -2, -2147483647 - 1}) {
+        EXPECT_EQ(id == -1, CQlsSettings::AddThreadSettingsRef(id)) << id;
+        EXPECT_EQ(id == -1, CQlsSettings::ReleaseThreadSettingsRef(id)) << id;
+        EXPECT_EQ(global, CQlsSettings::GetSettings(id, false)) << id;
+        EXPECT_EQ(nullptr, CQlsSettings::GetSettings(id, true)) << id;
+        EXPECT_FALSE(id != -1 && CQlsSettings::AttachThreadSettings(id)) << id;
     }
 }
 
 TEST_F(Contexts, AThreadDetachesAsOftenAsItAttached) {
-    const int id = CQlsSettings::CreateThreadSettings();
-    const int other = CQlsSettings::CreateThreadSettings();
+    const int id = CQlsSettings::CreateThreadSettings(), other = CQlsSettings::CreateThreadSettings();
     EXPECT_FALSE(CQlsSettings::DetachThreadSettings(id));
-    EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id));
-    EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id));
-    EXPECT_FALSE(CQlsSettings::AttachThreadSettings(other));
-    EXPECT_FALSE(CQlsSettings::DetachThreadSettings(other));
+    EXPECT_TRUE(CQlsSettings::AttachThreadSettings(id) && CQlsSettings::AttachThreadSettings(id));
+    EXPECT_FALSE(CQlsSettings::AttachThreadSettings(other) || CQlsSettings::DetachThreadSettings(other));
     for (int attached = 2; attached > 0; --attached) {
         EXPECT_EQ(id, CQlsSettings::GetCurThreadSettings());
         EXPECT_EQ(2, CQlsSettings::ReleaseThreadSettingsRef(id));
@@ -183,9 +171,9 @@ TEST_F(Contexts, AnAttachedThreadReadsTheGlobalStoreUntilItsFirstWrite) {
 TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {
     CQlsSettings::AttachThreadSettings(CQlsSettings::CreateThreadSettings());
     CQlsSettings::SetThreadRegIntSetting(L"Sec", L"Int", 1);
-    EXPECT_TRUE(CQlsSettings::SetDefRegIntSetting(L"Sec", L"Int", -2));
-    EXPECT_TRUE(CQlsSettings::SetDefRegBoolSetting(L"Sec", L"Bool", true));
-    EXPECT_TRUE(CQlsSettings::SetDefRegStrSetting(L"Sec", L"Text", L"x"));
+    EXPECT_TRUE(CQlsSettings::SetDefRegIntSetting(L"Sec", L"Int", -2) &&
+                CQlsSettings::SetDefRegBoolSetting(L"Sec", L"Bool", true) &&
+                CQlsSettings::SetDefRegStrSetting(L"Sec", L"Text", L"x"));
     EXPECT_EQ(L"True", GetQLRegStringEx(L"Sec", L"Bool", false));
     EXPECT_EQ(L"x", GetQLRegStringEx(L"Sec", L"Text", false));
     EXPECT_EQ((PrivateRegistry::Stored{REG_DWORD, {0xfe, 0xff, 0xff, 0xff}}), registry_.Get(L"Sec", L"Int"));
@@ -203,8 +191,7 @@ TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {
 void SeeInContext(int id, int value) {
     int seen = 0;
     ASSERT_TRUE(CQlsSettings::AttachThreadSettings(id));
-    EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Own", L"Value", &seen));
-    EXPECT_EQ(value, seen);
+    EXPECT_TRUE(CQlsSettings::GetThreadRegIntSetting(L"Own", L"Value", &seen) && seen == value);
 }
 
 // One piece of work: a context of its own filled from a document, a helper thread attached to it, and nothing

@@ -22,8 +22,7 @@ TEST_F(Preferences, WhatCannotBeReadIsTheDefaultAnEmptyTextOnlyThroughTheEveryda
     registry_.Put(kUser, L"Sec", L"Empty", L"");
     EXPECT_EQ(L"default", GetQLRegString(L"Sec", L"Empty", L"default"));
     EXPECT_EQ(L"", _GetQLProfileString(L"Sec", L"Empty", L"default"));
-    EXPECT_EQ(L"", GetQLRegString(L"Sec", L"Empty", nullptr));
-    EXPECT_EQ(L"", GetQLRegString(L"Sec", L"Absent", nullptr));
+    for (const wchar_t* entry : {L"Empty", L"Absent"}) EXPECT_EQ(L"", GetQLRegString(L"Sec", entry, nullptr));
     EXPECT_EQ(L"later", GetQLRegString(L"Sec", L"Absent", L"later"));
     EXPECT_EQ(L"default", _GetQLProfileString(L"Sec", L"Missing", L"default"));
     EXPECT_EQ(5, GetQLRegInt(L"Sec", L"Int", 5));
@@ -70,12 +69,12 @@ TEST_F(Preferences, DeletingFromAContextLeavesTheGlobalStoreAsItWas) {
 }
 
 TEST_F(Preferences, FoldersLoseExactlyOneTrailingBackslash) {
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"D:\\Work\\", L"D:\\Work"},
-                                                               {L"D:\\Work\\\\", L"D:\\Work\\"},
-                                                               {L"D:\\Work", L"D:\\Work"},
-                                                               {L"\\", L""},
-                                                               {L"", L""},
-                                                               {L"D:/Work/", L"D:/Work/"}};
+    const wchar_t* const cases[][2] = {{L"D:\\Work\\", L"D:\\Work"},
+                                       {L"D:\\Work\\\\", L"D:\\Work\\"},
+                                       {L"D:\\Work", L"D:\\Work"},
+                                       {L"D:/Work/", L"D:/Work/"},
+                                       {L"\\", L""},
+                                       {L"", L""}};
     for (const auto& [stored, folder] : cases) {
         WriteQLRegString(L"Sec", L"Folder", stored);
         EXPECT_EQ(folder, GetQLProfileDir(L"Sec", L"Folder"));
@@ -86,32 +85,28 @@ TEST(PreferencesWithoutStores, AreReadFromTheRegistryEachTime) {
     const PrivateRegistry registry;
     EXPECT_EQ(L"default", GetQLRegString(L"Sec", L"Text", L"default"));
     EXPECT_EQ(4, GetQLRegInt(L"Sec", L"Int", 4));
-    WriteQLRegString(L"Sec", L"Text", L"one");
     WriteQLRegInt(L"Sec", L"Int", 5);
     WriteQLRegBool(L"Sec", L"Bool", true);
-    EXPECT_EQ(L"one", GetQLRegString(L"Sec", L"Text", L"default"));
     EXPECT_EQ(5, GetQLRegInt(L"Sec", L"Int", 4));
     EXPECT_TRUE(GetQLRegBool(L"Sec", L"Bool", false));
+    WriteQLRegString(L"Sec", L"Text", L"one");
+    EXPECT_EQ(L"one", GetQLRegString(L"Sec", L"Text", L"default"));
     registry.Put(kUser, L"Sec", L"Text", L"two");
     EXPECT_EQ(L"two", GetQLRegString(L"Sec", L"Text", L"default"));
 }
 
 TEST(Lifetime, TheStartReadsWhenDatesAreVerified) {
-    const std::pair<const wchar_t*, DATE_REDISPLAY_OPT> cases[] = {{L"never", DATE_REDISPLAY_NEVER},
-                                                                   {L"ALWAYS", DATE_REDISPLAY_ALWAYS},
-                                                                   {L"sometimes", DATE_REDISPLAY_CHANGED},
-                                                                   {L"never ", DATE_REDISPLAY_CHANGED}};
+    const std::pair<const wchar_t*, DATE_REDISPLAY_OPT> cases[] = {
+        {L"never", DATE_REDISPLAY_NEVER},       {L"ALWAYS", DATE_REDISPLAY_ALWAYS},
+        {L"sometimes", DATE_REDISPLAY_CHANGED}, {L"never ", DATE_REDISPLAY_CHANGED},
+        {L"never", DATE_REDISPLAY_NEVER},       {nullptr, DATE_REDISPLAY_CHANGED}};
     for (const auto& [text, option] : cases) {
         const PrivateRegistry registry;
-        registry.Put(kUser, QLIS_ANSWER_ENTRY, QLIE_VERIFY_DATES, text);
+        if (text) registry.Put(kUser, QLIS_ANSWER_ENTRY, QLIE_VERIFY_DATES, text);
         EXPECT_TRUE(InitializeUtil());
         EXPECT_EQ(option, g_dateRedisplayOpt);
         UninitializeUtil();
     }
-    const PrivateRegistry empty;
-    g_dateRedisplayOpt = DATE_REDISPLAY_NEVER;
-    EXPECT_TRUE(InitializeUtil());
-    EXPECT_EQ(DATE_REDISPLAY_CHANGED, g_dateRedisplayOpt);
 }
 
 // FNV-1a of 64 bits.

@@ -32,26 +32,23 @@ TEST_F(Registry, ReadsTextOutOfAnyStoredBytes) {
         std::wstring units;
         std::size_t oddBytes;
         std::wstring text;
-    } cases[] = {
-        {REG_SZ, true, L"text" + zero, 0, L"text"},
-        {REG_SZ, true, L"unterminated", 0, L"unterminated"},
-        {REG_SZ, true, L"odd", 1, L"odd"},
-        {REG_SZ, true, L"", 1, L""},
-        {REG_SZ, true, L"", 0, L""},
-        {REG_SZ, true, zero + L"behind", 0, L""},
-        {REG_SZ, true, L"before" + zero + L"behind", 0, L"before"},
-        {REG_SZ, true, std::wstring(1, L'\xd83d'), 0, std::wstring(1, L'\xd83d')},
-        {REG_EXPAND_SZ, true, L"%TEMP%" + zero, 0, L"%TEMP%"},
-        {REG_MULTI_SZ, true, L"first" + zero + L"second" + zero + zero, 0, L"first"},
-        {REG_SZ, true, most + zero, 0, most},
-        {REG_SZ, true, most + L"x", 0, most},
-        {REG_SZ, false, most + L"x", 1, L""},
-        {REG_SZ, false, most + L"xy", 0, L""},
-        {REG_SZ, false, std::wstring(100000, L'h'), 0, L""},
-        {REG_NONE, false, L"text" + zero, 0, L""},
-        {REG_BINARY, false, L"text" + zero, 0, L""},
-        {0x12345678, false, L"text", 0, L""},
-    };
+    } cases[] = {{REG_SZ, true, L"text" + zero, 0, L"text"},
+                 {REG_SZ, true, L"odd", 1, L"odd"},
+                 {REG_SZ, true, L"\xd83d", 0, L"\xd83d"},
+                 {REG_SZ, true, L"", 1, L""},
+                 {REG_SZ, true, L"", 0, L""},
+                 {REG_SZ, true, zero + L"behind", 0, L""},
+                 {REG_SZ, true, L"a" + zero + L"behind", 0, L"a"},
+                 {REG_EXPAND_SZ, true, L"%TEMP%" + zero, 0, L"%TEMP%"},
+                 {REG_MULTI_SZ, true, L"first" + zero + L"second" + zero + zero, 0, L"first"},
+                 {REG_SZ, true, most + zero, 0, most},
+                 {REG_SZ, true, most + L"x", 0, most},
+                 {REG_SZ, false, most + L"x", 1, L""},
+                 {REG_SZ, false, most + L"xy", 0, L""},
+                 {REG_SZ, false, std::wstring(100000, L'h'), 0, L""},
+                 {REG_NONE, false, L"text" + zero, 0, L""},
+                 {REG_BINARY, false, L"text" + zero, 0, L""},
+                 {0x12345678, false, L"text", 0, L""}};
     for (const auto& c : cases) {
         PutUser(c.type, c.units, c.oddBytes);
         SCOPED_TRACE(testing::Message()
@@ -100,8 +97,7 @@ TEST_F(Registry, TheUsersValueWinsWhenItCanBeRead) {
     registry_.Put(kUser, kSection, kEntry, 5);
     EXPECT_EQ(L"machine", text());
     unsigned number = 0;
-    EXPECT_TRUE(GetRegIntVal(kSection, kEntry, &number));
-    EXPECT_EQ(5u, number);
+    EXPECT_TRUE(GetRegIntVal(kSection, kEntry, &number) && number == 5);
 }
 
 TEST_F(Registry, OneRootIsReadWithoutTheOtherAndNoSectionIsTheBaseKey) {
@@ -112,15 +108,13 @@ TEST_F(Registry, OneRootIsReadWithoutTheOtherAndNoSectionIsTheBaseKey) {
     EXPECT_EQ(L"C:\\User\\", GetQLProfileDirEx(kSection, kEntry, false));
     RWWString text(L"before");
     int number = 7;
-    EXPECT_FALSE(ReadRegString(kSection, kEntry, true, text));
-    EXPECT_FALSE(ReadRegInt(kSection, L"Number", false, number));
-    EXPECT_EQ(L"before", text);
-    EXPECT_EQ(7, number);
-    EXPECT_TRUE(ReadRegInt(kSection, L"Number", true, number));
-    EXPECT_EQ(3, number);
+    EXPECT_FALSE(ReadRegString(kSection, kEntry, true, text) ||
+                 ReadRegInt(kSection, L"Number", false, number));
+    EXPECT_TRUE(text == L"before" && number == 7);
+    EXPECT_TRUE(ReadRegInt(kSection, L"Number", true, number) && number == 3);
     registry_.Put(kUser, L"", L"", L"default value");
-    EXPECT_EQ(L"default value", GetQLRegStringEx(nullptr, nullptr, false));
-    EXPECT_EQ(L"default value", GetQLRegStringEx(L"", L"", false));
+    for (const wchar_t* none : {static_cast<const wchar_t*>(nullptr), L""})
+        EXPECT_EQ(L"default value", GetQLRegStringEx(none, none, false));
 }
 
 TEST_F(Registry, BooleansAreTextsAndAnyOtherTextIsFalse) {
@@ -129,13 +123,11 @@ TEST_F(Registry, BooleansAreTextsAndAnyOtherTextIsFalse) {
     for (const auto& [text, expected] : cases) {
         registry_.Put(kUser, kSection, kEntry, text);
         bool value = !expected;
-        EXPECT_TRUE(GetRegBoolVal(kSection, kEntry, &value));
-        EXPECT_EQ(expected, value);
+        EXPECT_TRUE(GetRegBoolVal(kSection, kEntry, &value) && value == expected) << text;
     }
     registry_.Put(kUser, kSection, kEntry, 1);
     bool value = true;
-    EXPECT_FALSE(GetRegBoolVal(kSection, kEntry, &value));
-    EXPECT_TRUE(value);
+    EXPECT_TRUE(!GetRegBoolVal(kSection, kEntry, &value) && value);
 }
 
 TEST_F(Registry, ColoursAreThreeMaskedNumbers) {
@@ -192,10 +184,7 @@ TEST_F(Registry, SectionsAreHandedOutOneByOne) {
     registry_.Put(kUser, L"Word Proc\\One", kEntry, L"");
     registry_.Put(kUser, L"Word Proc\\Two", kEntry, L"");
     EnumQLSections sections(kUser, PrivateRegistry::Path(L"Word Proc").c_str());
-    EXPECT_EQ(L"One", sections.GetNextSection());
-    EXPECT_EQ(L"Two", sections.GetNextSection());
-    EXPECT_EQ(L"", sections.GetNextSection());
-    EXPECT_EQ(L"", sections.GetNextSection());
+    for (const wchar_t* name : {L"One", L"Two", L"", L""}) EXPECT_EQ(name, sections.GetNextSection());
     EXPECT_EQ(L"Word Proc", EnumQLSections(nullptr, false).GetNextSection());
     EXPECT_EQ(L"", EnumQLSections(L"Word Proc", true).GetNextSection());
 }
