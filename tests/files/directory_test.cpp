@@ -68,8 +68,8 @@ TEST_F(Directories, AreWalkedWholeWhenTheyAreLarge) {
     Names expected;
     for (int i = 0; i < 10'000; ++i) expected.insert(L"entry " + std::to_wstring(i) + L".txt");
     EXPECT_EQ(expected, Walk(L"*.txt"));
-    DeleteDirAndContents(folder_.path().c_str());
-    EXPECT_FALSE(std::filesystem::exists(folder_.path()));
+    Delete(L"");
+    EXPECT_FALSE(Exists(L""));
 }
 
 TEST_F(Directories, EndTheirWalkWhenTheyAreRemovedMeanwhile) {
@@ -80,9 +80,7 @@ TEST_F(Directories, EndTheirWalkWhenTheyAreRemovedMeanwhile) {
     ASSERT_TRUE(walk.First(Pattern(L"sub\\*"), &entry));
     std::error_code ignored;  // the system may keep a directory until its walk ends
     std::filesystem::remove_all(folder_ / L"sub", ignored);
-    int more = 0;
-    while (walk.Next(&entry)) ++more;
-    EXPECT_LE(more, 25);
+    for (int more = 0; walk.Next(&entry); ++more) ASSERT_LT(more, 25);
     std::filesystem::remove_all(folder_ / L"sub");
     EXPECT_FALSE(walk.First(Pattern(L"sub\\*"), &entry));
 }
@@ -101,11 +99,11 @@ TEST_F(Directories, AFileInUseKeepsItsDirectory) {
     Make({}, {L"a", L"b"});
     {
         const OtherProcess holder(folder_ / L"a", L"3");
-        DeleteDirAndContents(folder_.path().c_str());
+        Delete(L"");
         EXPECT_TRUE(Exists(L"a") && !Exists(L"b"));
     }
-    DeleteDirAndContents(folder_.path().c_str());
-    EXPECT_FALSE(std::filesystem::exists(folder_.path()));
+    Delete(L"");
+    EXPECT_FALSE(Exists(L""));
 }
 
 TEST_F(Directories, TheCurrentOneIsLeftForTheTemporaryOne) {
