@@ -77,18 +77,11 @@ TEST(NamePatterns, HoldFoldersAndNamesApart) {
     const struct {
         const char *pattern, *name;
         bool here, below;
-    } cases[] = {
-        {"a.txt", "A.TXT", true, true},
-        {"a.txt", "sub/a.txt", false, true},
-        {"sub\\*.txt", "sub/a.txt", true, true},
-        {"sub/*.txt", "sub/deep/a.txt", false, true},
-        {"sub/*.txt", "other/sub/a.txt", false, false},
-        {"su*/a.txt", "sub/a.txt", false, false},
-        {"\u00c4*", "\u00e4b", true, true},
-        {"folder/", "folder/", true, true},
-        {"*", "folder/", true, true},
-        {"?.txt", "\u20ac.txt", true, true},
-    };
+    } cases[] = {{"a.txt", "A.TXT", true, true},           {"a.txt", "sub/a.txt", false, true},
+                 {"sub\\*.txt", "sub/a.txt", true, true},  {"sub/*.txt", "sub/deep/a.txt", false, true},
+                 {"su*/a.txt", "sub/a.txt", false, false}, {"sub/*.txt", "other/sub/a.txt", false, false},
+                 {"\u00c4*", "\u00e4b", true, true},       {"?.txt", "\u20ac.txt", true, true},
+                 {"folder/", "folder/", true, true},       {"*", "folder/", true, true}};
     for (const auto& c : cases) {
         EXPECT_EQ(NamePatterns({c.pattern}, false).Match(c.name), c.here) << c.pattern << ' ' << c.name;
         EXPECT_EQ(NamePatterns({c.pattern}, true).Match(c.name), c.below) << c.pattern << ' ' << c.name;
