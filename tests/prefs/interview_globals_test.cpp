@@ -80,8 +80,7 @@ TEST_F(InterviewGlobals, UnansweredFormatIsSetByThePreferencesText) {
 }
 
 TEST_F(InterviewGlobals, AThreadsOwnStoreHidesItsValuesFromOthers) {
-    const int id = CQlsSettings::CreateThreadSettings();
-    ASSERT_TRUE(CQlsSettings::AttachThreadSettings(id));
+    ASSERT_TRUE(CQlsSettings::AttachThreadSettings(CQlsSettings::CreateThreadSettings()));
     CQlGlobals::SetIsMonthFirst(false);
     CQlGlobals::SetUnansValDefFormat(Unanswered::Underscores);
     EXPECT_FALSE(CQlGlobals::IsMonthFirst());
@@ -91,8 +90,6 @@ TEST_F(InterviewGlobals, AThreadsOwnStoreHidesItsValuesFromOthers) {
     }).join();
     CQlGlobals::SetIsMonthFirst(true);
     EXPECT_TRUE(CQlGlobals::IsMonthFirst());
-    EXPECT_TRUE(CQlsSettings::DetachThreadSettings(id));
-    CQlsSettings::ReleaseThreadSettingsRef(id);
 }
 
 TEST(InterviewGlobalsWithoutStores, AreTheDefaults) {
@@ -101,10 +98,9 @@ TEST(InterviewGlobalsWithoutStores, AreTheDefaults) {
     CQlGlobals::SetUnansValDefFormat(Unanswered::Nothing);
     EXPECT_TRUE(CQlGlobals::IsMonthFirst());
     EXPECT_EQ(Unanswered::VariableStarred, CQlGlobals::GetUnansValDefFormat());
-    EXPECT_EQ(2147483647, CQlGlobals::GetMaxWhileCount());
-    EXPECT_EQ(2147483647, CQlGlobals::GetMaxRecursionDepth());
-    const CDate before;
-    CDate date(0UL);
+    EXPECT_TRUE(CQlGlobals::GetMaxWhileCount() == 2147483647 &&
+                CQlGlobals::GetMaxRecursionDepth() == 2147483647);
+    CDate before, date(0UL);
     CQlGlobals::GetLocalDate(&date);
     EXPECT_TRUE(before <= date && date <= CDate());
     CQlGlobals::GetLocalDate(nullptr);
