@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/files/other_process.h"
 #include "tests/logging/test_folder.h"
 #include "tests/settings/private_registry.h"
 
@@ -22,7 +21,6 @@ TEST(Machine, Is32BitExeComparesWideUnits) {
     EXPECT_EQ(0, is32Bit("\x40\0\0\0"s, "PE\0\0L\x1"s));
     EXPECT_EQ(0, is32Bit("\xff\xff\xff\xff"s, ""));
     EXPECT_EQ(0, is32Bit("\x40", ""));
-    EXPECT_EQ(0, Is32BitExe(ChildProgram().c_str())) << "a real program";
     EXPECT_EQ(0, Is32BitExe((folder / L"none.exe").c_str()));
     EXPECT_EQ(0, Is32BitExe(nullptr));
 }

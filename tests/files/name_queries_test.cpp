@@ -52,7 +52,6 @@ TEST_F(NameQueries, AccessIsForRootedLocalNames) {
 
 TEST_F(NameQueries, StatusTellsWhatCouldBeDone) {
     const std::wstring file = Put(L"a.txt");
-    EXPECT_EQ(QLFileName::StatusUnknown, Name(L"http://srv/a.txt").GetStatus());
     EXPECT_EQ(QLFileName::StatusCreatable, Name(folder_ / L"new.txt").GetStatus());
     EXPECT_FALSE(std::filesystem::exists(folder_ / L"new.txt"));
     EXPECT_EQ(QLFileName::StatusNotCreatable, Name(folder_ / L"none\\a.txt").GetStatus());
@@ -60,7 +59,6 @@ TEST_F(NameQueries, StatusTellsWhatCouldBeDone) {
     EXPECT_EQ("x", BytesOf(file));
     ::SetFileAttributesW(Put(L"read.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(QLFileName::StatusReadOnly, Name(folder_ / L"read.txt").GetStatus());
-    EXPECT_EQ(QLFileName::StatusInUse, Name(folder_.path().wstring()).GetStatus()) << "a folder";
     const OtherProcess reader(file, L"3");
     EXPECT_EQ(QLFileName::StatusInUse, Name(file).GetStatus()) << "held, if shared in every way";
     EXPECT_TRUE(Name(file).CanAccess(6));
@@ -196,9 +194,6 @@ TEST_F(TemporaryNames, AreFreeAndKeepFolderAndExtension) {
     second.SetTempFileName(true);
     EXPECT_NE(first, second);
     EXPECT_TRUE(first.Exists() && second.Exists());
-    QLFileName nowhere(L"C:\\nowhere at all\\x.txt");
-    nowhere.SetTempFileName(true);
-    EXPECT_TRUE(nowhere.GetFileName().isNull());
 }
 
 TEST(FitToWidth, TakesDirectoriesAwayUntilTheTextFits) {
