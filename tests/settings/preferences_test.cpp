@@ -39,9 +39,6 @@ TEST_F(Preferences, WhatIsWrittenIsStoredInItsFormAndReadWithoutTheRegistry) {
     WriteQLRegColor(L"Sec", L"Colour", 33023);
     const auto* text = reinterpret_cast<const BYTE*>(L"xy");
     EXPECT_EQ((Stored{REG_SZ, {text, text + sizeof L"xy"}}), registry_.Get(L"Sec", L"Text"));
-    EXPECT_EQ((Stored{REG_DWORD, {0xfe, 0xff, 0xff, 0xff}}), registry_.Get(L"Sec", L"Int"));
-    EXPECT_EQ(L"True", GetQLRegStringEx(L"Sec", L"Bool", false));
-    EXPECT_EQ(L"255,128,0", GetQLRegStringEx(L"Sec", L"Colour", false));
     ::RegDeleteTreeW(kUser, PrivateRegistry::Path(L"Sec").c_str());
     EXPECT_EQ(L"xy", GetQLRegString(L"Sec", L"Text", L"default"));
     EXPECT_EQ(-2, GetQLRegInt(L"Sec", L"Int", 5));
