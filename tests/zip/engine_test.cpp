@@ -277,10 +277,11 @@ TEST_F(Engine, ListsMembers) {
         EXPECT_EQ(Dunzip(command), 25) << index;
     }
     // What ANSI does not have is listed as a wild card, which finds the member.
-    command = UnzipCommand(UNZIP_COUNT_MATCHING, "\"sub/long name \x80?.html\"");
-    command.recurseFlag = 0;
-    EXPECT_EQ(Dunzip(command), 0);
-    EXPECT_EQ(command.returnCount, 1);
+    for (const char* pattern : {"\"sub/long name \x80?.html\"", "a.txt"}) {
+        command = With(UnzipCommand(UNZIP_COUNT_MATCHING, pattern), &UNZIPCMDSTRUCT::recurseFlag, 0);
+        EXPECT_EQ(Dunzip(command), 0);
+        EXPECT_EQ(command.returnCount, 1) << pattern;
+    }
     command = UnzipCommand(UNZIP_NEXT_MATCHING, "A.TXT");
     for (const int index : {0, 3}) {
         EXPECT_EQ(Dunzip(command), 0);
