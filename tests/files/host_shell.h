@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tests/files/other_process.h"
+#include "tests/files/start_process.h"
 
 // Runs a command of the shell of the system below Wine in a folder: for links, which Wine does not make, and for
 // thousands of files, which take it minutes. False on Windows, which needs none of that.

@@ -6,21 +6,12 @@
 #include <string>
 
 #include "platform/unique_handle.h"
+#include "tests/files/start_process.h"
 
 inline std::wstring ChildProgram() {
     wchar_t path[MAX_PATH];
     ::GetModuleFileNameW(nullptr, path, MAX_PATH);
     return (std::filesystem::path(path).parent_path() / "files_child.exe").wstring();
-}
-
-// None when it cannot be started.
-inline ql::UniqueKernelHandle StartProcess(std::wstring line) {
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process = {};
-    ::CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
-    const ql::UniqueKernelHandle thread(process.hThread);
-    return ql::UniqueKernelHandle(process.hProcess);
 }
 
 // Another process that holds a file for the life of the object; see files_child.cpp for the ways of sharing.
