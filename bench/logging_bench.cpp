@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "logging/log_line.h"
@@ -199,7 +200,9 @@ void RollingFile(benchmark::State& state) {
 class Gate : public ILogOutput {
   public:
     explicit Gate(HANDLE open) : open_(open) {}
-    void Write(QLLogLevel, const wchar_t*) override { ::WaitForSingleObject(open_, INFINITE); }
+    void Write(QLLogLevel, const wchar_t*) override {
+        if (open_) ::WaitForSingleObject(std::exchange(open_, nullptr), INFINITE);
+    }
     void Flush() override {}
     void Close() override {}
 
