@@ -22,6 +22,7 @@ constexpr DWORD kNapMilliseconds = 10;
 
 struct LoggerState {  // NOLINT(clang-analyzer-optin.performance.Padding): on purpose
     ql::LogQueue queue;
+    ql::CriticalSection starting;  // the writer waits in it for its starter
     ql::LineMemory memory;
     ql::OutputLists outputs;
     std::atomic<HANDLE> thread = nullptr;
@@ -144,7 +145,7 @@ void QLLogger::AddOutput(QLLogLevel level, std::shared_ptr<ILogOutput> output) {
 }
 
 void QLLogger::StartWriter() noexcept {
-    const ql::CriticalSectionGuard guard(g_log.queue.lock());
+    const ql::CriticalSectionGuard guard(g_log.starting);
     if (g_log.thread) return;
     ql::UniqueKernelHandle wake(::CreateEventW(nullptr, FALSE, FALSE, nullptr));
     if (!wake) return;
@@ -220,7 +221,7 @@ void QLLogger::PushEvent(std::shared_ptr<LogMessage> message) noexcept {
 }
 
 std::uint32_t QLLogger::LoggerThreadProc(void*) {
-    { const ql::CriticalSectionGuard startedByNow(g_log.queue.lock()); }
+    { const ql::CriticalSectionGuard startedByNow(g_log.starting); }
     for (;;) {
         if (!HandleNextAsWriter()) Rest();
     }
@@ -299,7 +300,7 @@ void QLLogger::CloseLog(const std::shared_ptr<LogMessage>&) {
 void QLLogger::Drain() noexcept {
     g_log.ending = true;
     if (!OnWriterThread()) WaitForStandstill();
-    g_log.queue.DropTornTake();
-    while (g_log.queue.InHand() || g_log.queue.TakeAbandoned()) HandleInHand();
+    g_log.queue.FinishTake();
+    while (g_log.queue.InHand() || g_log.queue.Take()) HandleInHand();
     CloseLog(nullptr);
 }

@@ -69,7 +69,8 @@ class QL_API LogMessage {
 
     MessageType type_;
     unsigned delivered_ = 0;  // outputs that have had it
-    std::atomic<LogMessage*> next_ = nullptr;
+    std::atomic<LogMessage*> older_ = nullptr;
+    std::atomic<LogMessage*> newer_ = nullptr;
     std::shared_ptr<LogMessage> self_;  // the queue's own reference
 };
 
