@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "bench/zip_files.h"
+#include "bench/zip_rows.h"
 #include "platform/win32.h"
 #include "zip/engine/unzip_command.h"
 #include "zip/engine/zip_command.h"
@@ -189,21 +190,6 @@ void BareExtracts(const Tree& tree, const std::vector<Buffer>& packed, bool toDi
         inflater.Unpack(packed[i], plain);
         if (toDisk) WriteWhole(tree.Out(tree.files[i]), plain.data(), plain.size());
     }
-}
-
-void Register(const std::string& name, const std::function<void()>& before,
-              const std::function<void()>& work) {
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [=](benchmark::State& state) {
-                                     for (auto _ : state) {
-                                         state.PauseTiming();
-                                         before();
-                                         state.ResumeTiming();
-                                         work();
-                                     }
-                                 })
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime();
 }
 
 void PrintPeak(const std::string& when) {

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "bench/zip_files.h"
+#include "bench/zip_rows.h"
 #include "zip/engine/archive.h"
 #include "zip/engine/archive_writer.h"
 #include "zip/engine/entry_reader.h"
@@ -184,21 +185,6 @@ void MinizipExtracts(const Tree& tree) {
         Check(unzCloseCurrentFile(archive) == UNZ_OK, "unzCloseCurrentFile");
     }
     unzClose(archive);
-}
-
-void Register(const std::string& name, const std::function<void()>& before,
-              const std::function<void()>& work) {
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [=](benchmark::State& state) {
-                                     for (auto _ : state) {
-                                         state.PauseTiming();
-                                         before();
-                                         state.ResumeTiming();
-                                         work();
-                                     }
-                                 })
-        ->Unit(benchmark::kMillisecond)
-        ->UseRealTime();
 }
 
 void RegisterTree(const Tree& tree) {
