@@ -15,7 +15,7 @@ namespace ql {
 // The system may end a thread between any two stores below when the process ends, and the thread that ends
 // the process then goes on from what it finds. So no store but the last of a change makes a message
 // unreachable.
-class LogQueue {
+class LogQueue {  // NOLINT(clang-analyzer-optin.performance.Padding): on purpose
   public:
     // Whether the writer sleeps and is to be woken.
     bool Push(std::shared_ptr<LogMessage> message) noexcept {
