@@ -164,6 +164,23 @@ TEST(Archive, TwoEndsAreOneTooMany) {
     EXPECT_EQ(Open(inComment), Result::kInvalid);
 }
 
+// The record of an end whose comment is all that follows, in the contents of the first of two members.
+TEST(Archive, AnEndInContentsIsNoneUnlessItFollowsADirectory) {
+    std::string content = std::string("PK\1\2") + "PK\5\6" + std::string(18, '\1');
+    const auto written = [&] { return Written({{"a", content}, {"b", "z"}}, ""); };
+    const Bytes bytes = written();
+    const auto start = std::search(bytes.begin(), bytes.end(), content.begin(), content.end());
+    const std::ptrdiff_t comment = bytes.end() - start - 26;
+    content[24] = static_cast<char>(comment & 0xFF);
+    content[25] = static_cast<char>(comment >> 8);
+    for (const char* size : {"\1\1\1\1", "\0\0\0\0", "\3\0\0\0", "\xFF\xFF\xFF\xFF"}) {
+        content.replace(16, 4, size, 4);
+        EXPECT_EQ(ReadMember(written(), 0), content);
+    }
+    content.replace(16, 4, "\4\0\0\0", 4);
+    EXPECT_EQ(Open(written()), Result::kInvalid);
+}
+
 TEST(Archive, StandsBehindAnotherFile) {
     Bytes bytes = Sample();
     bytes.insert(bytes.begin(), 1000, 'P');

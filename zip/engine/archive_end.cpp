@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 #include "zip/engine/format.h"
 #include "zip/engine/result.h"
@@ -22,17 +23,40 @@ bool StartsAsArchive(InputFile& file) {
     return file.ReadAt(0, start, 4) == 4 && Get32(start) == kLocalSignature;
 }
 
-// Two records whose comments both reach the end of the file: programs would not agree on what the archive
-// holds.
-std::size_t FindEndRecord(InputFile& file, const Bytes& tail) {
-    std::optional<std::size_t> found;
-    for (std::size_t i = 0; i + kEndSize <= tail.size(); ++i) {
-        if (!IsEndRecord(tail, i)) continue;
-        Require(!found, Result::kInvalid);
-        found = i;
+// The last bytes of the file, as far as its end record may begin.
+struct Tail {
+    Bytes bytes;
+    std::uint64_t start;
+};
+
+// By the record alone.
+std::uint64_t DirectorySize(const Tail& tail, std::size_t end) {
+    return Get32(&tail.bytes[end + 12]);
+}
+
+// Whether what an end follows is before it: a directory, or the locator of the record that knows of one.
+bool FollowsDirectory(InputFile& file, const Tail& tail, std::size_t end) {
+    const std::uint64_t size = DirectorySize(tail, end), place = tail.start + end;
+    const std::uint64_t back = size == kIn64 ? kLocator64Size : size;
+    const std::uint32_t signature = size == kIn64 ? kLocator64Signature : kRecordSignature;
+    return back >= 4 && back <= place && Get32(ReadBytes(file, place - back, 4).data()) == signature;
+}
+
+// Records whose comments reach the end of the file as well: programs would not agree on what the archive holds, unless
+// all but the last are contents of members that look like one.
+std::size_t FindEndRecord(InputFile& file, const Tail& tail) {
+    std::vector<std::size_t> found;
+    for (std::size_t i = 0; i + kEndSize <= tail.bytes.size(); ++i) {
+        if (IsEndRecord(tail.bytes, i)) found.push_back(i);
     }
-    if (!found) throw Failure{StartsAsArchive(file) ? Result::kTruncated : Result::kInvalid};
-    return *found;
+    if (found.empty()) throw Failure{StartsAsArchive(file) ? Result::kTruncated : Result::kInvalid};
+    const std::size_t last = found.back();
+    found.pop_back();
+    for (const std::size_t other : found) {
+        const bool isBefore = other + kEndSize + DirectorySize(tail, last) <= last;
+        Require(isBefore && !FollowsDirectory(file, tail, other), Result::kInvalid);
+    }
+    return last;
 }
 
 EndFields ParseEnd(const std::uint8_t* at) {
@@ -81,11 +105,11 @@ ArchiveEnd ReadArchiveEnd(InputFile& file) {
     const std::uint64_t size = file.Size();
     const std::size_t tailSize =
         static_cast<std::size_t>(std::min<std::uint64_t>(size, kEndSize + kMaxComment));
-    const Bytes tail = ReadBytes(file, size - tailSize, tailSize);
+    const Tail tail = {ReadBytes(file, size - tailSize, tailSize), size - tailSize};
     const std::size_t at = FindEndRecord(file, tail);
-    const std::uint64_t end = size - tailSize + at;
+    const std::uint64_t end = tail.start + at;
 
-    EndFields fields = ParseEnd(&tail[at]);
+    EndFields fields = ParseEnd(&tail.bytes[at]);
     std::uint64_t directoryEnd = end;
     if (const auto end64 = FindEnd64(file, end)) {
         const EndFields wide = ReadEnd64(file, *end64, end - kLocator64Size);
@@ -98,7 +122,7 @@ ArchiveEnd ReadArchiveEnd(InputFile& file) {
     Require(fields.size <= directoryEnd && fields.offset <= directoryEnd - fields.size, Result::kTruncated);
     const std::uint64_t start = directoryEnd - fields.size;
     return {fields.count, start, fields.size, start - fields.offset,
-            std::string(tail.begin() + static_cast<std::ptrdiff_t>(at + kEndSize), tail.end())};
+            std::string(tail.bytes.begin() + static_cast<std::ptrdiff_t>(at + kEndSize), tail.bytes.end())};
 }
 
 }  // namespace ql::zip
