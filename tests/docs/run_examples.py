@@ -14,6 +14,9 @@ import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(ROOT / "tests"))
+from results import report  # noqa: E402: the path comes first
+
 WINE = ROOT / "scripts" / "wine"
 SECONDS = 60
 # Pages about no interface of their own.
@@ -75,12 +78,7 @@ def main():
         failed += bool(fault)
         if fault:
             print(f"docs/{page.name} {fault}")
-    print(f"{len(pages) - failed} passed, {failed} failed")
-    if len(sys.argv) > 2:
-        results = pathlib.Path(sys.argv[2])
-        results.parent.mkdir(parents=True, exist_ok=True)
-        results.write_text(f'<testsuites tests="{len(pages)}" failures="{failed}"/>\n')
-    return 1 if failed or not pages else 0
+    return report(len(pages) - failed, failed, *sys.argv[2:])
 
 
 if __name__ == "__main__":

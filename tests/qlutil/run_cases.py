@@ -22,6 +22,9 @@ import subprocess
 import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parent))
+from results import report  # noqa: E402: the path comes first
+
 WINE = HERE.parent.parent / "scripts" / "wine"
 SECONDS = 60
 
@@ -92,12 +95,7 @@ def main():
             passed, failed = passed + (not fault), failed + bool(fault)
             if fault:
                 print(f"{case.where}: qlutil {case.call}\n{fault}")
-    print(f"{passed} passed, {failed} failed")
-    if len(sys.argv) > 2:
-        results = pathlib.Path(sys.argv[2])
-        results.parent.mkdir(parents=True, exist_ok=True)
-        results.write_text(f'<testsuites tests="{passed + failed}" failures="{failed}"/>\n')
-    return 1 if failed or not passed else 0
+    return report(passed, failed, *sys.argv[2:])
 
 
 if __name__ == "__main__":
