@@ -9,7 +9,7 @@
 #include "files/directory_iterator.h"
 #include "files/file_copy.h"
 #include "platform/unique_handle.h"
-#include "tests/files/host_shell.h"
+#include "tests/support/host_shell.h"
 
 #include <fcntl.h>
 #include <io.h>

@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "settings/json.h"
+#include "json/json.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "files/names/file_name.h"
-#include "files/names/file_type.h"
+#include "names/file_name.h"
+#include "names/file_type.h"
 
 namespace {
 

@@ -12,9 +12,9 @@
 
 #include "bench/zip_files.h"
 #include "bench/zip_rows.h"
+#include "engine/unzip_command.h"
+#include "engine/zip_command.h"
 #include "platform/win32.h"
-#include "zip/engine/unzip_command.h"
-#include "zip/engine/zip_command.h"
 
 #include <psapi.h>
 

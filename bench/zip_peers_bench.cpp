@@ -15,10 +15,10 @@
 
 #include "bench/zip_files.h"
 #include "bench/zip_rows.h"
-#include "zip/engine/archive.h"
-#include "zip/engine/archive_writer.h"
-#include "zip/engine/entry_reader.h"
-#include "zip/engine/result.h"
+#include "engine/archive.h"
+#include "engine/archive_writer.h"
+#include "engine/entry_reader.h"
+#include "engine/result.h"
 
 namespace {
 

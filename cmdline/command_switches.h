@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "platform/export.h"
 #include "rw/wide_string.h"
 
 // What may be said on a command line of one program, and what a line says. Every switch is declared first,
@@ -26,9 +25,12 @@ enum SwitchKind : int {
 };
 
 // One declared switch and what was said of it.
-class QL_API CCommandSwitch {
+class CCommandSwitch {
   public:
     CCommandSwitch(std::wstring_view name, SwitchKind kind);  // blanks around the name are dropped
+    virtual ~CCommandSwitch() = default;
+    CCommandSwitch(const CCommandSwitch&) = default;
+    CCommandSwitch& operator=(const CCommandSwitch&) = default;
 
     // Whether the token begins with the name, after one prefix character ("/" or "-") if it has one; if so,
     // its presence or value is remembered. The value is what follows the first equals sign, without one quote
@@ -49,8 +51,11 @@ class QL_API CCommandSwitch {
     bool present_ = false;
 };
 
-class QL_API CCommandSwitches {
+class CCommandSwitches {
   public:
+    CCommandSwitches() = default;
+    virtual ~CCommandSwitches() = default;
+
     // Blanks around the name are dropped, here alone. Of two declarations of one name, the first stays.
     void DeclareSwitch(const wchar_t* name, SwitchKind kind);
 

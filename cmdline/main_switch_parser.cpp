@@ -2,7 +2,7 @@
 
 #include "cmdline/command_switches.h"
 #include "cmdline/switch_values.h"
-#include "files/names/file_type.h"
+#include "names/file_type.h"
 #include "prefs/directories.h"
 
 // One row a switch, in the order in which they are applied: a later one overrides an earlier one.

@@ -4,7 +4,7 @@
 #include <bitset>
 #include <optional>
 
-#include "files/names/cmd_line.h"
+#include "names/cmd_line.h"
 #include "platform/export.h"
 #include "rw/wide_string.h"
 #include "text/string_table.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/names/file_name.h"
+#include "names/file_name.h"
 #include "rw/wide_string.h"
 
 // What the programs' parsers make of switch values alike.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/names/file_name.h"
+#include "names/file_name.h"
 #include "platform/export.h"
 
 // Copies a file to its first-level backup before it is overwritten, and the former first-level backup to the

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "files/names/file_name.h"
+#include "names/file_name.h"
 #include "platform/export.h"
 
 // Walks the entries of a directory that match a pattern such as C:\Files\*.qft. The entries "." and ".." are
@@ -10,7 +10,7 @@
 // the directory meanwhile may be missed or seen. Moves, and is not copied. Use one object from one thread at a
 // time.
 //
-// Kept on purpose: entries are read as file names are (files/names/file_name.h), so that references of the form
+// Kept on purpose: entries are read as file names are (names/file_name.h), so that references of the form
 // %NAME% in them are expanded and what follows a "#" behind the last dot becomes a tail.
 class QL_API CDirectoryIterator {
   public:

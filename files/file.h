@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/names/file_name.h"
+#include "names/file_name.h"
 #include "platform/export.h"
 
 // Open flags, combinable.

@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <optional>
 
-#include "files/names/file_name.h"
 #include "files/open_flags.h"
 #include "files/path_fitting.h"
+#include "names/file_name.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "files/file.h"
-#include "files/names/file_name.h"
+#include "names/file_name.h"
 #include "platform/export.h"
 
 constexpr unsigned short OPEN_CREATE_MISSING = 32;  // for CFileStreamBuf, beside the flags of files/file.h

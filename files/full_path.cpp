@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "files/names/file_type.h"
+#include "names/file_type.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"

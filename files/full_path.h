@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/names/cmd_line.h"
+#include "names/cmd_line.h"
 #include "platform/export.h"
 #include "rw/wide_string.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/names/cmd_line.h"
+#include "names/cmd_line.h"
 #include "platform/export.h"
 
 // Starts the program of a command line in a window of the given show state (SW_SHOW...), and waits, without a

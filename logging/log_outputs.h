@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "files/names/file_name.h"
 #include "logging/logger.h"
+#include "names/file_name.h"
 #include "platform/export.h"
 
 namespace QLLoggerOutputs {

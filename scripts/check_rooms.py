@@ -9,39 +9,20 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
-# A room includes from itself and from these. A longer name is a room of its own; one like "settings/json" stands for the
-# files of that stem.
-BASE = ["platform", "rw"]
-TEXT = BASE + ["text"]
-SETTINGS = TEXT + ["settings", "settings/json"]
-PREFS = SETTINGS + ["files/names", "values", "prefs"]
-BELOW = {
-    "platform": [],
-    "rw": ["platform"],
-    "text": BASE,
-    "values": BASE,
-    "files/names": TEXT,
-    "settings/json": TEXT,
-    "cmdline/command_switches": TEXT,
-    "settings": SETTINGS,
-    "logging": TEXT + ["files/names"],
-    "prefs": PREFS,
-    "textproc": PREFS,
-    "files": PREFS + ["textproc"],
-    "cmdline": PREFS + ["textproc", "files", "cmdline/command_switches"],
-    "shell": PREFS + ["shell"],
-    "zip/zip_records": [],
-    "zip/engine": ["platform", "zip/zip_records"],
-    "zip": PREFS + ["zip/zip_records"],
-}
+FLOORS = [line.split() for line in (ROOT / "cmake" / "floors.txt").read_text().splitlines() if line[:1].isalpha()]
+FLOOR_OF = {room: floor for floor, rooms in enumerate(FLOORS) for room in rooms}
+TOOL = "tools/qlutil"
 SYSTEM_DOOR = "platform/win32.h"
 SYSTEM_HEADERS = {"windows.h", "winreg.h", "winbase.h", "winuser.h", "shlobj.h", "shellapi.h", "winnls.h", "windef.h"}
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
 def room_of(path):
-    names = [room for room in BELOW if path.startswith(room) and path[len(room)] in "/._"]
-    return max(names, key=len, default=None)
+    return path.split("/")[0] if path.split("/")[0] in FLOOR_OF else None
+
+
+def may_include(room, target):
+    return target == room or FLOOR_OF[target] < FLOOR_OF[room]
 
 
 def public_headers():
@@ -55,6 +36,12 @@ def public_headers():
     return headers
 
 
+def own_headers():
+    """Headers of the sources that the tool builds into itself, because the library does not export what they hold."""
+    listing = (ROOT / TOOL / "CMakeLists.txt").read_text()
+    return {source.replace(".cpp", ".h") for source in re.findall(r"\$\{PROJECT_SOURCE_DIR\}/(\S+\.cpp)", listing)}
+
+
 def includes(path):
     for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
         found = INCLUDE.match(line)
@@ -62,9 +49,9 @@ def includes(path):
             yield number, found.group(1) == "<", found.group(2)
 
 
-def faults_of(name, path, public):
+def faults_of(name, path, public, for_tool):
     room = room_of(name)
-    tool = name.startswith("tools/qlutil/")
+    tool = name.startswith(TOOL + "/")
     for number, is_system, header in includes(path):
         where = f"{name}:{number}"
         if is_system:
@@ -72,9 +59,9 @@ def faults_of(name, path, public):
                 yield f"{where}: <{header}> comes in through {SYSTEM_DOOR} alone"
             continue
         target = room_of(header)
-        if room and target not in [room, *BELOW[room]]:
+        if room and target and not may_include(room, target):
             yield f"{where}: {room} may not include {header}"
-        if tool and not header.startswith("tools/qlutil/") and header not in public:
+        if tool and not header.startswith(TOOL + "/") and header not in for_tool:
             yield f"{where}: {header} is not public"
         if name in public and header not in public:
             yield f"{where}: a public header includes {header}, which is not installed"
@@ -84,11 +71,12 @@ def faults_of(name, path, public):
 
 def main():
     public = public_headers()
+    for_tool = public | own_headers()
     faults = []
     for path in sorted(ROOT.rglob("*")):
         name = path.relative_to(ROOT).as_posix()
-        if path.suffix in (".h", ".cpp") and (room_of(name) or name.startswith("tools/")):
-            faults.extend(faults_of(name, path, public))
+        if path.suffix in (".h", ".cpp") and (room_of(name) or name.startswith(TOOL)):
+            faults.extend(faults_of(name, path, public, for_tool))
     faults.extend(f"{name}: public but missing" for name in sorted(public) if not (ROOT / name).exists())
     print("\n".join(faults), end="\n" if faults else "")
     return 1 if faults else 0

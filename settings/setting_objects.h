@@ -5,9 +5,9 @@
 #include <typeinfo>
 #include <utility>
 
+#include "json/json.h"
 #include "rw/collectable.h"
 #include "rw/text_hash.h"
-#include "settings/json.h"
 #include "settings/registry.h"
 
 // What the dictionary of a settings store holds: keys and typed values. Internal to the room.

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <optional>
 
+#include "json/json.h"
 #include "platform/critical_section.h"
 #include "settings/failure.h"
-#include "settings/json.h"
 #include "settings/settings_dictionary.h"
 #include "text/blanks.h"
 

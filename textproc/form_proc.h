@@ -1,7 +1,7 @@
 #pragma once
 
-#include "files/names/file_name.h"
-#include "files/names/file_type.h"
+#include "names/file_name.h"
+#include "names/file_type.h"
 #include "platform/export.h"
 #include "rw/wide_string.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "files/names/file_type.h"
+#include "names/file_type.h"
 #include "platform/export.h"
 #include "rw/wide_string.h"
 

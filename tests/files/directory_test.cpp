@@ -4,9 +4,9 @@
 
 #include <set>
 
-#include "tests/files/host_shell.h"
-#include "tests/files/other_process.h"
-#include "tests/logging/test_folder.h"
+#include "tests/support/host_shell.h"
+#include "tests/support/other_process.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 

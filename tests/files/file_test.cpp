@@ -10,8 +10,8 @@
 #include "files/file_stream_buf.h"
 #include "rw/file.h"
 #include "rw/virtual_streams.h"
-#include "tests/files/other_process.h"
-#include "tests/logging/test_folder.h"
+#include "tests/support/other_process.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 

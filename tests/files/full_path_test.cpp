@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
 
 namespace {
 

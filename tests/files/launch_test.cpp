@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/files/other_process.h"
-#include "tests/logging/test_folder.h"
+#include "tests/support/other_process.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 

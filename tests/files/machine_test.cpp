@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/logging/test_folder.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 
 #include "files/directory_iterator.h"
 #include "files/file_copy.h"
-#include "files/names/file_name.h"
+#include "names/file_name.h"
 #include "settings/preferences.h"
-#include "tests/files/other_process.h"
-#include "tests/logging/test_folder.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/other_process.h"
+#include "tests/support/private_registry.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Takes command lines apart, puts them together and takes those apart again: an ordinary one must stand still. Then
 // the same text as an open command of the registry. Each line of the input is a text.
-#include "files/names/cmd_line.h"
+#include "names/cmd_line.h"
 #include "tests/fuzz/fuzz.h"
 #include "textproc/form_proc_program.h"
 

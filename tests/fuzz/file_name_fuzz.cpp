@@ -1,7 +1,7 @@
 // Takes a text apart, puts it together and takes that apart again: an ordinary name must stand still from
 // then on, and whatever the text is, the name must be whole. Each line of the input is a text.
-#include "files/names/file_name.h"
-#include "files/names/file_type.h"
+#include "names/file_name.h"
+#include "names/file_type.h"
 #include "tests/fuzz/fuzz.h"
 
 namespace {

@@ -2,8 +2,8 @@
 // writer, and the diagnosis finds a fault exactly where the parser refuses.
 #include <vector>
 
-#include "settings/json.h"
-#include "settings/json_diagnosis.h"
+#include "json/diagnosis.h"
+#include "json/json.h"
 #include "tests/fuzz/fuzz.h"
 
 namespace {

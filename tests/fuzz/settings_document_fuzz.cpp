@@ -4,7 +4,7 @@
 #include <map>
 #include <memory>
 
-#include "settings/json.h"
+#include "json/json.h"
 #include "settings/settings_store.h"
 #include "tests/fuzz/fuzz.h"
 

@@ -1,9 +1,9 @@
 // Reads any bytes as an archive. What opens must keep its promises: members apart from each other, nothing
 // more than the told size, safe names below their folder; and it can be written anew and read again.
+#include "engine/entry_name.h"
+#include "engine/result.h"
 #include "tests/fuzz/fuzz.h"
 #include "tests/zip/members.h"
-#include "zip/engine/entry_name.h"
-#include "zip/engine/result.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "json/json.h"
 #include "platform/win32.h"
-#include "settings/json.h"
 
 namespace {
 

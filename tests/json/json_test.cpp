@@ -1,4 +1,4 @@
-#include "settings/json.h"
+#include "json/json.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "settings/json_diagnosis.h"
+#include "json/diagnosis.h"
 
 using JSON::Parse;
 using JSON::Value;

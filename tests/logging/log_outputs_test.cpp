@@ -8,7 +8,7 @@
 #include "logging/os_description.h"
 #include "platform/bstr.h"
 #include "platform/unique_handle.h"
-#include "tests/logging/test_folder.h"
+#include "tests/support/test_folder.h"
 
 using QLLoggerOutputs::FileOutput;
 using QLLoggerOutputs::RollingFileOutput;

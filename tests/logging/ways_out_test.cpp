@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "platform/unique_handle.h"
-#include "tests/logging/test_folder.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "files/names/cmd_line.h"
+#include "names/cmd_line.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "files/names/file_name.h"
+#include "names/file_name.h"
 
 #include <gtest/gtest.h>
 

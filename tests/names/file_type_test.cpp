@@ -1,4 +1,4 @@
-#include "files/names/file_type.h"
+#include "names/file_type.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <cwctype>
 
 #include "settings/preferences.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "settings/settings_store.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
 #include "values/date.h"
 
 namespace {

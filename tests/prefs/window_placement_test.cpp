@@ -9,7 +9,7 @@
 #include "platform/win32.h"
 #include "prefs/fit_rect.h"
 #include "settings/preferences.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
 
 bool operator==(const RECT& a, const RECT& b) {
     return ::EqualRect(&a, &b);

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/logging/test_folder.h"
+#include "tests/support/test_folder.h"
 
 using namespace std::string_literals;
 

@@ -10,7 +10,7 @@
 #include "rw/hash_dictionary.h"
 #include "rw/ordered.h"
 #include "rw/virtual_streams.h"
-#include "tests/logging/test_folder.h"
+#include "tests/support/test_folder.h"
 
 using namespace std::string_literals;
 

@@ -5,7 +5,7 @@
 #include "settings/registry.h"
 #include "settings/settings_store.h"
 #include "settings/thread_slots.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
 
 namespace {
 

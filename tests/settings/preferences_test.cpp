@@ -11,7 +11,7 @@
 #include "settings/lifetime.h"
 #include "settings/preference_keys.h"
 #include "settings/registry.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
 
 namespace {
 

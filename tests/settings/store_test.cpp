@@ -4,7 +4,7 @@
 
 #include "settings/registry.h"
 #include "settings/settings_store.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
 
 namespace {
 

@@ -14,8 +14,8 @@
 
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
-#include "tests/logging/test_folder.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
+#include "tests/support/test_folder.h"
 
 namespace {
 

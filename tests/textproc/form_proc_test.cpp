@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "settings/preferences.h"
-#include "tests/settings/private_registry.h"
+#include "tests/support/private_registry.h"
 #include "textproc/form_proc_program.h"
 #include "textproc/odma.h"
 

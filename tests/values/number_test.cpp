@@ -8,7 +8,7 @@
 
 #include "rw/file.h"
 #include "rw/virtual_streams.h"
-#include "tests/logging/test_folder.h"
+#include "tests/support/test_folder.h"
 #include "values/date.h"
 
 TEST(Number, NullSpreadsAndComparesFalseWithEverything) {

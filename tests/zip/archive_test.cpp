@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "engine/format.h"
+#include "engine/result.h"
 #include "tests/zip/members.h"
-#include "zip/engine/format.h"
-#include "zip/engine/result.h"
 
 namespace {
 

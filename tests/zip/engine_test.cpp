@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/logging/test_folder.h"
+#include "engine/windows_files.h"
+#include "tests/support/test_folder.h"
 #include "tests/zip/engine_calls.h"
 #include "tests/zip/members.h"
-#include "zip/engine/windows_files.h"
 
 namespace {
 

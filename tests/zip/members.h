@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "zip/engine/archive.h"
-#include "zip/engine/archive_writer.h"
-#include "zip/engine/dos_time.h"
-#include "zip/engine/entry_reader.h"
+#include "engine/archive.h"
+#include "engine/archive_writer.h"
+#include "engine/dos_time.h"
+#include "engine/entry_reader.h"
 
 // What tests and fuzzers of archives share.
 namespace ql::zip {

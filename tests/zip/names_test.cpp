@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "zip/engine/dos_time.h"
-#include "zip/engine/entry_name.h"
-#include "zip/engine/item_list.h"
-#include "zip/engine/name_encoding.h"
+#include "engine/dos_time.h"
+#include "engine/entry_name.h"
+#include "engine/item_list.h"
+#include "engine/name_encoding.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "settings/json.h"
+#include "json/json.h"
 #include "tools/qlutil/utf8.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "tools/qlutil/bad_document.h"
 
-#include "settings/json_diagnosis.h"
+#include "json/diagnosis.h"
 
 std::wstring DescribeBadDocument(std::wstring_view file, std::wstring_view text) {
     const auto fault = JSON::Diagnose(text);

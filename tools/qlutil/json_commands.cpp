@@ -1,5 +1,5 @@
-#include "settings/json.h"
-#include "settings/json_diagnosis.h"
+#include "json/diagnosis.h"
+#include "json/json.h"
 #include "tools/qlutil/bad_document.h"
 #include "tools/qlutil/command.h"
 #include "tools/qlutil/text_file.h"

@@ -1,5 +1,5 @@
-#include "files/names/file_name.h"
-#include "files/names/file_type.h"
+#include "names/file_name.h"
+#include "names/file_type.h"
 #include "tools/qlutil/command.h"
 
 namespace {

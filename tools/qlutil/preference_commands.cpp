@@ -2,7 +2,7 @@
 #include <functional>
 #include <limits>
 
-#include "settings/json.h"
+#include "json/json.h"
 #include "settings/preferences.h"
 #include "settings/registry.h"
 #include "settings/settings_store.h"

@@ -5,9 +5,9 @@
 #include <system_error>
 #include <thread>
 
-#include "files/names/file_name.h"
 #include "logging/log_line.h"
 #include "logging/log_outputs.h"
+#include "names/file_name.h"
 #include "prefs/directories.h"
 #include "settings/preferences.h"
 #include "settings/settings_store.h"

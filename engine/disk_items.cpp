@@ -1,0 +1,141 @@
+#include "engine/disk_items.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "engine/entry_name.h"
+#include "engine/item_list.h"
+#include "engine/name_encoding.h"
+#include "engine/windows_files.h"
+#include "engine/windows_text.h"
+
+namespace ql::zip {
+namespace {
+
+constexpr DWORD kHiddenOrSystem = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+constexpr DWORD kKeptAttributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                                  FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_ARCHIVE;
+
+bool IsFolder(const WIN32_FIND_DATAW& found) {
+    return found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+}
+
+// Without drive, root, "." and "..".
+std::string NameInArchive(const std::wstring& path, bool dropFolders) {
+    std::string rest = WithSlashes(Utf8FromWide(path));
+    if (dropFolders) return std::string(LastPart(rest));
+    if (rest.size() > 1 && rest[1] == ':') rest.erase(0, 2);
+    std::string name;
+    for (std::size_t at = 0; at < rest.size();) {
+        const std::size_t end = std::min(rest.find('/', at), rest.size());
+        const std::string part = rest.substr(at, end - at);
+        if (!part.empty() && part != "." && part != "..") name += (name.empty() ? "" : "/") + part;
+        at = end + 1;
+    }
+    return name;
+}
+
+void ForEachInFolder(const std::wstring& folder, const std::function<void(const WIN32_FIND_DATAW&)>& use) {
+    WIN32_FIND_DATAW found;
+    const UniqueFindHandle find(::FindFirstFileW((folder + L"*").c_str(), &found));
+    if (!find) return;
+    do {
+        const std::wstring_view name = found.cFileName;
+        if (name != L"." && name != L"..") use(found);
+    } while (::FindNextFileW(find.get(), &found));
+}
+
+class Finder {
+  public:
+    explicit Finder(const ItemSearch& search) : search_(search) {}
+
+    void Find(std::wstring item) {
+        while (item.size() > 3 && IsSeparator(item.back())) item.pop_back();
+        const std::size_t last = item.find_last_of(L"\\/:") + 1;
+        const std::wstring folder = item.substr(0, last), name = item.substr(last);
+        const bool hasCards = HasWildCard(Utf8FromWide(name));
+        if (!hasCards && (!search_.recurse || FileFacts(item))) return FindOne(folder, item);
+        const std::size_t before = items_.size();
+        Walk(folder, name);
+        Require(hasCards || items_.size() > before, Result::kSourceMissing);
+    }
+
+    std::vector<DiskItem> Take() {
+        std::sort(items_.begin(), items_.end(),
+                  [](const DiskItem& a, const DiskItem& b) { return a.folded < b.folded; });
+        const auto isSame = [](const DiskItem& a, const DiskItem& b) {
+            Require(a.folded != b.folded || SamePath(a.path, b.path), Result::kBadRequest);
+            return a.folded == b.folded;
+        };
+        items_.erase(std::unique(items_.begin(), items_.end(), isSame), items_.end());
+        return std::move(items_);
+    }
+
+  private:
+    static bool IsSeparator(wchar_t c) { return c == L'\\' || c == L'/'; }
+    static bool SamePath(const std::wstring& a, const std::wstring& b) {
+        const auto form = [](const std::wstring& path) { return Folded(WithSlashes(Utf8FromWide(path))); };
+        return form(a) == form(b);
+    }
+
+    void Add(const std::wstring& folder, const WIN32_FIND_DATAW& found) {
+        const bool isFolder = IsFolder(found);
+        const std::wstring path = folder + found.cFileName;
+        std::string name = NameInArchive(path, search_.dropFolders) + (isFolder ? "/" : "");
+        const std::uint64_t size = static_cast<std::uint64_t>(found.nFileSizeHigh) << 32 | found.nFileSizeLow;
+        std::u32string folded = Folded(name);
+        items_.push_back({path, std::move(name), std::move(folded), DosTimeOf(found.ftLastWriteTime),
+                          found.dwFileAttributes & kKeptAttributes, isFolder ? 0 : size});
+    }
+
+    void AddFolder(const std::wstring& folder, const WIN32_FIND_DATAW& found) {
+        if (search_.addFolders && !search_.dropFolders) Add(folder, found);
+    }
+
+    void FindOne(const std::wstring& folder, const std::wstring& item) {
+        WIN32_FIND_DATAW found;
+        const UniqueFindHandle find(::FindFirstFileW(item.c_str(), &found));
+        Require(static_cast<bool>(find), Result::kSourceMissing);
+        if (!IsFolder(found)) return Add(folder, found);
+        AddFolder(folder, found);
+        if (search_.recurse) Walk(folder + found.cFileName + L"\\", L"*");
+    }
+
+    void Walk(const std::wstring& top, const std::wstring& pattern) {
+        const std::u32string folded = Folded(Utf8FromWide(pattern));
+        std::vector<std::wstring> folders{top};
+        while (!folders.empty()) {
+            const std::wstring folder = std::move(folders.back());
+            folders.pop_back();
+            ForEachInFolder(folder,
+                            [&](const WIN32_FIND_DATAW& found) { Visit(folder, found, folded, folders); });
+        }
+    }
+
+    void Visit(const std::wstring& folder, const WIN32_FIND_DATAW& found, const std::u32string& pattern,
+               std::vector<std::wstring>& folders) {
+        if (found.dwFileAttributes & kHiddenOrSystem && !search_.addHiddenByCard) return;
+        if (!IsFolder(found)) {
+            if (MatchesWildCards(pattern, Folded(Utf8FromWide(found.cFileName)))) Add(folder, found);
+            return;
+        }
+        // A folder that is a link could lead back to where it is.
+        if (!search_.recurse || found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) return;
+        // Below a narrower name, folders are only on the way.
+        if (MatchesWildCards(pattern, U"")) AddFolder(folder, found);
+        folders.push_back(folder + found.cFileName + L"\\");
+    }
+
+    const ItemSearch search_;
+    std::vector<DiskItem> items_;
+};
+
+}  // namespace
+
+std::vector<DiskItem> FindDiskItems(const std::vector<std::wstring>& items, const ItemSearch& search) {
+    Finder finder(search);
+    for (const std::wstring& item : items) finder.Find(item);
+    return finder.Take();
+}
+
+}  // namespace ql::zip

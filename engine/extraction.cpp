@@ -1,0 +1,126 @@
+#include "engine/extraction.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "engine/entry_name.h"
+#include "engine/output_buffer.h"
+#include "engine/windows_files.h"
+#include "engine/windows_text.h"
+
+namespace ql::zip {
+namespace {
+
+constexpr DWORD kRestoredAttributes =
+    FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
+constexpr DWORD kPlainAttributes = FILE_ATTRIBUTE_ARCHIVE;
+constexpr DWORD kVolumeLabel = 8;
+constexpr DWORD kNoFile = INVALID_FILE_ATTRIBUTES;
+
+// What concerns one member alone.
+constexpr Result kOfOneMember[] = {Result::kSkipped,       Result::kBadCrc,       Result::kEncrypted,
+                                   Result::kUnknownMethod, Result::kUnsafeName,   Result::kVolumeLabel,
+                                   Result::kInvalid,       Result::kCannotCreate, Result::kNotReplaced,
+                                   Result::kBusy};
+
+bool IsOfOneMember(Result result) {
+    return std::find(std::begin(kOfOneMember), std::end(kOfOneMember), result) != std::end(kOfOneMember);
+}
+
+std::uint64_t TotalSize(const std::vector<const Entry*>& members) {
+    std::uint64_t total = 0;
+    for (const Entry* entry : members) total += entry->size;
+    return total;
+}
+
+std::wstring DestinationOf(const UNZIPCMDSTRUCT& command) {
+    const std::wstring folder = WideFromAnsi(command.lpszDestination);
+    std::wstring path = LiteralPath(folder.empty() ? L"." : folder);
+    if (path.back() != L'\\') path += L'\\';
+    return path;
+}
+
+}  // namespace
+
+Extraction::Extraction(const UNZIPCMDSTRUCT& command, InputFile& file, const Archive& archive,
+                       const std::vector<const Entry*>& members)
+    : command_(command),
+      members_(members),
+      destination_(DestinationOf(command)),
+      reader_(file, archive),
+      progress_(command, TotalSize(members)) {}
+
+void Extraction::Run() {
+    for (const Entry* entry : members_) {
+        const Result result = ResultOf([&] { One(*entry); });
+        Require(result == Result::kOk || IsOfOneMember(result), result);
+        Note(result);
+    }
+    Require(worst_ == Result::kOk, worst_);
+}
+
+void Extraction::Note(Result result) {
+    if (worst_ == Result::kOk || (worst_ == Result::kSkipped && result != Result::kOk)) worst_ = result;
+}
+
+void Extraction::One(const Entry& entry) {
+    progress_.Begin(AnsiFromUtf8(entry.name), entry.size);
+    if (command_.testFlag) return Test(entry);
+    Require(!(entry.attributes & kVolumeLabel), Result::kVolumeLabel);
+    Require(IsSafeEntryName(entry.name), Result::kUnsafeName);
+    const std::wstring target = TargetOf(entry);
+    if (entry.IsFolder()) return NeedFolder(target);
+    const auto former = FileFacts(target);
+    if (former ? IsWanted(entry, *former) : !command_.freshenFlag)
+        Write(entry, target, former ? former->dwFileAttributes : kNoFile);
+}
+
+void Extraction::Test(const Entry& entry) {
+    std::uint64_t done = 0;
+    reader_.Read(entry, [&](const std::uint8_t*, std::size_t size) { progress_.Reach(done += size); });
+}
+
+std::wstring Extraction::TargetOf(const Entry& entry) const {
+    std::wstring name = WideFromUtf8(command_.noDirectoryNamesFlag ? LastPart(entry.name) : entry.name);
+    std::replace(name.begin(), name.end(), L'/', L'\\');
+    if (name.back() == L'\\') name.pop_back();
+    return destination_ + name;
+}
+
+// Throws where the file may not be replaced.
+bool Extraction::IsWanted(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const {
+    const bool isNewer = entry.time > DosTimeOf(former.ftLastWriteTime);
+    if ((command_.freshenFlag || command_.updateFlag) && !isNewer) return false;
+    Require(command_.freshenFlag || command_.updateFlag || command_.overWriteFlag, Result::kSkipped);
+    Require(!(former.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY), Result::kCannotCreate);
+    Require(!(former.dwFileAttributes & FILE_ATTRIBUTE_READONLY) ||
+                command_.wUnzipSubOptions & UNZIP_OVERWRITE_READ_ONLY,
+            Result::kCannotCreate);
+    return true;
+}
+
+void Extraction::NeedFolder(const std::wstring& folder) {
+    if (folder == lastFolder_) return;
+    Require(MakeFolders(folder), Result::kCannotCreate);
+    lastFolder_ = folder;
+}
+
+void Extraction::Write(const Entry& entry, const std::wstring& target, DWORD formerAttributes) {
+    NeedFolder(target.substr(0, target.rfind(L'\\')));
+    PendingFile file =
+        formerAttributes == kNoFile ? PendingFile::Fresh(target) : PendingFile::Replacing(target);
+    std::uint64_t done = 0;
+    reader_.Read(entry, [&](const std::uint8_t* data, std::size_t size) {
+        file.WriteAt(done, data, size);
+        progress_.Reach(done += size);
+    });
+    if (done == 0) progress_.Reach(0);
+    file.SetTime(entry.time);
+    if (formerAttributes != kNoFile && formerAttributes & FILE_ATTRIBUTE_READONLY)
+        ::SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
+    file.Commit();
+    const DWORD attributes = entry.attributes & kRestoredAttributes;
+    if (attributes & ~kPlainAttributes) ::SetFileAttributesW(target.c_str(), attributes);
+}
+
+}  // namespace ql::zip

@@ -1,0 +1,210 @@
+#include "json/json.h"
+
+#include <algorithm>
+#include <new>
+#include <span>
+#include <utility>
+
+#include "json/arena.h"
+
+namespace JSON {
+
+static_assert(sizeof(void*) != 4 || sizeof(Value) == 32, "a node of a large document must stay small");
+
+namespace {
+
+const wchar_t* CopyOf(std::wstring_view text) {
+    if (text.empty()) return nullptr;
+    auto* const copy = new wchar_t[text.size()];
+    std::copy(text.begin(), text.end(), copy);
+    return copy;
+}
+
+const wchar_t* CopyOf(std::wstring_view text, Arena& arena) {
+    auto* const copy = arena.AllocateArray<wchar_t>(text.size());
+    std::copy(text.begin(), text.end(), copy);
+    return copy;
+}
+
+}  // namespace
+
+Value::Value(ValueKind kind, Arena* arena) noexcept
+    : arena_(arena), key_{}, kind_(kind), children_{}, cursor_(0) {}
+
+Value::Value(ValueKind kind) noexcept : Value(kind, nullptr) {
+    if (kind == Number) number_ = 0;
+    if (kind == Bool) flag_ = false;
+    if (kind == String) text_ = {};
+}
+
+Value::Value(const RWWString& text) : Value(String) {
+    text_ = {CopyOf(text), text.length()};
+}
+
+Value::Value(const wchar_t* text) : Value(String) {
+    const std::wstring_view view = text ? std::wstring_view(text) : std::wstring_view();
+    text_ = {CopyOf(view), view.size()};
+}
+
+Value::Value(double number) noexcept : Value(Number) {
+    number_ = number;
+}
+
+Value::Value(bool flag) noexcept : Value(Bool) {
+    flag_ = flag;
+}
+
+// Nodes to destroy are linked into a list, each one's children before the next: depth costs no stack.
+Value::~Value() {
+    Value* doomed = nullptr;
+    ReleaseContent(doomed);
+    while (doomed) {
+        Value* const node = std::exchange(doomed, doomed->link_);
+        node->ReleaseContent(doomed);
+        delete node;
+    }
+}
+
+// Gives back what the node holds, and puts the nodes made by hand among it on the list.
+void Value::ReleaseContent(Value*& doomed) noexcept {
+    const auto doom = [&](Value* node) { node->link_ = std::exchange(doomed, node); };
+    delete[] key_.units;
+    key_ = {};
+    if (arena_) {
+        for (const auto* child = arena_->adopted(); child; child = child->next) doom(child->node);
+        delete std::exchange(arena_, nullptr);
+    } else if (kind_ == String) {
+        delete[] text_.units;
+    } else if (kind_ == Object || kind_ == Array) {
+        std::for_each_n(children_.nodes, children_.count, doom);
+        delete[] children_.nodes;
+    }
+    kind_ = Null;
+}
+
+// The copy keeps all in one arena, as a parsed tree does. Containers that still hold the original's children
+// are linked into a list: depth costs no stack.
+std::unique_ptr<Value> Value::Clone() const noexcept try {
+    constexpr std::size_t kFirstChunk = 0x1000;
+    auto root = std::make_unique<Value>(Null);
+    root->arena_ = new Arena(kFirstChunk);
+    Value* unfinished = nullptr;
+    root->CopyContent(*this, unfinished);
+    while (unfinished) {
+        Value* const container = std::exchange(unfinished, unfinished->link_);
+        container->cursor_ = 0;
+        container->CopyChildren(unfinished);
+    }
+    return root;
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
+void Value::CopyContent(const Value& original, Value*& unfinished) {
+    kind_ = original.kind_;
+    switch (kind_) {
+        case String: text_ = {CopyOf(original.text(), *arena_), original.text().size()}; return;
+        case Number: number_ = original.number_; return;
+        case Bool: flag_ = original.flag_; return;
+        case Object:
+        case Array: break;
+        default: return;
+    }
+    capacity_ = original.children_.count;
+    children_ = {arena_->AllocateArray<Value*>(capacity_), capacity_};
+    std::copy_n(original.children_.nodes, capacity_, children_.nodes);
+    link_ = std::exchange(unfinished, this);
+}
+
+void Value::CopyChildren(Value*& unfinished) {
+    for (Value*& child : std::span(children_.nodes, children_.count)) {
+        const Value& original = *child;
+        child = new (arena_->Allocate(sizeof(Value))) Value(Null, arena_);
+        child->key_ = {CopyOf(original.key(), *arena_), original.key().size()};
+        child->CopyContent(original, unfinished);
+    }
+}
+
+bool Value::AddElement(std::unique_ptr<Value>&& child) noexcept {
+    return kind_ == Array && child && Insert(children_.count, {}, child);
+}
+
+bool Value::AddMember(const RWWString& key, std::unique_ptr<Value>&& child) noexcept {
+    if (kind_ != Object || !child) return false;
+    const std::size_t index = LowerBound(key);
+    return !HasKeyAt(index, key) && Insert(index, key, child);
+}
+
+// A walk that is under way goes on where it was.
+bool Value::Insert(std::size_t index, std::wstring_view key, std::unique_ptr<Value>& child) noexcept try {
+    MakeRoomForChild();
+    void* const record = arena_ ? arena_->Allocate(sizeof(Arena::Adopted)) : nullptr;
+    child->key_ = {CopyOf(key), key.size()};
+
+    Value* const node = child.release();
+    if (record) arena_->Adopt(record, node);
+    std::copy_backward(children_.nodes + index, children_.nodes + children_.count,
+                       children_.nodes + children_.count + 1);
+    children_.nodes[index] = node;
+    ++children_.count;
+    if (index < cursor_) ++cursor_;
+    return true;
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+void Value::MakeRoomForChild() {
+    if (children_.count < capacity_) return;
+    const std::size_t capacity = std::max<std::size_t>(4, 2 * capacity_);
+    auto** const nodes = arena_ ? arena_->AllocateArray<Value*>(capacity) : new Value*[capacity];
+    std::copy_n(children_.nodes, children_.count, nodes);
+    if (!arena_) delete[] children_.nodes;
+    children_.nodes = nodes;
+    capacity_ = capacity;
+}
+
+std::size_t Value::LowerBound(std::wstring_view key) const noexcept {
+    Value** const end = children_.nodes + children_.count;
+    if (children_.count == 0 || end[-1]->key() < key) return children_.count;
+    const auto less = [](const Value* node, std::wstring_view wanted) { return node->key() < wanted; };
+    return static_cast<std::size_t>(std::lower_bound(children_.nodes, end, key, less) - children_.nodes);
+}
+
+bool Value::HasKeyAt(std::size_t index, std::wstring_view key) const noexcept {
+    return index < children_.count && children_.nodes[index]->key() == key;
+}
+
+const Value* Value::Element(std::size_t index) const noexcept {
+    return index < ElementCount() ? children_.nodes[index] : nullptr;
+}
+
+Value* Value::Element(std::size_t index) noexcept {
+    return const_cast<Value*>(std::as_const(*this).Element(index));
+}
+
+const Value* Value::Member(std::wstring_view key) const noexcept {
+    if (kind_ != Object) return nullptr;
+    const std::size_t index = LowerBound(key);
+    return HasKeyAt(index, key) ? children_.nodes[index] : nullptr;
+}
+
+Value* Value::Member(std::wstring_view key) noexcept {
+    return const_cast<Value*>(std::as_const(*this).Member(key));
+}
+
+Value* Value::FirstMember(RWWString& key) noexcept {
+    cursor_ = 0;
+    return NextMember(key);
+}
+
+Value* Value::NextMember(RWWString& key) noexcept try {
+    if (cursor_ >= MemberCount()) return nullptr;
+    Value* const node = children_.nodes[cursor_];
+    key.assign(node->key());
+    ++cursor_;
+    return node;
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
+}  // namespace JSON

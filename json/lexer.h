@@ -1,0 +1,85 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "json/arena.h"
+
+namespace JSON {
+
+enum class Token {
+    String,
+    Number,
+    BeginObject,
+    EndObject,
+    Colon,
+    Comma,
+    BeginArray,
+    EndArray,
+    Bool,
+    Null,
+    Error,
+    End
+};
+inline constexpr std::size_t kTokenCount = 12;
+
+// Where a document is wrong.
+struct ParseFault {
+    std::size_t offset;
+    const wchar_t* expected;
+    bool insideToken;  // only the unit at the offset is wrong; else the whole token that begins there
+};
+
+// Cuts a document into tokens. Texts of string tokens are placed in the arena. Next can throw std::bad_alloc.
+class Lexer {
+  public:
+    Lexer(std::wstring_view document, Arena& arena) noexcept
+        : begin_(document.data()),
+          end_(begin_ + document.size()),
+          next_(begin_),
+          token_(begin_),
+          arena_(arena) {}
+
+    Token Next();
+
+    // The content of the latest token.
+    std::wstring_view text() const noexcept { return text_; }
+    double number() const noexcept { return number_; }
+    bool flag() const noexcept { return flag_; }
+
+    // Where the latest token begins.
+    std::size_t offset() const noexcept { return static_cast<std::size_t>(token_ - begin_); }
+
+    // After Token::Error: the token that was begun well and then went wrong (Error: none), and how.
+    Token attempted() const noexcept { return attempted_; }
+    const ParseFault& fault() const noexcept { return fault_; }
+
+  private:
+    wchar_t Peek() const noexcept { return next_ != end_ ? *next_ : L'\0'; }
+    Token Punctuation(Token token) noexcept;
+    Token String();
+    Token Number();
+    Token Word() noexcept;
+    Token Fail(Token attempted, const wchar_t* expected) noexcept;
+
+    bool Decode(const wchar_t* closing, wchar_t* out);
+    bool DecodeEscape(const wchar_t* closing, wchar_t*& out) noexcept;
+    bool DecodeHex(const wchar_t* closing, wchar_t& unit) noexcept;
+    bool TakeDigits() noexcept;
+    double Convert();
+
+    const wchar_t* begin_;
+    const wchar_t* end_;
+    const wchar_t* next_;
+    const wchar_t* token_;
+    Arena& arena_;
+    std::wstring_view text_;
+    double number_ = 0;
+    bool flag_ = false;
+    Token attempted_ = Token::Error;
+    ParseFault fault_{};
+    std::string digits_;
+};
+
+}  // namespace JSON

@@ -1,0 +1,228 @@
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <cwchar>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "json/json.h"
+#include "json/units.h"
+#include "platform/message_box.h"
+
+namespace JSON {
+
+namespace {
+
+// Gathers small pieces in a block, so that the text itself grows by few and large steps.
+class Output {
+  public:
+    void Put(wchar_t unit) { *Claim(1) = unit; }
+    void Put(std::string_view ascii) { std::copy(ascii.begin(), ascii.end(), Claim(ascii.size())); }
+
+    void Put(std::wstring_view text) {
+        if (text.size() <= kSmall) {
+            std::copy(text.begin(), text.end(), Claim(text.size()));
+        } else {
+            Flush();
+            text_.append(text);
+        }
+    }
+
+    void Repeat(std::size_t count, wchar_t unit) {
+        Flush();
+        text_.append(count, unit);
+    }
+
+    std::wstring Take() {
+        Flush();
+        return std::move(text_);
+    }
+
+  private:
+    static constexpr std::size_t kSmall = 512;  // at least the longest number
+
+    // Room for a small piece.
+    wchar_t* Claim(std::size_t count) {
+        if (static_cast<std::size_t>(std::end(block_) - next_) < count) Flush();
+        return std::exchange(next_, next_ + count);
+    }
+
+    void Flush() { text_.append(block_, std::exchange(next_, block_)); }
+
+    std::wstring text_;
+    wchar_t block_[4 * kSmall];
+    wchar_t* next_ = block_;
+};
+
+constexpr char kHexDigits[] = "0123456789abcdef";
+
+template <class Unit>
+constexpr std::basic_string_view<Unit> View(const Unit* begin, const Unit* end) {
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+constexpr bool IsSmallWhole(double number) {
+    using Limits = std::numeric_limits<int>;
+    return number >= Limits::min() && number <= Limits::max() && number == static_cast<int>(number);
+}
+
+[[noreturn]] void HaltProgram(const wchar_t* text) {
+    ql::ShowErrorBox(L"Program halted", text);
+    std::abort();
+}
+
+std::atomic<AssertionHandler> g_assertionHandler = &HaltProgram;
+
+void FailAssertion(const wchar_t* module, int line) {
+    wchar_t text[256];
+    std::swprintf(text, std::size(text), L"%ls, line %d:\nAssertion failure", module, line);
+    g_assertionHandler.load()(text);
+}
+
+}  // namespace
+
+// Writes one tree, on a stack of its own: depth costs memory only.
+class Writer {
+  public:
+    Writer(bool asciiOnly, bool pretty) noexcept
+        : lastPlain_(asciiOnly ? 126 : std::numeric_limits<Unit>::max()), pretty_(pretty) {}
+
+    std::wstring Write(const Value& root) {
+        for (const Value* node = &root; node; node = Advance()) Begin(*node);
+        return output_.Take();
+    }
+
+  private:
+    struct Frame {
+        const Value* container;
+        std::size_t next;
+    };
+
+    void Begin(const Value& node);
+    void Open(const Value& container, wchar_t bracket);
+    const Value* Advance();
+    void Key(std::wstring_view key);
+    void Close();
+    void BreakLine();
+    void Number(double number);
+    void Quoted(std::wstring_view text);
+    void Escaped(wchar_t unit);
+
+    Output output_;
+    std::vector<Frame> frames_;  // the containers that are open, outermost first
+    const Unit lastPlain_;
+    const bool pretty_;
+};
+
+// Writes a leaf, or what comes before the children of a container.
+void Writer::Begin(const Value& node) {
+    switch (node.kind_) {
+        case JSON::String: Quoted(node.text()); return;
+        case JSON::Number: Number(node.number_); return;
+        case JSON::Object: Open(node, L'{'); return;
+        case JSON::Array: Open(node, L'['); return;
+        case JSON::Bool: output_.Put(node.flag_ ? "true" : "false"); return;
+        case JSON::Null: break;
+        default: FailAssertion(L"JSON", 329); break;
+    }
+    output_.Put("null");
+}
+
+void Writer::Open(const Value& container, wchar_t bracket) {
+    output_.Put(bracket);
+    frames_.push_back({&container, 0});
+}
+
+// Closes what is complete; the next child to write, or null at the end.
+const Value* Writer::Advance() {
+    while (!frames_.empty()) {
+        Frame& frame = frames_.back();
+        const Value& container = *frame.container;
+        if (frame.next < container.children_.count) {
+            if (frame.next > 0) output_.Put(L',');
+            if (pretty_) BreakLine();
+            const Value* const child = container.children_.nodes[frame.next++];
+            if (container.kind_ == JSON::Object) Key(child->key());
+            return child;
+        }
+        Close();
+    }
+    return nullptr;
+}
+
+void Writer::Key(std::wstring_view key) {
+    Quoted(key);
+    output_.Put(L':');
+    if (pretty_) output_.Put(L' ');
+}
+
+void Writer::Close() {
+    const wchar_t bracket = frames_.back().container->kind_ == JSON::Object ? L'}' : L']';
+    frames_.pop_back();
+    if (pretty_) BreakLine();
+    output_.Put(bracket);
+}
+
+void Writer::BreakLine() {
+    output_.Put("\r\n");
+    output_.Repeat(frames_.size(), L'\t');
+}
+
+// Five decimals at most, without zeros at the end; -0 is 0.
+void Writer::Number(double number) {
+    if (!std::isfinite(number)) return output_.Put("null");
+    char digits[std::numeric_limits<double>::max_exponent10 + 16];
+    if (IsSmallWhole(number)) {
+        return output_.Put(
+            View(digits, std::to_chars(digits, std::end(digits), static_cast<int>(number)).ptr));
+    }
+    std::string_view text =
+        View(digits, std::to_chars(digits, std::end(digits), number, std::chars_format::fixed, 5).ptr);
+    text = text.substr(0, text.find_last_not_of('0') + 1);
+    if (text.back() == '.') text.remove_suffix(1);
+    output_.Put(text == "-0" ? "0" : text);
+}
+
+void Writer::Quoted(std::wstring_view text) {
+    const auto isSpecial = [lastPlain = lastPlain_](auto unit) {
+        return (unit < Unit{' '}) | (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{'/'}) |
+               (unit > lastPlain);
+    };
+    output_.Put(L'"');
+    const wchar_t* next = text.data();
+    const wchar_t* const end = next + text.size();
+    while (next != end) {
+        const wchar_t* const special = FindSpecial(next, end, isSpecial);
+        output_.Put(View(next, special));
+        next = special;
+        if (next != end) Escaped(*next++);
+    }
+    output_.Put(L'"');
+}
+
+void Writer::Escaped(wchar_t unit) {
+    if (const wchar_t letter = LookUp(kLetterOfUnit, unit)) {
+        output_.Put(L'\\');
+        return output_.Put(letter);
+    }
+    output_.Put("\\u");
+    for (int shift = 12; shift >= 0; shift -= 4)
+        output_.Put(static_cast<wchar_t>(kHexDigits[unit >> shift & 0xF]));
+}
+
+AssertionHandler SetAssertionHandler(AssertionHandler handler) noexcept {
+    return g_assertionHandler.exchange(handler ? handler : &HaltProgram);
+}
+
+RWWString Serialize(const Value* node, bool asciiOnly, bool pretty) noexcept try {
+    return node ? RWWString(Writer(asciiOnly, pretty).Write(*node)) : RWWString();
+} catch (const std::exception&) {
+    return {};  // out of memory
+}
+
+}  // namespace JSON

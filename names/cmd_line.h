@@ -1,0 +1,48 @@
+#pragma once
+
+#include "names/file_name.h"
+#include "platform/export.h"
+#include "rw/wide_string.h"
+
+// A file name with the switches that follow it on a command line.
+//
+//     text                            name                switches
+//     "C:\My Files\a.qft" /ni /sa     C:\My Files\a.qft   /ni /sa
+//     C:\Files\a.qft /ni              C:\Files\a.qft      /ni
+//     /ni                                                 /ni
+//     C:\a/b.txt /ni                  C:\a/b.txt /ni
+//
+// Kept on purpose:
+//  - Of a text without quotes only the first slash is looked at: inside a word it is part of the name, and so is
+//    everything after it.
+//  - Assigning parses the other's name, as for QLFileName; its switches are copied.
+//
+// A null pointer stands for the empty text. Threads and memory: as for QLFileName.
+class QL_API QLCmdLine : public QLFileName {
+  public:
+    QLCmdLine() noexcept = default;
+    QLCmdLine(const wchar_t* text);
+    QLCmdLine(const wchar_t* path, const wchar_t* name, const wchar_t* ext, const wchar_t* switches);
+    QLCmdLine(const QLFileName& name) : QLFileName(name) {}  // every field, no switches
+    QLCmdLine(const QLCmdLine& other) = default;
+    QLCmdLine& operator=(const QLCmdLine& other);
+
+    // The name in its form for command lines, and the switches after a blank when there are any.
+    RWWString GetCmdLine() const override;
+    int IsNull() const override;  // neither a name nor switches
+    void Reset() override;
+
+    void SetCmdLine(const wchar_t* text);
+    RWWString GetSwitches() const { return switches_; }
+    void SetSwitches(const wchar_t* switches);     // blanks around them are dropped
+    void AppendSwitches(const wchar_t* switches);  // after a blank, as they are
+    void ClearSwitches() noexcept { switches_.clear(); }
+
+    // The names' order; for equal names that of the switches, ignoring case.
+    int CompareTo(const QLCmdLine& other) const noexcept;
+    bool operator==(const QLCmdLine& other) const noexcept { return CompareTo(other) == 0; }
+    bool operator!=(const QLCmdLine& other) const noexcept { return CompareTo(other) != 0; }
+
+  private:
+    RWWString switches_;
+};

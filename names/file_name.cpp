@@ -1,0 +1,414 @@
+#include "names/file_name.h"
+
+#include <algorithm>
+
+#include "platform/win32.h"
+#include "text/blanks.h"
+#include "text/characters.h"
+
+namespace {
+
+using Text = std::wstring_view;
+
+constexpr std::size_t kNone = Text::npos;
+
+// What a scheme makes of the composed text.
+enum class Form { Nothing, Local, Web, Url, Address, Document, Plugin };
+
+struct FormRow {
+    Text scheme;
+    Form form;
+};
+
+constexpr FormRow kForms[] = {
+    {L"", Form::Nothing},
+    {QLFileName::FILE, Form::Local},
+    {QLFileName::HTTP, Form::Web},
+    {QLFileName::HTTPS, Form::Web},
+    {QLFileName::MAILTO, Form::Address},
+    {QLFileName::NEWS, Form::Address},
+    {QLFileName::ODMADOCID, Form::Document},
+    {QLFileName::PLUGIN, Form::Plugin},
+};
+
+Form FormOf(Text scheme) noexcept {
+    for (const FormRow& row : kForms) {
+        if (scheme.size() == row.scheme.size() && ql::EqualIgnoringCase(scheme, row.scheme)) return row.form;
+    }
+    return Form::Url;
+}
+
+// The length of the text when there is none.
+std::size_t First(Text text, wchar_t unit) {
+    return static_cast<std::size_t>(std::ranges::find(text, unit) - text.begin());
+}
+
+constexpr bool IsSeparator(wchar_t unit) {
+    return unit == L'\\' || unit == L'/';
+}
+
+constexpr bool StartsWithSeparator(Text text) {
+    return !text.empty() && IsSeparator(text.front());
+}
+
+constexpr bool EndsWithSeparator(Text text) {
+    return !text.empty() && IsSeparator(text.back());
+}
+
+constexpr bool StartsWithTwoSeparators(Text text) {
+    return text.size() > 1 && IsSeparator(text[0]) && IsSeparator(text[1]);
+}
+
+// The length of the text when there is none.
+std::size_t FirstSeparator(Text text) {
+    return static_cast<std::size_t>(std::ranges::find_if(text, IsSeparator) - text.begin());
+}
+
+std::size_t LastSeparator(Text text) {
+    std::size_t i = text.size();
+    while (i > 0 && !IsSeparator(text[i - 1])) --i;
+    return i > 0 ? i - 1 : kNone;
+}
+
+// The text itself, or its expansion, which then lives in the buffer.
+Text Expanded(Text text, RWWString& buffer) {
+    if (First(text, L'%') == text.size()) return text;
+    buffer.assign(text);
+    QLFileName::SubstPathPlaceholders(buffer);
+    return buffer;
+}
+
+bool IsDocumentId(Text text) noexcept {
+    constexpr Text prefix = QLFileName::ODMADOCID;
+    return text.size() > prefix.size() && ql::StartsWithIgnoringCase(text, prefix);
+}
+
+// One unit alone behind the brace, such as a closing one, names no item.
+bool IsPluginItem(Text text) noexcept {
+    constexpr Text prefix = QLFileName::PLUGIN;
+    return text.size() > prefix.size() + 1 && text.starts_with(prefix);
+}
+
+// Where the path of a text ends: at its last separator, or its last colon when it has none.
+std::size_t PathEnd(Text text) {
+    const std::size_t separator = LastSeparator(text);
+    return separator != kNone ? separator : text.rfind(L':');
+}
+
+// Whether a text whose path ends at `end` is a path as a whole: a bare UNC server or host, a scheme with what
+// follows its colon, or a text that ends right there.
+bool IsPathAlone(Text text, std::size_t end) {
+    if (end == 1 && StartsWithTwoSeparators(text)) return true;
+    if (end >= 2 && text[end] == L':') return true;
+    if (end >= 3 && text[end - 1] == L':') return true;
+    if (end >= 4 && text[end - 2] == L':' && IsSeparator(text[end - 1])) return true;
+    return end + 1 == text.size();
+}
+
+// Where the tail of a file name begins: at the earlier of the last "?" and the last "#", of those behind the
+// dot.
+std::size_t TailBegin(Text text, std::size_t dot) {
+    const auto behindDot = [dot](std::size_t at) { return dot != kNone && at < dot ? kNone : at; };
+    return std::min({behindDot(text.rfind(L'?')), behindDot(text.rfind(L'#')), text.size()});
+}
+
+bool IsPlainLower(Text text) {
+    return std::ranges::all_of(text,
+                               [](wchar_t unit) { return unit < 0x80 && !(unit >= L'A' && unit <= L'Z'); });
+}
+
+void AppendSeparator(std::wstring& out, wchar_t separator) {
+    if (separator) out.push_back(separator);
+}
+
+}  // namespace
+
+QLFileName::QLFileName(const wchar_t* pathAndName) {
+    SetPathAndFileName(pathAndName);
+}
+
+QLFileName::QLFileName(const wchar_t* path, const wchar_t* name, const wchar_t* ext) {
+    SetPath(path);
+    SetPart(kName, ql::TextOf(name));
+    SetExtension(ext);
+}
+
+QLFileName& QLFileName::operator=(const QLFileName& other) {
+    SetPathAndFileName(other);
+    return *this;
+}
+
+void QLFileName::Reset() {
+    ClearParts();
+    rootSeparator_ = dirSeparator_ = 0;
+}
+
+void QLFileName::SetPathAndFileName(const QLFileName& other) {
+    Parse(other.GetPathAndFileName());
+}
+
+void QLFileName::SetPathAndFileName(const wchar_t* text) {
+    Parse(ql::TextOf(text));
+}
+
+void QLFileName::ClearParts() noexcept {
+    text_.clear();
+    ends_ = {};
+    hasExtension_ = isRemote_ = false;
+}
+
+void QLFileName::Parse(std::wstring_view text) {
+    ClearParts();
+    text = ql::WithoutBlanks(ql::WithoutQuotes(ql::WithoutBlanks(text)));
+    if (text.empty()) return;
+
+    text_.reserve(text.size() + std::size(FILE));
+    if (IsDocumentId(text)) {
+        SetPart(kScheme, ODMADOCID);
+        SetPart(kName, text.substr(Text(ODMADOCID).size()));
+        return;
+    }
+    if (IsPluginItem(text)) {
+        SetPart(kScheme, PLUGIN);
+        SetPart(kName, text);
+        return;
+    }
+    const std::size_t end = PathEnd(text);
+    if (end == kNone) return ParseFileName(text);
+    if (IsPathAlone(text, end)) return ParsePath(text);
+    ParsePath(text.substr(0, end + 1));
+    ParseFileName(text.substr(end + 1));
+}
+
+void QLFileName::SetPath(const wchar_t* text) {
+    ParsePath(ql::TextOf(text));
+}
+
+void QLFileName::ParsePath(std::wstring_view text) {
+    rootSeparator_ = dirSeparator_ = 0;
+    RWWString buffer;
+    text = Expanded(text, buffer);
+    if (StartsWithTwoSeparators(text)) return ParseUnc(text);
+    const std::size_t colon = First(text, L':');
+    if (colon < text.size() && colon >= 2) return ParseUrl(text, colon);
+    ParseLocal(text);
+}
+
+void QLFileName::ParseUnc(std::wstring_view text) {
+    constexpr std::size_t prefix = 2;
+    const std::size_t rootEnd = prefix + FirstSeparator(text.substr(prefix));
+    SetOrigin(FILE, text.substr(0, rootEnd), false);
+    ParseDir(text.substr(rootEnd));
+}
+
+void QLFileName::ParseUrl(std::wstring_view text, std::size_t colon) {
+    const Text scheme = text.substr(0, colon);
+    Text rest = text.substr(colon + 1);
+    if (FormOf(scheme) == Form::Address) {
+        SetOrigin(scheme, rest, true);
+        return ParseDir({});
+    }
+    for (int i = 0; i < 2 && StartsWithSeparator(rest); ++i) rest.remove_prefix(1);
+    const std::size_t rootEnd = FirstSeparator(rest);
+    SetOrigin(scheme, rest.substr(0, rootEnd), true);
+    ParseDir(rest.substr(rootEnd));
+}
+
+void QLFileName::ParseLocal(std::wstring_view text) {
+    const std::size_t rootEnd = text.size() >= 2 && text[1] == L':' ? 2 : 0;
+    SetOrigin(FILE, text.substr(0, rootEnd), false);
+    ParseDir(text.substr(rootEnd));
+}
+
+void QLFileName::SetOrigin(std::wstring_view scheme, std::wstring_view root, bool remote) {
+    SetPart(kScheme, scheme);
+    // Most schemes are lower case already: that is cheaper to see than to ask the system for.
+    if (!IsPlainLower(scheme)) ChangeCase(kScheme, ql::MakeLower);
+    SetPart(kRoot, root);
+    isRemote_ = remote;
+}
+
+void QLFileName::ParseDir(std::wstring_view text) {
+    if (StartsWithSeparator(text)) {
+        rootSeparator_ = text.front();
+        text.remove_prefix(1);
+    }
+    if (EndsWithSeparator(text)) {
+        dirSeparator_ = text.back();
+        text.remove_suffix(1);
+    }
+    SetPart(kDir, text);
+    if (!text.empty() && dirSeparator_ == 0) dirSeparator_ = L'\\';
+}
+
+void QLFileName::SetFileName(const wchar_t* text) {
+    ParseFileName(ql::TextOf(text));
+}
+
+void QLFileName::ParseFileName(std::wstring_view text) {
+    std::size_t dot = text.rfind(L'.');
+    const Text tail = text.substr(TailBegin(text, dot));
+
+    RWWString buffer;
+    text = Expanded(text.substr(0, text.size() - tail.size()), buffer);
+    if (dot != kNone) dot = text.rfind(L'.');  // the expansion may have moved it
+    SetPart(kName, text.substr(0, dot));
+    SetPart(kExtension, {});
+    hasExtension_ = false;
+    if (dot != kNone) StoreExtension(text.substr(dot));
+    if (!tail.empty()) SetPart(kTail, tail);
+}
+
+void QLFileName::SetExtension(const wchar_t* ext) {
+    StoreExtension(ql::TextOf(ext));
+}
+
+void QLFileName::StoreExtension(std::wstring_view ext) {
+    if (ext.starts_with(L'.')) ext.remove_prefix(1);
+    SetPart(kExtension, ql::WithoutTrailingBlanks(ext));
+    hasExtension_ = true;
+}
+
+void QLFileName::SetRoot(const wchar_t* root) {
+    Text text = ql::TextOf(root);
+    rootSeparator_ = text.empty() ? L'\0' : L'\\';
+    if (EndsWithSeparator(text)) {
+        rootSeparator_ = text.back();
+        text.remove_suffix(1);
+    }
+    SetPart(kRoot, text);
+}
+
+int QLFileName::PrependPath(const wchar_t* prefix) {
+    if (HasRoot()) SetRoot(nullptr);
+    std::wstring path(ql::TextOf(prefix));
+    if (path.empty()) return 1;
+    if (!EndsWithSeparator(path)) path.push_back(rootSeparator_ ? rootSeparator_ : L'\\');
+    ParsePath(path.append(Part(kDir)));
+    return 1;
+}
+
+RWWString QLFileName::GetPath() const {
+    std::wstring path;
+    AppendPath(path);
+    return path;
+}
+
+RWWString QLFileName::GetFileName() const {
+    std::wstring fileName;
+    AppendFileName(fileName);
+    return fileName;
+}
+
+RWWString QLFileName::GetPathAndFileName() const {
+    const Form form = FormOf(Part(kScheme));
+    std::wstring text;
+    AppendPath(text);
+    if (form == Form::Address) return text;
+    AppendFileName(text);
+    if (form == Form::Web) text.append(Part(kTail));
+    return text;
+}
+
+void QLFileName::AppendPath(std::wstring& out) const {
+    const Form form = FormOf(Part(kScheme));
+    if (form == Form::Nothing || form == Form::Plugin) return;
+    if (form == Form::Document) {
+        out.append(ODMADOCID);
+        return;
+    }
+    constexpr Text colonAndTwo = L"://";
+    out.reserve(text_.size() + colonAndTwo.size() + 3);  // two separators and the dot
+    if (form != Form::Local) out.append(Part(kScheme)).append(form == Form::Address ? L":" : colonAndTwo);
+    out.append(Part(kRoot));
+    if (form == Form::Address) return;
+    AppendSeparator(out, rootSeparator_);
+    out.append(Part(kDir));
+    AppendSeparator(out, dirSeparator_);
+}
+
+void QLFileName::AppendFileName(std::wstring& out) const {
+    out.append(Part(kName));
+    if (!hasExtension_) return;
+    out.push_back(L'.');
+    out.append(Part(kExtension));
+}
+
+RWWString QLFileName::GetRoot() const {
+    std::wstring root(Part(kRoot));
+    if (!root.empty()) AppendSeparator(root, rootSeparator_);
+    return root;
+}
+
+int QLFileName::GetExtension(RWWString& out) const {
+    if (!hasExtension_) return 0;
+    out.assign(L".").append(Part(kExtension));
+    return 1;
+}
+
+RWWString QLFileName::GetCmdLine() const {
+    RWWString text = GetPathAndFileName();
+    if (text.view().find(L" /") == kNone) return text;
+    return RWWString(L"\"") + text + L"\"";
+}
+
+int QLFileName::IsNull() const {
+    return ends_[kExtension] == 0 && !hasExtension_;
+}
+
+int QLFileName::IsODMADocId() const noexcept {
+    return FormOf(Part(kScheme)) == Form::Document && !Part(kName).empty();
+}
+
+int QLFileName::IsPluginFileType() const noexcept {
+    return FormOf(Part(kScheme)) == Form::Plugin && !Part(kName).empty();
+}
+
+int QLFileName::CompareTo(const QLFileName& other) const noexcept {
+    for (const PartIndex part : {kScheme, kRoot, kDir, kName}) {
+        if (const int order = ql::CompareIgnoringCase(Part(part), other.Part(part))) return order;
+    }
+    if (hasExtension_ != other.hasExtension_) return hasExtension_ ? 1 : -1;
+    return ql::CompareIgnoringCase(Part(kExtension), other.Part(kExtension));
+}
+
+void QLFileName::ToLower() {
+    for (const PartIndex part : {kScheme, kRoot, kDir, kName, kExtension}) ChangeCase(part, ql::MakeLower);
+    ChangeCase(kTail, ql::MakeUpper);
+}
+
+void QLFileName::ToUpper() {
+    ChangeCase(kScheme, ql::MakeLower);
+    for (const PartIndex part : {kRoot, kDir, kName, kExtension, kTail}) ChangeCase(part, ql::MakeUpper);
+}
+
+void QLFileName::ChangeCase(PartIndex part, void (*change)(std::wstring&) noexcept) {
+    std::wstring changed(Part(part));
+    change(changed);
+    SetPart(part, changed);
+}
+
+void QLFileName::SetPart(PartIndex part, std::wstring_view value) {
+    const std::size_t begin = Begin(part);
+    const std::size_t oldSize = ends_[part] - begin;
+    if (begin == text_.size()) {
+        text_.append(value);  // parsing stores the parts in their order: the quick way
+    } else {
+        text_.replace(begin, oldSize, value);
+    }
+    for (std::size_t i = part; i < kPartCount; ++i) ends_[i] += value.size() - oldSize;
+}
+
+void QLFileName::SubstPathPlaceholders(RWWString& text) {
+    std::wstring expanded;
+    DWORD needed = ::ExpandEnvironmentStringsW(text.data(), nullptr, 0);
+    // Another thread may lengthen a variable between the calls.
+    while (needed > expanded.size()) {
+        expanded.resize(needed);
+        needed =
+            ::ExpandEnvironmentStringsW(text.data(), expanded.data(), static_cast<DWORD>(expanded.size()));
+    }
+    if (needed == 0) return;
+    expanded.resize(needed - 1);  // without the closing zero
+    text = RWWString(std::move(expanded));
+}
