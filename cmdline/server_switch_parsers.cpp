@@ -49,6 +49,7 @@ void ServerCmdSwitches::ParseSwitches(const wchar_t* commandLine) {
     for (const wchar_t* const name : {Table::kCopies, Table::kPageSize, Table::kTray}) given.DeclareSwitch(name, SWITCH_VALUE);
     given.Scan(commandLine);
 
+    ignoredWords_ = given.GetIgnored();
     if (given.HasLeadingText()) TakeFile(given.GetLeadingText());
     for (const Table::Row& row : Table::kFlags) {
         if (given.IsSwitchSet(row.name)) flags_.set(row.flag);

@@ -1,10 +1,24 @@
 #include "files/launch.h"
 
+#include <algorithm>
 #include <new>
 #include <string>
+#include <string_view>
 
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
+
+// The name ends where the C run time sees its end: at the closing quote, else at the first blank or tab.
+RWWString GetOwnCommandLine() {
+    std::wstring_view line = ::GetCommandLineW();
+    bool isQuoted = false;
+    std::size_t end = 0;
+    for (; end < line.size() && (isQuoted || (line[end] != L' ' && line[end] != L'\t')); ++end)
+        isQuoted = isQuoted != (line[end] == L'"');
+    line.remove_prefix(end);
+    line.remove_prefix(std::min(line.find_first_not_of(L" \t"), line.size()));
+    return RWWString(line);
+}
 
 bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand) try {
     // In memory of its own: the system may change it.

@@ -37,10 +37,10 @@ TEST_F(Launching, HandsOverTheQuotedPathOneBlankTheSwitchesAndTheShowState) {
     ASSERT_TRUE(::CopyFileW(ChildProgram().c_str(), copy.c_str(), FALSE));
     for (const std::wstring& program : {ChildProgram(), copy}) {
         for (const wchar_t* switches : {L"", L"/x", L"/a \"b c\"  /\xe9 %PATH%"}) {
-            for (const unsigned short state : {SW_HIDE, SW_SHOWMAXIMIZED}) {
+            for (const int state : {SW_HIDE, SW_SHOWMAXIMIZED}) {
                 QLCmdLine line{QLFileName(program.c_str())};
                 line.SetSwitches(switches);
-                ASSERT_TRUE(LaunchApplication(line, state));
+                ASSERT_TRUE(LaunchApplication(line, static_cast<unsigned short>(state)));
                 EXPECT_EQ(RWWString(static_cast<wchar_t>(state) + (L'"' + program) + L"\" " + switches),
                           RWWString(Received()));
             }

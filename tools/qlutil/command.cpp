@@ -19,7 +19,7 @@ const std::vector<const Command*>& AllCommands() {
         for (const auto& family :
              {SessionCommands(), NameCommands(), TextCommands(), JsonCommands(), PreferenceCommands(),
               DirectoryCommands(), LogCommands(), ValueCommands(), FileCommands(), ProcessorCommands(),
-              SwitchCommands(), ZipCommands(), DisplayCommands(), KeyCommands(), ShellCommands()}) {
+              SwitchCommands(), ZipCommands(), DisplayCommands(), KeyCommands(), ShellCommands(), MachineCommands()}) {
             for (const Command& command : family) commands.push_back(&command);
         }
         return commands;

@@ -41,6 +41,7 @@ std::span<const Command> ZipCommands();
 std::span<const Command> DisplayCommands();
 std::span<const Command> KeyCommands();
 std::span<const Command> ShellCommands();
+std::span<const Command> MachineCommands();
 
 struct CommandMatch {
     const Command* command;  // null when no command has that name
