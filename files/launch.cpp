@@ -1,23 +1,14 @@
 #include "files/launch.h"
 
-#include <algorithm>
 #include <string>
-#include <string_view>
 
+#include "files/program_name.h"
 #include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
-// The name ends where the C run time sees its end: at the closing quote, else at the first blank or tab.
 RWWString GetOwnCommandLine() {
-    std::wstring_view line = ::GetCommandLineW();
-    bool isQuoted = false;
-    std::size_t end = 0;
-    for (; end < line.size() && (isQuoted || (line[end] != L' ' && line[end] != L'\t')); ++end)
-        isQuoted = isQuoted != (line[end] == L'"');
-    line.remove_prefix(end);
-    line.remove_prefix(std::min(line.find_first_not_of(L" \t"), line.size()));
-    return RWWString(line);
+    return RWWString(ql::WithoutProgramName(::GetCommandLineW()));
 }
 
 bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand) {

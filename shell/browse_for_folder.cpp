@@ -117,7 +117,8 @@ class FolderDialog {
         self->window_ = window;
         const bool isDone = ql::Completes([=] {
             if (event == BFFM_INITIALIZED) self->Open();
-            if (event == BFFM_SELCHANGED) self->selected_ = FolderOf(reinterpret_cast<const ITEMIDLIST*>(item));
+            if (event == BFFM_SELCHANGED)
+                self->selected_ = FolderOf(reinterpret_cast<const ITEMIDLIST*>(item));
         });
         if (!isDone) self->Fail();
         return 0;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "files/program_name.h"
 #include "tests/support/other_process.h"
 #include "tests/support/test_folder.h"
 
@@ -46,6 +47,20 @@ TEST_F(Launching, HandsOverTheQuotedPathOneBlankTheSwitchesAndTheShowState) {
             }
         }
     }
+}
+
+TEST(OwnCommandLine, BeginsBehindTheProgramsName) {
+    const wchar_t* const cases[][2] = {
+        {L"host.exe", L""},
+        {L"host.exe  /ni /sa ", L"/ni /sa "},
+        {L"\"C:\\My Programs\\host.exe\" \"C:\\a b.qft\" /ni", L"\"C:\\a b.qft\" /ni"},
+        {L"C:\\\"My Programs\"\\host.exe\t\"a\"", L"\"a\""},
+        {L"\"never closed /ni", L""},
+        {L" /ni", L"/ni"},  // no name at all
+        {L"", L""}};
+    for (const auto& [line, rest] : cases)
+        EXPECT_EQ(rest, std::wstring(ql::WithoutProgramName(line))) << line;
+    EXPECT_TRUE(std::wstring_view(::GetCommandLineW()).ends_with(GetOwnCommandLine()));
 }
 
 TEST_F(Launching, FailsWithoutAProgram) {

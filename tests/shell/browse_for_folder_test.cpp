@@ -185,7 +185,8 @@ TEST_F(BrowseForFolder, ATypedNameIsTakenWhenItExistsAndTheHostAgrees) {
     Reluctant browser(std::size(kCases) + 1);
     browser.SetStartFolder(outer_);
     const User user([&](User& u) {
-        for (const auto& [text, folder] : {std::pair(gone, gone), {L"gone", gone}, {L"file", outer_ + L"\\file"}}) {
+        for (const auto& [text, folder] :
+             {std::pair(gone, gone), {L"gone", gone}, {L"file", outer_ + L"\\file"}}) {
             u.Type(text.c_str());
             u.Press(IDOK);
             EXPECT_EQ(L"There is no folder \"" + folder + L"\".", u.CloseBox());
@@ -257,7 +258,8 @@ TEST_F(BrowseForFolder, TheFolderPickerRemembersTheRecentFolderOfTheKind) {
 // The dialog has its older looks there. Its owner is disabled while it is open.
 TEST_F(BrowseForFolder, WorksOnAThreadOfAnotherApartment) {
     EXPECT_EQ(S_OK, ::CoInitializeEx(nullptr, COINIT_MULTITHREADED));
-    const HWND owner = ::CreateWindowW(L"Static", L"", WS_OVERLAPPED, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    const HWND owner =
+        ::CreateWindowW(L"Static", L"", WS_OVERLAPPED, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
     RWWString folder = inner_;
     {
         const User user([owner](User& u) {

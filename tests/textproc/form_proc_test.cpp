@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "prefs/directories.h"
 #include "settings/preferences.h"
 #include "tests/support/private_registry.h"
 #include "textproc/form_proc_program.h"
@@ -16,12 +17,7 @@ void Install(FormProc processor) {
     WriteQLRegString(GetFormProcRegName(processor).data(), L"Template Files", L"W:\\Templates");
 }
 
-class Processors : public testing::Test {
-  protected:
-    PrivateRegistry registry_;
-    SettingsProcess process_;
-    SettingsThread thread_;
-};
+using Processors = SettingsTest;
 
 // Everything that is known of a processor.
 std::wstring Facts(FormProc processor) {
@@ -51,25 +47,28 @@ TEST_F(Processors, HaveFactsThatDifferByVersionOnlyWhereTheyShould) {
             Facts(processor));
         EXPECT_EQ(FT_WORD_TEMPLATE, GetTextFileType(processor));
     }
-    EXPECT_STREQ(L"Quillet6AutomatorWnd32", GetFormProcClass(FP_AUTOMATOR));
-    EXPECT_STREQ(L"qlauto.exe", GetFormProcExe(FP_AUTOMATOR));
-    EXPECT_STREQ(L"Quillet6FillerWnd32", GetFormProcClass(FP_FILLER));
-    EXPECT_STREQ(L"qlfill.exe", GetFormProcExe(FP_FILLER));
-    EXPECT_STREQ(L"Quillet Automator", GetFormProcRegKey(FP_FILLER));
+    EXPECT_EQ(
+        L"Word Proc\\Quillet Automator|Quillet Automator|qlauto.exe|Quillet6AutomatorWnd32|QuilformServer|"
+        L"QuilformCommand|Quillet Automator",
+        Facts(FP_AUTOMATOR));
+    EXPECT_EQ(
+        L"Word Proc\\Quillet Filler|Quillet Filler|qlfill.exe|Quillet6FillerWnd32|QuilformServer|"
+        L"QuilformCommand|Quillet Automator",
+        Facts(FP_FILLER));
     EXPECT_STREQ(L"", GetFormProcName(FP_TEXT));
     for (const int none : {0, 5, 11, 27, 201, -1}) {
         const auto processor = static_cast<FormProc>(none);
-        EXPECT_TRUE(Facts(processor).ends_with(L"|-|-|-|-|-|-"));
-        EXPECT_EQ(FT_NONE, GetTextFileType(processor));
-        EXPECT_TRUE(GetFormProcTmplDir(processor).isNull());
+        EXPECT_EQ(L"Word Proc\\|-|-|-|-|-|-", Facts(processor)) << none;
+        EXPECT_EQ(FT_NONE, GetTextFileType(processor)) << none;
+        EXPECT_TRUE(GetFormProcTmplDir(processor).isNull()) << none;
+        EXPECT_TRUE(GetFormProcDocDir(processor).isNull()) << none;
     }
 }
 
 TEST_F(Processors, DirectoriesAreTrimmedAndEndInOneBackslash) {
     WriteQLRegString(L"Locations", L"Template Files", L"T:\\Templates");
     WriteQLRegString(L"Locations", L"Form Document Files", L"T:\\Forms");
-    const RWWString documents = GetFormProcDocDir(FP_WORD2003);
-    EXPECT_TRUE(documents.length() > 1 && documents.view().ends_with(L'\\')) << "the personal documents";
+    EXPECT_EQ(CQlDir::GetDirectory(PersonalDocumentsDirectory) + L"\\", GetFormProcDocDir(FP_WORD2003));
     const wchar_t* const cases[][2] = {
         {L"W:\\Dir", L"W:\\Dir\\"}, {L"W:\\Dir\\", L"W:\\Dir\\"}, {L"  W:\\Dir\\  ", L"W:\\Dir\\"},
         {L"W:\\", L"W:\\"},         {L" a b ", L"a b\\"},         {L"W:/Dir/", L"W:/Dir/\\"}};
@@ -86,60 +85,129 @@ TEST_F(Processors, DirectoriesAreTrimmedAndEndInOneBackslash) {
         EXPECT_EQ(RWWString(L"T:\\Templates\\"), GetFormProcTmplDir(own));
         EXPECT_EQ(RWWString(L"T:\\Forms\\"), GetFormProcDocDir(own));
     }
-    EXPECT_TRUE(GetFormProcDocDir(FP_NONE).isNull());
 }
 
-// Everything that is found and chosen, in the order of the columns below.
-std::vector<int> Found() {
-    return {GetMSWordVersion(),
-            GetWordPerfectVersion(),
-            GetInstalledTextFormProc(),
-            GetDefaultTextFormProc(),
-            CanSaveInWord2007Format(),
-            GetFormProcType(FT_DOCX_TEMPLATE),
-            GetFormProcType(FT_WORD_TEMPLATE),
-            GetFormProcType(FT_WP_TEMPLATE),
-            GetFormProcType(FT_TEXT_TEMPLATE),
-            GetSendDocToTextFormProc(L"a.docx"),
-            GetSendDocToTextFormProc(L"a.wpd"),
-            GetSendDocToTextFormProc(L"a.txt")};
-}
-
+// What is installed and preferred, and what is found and chosen then.
 struct Choice {
-    std::vector<int> installed;
+    const char* what;
+    std::vector<FormProc> installed;
     const wchar_t* usual;  // the preference "Default"
     bool sendByKind;       // the preference "Send to Default"
-    std::vector<int> found;
+    FormProc word, wordPerfect, byDefault;
+    bool savesDocx;
+    std::vector<FormProc> forKinds;  // templates of docx, dot, wpt, ttx
+    std::vector<FormProc> toSend;    // docx, wpd, txt
 };
 
 const Choice kChoices[] = {
-    // Word, WP, any, default, saves docx; for docx, dot, wpt, ttx; to send docx, wpd, txt
-    {{}, L"", true, {0, 0, 0, 0, false, 0, 0, 0, 200, 0, 0, 0}},
-    {{}, L"Word 2010", false, {0, 0, 0, 0, false, 0, 0, 0, 200, 0, 0, 0}},
-    {{23, 25}, L"", false, {25, 0, 25, 0, true, 25, 25, 0, 200, 25, 25, 25}},
-    {{23, 25}, L"word 2003", false, {25, 0, 25, 23, true, 25, 23, 0, 200, 23, 23, 23}},
-    {{23, 25}, L"Word 2003", true, {25, 0, 25, 23, true, 25, 23, 0, 200, 25, 23, 23}},
-    {{23, 6, 8}, L"WordPerfect 13", true, {23, 8, 23, 6, false, 0, 23, 6, 200, 6, 6, 6}},
-    {{26, 8, 10}, L"Word 2013", true, {26, 10, 26, 26, true, 26, 26, 10, 200, 26, 10, 26}},
-    {{9}, L"Word 2013", false, {0, 9, 9, 0, false, 0, 0, 9, 200, 9, 9, 9}},
-    {{24}, L"Quillet Automator", false, {24, 0, 24, 0, true, 24, 24, 0, 200, 24, 24, 24}},
+    {"nothing",
+     {},
+     L"Word 2010",
+     true,
+     FP_NONE,
+     FP_NONE,
+     FP_NONE,
+     false,
+     {FP_NONE, FP_NONE, FP_NONE, FP_TEXT},
+     {FP_NONE, FP_NONE, FP_NONE}},
+    {"the newest",
+     {FP_WORD2003, FP_WORD2010},
+     L"",
+     false,
+     FP_WORD2010,
+     FP_NONE,
+     FP_NONE,
+     true,
+     {FP_WORD2010, FP_WORD2010, FP_NONE, FP_TEXT},
+     {FP_WORD2010, FP_WORD2010, FP_WORD2010}},
+    {"the default where it can",
+     {FP_WORD2003, FP_WORD2010},
+     L"word 2003",
+     false,
+     FP_WORD2010,
+     FP_NONE,
+     FP_WORD2003,
+     true,
+     {FP_WORD2010, FP_WORD2003, FP_NONE, FP_TEXT},
+     {FP_WORD2003, FP_WORD2003, FP_WORD2003}},
+    {"by kind",
+     {FP_WORD2003, FP_WORD2010},
+     L"Word 2003",
+     true,
+     FP_WORD2010,
+     FP_NONE,
+     FP_WORD2003,
+     true,
+     {FP_WORD2010, FP_WORD2003, FP_NONE, FP_TEXT},
+     {FP_WORD2010, FP_WORD2003, FP_WORD2003}},
+    {"an old one for its own kinds",
+     {FP_WORD2003, FP_WP13, FP_WP15},
+     L"WordPerfect 13",
+     true,
+     FP_WORD2003,
+     FP_WP15,
+     FP_WP13,
+     false,
+     {FP_NONE, FP_WORD2003, FP_WP13, FP_TEXT},
+     {FP_WP13, FP_WP13, FP_WP13}},
+    {"both families",
+     {FP_WORD2013, FP_WP15, FP_WP17},
+     L"Word 2013",
+     true,
+     FP_WORD2013,
+     FP_WP17,
+     FP_WORD2013,
+     true,
+     {FP_WORD2013, FP_WORD2013, FP_WP17, FP_TEXT},
+     {FP_WORD2013, FP_WP17, FP_WORD2013}},
+    {"WordPerfect alone",
+     {FP_WP14, FP_WP16},
+     L"Word 2013",
+     false,
+     FP_NONE,
+     FP_WP16,
+     FP_NONE,
+     false,
+     {FP_NONE, FP_NONE, FP_WP16, FP_TEXT},
+     {FP_WP16, FP_WP16, FP_WP16}},
+    {"no text processor named",
+     {FP_WORD2007},
+     L"Quillet Automator",
+     false,
+     FP_WORD2007,
+     FP_NONE,
+     FP_NONE,
+     true,
+     {FP_WORD2007, FP_WORD2007, FP_NONE, FP_TEXT},
+     {FP_WORD2007, FP_WORD2007, FP_WORD2007}},
 };
 
 TEST(ProcessorChoice, FollowsThePreferences) {
     for (const Choice& choice : kChoices) {
-        SCOPED_TRACE(&choice - kChoices);
+        SCOPED_TRACE(choice.what);
         const PrivateRegistry registry;
         const SettingsProcess process;
         const SettingsThread thread;
-        for (const int processor : choice.installed) Install(static_cast<FormProc>(processor));
+        for (const FormProc processor : choice.installed) Install(processor);
         WriteQLRegString(L"Word Proc", L"Default", choice.usual);
         WriteQLRegBool(L"Word Proc", L"Send to Default", choice.sendByKind);
-        EXPECT_EQ(choice.found, Found());
-        EXPECT_EQ(GetTextFileType(GetDefaultTextFormProc()), GetDefaultTextFileType());
-        for (const int form : {6, 7}) EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(static_cast<FileType>(form)));
-        for (const int none : {0, 8, 16, 26, 39, 64, -1}) {
-            EXPECT_EQ(FP_NONE, GetFormProcType(static_cast<FileType>(none)));
-        }
+        EXPECT_EQ(choice.word, GetMSWordVersion());
+        EXPECT_EQ(choice.wordPerfect, GetWordPerfectVersion());
+        EXPECT_EQ(choice.word != FP_NONE ? choice.word : choice.wordPerfect, GetInstalledTextFormProc());
+        EXPECT_EQ(choice.byDefault, GetDefaultTextFormProc());
+        EXPECT_EQ(GetTextFileType(choice.byDefault), GetDefaultTextFileType());
+        EXPECT_EQ(choice.savesDocx, CanSaveInWord2007Format());
+        std::vector<FormProc> forKinds, toSend;
+        for (const FileType kind : {FT_DOCX_TEMPLATE, FT_WORD_TEMPLATE, FT_WP_TEMPLATE, FT_TEXT_TEMPLATE})
+            forKinds.push_back(GetFormProcType(kind));
+        for (const wchar_t* name : {L"a.docx", L"a.wpd", L"a.txt"})
+            toSend.push_back(GetSendDocToTextFormProc(name));
+        EXPECT_EQ(choice.forKinds, forKinds);
+        EXPECT_EQ(choice.toSend, toSend);
+        for (const FileType form : {FT_FORM_TEMPLATE, FT_PDF_TEMPLATE})
+            EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(form));
+        for (const int none : {0, 8, 16, 26, 39, 64, -1})
+            EXPECT_EQ(FP_NONE, GetFormProcType(static_cast<FileType>(none))) << none;
     }
 }
 
@@ -207,7 +275,7 @@ TEST_F(Odma, FormatNamesAreTheExtensionUntilTheyAreSet) {
         SetOdmaFormatName(FT_WORD_DOCUMENT, L"Word 97");
         SetOdmaFormatName(FT_WORD_DOCUMENT, none);
         EXPECT_EQ(RWWString(L".doc"), GetOdmaFormatName(FT_WORD_DOCUMENT));
-        EXPECT_EQ(static_cast<DWORD>(REG_NONE), PrivateRegistry::Get(L"File Mgt", L"DOC Format Name").type);
+        EXPECT_TRUE(GetQLRegString(L"File Mgt", L"DOC Format Name", nullptr).isNull());
     }
     SetOdmaFormatName(FT_WORD_DOCUMENT, L".DOC");
     EXPECT_EQ(RWWString(L".DOC"), GetOdmaFormatName(FT_WORD_DOCUMENT)) << "another text than the extension";

@@ -81,7 +81,8 @@ std::vector<QLFileName> NamesOf(std::span<const std::wstring_view> words) {
         }
         CDirectoryIterator walk;
         QLFileName entry;
-        for (bool more = walk.First(Name(word), &entry); more; more = walk.Next(&entry)) names.push_back(entry);
+        for (bool more = walk.First(Name(word), &entry); more; more = walk.Next(&entry))
+            names.push_back(entry);
     }
     return names;
 }
@@ -130,8 +131,9 @@ Answer Copy(const Arguments& arguments) {
     const DWORD reason = ::GetLastError();
     Record record = {{L"ok", ok}, {L"error", error}};
     if (ok) return record;
-    return Answer(std::move(record), L"cannot copy " + source + L" to " + destination + L": " +
-                                         (reason == ERROR_INVALID_PARAMETER ? L"they are one file" : ReasonOf(reason)));
+    return Answer(std::move(record),
+                  L"cannot copy " + source + L" to " + destination + L": " +
+                      (reason == ERROR_INVALID_PARAMETER ? L"they are one file" : ReasonOf(reason)));
 }
 
 Answer Exe(const Arguments& arguments) {
@@ -161,8 +163,13 @@ constexpr Command kCommands[] = {
     {L"fullpath", L"TEXT [--dir D] [--ext E]",
      L"The full path that a name stands for: below D, a named location or the folder of its kind.",
      kFullPathSwitches, 1, 1, FullPath},
-    {L"file status", L"PATH...", L"Whether files are there, what could be done with them, and why no more.", {}, 1,
-     kAnyNumber, Status},
+    {L"file status",
+     L"PATH...",
+     L"Whether files are there, what could be done with them, and why no more.",
+     {},
+     1,
+     kAnyNumber,
+     Status},
     {L"file forms", L"PATH", L"The long, short and network forms of a path.", {}, 1, 1, Forms},
     {L"file temp", L"[PATH] [--create]",
      L"A name that no file has, with the folder and the extension of PATH; --create makes the file.",

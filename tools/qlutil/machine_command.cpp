@@ -73,10 +73,11 @@ List Engines() {
 }
 
 BOOL CALLBACK AddMonitor(HMONITOR, HDC, RECT* place, LPARAM list) {
-    reinterpret_cast<List*>(list)->push_back(Record{{L"left", static_cast<int>(place->left)},
-                                                    {L"top", static_cast<int>(place->top)},
-                                                    {L"width", static_cast<int>(place->right - place->left)},
-                                                    {L"height", static_cast<int>(place->bottom - place->top)}});
+    reinterpret_cast<List*>(list)->push_back(
+        Record{{L"left", static_cast<int>(place->left)},
+               {L"top", static_cast<int>(place->top)},
+               {L"width", static_cast<int>(place->right - place->left)},
+               {L"height", static_cast<int>(place->bottom - place->top)}});
     return TRUE;
 }
 
@@ -90,8 +91,8 @@ Node WindowsVersion() {
     OSVERSIONINFOW version = {};
     version.dwOSVersionInfoSize = sizeof version;
     if (!::GetVersionExW(&version)) return nullptr;
-    return RWWString(std::to_wstring(version.dwMajorVersion) + L'.' + std::to_wstring(version.dwMinorVersion) +
-                     L'.' + std::to_wstring(version.dwBuildNumber));
+    return RWWString(std::to_wstring(version.dwMajorVersion) + L'.' +
+                     std::to_wstring(version.dwMinorVersion) + L'.' + std::to_wstring(version.dwBuildNumber));
 }
 
 Node User() {
@@ -121,9 +122,13 @@ Answer Machine(const Arguments&) {
 }
 
 constexpr Command kCommands[] = {
-    {L"machine", L"",
+    {L"machine",
+     L"",
      L"The whole report of one machine: versions, system, user, code pages, monitors, folders, processors.",
-     {}, 0, 0, Machine},
+     {},
+     0,
+     0,
+     Machine},
 };
 
 }  // namespace

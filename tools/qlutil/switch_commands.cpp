@@ -121,7 +121,8 @@ constexpr SwitchRow kReadSwitches[] = {{L"given"}};
 
 constexpr Command kCommands[] = {
     {L"switches main", L"LINE [--given]",
-     L"What the main application makes of a command line; --given: what the line changes and what is ignored.",
+     L"What the main application makes of a command line; --given: what the line changes and what is "
+     L"ignored.",
      kReadSwitches, 1, 1, Read<Main>},
     {L"switches filler", L"LINE [--given]", L"What the Filler makes of a command line.", kReadSwitches, 1, 1,
      Read<FillerCmdSwitchParser>},
