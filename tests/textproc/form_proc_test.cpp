@@ -87,127 +87,70 @@ TEST_F(Processors, DirectoriesAreTrimmedAndEndInOneBackslash) {
     }
 }
 
-// What is installed and preferred, and what is found and chosen then.
+constexpr FormProc kNone = FP_NONE, kW03 = FP_WORD2003, kW07 = FP_WORD2007, kW10 = FP_WORD2010,
+                   kW13 = FP_WORD2013, kP13 = FP_WP13, kP14 = FP_WP14, kP15 = FP_WP15, kP16 = FP_WP16,
+                   kP17 = FP_WP17;
+
+// What is installed and preferred ("Default", "Send to Default"), and what is found and chosen then.
 struct Choice {
-    const char* what;
     std::vector<FormProc> installed;
-    const wchar_t* usual;  // the preference "Default"
-    bool sendByKind;       // the preference "Send to Default"
+    const wchar_t* usual;
+    bool sendByKind, savesDocx;
     FormProc word, wordPerfect, byDefault;
-    bool savesDocx;
-    std::vector<FormProc> forKinds;  // templates of docx, dot, wpt, ttx
-    std::vector<FormProc> toSend;    // docx, wpd, txt
+    FormProc forDocx, forDot, forWpt;
+    FormProc toSendDocx, toSendWpd, toSendTxt;
 };
 
 const Choice kChoices[] = {
-    {"nothing",
-     {},
-     L"Word 2010",
-     true,
-     FP_NONE,
-     FP_NONE,
-     FP_NONE,
-     false,
-     {FP_NONE, FP_NONE, FP_NONE, FP_TEXT},
-     {FP_NONE, FP_NONE, FP_NONE}},
-    {"the newest",
-     {FP_WORD2003, FP_WORD2010},
-     L"",
-     false,
-     FP_WORD2010,
-     FP_NONE,
-     FP_NONE,
-     true,
-     {FP_WORD2010, FP_WORD2010, FP_NONE, FP_TEXT},
-     {FP_WORD2010, FP_WORD2010, FP_WORD2010}},
-    {"the default where it can",
-     {FP_WORD2003, FP_WORD2010},
-     L"word 2003",
-     false,
-     FP_WORD2010,
-     FP_NONE,
-     FP_WORD2003,
-     true,
-     {FP_WORD2010, FP_WORD2003, FP_NONE, FP_TEXT},
-     {FP_WORD2003, FP_WORD2003, FP_WORD2003}},
-    {"by kind",
-     {FP_WORD2003, FP_WORD2010},
-     L"Word 2003",
-     true,
-     FP_WORD2010,
-     FP_NONE,
-     FP_WORD2003,
-     true,
-     {FP_WORD2010, FP_WORD2003, FP_NONE, FP_TEXT},
-     {FP_WORD2010, FP_WORD2003, FP_WORD2003}},
-    {"an old one for its own kinds",
-     {FP_WORD2003, FP_WP13, FP_WP15},
+    // installed, default, by kind, docx; Word, WordPerfect, default; for docx, dot, wpt; to send docx, wpd, txt
+    {{}, L"Word 2010", true, false, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone},
+    {{kW03, kW10}, L"", false, true, kW10, kNone, kNone, kW10, kW10, kNone, kW10, kW10, kW10},
+    {{kW03, kW10}, L"word 2003", false, true, kW10, kNone, kW03, kW10, kW03, kNone, kW03, kW03, kW03},
+    {{kW03, kW10}, L"Word 2003", true, true, kW10, kNone, kW03, kW10, kW03, kNone, kW10, kW03, kW03},
+    {{kW03, kP13, kP15},
      L"WordPerfect 13",
      true,
-     FP_WORD2003,
-     FP_WP15,
-     FP_WP13,
      false,
-     {FP_NONE, FP_WORD2003, FP_WP13, FP_TEXT},
-     {FP_WP13, FP_WP13, FP_WP13}},
-    {"both families",
-     {FP_WORD2013, FP_WP15, FP_WP17},
-     L"Word 2013",
-     true,
-     FP_WORD2013,
-     FP_WP17,
-     FP_WORD2013,
-     true,
-     {FP_WORD2013, FP_WORD2013, FP_WP17, FP_TEXT},
-     {FP_WORD2013, FP_WP17, FP_WORD2013}},
-    {"WordPerfect alone",
-     {FP_WP14, FP_WP16},
-     L"Word 2013",
-     false,
-     FP_NONE,
-     FP_WP16,
-     FP_NONE,
-     false,
-     {FP_NONE, FP_NONE, FP_WP16, FP_TEXT},
-     {FP_WP16, FP_WP16, FP_WP16}},
-    {"no text processor named",
-     {FP_WORD2007},
-     L"Quillet Automator",
-     false,
-     FP_WORD2007,
-     FP_NONE,
-     FP_NONE,
-     true,
-     {FP_WORD2007, FP_WORD2007, FP_NONE, FP_TEXT},
-     {FP_WORD2007, FP_WORD2007, FP_WORD2007}},
+     kW03,
+     kP15,
+     kP13,
+     kNone,
+     kW03,
+     kP13,
+     kP13,
+     kP13,
+     kP13},
+    {{kW13, kP15, kP17}, L"Word 2013", true, true, kW13, kP17, kW13, kW13, kW13, kP17, kW13, kP17, kW13},
+    {{kP14, kP16}, L"Word 2013", false, false, kNone, kP16, kNone, kNone, kNone, kP16, kP16, kP16, kP16},
+    {{kW07}, L"Quillet Automator", false, true, kW07, kNone, kNone, kW07, kW07, kNone, kW07, kW07, kW07},
 };
 
 TEST(ProcessorChoice, FollowsThePreferences) {
     for (const Choice& choice : kChoices) {
-        SCOPED_TRACE(choice.what);
+        SCOPED_TRACE(testing::PrintToString(choice.installed) + testing::PrintToString(choice.usual));
         const PrivateRegistry registry;
         const SettingsProcess process;
         const SettingsThread thread;
         for (const FormProc processor : choice.installed) Install(processor);
         WriteQLRegString(L"Word Proc", L"Default", choice.usual);
         WriteQLRegBool(L"Word Proc", L"Send to Default", choice.sendByKind);
+        EXPECT_EQ(choice.savesDocx, CanSaveInWord2007Format());
         EXPECT_EQ(choice.word, GetMSWordVersion());
         EXPECT_EQ(choice.wordPerfect, GetWordPerfectVersion());
-        EXPECT_EQ(choice.word != FP_NONE ? choice.word : choice.wordPerfect, GetInstalledTextFormProc());
+        EXPECT_EQ(choice.word != kNone ? choice.word : choice.wordPerfect, GetInstalledTextFormProc());
         EXPECT_EQ(choice.byDefault, GetDefaultTextFormProc());
         EXPECT_EQ(GetTextFileType(choice.byDefault), GetDefaultTextFileType());
-        EXPECT_EQ(choice.savesDocx, CanSaveInWord2007Format());
-        std::vector<FormProc> forKinds, toSend;
-        for (const FileType kind : {FT_DOCX_TEMPLATE, FT_WORD_TEMPLATE, FT_WP_TEMPLATE, FT_TEXT_TEMPLATE})
-            forKinds.push_back(GetFormProcType(kind));
-        for (const wchar_t* name : {L"a.docx", L"a.wpd", L"a.txt"})
-            toSend.push_back(GetSendDocToTextFormProc(name));
-        EXPECT_EQ(choice.forKinds, forKinds);
-        EXPECT_EQ(choice.toSend, toSend);
-        for (const FileType form : {FT_FORM_TEMPLATE, FT_PDF_TEMPLATE})
-            EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(form));
+        EXPECT_EQ(choice.forDocx, GetFormProcType(FT_DOCX_TEMPLATE));
+        EXPECT_EQ(choice.forDot, GetFormProcType(FT_WORD_TEMPLATE));
+        EXPECT_EQ(choice.forWpt, GetFormProcType(FT_WP_TEMPLATE));
+        EXPECT_EQ(choice.toSendDocx, GetSendDocToTextFormProc(L"a.docx"));
+        EXPECT_EQ(choice.toSendWpd, GetSendDocToTextFormProc(L"a.wpd"));
+        EXPECT_EQ(choice.toSendTxt, GetSendDocToTextFormProc(L"a.txt"));
+        EXPECT_EQ(FP_TEXT, GetFormProcType(FT_TEXT_TEMPLATE));
+        EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(FT_FORM_TEMPLATE));
+        EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(FT_PDF_TEMPLATE));
         for (const int none : {0, 8, 16, 26, 39, 64, -1})
-            EXPECT_EQ(FP_NONE, GetFormProcType(static_cast<FileType>(none))) << none;
+            EXPECT_EQ(kNone, GetFormProcType(static_cast<FileType>(none))) << none;
     }
 }
 
