@@ -120,6 +120,9 @@ class QL_API QuilletCmdSwitchParser {
     long GetPrintCopies() const noexcept { return printCopies_; }
     QLStringTable& GetOverlayFiles() noexcept { return overlayFiles_; }
 
+    // The words of the last line that no switch claimed: a misspelt switch is among them.
+    const QLStringTable& GetIgnoredWords() const noexcept { return ignoredWords_; }
+
   private:
     enum TextIndex {
         kTplPath,
@@ -188,7 +191,7 @@ class QL_API QuilletCmdSwitchParser {
     LibMode libMode_ = LIBMODE_UNDECIDED;
     ExitBehavior exit_ = EXIT_UNDECIDED;
     std::array<std::optional<RWWString>, kTextCount> texts_;
-    QLStringTable overlayFiles_;
+    QLStringTable overlayFiles_, ignoredWords_;
     long printCopies_ = 1;
     std::bitset<kFlagCount> flags_;
 };

@@ -18,10 +18,11 @@ constexpr std::wstring_view kGeneralUsage =
 const std::vector<const Command*>& AllCommands() {
     static const std::vector<const Command*> all = [] {
         std::vector<const Command*> commands;
-        for (const auto& family : {SessionCommands(), NameCommands(), TextCommands(), JsonCommands(),
-                                   PreferenceCommands(), DirectoryCommands(), LogCommands(), ValueCommands(),
-                                   FileCommands(), ProcessorCommands(), SwitchCommands(), ZipCommands(),
-                                   DisplayCommands(), KeyCommands(), ShellCommands(), VersionCommands()}) {
+        for (const auto& family :
+             {SessionCommands(), NameCommands(), TextCommands(), JsonCommands(), PreferenceCommands(),
+              DirectoryCommands(), LogCommands(), ValueCommands(), FileCommands(), ProcessorCommands(),
+              SwitchCommands(), ZipCommands(), DisplayCommands(), KeyCommands(), ShellCommands(),
+              VersionCommands(), MachineCommands()}) {
             for (const Command& command : family) commands.push_back(&command);
         }
         return commands;

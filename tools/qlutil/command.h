@@ -42,6 +42,7 @@ std::span<const Command> DisplayCommands();
 std::span<const Command> KeyCommands();
 std::span<const Command> ShellCommands();
 std::span<const Command> VersionCommands();
+std::span<const Command> MachineCommands();
 
 struct CommandMatch {
     const Command* command;  // null when no command has that name
