@@ -75,12 +75,14 @@ class QL_API ServerCmdSwitches {
     QLStringTable ignoredWords_;
 };
 
+// The command line of the form filler.
 class QL_API FillerCmdSwitchParser : public ServerCmdSwitches {
   public:
     explicit FillerCmdSwitchParser(const wchar_t* commandLine);
     explicit FillerCmdSwitchParser(const QLCmdLine& commandLine);
 };
 
+// The command line of the form automator.
 class QL_API AutomatorCmdSwitchParser : public ServerCmdSwitches {
   public:
     explicit AutomatorCmdSwitchParser(const wchar_t* commandLine);

@@ -14,17 +14,20 @@ from check_rooms import ROOT
 
 COMMENT = re.compile(r"^(\s*)//(?!/)(?: |$)(.*)$")
 BEHIND = re.compile(r"^(.*[;,{}]|.*\))\s+// (?!NOLINT)(.*)$")
-NAME = re.compile(r"(?<!`)`((?:\w+::)*[A-Za-z_]\w+(?:\(\))?)`(?!`)")
+CODE = re.compile(r"(?<!`)`([^`]+)`(?!`)")
+NAME = re.compile(r"(?:\w+::)*[A-Za-z_]\w+(?:\(\))?")
 FENCE = re.compile(r"^```")
-MARKED = re.compile(r"[<>&@\\#]")
+# The parser of the maker loses itself in these.
+SPECIALIZATION = re.compile(r"^struct std::")
 
 
 def escaped(text):
-    return re.sub(r'([\\@<>&#$%"])', r"\\\1", text)
+    return re.sub(r"(?<![\w:])::", r"\\::", re.sub(r'([\\@<>&#$%"])', r"\\\1", text))
 
 
-def opens_block(line):
-    return line.rstrip().endswith("{") and not line.lstrip().startswith(("//", "#"))
+def code_span(match):
+    code = match[1]
+    return f"<tt>{code if NAME.fullmatch(code) else escaped(code)}</tt>"
 
 
 def run_after(lines, at):
@@ -74,6 +77,9 @@ def header(path, text):
         block = comment_block(lines, at)
         if not block:
             behind = BEHIND.match(lines[at])
+            if at + 1 < len(lines) and SPECIALIZATION.match(lines[at + 1]):
+                at = lines.index("};", at) + 1
+                continue
             yield f"{behind[1]} ///< {escaped(behind[2])}" if behind else lines[at]
             at += 1
             continue
@@ -95,7 +101,7 @@ def page(text):
     inside = False
     for line in text.splitlines():
         inside ^= bool(FENCE.match(line))
-        yield line if inside else NAME.sub(r"<tt>\1</tt>", line)
+        yield line if inside else CODE.sub(code_span, line)
 
 
 def main():

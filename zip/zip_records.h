@@ -102,6 +102,7 @@ struct ZIPCMDSTRUCT {
     std::int32_t lMemBlockSize;
 };
 
+// What is told of a member.
 struct ZIPINFO {
     std::uint16_t index;
     std::uint32_t oSize;
@@ -117,6 +118,7 @@ struct ZIPINFO {
     std::uint32_t reserved2;
 };
 
+// A call of the engine that reads.
 struct UNZIPCMDSTRUCT {
     std::int32_t unzipStructSize;
     std::int32_t function;
