@@ -116,7 +116,11 @@ TEST(Archive, ArchivesThatLieDoNotOpen) {
     const Lie cases[] = {
         {"one member more", {{kEnd, end::kCountHere, 1}, {kEnd, end::kCount, 1}}},
         {"one member less", {{kEnd, end::kCountHere, -1}, {kEnd, end::kCount, -1}}},
-        {"65,535 members", {{kEnd, end::kCountHere, -3}, {kEnd, end::kCountHere + 1, -1}, {kEnd, end::kCount, -3}, {kEnd, end::kCount + 1, -1}}},
+        {"65,535 members",
+         {{kEnd, end::kCountHere, -3},
+          {kEnd, end::kCountHere + 1, -1},
+          {kEnd, end::kCount, -3},
+          {kEnd, end::kCount + 1, -1}}},
         {"counts that differ", {{kEnd, end::kCountHere, -1}}, Result::kMultiVolume},
         {"second disk", {{kEnd, end::kDisk, 1}}, Result::kMultiVolume},
         {"member of another disk", {{kSecond, record::kDisk, 1}}, Result::kMultiVolume},
@@ -150,7 +154,9 @@ TEST(Archive, MembersThatLieAreNotRead) {
         {"no deflate stream", {{kLocal, kLocalSize + 5, 0x07}}},
         {"encrypted", {{kSecond, record::kFlags, 1}, {kLocal, local::kFlags, 1}}, Result::kEncrypted},
         {"encrypted in one place", {{kLocal, local::kFlags, 1}}},
-        {"unknown method", {{kSecond, record::kMethod, 4}, {kLocal, local::kMethod, 4}}, Result::kUnknownMethod},
+        {"unknown method",
+         {{kSecond, record::kMethod, 4}, {kLocal, local::kMethod, 4}},
+         Result::kUnknownMethod},
     };
     for (const auto& c : cases) {
         const Bytes bytes = SampleWith(c.changes);
@@ -224,7 +230,8 @@ TEST(Archive, AWrongDirectoryOffsetIsSeenBeforeAChange) {
     MemoryArchive read(bytes);
     EXPECT_EQ(Result::kInvalid, ResultOf([&] { read.archive.RequireMembersInPlace(read.file); }));
     bytes.insert(bytes.begin(), 1000, 'P');
-    Put32(&bytes[PlaceOf(bytes, kEnd) + end::kOffset], static_cast<std::uint32_t>(PlaceOf(Sample(), kFirst) + kGap));
+    Put32(&bytes[PlaceOf(bytes, kEnd) + end::kOffset],
+          static_cast<std::uint32_t>(PlaceOf(Sample(), kFirst) + kGap));
     MemoryArchive behind(bytes);
     EXPECT_NO_THROW(behind.archive.RequireMembersInPlace(behind.file));
 }
@@ -237,7 +244,8 @@ TEST(Archive, NamesAreReadAlikeFromBothPlaces) {
 }
 
 TEST(Archive, FoldersAreKnownByTheirSlashOrAttribute) {
-    const Bytes bytes = Written({{"a/", ""}, {"b", "", kFolderAttribute}, {"c", ""}, {"d", "x", kFolderAttribute}}, "");
+    const Bytes bytes =
+        Written({{"a/", ""}, {"b", "", kFolderAttribute}, {"c", ""}, {"d", "x", kFolderAttribute}}, "");
     const MemoryArchive read(bytes);
     const bool isFolder[] = {true, true, false, false};
     for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(isFolder[i], read.archive.Entries()[i].isFolder) << i;
@@ -251,8 +259,8 @@ TEST(Archive, PacksAboutAsSmallAsOneStream) {
     for (const int level : {1, 6, 9}) {
         uLongf whole = compressBound(static_cast<uLong>(text.size()));
         Bytes packed(whole);
-        compress2(packed.data(), &whole, reinterpret_cast<const Bytef*>(text.data()), static_cast<uLong>(text.size()),
-                  level);
+        compress2(packed.data(), &whole, reinterpret_cast<const Bytef*>(text.data()),
+                  static_cast<uLong>(text.size()), level);
         const Bytes bytes = Written({{"t", text, 32, level}}, "");
         EXPECT_LT(static_cast<double>(bytes.size()), 1.01 * static_cast<double>(whole)) << level;
     }

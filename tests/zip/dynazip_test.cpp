@@ -100,7 +100,7 @@ TEST_F(DynazipCalls, ExistsCountsWhatMatches) {
 TEST_F(DynazipCalls, CommentsAreReadInOneCallWithRoomForTheLongest) {
     const std::string longest(65535, '\x80');
     const std::pair<std::string, std::wstring> cases[] = {
-        {"", L""},         {"plain", L"plain"},
+        {"", L""},           {"plain", L"plain"},
         {"\x80", L"\u20ac"}, {"caf\xc3\xa9", L"caf\u00e9"},
         {"\xc3", L"\u00c3"}, {longest, std::wstring(longest.size(), L'\u20ac')},
     };
@@ -129,8 +129,10 @@ TEST_F(DynazipCalls, CommentsAreWrittenSoThatTheyAreReadAgain) {
 }
 
 TEST_F(DynazipCalls, ListsGoOneByOneToAnEngineThatKnowsNone) {
-    ZIPSOURCE files[] = {
-        {L"C:\\in\\a.txt", nullptr, -1}, {L"a.txt", L"other.txt", -1}, {L"b\".txt", nullptr, -1}, {L"c.txt", L"c.txt", -1}};
+    ZIPSOURCE files[] = {{L"C:\\in\\a.txt", nullptr, -1},
+                         {L"a.txt", L"other.txt", -1},
+                         {L"b\".txt", nullptr, -1},
+                         {L"c.txt", L"c.txt", -1}};
     EXPECT_EQ(0, Dynazip::AddFilesToZip(L"a.zip", files, 4, 9));
     EXPECT_EQ(2, zip_->calls);
     EXPECT_STREQ("\".\\c.txt\"", zip_->items);
