@@ -85,6 +85,7 @@ class CCommandSwitches {
     std::size_t TakeLeadingText(std::wstring_view line);
     void Match(std::wstring_view token);
 
+    // Its order is the rule: of the names that a token begins with, the first claims it.
     std::map<std::wstring, Declared, std::less<>> declared_;
     RWWString leadingText_;
 };

@@ -32,7 +32,8 @@ class QL_API ServerCmdSwitches {
     bool IsAutomation() const noexcept { return flags_[kAutomation]; }
     bool IsEmbedded() const noexcept { return flags_[kEmbedded]; }
 
-    // Shows an error message unless `expected` is the object's own address.
+    // Shows an error message unless `expected` is the object's own address, the low 32 bits of it where addresses have
+    // more.
     void CheckThis(unsigned long expected) const;
 
   protected:
@@ -58,8 +59,7 @@ class QL_API ServerCmdSwitches {
         kEmbedded,
         kFlagCount
     };
-    struct Row;
-    static const Row kRows[];
+    struct Table;
 
     static const wchar_t* Text(const std::optional<RWWString>& text) noexcept {
         return text ? text->data() : nullptr;

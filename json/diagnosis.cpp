@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <exception>
 #include <iterator>
 
 #include "json/parser.h"
 #include "json/units.h"
+#include "platform/failure.h"
 
 namespace JSON {
 
@@ -53,14 +53,14 @@ RWWString Found(std::wstring_view text, bool insideToken) {
 
 }  // namespace
 
-std::optional<Fault> Diagnose(std::wstring_view text) noexcept try {
-    Parser parser(text);
-    if (parser.Run()) return std::nullopt;
-    const auto [offset, expected, insideToken] = parser.fault();
-    const auto [line, column] = PositionOf(text, offset);
-    return Fault{line, column, expected, Found(text.substr(offset), insideToken)};
-} catch (const std::exception&) {
-    return Fault{1, 1, L"more memory", {}};
+std::optional<Fault> Diagnose(std::wstring_view text) noexcept {
+    return ql::FailureIfThrown(Fault{1, 1, L"more memory", {}}, [text]() -> std::optional<Fault> {
+        Parser parser(text);
+        if (parser.Run()) return std::nullopt;
+        const auto [offset, expected, insideToken] = parser.fault();
+        const auto [line, column] = PositionOf(text, offset);
+        return Fault{line, column, expected, Found(text.substr(offset), insideToken)};
+    });
 }
 
 }  // namespace JSON

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "json/arena.h"
+#include "platform/failure.h"
 
 namespace JSON {
 
@@ -84,20 +85,20 @@ void Value::ReleaseContent(Value*& doomed) noexcept {
 
 // The copy keeps all in one arena, as a parsed tree does. Containers that still hold the original's children
 // are linked into a list: depth costs no stack.
-std::unique_ptr<Value> Value::Clone() const noexcept try {
-    constexpr std::size_t kFirstChunk = 0x1000;
-    auto root = std::make_unique<Value>(Null);
-    root->arena_ = new Arena(kFirstChunk);
-    Value* unfinished = nullptr;
-    root->CopyContent(*this, unfinished);
-    while (unfinished) {
-        Value* const container = std::exchange(unfinished, unfinished->link_);
-        container->cursor_ = 0;
-        container->CopyChildren(unfinished);
-    }
-    return root;
-} catch (const std::bad_alloc&) {
-    return nullptr;
+std::unique_ptr<Value> Value::Clone() const noexcept {
+    return ql::FailureIfThrown(nullptr, [this] {
+        constexpr std::size_t kFirstChunk = 0x1000;
+        auto root = std::make_unique<Value>(Null);
+        root->arena_ = new Arena(kFirstChunk);
+        Value* unfinished = nullptr;
+        root->CopyContent(*this, unfinished);
+        while (unfinished) {
+            Value* const container = std::exchange(unfinished, unfinished->link_);
+            container->cursor_ = 0;
+            container->CopyChildren(unfinished);
+        }
+        return root;
+    });
 }
 
 void Value::CopyContent(const Value& original, Value*& unfinished) {
@@ -136,21 +137,21 @@ bool Value::AddMember(const RWWString& key, std::unique_ptr<Value>&& child) noex
 }
 
 // A walk that is under way goes on where it was.
-bool Value::Insert(std::size_t index, std::wstring_view key, std::unique_ptr<Value>& child) noexcept try {
-    MakeRoomForChild();
-    void* const record = arena_ ? arena_->Allocate(sizeof(Arena::Adopted)) : nullptr;
-    child->key_ = {CopyOf(key), key.size()};
+bool Value::Insert(std::size_t index, std::wstring_view key, std::unique_ptr<Value>& child) noexcept {
+    return ql::FailureIfThrown(false, [&] {
+        MakeRoomForChild();
+        void* const record = arena_ ? arena_->Allocate(sizeof(Arena::Adopted)) : nullptr;
+        child->key_ = {CopyOf(key), key.size()};
 
-    Value* const node = child.release();
-    if (record) arena_->Adopt(record, node);
-    std::copy_backward(children_.nodes + index, children_.nodes + children_.count,
-                       children_.nodes + children_.count + 1);
-    children_.nodes[index] = node;
-    ++children_.count;
-    if (index < cursor_) ++cursor_;
-    return true;
-} catch (const std::bad_alloc&) {
-    return false;
+        Value* const node = child.release();
+        if (record) arena_->Adopt(record, node);
+        std::copy_backward(children_.nodes + index, children_.nodes + children_.count,
+                           children_.nodes + children_.count + 1);
+        children_.nodes[index] = node;
+        ++children_.count;
+        if (index < cursor_) ++cursor_;
+        return true;
+    });
 }
 
 void Value::MakeRoomForChild() {
@@ -197,14 +198,14 @@ Value* Value::FirstMember(RWWString& key) noexcept {
     return NextMember(key);
 }
 
-Value* Value::NextMember(RWWString& key) noexcept try {
-    if (cursor_ >= MemberCount()) return nullptr;
-    Value* const node = children_.nodes[cursor_];
-    key.assign(node->key());
-    ++cursor_;
-    return node;
-} catch (const std::bad_alloc&) {
-    return nullptr;
+Value* Value::NextMember(RWWString& key) noexcept {
+    return ql::FailureIfThrown(nullptr, [&]() -> Value* {
+        if (cursor_ >= MemberCount()) return nullptr;
+        Value* const node = children_.nodes[cursor_];
+        key.assign(node->key());
+        ++cursor_;
+        return node;
+    });
 }
 
 }  // namespace JSON

@@ -1,7 +1,8 @@
 #include "json/parser.h"
 
 #include <algorithm>
-#include <new>
+
+#include "platform/failure.h"
 
 namespace JSON {
 
@@ -142,10 +143,8 @@ Parser::State Parser::AfterValue() const noexcept {
     return open_->kind_ == Array ? State::AfterElement : State::AfterMember;
 }
 
-std::unique_ptr<Value> Parse(std::wstring_view text) noexcept try {
-    return Parser(text).Run();
-} catch (const std::exception&) {
-    return nullptr;  // out of memory
+std::unique_ptr<Value> Parse(std::wstring_view text) noexcept {
+    return ql::FailureIfThrown(nullptr, [text] { return Parser(text).Run(); });
 }
 
 }  // namespace JSON

@@ -12,6 +12,7 @@
 
 #include "json/json.h"
 #include "json/units.h"
+#include "platform/failure.h"
 #include "platform/message_box.h"
 
 namespace JSON {
@@ -219,10 +220,9 @@ AssertionHandler SetAssertionHandler(AssertionHandler handler) noexcept {
     return g_assertionHandler.exchange(handler ? handler : &HaltProgram);
 }
 
-RWWString Serialize(const Value* node, bool asciiOnly, bool pretty) noexcept try {
-    return node ? RWWString(Writer(asciiOnly, pretty).Write(*node)) : RWWString();
-} catch (const std::exception&) {
-    return {};  // out of memory
+RWWString Serialize(const Value* node, bool asciiOnly, bool pretty) noexcept {
+    return ql::FailureIfThrown(
+        {}, [=] { return node ? RWWString(Writer(asciiOnly, pretty).Write(*node)) : RWWString(); });
 }
 
 }  // namespace JSON

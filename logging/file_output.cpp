@@ -1,13 +1,9 @@
-#include <new>
-
 #include "logging/log_file.h"
 #include "logging/log_outputs.h"
+#include "platform/failure.h"
 
 void QLLogger::InitializeLog(const wchar_t* fileName, QLLogLevel mask) noexcept {
-    try {
-        InitializeLog(std::make_shared<QLLoggerOutputs::FileOutput>(fileName), mask);
-    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): an output less, as the header says
-    }
+    ql::Completes([&] { InitializeLog(std::make_shared<QLLoggerOutputs::FileOutput>(fileName), mask); });
 }
 
 namespace QLLoggerOutputs {

@@ -7,7 +7,7 @@
 #include <new>
 #include <utility>
 
-#include "logging/cache_line.h"
+#include "platform/cache_line.h"
 #include "platform/critical_section.h"
 
 namespace ql {

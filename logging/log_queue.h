@@ -4,8 +4,8 @@
 #include <memory>
 #include <utility>
 
-#include "logging/cache_line.h"
 #include "logging/logger.h"
+#include "platform/cache_line.h"
 
 namespace ql {
 

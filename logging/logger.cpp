@@ -7,11 +7,12 @@
 #include <new>
 #include <utility>
 
-#include "logging/cache_line.h"
 #include "logging/line_memory.h"
 #include "logging/log_ending.h"
 #include "logging/log_queue.h"
 #include "logging/output_lists.h"
+#include "platform/cache_line.h"
+#include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
@@ -77,10 +78,7 @@ void WaitForStandstill() noexcept {
 
 // An output that cannot be closed must not keep the others open.
 void CloseQuietly(ILogOutput& output) noexcept {
-    try {
-        output.Close();
-    } catch (...) {  // NOLINT(bugprone-empty-catch): there is nobody to tell
-    }
+    ql::Completes([&] { output.Close(); });
 }
 
 ql::LogRegistration* Detach(QLLogLevel level) noexcept {
@@ -131,12 +129,11 @@ QLLogger& QLLogger::GetLogger() noexcept {
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the interface is the hosts'
 void QLLogger::InitializeLog(std::shared_ptr<ILogOutput> output, QLLogLevel mask) noexcept {
-    try {
+    ql::Completes([&] {
         for (const QLLogLevel level : ql::kLogLevels) {
             if (mask & level) AddOutput(level, output);
         }
-    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): an output less, as the header says
-    }
+    });
     if (!g_log.thread) StartWriter();
 }
 
@@ -168,11 +165,7 @@ void QLLogger::PutMessage(QLLogLevel level, const wchar_t* text) noexcept {
 }
 
 void QLLogger::PutLine(QLLogLevel level, std::wstring_view text) noexcept {
-    try {
-        PushEvent(NewLine(level, text));
-    } catch (
-        const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the line is dropped, as the header says
-    }
+    ql::Completes([&] { PushEvent(NewLine(level, text)); });
 }
 
 std::shared_ptr<LogMessage> QLLogger::NewLine(QLLogLevel level, std::wstring_view text) {
@@ -188,21 +181,13 @@ std::shared_ptr<LogMessage> QLLogger::NewLine(QLLogLevel level, std::wstring_vie
 }
 
 void QLLogger::FlushLogs() noexcept {
-    try {
-        PushEvent(std::make_shared<FlushLogMessage>());
-    } catch (
-        const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the flush is dropped, as the header says
-    }
+    ql::Completes([] { PushEvent(std::make_shared<FlushLogMessage>()); });
 }
 
 void QLLogger::CloseLogs() noexcept {
     if (!g_log.thread) return;
     if (!OnWriterThread() && WriterIsGone()) return Drain();
-    try {
-        QueueCloseAndWait();
-    } catch (
-        const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): the close is dropped, as the header says
-    }
+    ql::Completes([] { QueueCloseAndWait(); });
 }
 
 void QLLogger::QueueCloseAndWait() {
@@ -258,14 +243,13 @@ void QLLogger::Release(LogMessage& message) noexcept {
 }
 
 void QLLogger::Handle(const std::shared_ptr<LogMessage>& message) noexcept {
-    try {
+    ql::Completes([&] {  // a failing output must not end the log
         switch (message->type()) {
             case LogMessage::kWrite: return WriteMessage(message);
             case LogMessage::kFlush: return FlushLog(message);
             case LogMessage::kClose: return CloseLog(message);
         }
-    } catch (...) {  // NOLINT(bugprone-empty-catch): a failing output must not end the log
-    }
+    });
 }
 
 void QLLogger::WriteMessage(const std::shared_ptr<LogMessage>& message) {

@@ -1,8 +1,5 @@
 #include "logging/os_facts.h"
 
-#include <new>
-
-#include "logging/os_description.h"
 #include "platform/win32.h"
 
 namespace ql {
@@ -41,15 +38,3 @@ std::optional<OsFacts> ReadOsFacts() {
 }
 
 }  // namespace ql
-
-int GetOSDescription(wchar_t* buffer, int size) noexcept {
-    if (!buffer || size <= 0) return 1;
-    try {
-        const auto facts = ql::ReadOsFacts();
-        if (!facts) return 1;
-        const std::wstring text = ql::DescribeOs(*facts);
-        buffer[text.copy(buffer, static_cast<std::size_t>(size) - 1)] = L'\0';
-    } catch (const std::bad_alloc&) {  // NOLINT(bugprone-empty-catch): as when the system does not tell
-    }
-    return 1;
-}

@@ -20,8 +20,6 @@ struct OsFacts {
     std::wstring servicePack;
 };
 
-std::wstring DescribeOs(const OsFacts& facts);
-
 // Nothing when the system does not tell its version.
 std::optional<OsFacts> ReadOsFacts();
 

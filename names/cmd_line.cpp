@@ -27,7 +27,7 @@ QLCmdLine::QLCmdLine(const wchar_t* text) {
     SetCmdLine(text);
 }
 
-QLCmdLine::QLCmdLine(const wchar_t* path, const wchar_t* name, const wchar_t* ext, const wchar_t* switches)
+QLCmdLine::QLCmdLine(ql::TextView path, ql::TextView name, ql::TextView ext, ql::TextView switches)
     : QLFileName(path, name, ext) {
     SetSwitches(switches);
 }
@@ -53,22 +53,21 @@ void QLCmdLine::Reset() {
     QLFileName::Reset();
 }
 
-void QLCmdLine::SetCmdLine(const wchar_t* text) {
-    const Text line = ql::WithoutBlanks(ql::TextOf(text));
+void QLCmdLine::SetCmdLine(ql::TextView text) {
+    const Text line = ql::WithoutBlanks(text);
     const std::size_t begin = SwitchesBegin(line);
-    switches_ = RWWString(ql::WithoutBlanks(line.substr(begin)));
-    const RWWString name(ql::WithoutBlanks(ql::WithoutQuotes(line.substr(0, begin))));
-    SetPathAndFileName(name.data());
+    RWWString switches(ql::WithoutBlanks(line.substr(begin)));
+    SetPathAndFileName(ql::WithoutBlanks(ql::WithoutQuotes(line.substr(0, begin))));
+    switches_ = std::move(switches);
 }
 
-void QLCmdLine::SetSwitches(const wchar_t* switches) {
-    switches_ = RWWString(ql::WithoutBlanks(ql::TextOf(switches)));
+void QLCmdLine::SetSwitches(ql::TextView switches) {
+    switches_ = ql::WithoutBlanks(switches);
 }
 
-void QLCmdLine::AppendSwitches(const wchar_t* switches) {
-    const Text text = ql::TextOf(switches);
-    if (!text.starts_with(L' ')) switches_.append(L' ');
-    switches_.append(text);
+void QLCmdLine::AppendSwitches(ql::TextView switches) {
+    RWWString more(switches.starts_with(L' ') ? L"" : L" ");
+    switches_ += more.append(switches);
 }
 
 int QLCmdLine::CompareTo(const QLCmdLine& other) const noexcept {

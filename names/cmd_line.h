@@ -22,7 +22,11 @@ class QL_API QLCmdLine : public QLFileName {
   public:
     QLCmdLine() noexcept = default;
     QLCmdLine(const wchar_t* text);
-    QLCmdLine(const wchar_t* path, const wchar_t* name, const wchar_t* ext, const wchar_t* switches);
+    template <ql::CountedText Text>
+    QLCmdLine(const Text& text) {
+        SetCmdLine(text);
+    }
+    QLCmdLine(ql::TextView path, ql::TextView name, ql::TextView ext, ql::TextView switches);
     QLCmdLine(const QLFileName& name) : QLFileName(name) {}  // every field, no switches
     QLCmdLine(const QLCmdLine& other) = default;
     QLCmdLine& operator=(const QLCmdLine& other);
@@ -32,16 +36,17 @@ class QL_API QLCmdLine : public QLFileName {
     int IsNull() const override;  // neither a name nor switches
     void Reset() override;
 
-    void SetCmdLine(const wchar_t* text);
+    void SetCmdLine(ql::TextView text);
     RWWString GetSwitches() const { return switches_; }
-    void SetSwitches(const wchar_t* switches);     // blanks around them are dropped
-    void AppendSwitches(const wchar_t* switches);  // after a blank, as they are
+    void SetSwitches(ql::TextView switches);     // blanks around them are dropped
+    void AppendSwitches(ql::TextView switches);  // after a blank, as they are
     void ClearSwitches() noexcept { switches_.clear(); }
 
-    // The names' order; for equal names that of the switches, ignoring case.
+    // The names' order; for equal names that of the switches, ignoring case. Of a line and a QLFileName the names alone
+    // are compared.
     int CompareTo(const QLCmdLine& other) const noexcept;
     bool operator==(const QLCmdLine& other) const noexcept { return CompareTo(other) == 0; }
-    bool operator!=(const QLCmdLine& other) const noexcept { return CompareTo(other) != 0; }
+    bool operator==(const QLFileName& name) const noexcept { return QLFileName::CompareTo(name) == 0; }
 
   private:
     RWWString switches_;

@@ -33,7 +33,7 @@ constexpr FormRow kForms[] = {
 
 Form FormOf(Text scheme) noexcept {
     for (const FormRow& row : kForms) {
-        if (scheme.size() == row.scheme.size() && ql::EqualIgnoringCase(scheme, row.scheme)) return row.form;
+        if (ql::EqualIgnoringCase(scheme, row.scheme)) return row.form;
     }
     return Form::Url;
 }
@@ -68,6 +68,10 @@ std::size_t LastSeparator(Text text) {
     std::size_t i = text.size();
     while (i > 0 && !IsSeparator(text[i - 1])) --i;
     return i > 0 ? i - 1 : kNone;
+}
+
+Text UpToZero(Text text) {
+    return text.substr(0, text.find(L'\0'));
 }
 
 // The text itself, or its expansion, which then lives in the buffer.
@@ -127,9 +131,9 @@ QLFileName::QLFileName(const wchar_t* pathAndName) {
     SetPathAndFileName(pathAndName);
 }
 
-QLFileName::QLFileName(const wchar_t* path, const wchar_t* name, const wchar_t* ext) {
+QLFileName::QLFileName(ql::TextView path, ql::TextView name, ql::TextView ext) {
     SetPath(path);
-    SetPart(kName, ql::TextOf(name));
+    SetPart(kName, UpToZero(name));
     SetExtension(ext);
 }
 
@@ -149,6 +153,10 @@ void QLFileName::SetPathAndFileName(const QLFileName& other) {
 
 void QLFileName::SetPathAndFileName(const wchar_t* text) {
     Parse(ql::TextOf(text));
+}
+
+void QLFileName::SetCounted(std::wstring_view text) {
+    Parse(UpToZero(text));
 }
 
 void QLFileName::ClearParts() noexcept {
@@ -180,8 +188,8 @@ void QLFileName::Parse(std::wstring_view text) {
     ParseFileName(text.substr(end + 1));
 }
 
-void QLFileName::SetPath(const wchar_t* text) {
-    ParsePath(ql::TextOf(text));
+void QLFileName::SetPath(ql::TextView text) {
+    ParsePath(UpToZero(text));
 }
 
 void QLFileName::ParsePath(std::wstring_view text) {
@@ -241,8 +249,8 @@ void QLFileName::ParseDir(std::wstring_view text) {
     if (!text.empty() && dirSeparator_ == 0) dirSeparator_ = L'\\';
 }
 
-void QLFileName::SetFileName(const wchar_t* text) {
-    ParseFileName(ql::TextOf(text));
+void QLFileName::SetFileName(ql::TextView text) {
+    ParseFileName(UpToZero(text));
 }
 
 void QLFileName::ParseFileName(std::wstring_view text) {
@@ -259,8 +267,24 @@ void QLFileName::ParseFileName(std::wstring_view text) {
     if (!tail.empty()) SetPart(kTail, tail);
 }
 
-void QLFileName::SetExtension(const wchar_t* ext) {
-    StoreExtension(ql::TextOf(ext));
+void QLFileName::SetEntry(const QLFileName& directory, const wchar_t* entry) {
+    const Text name = ql::TextOf(entry);
+    const std::size_t dot = std::min(name.rfind(L'.'), name.size());
+    const RWWString tail = GetTail();
+    ends_ = directory.ends_;
+    std::fill(ends_.begin() + kName, ends_.end(), ends_[kDir]);
+    text_.assign(directory.text_, 0, ends_[kDir]);
+    isRemote_ = directory.isRemote_;
+    rootSeparator_ = directory.rootSeparator_;
+    dirSeparator_ = directory.dirSeparator_;
+    SetPart(kName, name.substr(0, dot));
+    hasExtension_ = dot < name.size();
+    if (hasExtension_) SetPart(kExtension, name.substr(dot + 1));
+    if (!tail.isNull()) SetPart(kTail, tail);
+}
+
+void QLFileName::SetExtension(ql::TextView ext) {
+    StoreExtension(UpToZero(ext));
 }
 
 void QLFileName::StoreExtension(std::wstring_view ext) {
@@ -269,8 +293,8 @@ void QLFileName::StoreExtension(std::wstring_view ext) {
     hasExtension_ = true;
 }
 
-void QLFileName::SetRoot(const wchar_t* root) {
-    Text text = ql::TextOf(root);
+void QLFileName::SetRoot(ql::TextView root) {
+    Text text = UpToZero(root);
     rootSeparator_ = text.empty() ? L'\0' : L'\\';
     if (EndsWithSeparator(text)) {
         rootSeparator_ = text.back();
@@ -279,9 +303,9 @@ void QLFileName::SetRoot(const wchar_t* root) {
     SetPart(kRoot, text);
 }
 
-int QLFileName::PrependPath(const wchar_t* prefix) {
+int QLFileName::PrependPath(ql::TextView prefix) {
+    std::wstring path(UpToZero(prefix));
     if (HasRoot()) SetRoot(nullptr);
-    std::wstring path(ql::TextOf(prefix));
     if (path.empty()) return 1;
     if (!EndsWithSeparator(path)) path.push_back(rootSeparator_ ? rootSeparator_ : L'\\');
     ParsePath(path.append(Part(kDir)));

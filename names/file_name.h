@@ -39,8 +39,8 @@ using HDC = HDC__*;
 //  - A closing quote goes without an opening one, too. Tabs are no blanks.
 //
 // Parsing expands environment references of the form %NAME% in paths and file names; a dot that an expansion
-// brings into a name without one begins no extension. A null pointer stands for the empty text. Texts have
-// any length. One object may be read by several threads or changed by one. Only a lack of memory throws:
+// brings into a name without one begins no extension. Texts have any length, a null pointer stands for the
+// empty text, and every text ends at its first zero unit. One object may be read by several threads or changed by one. Only a lack of memory throws:
 // std::bad_alloc.
 class QL_API QLFileName {
   public:
@@ -61,8 +61,12 @@ class QL_API QLFileName {
 
     QLFileName() noexcept = default;  // null
     QLFileName(const wchar_t* pathAndName);
+    template <ql::CountedText Text>
+    QLFileName(const Text& pathAndName) {
+        SetPathAndFileName(pathAndName);
+    }
     // The name is taken as it is given, dots and all. There always is an extension, if an empty one.
-    QLFileName(const wchar_t* path, const wchar_t* name, const wchar_t* ext);
+    QLFileName(ql::TextView path, ql::TextView name, ql::TextView ext);
     QLFileName(const QLFileName& other) = default;
     QLFileName& operator=(const QLFileName& other);
 
@@ -81,22 +85,30 @@ class QL_API QLFileName {
     // with a separator, or with a bare host or drive, is a path without file name.
     void SetPathAndFileName(const wchar_t* text);
     void SetPathAndFileName(const QLFileName& other);
+    template <ql::CountedText Text>
+    void SetPathAndFileName(const Text& text) {
+        SetCounted(text);
+    }
 
     // Replaces scheme, root, directory and separators. A directory without a separator at its end gets a
     // backslash.
-    void SetPath(const wchar_t* text);
+    void SetPath(ql::TextView text);
 
     // Replaces name and extension, and the tail if there is one: what follows the last question mark or the
     // last number sign behind the last dot, whichever comes first.
-    void SetFileName(const wchar_t* text);
+    void SetFileName(ql::TextView text);
+
+    // The path of a directory's name, and the name of an entry in it as the disk has it: nothing is expanded, and what
+    // follows the last dot is the extension, whatever it holds. The tail stays.
+    void SetEntry(const QLFileName& directory, const wchar_t* entry);
 
     // With or without its dot; blanks at the end are dropped. An empty text makes an empty extension, not
     // none.
-    void SetExtension(const wchar_t* ext);
+    void SetExtension(ql::TextView ext);
 
     // Drops the root and puts the prefix before the directory; an empty prefix drops the root alone.
     // Always 1.
-    int PrependPath(const wchar_t* prefix);
+    int PrependPath(ql::TextView prefix);
 
     // The composed texts; empty where there is nothing. GetPath ends with the directory's separator.
     RWWString GetPath() const;
@@ -125,7 +137,6 @@ class QL_API QLFileName {
     // tail and IsRemote take no part, and a name with an extension comes after the same name without.
     int CompareTo(const QLFileName& other) const noexcept;
     bool operator==(const QLFileName& other) const noexcept { return CompareTo(other) == 0; }
-    bool operator!=(const QLFileName& other) const noexcept { return CompareTo(other) != 0; }
 
     void ToLower();
     void ToUpper();
@@ -170,7 +181,7 @@ class QL_API QLFileName {
 
   protected:
     // Replaces root and its separator: the one that ends the text, else a backslash; none for an empty text.
-    void SetRoot(const wchar_t* root);
+    void SetRoot(ql::TextView root);
 
   private:
     enum PartIndex { kScheme, kRoot, kDir, kName, kExtension, kTail, kPartCount };
@@ -184,6 +195,7 @@ class QL_API QLFileName {
     void ClearParts() noexcept;  // and the flags, but not the separators
     void ChangeCase(PartIndex part, void (*change)(std::wstring&) noexcept);
 
+    void SetCounted(std::wstring_view text);
     void Parse(std::wstring_view text);
     void ParsePath(std::wstring_view text);
     void ParseFileName(std::wstring_view text);

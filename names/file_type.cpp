@@ -82,8 +82,7 @@ const KindRow& RowOf(FileType type) noexcept {
 // The first row of this extension that has all of the traits.
 const KindRow& RowOf(std::wstring_view extension, unsigned traits) noexcept {
     const auto row = std::ranges::find_if(kKinds, [=](const KindRow& kind) {
-        return (kind.traits & traits) == traits && kind.extension.size() == extension.size() &&
-               ql::EqualIgnoringCase(kind.extension, extension);
+        return (kind.traits & traits) == traits && ql::EqualIgnoringCase(kind.extension, extension);
     });
     return row != std::end(kKinds) ? *row : kNoKind;
 }
@@ -110,8 +109,11 @@ FileType GetFileType(const QLFileName& name) {
 }
 
 FileType GetFileType(const wchar_t* text) {
-    const std::wstring_view name = text ? text : L"";
-    return RowOf(name.substr(std::min(name.rfind(L'.'), name.size())), kPlain).type;
+    return GetFileType(ql::TextOf(text));
+}
+
+FileType GetFileType(std::wstring_view text) {
+    return RowOf(text.substr(std::min(text.rfind(L'.'), text.size())), kPlain).type;
 }
 
 FileType GetDocumentType(const QLFileName& name) {

@@ -65,6 +65,11 @@ QL_API const wchar_t* GetFileExt(FileType type) noexcept;  // with its dot
 // name: what follows its last dot counts, tails included. A null pointer has no extension.
 QL_API FileType GetFileType(const QLFileName& name);
 QL_API FileType GetFileType(const wchar_t* text);
+QL_API FileType GetFileType(std::wstring_view text);
+template <ql::CountedText Text>
+FileType GetFileType(const Text& text) {
+    return GetFileType(std::wstring_view(text));
+}
 
 // The same among the kinds of documents and among those of templates, libraries and interview templates;
 // FT_NONE when the extension is of neither. Texts are parsed as file names.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/cache_line.h"
 #include "platform/win32.h"
 
 // Clang's thread-safety analysis reads these in the native builds; other compilers see nothing.
@@ -74,7 +75,7 @@ class QL_LOCK_ATTRIBUTE(capability("shared lock")) SharedLock {
     static constexpr unsigned kStripes = 8;
     struct Stripe {
         SRWLOCK lock;
-        char padding[64];
+        char padding[kCacheLine];
     };
 
     // The system's thread numbers are multiples of four.

@@ -6,20 +6,25 @@
 #include <string_view>
 #include <utility>
 
+#include "rw/text_view.h"
+
 // The narrow text of the interfaces: a counted string of bytes, in the ANSI code page unless a function says
 // otherwise; it may hold zero bytes. A null pointer is the empty text. A value type on std::string, with the
 // thread rules of RWWString.
 class RWCString {
   public:
     RWCString() noexcept = default;
-    RWCString(const char* text) : text_(text ? text : "") {}
-    RWCString(const char* text, std::size_t count) : text_(text, count) {}
+    RWCString(const char* text) : text_(ql::TextOf(text)) {}
+    RWCString(const char* text, std::size_t count) : text_(text ? text : "", text ? count : 0) {}
     RWCString(std::string text) noexcept : text_(std::move(text)) {}
     explicit RWCString(std::string_view text) : text_(text) {}
 
     std::size_t length() const noexcept { return text_.size(); }
+    std::size_t size() const noexcept { return text_.size(); }
     bool isNull() const noexcept { return text_.empty(); }
+    bool empty() const noexcept { return text_.empty(); }
     const char* data() const noexcept { return text_.c_str(); }  // null-ended
+    const char* c_str() const noexcept { return text_.c_str(); }
     char operator[](std::size_t index) const noexcept { return text_[index]; }
 
     operator std::string_view() const noexcept { return text_; }
@@ -27,7 +32,7 @@ class RWCString {
 
     friend bool operator==(const RWCString& a, const RWCString& b) noexcept { return a.text_ == b.text_; }
     friend bool operator==(const RWCString& a, std::string_view b) noexcept { return a.text_ == b; }
-    friend bool operator==(const RWCString& a, const char* b) { return a.text_ == (b ? b : ""); }
+    friend bool operator==(const RWCString& a, const char* b) { return a.text_ == ql::TextOf(b); }
     friend std::strong_ordering operator<=>(const RWCString& a, const RWCString& b) noexcept {
         return a.text_ <=> b.text_;
     }

@@ -2,32 +2,43 @@
 
 #include <compare>
 #include <cstddef>
+#include <functional>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "rw/text_view.h"
+
 // The wide (UTF-16) text of every interface: a counted string that may hold zero units. Wherever a pointer to
-// text is taken, null is the empty text. A value type on std::wstring; views of it live as long as the string
-// is neither changed nor destroyed. One object may be read by several threads, or written by one.
+// text is taken, null is the empty text. A value type on std::wstring that converts from and to
+// std::wstring_view by itself; views of it live as long as the string is neither changed nor destroyed. One
+// object may be read by several threads, or written by one. Only a lack of memory throws: std::bad_alloc (and
+// std::length_error for a text that no memory holds), and the string is then as it was.
 class RWWString {
   public:
     static constexpr std::size_t npos = std::wstring::npos;
 
     RWWString() noexcept = default;
-    RWWString(const wchar_t* text) : text_(ViewOf(text)) {}
-    RWWString(const wchar_t* text, std::size_t count) : text_(text, count) {}
+    RWWString(const wchar_t* text) : text_(ql::TextOf(text)) {}
+    RWWString(const wchar_t* text, std::size_t count) : text_(text ? text : L"", text ? count : 0) {}
     RWWString(std::wstring text) noexcept : text_(std::move(text)) {}
-    explicit RWWString(std::wstring_view text) : text_(text) {}
+    RWWString(std::wstring_view text) : text_(text) {}
 
-    RWWString& operator=(const wchar_t* text) { return assign(ViewOf(text)); }
-    RWWString& assign(std::wstring_view text) {
+    RWWString& operator=(const wchar_t* text) { return assign(text); }
+    RWWString& assign(ql::TextView text) {
         text_.assign(text);
         return *this;
     }
 
     std::size_t length() const noexcept { return text_.size(); }
+    std::size_t size() const noexcept { return text_.size(); }
     bool isNull() const noexcept { return text_.empty(); }
+    bool empty() const noexcept { return text_.empty(); }
     const wchar_t* data() const noexcept { return text_.c_str(); }  // null-ended
+    const wchar_t* c_str() const noexcept { return text_.c_str(); }
+    const wchar_t* begin() const noexcept { return text_.data(); }
+    const wchar_t* end() const noexcept { return text_.data() + text_.size(); }
     wchar_t operator[](std::size_t index) const noexcept { return text_[index]; }
     wchar_t& operator[](std::size_t index) noexcept { return text_[index]; }
 
@@ -37,43 +48,71 @@ class RWWString {
     const std::wstring& str() const noexcept { return text_; }
     std::wstring& str() noexcept { return text_; }
 
-    RWWString& append(std::wstring_view text) {
+    // Where a text or a unit stands, npos when it does not: the first from `from` on, the last that begins at
+    // `from` or before.
+    std::size_t find(ql::TextView text, std::size_t from = 0) const noexcept {
+        return text_.find(text, from);
+    }
+    std::size_t find(wchar_t unit, std::size_t from = 0) const noexcept { return text_.find(unit, from); }
+    std::size_t rfind(ql::TextView text, std::size_t from = npos) const noexcept {
+        return text_.rfind(text, from);
+    }
+    std::size_t rfind(wchar_t unit, std::size_t from = npos) const noexcept {
+        return text_.rfind(unit, from);
+    }
+    bool starts_with(ql::TextView text) const noexcept { return text_.starts_with(text); }
+    bool ends_with(ql::TextView text) const noexcept { return text_.ends_with(text); }
+    // Up to `count` units from `from` on; empty when that is past the end.
+    RWWString substr(std::size_t from, std::size_t count = npos) const {
+        return from < size() ? text_.substr(from, count) : std::wstring();
+    }
+
+    RWWString& append(ql::TextView text) {
         text_.append(text);
         return *this;
     }
-    RWWString& append(const wchar_t* text) { return append(ViewOf(text)); }
     RWWString& append(wchar_t unit) {
         text_.push_back(unit);
         return *this;
     }
-    RWWString& prepend(std::wstring_view text) {
+    RWWString& prepend(ql::TextView text) {
         text_.insert(0, text);
         return *this;
     }
-    RWWString& prepend(const wchar_t* text) { return prepend(ViewOf(text)); }
-    RWWString& operator+=(std::wstring_view text) { return append(text); }
-    RWWString& operator+=(const wchar_t* text) { return append(text); }
+    RWWString& operator+=(ql::TextView text) { return append(text); }
     RWWString& operator+=(wchar_t unit) { return append(unit); }
     void resize(std::size_t length) { text_.resize(length); }  // new units are zero
     void clear() noexcept { text_.clear(); }
 
-    // Comparison is by code unit; text/letter_case.h compares ignoring case.
+    // Comparison is by code unit.
     friend bool operator==(const RWWString& a, const RWWString& b) noexcept { return a.text_ == b.text_; }
+    friend bool operator==(const RWWString& a, const std::wstring& b) noexcept { return a.text_ == b; }
     friend bool operator==(const RWWString& a, std::wstring_view b) noexcept { return a.text_ == b; }
-    friend bool operator==(const RWWString& a, const wchar_t* b) noexcept { return a.text_ == ViewOf(b); }
-    friend std::strong_ordering operator<=>(const RWWString& a, const RWWString& b) noexcept {
-        return a.text_ <=> b.text_;
+    friend bool operator==(const RWWString& a, const wchar_t* b) noexcept { return a.text_ == ql::TextOf(b); }
+    friend auto operator<=>(const RWWString& a, const RWWString& b) noexcept { return a.text_ <=> b.text_; }
+    friend auto operator<=>(const RWWString& a, const std::wstring& b) noexcept { return a.text_ <=> b; }
+    friend auto operator<=>(const RWWString& a, std::wstring_view b) noexcept { return a.view() <=> b; }
+    friend auto operator<=>(const RWWString& a, const wchar_t* b) noexcept {
+        return a.view() <=> ql::TextOf(b);
     }
 
-    friend RWWString operator+(RWWString a, const RWWString& b) { return std::move(a.append(b.view())); }
-    friend RWWString operator+(RWWString a, std::wstring_view b) { return std::move(a.append(b)); }
-    friend RWWString operator+(RWWString a, const wchar_t* b) { return std::move(a.append(b)); }
+    friend RWWString operator+(RWWString a, ql::TextView b) { return std::move(a.append(b)); }
     friend RWWString operator+(RWWString a, wchar_t b) { return std::move(a.append(b)); }
 
-  private:
-    static std::wstring_view ViewOf(const wchar_t* text) noexcept {
-        return text ? std::wstring_view(text) : std::wstring_view();
+    template <class Traits>
+    friend std::basic_ostream<wchar_t, Traits>& operator<<(std::basic_ostream<wchar_t, Traits>& out,
+                                                           const RWWString& text) {
+        return out << std::basic_string_view<wchar_t, Traits>(text.begin(), text.size());
     }
 
+  private:
     std::wstring text_;
+};
+
+// That of std::wstring_view, for the same text.
+template <>
+struct std::hash<RWWString> {
+    std::size_t operator()(const RWWString& text) const noexcept {
+        return std::hash<std::wstring_view>()(text);
+    }
 };

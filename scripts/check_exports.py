@@ -13,6 +13,8 @@ TOOLS = "i686-w64-mingw32-"
 CLASS = re.compile(r"\b(?:class|struct)\s+QL_API\s+(?:QL_LOCK_ATTRIBUTE\([^)]*\)\s*)?(\w+)")
 # A function or a variable: its name, an operator too, stands before "(", "[", ";" or "=".
 NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(operator[^\w\s(]+|\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]")
+# What the compiler adds to a class or function, before its name.
+SPOKEN_OF = re.compile(r"^(?:vtable|typeinfo|typeinfo name|VTT|guard variable|(?:non-)?virtual thunk) (?:for|to) ")
 ENTRY = re.compile(r"^\s*\[\s*\d+\](?:\s+\+base\[\s*\d+\])?\s+(?:[0-9a-f]{4,}\s+)?(\S+)\s*$")
 
 
@@ -49,8 +51,7 @@ def exported(library):
 
 def owner(symbol):
     """The class, function or variable that a demangled name speaks of, without namespaces and template arguments."""
-    symbol = re.sub(r"^(?:vtable|typeinfo|typeinfo name|VTT|guard variable|non-virtual thunk|virtual thunk) (?:for|to) ",
-                    "", symbol)
+    symbol = SPOKEN_OF.sub("", symbol)
     symbol = symbol.split("(", 1)[0].split("[abi:", 1)[0]
     return symbol.split("::")
 

@@ -8,7 +8,7 @@
 
 #include "json/json.h"
 #include "platform/critical_section.h"
-#include "settings/failure.h"
+#include "platform/failure.h"
 #include "settings/settings_dictionary.h"
 #include "text/blanks.h"
 

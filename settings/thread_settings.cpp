@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/critical_section.h"
-#include "settings/failure.h"
+#include "platform/failure.h"
 #include "settings/registry_writers.h"
 #include "settings/settings_store.h"
 #include "settings/thread_slots.h"
@@ -236,7 +236,7 @@ bool CQlsSettings::DetachThreadSettings(int id) {
 }
 
 CQlsSettings* CQlsSettings::GetSettings(int id, bool create) {
-    return ql::FailureIfThrown(static_cast<CQlsSettings*>(nullptr), [&] {
+    return ql::FailureIfThrown(nullptr, [&] {
         ql::CriticalSectionGuard guard(g_table.lock);
         return g_table.StoreOf(id, create).get();
     });

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "platform/critical_section.h"
+#include "platform/failure.h"
 #include "platform/win32.h"
-#include "settings/failure.h"
 
 namespace {
 

@@ -9,10 +9,6 @@ namespace {
 constexpr unsigned long kFirstSupplementary = 0x10000;
 constexpr unsigned long kLastCharacter = 0x10FFFF;
 
-std::wstring_view ViewOf(const wchar_t* text) {
-    return text ? text : std::wstring_view();
-}
-
 // Null where the code page's own default character is "?", which is nearly everywhere: with a character of
 // the caller's the system converts several times slower, and for UTF-8 not at all.
 const char* DefaultCharacter() {
@@ -78,12 +74,12 @@ std::wstring Utf16Of(unsigned long character) {
 
 }  // namespace
 
-std::string WideToStdString(const wchar_t* text) {
-    return ToAnsi(ViewOf(text));
+std::string WideToStdString(ql::TextView text) {
+    return ToAnsi(text);
 }
 
-RWCString WideToRWCString(const wchar_t* text) {
-    return ToAnsi(ViewOf(text));
+RWCString WideToRWCString(ql::TextView text) {
+    return ToAnsi(text);
 }
 
 RWCString RWTStringToRWCString(const RWWString& text) {
@@ -91,7 +87,7 @@ RWCString RWTStringToRWCString(const RWWString& text) {
 }
 
 RWWString AnsiToRWWString(const char* text) {
-    return text ? ToWide(text) : std::wstring();
+    return ToWide(ql::TextOf(text));
 }
 
 RWWString RWCStringToRWWString(const RWCString& text) {
@@ -106,8 +102,8 @@ RWWString RWCStringToRWWString(const RWCString& text) {
     }
 }
 
-RWWString MakeRWTStringAnsiOnly(const wchar_t* text) {
-    return ToWide(ToAnsi(ViewOf(text)));
+RWWString MakeRWTStringAnsiOnly(ql::TextView text) {
+    return ToWide(ToAnsi(text));
 }
 
 unsigned char WideCharToSingleByte(unsigned long ch) {

@@ -10,8 +10,8 @@
 // empty text. To ANSI, a character that the code page lacks becomes its best fit, else "?". To wide,
 // characters are precomposed. A conversion that the system refuses gives an empty text.
 
-QL_API std::string WideToStdString(const wchar_t* text);
-QL_API RWCString WideToRWCString(const wchar_t* text);
+QL_API std::string WideToStdString(ql::TextView text);
+QL_API RWCString WideToRWCString(ql::TextView text);
 
 // The whole counted text, with the zero units in it.
 QL_API RWCString RWTStringToRWCString(const RWWString& text);
@@ -23,7 +23,7 @@ QL_API RWWString AnsiToRWWString(const char* text);
 QL_API RWWString RWCStringToRWWString(const RWCString& text);
 
 // To ANSI and back, so that only what the code page can hold is left.
-QL_API RWWString MakeRWTStringAnsiOnly(const wchar_t* text);
+QL_API RWWString MakeRWTStringAnsiOnly(ql::TextView text);
 
 // The first ANSI byte of a Unicode character, "?" when the code page lacks it; "_" when it is not a character
 // (above 0x10FFFF) or the system refuses to convert it.

@@ -3,12 +3,8 @@
 #include <algorithm>
 #include <string_view>
 
-// Texts that hosts hand in, and what surrounds them. Only the blank itself is one: a tab, say, is not.
+// What surrounds the texts that hosts hand in. Only the blank itself is one: a tab, say, is not.
 namespace ql {
-
-constexpr std::wstring_view TextOf(const wchar_t* text) {
-    return text ? std::wstring_view(text) : std::wstring_view();
-}
 
 constexpr std::wstring_view WithoutTrailingBlanks(std::wstring_view text) {
     return text.substr(0, text.find_last_not_of(L' ') + 1);

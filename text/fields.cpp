@@ -17,7 +17,7 @@ constexpr TruthWord kTruthWords[] = {{L"True", true},   {L"yes", true}, {L"on", 
 
 }  // namespace
 
-void SplitField(const wchar_t* text, RWWString& name, RWWString& rest) {
+void SplitField(ql::TextView text, RWWString& name, RWWString& rest) {
     RWWString head(text);
     RWWString tail;
     if (const std::size_t colon = head.view().find(L':'); colon != RWWString::npos) {

@@ -13,10 +13,6 @@ constexpr std::size_t kShortDigits = 2;
 constexpr std::size_t kLongDigits = 4;
 constexpr std::size_t kRoomForEscapes = 10;
 
-std::wstring_view ViewOf(const wchar_t* text) {
-    return text ? text : std::wstring_view();
-}
-
 constexpr bool IsAsciiLetterOrDigit(wchar_t unit) {
     return (unit >= L'0' && unit <= L'9') || (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
 }
@@ -137,18 +133,17 @@ constexpr bool IsSpecial(wchar_t unit) {
 
 }  // namespace
 
-RWWString QLToJSVarName(const wchar_t* name, const wchar_t* prefix) {
-    const std::wstring_view before = ViewOf(prefix);
+RWWString QLToJSVarName(ql::TextView name, ql::TextView prefix) {
     std::wstring identifier;
-    AppendIdentifier(identifier, before);
-    if (!before.empty()) identifier += L'_';
-    AppendIdentifier(identifier, ViewOf(name));
+    AppendIdentifier(identifier, prefix);
+    if (!prefix.empty()) identifier += L'_';
+    AppendIdentifier(identifier, name);
     return identifier;
 }
 
-RWWString JSToQLVarName(const wchar_t* name) {
+RWWString JSToQLVarName(ql::TextView name) {
     std::wstring plain;
-    for (std::wstring_view rest = ViewOf(name); !rest.empty();) {
+    for (std::wstring_view rest = name; !rest.empty();) {
         const auto escape = rest.front() == kEscape ? ReadEscape(rest) : std::nullopt;
         const Unescaped next = escape.value_or(Unescaped{rest.front(), 1});
         plain += next.unit;
@@ -157,10 +152,9 @@ RWWString JSToQLVarName(const wchar_t* name) {
     return plain;
 }
 
-RWWString EscapeIllegalChars(const RWWString& text, const wchar_t* newlineText, const wchar_t* crLfText,
-                             const wchar_t* apostropheText, bool markup, const wchar_t* quoteText) {
-    const Replacements by = {ViewOf(newlineText), ViewOf(crLfText), ViewOf(apostropheText), ViewOf(quoteText),
-                             markup};
+RWWString EscapeIllegalChars(const RWWString& text, ql::TextView newlineText, ql::TextView crLfText,
+                             ql::TextView apostropheText, bool markup, ql::TextView quoteText) {
+    const Replacements by = {newlineText, crLfText, apostropheText, quoteText, markup};
     std::wstring escaped;
     escaped.reserve(text.length() + kRoomForEscapes);
     std::wstring_view rest = text;

@@ -9,11 +9,11 @@
 // becomes "$u" and four upper-case hexadecimal digits when it is above 255, else "$" and two. Kept on
 // purpose: below 16 the first of the two is a blank, as in "$ 9" for a tab. With a prefix that is not empty,
 // the escaped prefix and "_" come first.
-QL_API RWWString QLToJSVarName(const wchar_t* name, const wchar_t* prefix);
+QL_API RWWString QLToJSVarName(ql::TextView name, ql::TextView prefix);
 
 // Undoes the escaping; a prefix and its "_" stay. Lower-case digits are read too, and what is no escape
 // stands as it is.
-QL_API RWWString JSToQLVarName(const wchar_t* name);
+QL_API RWWString JSToQLVarName(ql::TextView name);
 
 // Makes text safe inside a quoted script string (markup false) or inside markup (markup true).
 //
@@ -24,6 +24,5 @@ QL_API RWWString JSToQLVarName(const wchar_t* name);
 // "<" and ">" become entities, and U+2028 the six characters "\u2028".
 //
 // A carriage return alone, and the zero units of the text, stay as they are.
-QL_API RWWString EscapeIllegalChars(const RWWString& text, const wchar_t* newlineText,
-                                    const wchar_t* crLfText, const wchar_t* apostropheText, bool markup,
-                                    const wchar_t* quoteText);
+QL_API RWWString EscapeIllegalChars(const RWWString& text, ql::TextView newlineText, ql::TextView crLfText,
+                                    ql::TextView apostropheText, bool markup, ql::TextView quoteText);

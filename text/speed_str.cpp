@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <cwchar>
 #include <string>
 
 namespace {
@@ -36,8 +37,8 @@ void CSpeedStr::append(const wchar_t* text, unsigned int count) {
     end_ += count;
 }
 
-void CSpeedStr::prepend(const wchar_t* text) {
-    const std::wstring front(text ? text : L"");  // a copy: the text may be a piece of what moves
+void CSpeedStr::prepend(ql::TextView text) {
+    const std::wstring front(text);  // a copy: the text may be a piece of what moves
     if (!overflow_ && front.size() > Room()) ToOverflow();
     if (overflow_) {
         overflow_->prepend(front);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cwchar>
+#include <cstddef>
 #include <memory>
 #include <string_view>
 
@@ -20,10 +20,7 @@ class QL_API CSpeedStr {
     CSpeedStr& operator=(const CSpeedStr&) = delete;
 
     void append(const wchar_t* text, unsigned int count);
-    void append(const wchar_t* text) {
-        if (text) append(text, static_cast<unsigned int>(std::wcslen(text)));
-    }
-    void append(const RWWString& text) { append(text.data(), static_cast<unsigned int>(text.length())); }
+    void append(ql::TextView text) { append(text.data(), static_cast<unsigned int>(text.size())); }
     void append(const CSpeedStr& text) { append(text.Begin(), text.length()); }
     void append(wchar_t unit) {
         if (!overflow_ && Room() == 0) ToOverflow();
@@ -34,8 +31,7 @@ class QL_API CSpeedStr {
         }
     }
 
-    CSpeedStr& operator+=(const wchar_t* text) { return append(text), *this; }
-    CSpeedStr& operator+=(const RWWString& text) { return append(text), *this; }
+    CSpeedStr& operator+=(ql::TextView text) { return append(text), *this; }
     CSpeedStr& operator+=(const CSpeedStr& text) { return append(text), *this; }
     CSpeedStr& operator+=(wchar_t unit) { return append(unit), *this; }
 
@@ -44,7 +40,7 @@ class QL_API CSpeedStr {
     // a longer one that come after stay where they are, and zero units fill up the end:
     //   "abc" before "wxy" -> "abcwxy"      "ab" before "wxyz" -> "abwx" and two zero units
     // A text on the heap is always moved as a whole.
-    void prepend(const wchar_t* text);
+    void prepend(ql::TextView text);
 
     unsigned int length() const noexcept {
         return static_cast<unsigned int>(overflow_ ? overflow_->length() : InlineLength());

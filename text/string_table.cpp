@@ -72,20 +72,12 @@ QLStringTable::~QLStringTable() {
     ClearEntries();
 }
 
-bool QLStringTable::AppendString(const wchar_t* text) {
-    return GiveEntry(table_, table_.entries(), text);
+bool QLStringTable::AppendString(RWWString text) {
+    return GiveEntry(table_, table_.entries(), std::move(text));
 }
 
-bool QLStringTable::AppendString(const RWWString& text) {
-    return GiveEntry(table_, table_.entries(), text);
-}
-
-bool QLStringTable::PrependString(const wchar_t* text) {
-    return GiveEntry(table_, 0, text);
-}
-
-bool QLStringTable::PrependString(const RWWString& text) {
-    return GiveEntry(table_, 0, text);
+bool QLStringTable::PrependString(RWWString text) {
+    return GiveEntry(table_, 0, std::move(text));
 }
 
 bool QLStringTable::InsertString(const RWWString& text, unsigned int index) {

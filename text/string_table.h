@@ -22,10 +22,8 @@ class QL_API QLStringTable {
     virtual ~QLStringTable();
 
     // Each adds a copy of the text; null is the empty text. False only when the collection refuses it.
-    bool AppendString(const wchar_t* text);
-    bool AppendString(const RWWString& text);
-    bool PrependString(const wchar_t* text);
-    bool PrependString(const RWWString& text);
+    bool AppendString(RWWString text);
+    bool PrependString(RWWString text);
 
     // Later entries move up. An index past the end first pads the table with empty entries, on purpose, so
     // that the text lands exactly there; one above kMaxPaddedEntries and past the end changes nothing and

@@ -2,15 +2,9 @@
 
 #include <algorithm>
 
-TokenString::TokenString(const wchar_t* text, const wchar_t* delimiters)
-    : TokenString(RWWString(text), RWWString(delimiters)) {}
-
-TokenString::TokenString(const RWWString& text, const wchar_t* delimiters)
-    : TokenString(text, RWWString(delimiters)) {}
-
-TokenString::TokenString(const RWWString& text, const RWWString& delimiters)
-    : RWWString(text), textLength_(text.length()) {
-    SetDelims(delimiters);
+TokenString::TokenString(RWWString text, RWWString delimiters)
+    : RWWString(std::move(text)), textLength_(length()) {
+    NewDelims(std::move(delimiters));
 }
 
 RWWString TokenString::Next() {
@@ -32,10 +26,6 @@ RWWString TokenString::Next() {
     return RWWString(text.data() + first, last - first);
 }
 
-void TokenString::NewDelims(const wchar_t* delimiters) {
-    SetDelims(delimiters);
-}
-
 std::size_t TokenString::End() const noexcept {
     return std::min(textLength_, length());
 }
@@ -46,10 +36,10 @@ bool TokenString::IsDelim(wchar_t unit) const noexcept {
     return delimiters_.view().find(unit) != std::wstring_view::npos;
 }
 
-void TokenString::SetDelims(const RWWString& delimiters) {
-    delimiters_ = delimiters;
+void TokenString::NewDelims(RWWString delimiters) {
+    delimiters_ = std::move(delimiters);
     asciiDelimiters_.reset();
-    for (const wchar_t unit : delimiters.view()) {
+    for (const wchar_t unit : delimiters_) {
         const auto code = static_cast<char32_t>(unit);
         if (code < asciiDelimiters_.size()) asciiDelimiters_.set(code);
     }

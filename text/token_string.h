@@ -18,21 +18,18 @@
 // shortened since, only what is left is read. One object is used by one thread at a time.
 class QL_API TokenString : public RWWString {
   public:
-    TokenString(const wchar_t* text, const wchar_t* delimiters);
-    TokenString(const RWWString& text, const wchar_t* delimiters);
-    TokenString(const RWWString& text, const RWWString& delimiters);
+    TokenString(RWWString text, RWWString delimiters);
     TokenString(const TokenString&) = default;
     TokenString& operator=(const TokenString&) = default;
     virtual ~TokenString() = default;
 
-    RWWString Next();                           // the empty text at the end, and ever after
-    void NewDelims(const wchar_t* delimiters);  // from here on; the position stays
-    void Init() noexcept { position_ = 0; }     // back to the first token
+    RWWString Next();                        // the empty text at the end, and ever after
+    void NewDelims(RWWString delimiters);    // from here on; the position stays
+    void Init() noexcept { position_ = 0; }  // back to the first token
 
   private:
     std::size_t End() const noexcept;
     bool IsDelim(wchar_t unit) const noexcept;
-    void SetDelims(const RWWString& delimiters);
 
     std::size_t position_ = 0;
     std::size_t textLength_;

@@ -1,4 +1,4 @@
-#include "logging/os_facts.h"
+#include "logging/os_names.h"
 
 #include <gtest/gtest.h>
 

@@ -42,6 +42,17 @@ TEST(CmdLine, ChangesSwitches) {
     EXPECT_TRUE(line.IsNull());
 }
 
+TEST(CmdLine, ComparesWithANameByTheNameAlone) {
+    const QLCmdLine line(RWWString(L"C:\\a.qft /x"));
+    const QLFileName name(std::wstring(L"C:\\A.qft")), other(L"C:\\b.qft");
+    EXPECT_TRUE(line == name);
+    EXPECT_TRUE(name == line);
+    EXPECT_TRUE(line != other);
+    EXPECT_TRUE(other != line);
+    EXPECT_FALSE(line != name);
+    EXPECT_FALSE(other == line);
+}
+
 TEST(CmdLine, ComparesNamesFirstAndAssignsByText) {
     const QLCmdLine a(L"C:\\A.QFT /X"), b(L"c:\\a.qft /x"), c(L"c:\\a.qft /y"), d(L"c:\\b.qft /a");
     EXPECT_EQ(a, b);

@@ -84,6 +84,20 @@ TEST(FileName, SplitsATextAndComposesItAgain) {
     }
 }
 
+TEST(FileName, TakesEveryWideTextUpToItsFirstZeroUnit) {
+    const std::wstring standard(L"C:\\d\\a.txt\0.exe", 16);
+    const RWWString text = standard;
+    const QLFileName expected(standard.c_str());
+    EXPECT_EQ(Parts(expected), Parts(text));
+    EXPECT_EQ(Parts(expected), Parts(standard));
+    EXPECT_EQ(Parts(expected), Parts(std::wstring_view(standard)));
+    EXPECT_EQ(Parts(QLFileName(L"C:\\d", L"a", L"b")),
+              Parts({std::wstring(L"C:\\d\0e", 6), std::wstring_view(L"a\0c", 3), RWWString(L"b\0d", 3)}));
+    QLFileName name;
+    name.SetPathAndFileName(text);
+    EXPECT_EQ(Parts(expected), Parts(name));
+}
+
 TEST(FileName, IsNullWhenNothingIsLeftOfTheText) {
     for (const wchar_t* text :
          {static_cast<const wchar_t*>(nullptr), L"", L"  ", L"\"", L"\"\"", L" \" \" "}) {

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
+#include <unordered_set>
 
 #include "rw/narrow_string.h"
 #include "rw/text_hash.h"
@@ -48,6 +50,46 @@ TEST(WideString, AppendsAndPrependsItself) {
     EXPECT_EQ(L"12012", text);
     text.assign(text.view().substr(3));
     EXPECT_EQ(L"12", text);
+}
+
+TEST(WideString, TakesNothingFromANullPointerWithACount) {
+    EXPECT_TRUE(RWWString(kNoText, 3).empty());
+    EXPECT_TRUE(RWCString(nullptr, 3).empty());
+}
+
+TEST(WideString, ReadsAndComparesAsTheStandardTextsDo) {
+    const std::wstring standard = L"one two one";
+    const std::wstring_view view = standard;
+    const RWWString text = view;
+    EXPECT_EQ(view, text);
+    EXPECT_EQ(standard, text);
+    EXPECT_NE(text, view.substr(1));
+    EXPECT_LT(text, std::wstring_view(L"one u"));
+    EXPECT_GT(text, L"one");
+    EXPECT_GT(text, kNoText);
+    EXPECT_LT(text, standard + L'!');
+    EXPECT_EQ(standard, std::wstring(text.begin(), text.end()));
+    EXPECT_EQ(std::hash<std::wstring_view>()(view), std::hash<RWWString>()(text));
+    EXPECT_EQ(1u, (std::unordered_set<RWWString>{view, text, standard}).size());
+
+    std::wostringstream out;
+    out << text << L'.';
+    EXPECT_EQ(L"one two one."s, out.str());
+}
+
+TEST(WideString, FindsAndCutsAsTheStandardTextsDo) {
+    const std::wstring standard = L"one two one";
+    const RWWString text = standard;
+    for (std::size_t from = 0; from <= standard.size() + 1; ++from) {
+        EXPECT_EQ(standard.find(L"one", from), text.find(L"one", from)) << from;
+        EXPECT_EQ(standard.rfind(L"one", from), text.rfind(RWWString(L"one"), from)) << from;
+        EXPECT_EQ(standard.find(L'o', from), text.find(L'o', from)) << from;
+        EXPECT_EQ(standard.rfind(L'o', from), text.rfind(L'o', from)) << from;
+        EXPECT_EQ(from < standard.size() ? standard.substr(from, 3) : L""s, text.substr(from, 3)) << from;
+    }
+    EXPECT_EQ(0u, text.find(kNoText));
+    EXPECT_TRUE(text.starts_with(L"one t"));
+    EXPECT_FALSE(text.ends_with(L"two"));
 }
 
 TEST(WideString, OrdersByCodeUnit) {

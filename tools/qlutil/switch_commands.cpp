@@ -1,4 +1,5 @@
-#include <iterator>
+#include <span>
+#include <vector>
 
 #include "cmdline/command_switches.h"
 #include "tools/qlutil/command.h"
@@ -59,7 +60,9 @@ Answer ReadServer(const Arguments& arguments) {
 
 Answer Scan(const Arguments& arguments) {
     CCommandSwitches switches;
-    const std::vector<RWWString> names(std::next(arguments.all().begin()), arguments.all().end());
+    std::vector<RWWString> names;
+    for (const std::wstring_view name : std::span(arguments.all()).subspan(1))
+        names.push_back(CCommandSwitch(name, SWITCH_FLAG).GetName());  // without the blanks around it
     for (const RWWString& name : names) {
         switches.DeclareSwitch(name.data(), name.view().ends_with(L'=') ? SWITCH_VALUE : SWITCH_FLAG);
     }
