@@ -95,7 +95,7 @@ class QL_API CDate {
     // that began on a day of the month is whole on the same day, not at the month's end: 31 January to 28
     // February -> 0 months, 29 February 2020 to 28 February 2021 -> 0 years. 0 for an unknown unit. For no
     // date Day, Month and Year are 0.
-    Number Difference(const CDate& other, DateUnit unit) const noexcept;
+    inline Number Difference(const CDate& other, DateUnit unit) const noexcept;
 
     // Persists as the day number, 32 bits little-endian.
     std::size_t binaryStoreSize() const noexcept { return sizeof(std::uint32_t); }

@@ -119,9 +119,21 @@ def all_cases():
     yield from cases_of_page(HERE.parent.parent / "docs" / "qlutil.md")
 
 
+def without_example(program):
+    """The commands whose help shows no call of their own."""
+    said = subprocess.run([WINE, program, "help"], capture_output=True, timeout=SECONDS, check=True).stdout.decode()
+    for command in re.split(r"^(?=qlutil )", said, flags=re.MULTILINE)[1:]:
+        name = re.match(r"qlutil ((?:[a-z-]+ ?)+)(?![A-Z\[])", command)[1].strip()
+        if f"    Example: qlutil {name}" not in command and f"    Example: qlutil --json {name}" not in command:
+            yield name
+
+
 def main():
     program = pathlib.Path(sys.argv[1]).resolve()
-    passed = failed = 0
+    lacking = list(without_example(program))
+    for name in lacking:
+        print(f"qlutil help {name}: shows no example")
+    passed, failed = 1 - bool(lacking), len(lacking)
     for case in all_cases():
         fault = case.fault(program)
         passed, failed = passed + (not fault), failed + bool(fault)
