@@ -242,7 +242,7 @@ using ZipMemberProc = int(QL_ZIP_CALL*)(const ZIPMEMBER* member, void* userData)
 
 // "dunzipeach": runs a command and tells of each member that it concerns, in the order of the directory (extraction: of
 // the work). Functions: UNZIP_COUNT_ALL and UNZIP_COUNT_MATCHING (the members are told only) and UNZIP_EXTRACT. With an
-// `index` of 0 or more that member alone is meant, whatever the file specification says.
+// `index` of 0 or more that member alone is meant, whatever the item list says.
 using DunzipEachProc = int(QL_ZIP_CALL*)(UNZIPCMDSTRUCT* command, ZipMemberProc each, void* userData);
 
 // A file that is to be added, and what became of it.
