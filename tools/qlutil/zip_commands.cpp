@@ -137,10 +137,11 @@ class Sources {
     const std::vector<Source>& All() const { return all_; }
 
   private:
-    // The name of an archive among its own files is nobody's wish.
+    // Nobody wants an archive among its own files.
     void AddFile(const std::wstring& path, const std::wstring& name) {
         std::error_code none;
-        if (!std::filesystem::equivalent(path, archive_, none)) all_.push_back({path, name});
+        const bool mayBeArchive = ::_wcsicmp(LastPart(path).c_str(), LastPart(archive_).c_str()) == 0;
+        if (!mayBeArchive || !std::filesystem::equivalent(path, archive_, none)) all_.push_back({path, name});
     }
 
     // What fits nothing stands for itself.
