@@ -192,15 +192,18 @@ ZIPMEMBER MemberOf(const ZIPINFO& info, int index, int code, const std::wstring&
 
 // With an engine that tells one member a call: what its record can express.
 int WalkRecords(const wchar_t* zipFile, ZipMemberProc each, void* userData) {
-    for (int index = 0;; ++index) {
+    constexpr int kMostRecords = 0x10000;  // an index has sixteen bits
+    for (int index = 0; index < kMostRecords; ++index) {
         ZIPINFO info{};
         const int code = Dynazip::GetIndexedZipInfo(zipFile, index, &info);
+        info.szFileName[std::size(info.szFileName) - 1] = info.szDateTime[std::size(info.szDateTime) - 1] = '\0';
         if (code == UNZIP_OUT_OF_BOUNDS) return lastCode = UNZIP_DONE;
         if (code != UNZIP_DONE && code != UNZIP_SKIPPED) return code;
         const std::wstring name = AnsiToRWWString(info.szFileName).str();
         const ZIPMEMBER member = MemberOf(info, index, code, name);
         if (each(&member, userData) != 0) return lastCode = UNZIP_CANCELLED;
     }
+    return lastCode = UNZIP_DONE;
 }
 
 // With an engine that knows no lists. Only such a one can name a member otherwise than its file.
@@ -426,8 +429,7 @@ long Dynazip::ExtractMembers(const wchar_t* zipFile, const wchar_t* destination,
 
 long Dynazip::ForEachMember(const wchar_t* zipFile, ZipMemberProc each, void* userData) {
     const auto archive = AnsiName(zipFile);
-    if (!archive) return NotAcceptable();
-    if (!each) return NotAcceptable();
+    if (!archive || !each) return NotAcceptable();
     if (dunzipDll && !Find<DunzipEachProc>(dunzipDll, "dunzipeach"))
         return WalkRecords(zipFile, each, userData);
     UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COUNT_ALL, *archive);

@@ -158,6 +158,7 @@ struct ZIPCMDSTRUCT {
     std::int32_t lMemBlockSize;
 };
 
+// What is told of a member.
 struct ZIPINFO {
     std::uint16_t index;
     std::uint32_t oSize;
@@ -173,6 +174,7 @@ struct ZIPINFO {
     std::uint32_t reserved2;
 };
 
+// A call of the engine that reads.
 struct UNZIPCMDSTRUCT {
     std::int32_t unzipStructSize;
     std::int32_t function;
@@ -242,7 +244,7 @@ using ZipMemberProc = int(QL_ZIP_CALL*)(const ZIPMEMBER* member, void* userData)
 
 // "dunzipeach": runs a command and tells of each member that it concerns, in the order of the directory (extraction: of
 // the work). Functions: UNZIP_COUNT_ALL and UNZIP_COUNT_MATCHING (the members are told only) and UNZIP_EXTRACT. With an
-// `index` of 0 or more that member alone is meant, whatever the item list says.
+// `index` of 0 or more that member alone is meant, whatever `lpszFilespec` says.
 using DunzipEachProc = int(QL_ZIP_CALL*)(UNZIPCMDSTRUCT* command, ZipMemberProc each, void* userData);
 
 // A file that is to be added, and what became of it.

@@ -63,7 +63,8 @@ TEST_F(Directories, TellNamesAsTheDiskHasThem) {
     std::vector<QLFileName> entries;
     CDirectoryIterator walk;
     QLFileName entry(L"http://srv/a.htm#tail");
-    for (bool more = walk.First(Pattern(L"*"), &entry); more; more = walk.Next(&entry)) entries.push_back(entry);
+    for (bool more = walk.First(Pattern(L"*"), &entry); more; more = walk.Next(&entry))
+        entries.push_back(entry);
     EXPECT_EQ(RWWString(L"#tail"), entry.GetTail());
     for (const QLFileName& name : entries) {
         if (!odd.contains(name.GetFileName().str())) continue;
@@ -99,28 +100,6 @@ TEST_F(Directories, AWalkStartsAnewMovesAndIsNotShared) {
     copy = moved;
     EXPECT_FALSE(copy.Next(&entry)) << "assigning ends the search";
     EXPECT_FALSE(moved.Next(&entry)) << "and leaves the other's alone";
-}
-
-TEST_F(Directories, AreWalkedWholeWhenTheyAreLarge) {
-    PutEntries(folder_.path().wstring(), 10'000);
-    Names expected;
-    for (int i = 0; i < 10'000; ++i) expected.insert(L"entry " + std::to_wstring(i) + L".txt");
-    EXPECT_EQ(expected, Walk(L"*.txt"));
-    Delete(L"");
-    EXPECT_FALSE(Exists(L""));
-}
-
-TEST_F(Directories, EndTheirWalkWhenTheyAreRemovedMeanwhile) {
-    Make({L"sub"}, {});
-    for (wchar_t letter = L'a'; letter <= L'z'; ++letter) PutBytes(folder_ / L"sub\\" + letter, "");
-    CDirectoryIterator walk;
-    QLFileName entry;
-    ASSERT_TRUE(walk.First(Pattern(L"sub\\*"), &entry));
-    std::error_code ignored;  // the system may keep a directory until its walk ends
-    std::filesystem::remove_all(folder_ / L"sub", ignored);
-    for (int more = 0; walk.Next(&entry); ++more) ASSERT_LT(more, 25);
-    std::filesystem::remove_all(folder_ / L"sub");
-    EXPECT_FALSE(walk.First(Pattern(L"sub\\*"), &entry));
 }
 
 TEST_F(Directories, AreDeletedWithTheFilesThatCanBeRemovedButNotWithSubdirectories) {

@@ -78,9 +78,9 @@ TEST_F(Files, AClosedFileRefusesEverything) {
     int count = 7;
     EXPECT_FALSE(file.Read(&byte, 1, &count));
     EXPECT_FALSE(file.Write(&byte, 1, &count));
+    EXPECT_EQ(7, count);
     EXPECT_FALSE(file.Flush());
     EXPECT_FALSE(file.Delete());
-    EXPECT_EQ(7, count);
     EXPECT_EQ(0, static_cast<int>(file));
     EXPECT_EQ(nullptr, static_cast<const void*>(file));
     EXPECT_FALSE(file.Rename(Name(path_), 1));
@@ -134,7 +134,8 @@ TEST_F(Files, AreCreatedReadOnlyRenamedAndDeleted) {
 // What another opening may do while a file is open with each way of sharing.
 TEST_F(Files, ShareAsTheirFlagsSay) {
     PutBytes(path_, "x");
-    for (const int flags : {0, +OPEN_NO_SHARE_READ, +OPEN_NO_SHARE_WRITE, OPEN_NO_SHARE_READ | OPEN_NO_SHARE_WRITE}) {
+    for (const int flags :
+         {0, +OPEN_NO_SHARE_READ, +OPEN_NO_SHARE_WRITE, OPEN_NO_SHARE_READ | OPEN_NO_SHARE_WRITE}) {
         const auto sharing = static_cast<unsigned short>(flags | OPEN_READ);
         for (const bool buffered : {false, true}) {
             QLFile file, other;
