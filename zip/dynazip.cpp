@@ -196,7 +196,8 @@ int WalkRecords(const wchar_t* zipFile, ZipMemberProc each, void* userData) {
     for (int index = 0; index < kMostRecords; ++index) {
         ZIPINFO info{};
         const int code = Dynazip::GetIndexedZipInfo(zipFile, index, &info);
-        info.szFileName[std::size(info.szFileName) - 1] = info.szDateTime[std::size(info.szDateTime) - 1] = '\0';
+        info.szFileName[std::size(info.szFileName) - 1] = info.szDateTime[std::size(info.szDateTime) - 1] =
+            '\0';
         if (code == UNZIP_OUT_OF_BOUNDS) return lastCode = UNZIP_DONE;
         if (code != UNZIP_DONE && code != UNZIP_SKIPPED) return code;
         const std::wstring name = AnsiToRWWString(info.szFileName).str();
