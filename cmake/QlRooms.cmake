@@ -9,8 +9,10 @@ if(QL_NATIVE)
     $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety> $<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion>)
 else()
   target_compile_definitions(ql_options INTERFACE _WIN32_WINNT=0x0601 WINVER=0x0601)
-  # Doubles are doubles: the x87 unit would carry extra bits into some results and not into others.
-  target_compile_options(ql_options INTERFACE -msse2 -mfpmath=sse)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Doubles are doubles: the x87 unit would carry extra bits into some results and not into others.
+    target_compile_options(ql_options INTERFACE -msse2 -mfpmath=sse)
+  endif()
   # The cold part that this compiler splits off a function may be empty. It then shares its address with the next one,
   # and the unwinder may find the empty one and end the program at a throw that somebody would have caught.
   target_compile_options(ql_options INTERFACE -fno-reorder-blocks-and-partition)

@@ -3,6 +3,8 @@
 #include "cmdline/command_switches.h"
 #include "cmdline/switch_values.h"
 #include "names/file_type.h"
+#include "platform/current_directory.h"
+#include "platform/message_box.h"
 #include "prefs/directories.h"
 
 // One row a switch, in the order in which they are applied: a later one overrides an earlier one.
@@ -68,7 +70,7 @@ struct QuilletCmdSwitchParser::Switches {
     }
     static void KeepLibrary(Parser& parser, Value value) {
         QLFileName library = ql::FullName(value, CQlDir::GetDirectory(LibraryDirectory));
-        if (!library.HasExtension()) library.SetExtension(L".qll");
+        if (!library.HasExtension()) library.SetExtension(GetFileExt(FT_CLAUSE_LIBRARY));
         parser.texts_[kLibrary] = library.GetPathAndFileName();
         parser.SetLibMode(LIBMODE_SHOWN);
     }
@@ -169,6 +171,7 @@ void QuilletCmdSwitchParser::ParseSwitches(const wchar_t* commandLine) {
     CCommandSwitches given;
     for (const Switches::Row& row : Switches::kRows) given.DeclareSwitch(row.name, row.kind);
     given.Scan(commandLine);
+    ignoredWords_ = given.GetIgnored();
     if (given.HasLeadingText()) TakeLeadingFile(given.GetLeadingText());
 
     // These say whether they are on this line; the others stay once they were given.

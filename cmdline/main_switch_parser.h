@@ -23,7 +23,10 @@ enum INITIALASKSTATE : int { INITIALASK_DEFAULT = 0, INITIALASK_UNANSWERED = 1 }
 
 // The command line of the main application as a set of options. Each switch is "/name" or "-name", with "="
 // and its text for one that has a value; text before the first switch is the file to start with. Files become
-// full paths, but for document-management ids, which stay as they are.
+// full paths, but for document-management ids, which stay as they are, QLI and QLA files that a switch names, which
+// are read as file names and not completed, the edit file and overlays, which are kept as given.
+//
+// A library without an extension gets ".qll", a document-management id too.
 //
 // Kept on purpose: a switch claims every word that begins with its name, the first in ascending order of
 // names. So /naw and /namedesc=... act as na, /pathdesc=... as pa, /sap as sa, /sig as si, /slw as sl, /ssn
@@ -44,7 +47,8 @@ class QL_API QuilletCmdSwitchParser {
     // Changes the mode while it is LIBMODE_UNDECIDED or LIBMODE_NONE; the other two stay.
     void SetLibMode(LibMode mode) noexcept;
 
-    // Shows an error message unless `expected` is the object's own address.
+    // Shows an error message unless `expected` is the object's own address, the low 32 bits of it where addresses have
+    // more.
     void CheckThis(unsigned long expected) const;
 
     INITIALASKSTATE GetInitialAskState() const noexcept { return initialAskState_; }
@@ -116,6 +120,9 @@ class QL_API QuilletCmdSwitchParser {
     long GetPrintCopies() const noexcept { return printCopies_; }
     QLStringTable& GetOverlayFiles() noexcept { return overlayFiles_; }
 
+    // The words of the last line that no switch claimed: a misspelt switch is among them.
+    const QLStringTable& GetIgnoredWords() const noexcept { return ignoredWords_; }
+
   private:
     enum TextIndex {
         kTplPath,
@@ -184,7 +191,7 @@ class QL_API QuilletCmdSwitchParser {
     LibMode libMode_ = LIBMODE_UNDECIDED;
     ExitBehavior exit_ = EXIT_UNDECIDED;
     std::array<std::optional<RWWString>, kTextCount> texts_;
-    QLStringTable overlayFiles_;
+    QLStringTable overlayFiles_, ignoredWords_;
     long printCopies_ = 1;
     std::bitset<kFlagCount> flags_;
 };

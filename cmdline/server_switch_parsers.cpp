@@ -2,37 +2,36 @@
 
 #include "cmdline/command_switches.h"
 #include "cmdline/switch_values.h"
+#include "platform/current_directory.h"
+#include "platform/message_box.h"
 
-struct ServerCmdSwitches::Row {
-    const wchar_t* name;
-    FlagIndex flag;
+struct ServerCmdSwitches::Table {
+    struct Row {
+        const wchar_t* name;
+        FlagIndex flag;
+    };
+
+    static constexpr Row kFlags[] = {
+        {L"pr", kPrint},
+        {L"fp", kPrint},
+        {L"register", kRegister},
+        {L"regserver", kRegister},
+        {L"unregister", kUnregister},
+        {L"unregserver", kUnregister},
+        {L"db", kSupressSplashScreen},
+        {L"pb", kPrintBoth},
+        {L"po", kPrintFormOnly},
+        {L"pa", kPrintAnswersOnly},
+        {L"pd", kPrintDuplex},
+        {L"pw", kPrintWithoutDialogs},
+        {L"automation", kAutomation},
+        {L"dde", kDDE},
+        {L"embedding", kEmbedded},
+    };
+    static constexpr const wchar_t* kCopies = L"pc=";
+    static constexpr const wchar_t* kPageSize = L"ps=";
+    static constexpr const wchar_t* kTray = L"pt=";
 };
-
-const ServerCmdSwitches::Row ServerCmdSwitches::kRows[] = {
-    {L"pr", kPrint},
-    {L"fp", kPrint},
-    {L"register", kRegister},
-    {L"regserver", kRegister},
-    {L"unregister", kUnregister},
-    {L"unregserver", kUnregister},
-    {L"db", kSupressSplashScreen},
-    {L"pb", kPrintBoth},
-    {L"po", kPrintFormOnly},
-    {L"pa", kPrintAnswersOnly},
-    {L"pd", kPrintDuplex},
-    {L"pw", kPrintWithoutDialogs},
-    {L"automation", kAutomation},
-    {L"dde", kDDE},
-    {L"embedding", kEmbedded},
-};
-
-namespace {
-
-constexpr const wchar_t* kCopies = L"pc=";
-constexpr const wchar_t* kPageSize = L"ps=";
-constexpr const wchar_t* kTray = L"pt=";
-
-}  // namespace
 
 ServerCmdSwitches::ServerCmdSwitches(const wchar_t* commandLine) {
     if (commandLine) ParseSwitches(commandLine);
@@ -46,17 +45,20 @@ ServerCmdSwitches::ServerCmdSwitches(const QLCmdLine& commandLine) {
 
 void ServerCmdSwitches::ParseSwitches(const wchar_t* commandLine) {
     CCommandSwitches given;
-    for (const Row& row : kRows) given.DeclareSwitch(row.name, SWITCH_FLAG);
-    for (const wchar_t* const name : {kCopies, kPageSize, kTray}) given.DeclareSwitch(name, SWITCH_VALUE);
+    for (const Table::Row& row : Table::kFlags) given.DeclareSwitch(row.name, SWITCH_FLAG);
+    for (const wchar_t* const name : {Table::kCopies, Table::kPageSize, Table::kTray})
+        given.DeclareSwitch(name, SWITCH_VALUE);
     given.Scan(commandLine);
 
+    ignoredWords_ = given.GetIgnored();
     if (given.HasLeadingText()) TakeFile(given.GetLeadingText());
-    for (const Row& row : kRows) {
+    for (const Table::Row& row : Table::kFlags) {
         if (given.IsSwitchSet(row.name)) flags_.set(row.flag);
     }
-    if (const wchar_t* const value = given.GetSwitchValue(kCopies)) printCopies_ = ql::LeadingNumber(value);
-    if (const wchar_t* const value = given.GetSwitchValue(kPageSize)) pageSize_ = ql::UpToBlank(value);
-    if (const wchar_t* const value = given.GetSwitchValue(kTray)) tray_ = ql::UpToBlank(value);
+    if (const wchar_t* const value = given.GetSwitchValue(Table::kCopies))
+        printCopies_ = ql::LeadingNumber(value);
+    if (const wchar_t* const value = given.GetSwitchValue(Table::kPageSize)) pageSize_ = ql::UpToBlank(value);
+    if (const wchar_t* const value = given.GetSwitchValue(Table::kTray)) tray_ = ql::UpToBlank(value);
 }
 
 void ServerCmdSwitches::TakeFile(const QLFileName& name) {

@@ -9,14 +9,10 @@ namespace ql {
 // The full path of a file against a directory; a document-management id stays as it is.
 QLFileName FullName(const QLFileName& name, const RWWString& directory);
 
-RWWString CurrentDirectory();
 RWWString UpToBlank(const wchar_t* value);
 
 // The digits that the value begins with, as a number: 0 when there are none, and never above the largest
 // long.
 long LeadingNumber(const wchar_t* value);
-
-// Shows an error message unless `expected` is the object's address.
-void CheckObject(const void* object, unsigned long expected);
 
 }  // namespace ql

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "files/file_removal.h"
+#include "platform/failure.h"
 #include "platform/win32.h"
 
 namespace {
@@ -16,12 +18,29 @@ RWWString BackupName(const QLFileName& name, int level) {
     return backup.GetPathAndFileName();
 }
 
-bool Copy(const RWWString& from, const RWWString& to) {
-    return ::CopyFileW(from.data(), to.data(), FALSE) != FALSE;
+// What tells one state of a file from another; nothing when there is no file.
+struct State {
+    bool isThere = false;
+    DWORD size[2] = {}, written[2] = {};
+    bool operator==(const State&) const = default;
+};
+
+State StateOf(const RWWString& file) {
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    if (!::GetFileAttributesExW(file.data(), GetFileExInfoStandard, &data)) return {};
+    return {true,
+            {data.nFileSizeHigh, data.nFileSizeLow},
+            {data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime}};
 }
 
-bool IsThere(const RWWString& file) {
-    return ::GetFileAttributesW(file.data()) != INVALID_FILE_ATTRIBUTES;
+// A copy that fails half way is no backup: it goes, lest the next backup takes it for one.
+bool Copy(const RWWString& from, const RWWString& to) {
+    const State before = StateOf(to);
+    if (::CopyFileW(from.data(), to.data(), FALSE)) return true;
+    const DWORD error = ::GetLastError();
+    if (StateOf(to) != before) ql::RemoveFile(to.data());
+    ::SetLastError(error);
+    return false;
 }
 
 bool Fails(std::wstring_view reason, wchar_t* message, int messageLength) {
@@ -34,12 +53,14 @@ bool Fails(std::wstring_view reason, wchar_t* message, int messageLength) {
 }  // namespace
 
 bool BackupFile(const QLFileName& name, wchar_t* message, int messageLength) {
-    const RWWString first = BackupName(name, 1);
-    if (IsThere(first) && !Copy(first, BackupName(name, 2))) {
-        return Fails(L"Unable to do second-level backup.", message, messageLength);
-    }
-    if (!Copy(name.GetPathAndFileName(), first)) {
-        return Fails(L"Unable to do first-level backup.", message, messageLength);
-    }
-    return true;
+    return ql::FailureIfThrown(false, [&] {
+        const RWWString first = BackupName(name, 1);
+        if (StateOf(first).isThere && !Copy(first, BackupName(name, 2))) {
+            return Fails(L"Unable to do second-level backup.", message, messageLength);
+        }
+        if (!Copy(name.GetPathAndFileName(), first)) {
+            return Fails(L"Unable to do first-level backup.", message, messageLength);
+        }
+        return true;
+    });
 }

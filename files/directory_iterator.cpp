@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "files/file_removal.h"
+#include "platform/current_directory.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "text/characters.h"
@@ -18,24 +20,26 @@ bool IsSelfOrParent(const wchar_t* name) {
 struct CDirectoryIterator::Search {
     ql::UniqueFindHandle handle;
     WIN32_FIND_DATAW entry{};
-    RWWString path;  // of the pattern
+    QLFileName base;  // the path of the pattern
 
     bool Open(const QLFileName& pattern) {
-        path = pattern.GetPath();
+        base.SetPath(pattern.GetPath().data());
         handle.reset(::FindFirstFileW(pattern.GetPathAndFileName().data(), &entry));
         return static_cast<bool>(handle);
     }
     bool Advance() { return ::FindNextFileW(handle.get(), &entry) != FALSE; }
-    void Put(QLFileName& out) const {
-        out.SetPath(path.data());
-        out.SetFileName(entry.cFileName);
-    }
 };
 
 CDirectoryIterator::CDirectoryIterator() noexcept = default;
+CDirectoryIterator::CDirectoryIterator(const CDirectoryIterator&) noexcept {}
 CDirectoryIterator::CDirectoryIterator(CDirectoryIterator&& other) noexcept = default;
 CDirectoryIterator& CDirectoryIterator::operator=(CDirectoryIterator&& other) noexcept = default;
 CDirectoryIterator::~CDirectoryIterator() = default;
+
+CDirectoryIterator& CDirectoryIterator::operator=(const CDirectoryIterator& other) noexcept {
+    if (&other != this) search_.reset();
+    return *this;
+}
 
 bool CDirectoryIterator::First(const QLFileName& pattern, QLFileName* out) {
     search_ = std::make_unique<Search>();
@@ -44,14 +48,14 @@ bool CDirectoryIterator::First(const QLFileName& pattern, QLFileName* out) {
         return false;
     }
     if (IsSelfOrParent(search_->entry.cFileName)) return Next(out);
-    if (out) search_->Put(*out);
+    if (out) out->SetEntry(search_->base, search_->entry.cFileName);
     return true;
 }
 
 bool CDirectoryIterator::Next(QLFileName* out) {
     while (search_ && search_->Advance()) {
         if (IsSelfOrParent(search_->entry.cFileName)) continue;
-        if (out) search_->Put(*out);
+        if (out) out->SetEntry(search_->base, search_->entry.cFileName);
         return true;
     }
     search_.reset();
@@ -76,22 +80,10 @@ QLStringTable EntriesOf(const QLFileName& directory) {
     return entries;
 }
 
-// Made writable only when that is in the way: the attributes may be those of a link's target.
-void RemoveFile(const RWWString& file) {
-    if (::DeleteFileW(file.data())) return;
-    const DWORD attributes = ::GetFileAttributesW(file.data());
-    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
-    ::SetFileAttributesW(file.data(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
-    ::DeleteFileW(file.data());
-}
-
 // A working directory cannot be removed.
 void LeaveDirectory(const RWWString& path) {
-    wchar_t current[MAX_PATH];
-    const DWORD length = ::GetCurrentDirectoryW(MAX_PATH, current);
-    if (length == 0 || length >= MAX_PATH) return;
-    std::wstring directory(current, length);
-    if (directory.back() != L'\\') directory += L'\\';
+    std::wstring directory = ql::CurrentDirectory();
+    if (!directory.ends_with(L'\\')) directory += L'\\';
     if (ql::EqualIgnoringCase(directory, path)) ::SetCurrentDirectoryW(QLGetTempPath().data());
 }
 
@@ -102,7 +94,8 @@ void DeleteDirAndContents(const wchar_t* directory) {
     name.SetPath(directory);
     if (name.GetPath().isNull()) return;  // the pattern would be of the current directory
     const QLStringTable entries = EntriesOf(name);
-    for (unsigned int i = 0; i < entries.NumEntries(); ++i) RemoveFile(entries(static_cast<int>(i)));
+    for (unsigned int i = 0; i < entries.NumEntries(); ++i)
+        ql::RemoveFile(entries(static_cast<int>(i)).data());
 
     std::wstring path = name.GetPath().str();
     LeaveDirectory(path);

@@ -6,7 +6,9 @@
 #include <cstdio>
 #include <utility>
 
+#include "files/kept_name.h"
 #include "files/open_flags.h"
+#include "platform/win32.h"
 
 QLFile::QLFile(const QLFile& other)
     : handle_(other.IsOpen() ? ::_dup(other.handle_) : kClosed), fileName_(other.fileName_) {}
@@ -14,7 +16,7 @@ QLFile::QLFile(const QLFile& other)
 QLFile& QLFile::operator=(const QLFile& other) {
     QLFile copy(other);
     std::swap(handle_, copy.handle_);
-    fileName_ = copy.fileName_;
+    ql::KeepName(fileName_, copy.fileName_);
     return *this;
 }
 
@@ -34,7 +36,7 @@ int QLFile::OpenWith(int creation, unsigned short flags, const QLFileName& name)
     Close();
     handle_ = ql::OpenFile(name.GetPathAndFileName().data(), ql::AccessMode(flags) | creation,
                            ql::SharingMode(flags), ql::PermissionMode(flags));
-    if (name != fileName_) fileName_ = name;
+    if (name != fileName_) ql::KeepName(fileName_, name);
     return IsOpen();
 }
 
@@ -54,11 +56,14 @@ int QLFile::Write(unsigned char* buffer, int count, int* done) {
     return 1;
 }
 
-// Closing a duplicate is what makes the C run time commit the data and the directory entry.
+// A device has no disk below it. A file that is open for reading alone has nothing to commit, which the system tells
+// as a refusal.
 int QLFile::Flush() {
     if (!IsOpen()) return 0;
-    const int duplicate = ::_dup(handle_);
-    return duplicate != kClosed && ::_close(duplicate) == 0;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the run time's way of handing it
+    const auto file = reinterpret_cast<HANDLE>(::_get_osfhandle(handle_));
+    return ::GetFileType(file) != FILE_TYPE_DISK || ::FlushFileBuffers(file) ||
+           ::GetLastError() == ERROR_ACCESS_DENIED;
 }
 
 int QLFile::Close() {
@@ -74,6 +79,6 @@ int QLFile::Delete() {
 int QLFile::Rename(const QLFileName& newName, int adoptName) {
     const RWWString from = fileName_.GetPathAndFileName();
     if (::_wrename(from.data(), newName.GetPathAndFileName().data()) != 0) return 0;
-    if (adoptName) fileName_ = newName;
+    if (adoptName) ql::KeepName(fileName_, newName);
     return 1;
 }

@@ -1,8 +1,11 @@
 #include "files/file_copy.h"
 
+#include <algorithm>
+#include <limits>
 #include <memory>
-#include <new>
 
+#include "files/same_file.h"
+#include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
@@ -31,60 +34,110 @@ bool SetTimes(const wchar_t* path, const Times& times) {
     return file && ::SetFileTime(file.get(), &times.creation, &times.lastAccess, &times.lastWrite);
 }
 
-bool IsSameFile(const File& a, const File& b) {
-    BY_HANDLE_FILE_INFORMATION first, second;
-    return ::GetFileInformationByHandle(a.get(), &first) && ::GetFileInformationByHandle(b.get(), &second) &&
-           first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&
-           first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
+// Devices and pipes have neither a size nor a position.
+bool HasSize(const File& file) {
+    return ::GetFileType(file.get()) == FILE_TYPE_DISK;
 }
 
-struct Block {
-    static constexpr DWORD kCapacity = 1 << 16;
-    std::unique_ptr<char[]> bytes{new (std::nothrow) char[kCapacity]};
-    DWORD count = 0;
+long long SizeOf(const File& file) {
+    LARGE_INTEGER size;
+    return ::GetFileSizeEx(file.get(), &size) ? size.QuadPart : 0;
+}
 
-    bool Read(const File& file) {
-        return bytes && ::ReadFile(file.get(), bytes.get(), kCapacity, &count, nullptr) != FALSE;
+bool MoveTo(const File& file, long long position) {
+    LARGE_INTEGER wanted;
+    wanted.QuadPart = position;
+    return ::SetFilePointerEx(file.get(), wanted, nullptr, FILE_BEGIN) != FALSE;
+}
+
+bool EndAt(const File& file, long long size) {
+    return MoveTo(file, size) && ::SetEndOfFile(file.get());
+}
+
+bool Fails(DWORD error) {
+    ::SetLastError(error);
+    return false;
+}
+
+// Copies bytes from where two files stand.
+class Pump {
+  public:
+    // Until the source ends or so many bytes are moved.
+    bool Move(const File& from, const File& to, long long most) {
+        moved_ = 0;
+        while (moved_ < most) {
+            DWORD count = 0, written = 0;
+            const auto wanted = static_cast<DWORD>(std::min<long long>(kCapacity, most - moved_));
+            if (!::ReadFile(from.get(), block_.get(), wanted, &count, nullptr)) return false;
+            if (count == 0) return true;
+            if (!::WriteFile(to.get(), block_.get(), count, &written, nullptr)) return false;
+            moved_ += written;
+            if (written < count) return Fails(ERROR_DISK_FULL);
+        }
+        return true;
     }
-    bool Write(const File& file) const {
-        DWORD written = 0;
-        return ::WriteFile(file.get(), bytes.get(), count, &written, nullptr) && written == count;
-    }
+    long long moved() const noexcept { return moved_; }  // by the last Move
+
+  private:
+    static constexpr DWORD kCapacity = 1 << 16;
+    std::unique_ptr<char[]> block_ = std::make_unique_for_overwrite<char[]>(kCapacity);
+    long long moved_ = 0;
 };
 
-// Makes room for the whole copy while what the file holds is still there.
-bool Reserve(const File& file, const File& source) {
-    LARGE_INTEGER size, wanted;
-    if (!::GetFileSizeEx(file.get(), &size) || !::GetFileSizeEx(source.get(), &wanted)) return false;
-    return wanted.QuadPart <= size.QuadPart ||
-           (::SetFilePointerEx(file.get(), wanted, nullptr, FILE_BEGIN) && ::SetEndOfFile(file.get()) &&
-            ::SetFilePointerEx(file.get(), {}, nullptr, FILE_BEGIN));
+constexpr long long kAll = std::numeric_limits<long long>::max();
+
+// What lies behind the destination's present end comes first: that alone asks the disk for room, and where there is
+// none, nothing is lost yet.
+bool Replace(const File& from, const File& to, Pump& pump) {
+    const long long held = SizeOf(to);
+    if (SizeOf(from) > held) {
+        if (!MoveTo(from, held) || !MoveTo(to, held)) return false;
+        if (!pump.Move(from, to, kAll)) {
+            const DWORD error = ::GetLastError();
+            EndAt(to, held);
+            return Fails(error);
+        }
+    }
+    if (!MoveTo(from, 0) || !MoveTo(to, 0)) return false;
+    const bool done = pump.Move(from, to, held);
+    const DWORD error = ::GetLastError();
+    const bool isUntouched = !done && pump.moved() == 0;
+    const bool endsRight = (done && pump.moved() == held) || EndAt(to, isUntouched ? held : pump.moved());
+    return done ? endsRight : Fails(error);
 }
 
-// What stood in the destination goes only when both files are open and known to be two, the source can be read and
-// the disk has room.
+bool Copy(const File& from, const File& to, Pump& pump) {
+    if (ql::AreOneFile(from.get(), to.get())) return Fails(ERROR_INVALID_PARAMETER);
+    if (!HasSize(to)) return pump.Move(from, to, kAll);
+    if (HasSize(from)) return Replace(from, to, pump);
+    return pump.Move(from, to, kAll) && ::SetEndOfFile(to.get());
+}
+
 bool CopyContents(const wchar_t* destination, const wchar_t* source) {
+    Pump pump;
     const File from = OpenSource(source, kShareAll);
     if (!from) return false;
-    const File to(::CreateFileW(destination, GENERIC_WRITE, kShareAll, nullptr, OPEN_ALWAYS,
-                                FILE_ATTRIBUTE_NORMAL, nullptr));
-    Block block;
-    if (!to || IsSameFile(from, to) || !block.Read(from) || !Reserve(to, from)) return false;
-    bool copied = true;
-    while (copied && block.count > 0) copied = block.Write(to) && block.Read(from);
-    return ::SetEndOfFile(to.get()) && copied;
+    File to(::CreateFileW(destination, GENERIC_WRITE, kShareAll, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                          nullptr));
+    if (!to) return false;
+    const bool isNew = ::GetLastError() != ERROR_ALREADY_EXISTS && HasSize(to);
+    if (Copy(from, to, pump)) return true;
+    const DWORD error = ::GetLastError();
+    to.reset();
+    if (isNew) ::DeleteFileW(destination);
+    return Fails(error);
 }
 
 }  // namespace
 
 int MakeFileCopy(const wchar_t* destination, const wchar_t* source, int keepTimes, unsigned long& error) {
-    if (!destination || !source) return 0;
+    if (!destination || !source) return Fails(ERROR_INVALID_PARAMETER);
     Times times;
     if (keepTimes && !ReadTimes(source, times)) {
         error = ::GetLastError();
         return 0;
     }
-    if (!CopyContents(destination, source)) return 0;
+    if (!ql::FailureIfThrown(false, [&] { return CopyContents(destination, source); })) return 0;
     if (keepTimes && !SetTimes(destination, times)) {
         error = ::GetLastError();
         return 0;

@@ -10,6 +10,7 @@
 #include "files/open_flags.h"
 #include "files/path_fitting.h"
 #include "names/file_name.h"
+#include "platform/folder.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"
@@ -81,9 +82,7 @@ int QLFileName::Exists() const {
 }
 
 int QLFileName::IsDirectory() const {
-    if (IsNull() || !Exists()) return 0;
-    const DWORD attributes = ::GetFileAttributesW(GetPathAndFileName().data());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return !IsNull() && Exists() && ql::IsFolder(GetPathAndFileName().data());
 }
 
 QLFileName::Status QLFileName::GetStatus() const {

@@ -7,6 +7,7 @@
 
 #include <utility>
 
+#include "files/kept_name.h"
 #include "files/open_flags.h"
 
 namespace {
@@ -36,7 +37,8 @@ CFileStreamBuf::~CFileStreamBuf() {
 }
 
 bool CFileStreamBuf::Open(const QLFileName& name, unsigned short flags) {
-    if (is_open()) Close();  // a size that is recorded before the first opening waits for the file
+    if (is_open()) Close();
+    const std::optional<long> size = std::exchange(size_, std::nullopt);
     const RWWString path = name.GetPathAndFileName();
     if (::_waccess(path.data(), 0) != 0) {
         if ((flags & OPEN_CREATE_MISSING) == 0) return false;
@@ -45,14 +47,20 @@ bool CFileStreamBuf::Open(const QLFileName& name, unsigned short flags) {
     const int truncation = IsForWritingAlone(flags) ? _O_TRUNC : 0;
     const int descriptor =
         ql::OpenFile(path.data(), ql::AccessMode(flags) | truncation, ql::SharingMode(flags), 0);
-    fileName_ = name;
+    ql::KeepName(fileName_, name);
     if (descriptor < 0) return false;
     static_cast<StandardBuffer&>(*this) = StandardBuffer(descriptor, StreamMode(flags));
-    if (!is_open()) ::_close(descriptor);
-    return is_open();
+    if (!is_open()) {
+        ::_close(descriptor);
+        return false;
+    }
+    lostBytes_ = false;
+    size_ = size;
+    return true;
 }
 
 bool CFileStreamBuf::Close() {
+    if (!is_open()) return true;
     close();
     return !size_ || ApplySize();
 }
@@ -67,6 +75,28 @@ bool CFileStreamBuf::ApplySize() {
     return true;
 }
 
+bool CFileStreamBuf::Flush() {
+    const bool isWritten = pubsync() == 0;
+    return !std::exchange(lostBytes_, false) && isWritten;
+}
+
 long CFileStreamBuf::GetFilePos() {
-    return static_cast<long>(pubseekoff(0, std::ios_base::cur));
+    const long long position = GetFilePos64();
+    return std::in_range<long>(position) ? static_cast<long>(position) : -1;
+}
+
+long long CFileStreamBuf::GetFilePos64() {
+    return pubseekoff(0, std::ios_base::cur);
+}
+
+CFileStreamBuf::int_type CFileStreamBuf::overflow(int_type unit) {
+    const int_type result = StandardBuffer::overflow(unit);
+    if (traits_type::eq_int_type(result, traits_type::eof())) lostBytes_ = true;
+    return result;
+}
+
+std::streamsize CFileStreamBuf::xsputn(const char* bytes, std::streamsize count) {
+    const std::streamsize written = StandardBuffer::xsputn(bytes, count);
+    if (written < count) lostBytes_ = true;
+    return written;
 }

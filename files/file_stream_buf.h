@@ -11,8 +11,7 @@
 constexpr unsigned short OPEN_CREATE_MISSING = 32;  // for CFileStreamBuf, beside the flags of files/file.h
 
 // A stream buffer over a file named by a QLFileName, for std::istream and std::ostream; binary, of bytes.
-// Closes the file, and applies a recorded size, when it is destroyed. Use one object from one thread at a
-// time.
+// Destruction closes the file. Use one object from one thread at a time.
 class QL_API CFileStreamBuf : public __gnu_cxx::stdio_filebuf<char> {
   public:
     CFileStreamBuf() = default;
@@ -20,23 +19,37 @@ class QL_API CFileStreamBuf : public __gnu_cxx::stdio_filebuf<char> {
 
     // Closes what was open. Opens for reading and writing, for writing (which cuts an existing file off, as
     // streams do) or for reading. A missing file is created only when OPEN_CREATE_MISSING is given, and then
-    // exists even if opening it fails. False when the file cannot be opened; the name is kept unless it was
-    // missing and not to be created.
+    // exists even if opening it fails. False when the file cannot be opened; the name is kept, as QLFile keeps
+    // it, unless the file was missing and not to be created.
     bool Open(const QLFileName& name, unsigned short flags);
 
-    // False only when a recorded size was to be applied and the file could not be opened for that.
+    // False only when a recorded size was to be applied and the file could not be opened for that. Kept on
+    // purpose: that bytes were lost, on a full disk say, it does not tell, so call Flush first. Closing what is
+    // closed does nothing.
     bool Close();
 
-    // Cuts or extends the file, with zeros, to so many bytes when it is closed; a negative size does neither.
+    // Records a size in bytes that the file is cut or extended (with zeros) to, as far as the disk has room,
+    // when it is closed; a negative size does neither. While nothing is open the size is that of the file opened
+    // next, and is forgotten when the opening fails.
     void ChangeSize(long size) { size_ = size; }
 
-    bool Flush() { return pubsync() == 0; }  // to the system
-    long GetFilePos();                       // in bytes from the start; -1 when that is not known
+    // Hands what was written to the system. False when bytes were lost since the opening or the last Flush.
+    bool Flush();
+
+    // In bytes from the start; -1 when it is not known, and where a long cannot hold it (from 2 GiB on).
+    long GetFilePos();
+    long long GetFilePos64();  // wherever it is
+
     const QLFileName& GetFileName() const noexcept { return fileName_; }
+
+  protected:
+    int_type overflow(int_type unit = traits_type::eof()) override;
+    std::streamsize xsputn(const char* bytes, std::streamsize count) override;
 
   private:
     bool ApplySize();
 
     QLFileName fileName_;
     std::optional<long> size_;
+    bool lostBytes_ = false;
 };

@@ -28,14 +28,12 @@ RWWString FormerLocation(HKEY root, const RWWString& name) {
 }
 
 RWWString DirectoryOfKind(FileType kind) {
-    if (kind >= FT_WP52_TEMPLATE && kind <= FT_DOCM_TEMPLATE)
-        return GetFormProcTmplDir(GetFormProcType(kind));
     switch (kind) {
         case FT_CLAUSE_LIBRARY: return GetFormProcTmplDir(GetDefaultTextFormProc());
         case FT_BINARY_ANSWER_FILE:
         case FT_ANSWER_FILE:
         case FT_TEXT_ANSWER_FILE: return CQlDir::GetDirectory(AnswerDirectory);
-        default: return {};
+        default: return GetFormProcTmplDir(GetFormProcType(kind));  // empty for what is no template
     }
 }
 
@@ -68,7 +66,7 @@ void Complete(QLCmdLine& name, const wchar_t* defaultDir) {
 
 QLCmdLine MakeFullPath(const QLCmdLine& cmdLine, const wchar_t* defaultDir, const wchar_t* defaultExt) {
     QLCmdLine full(cmdLine);
-    if (full.IsNull() || full.IsRemote() || full.IsPluginFileType()) return full;
+    if (full.QLFileName::IsNull() || full.IsRemote() || full.IsPluginFileType()) return full;
     if (!full.HasRoot()) Complete(full, defaultDir);
     if (defaultExt) full.SetExtension(defaultExt);
     return full;

@@ -4,9 +4,14 @@
 
 namespace ql {
 
+namespace {
+
+constexpr std::wstring_view kEllipsis = L"...";
+constexpr std::size_t kNone = std::wstring::npos;
+
+}  // namespace
+
 bool ShortenPath(std::wstring& text) {
-    constexpr std::wstring_view kEllipsis = L"...";
-    constexpr std::size_t kNone = std::wstring::npos;
     const std::size_t begin = text.find(L'\\') + 1;
     if (begin == 0) return false;
     std::size_t end = text.find(L'\\', begin);
@@ -15,6 +20,12 @@ bool ShortenPath(std::wstring& text) {
     if (end == kNone || text.compare(begin, end - begin, kEllipsis) == 0) return false;
     text.replace(begin, end - begin, kEllipsis);
     return true;
+}
+
+std::optional<std::size_t> EllipsisEnd(const std::wstring& text) noexcept {
+    const std::size_t begin = text.find(L'\\') + 1;
+    if (begin == 0 || text.find(kEllipsis) != begin) return std::nullopt;
+    return begin + kEllipsis.size();
 }
 
 }  // namespace ql

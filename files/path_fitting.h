@@ -10,12 +10,32 @@ namespace ql {
 // that is there. False, and the text as it was, when nothing can be taken away.
 bool ShortenPath(std::wstring& text);
 
-// Shortens the text until it is at least two units narrower than `width`, as far as that goes. `measure` answers the
-// width of a text in an optional, empty when it cannot be measured, which ends the shortening.
+// Where the ellipsis of a shortened path ends; nothing when it has none that takes components in.
+std::optional<std::size_t> EllipsisEnd(const std::wstring& text) noexcept;
+
+// Shortens the text component by component until it is at least two units narrower than `width`, as far as that goes.
+// `measure` answers the width of a text in an optional, empty when it cannot be measured, which ends the shortening.
+// Measuring each component once tells how many have to go: the time grows with the text, not with its square.
 template <class Measure>
 void FitPath(std::wstring& text, int width, Measure measure) {
-    for (std::optional<int> measured = measure(text); measured && *measured > width - 2LL;) {
+    const long long room = width - 2LL;
+    std::optional<int> measured = measure(text);
+    while (measured && *measured > room) {
         if (!ShortenPath(text)) return;
+        measured = measure(text);
+        const std::optional<std::size_t> begin = EllipsisEnd(text);
+        if (!measured || !begin) continue;
+        std::size_t end = *begin;
+        for (long long excess = *measured - room; excess > 0;) {
+            const std::size_t next = text.find(L'\\', end + 1);
+            if (next == std::wstring::npos) break;
+            const std::optional<int> component = measure(text.substr(end, next - end));
+            if (!component) return;
+            excess -= *component;
+            end = next;
+        }
+        if (end == *begin) continue;
+        text.erase(*begin, end - *begin);
         measured = measure(text);
     }
 }

@@ -301,6 +301,24 @@ void QLFileName::ParseFileName(std::wstring_view text) {
     if (!tail.empty()) SetPart(kTail, tail);
 }
 
+void QLFileName::SetEntry(const QLFileName& directory, ql::TextView entry) {
+    TryTo([&] {
+        const Text name = UpToZero(entry);
+        const std::size_t dot = std::min(name.rfind(L'.'), name.size());
+        const std::wstring tail(Part(kTail));
+        ends_ = directory.ends_;
+        std::fill(ends_.begin() + kName, ends_.end(), ends_[kDir]);
+        text_.assign(directory.text_, 0, ends_[kDir]);
+        isRemote_ = directory.isRemote_;
+        rootSeparator_ = directory.rootSeparator_;
+        dirSeparator_ = directory.dirSeparator_;
+        SetPart(kName, name.substr(0, dot));
+        hasExtension_ = dot < name.size();
+        if (hasExtension_) SetPart(kExtension, name.substr(dot + 1));
+        if (!tail.empty()) SetPart(kTail, tail);
+    });
+}
+
 void QLFileName::SetExtension(ql::TextView ext) {
     TryTo([&] { StoreExtension(UpToZero(ext)); });
 }

@@ -99,6 +99,10 @@ class QL_API QLFileName {
     // last number sign behind the last dot, whichever comes first.
     void SetFileName(ql::TextView text);
 
+    // The path of a directory's name, and the name of an entry in it as the disk has it: nothing is expanded, and what
+    // follows the last dot is the extension, whatever it holds. The tail stays.
+    void SetEntry(const QLFileName& directory, ql::TextView entry);
+
     // With or without its dot; blanks at the end are dropped. An empty text makes an empty extension, not
     // none.
     void SetExtension(ql::TextView ext);

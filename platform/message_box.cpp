@@ -1,6 +1,7 @@
 #include "platform/message_box.h"
 
 #include <atomic>
+#include <cstdint>
 
 #include "platform/win32.h"
 
@@ -22,6 +23,13 @@ void ShowErrorBox(const wchar_t* title, const wchar_t* text) {
 
 ErrorBox SetErrorBox(ErrorBox box) noexcept {
     return g_errorBox.exchange(box ? box : &ShowSystemBox);
+}
+
+void CheckObject(const void* object, unsigned long expected) {
+    if (static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(object)) == expected) return;
+    ShowErrorBox(
+        L"Bad Mojo",
+        L"this pointer is corrupt\nThis is a serious medical condition.\nPlease report this to Orrin.");
 }
 
 }  // namespace ql

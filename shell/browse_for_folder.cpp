@@ -1,12 +1,16 @@
 #include "shell/browse_for_folder.h"
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
+#include "platform/failure.h"
+#include "platform/folder.h"
 #include "platform/message_box.h"
 #include "platform/win32.h"
+#include "text/blanks.h"
 #include "text/characters.h"
 
 namespace {
@@ -37,11 +41,6 @@ struct ItemDeleter {
 };
 using UniqueItem = std::unique_ptr<ITEMIDLIST, ItemDeleter>;
 
-bool IsFolder(const std::wstring& path) {
-    const DWORD attributes = ::GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
 bool IsSeparator(wchar_t unit) {
     return kSeparators.find(unit) != std::wstring_view::npos;
 }
@@ -53,40 +52,33 @@ bool HasRoot(std::wstring_view path) {
     return IsSeparator(path[0]) && IsSeparator(path[1]);
 }
 
-std::wstring WithoutLastSeparator(std::wstring path) {
-    constexpr std::size_t kRootLength = 3;  // "C:\"
-    if (path.size() > kRootLength && IsSeparator(path.back())) path.pop_back();
+// The form in which every folder is kept: with single backslashes, without "." and "..", without a backslash at its
+// end but a drive's ("C:\").
+std::wstring FullPath(std::wstring path) {
+    constexpr std::size_t kDriveLength = 3;
+    if (path.size() == 2 && HasRoot(path)) path += L'\\';
+    std::wstring full(::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
+    full.resize(::GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    if (full.size() > kDriveLength && IsSeparator(full.back())) full.pop_back();
+    return full;
+}
+
+// The folder itself or the nearest one above it that exists; empty when there is none, as below a server that cannot be
+// reached.
+std::wstring NearestFolder(const std::wstring& start) {
+    if (start.empty()) return {};
+    std::wstring path = FullPath(start);
+    while (!path.empty() && !ql::IsFolder(path.c_str())) {
+        const std::wstring above = path.substr(0, std::min(path.find_last_of(kSeparators), path.size()));
+        const std::wstring next = HasRoot(above) ? FullPath(above) : std::wstring();
+        path = next.size() < path.size() ? next : std::wstring();  // a drive's root has none above
+    }
     return path;
 }
 
-// With single backslashes and without "." and "..".
-std::wstring FullPath(std::wstring path) {
-    if (path.size() == 2) path += L'\\';
-    const DWORD capacity = ::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-    std::wstring full(capacity, L'\0');
-    full.resize(::GetFullPathNameW(path.c_str(), capacity, full.data(), nullptr));
-    return WithoutLastSeparator(std::move(full));
-}
-
-// The folder itself or the nearest one above it that exists; empty when there is none.
-std::wstring NearestFolder(std::wstring path) {
-    if (!HasRoot(path)) return {};
-    while (!path.empty() && !IsFolder(path)) {
-        const std::size_t last = path.find_last_of(kSeparators);
-        path.resize(last == std::wstring::npos ? 0 : last);
-    }
-    return path.empty() ? path : FullPath(std::move(path));
-}
-
-std::wstring PathOf(const ITEMIDLIST* item) {
+std::wstring FolderOf(const ITEMIDLIST* item) {
     wchar_t path[MAX_PATH];
-    return item && ::SHGetPathFromIDListW(item, path) ? path : std::wstring();
-}
-
-std::wstring Trimmed(std::wstring text) {
-    text.erase(text.find_last_not_of(L" \t") + 1);
-    text.erase(0, text.find_first_not_of(L" \t"));
-    return text;
+    return item && ::SHGetPathFromIDListW(item, path) ? FullPath(path) : std::wstring();
 }
 
 std::wstring TextOf(HWND window) {
@@ -97,7 +89,8 @@ std::wstring TextOf(HWND window) {
 }
 
 // One run of the dialog. The system tells about it through a callback but closes it without asking, so its
-// messages pass through here first.
+// messages pass through here first. What throws under way, such as a host's Validate, ends the run: no exception may
+// cross the system's own functions.
 class FolderDialog {
   public:
     FolderDialog(const RWWString& title, const RWWString& start, Validator validate)
@@ -111,38 +104,50 @@ class FolderDialog {
         info.lpfn = &OnEvent;
         info.lParam = reinterpret_cast<LPARAM>(this);
         const UniqueItem item(::SHBrowseForFolderW(&info));
-        if (!systemProcedure_) return CBrowseForFolder::Failed;
-        return item && !folder_.empty() ? CBrowseForFolder::Chosen : CBrowseForFolder::Cancelled;
+        if (!systemProcedure_ || hasFailed_) return CBrowseForFolder::Failed;
+        return item && !taken_.empty() ? CBrowseForFolder::Chosen : CBrowseForFolder::Cancelled;
     }
 
-    const std::wstring& folder() const noexcept { return folder_; }
+    const std::wstring& folder() const noexcept { return taken_; }
 
   private:
     // NOLINTBEGIN(performance-no-int-to-ptr): the system's way of handing things
-    static int CALLBACK OnEvent(HWND window, UINT event, LPARAM item, LPARAM data) {
+    static int CALLBACK OnEvent(HWND window, UINT event, LPARAM item, LPARAM data) noexcept {
         auto* const self = reinterpret_cast<FolderDialog*>(data);
-        if (event == BFFM_INITIALIZED) self->Open(window);
-        if (event == BFFM_SELCHANGED) self->selected_ = PathOf(reinterpret_cast<const ITEMIDLIST*>(item));
+        self->window_ = window;
+        const bool isDone = ql::Completes([=] {
+            if (event == BFFM_INITIALIZED) self->Open();
+            if (event == BFFM_SELCHANGED)
+                self->selected_ = FolderOf(reinterpret_cast<const ITEMIDLIST*>(item));
+        });
+        if (!isDone) self->Fail();
         return 0;
     }
 
     static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM w, LPARAM l) {
         auto* const self = static_cast<FolderDialog*>(::GetPropW(window, kSelfProperty));
         const WNDPROC systemProcedure = self->systemProcedure_;
-        if (message == WM_COMMAND && LOWORD(w) == IDOK && !self->Take()) return 0;
+        if (message == WM_COMMAND && LOWORD(w) == IDOK) {
+            if (!ql::Completes([self] { self->Take(); })) self->Fail();
+            if (self->taken_.empty()) return 0;
+        }
         if (message == WM_NCDESTROY) ::RemovePropW(window, kSelfProperty);
         return ::CallWindowProcW(systemProcedure, window, message, w, l);
     }
 
-    void Open(HWND window) {
-        window_ = window;
-        if (!title_.isNull()) ::SetWindowTextW(window, title_.data());
-        SelectStart();
-        if (!::SetPropW(window, kSelfProperty, this)) return;
+    void Open() {
+        if (!title_.isNull()) ::SetWindowTextW(window_, title_.data());
+        if (!start_.empty()) SelectStart();
+        if (!::SetPropW(window_, kSelfProperty, this)) return;
         systemProcedure_ = reinterpret_cast<WNDPROC>(
-            ::SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&OnMessage)));
+            ::SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&OnMessage)));
     }
     // NOLINTEND(performance-no-int-to-ptr)
+
+    void Fail() noexcept {
+        hasFailed_ = true;
+        ::PostMessageW(window_, WM_COMMAND, IDCANCEL, 0);
+    }
 
     // The tree is not sure to find a folder at the first asking: it lists folders only as they are opened.
     void SelectStart() {
@@ -151,35 +156,40 @@ class FolderDialog {
             ::SendMessageW(window_, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(start_.c_str()));
     }
 
-    // What the user means: a text typed since the last selection, else the selection.
+    // What the user means: a text typed since the last selection, else the selection. A name stays as it was typed
+    // while there is no selection for it to be below.
     std::wstring Meant() const {
         const HWND edit = ::FindWindowExW(window_, nullptr, L"Edit", nullptr);
         if (!edit || !::SendMessageW(edit, EM_GETMODIFY, 0, 0)) return selected_;
-        const std::wstring typed = Trimmed(TextOf(edit));
-        return FullPath(HasRoot(typed) ? typed : selected_ + L'\\' + typed);
+        const std::wstring text = TextOf(edit), typed(ql::WithoutBlanks(text));
+        if (HasRoot(typed)) return FullPath(typed);
+        return selected_.empty() ? typed : FullPath(selected_ + L'\\' + typed);
     }
 
     // Takes the folder, or tells the user why not.
-    bool Take() {
+    void Take() {
         const std::wstring meant = Meant();
         RWWString why;
-        if (!IsFolder(meant)) {
+        if (meant.empty()) {
+            why = L"Please select a folder.";
+        } else if (!HasRoot(meant) || !ql::IsFolder(meant.c_str())) {
             why = L"There is no folder \"" + meant + L"\".";
         } else if (validate_(meant, why)) {
-            folder_ = meant;
-            return true;
+            taken_ = meant;
+            return;
         }
         if (!why.isNull()) ql::ShowErrorBox(TextOf(window_).c_str(), why.data());
-        return false;
     }
 
+    // Folders are in the form of FullPath, and empty where there is none.
     const RWWString& title_;
     std::wstring start_;
+    std::wstring selected_;  // in the tree
+    std::wstring taken_;     // when the user said OK
     Validator validate_;
     HWND window_ = nullptr;
     WNDPROC systemProcedure_ = nullptr;
-    std::wstring selected_;
-    std::wstring folder_;
+    bool hasFailed_ = false;
 };
 
 }  // namespace

@@ -34,7 +34,8 @@ struct Size {
 
 std::optional<Size> SizeOf(HBITMAP bitmap) {
     BITMAP measures;
-    if (!bitmap || !::GetObjectW(bitmap, sizeof measures, &measures)) return std::nullopt;
+    if (::GetObjectType(bitmap) != OBJ_BITMAP || !::GetObjectW(bitmap, sizeof measures, &measures))
+        return std::nullopt;
     return Size{measures.bmWidth, measures.bmHeight};
 }
 

@@ -84,10 +84,6 @@ constexpr bool Handles(const Processor& processor, FileType kind) {
     return kind > FT_NONE && kind < 32 && (processor.handles & (1U << kind)) != 0;
 }
 
-constexpr bool IsTemplateKind(FileType kind) {
-    return kind >= FT_WP52_TEMPLATE && kind <= FT_DOCM_TEMPLATE;
-}
-
 bool IsInstalled(const Processor& processor) {
     return !GetFormProcTmplDir(processor.number).isNull();
 }
@@ -168,16 +164,17 @@ FileType GetTextFileType(FormProc processor) noexcept {
 }
 
 RWWString GetFormProcTmplDir(FormProc processor) {
-    const Family family = Find(processor).family;
-    if (processor == FP_NONE) return {};
-    if (family == Family::Own) return WithBackslash(CQlDir::GetDirectory(TemplateDirectory));
+    const Processor& known = Find(processor);
+    if (known.number == FP_NONE) return {};
+    if (known.family == Family::Own) return WithBackslash(CQlDir::GetDirectory(TemplateDirectory));
     return WithBackslash(ProfileDirectory(processor, QLIE_TEMPLATE_FILES_DIR));
 }
 
 RWWString GetFormProcDocDir(FormProc processor) {
-    if (processor == FP_NONE) return {};
-    RWWString directory = Find(processor).family == Family::Own ? CQlDir::GetDirectory(FormDocumentDirectory)
-                                                                : ProfileDirectory(processor, QLIE_DOC_DIR);
+    const Processor& known = Find(processor);
+    if (known.number == FP_NONE) return {};
+    RWWString directory = known.family == Family::Own ? CQlDir::GetDirectory(FormDocumentDirectory)
+                                                      : ProfileDirectory(processor, QLIE_DOC_DIR);
     if (directory.isNull()) directory = CQlDir::GetDirectory(PersonalDocumentsDirectory);
     return WithBackslash(std::move(directory));
 }
@@ -207,8 +204,7 @@ FileType GetDefaultTextFileType() {
 }
 
 bool CanSaveInWord2007Format() {
-    const auto canSave = [](FormProc processor) { return Handles(Find(processor), FT_DOCX_TEMPLATE); };
-    return canSave(GetDefaultTextFormProc()) || canSave(GetMSWordVersion());
+    return Handles(Find(GetMSWordVersion()), FT_DOCX_TEMPLATE);  // a default processor is installed, too
 }
 
 FormProc GetFormProcFromVerStr(const wchar_t* version) {
@@ -230,7 +226,7 @@ FormProc GetFormProcType(FileType kind) {
 
 FormProc GetSendDocToTextFormProc(const QLFileName& name) {
     const FileType kind = TemplateKindOf(GetFileType(name));
-    if (IsTemplateKind(kind) && GetQLRegBool(QLIS_WORD_PROC, QLIE_SEND_DOCS_TO_DEF_WP, false)) {
+    if (GetQLRegBool(QLIS_WORD_PROC, QLIE_SEND_DOCS_TO_DEF_WP, false)) {
         const FormProc processor = GetFormProcType(kind);
         if (IsTextProcessor(Find(processor))) return processor;
     }

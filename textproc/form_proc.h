@@ -58,7 +58,7 @@ QL_API FormProc GetInstalledTextFormProc();
 QL_API FormProc GetDefaultTextFormProc();
 QL_API FileType GetDefaultTextFileType();
 
-// Whether the default or the newest installed processor is Word 2007 to 2013.
+// Whether Word 2007, 2010 or 2013 is installed.
 QL_API bool CanSaveInWord2007Format();
 
 // The Word of a version text: "14.0" -> FP_WORD2010. There is no 13.

@@ -166,22 +166,31 @@ static_assert(sizeof(ZIPINFO) == 310 && offsetof(ZIPINFO, crc_32) == 16 &&
               offsetof(ZIPINFO, szDateTime) == 20 && offsetof(ZIPINFO, szFileName) == 38 &&
               offsetof(ZIPINFO, attr) == 298);
 
-// The command records have their published form only where pointers have 32 bits.
-#ifdef _WIN32
-static_assert(sizeof(ZIPCMDSTRUCT) == 188 && offsetof(ZIPCMDSTRUCT, lpszItemList) == 12 &&
-              offsetof(ZIPCMDSTRUCT, compFactor) == 40 && offsetof(ZIPCMDSTRUCT, quietFlag) == 44 &&
-              offsetof(ZIPCMDSTRUCT, lpszTempPath) == 52 && offsetof(ZIPCMDSTRUCT, growExistingFlag) == 72 &&
-              offsetof(ZIPCMDSTRUCT, noDirectoryNamesFlag) == 76 &&
-              offsetof(ZIPCMDSTRUCT, lpszComment) == 88 &&
-              offsetof(ZIPCMDSTRUCT, excludeFollowingFlag) == 112 &&
-              offsetof(ZIPCMDSTRUCT, lpszEncryptCode) == 144 &&
-              offsetof(ZIPCMDSTRUCT, wMultiVolControl) == 156 && offsetof(ZIPCMDSTRUCT, lResv1) == 160 &&
-              offsetof(ZIPCMDSTRUCT, lMemBlockSize) == 184);
-static_assert(sizeof(UNZIPCMDSTRUCT) == 142 && offsetof(UNZIPCMDSTRUCT, index) == 20 &&
-              offsetof(UNZIPCMDSTRUCT, noDirectoryNamesFlag) == 48 &&
-              offsetof(UNZIPCMDSTRUCT, noDirectoryItemsFlag) == 56 &&
-              offsetof(UNZIPCMDSTRUCT, returnCount) == 76 && offsetof(UNZIPCMDSTRUCT, decryptFlag) == 92 &&
-              offsetof(UNZIPCMDSTRUCT, wUnzipSubOptions) == 108 && offsetof(UNZIPCMDSTRUCT, lResv1) == 110 &&
-              offsetof(UNZIPCMDSTRUCT, lpszExtProgTitle) == 126 &&
-              offsetof(UNZIPCMDSTRUCT, lStartingOffset) == 138);
-#endif
+// Where a field of a command record stands: behind so many bytes of numbers, and so many pointers. With pointers of
+// 32 bits that is the published form, of 188 and 142 bytes; with wider ones the same fields, packed alike.
+constexpr std::size_t ZipRecordOffset(std::size_t numbers, std::size_t pointers) {
+    return numbers + pointers * sizeof(void*);
+}
+static_assert(sizeof(ZIPCMDSTRUCT) == ZipRecordOffset(112, 19) &&
+              offsetof(ZIPCMDSTRUCT, lpszItemList) == ZipRecordOffset(8, 1) &&
+              offsetof(ZIPCMDSTRUCT, compFactor) == ZipRecordOffset(16, 6) &&
+              offsetof(ZIPCMDSTRUCT, quietFlag) == ZipRecordOffset(20, 6) &&
+              offsetof(ZIPCMDSTRUCT, lpszTempPath) == ZipRecordOffset(28, 6) &&
+              offsetof(ZIPCMDSTRUCT, growExistingFlag) == ZipRecordOffset(44, 7) &&
+              offsetof(ZIPCMDSTRUCT, noDirectoryNamesFlag) == ZipRecordOffset(48, 7) &&
+              offsetof(ZIPCMDSTRUCT, lpszComment) == ZipRecordOffset(60, 7) &&
+              offsetof(ZIPCMDSTRUCT, excludeFollowingFlag) == ZipRecordOffset(72, 10) &&
+              offsetof(ZIPCMDSTRUCT, lpszEncryptCode) == ZipRecordOffset(96, 12) &&
+              offsetof(ZIPCMDSTRUCT, wMultiVolControl) == ZipRecordOffset(96, 15) &&
+              offsetof(ZIPCMDSTRUCT, lResv1) == ZipRecordOffset(100, 15) &&
+              offsetof(ZIPCMDSTRUCT, lMemBlockSize) == ZipRecordOffset(108, 19));
+static_assert(sizeof(UNZIPCMDSTRUCT) == ZipRecordOffset(78, 16) &&
+              offsetof(UNZIPCMDSTRUCT, index) == ZipRecordOffset(8, 3) &&
+              offsetof(UNZIPCMDSTRUCT, noDirectoryNamesFlag) == ZipRecordOffset(32, 4) &&
+              offsetof(UNZIPCMDSTRUCT, noDirectoryItemsFlag) == ZipRecordOffset(40, 4) &&
+              offsetof(UNZIPCMDSTRUCT, returnCount) == ZipRecordOffset(44, 8) &&
+              offsetof(UNZIPCMDSTRUCT, decryptFlag) == ZipRecordOffset(56, 9) &&
+              offsetof(UNZIPCMDSTRUCT, wUnzipSubOptions) == ZipRecordOffset(60, 12) &&
+              offsetof(UNZIPCMDSTRUCT, lResv1) == ZipRecordOffset(62, 12) &&
+              offsetof(UNZIPCMDSTRUCT, lpszExtProgTitle) == ZipRecordOffset(70, 14) &&
+              offsetof(UNZIPCMDSTRUCT, lStartingOffset) == ZipRecordOffset(74, 16));

@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2154 # scripts/setup has set cache, log and scripts
 # What the comparisons need: the benchmark library for the target, the headers of the peers. Sourced by
 # scripts/setup.
 

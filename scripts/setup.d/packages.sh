@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2154 # scripts/setup has set cache, log and scripts
 # The packages of the system, and ways to fetch others beside it. Sourced by scripts/setup.
 missing_packages() {
     local installed package

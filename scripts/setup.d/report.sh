@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2154 # scripts/setup has set cache, log and scripts
 # Says what happens, and runs what takes long within a time. Sourced by scripts/setup.
 step='' advice='' running=''
 

@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2154 # scripts/setup has set cache, log and scripts
 # Wine in the cache folder, each with a prefix of the project's own: the 32-bit one, and one for both word sizes, which
 # lies over a copy of the first. Sourced by scripts/setup. BITS is 32 or 64.
 

@@ -3,92 +3,156 @@
 #include <gtest/gtest.h>
 
 #include "files/backup.h"
+#include "files/same_file.h"
 #include "tests/support/other_process.h"
+#include "tests/support/small_disk.h"
 #include "tests/support/test_folder.h"
 
 namespace {
 
+std::string Bytes(std::size_t size) {
+    std::string bytes(size, '\0');
+    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 7 + i / 1024);
+    return bytes;
+}
+
 class Copies : public testing::Test {
   protected:
-    int Copy(const wchar_t* destination, const wchar_t* source, int keepTimes = 0) {
-        error_ = kUntouched;
-        return MakeFileCopy((folder_ / destination).c_str(), (folder_ / source).c_str(), keepTimes, error_);
-    }
     static constexpr unsigned long kUntouched = 12345;
-    unsigned long error_ = kUntouched;
+
+    bool Copy(const std::wstring& destination, const std::wstring& source, bool keepTimes = false) {
+        error_ = kUntouched;
+        return MakeFileCopy(destination.c_str(), source.c_str(), keepTimes, error_) != 0;
+    }
+    static FILETIME WrittenAt(const std::wstring& file) {
+        WIN32_FILE_ATTRIBUTE_DATA data = {};
+        EXPECT_TRUE(::GetFileAttributesExW(file.c_str(), GetFileExInfoStandard, &data));
+        return data.ftLastWriteTime;
+    }
+
     TestFolder folder_;
+    const std::wstring a_ = folder_ / L"a", b_ = folder_ / L"b";
+    unsigned long error_ = kUntouched;
 };
 
-TEST_F(Copies, HoldEveryByte) {
-    for (const std::size_t size : {0U, 1U, 1024U, (1U << 16), (1U << 16) + 1, 3'000'001U}) {
-        std::string bytes(size, '\0');
-        for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<char>(i * 7 + i / 1024);
-        PutBytes(folder_ / L"a", bytes);
-        for (const char* former : {"", "something longer"}) {
-            PutBytes(folder_ / L"b", former);
-            EXPECT_EQ(1, Copy(L"b", L"a"));
-            EXPECT_TRUE(bytes == BytesOf(folder_ / L"b")) << size;
+TEST_F(Copies, HoldEveryByteAndNoOther) {
+    for (const std::size_t size : {0U, 1U, (1U << 16), (1U << 16) + 1, 3'000'001U}) {
+        for (const std::size_t formerSize : {0U, 1000U, (1U << 16) + 1, 3'000'002U}) {
+            PutBytes(a_, Bytes(size));
+            PutBytes(b_, std::string(formerSize, 'f'));
+            EXPECT_TRUE(Copy(b_, a_));
+            EXPECT_TRUE(Bytes(size) == BytesOf(b_)) << size << " over " << formerSize;
         }
     }
     EXPECT_EQ(kUntouched, error_);
 }
 
 TEST_F(Copies, KeepTheTimesWhenAskedTo) {
-    const auto writtenAt = [&](const wchar_t* name) {
-        WIN32_FILE_ATTRIBUTE_DATA data = {};
-        EXPECT_TRUE(::GetFileAttributesExW((folder_ / name).c_str(), GetFileExInfoStandard, &data));
-        return std::pair(data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime);
-    };
-    PutBytes(folder_ / L"a", "x");
+    PutBytes(a_, "x");
     ::Sleep(50);
-    EXPECT_EQ(1, Copy(L"b", L"a", 1));
-    EXPECT_EQ(writtenAt(L"a"), writtenAt(L"b"));
-    EXPECT_EQ(1, Copy(L"c", L"a", 0));
-    EXPECT_NE(writtenAt(L"a"), writtenAt(L"c"));
-    EXPECT_EQ(0, Copy(L"b", L"none", 0));
-    EXPECT_EQ(kUntouched, error_);
+    ASSERT_TRUE(Copy(b_, a_, true));
+    ASSERT_TRUE(Copy(folder_ / L"c", a_));
+    const FILETIME source = WrittenAt(a_), kept = WrittenAt(b_), fresh = WrittenAt(folder_ / L"c");
+    EXPECT_EQ(0, ::CompareFileTime(&source, &kept));
+    EXPECT_EQ(-1, ::CompareFileTime(&source, &fresh));
 }
 
-TEST_F(Copies, LoseNothingWhenTheyFail) {
-    PutBytes(folder_ / L"a", "the source");
-    PutBytes(folder_ / L"b", "the destination");
-    ASSERT_TRUE(::CreateHardLinkW((folder_ / L"link").c_str(), (folder_ / L"a").c_str(), nullptr));
-    for (const wchar_t* self : {L"a", L"A", L".\\a", L"link"}) EXPECT_EQ(0, Copy(self, L"a"));
-    EXPECT_EQ(0, Copy(L"none\\b", L"a"));
-    EXPECT_EQ(0, Copy(L"b", L"."));
+TEST_F(Copies, GoToDevicesAndComeFromThem) {
+    PutBytes(a_, "x");
+    PutBytes(b_, "former");
+    EXPECT_TRUE(Copy(L"NUL", a_));
+    EXPECT_TRUE(Copy(b_, L"NUL"));
+    EXPECT_EQ("", BytesOf(b_));
+}
+
+TEST_F(Copies, LoseNothingWhenTheyFailAndSayWhy) {
+    PutBytes(a_, "the source");
+    PutBytes(b_, "the destination");
+    ASSERT_TRUE(::CreateHardLinkW((folder_ / L"link").c_str(), a_.c_str(), nullptr));
+    const auto expectFailure = [&](const wchar_t* destination, const wchar_t* source, DWORD reason) {
+        EXPECT_FALSE(Copy(folder_ / destination, folder_ / source)) << destination << " from " << source;
+        EXPECT_EQ(reason, ::GetLastError()) << destination << " from " << source;
+        EXPECT_EQ(kUntouched, error_);
+    };
+    for (const wchar_t* self : {L"a", L"A", L".\\a", L"link"})
+        expectFailure(self, L"a", ERROR_INVALID_PARAMETER);
+    expectFailure(L"none\\b", L"a", ERROR_PATH_NOT_FOUND);
+    expectFailure(L"b", L"none", ERROR_FILE_NOT_FOUND);
+    expectFailure(L"b", L".", ERROR_ACCESS_DENIED);
+    EXPECT_FALSE(Copy(b_, folder_ / L"none", true));
+    EXPECT_EQ(static_cast<unsigned long>(ERROR_FILE_NOT_FOUND), error_);
     {
-        const OtherProcess holder(folder_ / L"a", L"0");
-        EXPECT_EQ(0, Copy(L"b", L"a"));
-        EXPECT_EQ(0, Copy(L"b", L"a", 1));
+        const OtherProcess holder(a_, kShareNothing);
+        expectFailure(L"b", L"a", ERROR_SHARING_VIOLATION);
+        EXPECT_FALSE(Copy(b_, a_, true));
         EXPECT_EQ(static_cast<unsigned long>(ERROR_SHARING_VIOLATION), error_);
     }
     {
-        const OtherProcess holder(folder_ / L"b", L"1");
-        EXPECT_EQ(0, Copy(L"b", L"a"));
-        const OtherProcess sourceHolder(folder_ / L"a", L"1");
-        EXPECT_EQ(1, Copy(L"c", L"a", 1)) << "others may read both";
+        const OtherProcess holder(b_, kShareReading), sourceHolder(a_, kShareReading);
+        expectFailure(L"b", L"a", ERROR_SHARING_VIOLATION);
+        EXPECT_TRUE(Copy(folder_ / L"c", a_, true)) << "others may read both";
     }
-    EXPECT_FALSE(MakeFileCopy(nullptr, (folder_ / L"a").c_str(), 0, error_) ||
-                 MakeFileCopy((folder_ / L"b").c_str(), nullptr, 1, error_));
-    EXPECT_EQ("the source", BytesOf(folder_ / L"a"));
-    EXPECT_EQ("the destination", BytesOf(folder_ / L"b"));
+    EXPECT_FALSE(MakeFileCopy(nullptr, a_.c_str(), 0, error_));
+    EXPECT_FALSE(MakeFileCopy(b_.c_str(), nullptr, 1, error_));
+    EXPECT_EQ("the source", BytesOf(a_));
+    EXPECT_EQ("the destination", BytesOf(b_));
+}
+
+// The end of a file is moved on this disk without giving out room for it.
+TEST_F(Copies, LoseNothingOnAFullDisk) {
+    const SmallDisk disk;
+    QL_SKIP_UNLESS_MOUNTED(disk);
+    const std::wstring destination = disk / L"destination";
+    PutBytes(a_, Bytes(600'000));
+    PutBytes(destination, "the destination");
+    disk.FillBut(400'000 / 4096 * 4096);
+    for (const std::wstring& file : {destination, disk / L"new"}) {
+        EXPECT_FALSE(Copy(file, a_));
+        EXPECT_EQ(DWORD{ERROR_DISK_FULL}, ::GetLastError());
+    }
+    EXPECT_EQ("the destination", BytesOf(destination));
+    EXPECT_FALSE(std::filesystem::exists(disk / L"new"));
+    std::filesystem::remove(disk / L"filler");
+    EXPECT_TRUE(Copy(destination, a_));
+    EXPECT_TRUE(Bytes(600'000) == BytesOf(destination));
+}
+
+// Not every volume numbers its files.
+TEST_F(Copies, TellFilesApartByNumberOrByPlace) {
+    using ql::Sameness;
+    EXPECT_EQ(Sameness::kSame, ql::Compare({1, 7}, {1, 7}));
+    EXPECT_EQ(Sameness::kDifferent, ql::Compare({1, 7}, {2, 7}));
+    EXPECT_EQ(Sameness::kDifferent, ql::Compare({1, 7}, {1, 8}));
+    EXPECT_EQ(Sameness::kUnknown, ql::Compare({1, 0}, {1, 0}));
+    PutBytes(a_, "x");
+    PutBytes(b_, "x");
+    const auto open = [](const std::wstring& file) {
+        return ql::UniqueFileHandle(
+            ::CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    };
+    const auto a = open(a_), b = open(b_), again = open(folder_ / L"A"), device = open(L"NUL");
+    EXPECT_TRUE(ql::LieAtOnePlace(a.get(), again.get()));
+    EXPECT_FALSE(ql::LieAtOnePlace(a.get(), b.get()));
+    EXPECT_FALSE(ql::AreOneFile(device.get(), device.get()));
 }
 
 using Backups = Copies;
 
 TEST_F(Backups, MoveFromTheFirstLevelToTheSecond) {
-    const wchar_t* const cases[][3] = {{L"Letter.docx", L"Letter.~docx1", L"Letter.~docx2"},
-                                       {L"Letter", L"Letter.~1", L"Letter.~2"},
-                                       {L"Letter.old.rtf", L"Letter.old.~rtf1", L"Letter.old.~rtf2"}};
-    for (const auto& [name, first, second] : cases) {
+    const struct {
+        const wchar_t *file, *first, *second;
+    } kCases[] = {{L"Letter.docx", L"Letter.~docx1", L"Letter.~docx2"},
+                  {L"Letter", L"Letter.~1", L"Letter.~2"},
+                  {L"Letter.old.rtf", L"Letter.old.~rtf1", L"Letter.old.~rtf2"}};
+    for (const auto& c : kCases) {
         wchar_t message[64] = L"untouched";
         for (const char* contents : {"one", "two", "three"}) {
-            PutBytes(folder_ / name, contents);
-            EXPECT_TRUE(BackupFile(QLFileName((folder_ / name).c_str()), message, 64));
+            PutBytes(folder_ / c.file, contents);
+            EXPECT_TRUE(BackupFile(QLFileName((folder_ / c.file).c_str()), message, 64));
         }
-        EXPECT_EQ("three", BytesOf(folder_ / name));
-        EXPECT_EQ("three", BytesOf(folder_ / first));
-        EXPECT_EQ("two", BytesOf(folder_ / second));
+        EXPECT_EQ("three", BytesOf(folder_ / c.file));
+        EXPECT_EQ("three", BytesOf(folder_ / c.first));
+        EXPECT_EQ("two", BytesOf(folder_ / c.second));
         EXPECT_STREQ(L"untouched", message);
     }
 }
@@ -99,8 +163,9 @@ TEST_F(Backups, SayWhichLevelFailedAndKeepTheRest) {
     PutBytes(folder_ / L"a.txt", "now");
     PutBytes(folder_ / L"a.~txt1", "before");
     {
-        const OtherProcess holder(folder_ / L"a.~txt1", L"1");  // can be read, not replaced
+        const OtherProcess holder(folder_ / L"a.~txt1", kShareReading);
         EXPECT_FALSE(BackupFile(file, message, 8));
+        EXPECT_EQ(DWORD{ERROR_SHARING_VIOLATION}, ::GetLastError());
         EXPECT_STREQ(L"Unable ", message);
     }
     EXPECT_EQ("before", BytesOf(folder_ / L"a.~txt2"));
@@ -108,10 +173,30 @@ TEST_F(Backups, SayWhichLevelFailedAndKeepTheRest) {
     std::filesystem::create_directory(folder_ / L"a.~txt2");
     EXPECT_FALSE(BackupFile(file, message, 64));
     EXPECT_STREQ(L"Unable to do second-level backup.", message);
-    EXPECT_FALSE(BackupFile(file, nullptr, 64) || BackupFile(file, message, 0) ||
-                 BackupFile(file, message, -1));
+    for (const int noRoom : {0, -1}) EXPECT_FALSE(BackupFile(file, message, noRoom));
+    EXPECT_FALSE(BackupFile(file, nullptr, 64));
     EXPECT_EQ("now", BytesOf(folder_ / L"a.txt"));
     EXPECT_EQ("before", BytesOf(folder_ / L"a.~txt1"));
+}
+
+TEST_F(Backups, KeepOneWholeOnAFullDiskHoweverOften) {
+    const SmallDisk disk;
+    QL_SKIP_UNLESS_MOUNTED(disk);
+    const std::wstring path = disk / L"a.txt", whole = disk / L"a.~txt2";
+    const QLFileName file(path.c_str());
+    wchar_t message[64] = L"";
+    PutBytes(path, "before");
+    ASSERT_TRUE(BackupFile(file, message, 64));
+    PutBytes(path, Bytes(200'000));
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    disk.FillBut(40'960);
+    for (const char* time : {"first", "second", "third"}) {
+        EXPECT_FALSE(BackupFile(file, message, 64)) << time;
+        EXPECT_STREQ(L"Unable to do first-level backup.", message) << time;
+        EXPECT_EQ("before", BytesOf(whole)) << time;
+        EXPECT_FALSE(std::filesystem::exists(disk / L"a.~txt1")) << time;
+    }
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 }  // namespace

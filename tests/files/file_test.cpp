@@ -11,6 +11,7 @@
 #include "rw/file.h"
 #include "rw/virtual_streams.h"
 #include "tests/support/other_process.h"
+#include "tests/support/small_disk.h"
 #include "tests/support/test_folder.h"
 
 namespace {
@@ -19,11 +20,13 @@ QLFileName Name(const std::wstring& path) {
     return path.c_str();
 }
 
-bool Writes(QLFile& file, std::string bytes) {
+constexpr int kFailed = -1;
+
+// How many bytes were written.
+int Writes(QLFile& file, std::string bytes) {
     int done = 0;
-    return file.Write(reinterpret_cast<unsigned char*>(bytes.data()), static_cast<int>(bytes.size()),
-                      &done) &&
-           done == static_cast<int>(bytes.size());
+    const int count = static_cast<int>(bytes.size());
+    return file.Write(reinterpret_cast<unsigned char*>(bytes.data()), count, &done) ? done : kFailed;
 }
 
 std::string Reads(QLFile& file, int count) {
@@ -38,7 +41,7 @@ std::string Reads(QLFile& file, int count) {
 bool CanWriteReadOnly(const std::wstring& file) {
     EXPECT_NE(0U, ::GetFileAttributesW(file.c_str()) & FILE_ATTRIBUTE_READONLY);
     return static_cast<bool>(ql::UniqueFileHandle(
-        ::CreateFileW(file.c_str(), GENERIC_WRITE, 7, nullptr, OPEN_EXISTING, 0, nullptr)));
+        ::CreateFileW(file.c_str(), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr)));
 }
 
 class Files : public testing::Test {
@@ -53,13 +56,17 @@ TEST_F(Files, CreateKeepsWhatAFileHoldsAndReadsBytesAsTheyAre) {
     EXPECT_FALSE(file.Open(OPEN_READ, Name(path_)));
     EXPECT_EQ(Name(path_), file.GetFileName());
     ASSERT_TRUE(file.Create(OPEN_WRITE, Name(path_)));
-    EXPECT_TRUE(Writes(file, bytes) && file.Flush());
+    EXPECT_EQ(7, Writes(file, bytes));
+    EXPECT_TRUE(file.Flush());
     EXPECT_EQ("failed", Reads(file, 1)) << "opened for writing alone";
     EXPECT_TRUE(file.Create(OPEN_READ | OPEN_WRITE, Name(path_)));
     EXPECT_EQ(bytes, Reads(file, 100));
     EXPECT_EQ("", Reads(file, 100)) << "at the end";
     ASSERT_TRUE(file.Open(0, Name(path_)));
-    EXPECT_FALSE(Writes(file, "x")) << "flags 0 read";
+    EXPECT_EQ(kFailed, Writes(file, "x")) << "flags 0 read";
+    EXPECT_TRUE(file.Flush()) << "nothing to write";
+    EXPECT_TRUE(file.Open(OPEN_WRITE, Name(L"NUL")));
+    EXPECT_TRUE(file.Flush()) << "no disk below it";
     EXPECT_TRUE(file.Close());
     EXPECT_FALSE(file.Close());
     EXPECT_EQ(bytes, BytesOf(path_));
@@ -69,15 +76,23 @@ TEST_F(Files, AClosedFileRefusesEverything) {
     QLFile file;
     unsigned char byte = 0;
     int count = 7;
-    EXPECT_FALSE(file.Read(&byte, 1, &count) || file.Write(&byte, 1, &count) || file.Flush() ||
-                 file.Delete());
+    EXPECT_FALSE(file.Read(&byte, 1, &count));
+    EXPECT_FALSE(file.Write(&byte, 1, &count));
     EXPECT_EQ(7, count);
-    EXPECT_FALSE(file.IsOpen() || static_cast<int>(file) != 0 || static_cast<const void*>(file));
+    EXPECT_FALSE(file.Flush());
+    EXPECT_FALSE(file.Delete());
+    EXPECT_EQ(0, static_cast<int>(file));
+    EXPECT_EQ(nullptr, static_cast<const void*>(file));
     EXPECT_FALSE(file.Rename(Name(path_), 1));
-    EXPECT_TRUE(file.Create(OPEN_WRITE, Name(path_)));
-    EXPECT_TRUE(file.IsOpen() && static_cast<int>(file) && static_cast<const void*>(file));
-    EXPECT_FALSE(file.Write(nullptr, 1, &count) || file.Write(&byte, -1, &count) ||
-                 file.Write(&byte, 1, nullptr));
+    ASSERT_TRUE(file.Create(OPEN_READ | OPEN_WRITE, Name(path_)));
+    EXPECT_EQ(1, static_cast<int>(file));
+    EXPECT_NE(nullptr, static_cast<const void*>(file));
+    EXPECT_FALSE(file.Write(nullptr, 1, &count));
+    EXPECT_FALSE(file.Write(&byte, -1, &count));
+    EXPECT_FALSE(file.Write(&byte, 1, nullptr));
+    EXPECT_FALSE(file.Read(nullptr, 1, &count));
+    EXPECT_FALSE(file.Read(&byte, -1, &count));
+    EXPECT_FALSE(file.Read(&byte, 1, nullptr));
 }
 
 TEST_F(Files, CopiesShareThePositionAndCloseOnTheirOwn) {
@@ -96,7 +111,7 @@ TEST_F(Files, CopiesShareThePositionAndCloseOnTheirOwn) {
 TEST_F(Files, AreCreatedReadOnlyRenamedAndDeleted) {
     QLFile file;
     ASSERT_TRUE(file.Create(OPEN_WRITE | CREATE_READ_ONLY, Name(path_)));
-    EXPECT_TRUE(Writes(file, "x")) << "the file that made it may write";
+    EXPECT_EQ(1, Writes(file, "x")) << "the file that made it may write";
     file.Close();
     EXPECT_EQ(CanWriteReadOnly(path_), file.Open(OPEN_WRITE, Name(path_)) != 0);
     file.Close();
@@ -107,15 +122,20 @@ TEST_F(Files, AreCreatedReadOnlyRenamedAndDeleted) {
     EXPECT_EQ(Name(path_), file.GetFileName());
     EXPECT_FALSE(file.Rename(Name(folder_ / L"c.bin"), 1)) << "the kept name has no file any more";
     ASSERT_TRUE(file.Open(OPEN_READ, Name(folder_ / L"b.bin")));
+    file.Close();
+    EXPECT_TRUE(file.Rename(Name(path_), 1));
+    EXPECT_EQ(Name(path_), file.GetFileName());
+    ASSERT_TRUE(file.Open(OPEN_READ, Name(path_)));
     EXPECT_TRUE(file.Delete());
     EXPECT_FALSE(file.IsOpen());
-    EXPECT_FALSE(std::filesystem::exists(folder_ / L"b.bin"));
+    EXPECT_FALSE(std::filesystem::exists(path_));
 }
 
 // What another opening may do while a file is open with each way of sharing.
 TEST_F(Files, ShareAsTheirFlagsSay) {
     PutBytes(path_, "x");
-    for (const int flags : {0, 8, 16, 24}) {
+    for (const int flags :
+         {0, +OPEN_NO_SHARE_READ, +OPEN_NO_SHARE_WRITE, OPEN_NO_SHARE_READ | OPEN_NO_SHARE_WRITE}) {
         const auto sharing = static_cast<unsigned short>(flags | OPEN_READ);
         for (const bool buffered : {false, true}) {
             QLFile file, other;
@@ -125,7 +145,7 @@ TEST_F(Files, ShareAsTheirFlagsSay) {
             EXPECT_EQ((flags & OPEN_NO_SHARE_WRITE) == 0, other.Open(OPEN_WRITE, Name(path_)) != 0) << flags;
         }
     }
-    const OtherProcess reader(path_, L"1");  // lets others read
+    const OtherProcess reader(path_, kShareReading);
     QLFile file;
     EXPECT_FALSE(file.Open(OPEN_WRITE, Name(path_)));
     EXPECT_FALSE(file.Open(OPEN_READ | OPEN_NO_SHARE_READ, Name(path_)));
@@ -141,9 +161,11 @@ TEST_F(Files, HeadersAreTheirBytes) {
     }
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(header.bytes), 128), BytesOf(path_));
     RWFile file(path_.c_str(), L"rb");
-    EXPECT_TRUE(ReadHeader(file, &back) && std::memcmp(&header, &back, sizeof header) == 0);
+    EXPECT_FALSE(ReadHeader(file, nullptr));
+    EXPECT_TRUE(ReadHeader(file, &back));
+    EXPECT_EQ(0, std::memcmp(&header, &back, sizeof header));
     EXPECT_FALSE(ReadHeader(file, &back)) << "at the end";
-    EXPECT_FALSE(ReadHeader(file, nullptr) || WriteHeader(file, header)) << "opened for reading";
+    EXPECT_FALSE(WriteHeader(file, header)) << "opened for reading";
 }
 
 using StreamBuf = Files;
@@ -174,16 +196,30 @@ TEST_F(StreamBuf, ReadsWritesAndTellsItsPlace) {
     EXPECT_EQ("a", line);
     EXPECT_EQ(2, buffer.GetFilePos());
     stream.seekp(0) << "c";
-    EXPECT_TRUE(buffer.Close() && buffer.Close());
+    EXPECT_TRUE(buffer.Close());
+    EXPECT_TRUE(buffer.Close());
     EXPECT_EQ("c\nb", BytesOf(path_));
     EXPECT_EQ(-1, buffer.GetFilePos());
+    EXPECT_EQ(-1, buffer.GetFilePos64());
+}
+
+TEST_F(StreamBuf, TellsItsPlaceInALargeFile) {
+    PutBytes(path_, "");
+    CFileStreamBuf buffer;
+    ASSERT_TRUE(buffer.Open(Name(path_), OPEN_READ | OPEN_WRITE));
+    for (const long long place : {0x7fffffffLL, 0x80000000LL, 0x1'0000'0005LL}) {
+        buffer.pubseekpos(place);
+        EXPECT_EQ(place, buffer.GetFilePos64());
+        EXPECT_EQ(place <= 0x7fffffff ? static_cast<long>(place) : -1, buffer.GetFilePos());
+    }
 }
 
 TEST_F(StreamBuf, TakesItsRecordedSizeWhenClosed) {
     PutBytes(path_, "abcdef");
     CFileStreamBuf buffer;
     buffer.ChangeSize(4);
-    EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ) && buffer.Close());
+    EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
+    EXPECT_TRUE(buffer.Close());
     EXPECT_EQ("abcd", BytesOf(path_));
     {
         CFileStreamBuf other;
@@ -192,10 +228,47 @@ TEST_F(StreamBuf, TakesItsRecordedSizeWhenClosed) {
     }
     EXPECT_EQ(std::string("abcd\0\0", 6), BytesOf(path_));
     EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
+    buffer.ChangeSize(-1);
+    EXPECT_TRUE(buffer.Close());
+    EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
     buffer.ChangeSize(1);
-    const OtherProcess reader(path_, L"1");
+    const OtherProcess reader(path_, kShareReading);
     EXPECT_FALSE(buffer.Close());
     EXPECT_EQ(6U, BytesOf(path_).size());
+}
+
+TEST_F(StreamBuf, CutsNoFileThatIsClosed) {
+    PutBytes(path_, "abcdef");
+    {
+        CFileStreamBuf buffer;
+        ASSERT_TRUE(buffer.Open(Name(path_), OPEN_READ));
+        EXPECT_TRUE(buffer.Close());
+        buffer.ChangeSize(0);
+        EXPECT_TRUE(buffer.Close());
+        EXPECT_FALSE(buffer.Open(Name(folder_ / L"none"), OPEN_READ));
+        ASSERT_TRUE(buffer.Open(Name(path_), OPEN_READ));  // the size was the other's
+    }
+    EXPECT_EQ("abcdef", BytesOf(path_));
+}
+
+TEST_F(Files, TellWhatAFullDiskLost) {
+    const SmallDisk disk;
+    QL_SKIP_UNLESS_MOUNTED(disk);
+    PutBytes(disk / L"a", "");
+    disk.FillBut(4096);
+    QLFile file;
+    ASSERT_TRUE(file.Open(OPEN_WRITE, Name(disk / L"a")));
+    EXPECT_GT(10'000, Writes(file, std::string(10'000, 'x')));
+    file.Close();
+    CFileStreamBuf buffer;
+    ASSERT_TRUE(buffer.Open(Name(disk / L"a"), OPEN_WRITE));
+    std::ostream(&buffer) << "fits";
+    EXPECT_TRUE(buffer.Flush());
+    std::ostream(&buffer) << std::string(100'000, 'x');
+    EXPECT_FALSE(buffer.Flush());
+    std::filesystem::remove(disk / L"filler");
+    EXPECT_TRUE(buffer.Flush()) << "nothing was lost since";
+    EXPECT_TRUE(buffer.Close());
 }
 
 }  // namespace

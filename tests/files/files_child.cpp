@@ -1,6 +1,8 @@
 // files_child hold EVENT SHARING PATH   holds a file until it is ended, from the event on; SHARING is the sum of
 //                                       FILE_SHARE_... values
-// files_child ANYTHING                  writes the command line into the file that QL_CHILD_LINE names
+// files_child ANYTHING                  writes its show state, as a character, and its command line into the file that
+//                                       QL_CHILD_LINE names
+// A program with windows, if it shows none: others can wait until it is ready for input.
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -21,11 +23,13 @@ int Hold(const wchar_t* event, const std::wstring& sharing, const wchar_t* path)
 }
 
 int WriteLine(const std::filesystem::path& path, const std::wstring& line) {
-    const std::filesystem::path unfinished = path.wstring() + L".part";
-    std::ofstream(unfinished, std::ios::binary)
-        .write(reinterpret_cast<const char*>(line.data()),
-               static_cast<std::streamsize>(line.size() * sizeof(wchar_t)));
-    std::filesystem::rename(unfinished, path);
+    STARTUPINFOW startup = {};
+    ::GetStartupInfoW(&startup);
+    const std::wstring text = static_cast<wchar_t>(startup.wShowWindow) + line;
+    ::Sleep(100);  // for a launch that did not wait
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(text.data()),
+               static_cast<std::streamsize>(text.size() * sizeof(wchar_t)));
     return 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "files/program_name.h"
 #include "tests/support/other_process.h"
 #include "tests/support/test_folder.h"
 
@@ -11,10 +12,10 @@ class Launching : public testing::Test {
   protected:
     Launching() { ::SetEnvironmentVariableW(L"QL_CHILD_LINE", (folder_ / L"line").c_str()); }
 
-    // The command line that the child received.
+    // What the child received: its show state as a character, and its command line. It is written before the child is
+    // ready for input, and so before the launch is over.
     std::wstring Received() {
         const std::wstring path = folder_ / L"line";
-        for (int tries = 0; tries < 3000 && !std::filesystem::exists(path); ++tries) ::Sleep(10);
         const std::string bytes = BytesOf(path);
         std::filesystem::remove(path);
         std::wstring line(bytes.size() / sizeof(wchar_t), L'\0');
@@ -31,18 +32,35 @@ class Launching : public testing::Test {
     TestFolder folder_;
 };
 
-TEST_F(Launching, HandsOverTheQuotedPathOneBlankAndTheSwitches) {
+TEST_F(Launching, HandsOverTheQuotedPathOneBlankTheSwitchesAndTheShowState) {
     std::filesystem::create_directory(folder_ / L"a folder");
     const std::wstring copy = folder_ / L"a folder\\the child \u4e2d.exe";
     ASSERT_TRUE(::CopyFileW(ChildProgram().c_str(), copy.c_str(), FALSE));
     for (const std::wstring& program : {ChildProgram(), copy}) {
         for (const wchar_t* switches : {L"", L"/x", L"/a \"b c\"  /\xe9 %PATH%"}) {
-            QLCmdLine line{QLFileName(program.c_str())};
-            line.SetSwitches(switches);
-            ASSERT_TRUE(LaunchApplication(line, SW_HIDE));
-            EXPECT_EQ(RWWString(L'"' + program + L"\" " + switches), RWWString(Received()));
+            for (const int state : {SW_HIDE, SW_SHOWMAXIMIZED}) {
+                QLCmdLine line{QLFileName(program.c_str())};
+                line.SetSwitches(switches);
+                ASSERT_TRUE(LaunchApplication(line, static_cast<unsigned short>(state)));
+                EXPECT_EQ(RWWString(static_cast<wchar_t>(state) + (L'"' + program) + L"\" " + switches),
+                          RWWString(Received()));
+            }
         }
     }
+}
+
+TEST(OwnCommandLine, BeginsBehindTheProgramsName) {
+    const wchar_t* const cases[][2] = {
+        {L"host.exe", L""},
+        {L"host.exe  /ni /sa ", L"/ni /sa "},
+        {L"\"C:\\My Programs\\host.exe\" \"C:\\a b.qft\" /ni", L"\"C:\\a b.qft\" /ni"},
+        {L"C:\\\"My Programs\"\\host.exe\t\"a\"", L"\"a\""},
+        {L"\"never closed /ni", L""},
+        {L" /ni", L"/ni"},  // no name at all
+        {L"", L""}};
+    for (const auto& [line, rest] : cases)
+        EXPECT_EQ(rest, std::wstring(ql::WithoutProgramName(line))) << line;
+    EXPECT_TRUE(std::wstring_view(::GetCommandLineW()).ends_with(GetOwnCommandLine()));
 }
 
 TEST_F(Launching, FailsWithoutAProgram) {
@@ -58,15 +76,10 @@ TEST_F(Launching, KeepsNoHandle) {
     const QLCmdLine child{QLFileName(ChildProgram().c_str())}, missing((folder_ / L"none.exe").c_str());
     const auto launch = [&] {
         ASSERT_TRUE(LaunchApplication(child, SW_HIDE));
-        Received();
         EXPECT_FALSE(LaunchApplication(missing, SW_HIDE));
     };
     launch();
     const std::uintptr_t before = NextHandle();
-    {
-        const ql::UniqueKernelHandle one(::CreateEventW(nullptr, TRUE, FALSE, nullptr));
-        ASSERT_NE(before, NextHandle());
-    }
     constexpr int kLaunches = 20;
     for (int i = 0; i < kLaunches; ++i) launch();
     EXPECT_LT(NextHandle(), before + kLaunches);

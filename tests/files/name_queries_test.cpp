@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <limits>
 
 #include "files/directory_iterator.h"
 #include "files/file_copy.h"
@@ -36,17 +37,21 @@ TEST_F(NameQueries, AccessIsForRootedLocalNames) {
         {folder, "open read write exists folder "},
         {folder + L"\\", "open read write "},
         {folder + L"\\.\\a.txt", "open read write exists "},
-        {folder + L"\\..", "open read write exists folder "}};
-    const auto facts = [](const QLFileName& name) {
-        return std::string(name.CanAccess(0) ? "open " : "") +
-               (name.CanAccess(QLFileName::ACCESS_READ) ? "read " : "") +
-               (name.CanAccess(6) ? "write " : "") + (name.Exists() ? "exists " : "") +
-               (name.IsDirectory() ? "folder " : "");
-    };
-    for (const auto& [text, expected] : cases) EXPECT_EQ(expected, facts(Name(text)));
-    for (const std::wstring& none : {folder + L"\\none", std::wstring(L"a.txt"), std::wstring(L".\\a.txt"),
-                                     std::wstring(L"http://srv/a.txt"), std::wstring()})
-        EXPECT_EQ("", facts(Name(none))) << testing::PrintToString(none);
+        {folder + L"\\..", "open read write exists folder "},
+        {folder + L"\\none", ""},
+        {L"a.txt", ""},
+        {L".\\a.txt", ""},
+        {L"http://srv/a.txt", ""},
+        {L"", ""}};
+    constexpr int kReadAndWrite = QLFileName::ACCESS_READ | QLFileName::ACCESS_WRITE;
+    for (const auto& [text, expected] : cases) {
+        const QLFileName name = Name(text);
+        const std::string facts = std::string(name.CanAccess(0) ? "open " : "") +
+                                  (name.CanAccess(QLFileName::ACCESS_READ) ? "read " : "") +
+                                  (name.CanAccess(kReadAndWrite) ? "write " : "") +
+                                  (name.Exists() ? "exists " : "") + (name.IsDirectory() ? "folder " : "");
+        EXPECT_EQ(expected, facts) << testing::PrintToString(text);
+    }
     ::SetCurrentDirectoryW(L"C:\\");
 }
 
@@ -55,13 +60,24 @@ TEST_F(NameQueries, StatusTellsWhatCouldBeDone) {
     EXPECT_EQ(QLFileName::StatusCreatable, Name(folder_ / L"new.txt").GetStatus());
     EXPECT_FALSE(std::filesystem::exists(folder_ / L"new.txt"));
     EXPECT_EQ(QLFileName::StatusNotCreatable, Name(folder_ / L"none\\a.txt").GetStatus());
+    EXPECT_EQ(QLFileName::StatusUnknown, Name(L"http://srv/a.txt").GetStatus());
     EXPECT_EQ(QLFileName::StatusWritable, Name(file).GetStatus());
     EXPECT_EQ("x", BytesOf(file));
     ::SetFileAttributesW(Put(L"read.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(QLFileName::StatusReadOnly, Name(folder_ / L"read.txt").GetStatus());
-    const OtherProcess reader(file, L"3");
+    const OtherProcess reader(file, kShareAll);
     EXPECT_EQ(QLFileName::StatusInUse, Name(file).GetStatus()) << "held, if shared in every way";
-    EXPECT_TRUE(Name(file).CanAccess(6));
+    EXPECT_TRUE(Name(file).CanAccess(QLFileName::ACCESS_WRITE));
+}
+
+// CanAccess puts the system's messages about missing disks back, GetStatus leaves them off.
+TEST_F(NameQueries, ChangeTheErrorModeAsTheirHeaderSays) {
+    const UINT before = ::SetErrorMode(0);
+    Name(folder_ / L"a.txt").CanAccess(0);
+    EXPECT_EQ(0U, ::GetErrorMode());
+    EXPECT_EQ(0U, ::GetThreadErrorMode());
+    Name(folder_ / L"a.txt").GetStatus();
+    EXPECT_EQ(UINT{SEM_FAILCRITICALERRORS}, ::SetErrorMode(before));
 }
 
 // Each name is made, seen, walked, copied and removed.
@@ -126,12 +142,11 @@ TEST_F(NameQueries, ShortNamesComeBackAsTheLongOnes) {
 }
 
 TEST_F(NameQueries, OtherFormsFallBackToTheText) {
-    for (const auto& [text, shortForm] :
-         {std::pair(L"//srv/share/a long", L"\\\\srv\\share\\a long"),
-          std::pair(L"sub/a long name", L"sub\\a long name"),
-          std::pair(L"C:/nowhere at all/a.t", L"C:\\nowhere at all\\a.t"), std::pair(L"C:", L"C:"),
-          std::pair(L"C:\\nowhere at all\\b\\", L"C:\\nowhere at all\\b"), std::pair(L"", L"")})
-        EXPECT_EQ(RWWString(shortForm), QLGetShortPathName(text));
+    const wchar_t* const shortForms[][2] = {
+        {L"//srv/share/a long", L"\\\\srv\\share\\a long"},     {L"sub/a long name", L"sub\\a long name"},
+        {L"C:/nowhere at all/a.t", L"C:\\nowhere at all\\a.t"}, {L"C:", L"C:"},
+        {L"C:\\nowhere at all\\b\\", L"C:\\nowhere at all\\b"}, {L"", L""}};
+    for (const auto& [text, form] : shortForms) EXPECT_EQ(RWWString(form), QLGetShortPathName(text));
     EXPECT_EQ(RWWString(L"\\\\srv\\share\\\\"), QLFileName(L"\\\\srv\\share\\a.txt").GetShortPath());
     EXPECT_EQ(RWWString(L"http://srv/a/"), QLFileName(L"http://srv/a/b.txt").GetShortPath());
     EXPECT_EQ(RWWString(L"http://srv/b.htm?x"), QLFileName(L"http://srv/b.htm?x").GetLongPathAndFileName());
@@ -181,8 +196,9 @@ TEST_F(TemporaryNames, AreFreeAndKeepFolderAndExtension) {
             name.SetTempPathAndFileName(create);
             const std::wstring file = name.GetFileName().str();
             EXPECT_EQ(RWWString(folder + L'\\'), name.GetPath());
-            EXPECT_TRUE(file.starts_with(L"~ql12") && file.ends_with(extension))
-                << testing::PrintToString(file);
+            const std::wstring digits = file.substr(5, file.size() - 5 - std::wcslen(extension));
+            EXPECT_EQ(L"~ql12" + digits + extension, file);
+            EXPECT_EQ(std::wstring::npos, digits.find_first_not_of(L"0123456789")) << digits.c_str();
             EXPECT_EQ(create, std::filesystem::exists(name.GetPathAndFileName().str()));
         }
     }
@@ -193,41 +209,64 @@ TEST_F(TemporaryNames, AreFreeAndKeepFolderAndExtension) {
     std::srand(1);
     second.SetTempFileName(true);
     EXPECT_NE(first, second);
-    EXPECT_TRUE(first.Exists() && second.Exists());
+    EXPECT_TRUE(first.Exists());
+    EXPECT_TRUE(second.Exists());
 }
 
-TEST(FitToWidth, TakesDirectoriesAwayUntilTheTextFits) {
-    const HDC dc = ::CreateCompatibleDC(nullptr);
-    ASSERT_TRUE(dc);
-    const auto widthOf = [dc](const std::wstring& text) {
+class FitToWidth : public testing::Test {
+  protected:
+    ~FitToWidth() override { ::DeleteDC(dc_); }
+
+    int WidthOf(const std::wstring& text) const {
         SIZE size = {};
-        EXPECT_TRUE(::GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size));
+        EXPECT_TRUE(::GetTextExtentPoint32W(dc_, text.c_str(), static_cast<int>(text.size()), &size));
         return static_cast<int>(size.cx);
-    };
+    }
+    std::wstring Fitted(RWWString text, int width) const {
+        QLFileName::FitToWidth(dc_, text, width);
+        return text.str();
+    }
+
+    const HDC dc_ = ::CreateCompatibleDC(nullptr);
+};
+
+TEST_F(FitToWidth, TakesDirectoriesAwayUntilTheTextFits) {
     const wchar_t* const forms[] = {L"C:\\one hundred\\two\\three\\f.txt", L"C:\\...\\two\\three\\f.txt",
                                     L"C:\\...\\three\\f.txt", L"C:\\...\\f.txt"};
     for (const wchar_t* const form : forms) {
-        EXPECT_EQ(RWWString(form), QLFileName(forms[0]).FitToWidth(dc, widthOf(form) + 2));
+        EXPECT_EQ(RWWString(form), QLFileName(forms[0]).FitToWidth(dc_, WidthOf(form) + 2));
     }
-    EXPECT_EQ(RWWString(forms[1]), QLFileName(forms[0]).FitToWidth(dc, widthOf(forms[0]) + 1));
+    EXPECT_EQ(forms[1], Fitted(forms[0], WidthOf(forms[0]) + 1));
     // What cannot be shortened stays, and the ends of the range do no harm.
     const wchar_t* const cases[][2] = {{forms[0], forms[3]},
                                        {L"C:\\f.txt", L"C:\\f.txt"},
                                        {L"one/two/three", L"one/two/three"},
                                        {L"\\\\srv\\share\\f", L"\\...\\f"},
                                        {L"...\\a\\b\\c", L"...\\...\\b\\c"},
+                                       {L"C:\\...a\\b\\c\\d", L"C:\\...\\d"},
                                        {L"", L""}};
     for (const auto& [whole, shortest] : cases) {
-        for (const int width : {0, -2147483647 - 1}) {
-            RWWString text(whole);
-            QLFileName::FitToWidth(dc, text, width);
-            EXPECT_EQ(RWWString(shortest), text);
-        }
+        for (const int width : {0, std::numeric_limits<int>::min()})
+            EXPECT_EQ(shortest, Fitted(whole, width));
     }
     RWWString text(forms[0]);
     QLFileName::FitToWidth(nullptr, text, 0);
     EXPECT_EQ(RWWString(forms[0]), text) << "nothing measures it";
-    ::DeleteDC(dc);
+}
+
+// Whatever the width, the first of the steps that fits.
+TEST_F(FitToWidth, StopsAtTheFirstTextThatFits) {
+    const std::wstring components[] = {L"i", L"Wide", L"", L"a b", L"c.d", L"MMMM", L"l", L"file.txt"};
+    const auto joined = [&](std::size_t taken) {
+        std::wstring text = taken == 0 ? L"C:" : L"C:\\...";
+        for (std::size_t i = taken; i < std::size(components); ++i) text += L'\\' + components[i];
+        return text;
+    };
+    for (int width = WidthOf(joined(0)) + 3; width > 0; --width) {
+        std::size_t taken = 0;
+        while (taken + 1 < std::size(components) && WidthOf(joined(taken)) > width - 2) ++taken;
+        EXPECT_EQ(joined(taken), Fitted(joined(0), width)) << width;
+    }
 }
 
 }  // namespace

@@ -20,6 +20,9 @@ import xml.etree.ElementTree as ElementTree
 import zipfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
+sys.path.insert(0, str(ROOT / "tests"))
+from results import WINE  # noqa: E402: the path comes first
+
 HOST, QLUTIL = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
 RANDOM_BYTES = random.Random(7).randbytes(300_000)
 
@@ -39,7 +42,7 @@ def windows_path(path):
 
 
 def start(*arguments, program=HOST, **options):
-    return subprocess.Popen([ROOT / "scripts" / "wine", program, *map(str, arguments)], stdout=subprocess.PIPE,
+    return subprocess.Popen([WINE, program, *map(str, arguments)], stdout=subprocess.PIPE,
                             stdin=subprocess.DEVNULL, **options)
 
 

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <string>
 
 #include "platform/win32.h"
@@ -8,14 +9,11 @@
 
 namespace {
 
-bool IsFolder(const std::wstring& path) {
-    const DWORD attributes = ::GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
 Answer PickFolder(const Arguments& arguments) {
     const std::wstring start(arguments.Value(L"start").value_or(L""));
-    if (arguments.Has(L"start") && !IsFolder(start)) return Answer::Failure(L"there is no folder " + start);
+    std::error_code ignored;
+    if (arguments.Has(L"start") && !std::filesystem::is_directory(start, ignored))
+        return Answer::Failure(L"there is no folder " + start);
     CBrowseForFolder browser;
     browser.SetTitle(RWWString(arguments.Value(L"title").value_or(L"")));
     browser.SetStartFolder(start);
