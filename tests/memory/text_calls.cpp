@@ -31,7 +31,7 @@ const wchar_t kName[] = L"https://a.server.of.some.length/a/directory/a longer n
 // The whole result, or none.
 template <class Text>
 void ExpectWholeOrNothing(const Text& whole, const Text& text) {
-    if (!text.empty()) EXPECT_EQ(whole, text);
+    EXPECT_EQ(text.empty() ? Text() : whole, text);
 }
 
 template <class Answer>
@@ -88,7 +88,8 @@ void PutIntoBuilder(Attempt& attempt, std::size_t former, void (*change)(CSpeedS
     CSpeedStr builder;
     builder += text;
     attempt([&] { change(builder); });
-    if (attempt.HasFailed() || !takesEffect) EXPECT_EQ(text, builder.ToString());
+    const bool hasChanged = takesEffect && !attempt.HasFailed();
+    EXPECT_EQ(hasChanged, builder.ToString() != text);
     builder += L'!';
     EXPECT_EQ(L'!', builder[builder.length() - 1]);
 }

@@ -112,7 +112,7 @@ TEST(StringTable, KeepsItsOrderThroughChangesAtEveryPlace) {
             default: table.DeleteEntry(place), at == model.end() ? model.end() : model.erase(at);
         }
         ASSERT_EQ(model.size(), table.NumEntries());
-        if (place < model.size()) ASSERT_EQ(model[place], table(static_cast<int>(place)));
+        ASSERT_EQ(place < model.size() ? model[place] : std::wstring(), table(static_cast<int>(place)));
     }
     EXPECT_EQ(table, TableOf({model.begin(), model.end()}));
 }
