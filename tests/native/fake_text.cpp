@@ -80,6 +80,11 @@ wchar_t FromAnsi(char byte) {
     return code >= 0x80 && code <= 0x9f ? kUpperControls[code - 0x80] : static_cast<wchar_t>(code);
 }
 
+// Code page 437, which is the usual one.
+std::wstring FromOem(const char* text, int length) {
+    return ByPage<wchar_t>("WCHAR_T", "CP437", text, length);
+}
+
 char ToAnsi(wchar_t unit) {
     const std::size_t control = kUpperControls.find(unit);
     if (control != kUpperControls.npos) return static_cast<char>(control + 0x80);
@@ -130,8 +135,9 @@ BOOL GetCPInfo(UINT, CPINFO* info) {
     return TRUE;
 }
 
-int MultiByteToWideChar(UINT, DWORD, const char* text, int length, wchar_t* out, int capacity) {
+int MultiByteToWideChar(UINT codePage, DWORD, const char* text, int length, wchar_t* out, int capacity) {
     const fake::SystemMemory own;
+    if (codePage == CP_OEMCP) return Deliver(FromOem(text, length), out, capacity);
     if (g_page) return Deliver(ByPage<wchar_t>("WCHAR_T", g_page, text, length), out, capacity);
     std::wstring result;
     for (const char byte : Counted(text, length)) result += FromAnsi(byte);
