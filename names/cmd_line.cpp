@@ -35,9 +35,11 @@ QLCmdLine::QLCmdLine(const wchar_t* text) {
     SetCmdLine(text);
 }
 
-QLCmdLine::QLCmdLine(ql::TextView path, ql::TextView name, ql::TextView ext, ql::TextView switches)
-    : QLFileName(path, name, ext) {
-    SetSwitches(switches);
+QLCmdLine::QLCmdLine(ql::TextView path, ql::TextView name, ql::TextView ext, ql::TextView switches) {
+    TryTo([&] {
+        SetParts(path, name, ext);
+        switches_ = ql::WithoutBlanks(switches);
+    });
 }
 
 QLCmdLine::QLCmdLine(const QLCmdLine& other) noexcept : QLFileName(other) {

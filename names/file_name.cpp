@@ -155,11 +155,13 @@ QLFileName::QLFileName(const wchar_t* pathAndName) {
 }
 
 QLFileName::QLFileName(ql::TextView path, ql::TextView name, ql::TextView ext) {
-    TryTo([&] {
-        ParsePath(UpToZero(path));
-        SetPart(kName, UpToZero(name));
-        StoreExtension(UpToZero(ext));
-    });
+    TryTo([&] { SetParts(path, name, ext); });
+}
+
+void QLFileName::SetParts(std::wstring_view path, std::wstring_view name, std::wstring_view ext) {
+    ParsePath(UpToZero(path));
+    SetPart(kName, UpToZero(name));
+    StoreExtension(UpToZero(ext));
 }
 
 QLFileName::QLFileName(const QLFileName& other) noexcept

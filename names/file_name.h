@@ -187,6 +187,7 @@ class QL_API QLFileName {
 
     // What the members above do, but throwing when memory ends.
     void Parse(std::wstring_view text);
+    void SetParts(std::wstring_view path, std::wstring_view name, std::wstring_view ext);
     std::wstring PathAndFileName() const;
     std::wstring CmdLine() const;
 

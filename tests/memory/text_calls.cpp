@@ -73,6 +73,11 @@ QLStringTable ThreeEntries() {
     return table;
 }
 
+const QLStringTable& Table() {
+    static const QLStringTable table = ThreeEntries();
+    return table;
+}
+
 std::wstring Joined(const QLStringTable& table) {
     RWWString text;
     table.AppendToString(text);
@@ -94,15 +99,18 @@ void PutIntoBuilder(Attempt& attempt, std::size_t former, void (*change)(CSpeedS
     EXPECT_EQ(L'!', builder[builder.length() - 1]);
 }
 
-std::string Stored(const QLStringTable& table) {
+void SaveTable(Attempt& attempt) {
     std::stringbuf buffer;
     RWBufferOstream stream(buffer);
-    table.saveOn(stream);
-    return stream.good() ? buffer.str() : std::string();
+    attempt([&] { Table().saveOn(stream); });
+    EXPECT_NE(attempt.HasFailed(), stream.good());
+    EXPECT_EQ(stream.good() ? Table().binaryStoreSize() : 0u, stream.good() ? buffer.str().size() : 0u);
 }
 
 void RestoreTable(Attempt& attempt) {
-    std::stringbuf buffer(Stored(ThreeEntries()));
+    std::stringbuf buffer;
+    RWBufferOstream out(buffer);
+    Table().saveOn(out);
     RWBufferIstream stream(buffer);
     QLStringTable table;
     attempt([&] { table.restoreFrom(stream); });
@@ -218,8 +226,8 @@ std::vector<Row> TextCalls() {
              attempt([&] { table[30] = L"x"; });
              EXPECT_EQ(kText, table(2));
          }},
-        Answers("QLStringTable::operator()", [] { return ThreeEntries()(1); }),
-        Answers("QLStringTable::saveOn", [] { return Stored(ThreeEntries()); }),
+        Answers("QLStringTable::operator()", [] { return Table()(1); }),
+        {"QLStringTable::saveOn", SaveTable},
         {"QLStringTable::restoreFrom", RestoreTable},
         {"RWOrdered and RWHashDictionary take items", Collect},
         Copies<RWOrdered>("RWOrdered is copied"),
@@ -240,12 +248,13 @@ std::vector<Row> TextCalls() {
         ChangesName("AppendSwitches", [](QLCmdLine& line) { line.AppendSwitches(kText); }),
         ChangesName("QLCmdLine is assigned",
                     [](QLCmdLine& line) { line = QLCmdLine(L"C:\\dir", L"a name", L"ext", kText); }),
-        Answers("SubstPathPlaceholders",
-                [] {
-                    RWWString text(L"a %REFERENCE_TO_NOTHING% and more");
-                    QLFileName::SubstPathPlaceholders(text);
-                    return text;
-                }),
+        {"SubstPathPlaceholders",
+         [](Attempt& attempt) {
+             const RWWString former(L"a %REFERENCE_TO_NOTHING% and more");
+             RWWString text = former;
+             attempt([&] { QLFileName::SubstPathPlaceholders(text); });
+             EXPECT_EQ(former, text);
+         }},
         Answers("GetCmdLine", [] { return QLCmdLine(kName, L"a /x", L"ext", kText).GetCmdLine(); }),
         Answers("GetPath", [] { return QLFileName(kName).GetPath(); }),
         Answers("GetRoot", [] { return QLFileName(kName).GetRoot(); }),
