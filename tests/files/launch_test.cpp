@@ -72,10 +72,15 @@ TEST_F(Launching, FailsWithoutAProgram) {
     }
 }
 
+// Of a program without windows: Wine itself keeps what tells that one with windows is idle.
 TEST_F(Launching, KeepsNoHandle) {
-    const QLCmdLine child{QLFileName(ChildProgram().c_str())}, missing((folder_ / L"none.exe").c_str());
+    wchar_t system[MAX_PATH];
+    ::GetSystemDirectoryW(system, MAX_PATH);
+    QLCmdLine program(QLFileName((system + std::wstring(L"\\cmd.exe")).c_str())),
+        missing((folder_ / L"none.exe").c_str());
+    program.SetSwitches(L"/c exit");
     const auto launch = [&] {
-        ASSERT_TRUE(LaunchApplication(child, SW_HIDE));
+        ASSERT_TRUE(LaunchApplication(program, SW_HIDE));
         EXPECT_FALSE(LaunchApplication(missing, SW_HIDE));
     };
     launch();

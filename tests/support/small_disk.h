@@ -29,7 +29,7 @@ class SmallDisk {
     // Leaves so many bytes free, a multiple of 4096.
     void FillBut(std::size_t free) const {
         std::filesystem::remove(*this / L"filler");
-        const auto available = static_cast<std::size_t>(std::filesystem::space(root_).available);
+        const auto available = static_cast<std::size_t>(std::filesystem::space(*this / L"filler").available);
         PutBytes(*this / L"filler", std::string(available - free, 'f'));
     }
 

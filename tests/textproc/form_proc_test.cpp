@@ -218,7 +218,7 @@ TEST_F(Odma, FormatNamesAreTheExtensionUntilTheyAreSet) {
         SetOdmaFormatName(FT_WORD_DOCUMENT, L"Word 97");
         SetOdmaFormatName(FT_WORD_DOCUMENT, none);
         EXPECT_EQ(RWWString(L".doc"), GetOdmaFormatName(FT_WORD_DOCUMENT));
-        EXPECT_TRUE(GetQLRegString(L"File Mgt", L"DOC Format Name", nullptr).isNull());
+        EXPECT_EQ(static_cast<DWORD>(REG_NONE), PrivateRegistry::Get(L"File Mgt", L"DOC Format Name").type);
     }
     SetOdmaFormatName(FT_WORD_DOCUMENT, L".DOC");
     EXPECT_EQ(RWWString(L".DOC"), GetOdmaFormatName(FT_WORD_DOCUMENT)) << "another text than the extension";
