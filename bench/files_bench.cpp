@@ -189,7 +189,8 @@ void StatusBare(benchmark::State& state) {
     });
 }
 
-// A path of so many characters in folders of one letter, shortened as far as it goes. The time for a character stays.
+// A path of so many characters in folders of one letter, shortened as far as it goes. The time for a
+// character stays.
 void FitOurs(benchmark::State& state) {
     const HDC dc = ::CreateCompatibleDC(nullptr);
     std::wstring path = L"C:";

@@ -86,8 +86,8 @@ class Pump {
 
 constexpr long long kAll = std::numeric_limits<long long>::max();
 
-// What lies behind the destination's present end comes first: that alone asks the disk for room, and where there is
-// none, nothing is lost yet.
+// What lies behind the destination's present end comes first: that alone asks the disk for room, and where
+// there is none, nothing is lost yet.
 bool Replace(const File& from, const File& to, Pump& pump) {
     const long long held = SizeOf(to);
     if (SizeOf(from) > held) {

@@ -12,8 +12,8 @@ class Launching : public testing::Test {
   protected:
     Launching() { ::SetEnvironmentVariableW(L"QL_CHILD_LINE", (folder_ / L"line").c_str()); }
 
-    // What the child received: its show state as a character, and its command line. It is written before the child is
-    // ready for input, and so before the launch is over.
+    // What the child received: its show state as a character, and its command line. It is written before the
+    // child is ready for input, and so before the launch is over.
     std::wstring Received() {
         const std::wstring path = folder_ / L"line";
         const std::string bytes = BytesOf(path);

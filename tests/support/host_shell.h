@@ -4,8 +4,8 @@
 
 #include "tests/support/start_process.h"
 
-// Runs a command of the shell of the system below Wine in a folder: for links, which Wine does not make, and for
-// thousands of files, which take it minutes. False on Windows, which needs none of that.
+// Runs a command of the shell of the system below Wine in a folder: for links, which Wine does not make, and
+// for thousands of files, which take it minutes. False on Windows, which needs none of that.
 inline bool RunInHostShell(const std::wstring& folder, const std::wstring& command) {
     using UnixName = char*(CDECL*)(const wchar_t*);
     const auto unixName = reinterpret_cast<UnixName>(reinterpret_cast<void*>(

@@ -6,7 +6,8 @@
 #include "tests/support/host_shell.h"
 #include "tests/support/test_folder.h"
 
-// A disk of 1 MB that can be filled, for its own lifetime. Only where the system below Wine lets the user mount one.
+// A disk of 1 MB that can be filled, for its own lifetime. Only where the system below Wine lets the user
+// mount one.
 class SmallDisk {
   public:
     static constexpr std::size_t kSize = 1 << 20;

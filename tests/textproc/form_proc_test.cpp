@@ -102,7 +102,7 @@ struct Choice {
 };
 
 const Choice kChoices[] = {
-    // installed, default, by kind, docx; Word, WordPerfect, default; for docx, dot, wpt; to send docx, wpd, txt
+    // installed, usual, by kind, docx; Word, WordPerfect, default; for docx, dot, wpt; to send docx, wpd, txt
     {{}, L"Word 2010", true, false, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone},
     {{kW03, kW10}, L"", false, true, kW10, kNone, kNone, kW10, kW10, kNone, kW10, kW10, kW10},
     {{kW03, kW10}, L"word 2003", false, true, kW10, kNone, kW03, kW10, kW03, kNone, kW03, kW03, kW03},
