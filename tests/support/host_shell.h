@@ -21,13 +21,3 @@ inline bool RunInHostShell(const std::wstring& folder, const std::wstring& comma
     }
     return false;
 }
-
-// Empty files named "entry 0.txt" and so on.
-inline void PutEntries(const std::wstring& folder, int count) {
-    const std::wstring last = std::to_wstring(count - 1);
-    if (RunInHostShell(folder, L"seq -f 'entry %.0f.txt' 0 " + last + L" | xargs -d '\\n' touch")) return;
-    for (int i = 0; i < count; ++i) {
-        const std::wstring path = folder + L"\\entry " + std::to_wstring(i) + L".txt";
-        ql::UniqueFileHandle(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
-    }
-}
