@@ -143,7 +143,8 @@ class QL_API QLFileName {
     void ToLower();
     void ToUpper();
 
-    // What the file system and the display say of the name. Failures of the system answer no, or the name as it is.
+    // What the file system and the display say of the name. Failures of the system answer no, or the name as
+    // it is.
     enum Status : int {
         StatusUnknown = 0,       // remote: nothing was asked
         StatusInUse = 1,         // exists, but cannot be had alone even for reading
@@ -153,8 +154,9 @@ class QL_API QLFileName {
         StatusReadOnly = 5,      // exists and can be had alone for reading only
     };
 
-    // Kept on purpose: CanAccess asks about rooted local names alone, a relative name is never accessible; Exists is no
-    // for a name without a file part; GetStatus leaves the process with the system's messages about missing disks off.
+    // Kept on purpose: CanAccess asks about rooted local names alone, a relative name is never accessible;
+    // Exists is no for a name without a file part; GetStatus leaves the process with the system's messages
+    // about missing disks off.
     int CanAccess(int mode) const;  // 0 to ask for existence, else ACCESS_READ and ACCESS_WRITE added up
     int Exists() const;
     int IsDirectory() const;
@@ -165,15 +167,16 @@ class QL_API QLFileName {
     RWWString GetShortPath() const;     // of the path, and always one more backslash
     RWWString GetShortVersion() const;  // of the whole name
 
-    // A name that no file has: "~ql12", a number, and the extension that the name had or ".tmp", in the directory that
-    // the name had or the temporary one. With `create`, an empty file of that name. The file part is empty when none
-    // was to be had.
+    // A name that no file has: "~ql12", a number, and the extension that the name had or ".tmp", in the
+    // directory that the name had or the temporary one. With `create`, an empty file of that name. The file
+    // part is empty when none was to be had.
     void SetTempPath();
     void SetTempFileName(bool create);
     void SetTempPathAndFileName(bool create);
 
-    // The text with leading directories replaced by an ellipsis until it is at least two units narrower than `width`
-    // pixels in the font of the device context, as far as that goes: C:\one\two\f.txt -> C:\...\two\f.txt -> C:\...\f.txt.
+    // The text with leading directories replaced by an ellipsis until it is at least two units narrower than
+    // `width` pixels in the font of the device context, as far as that goes: C:\one\two\f.txt ->
+    // C:\...\two\f.txt -> C:\...\f.txt.
     RWWString FitToWidth(HDC dc, int width) const;
     static void FitToWidth(HDC dc, RWWString& text, int width);
 
@@ -230,12 +233,12 @@ class QL_API QLFileName {
     wchar_t dirSeparator_ = 0;
 };
 
-// The long form of a path, and its short (8.3) form. Only a path that begins with a drive has a short form; a file that
-// does not exist is created for a moment to be asked. A path that has no such form is answered as it is, with
-// backslashes for slashes in the short form.
+// The long form of a path, and its short (8.3) form. Only a path that begins with a drive has a short form; a
+// file that does not exist is created for a moment to be asked. A path that has no such form is answered as
+// it is, with backslashes for slashes in the short form.
 QL_API RWWString QLGetLongPathName(const RWWString& path);
 QL_API RWWString QLGetShortPathName(const RWWString& path);
 
-// The first that can be read and written: the environment's TMP, its TEMP, the answer directory; else the Windows
-// directory.
+// The first that can be read and written: the environment's TMP, its TEMP, the answer directory; else the
+// Windows directory.
 QL_API RWWString QLGetTempPath();
