@@ -54,6 +54,9 @@ class NarrowTexts {
 
 }  // namespace
 
+// In the library for whoever needs its address.
+constexpr unsigned int QLStringTable::kMaxPaddedEntries;
+
 QLStringTable::QLStringTable() : table_(kUsualCapacity) {}
 
 QLStringTable::QLStringTable(int capacity)
