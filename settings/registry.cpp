@@ -13,10 +13,6 @@
 #include "settings/registry_values.h"
 #include "settings/trailing_backslash.h"
 #include "text/characters.h"
-#include "text/fields.h"
-
-const wchar_t g_trueStr[] = L"True";
-const wchar_t g_falseStr[] = L"False";
 
 namespace {
 

@@ -5,6 +5,7 @@
 
 #include "platform/export.h"
 #include "rw/wide_string.h"
+#include "text/fields.h"
 #include "text/string_table.h"
 
 struct HKEY__;  // NOLINT(bugprone-reserved-identifier): the system's name
@@ -23,10 +24,6 @@ using HKEY = HKEY__*;
 // word size of the program: all programs see the same.
 //
 // Functions without an object are safe on any thread. A null text argument counts as empty.
-
-// The texts that booleans are stored as: "True" and "False".
-extern QL_API const wchar_t g_trueStr[];
-extern QL_API const wchar_t g_falseStr[];
 
 // Each answers whether a value was found, and leaves the out-parameter alone when none was. Current user
 // first.

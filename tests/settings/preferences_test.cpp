@@ -120,7 +120,8 @@ TEST_F(Preferences, TellWhichLayerAnswersAndLearnNothingByIt) {
     registry_.Put(kMachine, QLIS_DEVELOPMENT, kFont, L"machine");
     EXPECT_EQ(L"*machine:text machine; default:text Consolas:10; ", Told(QLIS_DEVELOPMENT, kFont));
     registry_.Put(kUser, QLIS_DEVELOPMENT, kFont, std::wstring(512, L'x'));
-    EXPECT_EQ(L"user:unreadable 1026 bytes of type 1; *machine:text machine; default:text Consolas:10; ",
+    EXPECT_EQ(L"user:unreadable " + std::to_wstring(513 * sizeof(wchar_t)) +
+                  L" bytes of type 1; *machine:text machine; default:text Consolas:10; ",
               Told(QLIS_DEVELOPMENT, kFont));
     registry_.Put(kUser, QLIS_DEVELOPMENT, kFont, L"user");
     EXPECT_EQ(L"user", GetQLRegString(QLIS_DEVELOPMENT, kFont, nullptr)) << "no store had learnt another";
