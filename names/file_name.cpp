@@ -8,6 +8,20 @@
 #include "text/characters.h"
 #include "text/paths.h"
 
+// Standing here, the constants are in the library for whoever needs their addresses.
+constexpr int QLFileName::ACCESS_READ;
+constexpr int QLFileName::ACCESS_WRITE;
+constexpr wchar_t QLFileName::FILE[];
+constexpr wchar_t QLFileName::HTTP[];
+constexpr wchar_t QLFileName::HTTPS[];
+constexpr wchar_t QLFileName::FTP[];
+constexpr wchar_t QLFileName::MAILTO[];
+constexpr wchar_t QLFileName::NEWS[];
+constexpr wchar_t QLFileName::RES[];
+constexpr wchar_t QLFileName::QLINTERNAL[];
+constexpr wchar_t QLFileName::PLUGIN[];
+constexpr wchar_t QLFileName::ODMADOCID[];
+
 namespace {
 
 using Text = std::wstring_view;

@@ -7,6 +7,9 @@
 #include "platform/failure.h"
 #include "text/characters.h"
 
+constexpr wchar_t g_trueStr[] = L"True";
+constexpr wchar_t g_falseStr[] = L"False";
+
 namespace {
 
 struct TruthWord {
@@ -14,8 +17,8 @@ struct TruthWord {
     bool value;
 };
 
-constexpr TruthWord kTruthWords[] = {{L"True", true},   {L"yes", true}, {L"on", true},
-                                     {L"False", false}, {L"no", false}, {L"off", false}};
+constexpr TruthWord kTruthWords[] = {{g_trueStr, true},   {L"yes", true}, {L"on", true},
+                                     {g_falseStr, false}, {L"no", false}, {L"off", false}};
 
 }  // namespace
 

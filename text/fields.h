@@ -8,6 +8,10 @@
 // text. Both stay as they are when memory ends.
 QL_API void SplitField(ql::TextView text, RWWString& name, RWWString& rest);
 
+// The texts that booleans are stored as: "True" and "False".
+extern QL_API const wchar_t g_trueStr[];
+extern QL_API const wchar_t g_falseStr[];
+
 // "True", "yes" and "on" are true, "False", "no" and "off" are false, in any case of letters. Any other text,
 // also one with blanks around such a word, gives defaultValue.
 QL_API bool StrToBool(const RWWString& text, bool defaultValue);

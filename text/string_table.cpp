@@ -63,6 +63,9 @@ bool Widen(const RWOrdered& texts, QLStringTable& table) {
 
 }  // namespace
 
+// In the library for whoever needs its address.
+constexpr unsigned int QLStringTable::kMaxPaddedEntries;
+
 QLStringTable::QLStringTable() : table_(kUsualCapacity) {}
 
 QLStringTable::QLStringTable(int capacity)

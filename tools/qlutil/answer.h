@@ -7,8 +7,8 @@
 
 #include "rw/wide_string.h"
 
-// What a command found out: a tree of named values in the order in which a reader wants them. It is printed as aligned
-// lines or, with --json, through the library's JSON writer.
+// What a command found out: a tree of named values in the order in which a reader wants them. It is printed
+// as aligned lines or, with --json, through the library's JSON writer.
 struct Node;
 using List = std::vector<Node>;
 using Record = std::vector<std::pair<std::wstring, Node>>;
@@ -54,6 +54,12 @@ struct Answer {
         return answer;
     }
 
+    static Answer Nothing() {
+        Answer answer{Node(nullptr)};
+        answer.output = std::monostate();
+        return answer;
+    }
+
     std::variant<std::monostate, Node, Document> output;
     std::wstring message;  // for standard error
     ExitStatus status = kDone;
@@ -61,3 +67,7 @@ struct Answer {
 
 // The text of the answer for standard output, line feeds included; nothing for a failure without output.
 std::wstring Render(const Answer& answer, bool json);
+
+// Prints a part of an answer at once, for commands that go on for long: one line with --json. Whether it was
+// printed.
+bool PrintNow(const Node& part);

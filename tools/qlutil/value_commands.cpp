@@ -1,9 +1,8 @@
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <limits>
 
 #include "prefs/interview_globals.h"
+#include "text/decimal.h"
 #include "tools/qlutil/command.h"
 #include "values/date.h"
 #include "values/number_format.h"
@@ -15,12 +14,8 @@ std::wstring Quoted(std::wstring_view word) {
 }
 
 double RequireNumber(std::wstring_view word, std::wstring_view what) {
-    std::string digits;
-    for (const wchar_t c : word) digits += c < 0x80 ? static_cast<char>(c) : '?';
-    double number = 0;
-    const char* const end = digits.data() + digits.size();
-    const auto [stop, error] = std::from_chars(digits.data(), end, number);
-    if (error == std::errc() && stop == end) return number;
+    const Decimal number = ReadDecimal(word);
+    if (number.isValid && number.length == word.size()) return number.value;
     throw WrongCall(std::wstring(what) + L" must be a number, not " + Quoted(word));
 }
 

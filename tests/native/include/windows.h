@@ -145,6 +145,8 @@ HKEY FakeRootKey(bool machine);
 #define HKEY_CURRENT_USER FakeRootKey(false)
 #define HKEY_LOCAL_MACHINE FakeRootKey(true)
 #define KEY_QUERY_VALUE 0x1
+#define KEY_SET_VALUE 0x2
+#define KEY_WOW64_32KEY 0x200
 #define KEY_READ 0x20019
 #define KEY_ALL_ACCESS 0xf003f
 #define REG_NONE 0
