@@ -46,14 +46,16 @@ ServerCmdSwitches::ServerCmdSwitches(const QLCmdLine& commandLine) {
 void ServerCmdSwitches::ParseSwitches(const wchar_t* commandLine) {
     CCommandSwitches given;
     for (const Table::Row& row : Table::kFlags) given.DeclareSwitch(row.name, SWITCH_FLAG);
-    for (const wchar_t* const name : {Table::kCopies, Table::kPageSize, Table::kTray}) given.DeclareSwitch(name, SWITCH_VALUE);
+    for (const wchar_t* const name : {Table::kCopies, Table::kPageSize, Table::kTray})
+        given.DeclareSwitch(name, SWITCH_VALUE);
     given.Scan(commandLine);
 
     if (given.HasLeadingText()) TakeFile(given.GetLeadingText());
     for (const Table::Row& row : Table::kFlags) {
         if (given.IsSwitchSet(row.name)) flags_.set(row.flag);
     }
-    if (const wchar_t* const value = given.GetSwitchValue(Table::kCopies)) printCopies_ = ql::LeadingNumber(value);
+    if (const wchar_t* const value = given.GetSwitchValue(Table::kCopies))
+        printCopies_ = ql::LeadingNumber(value);
     if (const wchar_t* const value = given.GetSwitchValue(Table::kPageSize)) pageSize_ = ql::UpToBlank(value);
     if (const wchar_t* const value = given.GetSwitchValue(Table::kTray)) tray_ = ql::UpToBlank(value);
 }

@@ -94,7 +94,8 @@ void DeleteDirAndContents(const wchar_t* directory) {
     name.SetPath(directory);
     if (name.GetPath().isNull()) return;  // the pattern would be of the current directory
     const QLStringTable entries = EntriesOf(name);
-    for (unsigned int i = 0; i < entries.NumEntries(); ++i) ql::RemoveFile(entries(static_cast<int>(i)).data());
+    for (unsigned int i = 0; i < entries.NumEntries(); ++i)
+        ql::RemoveFile(entries(static_cast<int>(i)).data());
 
     std::wstring path = name.GetPath().str();
     LeaveDirectory(path);

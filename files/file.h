@@ -33,7 +33,8 @@ class QL_API QLFile {
     // pointers and negative counts fail.
     int Read(unsigned char* buffer, int count, int* got);
     int Write(unsigned char* buffer, int count, int* done);
-    int Flush();   // has the system put what was written onto the disk; 1 too when the file is open for reading
+    int
+    Flush();  // has the system put what was written onto the disk; 1 too when the file is open for reading
     int Close();   // 0 when it was closed already
     int Delete();  // closes the file first
 

@@ -116,7 +116,8 @@ class FolderDialog {
         self->window_ = window;
         try {
             if (event == BFFM_INITIALIZED) self->Open();
-            if (event == BFFM_SELCHANGED) self->selected_ = FolderOf(reinterpret_cast<const ITEMIDLIST*>(item));
+            if (event == BFFM_SELCHANGED)
+                self->selected_ = FolderOf(reinterpret_cast<const ITEMIDLIST*>(item));
         } catch (...) {
             self->Fail();
         }

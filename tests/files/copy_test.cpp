@@ -127,8 +127,8 @@ TEST_F(Copies, TellFilesApartByNumberOrByPlace) {
     PutBytes(a_, "x");
     PutBytes(b_, "x");
     const auto open = [](const std::wstring& file) {
-        return ql::UniqueFileHandle(::CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                                  OPEN_EXISTING, 0, nullptr));
+        return ql::UniqueFileHandle(
+            ::CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     };
     const auto a = open(a_), b = open(b_), again = open(folder_ / L"A"), device = open(L"NUL");
     EXPECT_TRUE(ql::LieAtOnePlace(a.get(), again.get()));

@@ -63,7 +63,8 @@ TEST_F(Directories, TellNamesAsTheDiskHasThem) {
     std::vector<QLFileName> entries;
     CDirectoryIterator walk;
     QLFileName entry(L"http://srv/a.htm#tail");
-    for (bool more = walk.First(Pattern(L"*"), &entry); more; more = walk.Next(&entry)) entries.push_back(entry);
+    for (bool more = walk.First(Pattern(L"*"), &entry); more; more = walk.Next(&entry))
+        entries.push_back(entry);
     EXPECT_EQ(RWWString(L"#tail"), entry.GetTail());
     for (const QLFileName& name : entries) {
         if (!odd.contains(name.GetFileName().str())) continue;

@@ -134,7 +134,8 @@ TEST_F(Files, AreCreatedReadOnlyRenamedAndDeleted) {
 // What another opening may do while a file is open with each way of sharing.
 TEST_F(Files, ShareAsTheirFlagsSay) {
     PutBytes(path_, "x");
-    for (const int flags : {0, +OPEN_NO_SHARE_READ, +OPEN_NO_SHARE_WRITE, OPEN_NO_SHARE_READ | OPEN_NO_SHARE_WRITE}) {
+    for (const int flags :
+         {0, +OPEN_NO_SHARE_READ, +OPEN_NO_SHARE_WRITE, OPEN_NO_SHARE_READ | OPEN_NO_SHARE_WRITE}) {
         const auto sharing = static_cast<unsigned short>(flags | OPEN_READ);
         for (const bool buffered : {false, true}) {
             QLFile file, other;

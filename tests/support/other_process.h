@@ -14,7 +14,8 @@ inline std::wstring ChildProgram() {
     return (std::filesystem::path(path).parent_path() / "files_child.exe").wstring();
 }
 
-constexpr DWORD kShareNothing = 0, kShareReading = FILE_SHARE_READ, kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE;
+constexpr DWORD kShareNothing = 0, kShareReading = FILE_SHARE_READ,
+                kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE;
 
 // Another process that holds a file for the life of the object, and lets others do what is shared meanwhile.
 class OtherProcess {
@@ -24,8 +25,8 @@ class OtherProcess {
         const std::wstring name =
             L"ql_files_" + std::to_wstring(::GetCurrentProcessId()) + L'_' + std::to_wstring(number++);
         const ql::UniqueKernelHandle held(::CreateEventW(nullptr, TRUE, FALSE, name.c_str()));
-        process_ =
-            StartProcess(L'"' + ChildProgram() + L"\" hold " + name + L' ' + std::to_wstring(sharing) + L" \"" + path + L'"');
+        process_ = StartProcess(L'"' + ChildProgram() + L"\" hold " + name + L' ' + std::to_wstring(sharing) +
+                                L" \"" + path + L'"');
         const HANDLE either[] = {held.get(), process_.get()};
         EXPECT_EQ(WAIT_OBJECT_0, ::WaitForMultipleObjects(2, either, FALSE, 60'000))
             << "the file is not held";

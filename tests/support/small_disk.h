@@ -13,7 +13,8 @@ class SmallDisk {
 
     SmallDisk() {
         std::filesystem::create_directory(root_);
-        RunInHostShell(folder_.path().wstring(), L"mount -t tmpfs -o size=1m none disk && touch disk/mounted");
+        RunInHostShell(folder_.path().wstring(),
+                       L"mount -t tmpfs -o size=1m none disk && touch disk/mounted");
         isMounted_ = ::DeleteFileW((root_ + L"\\mounted").c_str()) != FALSE;
     }
     ~SmallDisk() {

@@ -1,0 +1,92 @@
+#!/usr/bin/env python3
+"""Ends processes while a thread stands still at an instruction of the log, at one instruction after the other, and holds
+what the files then have against what was queued: every line once, whole and in order.
+
+usage: sweep.py LOGGING_CHILD.exe LIBRARY.dll [--every N] [--results FILE.xml]    (all instructions: --every 1)
+"""
+import argparse
+import concurrent.futures
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+HERE = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(HERE.parent))
+from results import report  # noqa: E402: the path comes first
+
+WINE = HERE.parent.parent / "scripts" / "wine"
+OBJDUMP = "i686-w64-mingw32-objdump"
+SECONDS = 60
+# The log's own code; what it calls of the library beside runs under other tests.
+OURS = re.compile(r"QLLogger|LogMessage|LogFile|FileOutput|LineHead|LogQueue|OutputLists|LineMemory|LineBlock|"
+                  r"LineText|LostLines|(?:^|_GLOBAL__N_1)\S*(?:Deliver|HandleInHand|HandleNext|CloseOutputs|Drain|Push|Begin)")
+
+
+def instructions(library):
+    """The offsets of the log's instructions in the library."""
+    base = int(re.search(r"ImageBase\s+([0-9a-f]+)", subprocess.run(
+        [OBJDUMP, "-p", library], capture_output=True, text=True, check=True).stdout).group(1), 16)
+    listing = subprocess.run([OBJDUMP, "-d", "--no-show-raw-insn", library], capture_output=True, text=True, check=True)
+    ours = False
+    for line in listing.stdout.splitlines():
+        if name := re.match(r"[0-9a-f]+ <(.+)>:", line):
+            ours = OURS.search(name.group(1)) is not None
+        elif ours and (code := re.match(r"\s*([0-9a-f]+):\t(\S+)", line)) and code.group(2) != "nop":
+            yield int(code.group(1), 16) - base
+
+
+def entries(text):
+    """The numbers of the lines of a log; -1 for anything that is none."""
+    for line in text.replace("\ufeff", "").split("\r\n"):
+        whole = re.fullmatch(r"\[[^]]*\]\[\d+\]\[a\.cpp:(\d+)\]-x{200}", line)
+        if whole:
+            yield int(whole.group(1))
+        elif line and not line.startswith("#") and line != "*" * 53:
+            yield -1
+
+
+def fault(queued, found):
+    """What is wrong with a log; the line that was being queued may be there too."""
+    return "" if found in (list(range(queued)), list(range(queued + 1))) else f"{queued} lines queued, in the log: {found}"
+
+
+def stop_at(child, offset):
+    """What is wrong after a stop at an instruction, and whether that was met."""
+    with tempfile.TemporaryDirectory(prefix="ql_sweep_") as folder:
+        file = pathlib.Path(folder, "s.log")
+        try:
+            done = subprocess.run([WINE, child, "stopped", f"Z:{file}", f"{offset:x}"], timeout=SECONDS, check=False)
+        except subprocess.TimeoutExpired:
+            return "hangs", True
+        if done.returncode != 5:
+            return f"exit status {done.returncode}", True
+        queued, met = map(int, pathlib.Path(f"{file}.count").read_text().split())
+        backups = sorted(file.parent.glob("s.log*.bak"), key=lambda path: -int(re.sub(r"\D", "", path.name)))
+        rolled = [path.read_bytes().decode() for path in [*backups, pathlib.Path(f"{file}.roll")] if path.exists()]
+        plain = fault(queued, list(entries(file.read_bytes().decode())))
+        return plain or fault(queued, [number for text in rolled for number in entries(text)]), bool(met)
+
+
+def main():
+    parser = argparse.ArgumentParser(usage=__doc__)
+    parser.add_argument("child")
+    parser.add_argument("library")
+    parser.add_argument("--every", type=int, default=1)
+    parser.add_argument("--results")
+    call = parser.parse_args()
+    places = list(instructions(call.library))[call.every // 2::call.every]
+    met, faults = 0, []
+    with concurrent.futures.ThreadPoolExecutor(2) as pool:
+        for offset, (what, was_met) in zip(places, pool.map(lambda place: stop_at(call.child, place), places)):
+            met += was_met
+            if what:
+                faults.append(offset)
+                print(f"stopped at {offset:#x}: {what}")
+    print(f"{len(places)} instructions, {met} of them met, {len(faults)} findings")
+    return report(len(places) - len(faults), len(faults), call.results)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
