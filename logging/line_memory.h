@@ -46,8 +46,8 @@ class LineBlock {
     alignas(kCacheLine) std::byte bytes_[kBytes];
 };
 
-// Where queued lines lie. Each thread fills a block of its own, without a lock. Memory that is asked of the system, or
-// touched for the first time, is what costs a caller most; so the writer keeps some blocks ready.
+// Where queued lines lie. Each thread fills a block of its own, without a lock. Memory that is asked of the
+// system, or touched for the first time, is what costs a caller most; so the writer keeps some blocks ready.
 class LineMemory {  // NOLINT(clang-analyzer-optin.performance.Padding): on purpose
   public:
     struct Place {
@@ -75,7 +75,8 @@ class LineMemory {  // NOLINT(clang-analyzer-optin.performance.Padding): on purp
         if (block->GiveBack()) Keep(block);
     }
 
-    // By the writer, often. The zeros make the system hand the memory out now and not at a caller's first touch.
+    // By the writer, often. The zeros make the system hand the memory out now and not at a caller's first
+    // touch.
     void Stock() noexcept {
         while (count_.load(std::memory_order_relaxed) < kStocked) {
             auto* const block = new (std::nothrow) LineBlock();

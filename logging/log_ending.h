@@ -8,8 +8,8 @@ namespace ql {
 // have ended the other threads amid anything, an allocation included: outputs then take no memory.
 bool LogIsEnding() noexcept;
 
-// The number of the line that this thread is handing to an output, told apart for each output; 0 for none. A line that
-// the writer was amid when it ended comes again under the same number.
+// The number of the line that this thread is handing to an output, told apart for each output; 0 for none. A
+// line that the writer was amid when it ended comes again under the same number.
 std::uint32_t LineInHand() noexcept;
 
 enum class LostTo { kMemory, kBacklog, kOutput, kDisk };

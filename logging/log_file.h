@@ -16,8 +16,8 @@ namespace QLLoggerOutputs {
 // it but not write.
 //
 // It writes to the places where the bytes belong, and takes neither locks nor memory: should the system end
-// the writing thread anywhere amid or behind an entry, another thread may write that entry again and nothing is cut
-// or stands twice.
+// the writing thread anywhere amid or behind an entry, another thread may write that entry again and nothing
+// is cut or stands twice.
 class LogFile {
   public:
     enum class Start { kEmpty, kContinue };
@@ -33,8 +33,9 @@ class LogFile {
     std::int64_t Size() const noexcept { return now_->position + static_cast<std::int64_t>(now_->used); }
     FILETIME LastWriteTime() const noexcept;  // zero when the system does not tell
 
-    // One entry, of several pieces, under the number of its line; a line that has its entry already is left alone.
-    // Where the disk has no room the entry is dropped as a whole and counted, which the next entry begins with.
+    // One entry, of several pieces, under the number of its line; a line that has its entry already is left
+    // alone. Where the disk has no room the entry is dropped as a whole and counted, which the next entry
+    // begins with.
     enum class Reach { kBuffer, kSystem };
     void Append(std::initializer_list<std::wstring_view> pieces, Reach reach, std::uint32_t line) noexcept;
     bool Flush() noexcept;  // false when the system did not take all; the rest waits
@@ -43,8 +44,8 @@ class LogFile {
   private:
     static constexpr std::size_t kBufferSize = 64 * 1024;
 
-    // Where the buffer's first byte belongs in the file, and how many bytes are in it. What they are changes by one
-    // store.
+    // Where the buffer's first byte belongs in the file, and how many bytes are in it. What they are changes
+    // by one store.
     struct Extent {
         std::int64_t position = 0;
         std::size_t used = 0;

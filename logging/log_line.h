@@ -24,8 +24,8 @@ concept QLLoggable =
     std::convertible_to<const Value&, std::string_view> || std::convertible_to<const Value&, long double> ||
     std::derived_from<Value, QLFileName> || std::same_as<Value, _bstr_t>;
 
-// Builds one line of the log. Used by one thread at a time. Nothing throws: a line for which there is no memory is lost
-// and counted.
+// Builds one line of the log. Used by one thread at a time. Nothing throws: a line for which there is no
+// memory is lost and counted.
 //
 //     QLLoggerLevelInserter(QLLOG_INFO, __FILE__, __LINE__) << L"opened " << count << L" files" <<
 //     LogMessageFinish();
@@ -102,8 +102,8 @@ class QL_API QLLoggerLevelInserter {
 //
 //     QLLogLine(QLLOG_ERROR) << L"cannot open " << name;
 //
-// gives "[07/21/26 14:02:33][1234][host.cpp:17]-cannot open C:\\Docs\\Letter.docx": of the source's path its file name
-// alone. Finished by hand, it is not emitted once more.
+// gives "[07/21/26 14:02:33][1234][host.cpp:17]-cannot open C:\\Docs\\Letter.docx": of the source's path its
+// file name alone. Finished by hand, it is not emitted once more.
 class QL_API QLLogLine : public QLLoggerLevelInserter {
   public:
     explicit QLLogLine(QLLogLevel level, const char* file = __builtin_FILE(),

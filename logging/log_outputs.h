@@ -17,9 +17,9 @@ struct RollingLog;
 
 // Both outputs write UTF-8 with a byte-order mark and CR LF line ends; a lone surrogate becomes U+FFFD.
 // Others may read the file meanwhile, but neither write nor rename it. When the disk is full, entries wait in
-// a buffer of 64 KiB and are then dropped whole and counted until there is room again; the next entry then begins with
-// a line that says how many. Copies share the file and all else: closing one closes it for all. Nothing of them throws:
-// an output for which there is no memory is not open.
+// a buffer of 64 KiB and are then dropped whole and counted until there is room again; the next entry then
+// begins with a line that says how many. Copies share the file and all else: closing one closes it for all.
+// Nothing of them throws: an output for which there is no memory is not open.
 
 // A plain file, made afresh. Lines are buffered; Flush hands them to the system, which is all that it does.
 class QL_API FileOutput : public IBufferedLogOutput {
@@ -49,11 +49,11 @@ class QL_API FileOutput : public IBufferedLogOutput {
 //  - the limit is approximate: the position in bytes is added to the length of the text in characters;
 //  - an oldest backup that cannot be deleted ends the log for good rather than losing files;
 //  - when a file cannot be renamed, the main file is emptied all the same;
-//  - the flush does not wait for the disk itself.
-// What is written at the end of a process that did not call CloseLogs no longer makes the log roll. Where the end cuts a
-// roll-over short, the log goes on in the main file; should the system still hold that, in backup 1, which is then the
-// newest of the files (and is made even where no backups are kept).
-// Failures go to the debugger and to the event log, with the software's name as their source.
+//  - the flush does not wait for the disk itself. What is written at the end of a process that did not call
+//    CloseLogs no longer makes the log roll. Where the end cuts a roll-over short, the log goes on in the
+//    main file; should the system still hold that, in backup 1, which is then the newest of the files (and is
+//    made even where no backups are kept). Failures go to the debugger and to the event log, with the
+//    software's name as their source.
 class QL_API RollingFileOutput : public ILogOutput {
   public:
     // Null texts are empty. The limit is in bytes and at least 1000; with 0 backups or fewer none is kept.

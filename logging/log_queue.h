@@ -26,8 +26,9 @@ struct LogEntry {
     wchar_t* Text() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
 };
 
-// Entries in order: any thread pushes, the writer takes all at once as its batch. The links are in the entries, and a
-// push is one exchange of the newest one, so that no caller waits for another or for the writer.
+// Entries in order: any thread pushes, the writer takes all at once as its batch. The links are in the
+// entries, and a push is one exchange of the newest one, so that no caller waits for another or for the
+// writer.
 //
 // The system may end a thread between any two stores below when the process ends, and the thread that ends
 // the process then goes on from what it finds. So no store but the last of a change makes an entry
@@ -71,8 +72,8 @@ class LogQueue {  // NOLINT(clang-analyzer-optin.performance.Padding): on purpos
     }
 
   private:
-    // Either the pusher sees that the writer sleeps or the writer sees the entry: that each stores before it reads what
-    // the other stores holds only in an order that all threads agree on.
+    // Either the pusher sees that the writer sleeps or the writer sees the entry: that each stores before it
+    // reads what the other stores holds only in an order that all threads agree on.
     static constexpr std::memory_order kInOneOrder = std::memory_order_seq_cst;
 
     // Makes what was taken the batch, the oldest first.

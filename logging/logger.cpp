@@ -98,7 +98,8 @@ void WakeWriter() noexcept {
     if (const HANDLE wake = g_log.wake) ::SetEvent(wake);
 }
 
-// The writer's code must outlast every FreeLibrary. The system takes its own lock for that, so none of ours is held.
+// The writer's code must outlast every FreeLibrary. The system takes its own lock for that, so none of ours
+// is held.
 void PinModule() noexcept {
     constexpr DWORD kHow = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN;
     HMODULE module = nullptr;
@@ -144,7 +145,8 @@ bool Hand(const ql::LogRegistration& to, QLLogLevel level, const wchar_t* text) 
     return Ask(to, [&](ILogOutput& output) { output.Write(level, text); });
 }
 
-// Hands a line to the outputs of its levels, each under a number of its own. Up to g_log.delivered they have it.
+// Hands a line to the outputs of its levels, each under a number of its own. Up to g_log.delivered they have
+// it.
 void Deliver(QLLogLevel levels, const wchar_t* text, std::uint32_t number) noexcept {
     for (const QLLogLevel level : ql::kLogLevels) {
         if (!(levels & level)) continue;

@@ -12,14 +12,15 @@
 // The process-wide log: any thread queues lines, one writer thread hands them to the outputs. A caller never
 // touches a file and takes no lock. Lines are handled strictly in the order in which they were queued.
 //
-// A line that was accepted reaches the outputs' Write, also where nobody calls CloseLogs: when the process ends by
-// ExitProcess, exit or a return from main, what is left is written on the thread that ends it. A process that is killed,
-// or that crashes, loses what was queued in that instant: whenever the queue runs empty, the writer flushes the
-// outputs that buffer. The library stays loaded from the first InitializeLog on, whatever FreeLibrary asks.
+// A line that was accepted reaches the outputs' Write, also where nobody calls CloseLogs: when the process
+// ends by ExitProcess, exit or a return from main, what is left is written on the thread that ends it. A
+// process that is killed, or that crashes, loses what was queued in that instant: whenever the queue runs
+// empty, the writer flushes the outputs that buffer. The library stays loaded from the first InitializeLog
+// on, whatever FreeLibrary asks.
 //
-// Lines that are lost all the same are counted: for want of memory, at the bound of the backlog, on a full disk, or
-// because an output threw. The log says so before its next line of any level that has an output: "12 lines were lost:
-// the backlog was full".
+// Lines that are lost all the same are counted: for want of memory, at the bound of the backlog, on a full
+// disk, or because an output threw. The log says so before its next line of any level that has an output: "12
+// lines were lost: the backlog was full".
 //
 // Kept on purpose:
 //  - a line of several levels goes to the outputs of its lowest bits up to the first level that has none;
@@ -33,10 +34,11 @@ constexpr QLLogLevel operator|(QLLogLevel a, QLLogLevel b) noexcept {
     return static_cast<QLLogLevel>(static_cast<std::int32_t>(a) | static_cast<std::int32_t>(b));
 }
 
-// Where lines go. Only the writer thread calls an output, so it needs no lock of its own; an output may use the log
-// itself. At the end of a process that did not call CloseLogs, the thread that ends it takes over, after the host's
-// static objects are gone: a line, flush or close that the writer was amid is then asked for again, and outputs are
-// closed but not destroyed. An output that ends the process itself gets no further line, and its Close comes last.
+// Where lines go. Only the writer thread calls an output, so it needs no lock of its own; an output may use
+// the log itself. At the end of a process that did not call CloseLogs, the thread that ends it takes over,
+// after the host's static objects are gone: a line, flush or close that the writer was amid is then asked for
+// again, and outputs are closed but not destroyed. An output that ends the process itself gets no further
+// line, and its Close comes last.
 class QL_API ILogOutput {
   public:
     virtual void Write(QLLogLevel level,
@@ -46,7 +48,8 @@ class QL_API ILogOutput {
     virtual ~ILogOutput();
 };
 
-// An output that holds lines back until they are flushed. The writer calls its Flush also whenever the queue runs empty.
+// An output that holds lines back until they are flushed. The writer calls its Flush also whenever the queue
+// runs empty.
 class QL_API IBufferedLogOutput : public ILogOutput {
   public:
     ~IBufferedLogOutput() override;
@@ -115,16 +118,17 @@ class QL_API QLLogger {
     virtual ~QLLogger();
 
     // Registers the output under each level of the mask and starts the writer thread if it does not run; so
-    // does a mask of 0, which registers nothing. A null output is not registered; neither is one for which there is no
-    // memory. Lines queued before are written now. Where no thread can be started, lines stay queued until one can, or
-    // until CloseLogs writes them.
+    // does a mask of 0, which registers nothing. A null output is not registered; neither is one for which
+    // there is no memory. Lines queued before are written now. Where no thread can be started, lines stay
+    // queued until one can, or until CloseLogs writes them.
     static void InitializeLog(std::shared_ptr<ILogOutput> output, QLLogLevel mask) noexcept;
-    // The same with a QLLoggerOutputs::FileOutput on the file. A file that cannot be opened gets an entry in the event
-    // log, of the source "Quillet.Platform.Native.Util"; to be told, register a FileOutput and ask it.
+    // The same with a QLLoggerOutputs::FileOutput on the file. A file that cannot be opened gets an entry in
+    // the event log, of the source "Quillet.Platform.Native.Util"; to be told, register a FileOutput and ask
+    // it.
     static void InitializeLog(const wchar_t* fileName, QLLogLevel mask) noexcept;
 
-    // Queues a copy of the text as it stands; null does nothing. Returns at once, but at the bound of the backlog. An
-    // idle log writes it at once, a busy one within some ten milliseconds.
+    // Queues a copy of the text as it stands; null does nothing. Returns at once, but at the bound of the
+    // backlog. An idle log writes it at once, a busy one within some ten milliseconds.
     static void PutMessage(QLLogLevel level, const wchar_t* text) noexcept;
     // Queues a flush of every output, level by level; returns at once. Dropped when memory is short.
     static void FlushLogs() noexcept;
@@ -133,9 +137,9 @@ class QL_API QLLogger {
     // nothing. Called by an output, it does not wait. When memory is short it may close nothing.
     static void CloseLogs() noexcept;
 
-    // At most so many bytes of lines wait for the writer; 0, as at first, is no bound. Then callers wait (but an output,
-    // and never for a writer that does not run), or the line is dropped and counted. A line goes in when none waits,
-    // whatever its size.
+    // At most so many bytes of lines wait for the writer; 0, as at first, is no bound. Then callers wait (but
+    // an output, and never for a writer that does not run), or the line is dropped and counted. A line goes
+    // in when none waits, whatever its size.
     static void SetBacklogLimit(std::size_t bytes, QLLogBacklog whenFull) noexcept;
     // How many lines this process has lost so far.
     static std::uint32_t LostLines() noexcept;

@@ -24,9 +24,10 @@ struct LogRegistration {
     std::atomic<LogRegistration*> newer = nullptr;
 };
 
-// The outputs of each level in the order of registration. Any thread adds, by one exchange; the writer walks, and is the
-// only one to detach. Nobody takes a lock, so that neither a slow output nor a thread that the system ended holds anybody
-// up. As in the queue, what the system leaves of a change is complete enough for the thread that ends the process.
+// The outputs of each level in the order of registration. Any thread adds, by one exchange; the writer walks,
+// and is the only one to detach. Nobody takes a lock, so that neither a slow output nor a thread that the
+// system ended holds anybody up. As in the queue, what the system leaves of a change is complete enough for
+// the thread that ends the process.
 class OutputLists {
   public:
     // Ignores what is not exactly one level.

@@ -162,9 +162,9 @@ void RollingFileOutput::Open(bool anew) {
     if (anew || log_->file.Size() < kSmallestContent) WriteHeader();
 }
 
-// A roll-over that the end of the process, or the end of memory, cut short is not done again, which could push out a
-// further backup. The log goes on in the main file or, where the thread that rolled still holds that open, in the
-// first backup.
+// A roll-over that the end of the process, or the end of memory, cut short is not done again, which could
+// push out a further backup. The log goes on in the main file or, where the thread that rolled still holds
+// that open, in the first backup.
 void RollingFileOutput::Resume() noexcept {
     log_->rolling = false;
     Close();

@@ -164,8 +164,8 @@ int WriteUntilKilled(const wchar_t* file) {
     }
 }
 
-// Ends while a thread stands still at an instruction of the library. FILE and FILE.roll have the lines of one caller;
-// FILE.count says how many of them were queued, and whether the instruction was met.
+// Ends while a thread stands still at an instruction of the library. FILE and FILE.roll have the lines of one
+// caller; FILE.count says how many of them were queued, and whether the instruction was met.
 int EndWhileStopped(const wchar_t* file, unsigned long offset) {
     const std::wstring rolled = std::wstring(file) + L".roll";
     std::atomic<int> queued = 0;

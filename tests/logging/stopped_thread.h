@@ -4,7 +4,8 @@
 
 #include "platform/win32.h"
 
-// A breakpoint in the library: the first thread to meet it stands still there, but the one that planted it passes.
+// A breakpoint in the library: the first thread to meet it stands still there, but the one that planted it
+// passes.
 class StoppedThread {
   public:
     explicit StoppedThread(unsigned long offset)

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Ends processes while a thread stands still at an instruction of the log, at one instruction after the other, and holds
-what the files then have against what was queued: every line once, whole and in order.
+"""Ends processes while a thread stands still at an instruction of the log, at one instruction after the other, and
+holds what the files then have against what was queued: every line once, whole and in order.
 
-usage: sweep.py LOGGING_CHILD.exe LIBRARY.dll [--every N] [--results FILE.xml]    (all instructions: --every 1)
+usage: sweep.py LOGGING_CHILD.exe LIBRARY.dll [--every N] [--results FILE.xml]
 """
 import argparse
 import concurrent.futures
@@ -21,35 +21,41 @@ OBJDUMP = "i686-w64-mingw32-objdump"
 SECONDS = 60
 # The log's own code; what it calls of the library beside runs under other tests.
 OURS = re.compile(r"QLLogger|LogMessage|LogFile|FileOutput|LineHead|LogQueue|OutputLists|LineMemory|LineBlock|"
-                  r"LineText|LostLines|(?:^|_GLOBAL__N_1)\S*(?:Deliver|HandleInHand|HandleNext|CloseOutputs|Drain|Push|Begin)")
+                  r"LineText|LostLines|"
+                  r"(?:^|_GLOBAL__N_1)\S*(?:Deliver|HandleInHand|HandleNext|CloseOutputs|Drain|Push|Begin)")
+
+
+def dump(library, *switches):
+    return subprocess.run([OBJDUMP, *switches, library], capture_output=True, text=True, check=True).stdout
 
 
 def instructions(library):
     """The offsets of the log's instructions in the library."""
-    base = int(re.search(r"ImageBase\s+([0-9a-f]+)", subprocess.run(
-        [OBJDUMP, "-p", library], capture_output=True, text=True, check=True).stdout).group(1), 16)
-    listing = subprocess.run([OBJDUMP, "-d", "--no-show-raw-insn", library], capture_output=True, text=True, check=True)
+    base = int(re.search(r"ImageBase\s+([0-9a-f]+)", dump(library, "-p")).group(1), 16)
     ours = False
-    for line in listing.stdout.splitlines():
+    for line in dump(library, "-d", "--no-show-raw-insn").splitlines():
         if name := re.match(r"[0-9a-f]+ <(.+)>:", line):
             ours = OURS.search(name.group(1)) is not None
         elif ours and (code := re.match(r"\s*([0-9a-f]+):\t(\S+)", line)) and code.group(2) != "nop":
             yield int(code.group(1), 16) - base
 
 
-def entries(text):
+def entries(path):
     """The numbers of the lines of a log; -1 for anything that is none."""
-    for line in text.replace("\ufeff", "").split("\r\n"):
+    numbers = []
+    for line in path.read_bytes().decode("utf-8-sig").split("\r\n"):
         whole = re.fullmatch(r"\[[^]]*\]\[\d+\]\[a\.cpp:(\d+)\]-x{200}", line)
         if whole:
-            yield int(whole.group(1))
+            numbers.append(int(whole.group(1)))
         elif line and not line.startswith("#") and line != "*" * 53:
-            yield -1
+            numbers.append(-1)
+    return numbers
 
 
 def fault(queued, found):
-    """What is wrong with a log; the line that was being queued may be there too."""
-    return "" if found in (list(range(queued)), list(range(queued + 1))) else f"{queued} lines queued, in the log: {found}"
+    """What is wrong with a log; more may be in it than was queued when that was counted."""
+    right = len(found) >= queued and found == list(range(len(found)))
+    return "" if right else f"{queued} lines queued, in the log: {found}"
 
 
 def stop_at(child, offset):
@@ -57,16 +63,16 @@ def stop_at(child, offset):
     with tempfile.TemporaryDirectory(prefix="ql_sweep_") as folder:
         file = pathlib.Path(folder, "s.log")
         try:
-            done = subprocess.run([WINE, child, "stopped", f"Z:{file}", f"{offset:x}"], timeout=SECONDS, check=False)
+            call = [WINE, child, "stopped", f"Z:{file}", f"{offset:x}"]
+            done = subprocess.run(call, timeout=SECONDS, check=False)
         except subprocess.TimeoutExpired:
             return "hangs", True
         if done.returncode != 5:
             return f"exit status {done.returncode}", True
         queued, met = map(int, pathlib.Path(f"{file}.count").read_text().split())
         backups = sorted(file.parent.glob("s.log*.bak"), key=lambda path: -int(re.sub(r"\D", "", path.name)))
-        rolled = [path.read_bytes().decode() for path in [*backups, pathlib.Path(f"{file}.roll")] if path.exists()]
-        plain = fault(queued, list(entries(file.read_bytes().decode())))
-        return plain or fault(queued, [number for text in rolled for number in entries(text)]), bool(met)
+        rolled = [path for path in [*backups, pathlib.Path(f"{file}.roll")] if path.exists()]
+        return fault(queued, entries(file)) or fault(queued, sum(map(entries, rolled), [])), bool(met)
 
 
 def main():
@@ -79,7 +85,7 @@ def main():
     places = list(instructions(call.library))[call.every // 2::call.every]
     met, faults = 0, []
     with concurrent.futures.ThreadPoolExecutor(2) as pool:
-        for offset, (what, was_met) in zip(places, pool.map(lambda place: stop_at(call.child, place), places)):
+        for offset, (what, was_met) in zip(places, pool.map(stop_at, [call.child] * len(places), places)):
             met += was_met
             if what:
                 faults.append(offset)

@@ -9,8 +9,8 @@
 
 #include "rw/wide_string.h"
 
-// What a command found out: a tree of named values in the order in which a reader wants them. It is printed as aligned
-// lines or, with --json, through the library's JSON writer.
+// What a command found out: a tree of named values in the order in which a reader wants them. It is printed
+// as aligned lines or, with --json, through the library's JSON writer.
 struct Node;
 using List = std::vector<Node>;
 using Record = std::vector<std::pair<std::wstring, Node>>;
@@ -35,8 +35,9 @@ struct Document {
     RWWString text;
 };
 
-// What is found while it is printed, one record after the other, as long as there is one. With --json it is an array or,
-// for what goes on while it is watched, one object a line; else a line for each record, of its first values.
+// What is found while it is printed, one record after the other, as long as there is one. With --json it is
+// an array or, for what goes on while it is watched, one object a line; else a line for each record, of its
+// first values.
 struct Feed {
     std::function<std::optional<Record>()> next;
     std::size_t shown;

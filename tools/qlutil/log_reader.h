@@ -24,7 +24,8 @@ class LineReader {
   public:
     // False when it cannot be opened.
     bool Open(const std::filesystem::path& path);
-    // The next line without its end; false when there is none yet. The last one may be taken though it has no end.
+    // The next line without its end; false when there is none yet. The last one may be taken though it has no
+    // end.
     bool Next(std::string& line, bool takesUnended);
 
     // Whether the path leads to the file that is open, as far as it was read.
