@@ -189,6 +189,29 @@ void StatusBare(benchmark::State& state) {
     });
 }
 
+// A path of so many characters in folders of one letter, shortened as far as it goes. The time for a character stays.
+void FitOurs(benchmark::State& state) {
+    const HDC dc = ::CreateCompatibleDC(nullptr);
+    std::wstring path = L"C:";
+    while (path.size() < static_cast<std::size_t>(state.range(0))) path += L"\\d";
+    for (auto _ : state) {
+        RWWString text(path);
+        QLFileName::FitToWidth(dc, text, 0);
+        if (text != L"C:\\...\\d") state.SkipWithError("the path was not shortened");
+    }
+    ::DeleteDC(dc);
+    using benchmark::Counter;
+    state.counters["per character"] =
+        Counter(static_cast<double>(state.range(0)), Counter::kIsIterationInvariantRate | Counter::kInvert);
+}
+
+BENCHMARK(FitOurs)
+    ->Name("FitToWidth/quillet")
+    ->Arg(1000)
+    ->Arg(8000)
+    ->Arg(64'000)
+    ->Unit(benchmark::kMillisecond);
+
 BENCHMARK(ExistsOurs)->Name("Exists of 10000/quillet")->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(ExistsBare)->Name("Exists of 10000/_waccess")->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(StatusOurs)->Name("GetStatus of 10000/quillet")->Unit(benchmark::kMillisecond)->UseRealTime();

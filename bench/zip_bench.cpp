@@ -12,6 +12,7 @@
 
 #include "bench/zip_files.h"
 #include "bench/zip_rows.h"
+#include "engine/archive_writer.h"
 #include "engine/unzip_command.h"
 #include "engine/zip_command.h"
 #include "platform/win32.h"
@@ -226,6 +227,79 @@ void RegisterTree(const Tree& tree) {
     Register(work + "/zlib_in_memory", pack, [&tree, packed] { BareExtracts(tree, *packed, false); });
 }
 
+// An archive of so many members of a few bytes, on the disk.
+struct ManyMembers {
+    explicit ManyMembers(std::size_t count)
+        : path(TempFolder() + "\\" + std::to_string(count) + " members.zip") {
+        struct Written final : ql::zip::OutputFile {
+            void WriteAt(std::uint64_t offset, const std::uint8_t* data, std::size_t size) override {
+                bytes.resize(static_cast<std::size_t>(offset));
+                bytes.insert(bytes.end(), data, data + size);
+            }
+            Buffer bytes;
+        } written;
+        ql::zip::ArchiveWriter writer(written);
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::string name = "folder/member " + std::to_string(i) + ".txt";
+            ql::zip::MemoryInput content(reinterpret_cast<const std::uint8_t*>(name.data()), name.size());
+            writer.Add({name}, content, [](std::uint64_t) {});
+        }
+        writer.Finish("");
+        WriteWhole(path, written.bytes.data(), written.bytes.size());
+        last = "\"folder/member " + std::to_string(count - 1) + ".txt\"";
+    }
+    ~ManyMembers() { ::DeleteFileA(path.c_str()); }
+
+    UNZIPCMDSTRUCT Command(std::int32_t function) const {
+        UNZIPCMDSTRUCT command{};
+        command.unzipStructSize = sizeof command;
+        command.function = function;
+        command.lpszZIPFile = path.c_str();
+        command.lpszFilespec = last.c_str();
+        return command;
+    }
+
+    std::string path, last;
+};
+
+int QL_ZIP_CALL Overlook(const ZIPMEMBER*, void*) {
+    return 0;
+}
+
+void RegisterMembers(std::size_t count) {
+    const auto members = std::make_shared<ManyMembers>(count);
+    const std::string work = "zip_members_" + std::to_string(count);
+    const auto nothing = [] {};
+    const auto ask = [members](std::int32_t function, std::int32_t index) {
+        ZIPINFO info;
+        char content[64];
+        UNZIPCMDSTRUCT command = members->Command(function);
+        command.index = index;
+        command.zInfo = &info;
+        command.lpMemBlock = content;
+        command.lMemBlockSize = sizeof content;
+        Check(ql::zip::RunUnzip(command) == ql::zip::Result::kOk, "the engine does not answer");
+    };
+    Register(work + "/list_all", nothing, [members] {
+        UNZIPCMDSTRUCT command = members->Command(UNZIP_COUNT_ALL);
+        command.index = -1;
+        Check(ql::zip::RunUnzipEach(command, Overlook, nullptr) == ql::zip::Result::kOk,
+              "the engine does not list");
+    });
+    Register(work + "/record_by_index", nothing, [ask] { ask(UNZIP_INDEXED, 50); });
+    Register(work + "/ask_for_one", nothing, [ask] { ask(UNZIP_COUNT_MATCHING, -1); });
+    Register(work + "/extract_one_to_memory", nothing, [ask] { ask(UNZIP_FILE_TO_MEMORY, -1); });
+    Register(work + "/change_comment", nothing, [members] {
+        ZIPCMDSTRUCT command{};
+        command.zipStructSize = sizeof command;
+        command.function = ZIP_ADD;
+        command.lpszZIPFile = members->path.c_str();
+        command.addCommentFlag = 1;
+        command.lpszComment = "told";
+        Check(ql::zip::RunZip(command) == ql::zip::Result::kOk, "the engine does not comment");
+    });
+}
+
 // The trees are made when the first benchmark is registered, and go with the process.
 const bool registered = [] {
     static const Tree large("100MB", 100, 1u << 20), small("10000x1KB", 10000, 1024);
@@ -235,6 +309,7 @@ const bool registered = [] {
     PrintPeak("100 MB added and extracted");
     RegisterTree(large);
     RegisterTree(small);
+    for (const std::size_t count : {100u, 1000u, 8000u, 65534u, 500000u}) RegisterMembers(count);
     return true;
 }();
 

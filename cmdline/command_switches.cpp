@@ -53,6 +53,7 @@ void CCommandSwitches::DeclareSwitch(const wchar_t* name, SwitchKind kind) {
 
 void CCommandSwitches::Scan(const wchar_t* commandLine) {
     if (!commandLine) return;
+    ignored_.ClearEntries();
     const std::wstring_view line = ql::WithoutBlanks(commandLine);
     std::wstring token;
     bool quoted = false;
@@ -93,6 +94,7 @@ void CCommandSwitches::Match(std::wstring_view token) {
         declared.found = true;
         return;
     }
+    ignored_.AppendString(RWWString(token));
 }
 
 const CCommandSwitch* CCommandSwitches::FindSwitch(const wchar_t* name) const {

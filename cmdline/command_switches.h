@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "rw/wide_string.h"
+#include "text/string_table.h"
 
 // What may be said on a command line of one program, and what a line says. Every switch is declared first,
 // then a line is scanned, then the switches are asked about by name.
@@ -65,6 +66,9 @@ class CCommandSwitches {
     // Blanks around the line are dropped. What earlier scans found stays found.
     void Scan(const wchar_t* commandLine);
 
+    // The words of the last line that no switch claimed, without their quotes.
+    const QLStringTable& GetIgnored() const noexcept { return ignored_; }
+
     // Without its quotes; empty when there is none. Valid until the next scan.
     bool HasLeadingText() const noexcept { return !leadingText_.isNull(); }
     const wchar_t* GetLeadingText() const noexcept { return leadingText_.data(); }
@@ -88,4 +92,5 @@ class CCommandSwitches {
     // Its order is the rule: of the names that a token begins with, the first claims it.
     std::map<std::wstring, Declared, std::less<>> declared_;
     RWWString leadingText_;
+    QLStringTable ignored_;
 };

@@ -171,6 +171,7 @@ void QuilletCmdSwitchParser::ParseSwitches(const wchar_t* commandLine) {
     CCommandSwitches given;
     for (const Switches::Row& row : Switches::kRows) given.DeclareSwitch(row.name, row.kind);
     given.Scan(commandLine);
+    ignoredWords_ = given.GetIgnored();
     if (given.HasLeadingText()) TakeLeadingFile(given.GetLeadingText());
 
     // These say whether they are on this line; the others stay once they were given.

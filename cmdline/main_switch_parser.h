@@ -10,6 +10,7 @@
 #include "text/string_table.h"
 #include "textproc/form_proc.h"
 
+// How the library of templates is to be shown.
 enum LibMode : int {
     LIBMODE_NONE = 0,  // no library window: a server, or one task and out
     LIBMODE_HIDDEN = 1,
@@ -17,6 +18,7 @@ enum LibMode : int {
     LIBMODE_SHOWN = 3,
 };
 
+// What becomes of the program, of the output, and of the answers at the start.
 enum ExitBehavior : int { EXIT_WHEN_DONE = 0, EXIT_NEVER = 1, EXIT_UNDECIDED = 2 };
 enum OutputFileType : int { OUTPUT_NOT_GIVEN = 0, OUTPUT_AS = 1, OUTPUT_QS = 2 };
 enum INITIALASKSTATE : int { INITIALASK_DEFAULT = 0, INITIALASK_UNANSWERED = 1 };
@@ -120,6 +122,9 @@ class QL_API QuilletCmdSwitchParser {
     long GetPrintCopies() const noexcept { return printCopies_; }
     QLStringTable& GetOverlayFiles() noexcept { return overlayFiles_; }
 
+    // The words of the last line that no switch claimed: a misspelt switch is among them.
+    const QLStringTable& GetIgnoredWords() const noexcept { return ignoredWords_; }
+
   private:
     enum TextIndex {
         kTplPath,
@@ -188,7 +193,7 @@ class QL_API QuilletCmdSwitchParser {
     LibMode libMode_ = LIBMODE_UNDECIDED;
     ExitBehavior exit_ = EXIT_UNDECIDED;
     std::array<std::optional<RWWString>, kTextCount> texts_;
-    QLStringTable overlayFiles_;
+    QLStringTable overlayFiles_, ignoredWords_;
     long printCopies_ = 1;
     std::bitset<kFlagCount> flags_;
 };

@@ -50,6 +50,7 @@ void ServerCmdSwitches::ParseSwitches(const wchar_t* commandLine) {
         given.DeclareSwitch(name, SWITCH_VALUE);
     given.Scan(commandLine);
 
+    ignoredWords_ = given.GetIgnored();
     if (given.HasLeadingText()) TakeFile(given.GetLeadingText());
     for (const Table::Row& row : Table::kFlags) {
         if (given.IsSwitchSet(row.name)) flags_.set(row.flag);

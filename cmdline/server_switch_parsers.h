@@ -6,6 +6,7 @@
 #include "names/cmd_line.h"
 #include "platform/export.h"
 #include "rw/wide_string.h"
+#include "text/string_table.h"
 
 // What the Filler's and the Automator's command lines have in common, which is everything: a file to open,
 // printing and the start as a server. Names and meanings are those of cmdline/main_switch_parser.h, the way
@@ -31,6 +32,7 @@ class QL_API ServerCmdSwitches {
     bool IsDDE() const noexcept { return flags_[kDDE]; }
     bool IsAutomation() const noexcept { return flags_[kAutomation]; }
     bool IsEmbedded() const noexcept { return flags_[kEmbedded]; }
+    const QLStringTable& GetIgnoredWords() const noexcept { return ignoredWords_; }  // that no switch claimed
 
     // Shows an error message unless `expected` is the object's own address, the low 32 bits of it where addresses have
     // more.
@@ -70,14 +72,17 @@ class QL_API ServerCmdSwitches {
     std::optional<RWWString> fileName_, tray_, pageSize_;
     long printCopies_ = 1;
     std::bitset<kFlagCount> flags_;
+    QLStringTable ignoredWords_;
 };
 
+// The command line of the form filler.
 class QL_API FillerCmdSwitchParser : public ServerCmdSwitches {
   public:
     explicit FillerCmdSwitchParser(const wchar_t* commandLine);
     explicit FillerCmdSwitchParser(const QLCmdLine& commandLine);
 };
 
+// The command line of the form automator.
 class QL_API AutomatorCmdSwitchParser : public ServerCmdSwitches {
   public:
     explicit AutomatorCmdSwitchParser(const wchar_t* commandLine);

@@ -8,6 +8,7 @@
 #include <zlib.h>
 
 #include "engine/archive_end.h"
+#include "engine/entry_name.h"
 #include "engine/format.h"
 #include "engine/name_encoding.h"
 #include "engine/result.h"
@@ -15,30 +16,13 @@
 namespace ql::zip {
 namespace {
 
-constexpr std::uint64_t kMaxDirectory = 64u << 20;
-
 // Deflate cannot give more than this many bytes for one.
 constexpr std::uint64_t kMaxRatio = 1032;
 
-struct Field {
-    const std::uint8_t* data;
-    std::size_t size;
-};
-
-// The extra field of that kind. Fields that do not fit their frame are the end of them, as everywhere.
-std::optional<Field> FindExtra(Field extra, std::uint16_t kind) {
-    while (extra.size >= 4) {
-        const std::size_t size = Get16(extra.data + 2);
-        if (size > extra.size - 4) break;
-        if (Get16(extra.data) == kind) return Field{extra.data + 4, size};
-        extra = {extra.data + 4 + size, extra.size - 4 - size};
-    }
-    return std::nullopt;
-}
-
-// Replaces the values that are kept as 64 bits, in the order in which they stand there.
-void Read64(Entry& entry, Field extra) {
-    Field rest = FindExtra(extra, kExtra64).value_or(Field{nullptr, 0});
+// Replaces the values that are kept as 64 bits, in the order in which they stand there. What follows them is the number
+// of the volume, where the record leaves it to them.
+void Read64(Entry& entry, Field extra, std::uint16_t disk) {
+    Field rest = FindExtra(extra, kExtra64).value_or(Field{});
     for (std::uint64_t* value : {&entry.size, &entry.packedSize, &entry.offset}) {
         if (*value != kIn64) continue;
         entry.needs64 = true;
@@ -46,6 +30,9 @@ void Read64(Entry& entry, Field extra) {
         *value = Get64(rest.data);
         rest = {rest.data + 8, rest.size - 8};
     }
+    const bool isIn64 = disk == kCountIn64 && rest.size >= 4;
+    entry.needs64 = entry.needs64 || isIn64;
+    Require((isIn64 ? Get32(rest.data) : disk) == 0, Result::kMultiVolume);
 }
 
 // A second form of the name, which counts only while it belongs to the first.
@@ -60,31 +47,46 @@ std::optional<std::string> UnicodePath(std::string_view name, Field extra) {
 }
 
 // Unix programs write UTF-8 without saying so.
-std::string DecodeName(std::string_view name, const std::uint8_t* record, Field extra) {
-    const bool saysUtf8 = Get16(record + 8) & kFlagUtf8 || record[5] == kHostUnix;
+std::string DecodeName(std::string_view name, std::uint16_t flags, std::uint8_t host, Field extra) {
+    const bool saysUtf8 = flags & kFlagUtf8 || host == kHostUnix;
     if (saysUtf8 && IsUtf8(name)) return std::string(name);
     if (auto path = UnicodePath(name, extra)) return *std::move(path);
-    return Utf8FromCp437(name);
+    return Utf8FromOem(name);
+}
+
+// The hosts whose attributes are those of Windows need no slash behind a folder's name.
+bool IsFolder(const Entry& entry, std::uint8_t host) {
+    if (entry.name.empty()) return false;
+    if (IsSeparator(entry.name.back())) return true;
+    const bool hasAttributes = host == kHostDos || host == kHostNtfs || host == kHostVfat;
+    return hasAttributes && entry.attributes & kFolderAttribute && entry.size == 0;
+}
+
+Field NameIn(const std::uint8_t* record) {
+    return {record + kRecordSize, Get16(record + record::kNameSize)};
+}
+Field ExtraIn(const std::uint8_t* record) {
+    return {record + kRecordSize + Get16(record + record::kNameSize), Get16(record + record::kExtraSize)};
 }
 
 Entry ParseRecord(const std::uint8_t* at, std::size_t available) {
     Require(available >= kRecordSize && Get32(at) == kRecordSignature, Result::kInvalid);
-    const std::size_t nameSize = Get16(at + 28), extraSize = Get16(at + 30);
     Entry entry;
-    entry.recordSize = kRecordSize + nameSize + extraSize + Get16(at + 32);
+    entry.recordSize = kRecordSize + NameIn(at).size + ExtraIn(at).size + Get16(at + record::kCommentSize);
     Require(entry.recordSize <= available, Result::kInvalid);
-    Require(Get16(at + 34) == 0, Result::kMultiVolume);
-    entry.flags = Get16(at + 8);
-    entry.method = Get16(at + 10);
-    entry.time = Get32(at + 12);
-    entry.crc = Get32(at + 16);
-    entry.packedSize = Get32(at + 20);
-    entry.size = Get32(at + 24);
-    entry.attributes = Get32(at + 38);
-    entry.offset = Get32(at + 42);
-    const Field extra{at + kRecordSize + nameSize, extraSize};
-    Read64(entry, extra);
-    entry.name = DecodeName({reinterpret_cast<const char*>(at + kRecordSize), nameSize}, at, extra);
+    entry.flags = Get16(at + record::kFlags);
+    entry.method = Get16(at + record::kMethod);
+    entry.time = Get32(at + record::kTime);
+    entry.crc = Get32(at + record::kCrc);
+    entry.packedSize = Get32(at + record::kPackedSize);
+    entry.size = Get32(at + record::kSize);
+    entry.attributes = Get32(at + record::kAttributes);
+    entry.offset = Get32(at + record::kOffset);
+    const Field name = NameIn(at), extra = ExtraIn(at);
+    Read64(entry, extra, Get16(at + record::kDisk));
+    entry.utcTime = UtcTimeIn(extra);
+    entry.name = DecodeName(TextOf(name.data, name.size), entry.flags, at[record::kHost], extra);
+    entry.isFolder = IsFolder(entry, at[record::kHost]);
     return entry;
 }
 
@@ -103,34 +105,44 @@ Archive::Archive(InputFile& file) {
     ArchiveEnd end = ReadArchiveEnd(file);
     Require(end.directorySize <= kMaxDirectory, Result::kNoMemory);
     directory_ = ReadBytes(file, end.directoryStart, static_cast<std::size_t>(end.directorySize));
+    directoryStart_ = end.directoryStart;
+    base_ = end.base;
     comment_ = std::move(end.comment);
-    ParseDirectory(end.count, end.base);
-    OrderByOffset(end.directoryStart);
+    ParseDirectory(end.count);
+    OrderByOffset();
+    index_ = MemberIndex(entries_);
 }
 
-void Archive::ParseDirectory(std::uint64_t count, std::uint64_t base) {
+bool Archive::IsIn(InputFile& file) const {
+    const ArchiveEnd end = ReadArchiveEnd(file);
+    return end.directoryStart == directoryStart_ && end.base == base_ &&
+           end.directorySize == directory_.size() && end.count == entries_.size() &&
+           end.comment == comment_ && ReadBytes(file, directoryStart_, directory_.size()) == directory_;
+}
+
+void Archive::ParseDirectory(std::uint64_t count) {
     Require(count <= directory_.size() / kRecordSize, Result::kInvalid);
     entries_.reserve(static_cast<std::size_t>(count));
     std::size_t at = 0;
     while (entries_.size() < count) {
         Entry entry = ParseRecord(directory_.data() + at, directory_.size() - at);
         entry.record = at;
-        entry.offset += base;
+        entry.offset += base_;
         at += entry.recordSize;
         entries_.push_back(std::move(entry));
     }
     Require(at == directory_.size(), Result::kInvalid);
 }
 
-void Archive::OrderByOffset(std::uint64_t directoryStart) {
+void Archive::OrderByOffset() {
     byOffset_.resize(entries_.size());
     std::iota(byOffset_.begin(), byOffset_.end(), std::size_t{0});
     std::sort(byOffset_.begin(), byOffset_.end(),
               [this](std::size_t a, std::size_t b) { return entries_[a].offset < entries_[b].offset; });
-    std::uint64_t end = directoryStart;
+    std::uint64_t end = directoryStart_;
     for (auto i = byOffset_.rbegin(); i != byOffset_.rend(); ++i) {
         Entry& entry = entries_[*i];
-        const std::uint64_t header = kLocalSize + Get16(Record(entry) + 28);
+        const std::uint64_t header = kLocalSize + NameIn(Record(entry)).size;
         Require(entry.offset <= end && header <= end - entry.offset, Result::kInvalid);
         Require(entry.packedSize <= end - entry.offset - header && SizesAreSensible(entry), Result::kInvalid);
         entry.end = end;
@@ -139,24 +151,46 @@ void Archive::OrderByOffset(std::uint64_t directoryStart) {
     prefixSize_ = end;
 }
 
+void Archive::RequireMembersInPlace(InputFile& file) const {
+    if (base_ == 0) return;
+    for (const std::size_t i : byOffset_) {
+        const Bytes signature = ReadBytes(file, entries_[i].offset, kSignatureSize);
+        Require(Get32(signature.data()) == kLocalSignature, Result::kInvalid);
+    }
+}
+
+// A second form of the name may stand in the local header alone, and the same bytes may be said there to be in another
+// encoding.
+void Archive::RequireSameName(const Bytes& localExtra, std::uint16_t localFlags, const Entry& entry) const {
+    const std::uint8_t* record = Record(entry);
+    const Field own{localExtra.data(), localExtra.size()}, name = NameIn(record);
+    const Field told = FindExtra(own, kExtraUnicodePath) ? own : ExtraIn(record);
+    Require(DecodeName(TextOf(name.data, name.size), localFlags, record[record::kHost], told) == entry.name,
+            Result::kInvalid);
+}
+
 std::uint64_t Archive::DataStart(InputFile& file, const Entry& entry) const {
     const std::uint8_t* record = Record(entry);
-    const std::size_t nameSize = Get16(record + 28);
-    const Bytes header = ReadBytes(file, entry.offset, kLocalSize + nameSize);
-    const std::uint8_t* local = header.data();
-    Require(Get32(local) == kLocalSignature && Get16(local + 26) == nameSize &&
-                std::equal(local + kLocalSize, local + kLocalSize + nameSize, record + kRecordSize),
+    const Field name = NameIn(record);
+    const Bytes header = ReadBytes(file, entry.offset, kLocalSize + name.size);
+    const std::uint8_t* at = header.data();
+    Require(Get32(at) == kLocalSignature && Get16(at + local::kNameSize) == name.size &&
+                std::equal(name.data, name.data + name.size, at + kLocalSize),
             Result::kInvalid);
-    Require(Get16(local + 8) == entry.method && !((Get16(local + 6) ^ entry.flags) & kFlagEncrypted),
+    const std::uint16_t flags = Get16(at + local::kFlags);
+    Require(Get16(at + local::kMethod) == entry.method && !((flags ^ entry.flags) & kFlagEncrypted),
             Result::kInvalid);
     // Numbers that come only after the data, or that are kept as 64 bits, are the directory's alone.
-    if (!(Get16(local + 6) & kFlagDescriptor) && Get32(local + 18) != kIn64 && Get32(local + 22) != kIn64) {
-        Require(Get32(local + 14) == entry.crc && Get32(local + 18) == entry.packedSize &&
-                    Get32(local + 22) == entry.size,
+    if (!(flags & kFlagDescriptor) && Get32(at + local::kPackedSize) != kIn64 &&
+        Get32(at + local::kSize) != kIn64) {
+        Require(Get32(at + local::kCrc) == entry.crc && Get32(at + local::kPackedSize) == entry.packedSize &&
+                    Get32(at + local::kSize) == entry.size,
                 Result::kInvalid);
     }
-    const std::uint64_t start = entry.offset + kLocalSize + nameSize + Get16(local + 28);
+    const std::uint64_t extraStart = entry.offset + header.size(), extraSize = Get16(at + local::kExtraSize);
+    const std::uint64_t start = extraStart + extraSize;
     Require(start <= entry.end && entry.packedSize <= entry.end - start, Result::kInvalid);
+    RequireSameName(ReadBytes(file, extraStart, static_cast<std::size_t>(extraSize)), flags, entry);
     return start;
 }
 

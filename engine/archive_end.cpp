@@ -14,10 +14,6 @@ struct EndFields {
     std::uint64_t disk, directoryDisk, countHere, count, size, offset;
 };
 
-bool IsEndRecord(const Bytes& tail, std::size_t at) {
-    return Get32(&tail[at]) == kEndSignature && Get16(&tail[at + 20]) == tail.size() - at - kEndSize;
-}
-
 bool StartsAsArchive(InputFile& file) {
     std::uint8_t start[4];
     return file.ReadAt(0, start, 4) == 4 && Get32(start) == kLocalSignature;
@@ -30,41 +26,79 @@ struct Tail {
 };
 
 // By the record alone.
-std::uint64_t DirectorySize(const Tail& tail, std::size_t end) {
-    return Get32(&tail.bytes[end + 12]);
+std::uint64_t DirectorySize(const Tail& tail, std::size_t at) {
+    return Get32(&tail.bytes[at + end::kSize]);
+}
+
+std::size_t BytesBehind(const Tail& tail, std::size_t at) {
+    return tail.bytes.size() - at - kEndSize;
+}
+std::size_t CommentSize(const Tail& tail, std::size_t at) {
+    return Get16(&tail.bytes[at + end::kCommentSize]);
 }
 
 // Whether what an end follows is before it: a directory, or the locator of the record that knows of one.
-bool FollowsDirectory(InputFile& file, const Tail& tail, std::size_t end) {
-    const std::uint64_t size = DirectorySize(tail, end), place = tail.start + end;
+bool FollowsDirectory(InputFile& file, const Tail& tail, std::size_t at) {
+    const std::uint64_t size = DirectorySize(tail, at), place = tail.start + at;
     const std::uint64_t back = size == kIn64 ? kLocator64Size : size;
     const std::uint32_t signature = size == kIn64 ? kLocator64Signature : kRecordSignature;
-    return back >= 4 && back <= place && Get32(ReadBytes(file, place - back, 4).data()) == signature;
+    return back >= kSignatureSize && back <= place &&
+           Get32(ReadBytes(file, place - back, kSignatureSize).data()) == signature;
 }
 
-// Records whose comments reach the end of the file as well: programs would not agree on what the archive holds, unless
-// all but the last are contents of members that look like one.
-std::size_t FindEndRecord(InputFile& file, const Tail& tail) {
+bool IsOfEmptyArchive(const Tail& tail, std::size_t at) {
+    return tail.start + at == 0 && DirectorySize(tail, at) == 0;
+}
+
+// Everything that looks like an end record, from the first on.
+std::vector<std::size_t> EndSignatures(const Tail& tail) {
     std::vector<std::size_t> found;
     for (std::size_t i = 0; i + kEndSize <= tail.bytes.size(); ++i) {
-        if (IsEndRecord(tail.bytes, i)) found.push_back(i);
+        if (Get32(&tail.bytes[i]) == kEndSignature) found.push_back(i);
     }
-    if (found.empty()) throw Failure{StartsAsArchive(file) ? Result::kTruncated : Result::kInvalid};
-    const std::size_t last = found.back();
-    found.pop_back();
+    return found;
+}
+
+// What else looks like an end record is in nobody's way as contents of a member, before the directory, unless it closes
+// a directory itself and its comment takes the rest of the file.
+void RefuseOthers(InputFile& file, const Tail& tail, const std::vector<std::size_t>& found,
+                  std::size_t chosen) {
     for (const std::size_t other : found) {
-        const bool isBefore = other + kEndSize + DirectorySize(tail, last) <= last;
-        Require(isBefore && !FollowsDirectory(file, tail, other), Result::kInvalid);
+        if (other == chosen) continue;
+        const bool isBefore = other + kEndSize + DirectorySize(tail, chosen) <= chosen;
+        const bool reachesEnd = CommentSize(tail, other) == BytesBehind(tail, other);
+        Require(isBefore && !(reachesEnd && FollowsDirectory(file, tail, other)), Result::kInvalid);
     }
-    return last;
+}
+
+// Bytes behind the end are nothing of the archive's: programs agree on it while there is but one end to be found.
+std::size_t EndBeforeOtherBytes(InputFile& file, const Tail& tail, const std::vector<std::size_t>& found) {
+    const std::size_t only = found.front();
+    const bool fits = FollowsDirectory(file, tail, only) || IsOfEmptyArchive(tail, only);
+    Require(found.size() == 1 && fits, Result::kInvalid);
+    Require(CommentSize(tail, only) <= BytesBehind(tail, only), Result::kTruncated);
+    return only;
+}
+
+// Programs would not agree on what an archive with two ends holds.
+std::size_t FindEndRecord(InputFile& file, const Tail& tail) {
+    const std::vector<std::size_t> found = EndSignatures(tail);
+    if (found.empty()) throw Failure{StartsAsArchive(file) ? Result::kTruncated : Result::kInvalid};
+    const auto reachesEnd = [&](std::size_t at) { return CommentSize(tail, at) == BytesBehind(tail, at); };
+    const auto last = std::find_if(found.rbegin(), found.rend(), reachesEnd);
+    if (last == found.rend()) return EndBeforeOtherBytes(file, tail, found);
+    RefuseOthers(file, tail, found, *last);
+    return *last;
 }
 
 EndFields ParseEnd(const std::uint8_t* at) {
-    return {Get16(at + 4), Get16(at + 6), Get16(at + 8), Get16(at + 10), Get32(at + 12), Get32(at + 16)};
+    return {Get16(at + end::kDisk),  Get16(at + end::kDirectoryDisk), Get16(at + end::kCountHere),
+            Get16(at + end::kCount), Get32(at + end::kSize),          Get32(at + end::kOffset)};
 }
 
 EndFields ParseEnd64(const std::uint8_t* at) {
-    return {Get32(at + 16), Get32(at + 20), Get64(at + 24), Get64(at + 32), Get64(at + 40), Get64(at + 48)};
+    return {Get32(at + end64::kDisk),  Get32(at + end64::kDirectoryDisk), Get64(at + end64::kCountHere),
+            Get64(at + end64::kCount), Get64(at + end64::kSize),          Get64(at + end64::kOffset)};
 }
 
 bool Agrees(std::uint64_t narrow, std::uint64_t wide, std::uint64_t in64) {
@@ -81,22 +115,35 @@ bool Agree(const EndFields& narrow, const EndFields& wide) {
            Agrees(narrow.offset, wide.offset, kIn64);
 }
 
-// Where the 64-bit end record starts, when the locator before the end record leads to one.
-std::optional<std::uint64_t> FindEnd64(InputFile& file, std::uint64_t end) {
-    if (end < kLocator64Size + kEnd64Size) return std::nullopt;
-    const Bytes locator = ReadBytes(file, end - kLocator64Size, kLocator64Size);
-    if (Get32(locator.data()) != kLocator64Signature) return std::nullopt;
-    Require(Get32(&locator[4]) == 0 && Get32(&locator[16]) <= 1, Result::kMultiVolume);
-    const std::uint64_t start = Get64(&locator[8]);
-    Require(start <= end - kLocator64Size - kEnd64Size, Result::kInvalid);
-    return start;
+bool IsEnd64(const Bytes& record, std::uint64_t restSize) {
+    return Get32(record.data()) == kEnd64Signature && Get64(&record[end64::kRest]) == restSize;
 }
 
-EndFields ReadEnd64(InputFile& file, std::uint64_t start, std::uint64_t locator) {
-    const Bytes record = ReadBytes(file, start, kEnd64Size);
-    Require(Get32(record.data()) == kEnd64Signature && Get64(&record[4]) == locator - start - 12,
-            Result::kInvalid);
-    return ParseEnd64(record.data());
+struct End64 {
+    EndFields fields;
+    std::uint64_t start;
+};
+
+// The 64-bit end record, when the locator before the end record leads to one. Behind other bytes the locator misses it
+// by their size; it then stands right before the locator.
+std::optional<End64> FindEnd64(InputFile& file, std::uint64_t end) {
+    if (end < kLocator64Size + kEnd64Size) return std::nullopt;
+    const std::uint64_t place = end - kLocator64Size, adjacent = place - kEnd64Size;
+    const Bytes locator = ReadBytes(file, place, kLocator64Size);
+    if (Get32(locator.data()) != kLocator64Signature) return std::nullopt;
+    Require(Get32(&locator[locator64::kDisk]) == 0 && Get32(&locator[locator64::kDisks]) <= 1,
+            Result::kMultiVolume);
+    const std::uint64_t told = Get64(&locator[locator64::kOffset]);
+    Require(told <= adjacent, Result::kInvalid);
+    for (const std::uint64_t start : {told, adjacent}) {
+        const Bytes record = ReadBytes(file, start, kEnd64Size);
+        if (!IsEnd64(record, end64::kRestSize + (adjacent - start))) continue;
+        const End64 found{ParseEnd64(record.data()), start};
+        // The bytes before the archive move both, or none.
+        Require(start - told == start - found.fields.size - found.fields.offset, Result::kInvalid);
+        return found;
+    }
+    throw Failure{Result::kInvalid};
 }
 
 }  // namespace
@@ -107,22 +154,22 @@ ArchiveEnd ReadArchiveEnd(InputFile& file) {
         static_cast<std::size_t>(std::min<std::uint64_t>(size, kEndSize + kMaxComment));
     const Tail tail = {ReadBytes(file, size - tailSize, tailSize), size - tailSize};
     const std::size_t at = FindEndRecord(file, tail);
-    const std::uint64_t end = tail.start + at;
+    const std::uint64_t place = tail.start + at;
 
     EndFields fields = ParseEnd(&tail.bytes[at]);
-    std::uint64_t directoryEnd = end;
-    if (const auto end64 = FindEnd64(file, end)) {
-        const EndFields wide = ReadEnd64(file, *end64, end - kLocator64Size);
-        Require(Agree(fields, wide), Result::kInvalid);
-        fields = wide;
-        directoryEnd = *end64;
+    std::uint64_t directoryEnd = place;
+    if (const auto wide = FindEnd64(file, place)) {
+        Require(Agree(fields, wide->fields), Result::kInvalid);
+        fields = wide->fields;
+        directoryEnd = wide->start;
     }
     Require(fields.disk == 0 && fields.directoryDisk == 0 && fields.countHere == fields.count,
             Result::kMultiVolume);
     Require(fields.size <= directoryEnd && fields.offset <= directoryEnd - fields.size, Result::kTruncated);
     const std::uint64_t start = directoryEnd - fields.size;
+    const std::uint8_t* comment = &tail.bytes[at] + kEndSize;
     return {fields.count, start, fields.size, start - fields.offset,
-            std::string(tail.bytes.begin() + static_cast<std::ptrdiff_t>(at + kEndSize), tail.bytes.end())};
+            std::string(TextOf(comment, CommentSize(tail, at)))};
 }
 
 }  // namespace ql::zip

@@ -5,7 +5,6 @@
 namespace ql::zip {
 namespace {
 constexpr int kMemoryLevel = 8;
-constexpr std::size_t kLeastRoom = 32u << 10;
 }  // namespace
 
 Deflater::Deflater(int level) : level_(level) {
@@ -17,21 +16,16 @@ Deflater::~Deflater() {
     deflateEnd(&stream_);
 }
 
-void Deflater::Reset() {
+std::size_t Deflater::Pack(const PlainBlock& block, std::uint8_t* out) {
     deflateReset(&stream_);
-}
-
-void Deflater::Put(const std::uint8_t* data, std::size_t size, bool last, OutputBuffer& out) {
-    stream_.next_in = const_cast<Bytef*>(data);
-    stream_.avail_in = static_cast<uInt>(size);
-    do {
-        out.Reserve(kLeastRoom);
-        const std::size_t room = out.RoomSize();
-        stream_.next_out = out.Room();
-        stream_.avail_out = static_cast<uInt>(room);
-        deflate(&stream_, last ? Z_FINISH : Z_NO_FLUSH);
-        out.Advance(room - stream_.avail_out);
-    } while (stream_.avail_out == 0);
+    if (block.windowSize > 0)
+        deflateSetDictionary(&stream_, block.window, static_cast<uInt>(block.windowSize));
+    stream_.next_in = const_cast<Bytef*>(block.data);
+    stream_.avail_in = static_cast<uInt>(block.size);
+    stream_.next_out = out;
+    stream_.avail_out = static_cast<uInt>(MostPacked(block.size));
+    deflate(&stream_, block.isLast ? Z_FINISH : Z_SYNC_FLUSH);
+    return MostPacked(block.size) - stream_.avail_out;
 }
 
 }  // namespace ql::zip

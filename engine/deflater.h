@@ -1,10 +1,20 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include <zlib.h>
 
-#include "engine/output_buffer.h"
-
 namespace ql::zip {
+
+// A part of a member's contents that is packed by itself, with what comes before it in mind.
+struct PlainBlock {
+    const std::uint8_t* window;  // what comes before, as far as packing looks back
+    std::size_t windowSize;
+    const std::uint8_t* data;
+    std::size_t size;
+    bool isLast;  // ends the stream; otherwise it ends at a byte, so that the next one can follow
+};
 
 // A deflate stream that is used again and again.
 class Deflater {
@@ -15,8 +25,12 @@ class Deflater {
     Deflater& operator=(const Deflater&) = delete;
 
     int Level() const { return level_; }
-    void Reset();
-    void Put(const std::uint8_t* data, std::size_t size, bool last, OutputBuffer& out);
+
+    // Answers how many bytes came out; there must be room for MostPacked. Throws std::bad_alloc.
+    std::size_t Pack(const PlainBlock& block, std::uint8_t* out);
+
+    static constexpr std::size_t kWindow = 32u << 10;
+    static constexpr std::size_t MostPacked(std::size_t size) { return size + size / 1000 + 128; }
 
   private:
     int level_;

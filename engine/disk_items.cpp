@@ -54,7 +54,8 @@ class Finder {
         const std::size_t last = item.find_last_of(L"\\/:") + 1;
         const std::wstring folder = item.substr(0, last), name = item.substr(last);
         const bool hasCards = HasWildCard(Utf8FromWide(name));
-        if (!hasCards && (!search_.recurse || FileFacts(item))) return FindOne(folder, item);
+        if (!hasCards && (!search_.recurse || FileFacts(item, Result::kSourceMissing)))
+            return FindOne(folder, item);
         const std::size_t before = items_.size();
         Walk(folder, name);
         Require(hasCards || items_.size() > before, Result::kSourceMissing);
@@ -79,13 +80,11 @@ class Finder {
     }
 
     void Add(const std::wstring& folder, const WIN32_FIND_DATAW& found) {
-        const bool isFolder = IsFolder(found);
         const std::wstring path = folder + found.cFileName;
-        std::string name = NameInArchive(path, search_.dropFolders) + (isFolder ? "/" : "");
-        const std::uint64_t size = static_cast<std::uint64_t>(found.nFileSizeHigh) << 32 | found.nFileSizeLow;
-        std::u32string folded = Folded(name);
-        items_.push_back({path, std::move(name), std::move(folded), DosTimeOf(found.ftLastWriteTime),
-                          found.dwFileAttributes & kKeptAttributes, isFolder ? 0 : size});
+        const WIN32_FILE_ATTRIBUTE_DATA facts{found.dwFileAttributes, found.ftCreationTime,
+                                              found.ftLastAccessTime, found.ftLastWriteTime,
+                                              found.nFileSizeHigh,    found.nFileSizeLow};
+        items_.push_back(DiskItemOf(path, NameInArchive(path, search_.dropFolders), facts));
     }
 
     void AddFolder(const std::wstring& folder, const WIN32_FIND_DATAW& found) {
@@ -131,6 +130,19 @@ class Finder {
 };
 
 }  // namespace
+
+DiskItem DiskItemOf(std::wstring path, std::string name, const WIN32_FILE_ATTRIBUTE_DATA& facts) {
+    const bool isFolder = facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+    if (isFolder && (name.empty() || name.back() != '/')) name += '/';
+    const std::uint64_t size = static_cast<std::uint64_t>(facts.nFileSizeHigh) << 32 | facts.nFileSizeLow;
+    std::u32string folded = Folded(name);
+    return {std::move(path),
+            std::move(name),
+            std::move(folded),
+            DosTimeOf(facts.ftLastWriteTime),
+            facts.dwFileAttributes & kKeptAttributes,
+            isFolder ? 0 : size};
+}
 
 std::vector<DiskItem> FindDiskItems(const std::vector<std::wstring>& items, const ItemSearch& search) {
     Finder finder(search);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "engine/dos_time.h"
+#include "platform/win32.h"
 
 namespace ql::zip {
 
@@ -18,6 +19,9 @@ struct DiskItem {
 
     bool IsFolder() const { return name.back() == '/'; }
 };
+
+// A file or folder of that path and name; a folder's name gets its slash.
+DiskItem DiskItemOf(std::wstring path, std::string name, const WIN32_FILE_ATTRIBUTE_DATA& facts);
 
 struct ItemSearch {
     bool recurse;          // look for each name in the folders below too; take a named folder whole

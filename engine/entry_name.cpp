@@ -11,8 +11,8 @@ namespace {
 constexpr std::size_t kMaxPart = 255;
 constexpr std::size_t kMaxName = 4096;
 
-constexpr std::u32string_view kDevices[] = {U"con", U"prn", U"aux", U"nul", U"clock$", U"conin$", U"conout$"};
-constexpr std::u32string_view kNumberedDevices[] = {U"com", U"lpt"};
+constexpr std::u32string_view kDevices[] = {U"CON", U"PRN", U"AUX", U"NUL", U"CLOCK$", U"CONIN$", U"CONOUT$"};
+constexpr std::u32string_view kNumberedDevices[] = {U"COM", U"LPT"};
 // The raised digits name the same ports.
 constexpr std::u32string_view kPortNumbers = U"0123456789\u00b9\u00b2\u00b3";
 
@@ -55,7 +55,7 @@ std::string WithSlashes(std::string_view name) {
 }
 
 std::string_view LastPart(std::string_view name) {
-    while (!name.empty() && (name.back() == '/' || name.back() == '\\')) name.remove_suffix(1);
+    while (!name.empty() && IsSeparator(name.back())) name.remove_suffix(1);
     return name.substr(name.find_last_of("/\\") + 1);
 }
 

@@ -10,6 +10,10 @@ namespace ql::zip {
 // cannot have. Slashes and backslashes separate; one slash at the end marks a folder.
 bool IsSafeEntryName(std::string_view name);
 
+constexpr bool IsSeparator(char c) {
+    return c == '/' || c == '\\';
+}
+
 // The name with slashes as its only separators.
 std::string WithSlashes(std::string_view name);
 

@@ -4,8 +4,7 @@
 #include <optional>
 
 #include "engine/entry_name.h"
-#include "engine/output_buffer.h"
-#include "engine/windows_files.h"
+#include "engine/pending_file.h"
 #include "engine/windows_text.h"
 
 namespace ql::zip {
@@ -42,17 +41,21 @@ std::wstring DestinationOf(const UNZIPCMDSTRUCT& command) {
 
 }  // namespace
 
-Extraction::Extraction(const UNZIPCMDSTRUCT& command, InputFile& file, const Archive& archive,
-                       const std::vector<const Entry*>& members)
+Extraction::Extraction(const UNZIPCMDSTRUCT& command, const ExtractionSource& source,
+                       const std::vector<const Entry*>& members, const MemberEnd& each)
     : command_(command),
       members_(members),
+      each_(each),
+      patience_(source.patience),
       destination_(DestinationOf(command)),
-      reader_(file, archive),
+      reader_(source.file, source.archive),
       progress_(command, TotalSize(members)) {}
 
 void Extraction::Run() {
     for (const Entry* entry : members_) {
+        isLeftOut_ = false;
         const Result result = ResultOf([&] { One(*entry); });
+        each_(*entry, isLeftOut_ ? Result::kSkipped : result);
         Require(result == Result::kOk || IsOfOneMember(result), result);
         Note(result);
     }
@@ -67,12 +70,13 @@ void Extraction::One(const Entry& entry) {
     progress_.Begin(AnsiFromUtf8(entry.name), entry.size);
     if (command_.testFlag) return Test(entry);
     Require(!(entry.attributes & kVolumeLabel), Result::kVolumeLabel);
-    Require(IsSafeEntryName(entry.name), Result::kUnsafeName);
-    const std::wstring target = TargetOf(entry);
-    if (entry.IsFolder()) return NeedFolder(target);
-    const auto former = FileFacts(target);
-    if (former ? IsWanted(entry, *former) : !command_.freshenFlag)
-        Write(entry, target, former ? former->dwFileAttributes : kNoFile);
+    const std::string name = UsedName(entry);
+    Require(IsSafeEntryName(name), Result::kUnsafeName);
+    const std::wstring target = TargetOf(name);
+    if (entry.isFolder) return NeedFolder(target);
+    const auto former = FileFacts(target, Result::kCannotCreate);
+    isLeftOut_ = former ? !MayReplace(entry, *former) : command_.freshenFlag != 0;
+    if (!isLeftOut_) Write(entry, target, former ? former->dwFileAttributes : kNoFile);
 }
 
 void Extraction::Test(const Entry& entry) {
@@ -80,18 +84,25 @@ void Extraction::Test(const Entry& entry) {
     reader_.Read(entry, [&](const std::uint8_t*, std::size_t size) { progress_.Reach(done += size); });
 }
 
-std::wstring Extraction::TargetOf(const Entry& entry) const {
-    std::wstring name = WideFromUtf8(command_.noDirectoryNamesFlag ? LastPart(entry.name) : entry.name);
-    std::replace(name.begin(), name.end(), L'/', L'\\');
-    if (name.back() == L'\\') name.pop_back();
-    return destination_ + name;
+// What is not used of a name does no harm.
+std::string Extraction::UsedName(const Entry& entry) const {
+    return command_.noDirectoryNamesFlag ? std::string(LastPart(entry.name)) : entry.name;
 }
 
-// Throws where the file may not be replaced.
-bool Extraction::IsWanted(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const {
-    const bool isNewer = entry.time > DosTimeOf(former.ftLastWriteTime);
-    if ((command_.freshenFlag || command_.updateFlag) && !isNewer) return false;
-    Require(command_.freshenFlag || command_.updateFlag || command_.overWriteFlag, Result::kSkipped);
+std::wstring Extraction::TargetOf(const std::string& name) const {
+    std::wstring path = WideFromUtf8(name);
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    if (path.back() == L'\\') path.pop_back();
+    return destination_ + path;
+}
+
+// Whether the flags want it. Throws where the file may not be replaced. With the flag to overwrite, an update leaves
+// only what is newer than the member.
+bool Extraction::MayReplace(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const {
+    const DosTime member = TimeOf(entry), file = DosTimeOf(former.ftLastWriteTime);
+    const bool isUpdate = command_.freshenFlag || command_.updateFlag;
+    if (isUpdate && (member < file || (member == file && !command_.overWriteFlag))) return false;
+    Require(isUpdate || command_.overWriteFlag, Result::kSkipped);
     Require(!(former.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY), Result::kCannotCreate);
     Require(!(former.dwFileAttributes & FILE_ATTRIBUTE_READONLY) ||
                 command_.wUnzipSubOptions & UNZIP_OVERWRITE_READ_ONLY,
@@ -107,18 +118,18 @@ void Extraction::NeedFolder(const std::wstring& folder) {
 
 void Extraction::Write(const Entry& entry, const std::wstring& target, DWORD formerAttributes) {
     NeedFolder(target.substr(0, target.rfind(L'\\')));
-    PendingFile file =
-        formerAttributes == kNoFile ? PendingFile::Fresh(target) : PendingFile::Replacing(target);
+    PendingFile file(target, patience_);
     std::uint64_t done = 0;
     reader_.Read(entry, [&](const std::uint8_t* data, std::size_t size) {
         file.WriteAt(done, data, size);
         progress_.Reach(done += size);
     });
     if (done == 0) progress_.Reach(0);
-    file.SetTime(entry.time);
-    if (formerAttributes != kNoFile && formerAttributes & FILE_ATTRIBUTE_READONLY)
+    if (const auto time = ExactTimeOf(entry)) file.SetTime(*time);
+    const bool isThere = formerAttributes != kNoFile;
+    if (isThere && formerAttributes & FILE_ATTRIBUTE_READONLY)
         ::SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
-    file.Commit();
+    file.Commit(isThere ? Former::kReplaced : Former::kKept);
     const DWORD attributes = entry.attributes & kRestoredAttributes;
     if (attributes & ~kPlainAttributes) ::SetFileAttributesW(target.c_str(), attributes);
 }

@@ -1,23 +1,35 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "engine/archive.h"
 #include "engine/call_progress.h"
 #include "engine/entry_reader.h"
+#include "engine/patience.h"
 #include "engine/result.h"
 #include "engine/windows_files.h"
 #include "zip/zip_records.h"
 
 namespace ql::zip {
 
+// Told of every member and how its work ended; throws to end the call.
+using MemberEnd = std::function<void(const Entry& entry, Result result)>;
+
+// What an extraction works on.
+struct ExtractionSource {
+    InputFile& file;
+    const Archive& archive;
+    Patience& patience;
+};
+
 // Brings members to the disk, or tests them, as a record asks. A file that is already there stays whole until
 // the new one is; nothing is written outside the destination.
 class Extraction {
   public:
-    Extraction(const UNZIPCMDSTRUCT& command, InputFile& file, const Archive& archive,
-               const std::vector<const Entry*>& members);
+    Extraction(const UNZIPCMDSTRUCT& command, const ExtractionSource& source,
+               const std::vector<const Entry*>& members, const MemberEnd& each);
 
     // A member that fails does not keep the others back; the first failure is thrown at the end, a member
     // that was left out (kSkipped) only when nothing worse happened.
@@ -27,17 +39,21 @@ class Extraction {
     void One(const Entry& entry);
     void Test(const Entry& entry);
     void Write(const Entry& entry, const std::wstring& target, DWORD formerAttributes);
-    std::wstring TargetOf(const Entry& entry) const;
-    bool IsWanted(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const;
+    std::string UsedName(const Entry& entry) const;
+    std::wstring TargetOf(const std::string& name) const;
+    bool MayReplace(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const;
     void NeedFolder(const std::wstring& folder);
     void Note(Result result);
 
     const UNZIPCMDSTRUCT& command_;
     const std::vector<const Entry*>& members_;
+    const MemberEnd& each_;
+    Patience& patience_;
     std::wstring destination_, lastFolder_;
     EntryReader reader_;
     CallProgress progress_;
     Result worst_ = Result::kOk;
+    bool isLeftOut_ = false;  // the member at hand, as the flags want it
 };
 
 }  // namespace ql::zip

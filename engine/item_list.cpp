@@ -59,8 +59,11 @@ NamePatterns::NamePatterns(const std::vector<std::string>& items, bool anyDepth)
     for (const std::string& item : items) patterns_.push_back(Split(item));
 }
 
+// A question mark cannot be a folder's: it stands for a character that the caller's code page lacks.
 bool NamePatterns::FolderFits(std::u32string_view pattern, std::u32string_view folder) const {
-    return anyDepth_ ? folder.starts_with(pattern) : folder == pattern;
+    if (folder.size() < pattern.size() || (folder.size() > pattern.size() && !anyDepth_)) return false;
+    return std::equal(pattern.begin(), pattern.end(), folder.begin(),
+                      [](char32_t p, char32_t c) { return p == c || (p == U'?' && c != U'/'); });
 }
 
 bool NamePatterns::Match(std::string_view name) const {

@@ -6,10 +6,9 @@ namespace ql::zip {
 
 void OutputBuffer::Append(const std::uint8_t* data, std::size_t size) {
     while (size > 0) {
-        Reserve(1);
-        const std::size_t count = std::min(size, RoomSize());
-        std::copy_n(data, count, Room());
-        Advance(count);
+        if (buffer_.size() == capacity_) Flush();
+        const std::size_t count = std::min(size, capacity_ - buffer_.size());
+        buffer_.insert(buffer_.end(), data, data + count);
         data += count;
         size -= count;
     }
@@ -19,24 +18,24 @@ void OutputBuffer::Append(std::string_view bytes) {
     Append(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
 }
 
-void OutputBuffer::Reserve(std::size_t size) {
-    if (RoomSize() < size) Flush();
+void OutputBuffer::Correct(std::uint64_t position, const std::uint8_t* data, std::size_t size) {
+    if (position < start_) {
+        Flush();
+        return file_.WriteAt(position, data, size);
+    }
+    std::copy_n(data, size, buffer_.begin() + static_cast<std::ptrdiff_t>(position - start_));
 }
 
-void OutputBuffer::Correct(std::uint64_t position, const std::uint8_t* data, std::size_t size) {
-    if (position >= start_) {
-        std::copy_n(data, size, buffer_.data() + static_cast<std::size_t>(position - start_));
-        return;
-    }
-    Flush();
-    file_.WriteAt(position, data, size);
+void OutputBuffer::Rewind(std::uint64_t position) {
+    buffer_.resize(position < start_ ? 0 : static_cast<std::size_t>(position - start_));
+    start_ = std::min(start_, position);
 }
 
 void OutputBuffer::Flush() {
-    if (used_ == 0) return;
-    file_.WriteAt(start_, buffer_.data(), used_);
-    start_ += used_;
-    used_ = 0;
+    if (buffer_.empty()) return;
+    file_.WriteAt(start_, buffer_.data(), buffer_.size());
+    start_ += buffer_.size();
+    buffer_.clear();
 }
 
 }  // namespace ql::zip

@@ -5,37 +5,38 @@ namespace {
 
 struct Codes {
     Result result;
-    int zip, unzip;
+    ZipCode zip;
+    UnzipCode unzip;
 };
 
 constexpr Codes kCodes[] = {
-    {Result::kOk, 0, 0},
-    {Result::kBusy, 1, 45},
-    {Result::kTruncated, 2, 2},
-    {Result::kInvalid, 3, 3},
-    {Result::kNoMemory, 4, 4},
-    {Result::kBadComment, 7, 3},
-    {Result::kCancelled, 9, 40},
-    {Result::kNotReplaced, 10, 28},
-    {Result::kReadFailed, 11, 29},
-    {Result::kNothingToDo, 12, 11},
-    {Result::kMissing, 13, 9},
-    {Result::kWriteFailed, 14, 50},
-    {Result::kCannotCreate, 15, 28},
-    {Result::kBadRequest, 16, 47},
-    {Result::kTooBig, 17, 49},
-    {Result::kSourceMissing, 18, 9},
-    {Result::kVolumesAsked, 20, 47},
-    {Result::kMultiVolume, 21, 3},
-    {Result::kCannotOpen, 18, 29},
-    {Result::kOutOfBounds, 16, 25},
-    {Result::kBadCrc, 3, 39},
-    {Result::kEncrypted, 16, 41},
-    {Result::kUnknownMethod, 16, 42},
-    {Result::kUnsafeName, 16, 28},
-    {Result::kVolumeLabel, 16, 46},
-    {Result::kSkipped, 17, 49},
-    {Result::kNotDeleted, 17, 49},
+    {Result::kOk, ZIP_DONE, UNZIP_DONE},
+    {Result::kBusy, ZIP_BUSY, UNZIP_BUSY},
+    {Result::kTruncated, ZIP_CUT_OFF, UNZIP_CUT_OFF},
+    {Result::kInvalid, ZIP_INVALID, UNZIP_INVALID},
+    {Result::kNoMemory, ZIP_NO_MEMORY, UNZIP_NO_MEMORY},
+    {Result::kBadComment, ZIP_BAD_COMMENT, UNZIP_INVALID},
+    {Result::kCancelled, ZIP_CANCELLED, UNZIP_CANCELLED},
+    {Result::kNotReplaced, ZIP_TEMPORARY_FILE, UNZIP_CANNOT_CREATE},
+    {Result::kReadFailed, ZIP_READ_FAILED, UNZIP_CANNOT_OPEN},
+    {Result::kNothingToDo, ZIP_NOTHING_TO_DO, UNZIP_NOTHING_TO_DO},
+    {Result::kMissing, ZIP_MISSING, UNZIP_MISSING},
+    {Result::kWriteFailed, ZIP_WRITE_FAILED, UNZIP_DISK_FULL},
+    {Result::kCannotCreate, ZIP_CANNOT_CREATE, UNZIP_CANNOT_CREATE},
+    {Result::kBadRequest, ZIP_BAD_REQUEST, UNZIP_BAD_REQUEST},
+    {Result::kTooBig, ZIP_NOT_COMPLETED, UNZIP_SKIPPED},
+    {Result::kSourceMissing, ZIP_FILE_MISSING, UNZIP_MISSING},
+    {Result::kVolumesAsked, ZIP_VOLUMES_ASKED, UNZIP_BAD_REQUEST},
+    {Result::kMultiVolume, ZIP_VOLUMES, UNZIP_INVALID},
+    {Result::kCannotOpen, ZIP_FILE_MISSING, UNZIP_CANNOT_OPEN},
+    {Result::kOutOfBounds, ZIP_BAD_REQUEST, UNZIP_OUT_OF_BOUNDS},
+    {Result::kBadCrc, ZIP_INVALID, UNZIP_BAD_CRC},
+    {Result::kEncrypted, ZIP_BAD_REQUEST, UNZIP_ENCRYPTED},
+    {Result::kUnknownMethod, ZIP_BAD_REQUEST, UNZIP_UNKNOWN_METHOD},
+    {Result::kUnsafeName, ZIP_BAD_REQUEST, UNZIP_CANNOT_CREATE},
+    {Result::kVolumeLabel, ZIP_BAD_REQUEST, UNZIP_VOLUME_LABEL},
+    {Result::kSkipped, ZIP_NOT_COMPLETED, UNZIP_SKIPPED},
+    {Result::kNotDeleted, ZIP_NOT_COMPLETED, UNZIP_SKIPPED},
 };
 
 consteval bool RowsAreInOrder() {
@@ -48,10 +49,10 @@ static_assert(RowsAreInOrder());
 
 }  // namespace
 
-int ZipCode(Result result) noexcept {
+ZipCode ZipCodeOf(Result result) noexcept {
     return kCodes[static_cast<int>(result)].zip;
 }
-int UnzipCode(Result result) noexcept {
+UnzipCode UnzipCodeOf(Result result) noexcept {
     return kCodes[static_cast<int>(result)].unzip;
 }
 

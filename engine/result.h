@@ -3,6 +3,8 @@
 #include <new>
 #include <stdexcept>
 
+#include "zip/zip_records.h"
+
 namespace ql::zip {
 
 // How a call of an engine can end. Each engine answers it by its own published code.
@@ -58,7 +60,7 @@ Result ResultOf(const Work& work) noexcept {
     }
 }
 
-int ZipCode(Result result) noexcept;
-int UnzipCode(Result result) noexcept;
+ZipCode ZipCodeOf(Result result) noexcept;
+UnzipCode UnzipCodeOf(Result result) noexcept;
 
 }  // namespace ql::zip

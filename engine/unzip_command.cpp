@@ -7,7 +7,8 @@
 #include "engine/entry_name.h"
 #include "engine/extraction.h"
 #include "engine/item_list.h"
-#include "engine/listed_archive.h"
+#include "engine/kept_directories.h"
+#include "engine/member_selection.h"
 #include "engine/windows_files.h"
 #include "engine/windows_text.h"
 
@@ -18,24 +19,31 @@ constexpr std::uint32_t kFileAttributes = 0x3f;
 constexpr std::size_t kLastIndex = 0xffff;
 
 struct OpenArchive {
-    explicit OpenArchive(const char* path)
-        : file(WideFromAnsi(path), Result::kMissing, Result::kCannotOpen), window(file), archive(window) {}
+    explicit OpenArchive(const char* ansiPath)
+        : path(LiteralPath(WideFromAnsi(ansiPath))),
+          file(path, kOpenArchive, patience),
+          archive(DirectoryOf(file, path)) {}
+    const std::vector<Entry>& Entries() const { return archive->Entries(); }
+
+    Patience patience;
+    const std::wstring path;
     WindowsInput file;
-    WindowedInput window;
-    Archive archive;
+    std::shared_ptr<const Archive> archive;
 };
 
 std::int32_t Count(std::size_t count) {
     return static_cast<std::int32_t>(count);
 }
 
-NamePatterns Wanted(const UNZIPCMDSTRUCT& command) {
-    return NamePatterns(SplitItems(Utf8FromAnsi(command.lpszFilespec)), command.recurseFlag != 0);
-}
-
 std::uint32_t Narrow(std::uint64_t size) {
     Require(size <= 0xffffffff, Result::kTooBig);
     return static_cast<std::uint32_t>(size);
+}
+
+// Folders are known by their slash.
+std::string NameWithSlash(const Entry& entry) {
+    const bool lacksSlash = entry.isFolder && !IsSeparator(entry.name.back());
+    return lacksSlash ? entry.name + "/" : entry.name;
 }
 
 std::uint32_t AttributesOf(const Entry& entry) {
@@ -49,10 +57,11 @@ void CopyText(char (&into)[size], const std::string& text) {
     std::memcpy(into, text.c_str(), text.size() + 1);
 }
 
-void Describe(const std::vector<Entry>& entries, std::size_t index, UNZIPCMDSTRUCT& command) {
+void Describe(const OpenArchive& open, std::size_t index, UNZIPCMDSTRUCT& command) {
     Require(command.zInfo, Result::kBadRequest);
-    Require(index < entries.size() && index <= kLastIndex, Result::kOutOfBounds);
-    const Entry& entry = entries[index];
+    if (index >= open.Entries().size()) WalkEnded(open.archive);
+    Require(index < open.Entries().size() && index <= kLastIndex, Result::kOutOfBounds);
+    const Entry& entry = open.Entries()[index];
     // The walk goes on even past a member that the record cannot express.
     command.index = static_cast<std::int32_t>(index);
     ZIPINFO info{};
@@ -62,8 +71,8 @@ void Describe(const std::vector<Entry>& entries, std::size_t index, UNZIPCMDSTRU
     info.cMethod = entry.method;
     info.cOption = entry.flags >> 1 & 3;
     info.crc_32 = entry.crc;
-    CopyText(info.szDateTime, DosTimeText(entry.time));
-    CopyText(info.szFileName, AnsiFromUtf8(entry.name));
+    CopyText(info.szDateTime, DosTimeText(TimeOf(entry)));
+    CopyText(info.szFileName, AnsiFromUtf8(NameWithSlash(entry)));
     info.attr = AttributesOf(entry);
     *command.zInfo = info;
 }
@@ -73,19 +82,19 @@ std::size_t IndexAfter(const UNZIPCMDSTRUCT& command) {
     return static_cast<std::size_t>(std::int64_t{command.index} + 1);
 }
 
-void DescribeNextMatching(const std::vector<Entry>& entries, UNZIPCMDSTRUCT& command) {
-    const NamePatterns wanted = Wanted(command);
-    std::size_t index = IndexAfter(command);
-    while (index < entries.size() && !wanted.Match(entries[index].name)) ++index;
-    Describe(entries, index, command);
+// The members that the wanted names stand for; folders are none where the record says so.
+std::vector<std::size_t> Wanted(const OpenArchive& open, const UNZIPCMDSTRUCT& command) {
+    std::vector<std::size_t> wanted = SelectMembers(
+        *open.archive, SplitItems(Utf8FromAnsi(command.lpszFilespec)), command.recurseFlag != 0);
+    if (command.noDirectoryItemsFlag)
+        std::erase_if(wanted, [&](std::size_t i) { return open.Entries()[i].isFolder; });
+    return wanted;
 }
 
-std::vector<const Entry*> Matching(const std::vector<Entry>& entries, const NamePatterns& wanted) {
-    std::vector<const Entry*> members;
-    for (const Entry& entry : entries) {
-        if (wanted.Match(entry.name)) members.push_back(&entry);
-    }
-    return members;
+void DescribeNextMatching(const OpenArchive& open, UNZIPCMDSTRUCT& command) {
+    const std::vector<std::size_t> wanted = Wanted(open, command);
+    const auto next = std::lower_bound(wanted.begin(), wanted.end(), IndexAfter(command));
+    Describe(open, next == wanted.end() ? open.Entries().size() : *next, command);
 }
 
 void GiveComment(const std::string& comment, UNZIPCMDSTRUCT& command) {
@@ -99,28 +108,35 @@ void RefuseWhatIsNotOffered(const UNZIPCMDSTRUCT& command) {
             Result::kBadRequest);
 }
 
-void Extract(OpenArchive& open, const UNZIPCMDSTRUCT& command) {
-    std::vector<const Entry*> members = Matching(open.archive.Entries(), Wanted(command));
-    if (command.noDirectoryItemsFlag || command.noDirectoryNamesFlag)
-        std::erase_if(members, [](const Entry* entry) { return entry->IsFolder(); });
+std::vector<const Entry*> At(const OpenArchive& open, const std::vector<std::size_t>& places) {
+    std::vector<const Entry*> members;
+    for (const std::size_t i : places) members.push_back(&open.Entries()[i]);
+    return members;
+}
+
+void Extract(OpenArchive& open, const UNZIPCMDSTRUCT& command, std::vector<const Entry*> members,
+             const MemberEnd& each) {
+    if (command.noDirectoryNamesFlag)
+        std::erase_if(members, [](const Entry* entry) { return entry->isFolder; });
     Require(!members.empty(), Result::kNothingToDo);
-    Extraction(command, open.window, open.archive, members).Run();
+    WindowedInput window(open.file);
+    Extraction(command, {window, *open.archive, open.patience}, members, each).Run();
 }
 
 // The part of the contents that the block can hold, from the starting offset on.
 void ExtractToMemory(OpenArchive& open, UNZIPCMDSTRUCT& command) {
     Require(command.lStartingOffset >= 0 && command.lMemBlockSize >= 0, Result::kBadRequest);
     Require(command.lpMemBlock || command.lMemBlockSize == 0, Result::kBadRequest);
-    const std::vector<const Entry*> members = Matching(open.archive.Entries(), Wanted(command));
-    Require(!members.empty(), Result::kNothingToDo);
-    const Entry& entry = *members.front();
+    const std::vector<std::size_t> wanted = Wanted(open, command);
+    Require(!wanted.empty(), Result::kNothingToDo);
+    const Entry& entry = open.Entries()[wanted.front()];
     const std::uint64_t first = static_cast<std::uint64_t>(command.lStartingOffset);
     const std::uint64_t end = first + static_cast<std::uint64_t>(command.lMemBlockSize);
     auto* block = static_cast<std::uint8_t*>(command.lpMemBlock);
     CallProgress progress(command, entry.size);
     progress.Begin(AnsiFromUtf8(entry.name), entry.size);
     std::uint64_t done = 0;
-    EntryReader(open.window, open.archive).Read(entry, [&](const std::uint8_t* data, std::size_t size) {
+    EntryReader(open.file, *open.archive).Read(entry, [&](const std::uint8_t* data, std::size_t size) {
         const std::uint64_t from = std::max(done, first), to = std::min(done + size, end);
         if (from < to) std::copy(data + (from - done), data + (to - done), block + (from - first));
         progress.Reach(done += size);
@@ -128,41 +144,96 @@ void ExtractToMemory(OpenArchive& open, UNZIPCMDSTRUCT& command) {
     command.returnCount = Count(static_cast<std::size_t>(std::min(done, end) - std::min(done, first)));
 }
 
-void Unpack(UNZIPCMDSTRUCT& command) {
-    RefuseWhatIsNotOffered(command);
-    OpenArchive open(command.lpszZIPFile);
-    if (command.function == UNZIP_EXTRACT) {
-        Extract(open, command);
-    } else {
-        ExtractToMemory(open, command);
-    }
+void RequireCommand(const UNZIPCMDSTRUCT& command) {
+    Require(command.unzipStructSize == sizeof command, Result::kBadRequest);
+    Require(command.lpszZIPFile && *command.lpszZIPFile, Result::kMissing);
+    Require(command.function > UNZIP_NONE && command.function <= UNZIP_FILE_TO_MEMORY, Result::kBadRequest);
+    if (command.function == UNZIP_EXTRACT || command.function == UNZIP_FILE_TO_MEMORY)
+        RefuseWhatIsNotOffered(command);
 }
 
 void Run(UNZIPCMDSTRUCT& command) {
     if (command.function == UNZIP_NONE) return;
-    Require(command.unzipStructSize == sizeof command, Result::kBadRequest);
-    Require(command.lpszZIPFile && *command.lpszZIPFile, Result::kMissing);
-    Require(command.function > UNZIP_NONE && command.function <= UNZIP_FILE_TO_MEMORY, Result::kBadRequest);
-    if (command.function == UNZIP_EXTRACT || command.function == UNZIP_FILE_TO_MEMORY) return Unpack(command);
-    const std::shared_ptr<const Archive> archive = ListedArchive(command.lpszZIPFile);
-    const std::vector<Entry>& entries = archive->Entries();
+    RequireCommand(command);
+    OpenArchive open(command.lpszZIPFile);
     switch (command.function) {
-        case UNZIP_COUNT_ALL: command.returnCount = Count(entries.size()); return;
-        case UNZIP_NEXT: return Describe(entries, IndexAfter(command), command);
-        case UNZIP_COUNT_MATCHING:
-            command.returnCount = Count(Matching(entries, Wanted(command)).size());
-            return;
-        case UNZIP_NEXT_MATCHING: return DescribeNextMatching(entries, command);
-        case UNZIP_COMMENT_SIZE: command.returnCount = Count(archive->Comment().size()); return;
-        case UNZIP_COMMENT: return GiveComment(archive->Comment(), command);
-        default: return Describe(entries, static_cast<std::size_t>(command.index), command);
+        case UNZIP_COUNT_ALL: command.returnCount = Count(open.Entries().size()); return;
+        case UNZIP_NEXT: return Describe(open, IndexAfter(command), command);
+        case UNZIP_COUNT_MATCHING: command.returnCount = Count(Wanted(open, command).size()); return;
+        case UNZIP_NEXT_MATCHING: return DescribeNextMatching(open, command);
+        case UNZIP_COMMENT_SIZE: command.returnCount = Count(open.archive->Comment().size()); return;
+        case UNZIP_COMMENT: return GiveComment(open.archive->Comment(), command);
+        case UNZIP_INDEXED: return Describe(open, static_cast<std::size_t>(command.index), command);
+        case UNZIP_EXTRACT:
+            return Extract(open, command, At(open, Wanted(open, command)), [](const Entry&, Result) {});
+        default: return ExtractToMemory(open, command);
     }
+}
+
+// Tells of members in full.
+class MemberTeller {
+  public:
+    MemberTeller(const OpenArchive& open, ZipMemberProc proc, void* userData)
+        : first_(open.Entries().data()), proc_(proc), userData_(userData) {}
+
+    void operator()(const Entry& entry, Result result) const {
+        const std::string name = NameWithSlash(entry);
+        const std::wstring wide = WideFromUtf8(name);
+        const std::string ansi = AnsiFromUtf8(name), dateTime = DosTimeText(TimeOf(entry));
+        const ZIPMEMBER member{static_cast<std::int32_t>(&entry - first_),
+                               UnzipCodeOf(result),
+                               wide.c_str(),
+                               ansi.c_str(),
+                               dateTime.c_str(),
+                               entry.size,
+                               entry.packedSize,
+                               entry.crc,
+                               AttributesOf(entry),
+                               entry.method,
+                               entry.flags,
+                               entry.isFolder,
+                               entry.IsEncrypted()};
+        Require(proc_(&member, userData_) == 0, Result::kCancelled);
+    }
+
+  private:
+    const Entry* first_;
+    ZipMemberProc proc_;
+    void* userData_;
+};
+
+std::vector<const Entry*> Concerned(const OpenArchive& open, const UNZIPCMDSTRUCT& command) {
+    if (command.index >= 0) {
+        Require(static_cast<std::size_t>(command.index) < open.Entries().size(), Result::kOutOfBounds);
+        return {&open.Entries()[static_cast<std::size_t>(command.index)]};
+    }
+    if (command.function != UNZIP_COUNT_ALL) return At(open, Wanted(open, command));
+    std::vector<const Entry*> all;
+    for (const Entry& entry : open.Entries()) all.push_back(&entry);
+    return all;
+}
+
+void RunEach(UNZIPCMDSTRUCT& command, ZipMemberProc each, void* userData) {
+    RequireCommand(command);
+    const bool tellsOnly = command.function == UNZIP_COUNT_ALL || command.function == UNZIP_COUNT_MATCHING;
+    Require(each && (tellsOnly || command.function == UNZIP_EXTRACT), Result::kBadRequest);
+    OpenArchive open(command.lpszZIPFile);
+    const std::vector<const Entry*> members = Concerned(open, command);
+    const MemberTeller tell(open, each, userData);
+    command.returnCount = Count(members.size());
+    if (!tellsOnly) return Extract(open, command, members, tell);
+    for (const Entry* entry : members) tell(*entry, Result::kOk);
+    WalkEnded(open.archive);
 }
 
 }  // namespace
 
 Result RunUnzip(UNZIPCMDSTRUCT& command) {
     return ResultOf([&] { Run(command); });
+}
+
+Result RunUnzipEach(UNZIPCMDSTRUCT& command, ZipMemberProc each, void* userData) {
+    return ResultOf([&] { RunEach(command, each, userData); });
 }
 
 }  // namespace ql::zip

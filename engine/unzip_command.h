@@ -5,7 +5,10 @@
 
 namespace ql::zip {
 
-// Does what the record asks for, and answers in its `index`, `returnCount`, `zInfo` and buffers.
+// What the unzip engine does for a record.
 Result RunUnzip(UNZIPCMDSTRUCT& command);
+
+// The same, telling of every member that it concerns (DunzipEachProc).
+Result RunUnzipEach(UNZIPCMDSTRUCT& command, ZipMemberProc each, void* userData);
 
 }  // namespace ql::zip

@@ -5,50 +5,81 @@
 namespace ql::zip {
 namespace {
 
-constexpr wchar_t kPendingSuffix[] = L".~new";
 constexpr std::uint64_t kMaxTransfer = 1u << 30;
 
-OVERLAPPED At(std::uint64_t offset) {
+// The longest that the system knows.
+constexpr DWORD kLongestPath = 32768;
+
+std::uint64_t Join(DWORD high, DWORD low) {
+    return static_cast<std::uint64_t>(high) << 32 | low;
+}
+FILETIME Split(std::uint64_t ticks) {
+    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+bool IsNotThere(DWORD error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME;
+}
+
+// No patience makes a file of it.
+bool IsFolder(const std::wstring& path) {
+    const DWORD attributes = ::GetFileAttributesW(path.c_str());
+    const bool isFolder = attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_DIRECTORY;
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    return isFolder;
+}
+
+// The class that the record belongs to is the system's cheap way to it.
+template <class Record>
+Record Ask(HANDLE file, FILE_INFO_BY_HANDLE_CLASS what) {
+    Record record;
+    Require(::GetFileInformationByHandleEx(file, what, &record, sizeof record), Result::kReadFailed);
+    return record;
+}
+
+}  // namespace
+
+OVERLAPPED PlaceAt(std::uint64_t offset) {
     OVERLAPPED place{};
     place.Offset = static_cast<DWORD>(offset);
     place.OffsetHigh = static_cast<DWORD>(offset >> 32);
     return place;
 }
 
-std::uint64_t Join(DWORD high, DWORD low) {
-    return static_cast<std::uint64_t>(high) << 32 | low;
-}
-
-}  // namespace
-
-WindowsInput::WindowsInput(const std::wstring& path, Result missing, Result closed)
-    : file_(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)) {
-    if (file_) return;
-    const DWORD error = ::GetLastError();
-    const bool isMissing =
-        error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME;
-    throw Failure{isMissing ? missing : closed};
+WindowsInput::WindowsInput(const std::wstring& path, const OpenFailures& failures, Patience& patience) {
+    constexpr DWORD kAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const bool isOpen = patience.Until([&] {
+        file_.reset(::CreateFileW(path.c_str(), GENERIC_READ, kAll, nullptr, OPEN_EXISTING,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!file_ && ::GetLastError() == ERROR_ACCESS_DENIED && IsFolder(path))
+            ::SetLastError(ERROR_DIRECTORY);
+        return static_cast<bool>(file_);
+    });
+    if (!isOpen) throw Failure{IsNotThere(::GetLastError()) ? failures.missing : failures.closed};
 }
 
 std::uint64_t WindowsInput::Size() const {
-    LARGE_INTEGER size;
-    Require(::GetFileSizeEx(file_.get(), &size), Result::kReadFailed);
-    return static_cast<std::uint64_t>(size.QuadPart);
+    return static_cast<std::uint64_t>(
+        Ask<FILE_STANDARD_INFO>(file_.get(), FileStandardInfo).EndOfFile.QuadPart);
 }
 
-FileIdentity WindowsInput::Identity() const {
-    BY_HANDLE_FILE_INFORMATION facts;
-    Require(::GetFileInformationByHandle(file_.get(), &facts), Result::kReadFailed);
-    return {facts.dwVolumeSerialNumber, Join(facts.nFileIndexHigh, facts.nFileIndexLow),
-            Join(facts.nFileSizeHigh, facts.nFileSizeLow),
-            Join(facts.ftLastWriteTime.dwHighDateTime, facts.ftLastWriteTime.dwLowDateTime)};
+FileState WindowsInput::State() const {
+    const auto basic = Ask<FILE_BASIC_INFO>(file_.get(), FileBasicInfo);
+    return {Size(), basic.CreationTime.QuadPart, basic.LastWriteTime.QuadPart, basic.ChangeTime.QuadPart};
+}
+
+std::wstring WindowsInput::TruePath() const {
+    std::wstring path(kLongestPath, L'\0');
+    const DWORD size = ::GetFinalPathNameByHandleW(file_.get(), path.data(), kLongestPath, 0);
+    Require(size > 0 && size < kLongestPath, Result::kCannotOpen);
+    path.resize(size);
+    return path;
 }
 
 std::size_t WindowsInput::ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) {
     std::size_t done = 0;
     while (done < size) {
-        OVERLAPPED place = At(offset + done);
+        OVERLAPPED place = PlaceAt(offset + done);
         const DWORD want = static_cast<DWORD>(std::min<std::uint64_t>(size - done, kMaxTransfer));
         DWORD got = 0;
         if (!::ReadFile(file_.get(), into + done, want, &got, &place))
@@ -57,58 +88,6 @@ std::size_t WindowsInput::ReadAt(std::uint64_t offset, std::uint8_t* into, std::
         if (got < want) break;  // the end of the file
     }
     return done;
-}
-
-PendingFile::PendingFile(std::wstring path, std::wstring finalPath, DWORD disposition)
-    : path_(std::move(path)), finalPath_(std::move(finalPath)) {
-    file_.reset(
-        ::CreateFileW(path_.c_str(), GENERIC_WRITE, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (file_) return;
-    pending_ = false;
-    throw Failure{::GetLastError() == ERROR_SHARING_VIOLATION ? Result::kBusy : Result::kCannotCreate};
-}
-
-PendingFile PendingFile::Replacing(const std::wstring& path) {
-    return PendingFile(path + kPendingSuffix, path, CREATE_ALWAYS);
-}
-
-PendingFile PendingFile::Fresh(const std::wstring& path) {
-    return PendingFile(path, path, CREATE_NEW);
-}
-
-PendingFile::PendingFile(PendingFile&& other) noexcept
-    : path_(std::move(other.path_)),
-      finalPath_(std::move(other.finalPath_)),
-      file_(std::move(other.file_)),
-      pending_(std::exchange(other.pending_, false)) {}
-
-PendingFile::~PendingFile() {
-    if (!pending_) return;
-    file_.reset();
-    ::DeleteFileW(path_.c_str());
-}
-
-void PendingFile::WriteAt(std::uint64_t offset, const std::uint8_t* data, std::size_t size) {
-    OVERLAPPED place = At(offset);
-    DWORD written = 0;
-    Require(::WriteFile(file_.get(), data, static_cast<DWORD>(size), &written, &place) && written == size,
-            Result::kWriteFailed);
-}
-
-void PendingFile::SetTime(DosTime time) {
-    if (const auto fileTime = FileTimeOf(time)) ::SetFileTime(file_.get(), nullptr, nullptr, &*fileTime);
-}
-
-void PendingFile::Flush() {
-    Require(::FlushFileBuffers(file_.get()), Result::kWriteFailed);
-}
-
-void PendingFile::Commit() {
-    file_.reset();
-    constexpr DWORD kFlags = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-    Require(path_ == finalPath_ || ::MoveFileExW(path_.c_str(), finalPath_.c_str(), kFlags),
-            Result::kNotReplaced);
-    pending_ = false;
 }
 
 DosTime DosTimeOf(const FILETIME& time) {
@@ -136,9 +115,26 @@ DosTime DosTimeNow() {
     return DosTimeOf(now);
 }
 
+std::int64_t TimeNow() {
+    FILETIME now;
+    ::GetSystemTimeAsFileTime(&now);
+    return static_cast<std::int64_t>(Join(now.dwHighDateTime, now.dwLowDateTime));
+}
+
+DosTime TimeOf(const Entry& entry) {
+    return entry.utcTime != 0 ? DosTimeOf(Split(entry.utcTime)) : entry.time;
+}
+
+std::optional<FILETIME> ExactTimeOf(const Entry& entry) {
+    if (entry.utcTime != 0) return Split(entry.utcTime);
+    return FileTimeOf(entry.time);
+}
+
 std::wstring LiteralPath(const std::wstring& path) {
-    std::wstring full(::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
-    full.resize(::GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    std::wstring full(kLongestPath, L'\0');
+    const DWORD size = ::GetFullPathNameW(path.c_str(), kLongestPath, full.data(), nullptr);
+    Require(size > 0 && size < kLongestPath, Result::kCannotOpen);
+    full.resize(size);
     if (full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\")) return full;
     return full.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
 }
@@ -155,14 +151,15 @@ bool MakeFolders(const std::wstring& folder) {
         end = std::min(folder.find(L'\\', end + 1), folder.size());
         ::CreateDirectoryW(folder.substr(0, end).c_str(), nullptr);
     }
-    const auto facts = FileFacts(folder);
+    const auto facts = FileFacts(folder, Result::kCannotCreate);
     return facts && facts->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
 }
 
-std::optional<WIN32_FILE_ATTRIBUTE_DATA> FileFacts(const std::wstring& path) {
+std::optional<WIN32_FILE_ATTRIBUTE_DATA> FileFacts(const std::wstring& path, Result otherwise) {
     WIN32_FILE_ATTRIBUTE_DATA facts;
-    if (!::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &facts)) return std::nullopt;
-    return facts;
+    if (::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &facts)) return facts;
+    Require(IsNotThere(::GetLastError()), otherwise);
+    return std::nullopt;
 }
 
 }  // namespace ql::zip

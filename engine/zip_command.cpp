@@ -1,6 +1,9 @@
 #include "engine/zip_command.h"
 
 #include <algorithm>
+#include <set>
+#include <span>
+#include <utility>
 
 #include "engine/archive_change.h"
 #include "engine/call_progress.h"
@@ -8,6 +11,7 @@
 #include "engine/entry_name.h"
 #include "engine/item_filter.h"
 #include "engine/item_list.h"
+#include "engine/member_selection.h"
 #include "engine/name_encoding.h"
 #include "engine/windows_text.h"
 
@@ -15,6 +19,9 @@ namespace ql::zip {
 namespace {
 
 constexpr std::uint32_t kArchiveAttribute = FILE_ATTRIBUTE_ARCHIVE;
+
+// No ZipCode: the source is still to be added.
+constexpr std::int32_t kUndecided = -1;
 
 std::vector<std::string> Items(const ZIPCMDSTRUCT& command) {
     return SplitItems(Utf8FromAnsi(command.lpszItemList));
@@ -44,28 +51,30 @@ void RefuseWhatIsNotOffered(const ZIPCMDSTRUCT& command) {
 bool Wants(std::int32_t function, const DiskItem& item, const Entry* former) {
     if (function == ZIP_ADD) return !former || !item.IsFolder();
     if (!former) return function == ZIP_UPDATE;
-    return !item.IsFolder() && item.time > former->time;
+    return !item.IsFolder() && item.time > TimeOf(*former);
 }
 
 // The archive itself can be among the files of its folder.
 void LeaveOut(std::vector<DiskItem>& items, const std::wstring& archive) {
     const auto form = [](const std::wstring& path) { return Folded(Utf8FromWide(LiteralPath(path))); };
-    const std::u32string own = form(archive), name = own.substr(own.rfind(U'\\') + 1);
+    const auto nameOf = [](const std::u32string& path) { return path.substr(path.rfind(U'\\') + 1); };
+    const std::u32string own = form(archive), ownName = nameOf(own),
+                         beside = form(PendingFile::NameBeside(archive)), besideName = nameOf(beside);
     std::erase_if(items, [&](const DiskItem& item) {
         // Full paths only where the name could be the archive's: asking for them takes time.
-        if (item.folded.find(name) == std::u32string::npos) return false;
+        if (!item.folded.ends_with(ownName) && !item.folded.ends_with(besideName)) return false;
         const std::u32string path = form(item.path);
-        return path == own || path == own + U".~new";
+        return path == own || path == beside;
     });
 }
 
-std::vector<DiskItem> FindItems(const ZIPCMDSTRUCT& command) {
+std::vector<DiskItem> FindItems(const ZIPCMDSTRUCT& command, const std::wstring& archive) {
     std::vector<std::wstring> names;
     for (const std::string& name : Items(command)) names.push_back(WideFromUtf8(name));
     const ItemSearch search{command.recurseFlag != 0, command.noDirectoryNamesFlag != 0,
                             command.noDirectoryEntriesFlag == 0, command.includeSysHiddenFlag != 0};
     std::vector<DiskItem> items = FindDiskItems(names, search);
-    LeaveOut(items, WideFromAnsi(command.lpszZIPFile));
+    LeaveOut(items, archive);
     const ItemFilter filter(command);
     std::erase_if(items, [&](const DiskItem& item) { return !filter.Admits(item); });
     return items;
@@ -73,22 +82,20 @@ std::vector<DiskItem> FindItems(const ZIPCMDSTRUCT& command) {
 
 void DropFormer(ArchiveChange& change, std::int32_t function, std::vector<DiskItem>& items) {
     std::erase_if(items,
-                  [&](const DiskItem& item) { return !Wants(function, item, change.Find(item.folded)); });
-    for (const DiskItem& item : items) {
-        if (const Entry* former = change.Find(item.folded)) change.Drop(*former);
-    }
+                  [&](const DiskItem& item) { return !Wants(function, item, change.Find(item.name)); });
+    for (const DiskItem& item : items) change.Drop(item.name);
 }
 
-void AddItem(ArchiveWriter& writer, const DiskItem& item, int level, CallProgress& progress) {
+void AddItem(ArchiveChange& change, const DiskItem& item, int level, CallProgress& progress) {
     progress.Begin(AnsiFromUtf8(item.name), item.size);
     const NewEntry entry{item.name, item.time, item.attributes, level};
     const auto tell = [&](std::uint64_t done) { progress.Reach(done); };
     if (item.IsFolder()) {
         MemoryInput nothing(nullptr, 0);
-        return writer.Add(entry, nothing, tell);
+        return change.Writer().Add(entry, nothing, tell);
     }
-    WindowsInput source(item.path, Result::kSourceMissing, Result::kReadFailed);
-    writer.Add(entry, source, tell);
+    WindowsInput source(item.path, kOpenSource, change.Waiting());
+    change.Writer().Add(entry, source, tell);
 }
 
 std::uint64_t TotalSize(const std::vector<DiskItem>& items) {
@@ -101,7 +108,7 @@ std::optional<DosTime> LatestTime(const ZIPCMDSTRUCT& command, const ArchiveChan
                                   const std::vector<DiskItem>& items) {
     if (!command.oldAsLatestFlag) return std::nullopt;
     DosTime latest = 0;
-    for (const Entry& entry : change.Entries()) latest = std::max(latest, entry.time);
+    for (const Entry& entry : change.Entries()) latest = std::max(latest, TimeOf(entry));
     for (const DiskItem& item : items) latest = std::max(latest, item.time);
     return latest;
 }
@@ -115,7 +122,7 @@ void DeleteOriginals(const std::vector<DiskItem>& items) {
 void AddFiles(const ZIPCMDSTRUCT& command) {
     const std::optional<std::string> comment = NewComment(command);
     ArchiveChange change(WideFromAnsi(command.lpszZIPFile), command.function == ZIP_FRESHEN);
-    std::vector<DiskItem> items = FindItems(command);
+    std::vector<DiskItem> items = FindItems(command, change.Place());
     DropFormer(change, command.function, items);
     Require(!items.empty() || comment, Result::kNothingToDo);
     change.CopyKept();
@@ -123,7 +130,7 @@ void AddFiles(const ZIPCMDSTRUCT& command) {
     CallProgress progress(command, TotalSize(items));
     for (const DiskItem& item : items) {
         const bool stores = item.IsFolder() || stored.Cover(item.folded);
-        AddItem(change.Writer(), item, stores ? 0 : command.compFactor, progress);
+        AddItem(change, item, stores ? 0 : command.compFactor, progress);
     }
     change.Commit(comment, LatestTime(command, change, items));
     if (command.deleteOriginalFlag) DeleteOriginals(items);
@@ -131,14 +138,10 @@ void AddFiles(const ZIPCMDSTRUCT& command) {
 
 void DeleteMembers(const ZIPCMDSTRUCT& command) {
     ArchiveChange change(WideFromAnsi(command.lpszZIPFile), true);
-    const NamePatterns patterns(Items(command), command.recurseFlag != 0);
-    bool any = false;
-    for (const Entry& entry : change.Entries()) {
-        if (!patterns.Match(entry.name)) continue;
-        change.Drop(entry);
-        any = true;
-    }
-    Require(any, Result::kNothingToDo);
+    const std::vector<std::size_t> members =
+        SelectMembers(change.Former(), Items(command), command.recurseFlag != 0);
+    Require(!members.empty(), Result::kNothingToDo);
+    for (const std::size_t i : members) change.Drop(i);
     change.CopyKept();
     change.Commit(NewComment(command), LatestTime(command, change, {}));
 }
@@ -157,7 +160,7 @@ void AddMemory(const ZIPCMDSTRUCT& command) {
             Result::kBadRequest);
     ArchiveChange change(WideFromAnsi(command.lpszZIPFile), false);
     const NewEntry entry{WithSlashes(names[0]), DosTimeNow(), kArchiveAttribute, command.compFactor};
-    if (const Entry* former = change.Find(Folded(entry.name))) change.Drop(*former);
+    change.Drop(entry.name);
     change.CopyKept();
     const auto size = static_cast<std::size_t>(command.lMemBlockSize);
     MemoryInput source(static_cast<const std::uint8_t*>(command.lpMemBlock), size);
@@ -165,6 +168,88 @@ void AddMemory(const ZIPCMDSTRUCT& command) {
     progress.Begin(AnsiFromUtf8(entry.name), size);
     change.Writer().Add(entry, source, [&](std::uint64_t done) { progress.Reach(done); });
     change.Commit(NewComment(command), std::nullopt);
+}
+
+// --- Sources with a result each
+
+struct Source {
+    ZIPSOURCE* told;
+    DiskItem item;
+};
+
+bool IsOpen(const ZIPSOURCE& source) {
+    return source.code == kUndecided;
+}
+
+DiskItem ItemOf(const ZIPSOURCE& source) {
+    Require(source.file && *source.file, Result::kSourceMissing);
+    const std::wstring path = LiteralPath(source.file);
+    const auto facts = FileFacts(path, Result::kReadFailed);
+    Require(facts.has_value(), Result::kSourceMissing);
+    const std::string name = WithSlashes(Utf8FromWide(source.name ? source.name : path));
+    return DiskItemOf(path, source.name ? name : std::string(LastPart(name)), *facts);
+}
+
+// What is settled before the archive is touched leaves the list with its code.
+std::vector<Source> WantedSources(const ArchiveChange& change, std::int32_t function, ZIPSOURCE* sources,
+                                  std::int32_t count) {
+    std::vector<Source> wanted;
+    std::set<std::u32string> names;
+    for (ZIPSOURCE* source = sources; source != sources + count; ++source) {
+        if (!IsOpen(*source)) continue;
+        const Result result = ResultOf([&] {
+            DiskItem item = ItemOf(*source);
+            Require(IsSafeEntryName(item.name), Result::kBadRequest);
+            Require(item.path != change.Place(), Result::kBadRequest);
+            Require(names.insert(item.folded).second, Result::kBadRequest);
+            Require(Wants(function, item, change.Find(item.name)), Result::kNothingToDo);
+            wanted.push_back({source, std::move(item)});
+        });
+        if (result != Result::kOk) source->code = ZipCodeOf(result);
+    }
+    return wanted;
+}
+
+// Adds one source, or notes why not. Answers whether the change can go on: a former member of that name is not in it
+// any more.
+bool AddSource(ArchiveChange& change, const Source& source, int level, CallProgress& progress) {
+    const Result result =
+        ResultOf([&] { AddItem(change, source.item, source.item.IsFolder() ? 0 : level, progress); });
+    if (result == Result::kOk) return true;
+    Require(result == Result::kReadFailed || result == Result::kSourceMissing, result);
+    source.told->code = ZipCodeOf(result);
+    return !change.Find(source.item.name);
+}
+
+// Answers whether all is done, rather than to be begun again without the source that failed.
+bool TrySources(const ZIPCMDSTRUCT& command, ZIPSOURCE* sources, std::int32_t count) {
+    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), command.function == ZIP_FRESHEN);
+    const std::vector<Source> wanted = WantedSources(change, command.function, sources, count);
+    Require(!wanted.empty(), Result::kNothingToDo);
+    std::uint64_t total = 0;
+    for (const Source& source : wanted) {
+        change.Drop(source.item.name);
+        total += source.item.size;
+    }
+    change.CopyKept();
+    CallProgress progress(command, total);
+    for (const Source& source : wanted) {
+        if (!AddSource(change, source, command.compFactor, progress)) return false;
+    }
+    Require(
+        std::any_of(wanted.begin(), wanted.end(), [](const Source& source) { return IsOpen(*source.told); }),
+        Result::kNothingToDo);
+    change.Commit(std::nullopt, std::nullopt);
+    return true;
+}
+
+void AddSources(const ZIPCMDSTRUCT& command, ZIPSOURCE* sources, std::int32_t count) {
+    RefuseWhatIsNotOffered(command);
+    Require(command.function == ZIP_FRESHEN || command.function == ZIP_UPDATE || command.function == ZIP_ADD,
+            Result::kBadRequest);
+    Require(count >= 0 && (sources || count == 0), Result::kBadRequest);
+    while (!TrySources(command, sources, count)) {
+    }
 }
 
 void Run(const ZIPCMDSTRUCT& command) {
@@ -182,6 +267,16 @@ void Run(const ZIPCMDSTRUCT& command) {
 }
 
 }  // namespace
+
+Result RunZipFiles(const ZIPCMDSTRUCT& command, ZIPSOURCE* sources, std::int32_t count) {
+    const std::span<ZIPSOURCE> all(sources, sources ? static_cast<std::size_t>(std::max(count, 0)) : 0);
+    for (ZIPSOURCE& source : all) source.code = kUndecided;
+    const Result result = ResultOf([&] { AddSources(command, sources, count); });
+    for (ZIPSOURCE& source : all) {
+        if (IsOpen(source)) source.code = ZipCodeOf(result);
+    }
+    return result;
+}
 
 Result RunZip(const ZIPCMDSTRUCT& command) {
     return ResultOf([&] { Run(command); });

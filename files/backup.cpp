@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "files/file_removal.h"
+#include "platform/failure.h"
 #include "platform/win32.h"
 
 namespace {
@@ -52,12 +53,14 @@ bool Fails(std::wstring_view reason, wchar_t* message, int messageLength) {
 }  // namespace
 
 bool BackupFile(const QLFileName& name, wchar_t* message, int messageLength) {
-    const RWWString first = BackupName(name, 1);
-    if (StateOf(first).isThere && !Copy(first, BackupName(name, 2))) {
-        return Fails(L"Unable to do second-level backup.", message, messageLength);
-    }
-    if (!Copy(name.GetPathAndFileName(), first)) {
-        return Fails(L"Unable to do first-level backup.", message, messageLength);
-    }
-    return true;
+    return ql::FailureIfThrown(false, [&] {
+        const RWWString first = BackupName(name, 1);
+        if (StateOf(first).isThere && !Copy(first, BackupName(name, 2))) {
+            return Fails(L"Unable to do second-level backup.", message, messageLength);
+        }
+        if (!Copy(name.GetPathAndFileName(), first)) {
+            return Fails(L"Unable to do first-level backup.", message, messageLength);
+        }
+        return true;
+    });
 }

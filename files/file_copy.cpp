@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
-#include <new>
 
 #include "files/same_file.h"
+#include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
@@ -59,22 +59,18 @@ bool Fails(DWORD error) {
     return false;
 }
 
-// Copies bytes from where both files stand.
+// Copies bytes from where two files stand.
 class Pump {
   public:
-    Pump(const File& from, const File& to) : from_(from), to_(to) {}
-
-    bool HasMemory() const noexcept { return block_ != nullptr; }
-
     // Until the source ends or so many bytes are moved.
-    bool Move(long long most) {
+    bool Move(const File& from, const File& to, long long most) {
         moved_ = 0;
         while (moved_ < most) {
             DWORD count = 0, written = 0;
             const auto wanted = static_cast<DWORD>(std::min<long long>(kCapacity, most - moved_));
-            if (!::ReadFile(from_.get(), block_.get(), wanted, &count, nullptr)) return false;
+            if (!::ReadFile(from.get(), block_.get(), wanted, &count, nullptr)) return false;
             if (count == 0) return true;
-            if (!::WriteFile(to_.get(), block_.get(), count, &written, nullptr)) return false;
+            if (!::WriteFile(to.get(), block_.get(), count, &written, nullptr)) return false;
             moved_ += written;
             if (written < count) return Fails(ERROR_DISK_FULL);
         }
@@ -84,8 +80,7 @@ class Pump {
 
   private:
     static constexpr DWORD kCapacity = 1 << 16;
-    const File &from_, &to_;
-    std::unique_ptr<char[]> block_{new (std::nothrow) char[kCapacity]};
+    std::unique_ptr<char[]> block_ = std::make_unique_for_overwrite<char[]>(kCapacity);
     long long moved_ = 0;
 };
 
@@ -97,37 +92,36 @@ bool Replace(const File& from, const File& to, Pump& pump) {
     const long long held = SizeOf(to);
     if (SizeOf(from) > held) {
         if (!MoveTo(from, held) || !MoveTo(to, held)) return false;
-        if (!pump.Move(kAll)) {
+        if (!pump.Move(from, to, kAll)) {
             const DWORD error = ::GetLastError();
             EndAt(to, held);
             return Fails(error);
         }
     }
     if (!MoveTo(from, 0) || !MoveTo(to, 0)) return false;
-    const bool done = pump.Move(held);
+    const bool done = pump.Move(from, to, held);
     const DWORD error = ::GetLastError();
     const bool isUntouched = !done && pump.moved() == 0;
     const bool endsRight = (done && pump.moved() == held) || EndAt(to, isUntouched ? held : pump.moved());
     return done ? endsRight : Fails(error);
 }
 
-bool Copy(const File& from, const File& to) {
+bool Copy(const File& from, const File& to, Pump& pump) {
     if (ql::AreOneFile(from.get(), to.get())) return Fails(ERROR_INVALID_PARAMETER);
-    Pump pump(from, to);
-    if (!pump.HasMemory()) return Fails(ERROR_NOT_ENOUGH_MEMORY);
-    if (!HasSize(to)) return pump.Move(kAll);
+    if (!HasSize(to)) return pump.Move(from, to, kAll);
     if (HasSize(from)) return Replace(from, to, pump);
-    return pump.Move(kAll) && ::SetEndOfFile(to.get());
+    return pump.Move(from, to, kAll) && ::SetEndOfFile(to.get());
 }
 
 bool CopyContents(const wchar_t* destination, const wchar_t* source) {
+    Pump pump;
     const File from = OpenSource(source, kShareAll);
     if (!from) return false;
     File to(::CreateFileW(destination, GENERIC_WRITE, kShareAll, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
                           nullptr));
     if (!to) return false;
     const bool isNew = ::GetLastError() != ERROR_ALREADY_EXISTS && HasSize(to);
-    if (Copy(from, to)) return true;
+    if (Copy(from, to, pump)) return true;
     const DWORD error = ::GetLastError();
     to.reset();
     if (isNew) ::DeleteFileW(destination);
@@ -143,7 +137,7 @@ int MakeFileCopy(const wchar_t* destination, const wchar_t* source, int keepTime
         error = ::GetLastError();
         return 0;
     }
-    if (!CopyContents(destination, source)) return 0;
+    if (!ql::FailureIfThrown(false, [&] { return CopyContents(destination, source); })) return 0;
     if (keepTimes && !SetTimes(destination, times)) {
         error = ::GetLastError();
         return 0;

@@ -2,9 +2,14 @@
 
 #include <string>
 
+#include "files/program_name.h"
 #include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
+
+RWWString GetOwnCommandLine() {
+    return RWWString(ql::WithoutProgramName(::GetCommandLineW()));
+}
 
 bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand) {
     return ql::FailureIfThrown(false, [&] {

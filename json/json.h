@@ -22,6 +22,7 @@ namespace JSON {
 
 class Arena;
 
+// What a value is.
 enum ValueKind : int { String = 0, Number = 1, Object = 2, Array = 3, Bool = 4, Null = 5 };
 
 // One node of a tree; it owns its children, and destroying it destroys all that is below. Pointers to nodes

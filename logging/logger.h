@@ -30,6 +30,7 @@
 // One bit a level; a mask is several of them. The library never prints a level.
 enum QLLogLevel : std::int32_t { QLLOG_ERROR = 1, QLLOG_WARNING = 2, QLLOG_INFO = 4, QLLOG_DEBUG = 8 };
 
+// A mask of both.
 constexpr QLLogLevel operator|(QLLogLevel a, QLLogLevel b) noexcept {
     return static_cast<QLLogLevel>(static_cast<std::int32_t>(a) | static_cast<std::int32_t>(b));
 }
@@ -72,6 +73,7 @@ class QL_API LogMessage {
     MessageType type_;
 };
 
+// A line to be written.
 class QL_API WriteLogMessage : public LogMessage {
   public:
     WriteLogMessage(QLLogLevel level, std::wstring text) noexcept
@@ -85,6 +87,7 @@ class QL_API WriteLogMessage : public LogMessage {
     QLLogLevel level_;
 };
 
+// Has every output put down what it holds.
 class QL_API FlushLogMessage : public LogMessage {
   public:
     FlushLogMessage() noexcept : LogMessage(kFlush) {}

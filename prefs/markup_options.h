@@ -19,6 +19,7 @@ enum QLPrettyTplFieldType : int {
 // What a field's colour follows: its kind, how deep it is nested, or its place in the order of fields.
 enum QLClrScheme : int { RegularColors = 0, NestedColors = 1, SequentialColors = 2 };
 
+// Where annotations stand, and what they are counted by.
 enum QLAnnotType : int { FootnoteAnnotations = 0, EndnoteAnnotations = 1 };
 enum QLAnnotStyle : int { NumberedAnnotations = 0, LetteredAnnotations = 1 };
 

@@ -5,10 +5,12 @@
 
 namespace ql {
 
+// The text up to its zero; null is the empty text.
 constexpr std::wstring_view TextOf(const wchar_t* text) noexcept {
     return text ? std::wstring_view(text) : std::wstring_view();
 }
 
+// The same for bytes.
 constexpr std::string_view TextOf(const char* text) noexcept {
     return text ? std::string_view(text) : std::string_view();
 }

@@ -54,6 +54,7 @@ class QL_API RWBufferOstream final : public RWvostream {
     std::streambuf& buffer_;
 };
 
+// From a buffer, which outlives it.
 class QL_API RWBufferIstream final : public RWvistream {
   public:
     explicit RWBufferIstream(std::streambuf& buffer) noexcept : buffer_(buffer) {}
@@ -63,6 +64,7 @@ class QL_API RWBufferIstream final : public RWvistream {
     std::streambuf& buffer_;
 };
 
+// To a file, which outlives it.
 class QL_API RWFileOstream final : public RWvostream {
   public:
     explicit RWFileOstream(RWFile& file) noexcept : file_(file) {}
@@ -72,6 +74,7 @@ class QL_API RWFileOstream final : public RWvostream {
     RWFile& file_;
 };
 
+// From a file, which outlives it.
 class QL_API RWFileIstream final : public RWvistream {
   public:
     explicit RWFileIstream(RWFile& file) noexcept : file_(file) {}

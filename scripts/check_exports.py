@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
-"""Holds the library's exports against its public headers: exactly the names marked QL_API, nothing else.
+"""Holds the library's exports against its public headers: exactly the names marked QL_API, nothing else. Holds it and
+the other programs that are shipped against what protects them: guarded stacks, checked calls, random addresses, no code
+in data.
 
-usage: check_exports.py LIBRARY.dll    (silent and 0 when all holds)
+usage: check_exports.py TARGET LIBRARY.dll [PROGRAM...]    (silent and 0 when all holds; TARGET as the compiler has it)
 """
 import re
 import subprocess
@@ -9,7 +11,7 @@ import sys
 
 from check_rooms import ROOT, public_headers
 
-TOOLS = "i686-w64-mingw32-"
+TOOLS = sys.argv[1] + "-"
 CLASS = re.compile(r"\b(?:class|struct)\s+QL_API\s+(?:QL_LOCK_ATTRIBUTE\([^)]*\)\s*)?(\w+)")
 # A function or a variable: its name, an operator too, stands before "(", "[", ";" or "=".
 NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(operator[^\w\s(]+|\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]")
@@ -49,6 +51,26 @@ def exported(library):
                           text=True).stdout.splitlines()
 
 
+# The bits of DllCharacteristics, and those asked of each word size.
+HIGH_ENTROPY, RANDOM_ADDRESS, NO_CODE_IN_DATA = 0x20, 0x40, 0x100
+PROTECTION = {"i686": RANDOM_ADDRESS | NO_CODE_IN_DATA, "x86_64": HIGH_ENTROPY | RANDOM_ADDRESS | NO_CODE_IN_DATA}
+GUARD = "__stack_chk_fail"
+
+
+def unprotected(program):
+    """What the program lacks."""
+    dump = subprocess.run([TOOLS + "objdump", "-p", program], check=True, capture_output=True, text=True).stdout
+    bits = int(re.search(r"^DllCharacteristics\s+([0-9a-f]+)", dump, re.M).group(1), 16)
+    wanted = PROTECTION[TOOLS.partition("-")[0]]
+    if bits & wanted != wanted:
+        yield f"{program}: characteristics {bits:#x} lack {wanted & ~bits:#x}"
+    symbols = subprocess.run([TOOLS + "nm", program], check=True, capture_output=True, text=True).stdout
+    if GUARD not in symbols:
+        yield f"{program}: no stack is guarded"
+    for name in re.findall(r"^\tDLL Name: (.*ssp.*)$", dump, re.M):
+        yield f"{program}: needs {name}, which is not shipped"
+
+
 def owner(symbol):
     """The class, function or variable that a demangled name speaks of, without namespaces and template arguments."""
     symbol = SPOKEN_OF.sub("", symbol)
@@ -60,7 +82,8 @@ def main():
     classes, others = declared()
     known = classes | others
     seen, faults = set(), []
-    symbols = exported(sys.argv[1])
+    library, *programs = sys.argv[2:]
+    symbols = exported(library)
     for symbol in symbols:
         named = known & set(owner(symbol))
         seen |= named
@@ -68,7 +91,9 @@ def main():
             faults.append(f"exported but in no public header: {symbol}")
     faults.extend(f"in a public header but not exported: {name}" for name in sorted(known - seen))
     if not symbols:
-        faults.append(f"no exports found in {sys.argv[1]}")
+        faults.append(f"no exports found in {library}")
+    for program in library, *programs:
+        faults.extend(unprotected(program))
     print("\n".join(faults), end="\n" if faults else "")
     return 1 if faults else 0
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/failure.h"
 #include "platform/folder.h"
 #include "platform/message_box.h"
 #include "platform/win32.h"
@@ -114,20 +115,22 @@ class FolderDialog {
     static int CALLBACK OnEvent(HWND window, UINT event, LPARAM item, LPARAM data) noexcept {
         auto* const self = reinterpret_cast<FolderDialog*>(data);
         self->window_ = window;
-        try {
+        const bool isDone = ql::Completes([=] {
             if (event == BFFM_INITIALIZED) self->Open();
             if (event == BFFM_SELCHANGED)
                 self->selected_ = FolderOf(reinterpret_cast<const ITEMIDLIST*>(item));
-        } catch (...) {
-            self->Fail();
-        }
+        });
+        if (!isDone) self->Fail();
         return 0;
     }
 
     static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM w, LPARAM l) {
         auto* const self = static_cast<FolderDialog*>(::GetPropW(window, kSelfProperty));
         const WNDPROC systemProcedure = self->systemProcedure_;
-        if (message == WM_COMMAND && LOWORD(w) == IDOK && !self->Take()) return 0;
+        if (message == WM_COMMAND && LOWORD(w) == IDOK) {
+            if (!ql::Completes([self] { self->Take(); })) self->Fail();
+            if (self->taken_.empty()) return 0;
+        }
         if (message == WM_NCDESTROY) ::RemovePropW(window, kSelfProperty);
         return ::CallWindowProcW(systemProcedure, window, message, w, l);
     }
@@ -164,7 +167,7 @@ class FolderDialog {
     }
 
     // Takes the folder, or tells the user why not.
-    bool Take() noexcept try {
+    void Take() {
         const std::wstring meant = Meant();
         RWWString why;
         if (meant.empty()) {
@@ -173,13 +176,9 @@ class FolderDialog {
             why = L"There is no folder \"" + meant + L"\".";
         } else if (validate_(meant, why)) {
             taken_ = meant;
-            return true;
+            return;
         }
         if (!why.isNull()) ql::ShowErrorBox(TextOf(window_).c_str(), why.data());
-        return false;
-    } catch (...) {
-        Fail();
-        return false;
     }
 
     // Folders are in the form of FullPath, and empty where there is none.

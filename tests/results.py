@@ -1,5 +1,9 @@
-"""How the scripts of the tests tell what came of their cases."""
+"""What the scripts of the tests share: where programs run, and how to tell what came of the cases."""
+import os
 import pathlib
+
+# The build's tests name the one that runs their programs.
+WINE = os.environ.get("QL_WINE") or str(pathlib.Path(__file__).resolve().parent.parent / "scripts" / "wine")
 
 
 def report(passed, failed, results=None):

@@ -10,12 +10,14 @@
 // empty text. To ANSI, a character that the code page lacks becomes its best fit, else "?". To wide,
 // characters are precomposed. A conversion that the system refuses gives an empty text.
 
+// To the ANSI code page.
 QL_API std::string WideToStdString(ql::TextView text);
 QL_API RWCString WideToRWCString(ql::TextView text);
 
 // The whole counted text, with the zero units in it.
 QL_API RWCString RWTStringToRWCString(const RWWString& text);
 
+// From the ANSI code page.
 QL_API RWWString AnsiToRWWString(const char* text);
 
 // The whole counted text: each zero byte becomes a zero unit, on purpose, so that lists of zero-separated

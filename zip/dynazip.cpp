@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,10 +17,11 @@
 
 namespace {
 
-constexpr int kNotAcceptable = 16;
-constexpr int kNoZipEngine = 17;
-constexpr int kNoUnzipEngine = 49;
-constexpr int kMaxComment = 65535;
+// An operation that gets a name that it cannot hand on.
+constexpr int kNotAcceptable = ZIP_BAD_REQUEST;
+
+// With the ending zero; no archive has a longer one.
+constexpr std::size_t kCommentRoom = 65536;
 
 // What InitZIPCmdStruct leaves for the caller to replace.
 constexpr std::int32_t kNoZipFunction = 6;
@@ -39,9 +41,26 @@ std::wstring BesideThisModule(const wchar_t* dll) {
     return path + dll;
 }
 
+bool IsFullPath(const std::wstring& path) {
+    return path.starts_with(L"\\\\") || (path.size() > 2 && path[1] == L':' && path[2] == L'\\');
+}
+
+// What an engine needs in turn comes from its own folder, the program's or the system's: never by way of the current
+// folder or of PATH.
+HMODULE LoadEngineFile(const std::wstring& path) {
+    constexpr DWORD kPlaces = LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
+    return IsFullPath(path) ? ::LoadLibraryExW(path.c_str(), nullptr, kPlaces) : nullptr;
+}
+
 HMODULE LoadEngine(const wchar_t* dll) {
-    const HMODULE module = ::LoadLibraryW(InProgramDirectory(dll).c_str());
-    return module ? module : ::LoadLibraryW(BesideThisModule(dll).c_str());
+    const HMODULE module = LoadEngineFile(InProgramDirectory(dll));
+    return module ? module : LoadEngineFile(BesideThisModule(dll));
+}
+
+template <class Proc>
+Proc Find(HMODULE module, const char* entryPoint) {
+    const FARPROC found = module ? ::GetProcAddress(module, entryPoint) : nullptr;
+    return reinterpret_cast<Proc>(reinterpret_cast<void*>(found));
 }
 
 template <class Proc>
@@ -55,8 +74,7 @@ template <class Proc>
 int EnsureEngine(HMODULE& module, Proc& proc, const wchar_t* dll, const char* entryPoint) {
     if (module) return 1;
     module = LoadEngine(dll);
-    const FARPROC found = module ? ::GetProcAddress(module, entryPoint) : nullptr;
-    proc = reinterpret_cast<Proc>(reinterpret_cast<void*>(found));
+    proc = Find<Proc>(module, entryPoint);
     if (!proc) FreeEngine(module, proc);
     return proc ? 1 : 0;
 }
@@ -71,7 +89,7 @@ int Narrow(std::wstring_view text, char* into, int size, BOOL* lossy) {
                                  isUtf8 ? nullptr : lossy);
 }
 
-// The ANSI form of an acceptable name.
+// The ANSI form of a text that has one.
 std::optional<std::string> Ansi(const wchar_t* text) {
     const std::wstring_view wide = text ? text : L"";
     if (wide.empty()) return std::string();
@@ -82,10 +100,38 @@ std::optional<std::string> Ansi(const wchar_t* text) {
     return ansi;
 }
 
+// The ANSI form of an acceptable name. A double quote would end the name in an item list.
+std::optional<std::string> AnsiName(const wchar_t* name) {
+    const bool hasQuote = name && std::wstring_view(name).find(L'"') != std::wstring_view::npos;
+    return hasQuote ? std::nullopt : Ansi(name);
+}
+
 std::string Quoted(const std::string& name) {
     std::string quoted;
     quoted.append(1, '"').append(name).append(1, '"');
     return quoted;
+}
+
+// --- Comments
+
+// Empty where the bytes are not UTF-8, or ASCII alone.
+std::wstring FromUtf8BeyondAscii(const std::string& bytes) {
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (std::all_of(bytes.begin(), bytes.end(), isAscii)) return {};
+    const int size = static_cast<int>(bytes.size());
+    std::wstring text(bytes.size(), L'\0');
+    text.resize(static_cast<std::size_t>(
+        ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(), size)));
+    return text;
+}
+
+std::string Utf8(const wchar_t* text) {
+    std::string utf8(
+        static_cast<std::size_t>(::WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr)),
+        '\0');
+    ::WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr);
+    utf8.pop_back();
+    return utf8;
 }
 
 // --- Records
@@ -109,11 +155,44 @@ UNZIPCMDSTRUCT UnzipCommand(UnzipFunction function, const std::string& zipFile) 
     return command;
 }
 
-int Call(DzipProc engine, ZIPCMDSTRUCT& command) {
-    return engine ? engine(&command) : kNoZipEngine;
+// Of the thread's last operation.
+thread_local int lastCode = 0;
+
+template <class Proc, class... Argument>
+int Call(Proc engine, Argument... arguments) {
+    return lastCode = engine ? engine(arguments...) : ZIP_ENGINE_NOT_LOADED;
 }
-int Call(DunzipProc engine, UNZIPCMDSTRUCT& command) {
-    return engine ? engine(&command) : kNoUnzipEngine;
+int NotAcceptable() {
+    return lastCode = kNotAcceptable;
+}
+
+// An engine of another maker cannot do it.
+int CallEach(HMODULE engine, UNZIPCMDSTRUCT& command, ZipMemberProc each, void* userData) {
+    const auto proc = Find<DunzipEachProc>(engine, "dunzipeach");
+    if (engine && !proc) return lastCode = UNZIP_BAD_REQUEST;
+    return Call(proc, &command, each, userData);
+}
+
+// With an engine that knows no lists. Only such a one can name a member otherwise than its file.
+int AddAlone(const wchar_t* zipFile, const ZIPSOURCE& source, int option) {
+    const std::wstring path = source.file ? source.file : L"";
+    const std::size_t last = path.find_last_of(L"\\/") + 1;
+    if (source.name && path.substr(last) != source.name) return ZIP_BAD_REQUEST;
+    const std::wstring folder = last == 0 ? L"." : path.substr(0, last - 1);
+    Dynazip::AddFileToZip(zipFile, folder.c_str(), path.c_str() + last, option);
+    return lastCode;
+}
+
+// Those that are not acceptable have no code of the engine's. Answers 1 when all are in the archive.
+int TakeCodes(std::span<ZIPSOURCE> all, const std::vector<ZIPSOURCE>& acceptable) {
+    auto next = acceptable.begin();
+    bool areAllDone = true;
+    for (ZIPSOURCE& file : all) {
+        const bool isNext = next != acceptable.end() && next->file == file.file && next->name == file.name;
+        file.code = isNext ? (next++)->code : kNotAcceptable;
+        areAllDone = areAllDone && file.code == ZIP_DONE;
+    }
+    return areAllDone ? 1 : 0;
 }
 
 // "MM/DD/YY HH:MM:SS", local; years from 80 on are of the last century.
@@ -140,52 +219,56 @@ struct Message {
     const wchar_t* text;
 };
 
+constexpr Message kNotLoaded = {ZIP_ENGINE_NOT_LOADED, L"The zip engine is not loaded"};
+
 constexpr Message kZipMessages[] = {
-    {1, L"Busy, can't enter now"},
-    {2, L"Unexpected end of zip file"},
-    {3, L"Zip file structure invalid"},
-    {4, L"Out of memory"},
-    {5, L"Internal logic error"},
-    {6, L"Entry too big to split"},
-    {7, L"Invalid comment format"},
-    {8, L"Zip file invalid or insufficient memory"},
-    {9, L"Application cancelled operation"},
-    {10, L"Temporary file failure"},
-    {11, L"Input file read failure"},
-    {12, L"Nothing to do!"},
-    {13, L"Missing or empty zip file"},
-    {14, L"Output file write failure, possible disk full"},
-    {15, L"Could not create output file"},
-    {16, L"Invalid combination of control parameters"},
-    {17, L"Could not complete operation"},
-    {18, L"File not found or no read permission"},
-    {19, L"Media Error Encountered"},
-    {20, L"Invalid combination of Multi-Volume control parameters"},
-    {21, L"Improper use of Multi-Volume Zip file"},
+    {ZIP_BUSY, L"Busy, can't enter now"},
+    {ZIP_CUT_OFF, L"Unexpected end of zip file"},
+    {ZIP_INVALID, L"Zip file structure invalid"},
+    {ZIP_NO_MEMORY, L"Out of memory"},
+    {ZIP_LOGIC_ERROR, L"Internal logic error"},
+    {ZIP_TOO_BIG_TO_SPLIT, L"Entry too big to split"},
+    {ZIP_BAD_COMMENT, L"Invalid comment format"},
+    {ZIP_INVALID_OR_NO_MEMORY, L"Zip file invalid or insufficient memory"},
+    {ZIP_CANCELLED, L"Application cancelled operation"},
+    {ZIP_TEMPORARY_FILE, L"Temporary file failure"},
+    {ZIP_READ_FAILED, L"Input file read failure"},
+    {ZIP_NOTHING_TO_DO, L"Nothing to do!"},
+    {ZIP_MISSING, L"Missing or empty zip file"},
+    {ZIP_WRITE_FAILED, L"Output file write failure, possible disk full"},
+    {ZIP_CANNOT_CREATE, L"Could not create output file"},
+    {ZIP_BAD_REQUEST, L"Invalid combination of control parameters"},
+    {ZIP_NOT_COMPLETED, L"Could not complete operation"},
+    {ZIP_FILE_MISSING, L"File not found or no read permission"},
+    {ZIP_MEDIA_ERROR, L"Media Error Encountered"},
+    {ZIP_VOLUMES_ASKED, L"Invalid combination of Multi-Volume control parameters"},
+    {ZIP_VOLUMES, L"Improper use of Multi-Volume Zip file"},
+    kNotLoaded,
 };
 
 constexpr Message kUnzipMessages[] = {
-    {2, L"Unexpected end of zip file"},
-    {3, L"Zip file structure invalid"},
-    {4, L"Out of memory"},
-    {5, L"Out of memory"},
-    {9, L"File not found"},
-    {11, L"No files to test, extract, etc."},
-    {12, L"The same disk volume can not be used as both the source and destination"},
-    {25, L"Index out of bounds"},
-    {28, L"Error creating output file"},
-    {29, L"Error opening archive"},
-    {39, L"Bad CRC"},
-    {40, L"Application cancelled operation"},
-    {41, L"File skipped, encrypted"},
-    {42, L"File skipped, unknown compression method"},
-    {44, L"Bad or missing decrypt code"},
-    {45, L"Busy, can't enter now"},
-    {46, L"Can't extract a Volume ID item"},
-    {47, L"Command syntax error"},
-    {48, L"Operation cancelled"},
-    {49, L"Operation skipped"},
-    {50, L"Disk full"},
+    {UNZIP_CUT_OFF, L"Unexpected end of zip file"},
+    {UNZIP_INVALID, L"Zip file structure invalid"},
+    {UNZIP_NO_MEMORY, L"Out of memory"},
+    {UNZIP_NO_MEMORY_EITHER, L"Out of memory"},
+    {UNZIP_MISSING, L"File not found"},
+    {UNZIP_NOTHING_TO_DO, L"No files to test, extract, etc."},
+    {UNZIP_SAME_VOLUME, L"The same disk volume can not be used as both the source and destination"},
+    {UNZIP_OUT_OF_BOUNDS, L"Index out of bounds"},
+    {UNZIP_CANNOT_CREATE, L"Error creating output file"},
+    {UNZIP_CANNOT_OPEN, L"Error opening archive"},
+    {UNZIP_BAD_CRC, L"Bad CRC"},
+    {UNZIP_CANCELLED, L"Application cancelled operation"},
+    {UNZIP_ENCRYPTED, L"File skipped, encrypted"},
+    {UNZIP_UNKNOWN_METHOD, L"File skipped, unknown compression method"},
+    {UNZIP_BAD_KEY, L"Bad or missing decrypt code"},
+    {UNZIP_BUSY, L"Busy, can't enter now"},
+    {UNZIP_VOLUME_LABEL, L"Can't extract a Volume ID item"},
+    {UNZIP_BAD_REQUEST, L"Command syntax error"},
+    {UNZIP_STOPPED, L"Operation cancelled"},
+    {UNZIP_SKIPPED, L"Operation skipped"},
+    {UNZIP_DISK_FULL, L"Disk full"},
+    kNotLoaded,
 };
 
 template <std::size_t rows>
@@ -233,93 +316,156 @@ void Dynazip::InitUNZIPCmdStruct(UNZIPCMDSTRUCT* command) {
 
 long Dynazip::AddFileToZip(const wchar_t* zipFile, const wchar_t* directory, const wchar_t* fileName,
                            int option) {
-    const auto archive = Ansi(zipFile), folder = Ansi(directory), name = Ansi(fileName);
-    if (!archive || !folder || !name) return kNotAcceptable;
+    const auto archive = AnsiName(zipFile), folder = AnsiName(directory), name = AnsiName(fileName);
+    if (!archive || !folder || !name) return NotAcceptable();
     const std::string items = Quoted(*folder + "\\" + *name);
     ZIPCMDSTRUCT command = ZipCommand(ZIP_UPDATE, *archive, items);
     command.compFactor = option;
     command.growExistingFlag = 1;
     command.noDirectoryNamesFlag = 1;
-    return Call(dzipProc, command) == 0 ? 1 : 0;
+    return Call(dzipProc, &command) == ZIP_DONE ? 1 : 0;
+}
+
+long Dynazip::AddFilesToZip(const wchar_t* zipFile, ZIPSOURCE* files, int count, int option,
+                            const ZipProgress& progress) {
+    const auto archive = AnsiName(zipFile);
+    if (!archive) return NotAcceptable();
+    if (!files || count <= 0) return count == 0 ? 1 : 0;
+    const std::span<ZIPSOURCE> all(files, static_cast<std::size_t>(count));
+    std::vector<ZIPSOURCE> acceptable;
+    for (const ZIPSOURCE& file : all) {
+        if (AnsiName(file.file) && AnsiName(file.name)) acceptable.push_back(file);
+    }
+    const std::string noItems;
+    ZIPCMDSTRUCT command = ZipCommand(ZIP_UPDATE, *archive, noItems);
+    command.compFactor = option;
+    command.lpMajorStatus = progress.proc;
+    command.lpMajorUserData = progress.userData;
+    const auto filesProc = Find<DzipFilesProc>(dzipDll, "dzipfiles");
+    if (filesProc) {
+        Call(filesProc, &command, acceptable.data(), static_cast<std::int32_t>(acceptable.size()));
+    } else {
+        for (ZIPSOURCE& file : acceptable) file.code = AddAlone(zipFile, file, option);
+    }
+    return TakeCodes(all, acceptable);
 }
 
 long Dynazip::DeleteFileFromZip(const wchar_t* zipFile, const wchar_t* fileName) {
-    const auto archive = Ansi(zipFile), name = Ansi(fileName);
-    if (!archive || !name) return kNotAcceptable;
+    const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
+    if (!archive || !name) return NotAcceptable();
     const std::string items = Quoted(*name);
     ZIPCMDSTRUCT command = ZipCommand(ZIP_DELETE, *archive, items);
     command.lpszTempPath = "trash";
-    return Call(dzipProc, command);
+    return Call(dzipProc, &command);
 }
 
 long Dynazip::ExtractFileFromZip(const wchar_t* zipFile, const wchar_t* fileName,
                                  const wchar_t* destination) {
-    const auto archive = Ansi(zipFile), name = Ansi(fileName), folder = Ansi(destination);
-    if (!archive || !name || !folder) return kNotAcceptable;
+    const auto archive = AnsiName(zipFile), name = AnsiName(fileName), folder = AnsiName(destination);
+    if (!archive || !name || !folder) return NotAcceptable();
     const std::string items = Quoted(*name);
     UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_EXTRACT, *archive);
     command.lpszFilespec = items.c_str();
     command.lpszDestination = folder->c_str();
     command.overWriteFlag = 1;
-    return Call(dunzipProc, command);
+    return Call(dunzipProc, &command);
+}
+
+long Dynazip::ExtractMembers(const wchar_t* zipFile, const wchar_t* destination, const ZipExtraction& what,
+                             ZipMemberProc each, void* userData) {
+    const auto archive = AnsiName(zipFile), folder = AnsiName(destination);
+    if (!archive || !folder) return NotAcceptable();
+    std::string items;
+    for (int i = 0; i < what.count; ++i) {
+        const auto name = AnsiName(what.names[i]);
+        if (!name) return NotAcceptable();
+        items += Quoted(*name) + ' ';
+    }
+    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_EXTRACT, *archive);
+    command.lpszFilespec = what.count == 0 ? "*" : items.c_str();
+    command.index = what.index;
+    command.lpszDestination = folder->c_str();
+    command.overWriteFlag = 1;
+    command.updateFlag = what.keepsNewer;
+    command.testFlag = what.testsOnly;
+    command.noDirectoryNamesFlag = command.noDirectoryItemsFlag = !what.withFolders;
+    command.lpMajorStatus = what.progress.proc;
+    command.lpMajorUserData = what.progress.userData;
+    return CallEach(dunzipDll, command, each, userData);
+}
+
+long Dynazip::ForEachMember(const wchar_t* zipFile, ZipMemberProc each, void* userData) {
+    const auto archive = AnsiName(zipFile);
+    if (!archive) return NotAcceptable();
+    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COUNT_ALL, *archive);
+    return CallEach(dunzipDll, command, each, userData);
 }
 
 int Dynazip::FileExistsInZip(const wchar_t* zipFile, const wchar_t* fileName) {
-    const auto archive = Ansi(zipFile), name = Ansi(fileName);
-    if (!archive || !name) return kNotAcceptable;
+    const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
+    if (!archive || !name) return NotAcceptable();
     const std::string items = Quoted(*name);
     UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COUNT_MATCHING, *archive);
     command.lpszFilespec = items.c_str();
-    return Call(dunzipProc, command) == 0 && command.returnCount > 0 ? 1 : 0;
+    return Call(dunzipProc, &command) == UNZIP_DONE && command.returnCount > 0 ? 1 : 0;
 }
 
 RWWString Dynazip::GetComment(const wchar_t* zipFile) {
-    const auto archive = Ansi(zipFile);
-    if (!archive) return RWWString();
-    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COMMENT_SIZE, *archive);
-    if (Call(dunzipProc, command) != 0 || command.returnCount <= 0 || command.returnCount > kMaxComment)
+    const auto archive = AnsiName(zipFile);
+    if (!archive) {
+        NotAcceptable();
         return RWWString();
-    std::vector<char> comment(static_cast<std::size_t>(command.returnCount) + 1);
-    command.function = UNZIP_COMMENT;
+    }
+    // Asking for its size first would trust that the archive stays as it is between the two calls.
+    std::string comment(kCommentRoom, '\0');
+    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COMMENT, *archive);
     command.lpszReturnString = comment.data();
-    if (Call(dunzipProc, command) != 0) return RWWString();
-    comment.back() = '\0';
-    return AnsiToRWWString(comment.data());
+    if (Call(dunzipProc, &command) != UNZIP_DONE) return RWWString();
+    comment.resize(std::min(comment.find('\0'), kCommentRoom - 1));
+    const std::wstring text = FromUtf8BeyondAscii(comment);
+    return text.empty() ? AnsiToRWWString(comment.c_str()) : RWWString(text);
 }
 
 int Dynazip::SetComment(const wchar_t* zipFile, const wchar_t* comment) {
-    const auto archive = Ansi(zipFile), text = Ansi(comment);
-    if (!archive || !text) return kNotAcceptable;
+    const auto archive = AnsiName(zipFile);
+    auto text = Ansi(comment);
+    if (!archive || !text) return NotAcceptable();
+    // Bytes that would be read as UTF-8 must be.
+    if (!FromUtf8BeyondAscii(*text).empty()) text = Utf8(comment);
     const std::string noItems;
     ZIPCMDSTRUCT command = ZipCommand(ZIP_ADD, *archive, noItems);
     command.addCommentFlag = 1;
     command.lpszComment = text->c_str();
-    return Call(dzipProc, command) == 0 ? 1 : 0;
+    return Call(dzipProc, &command) == ZIP_DONE ? 1 : 0;
 }
 
 long Dynazip::GetFileDateAndSizeFromZip(const wchar_t* zipFile, const wchar_t* fileName, std::int64_t& time,
                                         int& size) {
-    const auto archive = Ansi(zipFile), name = Ansi(fileName);
-    if (!archive || !name) return kNotAcceptable;
+    const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
+    if (!archive || !name) return NotAcceptable();
     const std::string items = Quoted(*name);
     ZIPINFO info{};
     UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_NEXT_MATCHING, *archive);
     command.lpszFilespec = items.c_str();
     command.zInfo = &info;
-    const int code = Call(dunzipProc, command);
-    if (code != 0) return code;
+    const int code = Call(dunzipProc, &command);
+    if (code != UNZIP_DONE) return code;
     time = TimeOf(info);
     size = static_cast<int>(std::min<std::uint32_t>(info.oSize, INT_MAX));
     return 0;
 }
 
 int Dynazip::GetIndexedZipInfo(const wchar_t* zipFile, int index, ZIPINFO* info) {
-    const auto archive = Ansi(zipFile);
-    if (!archive || !info) return kNotAcceptable;
+    const auto archive = AnsiName(zipFile);
+    if (!archive || !info) return NotAcceptable();
     UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_INDEXED, *archive);
     command.index = index;
     command.zInfo = info;
-    return Call(dunzipProc, command);
+    return Call(dunzipProc, &command);
+}
+
+int Dynazip::LastEngineCode() {
+    return lastCode;
 }
 
 const wchar_t* Dynazip::ZipErrorMsg(int code) {

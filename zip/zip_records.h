@@ -43,6 +43,62 @@ enum UnzipFunction : std::int32_t {
 // UNZIPCMDSTRUCT::wUnzipSubOptions.
 constexpr std::uint16_t UNZIP_OVERWRITE_READ_ONLY = 1;
 
+// What "dzip" answers, and what of it the messages say (Dynazip::ZipErrorMsg).
+enum ZipCode : int {
+    ZIP_DONE = 0,
+    ZIP_BUSY = 1,
+    ZIP_CUT_OFF = 2,
+    ZIP_INVALID = 3,
+    ZIP_NO_MEMORY = 4,
+    ZIP_LOGIC_ERROR = 5,
+    ZIP_TOO_BIG_TO_SPLIT = 6,
+    ZIP_BAD_COMMENT = 7,
+    ZIP_INVALID_OR_NO_MEMORY = 8,
+    ZIP_CANCELLED = 9,
+    ZIP_TEMPORARY_FILE = 10,
+    ZIP_READ_FAILED = 11,
+    ZIP_NOTHING_TO_DO = 12,
+    ZIP_MISSING = 13,
+    ZIP_WRITE_FAILED = 14,
+    ZIP_CANNOT_CREATE = 15,
+    ZIP_BAD_REQUEST = 16,
+    ZIP_NOT_COMPLETED = 17,
+    ZIP_FILE_MISSING = 18,
+    ZIP_MEDIA_ERROR = 19,
+    ZIP_VOLUMES_ASKED = 20,
+    ZIP_VOLUMES = 21,
+};
+
+// The same for "dunzip" (Dynazip::UnzipErrorMsg).
+enum UnzipCode : int {
+    UNZIP_DONE = 0,
+    UNZIP_CUT_OFF = 2,
+    UNZIP_INVALID = 3,
+    UNZIP_NO_MEMORY = 4,
+    UNZIP_NO_MEMORY_EITHER = 5,
+    UNZIP_MISSING = 9,
+    UNZIP_NOTHING_TO_DO = 11,
+    UNZIP_SAME_VOLUME = 12,
+    UNZIP_OUT_OF_BOUNDS = 25,
+    UNZIP_CANNOT_CREATE = 28,
+    UNZIP_CANNOT_OPEN = 29,
+    UNZIP_BAD_CRC = 39,
+    UNZIP_CANCELLED = 40,
+    UNZIP_ENCRYPTED = 41,
+    UNZIP_UNKNOWN_METHOD = 42,
+    UNZIP_BAD_KEY = 44,
+    UNZIP_BUSY = 45,
+    UNZIP_VOLUME_LABEL = 46,
+    UNZIP_BAD_REQUEST = 47,
+    UNZIP_STOPPED = 48,
+    UNZIP_SKIPPED = 49,
+    UNZIP_DISK_FULL = 50,
+};
+
+// What operations of the library answer in place of either engine's code when that engine is not loaded: the system's
+// number for a module that cannot be found.
+constexpr int ZIP_ENGINE_NOT_LOADED = 126;
+
 // ZIPINFO::attr beyond the file attributes of the low byte.
 constexpr std::uint32_t ZIPINFO_ENCRYPTED = 32768;
 constexpr std::uint32_t ZIPINFO_LONG_NAME = 65536;
@@ -102,6 +158,7 @@ struct ZIPCMDSTRUCT {
     std::int32_t lMemBlockSize;
 };
 
+// What is told of a member.
 struct ZIPINFO {
     std::uint16_t index;
     std::uint32_t oSize;
@@ -117,6 +174,7 @@ struct ZIPINFO {
     std::uint32_t reserved2;
 };
 
+// A call of the engine that reads.
 struct UNZIPCMDSTRUCT {
     std::int32_t unzipStructSize;
     std::int32_t function;
@@ -161,6 +219,45 @@ struct UNZIPCMDSTRUCT {
 // The entry points, "dzip" and "dunzip".
 using DzipProc = int(QL_ZIP_CALL*)(ZIPCMDSTRUCT*);
 using DunzipProc = int(QL_ZIP_CALL*)(UNZIPCMDSTRUCT*);
+
+// --- Beyond the published interface. The engines that come with the library have an entry point more each.
+
+// A member, told in full. The texts are the engine's, as long as the call-back that gets them runs.
+struct ZIPMEMBER {
+    std::int32_t index;    // in the directory's order, from 0
+    std::int32_t code;     // of what was done with the member: 0, or why not
+    const wchar_t* name;   // true and whole
+    const char* ansiName;  // as ZIPINFO has it, but whole
+    const char* dateTime;  // "MM/DD/YY HH:MM:SS", local
+    std::uint64_t size;    // unpacked
+    std::uint64_t packedSize;
+    std::uint32_t crc;
+    std::uint32_t attributes;  // as ZIPINFO::attr
+    std::uint16_t method;
+    std::uint16_t flags;  // of the format
+    std::int32_t isFolder;
+    std::int32_t isEncrypted;
+};
+
+// Another answer than 0 cancels the call.
+using ZipMemberProc = int(QL_ZIP_CALL*)(const ZIPMEMBER* member, void* userData);
+
+// "dunzipeach": runs a command and tells of each member that it concerns, in the order of the directory (extraction: of
+// the work). Functions: UNZIP_COUNT_ALL and UNZIP_COUNT_MATCHING (the members are told only) and UNZIP_EXTRACT. With an
+// `index` of 0 or more that member alone is meant, whatever `lpszFilespec` says.
+using DunzipEachProc = int(QL_ZIP_CALL*)(UNZIPCMDSTRUCT* command, ZipMemberProc each, void* userData);
+
+// A file that is to be added, and what became of it.
+struct ZIPSOURCE {
+    const wchar_t* file;
+    const wchar_t* name;  // in the archive, with its folders; null: the last part of the file's own
+    std::int32_t code;    // answered: a ZipCode; ZIP_BAD_REQUEST where a source before has the same name
+};
+
+// "dzipfiles": adds or freshens as the command's function says; the command's item list and filters have no effect. A
+// file that cannot be added does not keep the others out. Answers the code of the whole: where it is neither 0 nor
+// ZIP_NOTHING_TO_DO the archive is as it was, and every source has that code that has none of its own.
+using DzipFilesProc = int(QL_ZIP_CALL*)(const ZIPCMDSTRUCT* command, ZIPSOURCE* sources, std::int32_t count);
 
 static_assert(sizeof(ZIPINFO) == 310 && offsetof(ZIPINFO, crc_32) == 16 &&
               offsetof(ZIPINFO, szDateTime) == 20 && offsetof(ZIPINFO, szFileName) == 38 &&

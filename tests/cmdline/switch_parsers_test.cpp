@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <future>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
@@ -33,6 +34,11 @@ void AppendNumber(std::wstring& state, const wchar_t* name, long value, long ini
     if (value != initial) state += std::wstring(L" ") + name + L"=" + std::to_wstring(value);
 }
 
+void AppendList(std::wstring& state, const wchar_t* name, const QLStringTable& list) {
+    for (unsigned i = 0; i < list.NumEntries(); ++i)
+        state += std::wstring(L" ") + name + L"=" + list(static_cast<int>(i)).str();
+}
+
 // All that differs from the state without switches.
 std::wstring StateOf(Main& parser) {
     std::wstring state;
@@ -43,9 +49,17 @@ std::wstring StateOf(Main& parser) {
     AppendNumber(state, L"type", parser.GetOutputFileType(), OUTPUT_NOT_GIVEN);
     AppendNumber(state, L"ask", parser.GetInitialAskState(), INITIALASK_DEFAULT);
     AppendNumber(state, L"copies", parser.GetPrintCopies(), 1);
-    for (unsigned i = 0; i < parser.GetOverlayFiles().NumEntries(); ++i) {
-        state += L" overlay=" + parser.GetOverlayFiles()(static_cast<int>(i)).str();
-    }
+    AppendList(state, L"overlay", parser.GetOverlayFiles());
+    AppendList(state, L"ignored", parser.GetIgnoredWords());
+    return state.empty() ? state : state.substr(1);
+}
+
+std::wstring StateOf(const ServerCmdSwitches& parser) {
+    std::wstring state;
+    AppendTexts(state, parser, kServerTexts);
+    AppendFlags(state, parser, kServerFlags);
+    AppendNumber(state, L"copies", parser.GetPrintCopies(), 1);
+    AppendList(state, L"ignored", parser.GetIgnoredWords());
     return state.empty() ? state : state.substr(1);
 }
 
@@ -63,57 +77,71 @@ std::wstring In(QuilletDirectories directory, const wchar_t* name) {
     return Below(CQlDir::GetDirectory(directory), name);
 }
 
+struct Line {
+    const wchar_t* text;
+    std::wstring state;
+};
+
 TEST(MainSwitchParser, ReadsLines) {
-    const std::pair<const wchar_t*, std::wstring> cases[] = {
+    const Line lines[] = {
         {nullptr, L""},
-        {L"/zz unknown", L""},
+        {L"/zz \"/y z\" unknown", L"ignored=/zz ignored=/y z ignored=unknown"},
         {L"letter.qft", L"tplPath=" + Here(L"letter.qft")},
         {L"C:\\a.anx /ni", L"answerFile=C:\\a.anx noInterview"},
+        {L"C:\\a.ans", L"answerFile=C:\\a.ans"},
+        {L"C:\\a.ant", L"tplPath=C:\\a.ant"},
         {L"C:\\a.qla", L"qLAFile=C:\\a.qla"},
         {L"::ODMA\\123 /an", L"tplPath=::ODMA\\123 noInterview"},
         {L"C:\\a.qft /tf=C:\\b.qft", L"tplPath=C:\\b.qft"},
         {L"/af=x.anx", L"answerFile=" + In(AnswerDirectory, L"x.anx")},
-        {L"/af=::ODMA\\9", L"answerFile=::ODMA\\9"},
         {L"/df=x.anx", L"defAnsFile=" + In(AnswerDirectory, L"x.anx")},
         {L"/of=out.docx", L"outputFile=" + Here(L"out.docx")},
         {L"/lf=mylib", L"library=" + In(LibraryDirectory, L"mylib.qll") + L" mode=3"},
         {L"/lf=my.lib", L"library=" + In(LibraryDirectory, L"my.lib") + L" mode=3"},
         {L"/lf=::ODMA\\5", L"library=::ODMA\\5.qll mode=3"},
-        {L"/tf=::ODMA\\1 /of=::ODMA\\2 /df=::ODMA\\3 /if=::ODMA\\4",
-         L"tplPath=::ODMA\\1 outputFile=::ODMA\\2 installationFile=::ODMA\\4 defAnsFile=::ODMA\\3"},
+        {L"/tf=::ODMA\\1 /of=::ODMA\\2 /df=::ODMA\\3 /if=::ODMA\\4 /af=::ODMA\\9",
+         L"tplPath=::ODMA\\1 answerFile=::ODMA\\9 outputFile=::ODMA\\2 installationFile=::ODMA\\4 "
+         L"defAnsFile=::ODMA\\3"},
         {L"/if=setup.qli", L"installationFile=" + In(ProgramDirectory, L"setup.qli")},
-        {L"/qa=a.qla /qla=b.qla", L"qLAFile=b.qla"},
         {L"/qla=b.qla /qa=a.qla", L"qLAFile=b.qla"},  // the order of the table, not of the line
+        {L"/qa=a.qla", L"qLAFile=a.qla"},
         {L"/qli=b.qli /qi=a.qli", L"qLIFile=b.qli mode=3"},
+        {L"/qi=a.qli", L"qLIFile=a.qli mode=3"},
         {L"/nx /ex", L"mode=0 exit=1"},
-        {L"/ex /nx", L"mode=0 exit=1"},
-        {L"/qs /as", L"type=2"},
+        {L"/ex", L"mode=0 exit=0"},
         {L"/as /qs", L"type=2"},
-        {L"/slw /hl", L"mode=1"},
+        {L"/as", L"type=1"},
+        {L"/hl", L"mode=1"},
+        {L"/mi", L"mode=1"},
+        {L"/ll", L"lockLib mode=3"},
+        {L"/automation", L"automation mode=0"},
+        {L"/dde", L"dDE mode=0"},
+        {L"/embedding", L"embedded mode=0"},
         {L"/automation /qli=x.qli", L"qLIFile=x.qli automation mode=3"},
         {L"/qli=x.qli /nlw", L"qLIFile=x.qli mode=3"},
         {L"/nlw /slw", L"mode=1"},  // slw is claimed by sl, which comes after the mode was set
         {L"/register /unregserver", L""},
+        {L"/regserver /unregister", L""},
+        {L"/register", L"register"},
         {L"/is=Unanswered", L"ask=1"},
         {L"/is=u /is=", L""},
-        {L"/pc=3 /pt=Tray 2 /ps=\"A4 wide\"", L"tray=Tray pageSize=A4 copies=3"},
+        {L"/pc=3 /pt=Tray 2 /ps=\"A4 wide\"", L"tray=Tray pageSize=A4 copies=3 ignored=2"},
         {L"/pc=many", L"copies=0"},
         {L"/pc=-2", L"copies=0"},
         {L"/pc=12x", L"copies=12"},
         {L"/pc=99999999999", L"copies=2147483647"},
         {L"/ov=a.qlo /ov=b.qlo", L"overlay=b.qlo"},  // a repeated value: the last
-        {L"/desc=a /typedesc=d", L"description=a typeDescription=d"},
-        {L"/desc=\"a /b 'c'\" \"/cl=d=\"e", L"clauseName=d=e description=a /b 'c"},  // the last quote goes
+        {L"/typedesc=d /desc=\"a /b 'c'\" \"/cl=d=\"e",
+         L"clauseName=d=e description=a /b 'c typeDescription=d"},  // the last quote goes
         {L"\"C:\\a /b.qft\" -tf=\"C:\\a b\\c.qft\" \"-ed=\"", L"tplPath=C:\\a b\\c.qft editFile="},
         {L"\"C:\\a b.qft\" \"/ni\"", L"tplPath=C:\\a b.qft /ni"},  // no blank right before the slash
-        {L"/ed='e f' /cl=\"x = 'y' /z\"", L"clauseName=x = 'y' /z editFile=e"},
-        {L"/sto= /embedding /dde", L"outputPluginTokenId= dDE embedded mode=0"},
+        {L"/sto= /ed='e f'", L"outputPluginTokenId= editFile=e ignored=f'"},
         {L"/fp /pb /po /pa /pd /pw",
          L"print printBoth printFormOnly printAnswersOnly printDuplex printWithoutDialogs"},
         {L"/ff /fi /regserver /ss /nw", L"register hideAssemblyWindow suggestSaveSet"},
-        {L"/kig /mo /db /sw /stw /si /cd /da /la /ll",
-         L"lockAnswers lockLib suppressUnansweredWarning supressSplashScreen currentDoc discardAnswers "
-         L"sendToWP suppressInstallation keepInterviewGroupSet modelDocument mode=3"},
+        {L"/kig /mo /db /sw /stw /si /cd /da /la",
+         L"lockAnswers suppressUnansweredWarning supressSplashScreen currentDoc discardAnswers sendToWP "
+         L"suppressInstallation keepInterviewGroupSet modelDocument"},
         // Claimed by shorter names:
         {L"/pathdesc=b /sig /sap /ssn /fia",
          L"saveAnswers printAnswersOnly suppressInstallation suggestSaveSet"},
@@ -122,36 +150,30 @@ TEST(MainSwitchParser, ReadsLines) {
         {L"/na=x.anx", L"newAnswer"},
         {L"/slw", L"mode=3"},
     };
-    for (const auto& [line, state] : cases) {
-        Main parser(line);
-        EXPECT_EQ(StateOf(parser), state) << testing::PrintToString(line);
-        Main copy(L"/pr");
+    for (const auto& [line, state] : lines) {
+        Main parser(line), copy(L"/pr");
+        EXPECT_EQ(state, StateOf(parser)) << testing::PrintToString(line);
         copy = parser;
-        EXPECT_EQ(StateOf(copy), state);
+        EXPECT_EQ(state, StateOf(copy)) << testing::PrintToString(line);
     }
 }
 
 TEST(MainSwitchParser, CopiesOwnTheirTexts) {
     auto parser = std::make_unique<Main>(L"/desc=first /ov=a.qlo");
-    Main constructed(*parser);
-    Main assigned(nullptr);
-    assigned = *parser;
-    EXPECT_NE(constructed.GetDescription(), parser->GetDescription());
+    Main copy(*parser);
+    EXPECT_NE(copy.GetDescription(), parser->GetDescription());
     parser->ParseSwitches(L"/desc=other /ov=b.qlo");
-    EXPECT_EQ(StateOf(*parser), L"description=other overlay=a.qlo overlay=b.qlo");
+    EXPECT_EQ(L"description=other overlay=a.qlo overlay=b.qlo", StateOf(*parser));
     parser.reset();
-    EXPECT_EQ(StateOf(constructed), L"description=first overlay=a.qlo");
-    EXPECT_EQ(StateOf(assigned), L"description=first overlay=a.qlo");
+    EXPECT_EQ(L"description=first overlay=a.qlo", StateOf(copy));
 }
 
 TEST(MainSwitchParser, ReadsLongLines) {
-    const std::wstring value(100000, L'x');
-    Main oneValue((L"/desc=" + value).c_str());
-    EXPECT_EQ(StateOf(oneValue), L"description=" + value);
-    std::wstring many = L"/pc=2";
-    for (int i = 0; i < 10000; ++i) many += L" /pt=" + std::to_wstring(i);
-    Main parser(many.c_str());
-    EXPECT_EQ(StateOf(parser), L"tray=9999 copies=2");
+    const std::wstring value(100'000, L'x');
+    std::wstring line = L"/desc=" + value;
+    for (int i = 0; i < 10'000; ++i) line += L" /pt=" + std::to_wstring(i);
+    Main parser(line.c_str());
+    EXPECT_EQ(L"tray=9999 description=" + value, StateOf(parser));
 }
 
 TEST(MainSwitchParser, KeepsAModeThatShowsOrHides) {
@@ -162,65 +184,59 @@ TEST(MainSwitchParser, KeepsAModeThatShowsOrHides) {
                                      {LIBMODE_NONE, LIBMODE_HIDDEN},
                                      {LIBMODE_SHOWN, LIBMODE_HIDDEN}}) {
         parser.SetLibMode(mode);
-        EXPECT_EQ(parser.GetLibMode(), kept);
-        EXPECT_EQ(parser.IsLibraryVisible(), kept == LIBMODE_UNDECIDED);
+        EXPECT_EQ(kept, parser.GetLibMode()) << mode;
     }
-    EXPECT_TRUE(Main(L"/sl").IsLibraryVisible());
 }
 
 TEST(MainSwitchParser, TellsWhatWasGiven) {
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+    const Line lines[] = {
         {L"/hl", L""},
+        {L"/sl", L" libraryVisible"},
         {L"a.qft /af=x", L" asmSwitch answerFileSet libraryVisible"},
         {L"/qla=a /qli= /ed= /ov=", L" qLASwitch qLISwitch editSet overlay libraryVisible"}};
-    for (const auto& [line, given] : cases) {
+    for (const auto& [line, given] : lines) {
         std::wstring state;
         AppendFlags(state, Main(line), kMainGiven);
-        EXPECT_EQ(state, given);
+        EXPECT_EQ(given, state);
     }
 }
 
 TEST(MainSwitchParser, TakesACommandLineValue) {
-    Main parser(QLCmdLine(L"\"C:\\My Files\\a.anx\" /ni /mo"));
-    EXPECT_EQ(StateOf(parser), L"tplPath=C:\\My Files\\a.anx noInterview modelDocument");
+    Main parser(QLCmdLine(L"\"C:\\My Files\\a.anx\" /ni /mo /kig"));
+    EXPECT_EQ(L"tplPath=C:\\My Files\\a.anx noInterview keepInterviewGroupSet modelDocument",
+              StateOf(parser));
     parser.ParseSwitches(L"/pr");
-    EXPECT_EQ(StateOf(parser), L"tplPath=C:\\My Files\\a.anx noInterview print")
-        << "mo tells of the last line";
-    Main odma(QLCmdLine(L"::ODMA\\7 /"));
-    EXPECT_EQ(StateOf(odma), L"tplPath=::ODMA\\7");
-}
-
-std::wstring ServerStateOf(const ServerCmdSwitches& parser) {
-    std::wstring state;
-    AppendTexts(state, parser, kServerTexts);
-    AppendFlags(state, parser, kServerFlags);
-    AppendNumber(state, L"copies", parser.GetPrintCopies(), 1);
-    return state.empty() ? state : state.substr(1);
+    EXPECT_EQ(L"tplPath=C:\\My Files\\a.anx noInterview print", StateOf(parser))
+        << "mo and kig: the last line";
+    Main odma(QLCmdLine(L"::ODMA\\7 /")), two(QLCmdLine(L"::ODMA\\7 /x"));
+    EXPECT_EQ(L"tplPath=::ODMA\\7", StateOf(odma)) << "one character is no switch";
+    EXPECT_EQ(L"tplPath=::ODMA\\7 ignored=/x", StateOf(two));
+    Main here(QLCmdLine(L"a.qft"));
+    EXPECT_EQ(L"tplPath=" + Here(L"a.qft"), StateOf(here));
 }
 
 TEST(ServerSwitchParsers, ReadLinesAlike) {
-    const std::pair<const wchar_t*, std::wstring> cases[] = {
+    const Line lines[] = {
         {nullptr, L""},
         {L"form.qff", L"fileName=" + Here(L"form.qff")},
         {L"::ODMA\\1 /fp", L"fileName=::ODMA\\1 print"},
-        {L"/register /unregserver", L"register unregister"},
+        {L"/register", L"register"},
         {L"/unregister /regserver", L"register unregister"},
+        {L"/unregserver", L"unregister"},
         {L"C:\\a.anx /PRint \"/pt=a b\" /ps= /pc=2 /pc=+3 /ni /af=x",
-         L"fileName=C:\\a.anx tray=a pageSize= print copies=0"},
+         L"fileName=C:\\a.anx tray=a pageSize= print copies=0 ignored=/ni ignored=/af=x"},
         {L"/pr /db /pb /po /pa /pd /pw /automation /dde /embedding /pc=2",
          L"print supressSplashScreen printBoth printFormOnly printAnswersOnly printDuplex "
          L"printWithoutDialogs dDE automation embedded copies=2"},
     };
-    for (const auto& [line, state] : cases) {
-        EXPECT_EQ(ServerStateOf(FillerCmdSwitchParser(line)), state) << testing::PrintToString(line);
-        EXPECT_EQ(ServerStateOf(AutomatorCmdSwitchParser(line)), state) << testing::PrintToString(line);
+    for (const auto& [line, state] : lines) {
+        EXPECT_EQ(state, StateOf(FillerCmdSwitchParser(line))) << testing::PrintToString(line);
+        EXPECT_EQ(state, StateOf(AutomatorCmdSwitchParser(line))) << testing::PrintToString(line);
     }
-    EXPECT_EQ(ServerStateOf(FillerCmdSwitchParser(QLCmdLine(L"\"C:\\a b.qff\" /pr"))),
-              L"fileName=C:\\a b.qff print");
-    EXPECT_EQ(ServerStateOf(AutomatorCmdSwitchParser(QLCmdLine(L"::ODMA\\7 /"))), L"fileName=::ODMA\\7");
-    AutomatorCmdSwitchParser copy(nullptr);
-    copy = AutomatorCmdSwitchParser(L"C:\\a.qff /pt=lower");
-    EXPECT_EQ(ServerStateOf(copy), L"fileName=C:\\a.qff tray=lower");
+    EXPECT_EQ(L"fileName=C:\\a b.qff print",
+              StateOf(FillerCmdSwitchParser(QLCmdLine(L"\"C:\\a b.qff\" /pr"))));
+    EXPECT_EQ(L"fileName=::ODMA\\7", StateOf(AutomatorCmdSwitchParser(QLCmdLine(L"::ODMA\\7 /"))));
+    EXPECT_EQ(L"ignored=/x", StateOf(AutomatorCmdSwitchParser(QLCmdLine(L"/x"))));
 }
 
 // Waits for a message box of that title, answers its text and closes it; empty when none comes.
@@ -243,8 +259,8 @@ TEST(SwitchParsers, CheckThemselves) {
         static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(&parser)));  // no box, or it hangs
     auto text = std::async(std::launch::async, AnswerMessageBox, L"Bad Mojo");
     parser.CheckThis(0);
-    EXPECT_EQ(text.get(),
-              L"this pointer is corrupt\nThis is a serious medical condition.\nPlease report this to Orrin.");
+    EXPECT_EQ(L"this pointer is corrupt\nThis is a serious medical condition.\nPlease report this to Orrin.",
+              text.get());
 }
 
 }  // namespace

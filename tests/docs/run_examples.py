@@ -15,9 +15,8 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(ROOT / "tests"))
-from results import report  # noqa: E402: the path comes first
+from results import WINE, report  # noqa: E402: the path comes first
 
-WINE = ROOT / "scripts" / "wine"
 SECONDS = 60
 # Pages about no interface of their own.
 PROSE = {"architecture", "gallery", "preferences"}

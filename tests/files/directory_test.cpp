@@ -102,28 +102,6 @@ TEST_F(Directories, AWalkStartsAnewMovesAndIsNotShared) {
     EXPECT_FALSE(moved.Next(&entry)) << "and leaves the other's alone";
 }
 
-TEST_F(Directories, AreWalkedWholeWhenTheyAreLarge) {
-    PutEntries(folder_.path().wstring(), 10'000);
-    Names expected;
-    for (int i = 0; i < 10'000; ++i) expected.insert(L"entry " + std::to_wstring(i) + L".txt");
-    EXPECT_EQ(expected, Walk(L"*.txt"));
-    Delete(L"");
-    EXPECT_FALSE(Exists(L""));
-}
-
-TEST_F(Directories, EndTheirWalkWhenTheyAreRemovedMeanwhile) {
-    Make({L"sub"}, {});
-    for (wchar_t letter = L'a'; letter <= L'z'; ++letter) PutBytes(folder_ / L"sub\\" + letter, "");
-    CDirectoryIterator walk;
-    QLFileName entry;
-    ASSERT_TRUE(walk.First(Pattern(L"sub\\*"), &entry));
-    std::error_code ignored;  // the system may keep a directory until its walk ends
-    std::filesystem::remove_all(folder_ / L"sub", ignored);
-    for (int more = 0; walk.Next(&entry); ++more) ASSERT_LT(more, 25);
-    std::filesystem::remove_all(folder_ / L"sub");
-    EXPECT_FALSE(walk.First(Pattern(L"sub\\*"), &entry));
-}
-
 TEST_F(Directories, AreDeletedWithTheFilesThatCanBeRemovedButNotWithSubdirectories) {
     Make({L"plain", L"full", L"full\\sub"}, {L"plain\\a.txt", L"plain\\b", L"full\\c", L"full\\sub\\d"});
     ::SetFileAttributesW((folder_ / L"plain\\b").c_str(), FILE_ATTRIBUTE_READONLY);

@@ -78,9 +78,9 @@ TEST_F(Files, AClosedFileRefusesEverything) {
     int count = 7;
     EXPECT_FALSE(file.Read(&byte, 1, &count));
     EXPECT_FALSE(file.Write(&byte, 1, &count));
+    EXPECT_EQ(7, count);
     EXPECT_FALSE(file.Flush());
     EXPECT_FALSE(file.Delete());
-    EXPECT_EQ(7, count);
     EXPECT_EQ(0, static_cast<int>(file));
     EXPECT_EQ(nullptr, static_cast<const void*>(file));
     EXPECT_FALSE(file.Rename(Name(path_), 1));

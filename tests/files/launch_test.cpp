@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "files/program_name.h"
 #include "tests/support/other_process.h"
 #include "tests/support/test_folder.h"
 
@@ -37,15 +38,29 @@ TEST_F(Launching, HandsOverTheQuotedPathOneBlankTheSwitchesAndTheShowState) {
     ASSERT_TRUE(::CopyFileW(ChildProgram().c_str(), copy.c_str(), FALSE));
     for (const std::wstring& program : {ChildProgram(), copy}) {
         for (const wchar_t* switches : {L"", L"/x", L"/a \"b c\"  /\xe9 %PATH%"}) {
-            for (const unsigned short state : {SW_HIDE, SW_SHOWMAXIMIZED}) {
+            for (const int state : {SW_HIDE, SW_SHOWMAXIMIZED}) {
                 QLCmdLine line{QLFileName(program.c_str())};
                 line.SetSwitches(switches);
-                ASSERT_TRUE(LaunchApplication(line, state));
+                ASSERT_TRUE(LaunchApplication(line, static_cast<unsigned short>(state)));
                 EXPECT_EQ(RWWString(static_cast<wchar_t>(state) + (L'"' + program) + L"\" " + switches),
                           RWWString(Received()));
             }
         }
     }
+}
+
+TEST(OwnCommandLine, BeginsBehindTheProgramsName) {
+    const wchar_t* const cases[][2] = {
+        {L"host.exe", L""},
+        {L"host.exe  /ni /sa ", L"/ni /sa "},
+        {L"\"C:\\My Programs\\host.exe\" \"C:\\a b.qft\" /ni", L"\"C:\\a b.qft\" /ni"},
+        {L"C:\\\"My Programs\"\\host.exe\t\"a\"", L"\"a\""},
+        {L"\"never closed /ni", L""},
+        {L" /ni", L"/ni"},  // no name at all
+        {L"", L""}};
+    for (const auto& [line, rest] : cases)
+        EXPECT_EQ(rest, std::wstring(ql::WithoutProgramName(line))) << line;
+    EXPECT_TRUE(std::wstring_view(::GetCommandLineW()).ends_with(GetOwnCommandLine()));
 }
 
 TEST_F(Launching, FailsWithoutAProgram) {

@@ -4,9 +4,8 @@
 #include <memory>
 #include <utility>
 
-#include "cmdline/main_switch_parser.h"
-#include "cmdline/server_switch_parsers.h"
 #include "tests/fuzz/fuzz.h"
+#include "tools/qlutil/switch_accessors.h"
 
 namespace {
 
@@ -15,21 +14,19 @@ std::wstring Shown(const wchar_t* text) {
     return text ? L'"' + std::wstring(text) + L'"' : L"-";
 }
 
-std::wstring TextsOf(const QuilletCmdSwitchParser& parser) {
+template <class Parser, class Rows>
+std::wstring Texts(const Parser& parser, const Rows& rows) {
     std::wstring texts;
-    for (const wchar_t* const text :
-         {parser.GetTplPath(), parser.GetAnswerFile(), parser.GetNewAnswerFile(), parser.GetOutputFile(),
-          parser.GetLibrary(), parser.GetQLIFile(), parser.GetQLAFile(), parser.GetInstallationFile(),
-          parser.GetDefAnsFile(), parser.GetOutputPluginTokenId(), parser.GetClauseName(), parser.GetTray(),
-          parser.GetPageSize(), parser.GetDescription(), parser.GetPathDescription(),
-          parser.GetTypeDescription(), parser.GetNameDescription(), parser.GetEditFile()}) {
-        texts += Shown(text);
-    }
+    for (const auto& row : rows) texts += Shown((parser.*row.get)());
     return texts;
 }
 
+std::wstring TextsOf(const QuilletCmdSwitchParser& parser) {
+    return Texts(parser, kMainTexts);
+}
+
 std::wstring TextsOf(const ServerCmdSwitches& parser) {
-    return Shown(parser.GetFileName()) + Shown(parser.GetTray()) + Shown(parser.GetPageSize());
+    return Texts(parser, kServerTexts);
 }
 
 bool IsOneWord(const wchar_t* text) {

@@ -17,7 +17,6 @@ sys.path.insert(0, str(HERE.parent))
 from results import report  # noqa: E402: the path comes first
 
 WINE = HERE.parent.parent / "scripts" / "wine"
-OBJDUMP = "i686-w64-mingw32-objdump"
 SECONDS = 60
 # The log's own code; what it calls of the library beside runs under other tests.
 OURS = re.compile(r"QLLogger|LogMessage|LogFile|FileOutput|LineHead|LogQueue|OutputLists|LineMemory|LineBlock|"
@@ -26,7 +25,7 @@ OURS = re.compile(r"QLLogger|LogMessage|LogFile|FileOutput|LineHead|LogQueue|Out
 
 
 def dump(library, *switches):
-    return subprocess.run([OBJDUMP, *switches, library], capture_output=True, text=True, check=True).stdout
+    return subprocess.run(["objdump", *switches, library], capture_output=True, text=True, check=True).stdout
 
 
 def instructions(library):

@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <iconv.h>
 #include <locale.h>
 #include <wctype.h>
 
@@ -57,6 +58,16 @@ wchar_t FromAnsi(char byte) {
     return code >= 0x80 && code <= 0x9f ? kUpperControls[code - 0x80] : static_cast<wchar_t>(code);
 }
 
+// Code page 437, which is the usual one.
+std::wstring FromOem(const char* text, int length) {
+    static const iconv_t converter = iconv_open("WCHAR_T", "CP437");
+    std::wstring result(static_cast<std::size_t>(length), L'\0');
+    char *in = const_cast<char*>(text), *out = reinterpret_cast<char*>(result.data());
+    std::size_t inLeft = result.size(), outLeft = result.size() * sizeof(wchar_t);
+    iconv(converter, &in, &inLeft, &out, &outLeft);
+    return result;
+}
+
 char ToAnsi(wchar_t unit) {
     const std::size_t control = kUpperControls.find(unit);
     if (control != kUpperControls.npos) return static_cast<char>(control + 0x80);
@@ -101,7 +112,8 @@ BOOL IsDBCSLeadByte(BYTE) {
     return FALSE;
 }
 
-int MultiByteToWideChar(UINT, DWORD, const char* text, int length, wchar_t* out, int capacity) {
+int MultiByteToWideChar(UINT codePage, DWORD, const char* text, int length, wchar_t* out, int capacity) {
+    if (codePage == CP_OEMCP) return Deliver(FromOem(text, length), out, capacity);
     std::wstring result;
     for (const char byte : Counted(text, length)) result += FromAnsi(byte);
     return Deliver(result, out, capacity);

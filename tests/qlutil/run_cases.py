@@ -23,9 +23,8 @@ import sys
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent))
-from results import report  # noqa: E402: the path comes first
+from results import WINE, report  # noqa: E402: the path comes first
 
-WINE = HERE.parent.parent / "scripts" / "wine"
 SECONDS = 60
 
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -112,38 +113,41 @@ class User {
     std::thread thread_;
 };
 
-// A folder of the test's own, "outer", with "inner" in it.
+// A folder of the test's own with "inner" in it.
 class BrowseForFolder : public testing::Test {
   protected:
     BrowseForFolder() { std::filesystem::create_directories(inner_); }
-    ~BrowseForFolder() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(outer_, ignored);
-    }
 
-    static std::wstring Temporary() {
+    static std::wstring LongName(const std::wstring& path) {
         wchar_t folder[MAX_PATH];
-        ::GetTempPathW(MAX_PATH, folder);
-        ::GetLongPathNameW(folder, folder, MAX_PATH);
+        ::GetLongPathNameW(path.c_str(), folder, MAX_PATH);
         return folder;
     }
 
-    const std::wstring outer_ = Temporary() + L"ql" + std::to_wstring(::GetCurrentProcessId());
+    TestFolder folder_;
+    const std::wstring outer_ = LongName(folder_.path().wstring());
     const std::wstring inner_ = outer_ + L"\\inner";
 };
 
 TEST_F(BrowseForFolder, OkTakesTheNearestFolderAboveTheStartAndCancelLeavesIt) {
+    wchar_t documents[MAX_PATH];
+    ::SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, SHGFP_TYPE_CURRENT, documents);
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(outer_);
     CBrowseForFolder browser;
     browser.SetTitle(kTitle);
-    browser.SetStartFolder(outer_ + L"\\gone\\deeper\\");
-    {
+    for (const auto& [start, folder] : {std::pair<std::wstring, std::wstring>(documents, documents),
+                                        {L"inner", inner_},
+                                        {outer_ + L"\\gone\\deeper\\", outer_}}) {
+        browser.SetStartFolder(start);
         const User user([](User& u) {
             EXPECT_EQ(kTitle, u.Title());
             u.Press(IDOK);
         });
         EXPECT_EQ(CBrowseForFolder::Chosen, browser.Show());
-        EXPECT_EQ(RWWString(outer_), browser.GetFolder());
+        EXPECT_EQ(RWWString(folder), browser.GetFolder());
     }
+    std::filesystem::current_path(before);
     const User user([this](User& u) {
         u.Type(inner_.c_str());
         u.Press(IDCANCEL);
@@ -152,25 +156,28 @@ TEST_F(BrowseForFolder, OkTakesTheNearestFolderAboveTheStartAndCancelLeavesIt) {
     EXPECT_EQ(RWWString(outer_), browser.GetFolder());
 }
 
-// A host that lets the user pick nothing until it has been asked so many times.
+// A host that lets the user pick nothing until it has been asked so many times, and then throws if it is told to.
 class Reluctant : public CBrowseForFolder {
   public:
-    explicit Reluctant(std::size_t refusals) : refusals_(refusals) {}
+    explicit Reluctant(std::size_t refusals, bool throws = false) : refusals_(refusals), throws_(throws) {}
     std::vector<std::wstring> asked;
 
   protected:
     bool Validate(const RWWString& folder, RWWString& why) override {
         asked.push_back(folder.str());
         if (asked.size() == refusals_) why = L"Not this one.";
+        if (throws_ && asked.size() > refusals_) throw std::runtime_error("a host's fault");
         return asked.size() > refusals_;
     }
 
   private:
     std::size_t refusals_;
+    bool throws_;
 };
 
 TEST_F(BrowseForFolder, ATypedNameIsTakenWhenItExistsAndTheHostAgrees) {
     const std::wstring gone = outer_ + L"\\gone";
+    PutBytes(outer_ + L"\\file", "");
     const struct {
         std::wstring typed, folder;
     } kCases[] = {{inner_, inner_}, {L"  " + inner_ + L"\\ ", inner_}, {L"inner", inner_},
@@ -178,10 +185,11 @@ TEST_F(BrowseForFolder, ATypedNameIsTakenWhenItExistsAndTheHostAgrees) {
     Reluctant browser(std::size(kCases) + 1);
     browser.SetStartFolder(outer_);
     const User user([&](User& u) {
-        for (const std::wstring& text : {gone, std::wstring(L"gone")}) {
+        for (const auto& [text, folder] :
+             {std::pair(gone, gone), {L"gone", gone}, {L"file", outer_ + L"\\file"}}) {
             u.Type(text.c_str());
             u.Press(IDOK);
-            EXPECT_EQ(L"There is no folder \"" + gone + L"\".", u.CloseBox());
+            EXPECT_EQ(L"There is no folder \"" + folder + L"\".", u.CloseBox());
         }
         for (const auto& c : kCases) {
             u.Type(c.typed.c_str());
@@ -196,6 +204,29 @@ TEST_F(BrowseForFolder, ATypedNameIsTakenWhenItExistsAndTheHostAgrees) {
     EXPECT_EQ(RWWString(inner_), browser.GetFolder());
     ASSERT_EQ(std::size(kCases) + 2, browser.asked.size());
     for (std::size_t i = 0; i < std::size(kCases); ++i) EXPECT_EQ(kCases[i].folder, browser.asked[i]);
+}
+
+TEST_F(BrowseForFolder, AStartOutOfReachSelectsNothing) {
+    Reluctant browser(0);
+    browser.SetStartFolder(L"\\\\nowhere\\share\\folder");
+    const User user([](User& u) {
+        u.Press(IDOK);
+        EXPECT_EQ(L"Please select a folder.", u.CloseBox());
+        u.Type(L"windows");
+        u.Press(IDOK);
+        EXPECT_EQ(L"There is no folder \"windows\".", u.CloseBox());
+        u.Press(IDCANCEL);
+    });
+    EXPECT_EQ(CBrowseForFolder::Cancelled, browser.Show());
+    EXPECT_EQ(0U, browser.asked.size());
+}
+
+TEST_F(BrowseForFolder, AHostThatThrowsMakesItFail) {
+    Reluctant browser(0, true);
+    browser.SetStartFolder(inner_);
+    const User user([](User& u) { u.Press(IDOK); });
+    EXPECT_EQ(CBrowseForFolder::Failed, browser.Show());
+    EXPECT_TRUE(browser.GetFolder().isNull());
 }
 
 TEST_F(BrowseForFolder, TheFolderPickerRemembersTheRecentFolderOfTheKind) {
@@ -224,54 +255,55 @@ TEST_F(BrowseForFolder, TheFolderPickerRemembersTheRecentFolderOfTheKind) {
     EXPECT_EQ(RWWString(inner_), CQlDir::GetRecentDirectory(AnswerDirectory));
 }
 
+// The dialog has its older looks there. Its owner is disabled while it is open.
+TEST_F(BrowseForFolder, WorksOnAThreadOfAnotherApartment) {
+    EXPECT_EQ(S_OK, ::CoInitializeEx(nullptr, COINIT_MULTITHREADED));
+    const HWND owner =
+        ::CreateWindowW(L"Static", L"", WS_OVERLAPPED, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    RWWString folder = inner_;
+    {
+        const User user([owner](User& u) {
+            EXPECT_EQ(L"inner", u.Typed());
+            EXPECT_FALSE(::IsWindowEnabled(owner));
+            u.Press(IDOK);
+        });
+        EXPECT_TRUE(GetDirName(owner, nullptr, folder));
+    }
+    EXPECT_EQ(RWWString(inner_), folder);
+    ::DestroyWindow(owner);
+    ::CoUninitialize();
+}
+
 // What qlutil prints and its exit status, when the user acts in the dialog that it shows.
-std::pair<std::string, DWORD> PickedInQlutil(const std::wstring& start,
-                                             const std::function<void(User&)>& acts) {
-    const std::wstring answer = start + L"\\answer";
+TEST_F(BrowseForFolder, QlutilPrintsTheFolderThatTheUserPicks) {
     SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
+    const std::wstring answer = outer_ + L"\\answer";
     ql::UniqueFileHandle file(
         ::CreateFileW(answer.c_str(), GENERIC_WRITE, 0, &inherited, CREATE_ALWAYS, 0, nullptr));
     STARTUPINFOW startup = {};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = file.get();
-    std::wstring line = L"qlutil.exe pick-folder --title \"Folder for answers\" --start \"" + start + L'"';
+    std::wstring line = L"qlutil.exe pick-folder --title \"Folder for answers\" --start \"" + outer_ + L'"';
     PROCESS_INFORMATION process = {};
-    EXPECT_TRUE(::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+    ASSERT_TRUE(::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
                                  &process));
     const ql::UniqueKernelHandle thread(process.hThread), program(process.hProcess);
-    DWORD status = 0;
     {
-        const User user(acts, process.dwThreadId);
+        const User user(
+            [](User& u) {
+                EXPECT_EQ(kTitle, u.Title());
+                u.Type(L"inner");
+                u.Press(IDOK);
+            },
+            process.dwThreadId);
         EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(program.get(), 60'000));
     }
-    ::GetExitCodeProcess(program.get(), &status);
+    DWORD status = 1;
+    EXPECT_TRUE(::GetExitCodeProcess(program.get(), &status));
+    EXPECT_EQ(0U, status);
     file.reset();
-    return {BytesOf(answer), status};
-}
-
-TEST_F(BrowseForFolder, QlutilPrintsTheFolderThatTheUserPicks) {
-    using Answer = std::pair<std::string, DWORD>;
-    const std::string picked(inner_.begin(), inner_.end());
-    const auto pick = [](User& u) {
-        EXPECT_EQ(kTitle, u.Title());
-        u.Type(L"inner");
-        u.Press(IDOK);
-    };
-    EXPECT_EQ(Answer("folder  " + picked + "\n", 0), PickedInQlutil(outer_, pick));
-    EXPECT_EQ(Answer("", 1), PickedInQlutil(outer_, [](User& u) { u.Press(IDCANCEL); }));
-}
-
-TEST_F(BrowseForFolder, WorksOnAThreadOfAnotherApartment) {
-    const HRESULT started = ::CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-    EXPECT_EQ(S_OK, started);
-    RWWString folder = inner_;
-    {
-        const User user([](User& u) { u.Press(IDOK); });
-        EXPECT_TRUE(GetDirName(nullptr, nullptr, folder));
-    }
-    EXPECT_EQ(RWWString(inner_), folder);
-    ::CoUninitialize();
+    EXPECT_EQ("folder  " + std::string(inner_.begin(), inner_.end()) + "\n", BytesOf(answer));
 }
 
 }  // namespace

@@ -164,9 +164,17 @@ TEST(GreyedImage, OfNoImageIsNull) {
     const HBITMAP gone = ::CreateBitmap(2, 2, 1, 24, nullptr);
     ::DeleteObject(gone);
     EXPECT_EQ(nullptr, CreateGreyedBitmap(gone));
-    const HPEN pen = ::CreatePen(PS_SOLID, 1, 0);
-    EXPECT_EQ(nullptr, CreateGreyedBitmap(reinterpret_cast<HBITMAP>(pen)));
-    ::DeleteObject(pen);
+    for (const int other : {SYSTEM_FONT, DEFAULT_PALETTE, BLACK_PEN, WHITE_BRUSH})
+        EXPECT_EQ(nullptr, CreateGreyedBitmap(static_cast<HBITMAP>(::GetStockObject(other)))) << other;
+}
+
+TEST(GreyedBitmap, MayBeSelectedMeanwhile) {
+    Surface surface(4, 2, 24);
+    surface.Set(Colorful(4, 2));
+    const auto bitmap = static_cast<HBITMAP>(::GetCurrentObject(surface.dc(), OBJ_BITMAP));
+    const HBITMAP greyed = CreateGreyedBitmap(bitmap);
+    EXPECT_EQ(Greyed(Colorful(4, 2)), PixelsOf(greyed, 4, 2));
+    ::DeleteObject(greyed);
 }
 
 }  // namespace

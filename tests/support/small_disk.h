@@ -29,8 +29,8 @@ class SmallDisk {
     // Leaves so many bytes free, a multiple of 4096.
     void FillBut(std::size_t free) const {
         std::filesystem::remove(*this / L"filler");
-        const std::size_t taken = kSize - std::filesystem::space(root_).available;
-        PutBytes(*this / L"filler", std::string(kSize - taken - free, 'f'));
+        const auto available = static_cast<std::size_t>(std::filesystem::space(root_).available);
+        PutBytes(*this / L"filler", std::string(available - free, 'f'));
     }
 
   private:

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "prefs/directories.h"
 #include "settings/preferences.h"
 #include "tests/support/private_registry.h"
 #include "textproc/form_proc_program.h"
@@ -16,12 +17,7 @@ void Install(FormProc processor) {
     WriteQLRegString(GetFormProcRegName(processor).data(), L"Template Files", L"W:\\Templates");
 }
 
-class Processors : public testing::Test {
-  protected:
-    PrivateRegistry registry_;
-    SettingsProcess process_;
-    SettingsThread thread_;
-};
+using Processors = SettingsTest;
 
 // Everything that is known of a processor.
 std::wstring Facts(FormProc processor) {
@@ -51,25 +47,28 @@ TEST_F(Processors, HaveFactsThatDifferByVersionOnlyWhereTheyShould) {
             Facts(processor));
         EXPECT_EQ(FT_WORD_TEMPLATE, GetTextFileType(processor));
     }
-    EXPECT_STREQ(L"Quillet6AutomatorWnd32", GetFormProcClass(FP_AUTOMATOR));
-    EXPECT_STREQ(L"qlauto.exe", GetFormProcExe(FP_AUTOMATOR));
-    EXPECT_STREQ(L"Quillet6FillerWnd32", GetFormProcClass(FP_FILLER));
-    EXPECT_STREQ(L"qlfill.exe", GetFormProcExe(FP_FILLER));
-    EXPECT_STREQ(L"Quillet Automator", GetFormProcRegKey(FP_FILLER));
+    EXPECT_EQ(
+        L"Word Proc\\Quillet Automator|Quillet Automator|qlauto.exe|Quillet6AutomatorWnd32|QuilformServer|"
+        L"QuilformCommand|Quillet Automator",
+        Facts(FP_AUTOMATOR));
+    EXPECT_EQ(
+        L"Word Proc\\Quillet Filler|Quillet Filler|qlfill.exe|Quillet6FillerWnd32|QuilformServer|"
+        L"QuilformCommand|Quillet Automator",
+        Facts(FP_FILLER));
     EXPECT_STREQ(L"", GetFormProcName(FP_TEXT));
     for (const int none : {0, 5, 11, 27, 201, -1}) {
         const auto processor = static_cast<FormProc>(none);
-        EXPECT_TRUE(Facts(processor).ends_with(L"|-|-|-|-|-|-"));
-        EXPECT_EQ(FT_NONE, GetTextFileType(processor));
-        EXPECT_TRUE(GetFormProcTmplDir(processor).isNull());
+        EXPECT_EQ(L"Word Proc\\|-|-|-|-|-|-", Facts(processor)) << none;
+        EXPECT_EQ(FT_NONE, GetTextFileType(processor)) << none;
+        EXPECT_TRUE(GetFormProcTmplDir(processor).isNull()) << none;
+        EXPECT_TRUE(GetFormProcDocDir(processor).isNull()) << none;
     }
 }
 
 TEST_F(Processors, DirectoriesAreTrimmedAndEndInOneBackslash) {
     WriteQLRegString(L"Locations", L"Template Files", L"T:\\Templates");
     WriteQLRegString(L"Locations", L"Form Document Files", L"T:\\Forms");
-    const RWWString documents = GetFormProcDocDir(FP_WORD2003);
-    EXPECT_TRUE(documents.length() > 1 && documents.view().ends_with(L'\\')) << "the personal documents";
+    EXPECT_EQ(CQlDir::GetDirectory(PersonalDocumentsDirectory) + L"\\", GetFormProcDocDir(FP_WORD2003));
     const wchar_t* const cases[][2] = {
         {L"W:\\Dir", L"W:\\Dir\\"}, {L"W:\\Dir\\", L"W:\\Dir\\"}, {L"  W:\\Dir\\  ", L"W:\\Dir\\"},
         {L"W:\\", L"W:\\"},         {L" a b ", L"a b\\"},         {L"W:/Dir/", L"W:/Dir/\\"}};
@@ -86,60 +85,72 @@ TEST_F(Processors, DirectoriesAreTrimmedAndEndInOneBackslash) {
         EXPECT_EQ(RWWString(L"T:\\Templates\\"), GetFormProcTmplDir(own));
         EXPECT_EQ(RWWString(L"T:\\Forms\\"), GetFormProcDocDir(own));
     }
-    EXPECT_TRUE(GetFormProcDocDir(FP_NONE).isNull());
 }
 
-// Everything that is found and chosen, in the order of the columns below.
-std::vector<int> Found() {
-    return {GetMSWordVersion(),
-            GetWordPerfectVersion(),
-            GetInstalledTextFormProc(),
-            GetDefaultTextFormProc(),
-            CanSaveInWord2007Format(),
-            GetFormProcType(FT_DOCX_TEMPLATE),
-            GetFormProcType(FT_WORD_TEMPLATE),
-            GetFormProcType(FT_WP_TEMPLATE),
-            GetFormProcType(FT_TEXT_TEMPLATE),
-            GetSendDocToTextFormProc(L"a.docx"),
-            GetSendDocToTextFormProc(L"a.wpd"),
-            GetSendDocToTextFormProc(L"a.txt")};
-}
+constexpr FormProc kNone = FP_NONE, kW03 = FP_WORD2003, kW07 = FP_WORD2007, kW10 = FP_WORD2010,
+                   kW13 = FP_WORD2013, kP13 = FP_WP13, kP14 = FP_WP14, kP15 = FP_WP15, kP16 = FP_WP16,
+                   kP17 = FP_WP17;
 
+// What is installed and preferred ("Default", "Send to Default"), and what is found and chosen then.
 struct Choice {
-    std::vector<int> installed;
-    const wchar_t* usual;  // the preference "Default"
-    bool sendByKind;       // the preference "Send to Default"
-    std::vector<int> found;
+    std::vector<FormProc> installed;
+    const wchar_t* usual;
+    bool sendByKind, savesDocx;
+    FormProc word, wordPerfect, byDefault;
+    FormProc forDocx, forDot, forWpt;
+    FormProc toSendDocx, toSendWpd, toSendTxt;
 };
 
 const Choice kChoices[] = {
-    // Word, WP, any, default, saves docx; for docx, dot, wpt, ttx; to send docx, wpd, txt
-    {{}, L"", true, {0, 0, 0, 0, false, 0, 0, 0, 200, 0, 0, 0}},
-    {{}, L"Word 2010", false, {0, 0, 0, 0, false, 0, 0, 0, 200, 0, 0, 0}},
-    {{23, 25}, L"", false, {25, 0, 25, 0, true, 25, 25, 0, 200, 25, 25, 25}},
-    {{23, 25}, L"word 2003", false, {25, 0, 25, 23, true, 25, 23, 0, 200, 23, 23, 23}},
-    {{23, 25}, L"Word 2003", true, {25, 0, 25, 23, true, 25, 23, 0, 200, 25, 23, 23}},
-    {{23, 6, 8}, L"WordPerfect 13", true, {23, 8, 23, 6, false, 0, 23, 6, 200, 6, 6, 6}},
-    {{26, 8, 10}, L"Word 2013", true, {26, 10, 26, 26, true, 26, 26, 10, 200, 26, 10, 26}},
-    {{9}, L"Word 2013", false, {0, 9, 9, 0, false, 0, 0, 9, 200, 9, 9, 9}},
-    {{24}, L"Quillet Automator", false, {24, 0, 24, 0, true, 24, 24, 0, 200, 24, 24, 24}},
+    // installed, default, by kind, docx; Word, WordPerfect, default; for docx, dot, wpt; to send docx, wpd, txt
+    {{}, L"Word 2010", true, false, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone},
+    {{kW03, kW10}, L"", false, true, kW10, kNone, kNone, kW10, kW10, kNone, kW10, kW10, kW10},
+    {{kW03, kW10}, L"word 2003", false, true, kW10, kNone, kW03, kW10, kW03, kNone, kW03, kW03, kW03},
+    {{kW03, kW10}, L"Word 2003", true, true, kW10, kNone, kW03, kW10, kW03, kNone, kW10, kW03, kW03},
+    {{kW03, kP13, kP15},
+     L"WordPerfect 13",
+     true,
+     false,
+     kW03,
+     kP15,
+     kP13,
+     kNone,
+     kW03,
+     kP13,
+     kP13,
+     kP13,
+     kP13},
+    {{kW13, kP15, kP17}, L"Word 2013", true, true, kW13, kP17, kW13, kW13, kW13, kP17, kW13, kP17, kW13},
+    {{kP14, kP16}, L"Word 2013", false, false, kNone, kP16, kNone, kNone, kNone, kP16, kP16, kP16, kP16},
+    {{kW07}, L"Quillet Automator", false, true, kW07, kNone, kNone, kW07, kW07, kNone, kW07, kW07, kW07},
 };
 
 TEST(ProcessorChoice, FollowsThePreferences) {
     for (const Choice& choice : kChoices) {
-        SCOPED_TRACE(&choice - kChoices);
+        SCOPED_TRACE(testing::PrintToString(choice.installed) + testing::PrintToString(choice.usual));
         const PrivateRegistry registry;
         const SettingsProcess process;
         const SettingsThread thread;
-        for (const int processor : choice.installed) Install(static_cast<FormProc>(processor));
+        for (const FormProc processor : choice.installed) Install(processor);
         WriteQLRegString(L"Word Proc", L"Default", choice.usual);
         WriteQLRegBool(L"Word Proc", L"Send to Default", choice.sendByKind);
-        EXPECT_EQ(choice.found, Found());
-        EXPECT_EQ(GetTextFileType(GetDefaultTextFormProc()), GetDefaultTextFileType());
-        for (const int form : {6, 7}) EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(static_cast<FileType>(form)));
-        for (const int none : {0, 8, 16, 26, 39, 64, -1}) {
-            EXPECT_EQ(FP_NONE, GetFormProcType(static_cast<FileType>(none)));
-        }
+        EXPECT_EQ(choice.savesDocx, CanSaveInWord2007Format());
+        EXPECT_EQ(choice.word, GetMSWordVersion());
+        EXPECT_EQ(choice.wordPerfect, GetWordPerfectVersion());
+        EXPECT_EQ(choice.word != kNone ? choice.word : choice.wordPerfect, GetInstalledTextFormProc());
+        EXPECT_EQ(choice.byDefault, GetDefaultTextFormProc());
+        EXPECT_EQ(GetTextFileType(choice.byDefault), GetDefaultTextFileType());
+        EXPECT_EQ(choice.forDocx, GetFormProcType(FT_DOCX_TEMPLATE));
+        EXPECT_EQ(choice.forDot, GetFormProcType(FT_WORD_TEMPLATE));
+        EXPECT_EQ(choice.forWpt, GetFormProcType(FT_WP_TEMPLATE));
+        EXPECT_EQ(choice.toSendDocx, GetSendDocToTextFormProc(L"a.docx"));
+        EXPECT_EQ(choice.toSendWpd, GetSendDocToTextFormProc(L"a.wpd"));
+        EXPECT_EQ(choice.toSendTxt, GetSendDocToTextFormProc(L"a.txt"));
+        EXPECT_EQ(FP_TEXT, GetFormProcType(FT_TEXT_TEMPLATE));
+        EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(FT_FORM_TEMPLATE));
+        EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(FT_PDF_TEMPLATE));
+        for (const int none : {0, 8, 16, 26, 39, 64, -1})
+            EXPECT_EQ(kNone, GetFormProcType(static_cast<FileType>(none))) << none;
     }
 }
 
@@ -207,7 +218,7 @@ TEST_F(Odma, FormatNamesAreTheExtensionUntilTheyAreSet) {
         SetOdmaFormatName(FT_WORD_DOCUMENT, L"Word 97");
         SetOdmaFormatName(FT_WORD_DOCUMENT, none);
         EXPECT_EQ(RWWString(L".doc"), GetOdmaFormatName(FT_WORD_DOCUMENT));
-        EXPECT_EQ(static_cast<DWORD>(REG_NONE), PrivateRegistry::Get(L"File Mgt", L"DOC Format Name").type);
+        EXPECT_TRUE(GetQLRegString(L"File Mgt", L"DOC Format Name", nullptr).isNull());
     }
     SetOdmaFormatName(FT_WORD_DOCUMENT, L".DOC");
     EXPECT_EQ(RWWString(L".DOC"), GetOdmaFormatName(FT_WORD_DOCUMENT)) << "another text than the extension";

@@ -2,9 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include <zlib.h>
+
+#include "engine/extra_fields.h"
 #include "engine/format.h"
 #include "engine/result.h"
 #include "tests/zip/members.h"
@@ -47,9 +53,9 @@ struct Change {
 };
 
 std::size_t PlaceOf(const Bytes& sample, Place place) {
-    const std::size_t end = sample.size() - kEndSize - 4, first = Get32(&sample[end + 16]);
+    const std::size_t end = sample.size() - kEndSize - 4, first = Get32(&sample[end + end::kOffset]);
     const std::size_t second = first + kRecordSize + 5;
-    return std::array{std::size_t{Get32(&sample[second + 42])}, first, second, end}[place];
+    return std::array{std::size_t{Get32(&sample[second + record::kOffset])}, first, second, end}[place];
 }
 
 Bytes SampleWith(const std::vector<Change>& changes) {
@@ -108,23 +114,27 @@ struct Lie {
 
 TEST(Archive, ArchivesThatLieDoNotOpen) {
     const Lie cases[] = {
-        {"one member more", {{kEnd, 8, 1}, {kEnd, 10, 1}}},
-        {"one member less", {{kEnd, 8, -1}, {kEnd, 10, -1}}},
-        {"65,535 members", {{kEnd, 8, -3}, {kEnd, 9, -1}, {kEnd, 10, -3}, {kEnd, 11, -1}}},
-        {"counts that differ", {{kEnd, 8, -1}}, Result::kMultiVolume},
-        {"second disk", {{kEnd, 4, 1}}, Result::kMultiVolume},
-        {"member of another disk", {{kSecond, 34, 1}}, Result::kMultiVolume},
-        {"directory too far", {{kEnd, 18, 1}}, Result::kTruncated},
-        {"directory too long", {{kEnd, 14, 1}}, Result::kTruncated},
-        {"directory too short", {{kEnd, 12, -1}, {kEnd, 16, 1}}},
+        {"one member more", {{kEnd, end::kCountHere, 1}, {kEnd, end::kCount, 1}}},
+        {"one member less", {{kEnd, end::kCountHere, -1}, {kEnd, end::kCount, -1}}},
+        {"65,535 members",
+         {{kEnd, end::kCountHere, -3},
+          {kEnd, end::kCountHere + 1, -1},
+          {kEnd, end::kCount, -3},
+          {kEnd, end::kCount + 1, -1}}},
+        {"counts that differ", {{kEnd, end::kCountHere, -1}}, Result::kMultiVolume},
+        {"second disk", {{kEnd, end::kDisk, 1}}, Result::kMultiVolume},
+        {"member of another disk", {{kSecond, record::kDisk, 1}}, Result::kMultiVolume},
+        {"directory too far", {{kEnd, end::kOffset + 2, 1}}, Result::kTruncated},
+        {"directory too long", {{kEnd, end::kSize + 2, 1}}, Result::kTruncated},
+        {"directory too short", {{kEnd, end::kSize, -1}, {kEnd, end::kOffset, 1}}},
         {"no record", {{kSecond, 0, 1}}},
-        {"record beyond the directory", {{kSecond, 33, 1}}},
-        {"overlap", {{kSecond, 42, -1}}},
-        {"member beyond the directory", {{kSecond, 45, 1}}},
-        {"header into the directory", {{kSecond, 42, 40}}},
-        {"packed size into the directory", {{kSecond, 20, 1}}},
-        {"stored sizes that differ", {{kFirst, 24, 1}}},
-        {"ratio beyond sense", {{kSecond, 26, 1}}},
+        {"record beyond the directory", {{kSecond, record::kCommentSize + 1, 1}}},
+        {"overlap", {{kSecond, record::kOffset, -1}}},
+        {"member beyond the directory", {{kSecond, record::kOffset + 3, 1}}},
+        {"header into the directory", {{kSecond, record::kOffset, 40}}},
+        {"packed size into the directory", {{kSecond, record::kPackedSize, 1}}},
+        {"stored sizes that differ", {{kFirst, record::kSize, 1}}},
+        {"ratio beyond sense", {{kSecond, record::kSize + 2, 1}}},
     };
     for (const auto& c : cases) EXPECT_EQ(Open(SampleWith(c.changes)), c.result) << c.what;
 }
@@ -133,18 +143,20 @@ TEST(Archive, MembersThatLieAreNotRead) {
     const Lie cases[] = {
         {"no local header", {{kLocal, 0, 1}}},
         {"other local name", {{kLocal, kLocalSize, 1}}},
-        {"other local size", {{kLocal, 22, 1}}},
-        {"other local method", {{kLocal, 8, 1}}},
-        {"local name too long", {{kLocal, 26, 1}}},
-        {"local extra field too long", {{kLocal, 29, 1}}},
-        {"size too small", {{kSecond, 24, -1}, {kLocal, 22, -1}}},
-        {"size too great", {{kSecond, 24, 1}, {kLocal, 22, 1}}},
-        {"packed size too small", {{kSecond, 20, -1}, {kLocal, 18, -1}}},
-        {"wrong check sum", {{kSecond, 16, 1}, {kLocal, 14, 1}}, Result::kBadCrc},
+        {"other local size", {{kLocal, local::kSize, 1}}},
+        {"other local method", {{kLocal, local::kMethod, 1}}},
+        {"local name too long", {{kLocal, local::kNameSize, 1}}},
+        {"local extra field too long", {{kLocal, local::kExtraSize + 1, 1}}},
+        {"size too small", {{kSecond, record::kSize, -1}, {kLocal, local::kSize, -1}}},
+        {"size too great", {{kSecond, record::kSize, 1}, {kLocal, local::kSize, 1}}},
+        {"packed size too small", {{kSecond, record::kPackedSize, -1}, {kLocal, local::kPackedSize, -1}}},
+        {"wrong check sum", {{kSecond, record::kCrc, 1}, {kLocal, local::kCrc, 1}}, Result::kBadCrc},
         {"no deflate stream", {{kLocal, kLocalSize + 5, 0x07}}},
-        {"encrypted", {{kSecond, 8, 1}, {kLocal, 6, 1}}, Result::kEncrypted},
-        {"encrypted in one place", {{kLocal, 6, 1}}},
-        {"unknown method", {{kSecond, 10, 4}, {kLocal, 8, 4}}, Result::kUnknownMethod},
+        {"encrypted", {{kSecond, record::kFlags, 1}, {kLocal, local::kFlags, 1}}, Result::kEncrypted},
+        {"encrypted in one place", {{kLocal, local::kFlags, 1}}},
+        {"unknown method",
+         {{kSecond, record::kMethod, 4}, {kLocal, local::kMethod, 4}},
+         Result::kUnknownMethod},
     };
     for (const auto& c : cases) {
         const Bytes bytes = SampleWith(c.changes);
@@ -159,7 +171,7 @@ TEST(Archive, TwoEndsAreOneTooMany) {
     EXPECT_EQ(Read(twice, 1), Result::kInvalid);
 
     const Bytes sample = Sample(), end = Part(sample, PlaceOf(sample, kEnd));
-    Bytes inComment = SampleWith({{kEnd, 20, static_cast<int>(end.size())}});
+    Bytes inComment = SampleWith({{kEnd, end::kCommentSize, static_cast<int>(end.size())}});
     Append(inComment, end);
     EXPECT_EQ(Open(inComment), Result::kInvalid);
 }
@@ -192,6 +204,92 @@ TEST(Archive, StandsBehindAnotherFile) {
     writer.Finish("");
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.begin() + 1000, output.bytes.begin()));
     EXPECT_EQ(ReadMember(output.bytes, 0), kMembers[1].content);
+}
+
+TEST(Archive, BytesBehindTheEndAreAcceptedWhileThereIsOneEnd) {
+    const Bytes sample = Sample(), end = Part(sample, PlaceOf(sample, kEnd));
+    Bytes behind = sample;
+    Append(behind, {1, 2, 3});
+    EXPECT_EQ(kMembers[1].content, ReadMember(behind, 1));
+    EXPECT_EQ("told", MemoryArchive(behind).archive.Comment());
+    // A later end that misses the end of the file by a byte, behind bytes and behind a comment that takes it in.
+    Append(behind, end);
+    behind.pop_back();
+    EXPECT_EQ(Result::kInvalid, Open(behind));
+    Bytes inComment = SampleWith({{kEnd, end::kCommentSize, static_cast<int>(end.size()) - 1}});
+    Append(inComment, end);
+    inComment.pop_back();
+    EXPECT_EQ(Result::kInvalid, Open(inComment));
+}
+
+// Its members would be moved to where the directory says that they are, and be lost for good.
+TEST(Archive, AWrongDirectoryOffsetIsSeenBeforeAChange) {
+    Bytes bytes = Sample();
+    constexpr std::size_t kGap = 20;
+    bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(PlaceOf(bytes, kFirst)), kGap, 'g');
+    MemoryArchive read(bytes);
+    EXPECT_EQ(Result::kInvalid, ResultOf([&] { read.archive.RequireMembersInPlace(read.file); }));
+    bytes.insert(bytes.begin(), 1000, 'P');
+    Put32(&bytes[PlaceOf(bytes, kEnd) + end::kOffset],
+          static_cast<std::uint32_t>(PlaceOf(Sample(), kFirst) + kGap));
+    MemoryArchive behind(bytes);
+    EXPECT_NO_THROW(behind.archive.RequireMembersInPlace(behind.file));
+}
+
+TEST(Archive, NamesAreReadAlikeFromBothPlaces) {
+    Bytes bytes = Written({{"\u00e4.txt", "x"}}, "");
+    EXPECT_EQ("x", ReadMember(bytes, 0));
+    Put16(&bytes[local::kFlags], 0);
+    EXPECT_EQ(Result::kInvalid, Read(bytes, 0));
+}
+
+TEST(Archive, FoldersAreKnownByTheirSlashOrAttribute) {
+    const Bytes bytes =
+        Written({{"a/", ""}, {"b", "", kFolderAttribute}, {"c", ""}, {"d", "x", kFolderAttribute}}, "");
+    const MemoryArchive read(bytes);
+    const bool isFolder[] = {true, true, false, false};
+    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(isFolder[i], read.archive.Entries()[i].isFolder) << i;
+}
+
+// Blocks are packed by themselves.
+TEST(Archive, PacksAboutAsSmallAsOneStream) {
+    std::string text;
+    for (std::uint32_t i = 0, x = 1; text.size() < 3'000'000; ++i)
+        text += "word " + std::to_string((x = x * 1664525 + 1013904223) >> 22) + (i % 9 == 0 ? "\n" : " ");
+    for (const int level : {1, 6, 9}) {
+        uLongf whole = compressBound(static_cast<uLong>(text.size()));
+        Bytes packed(whole);
+        compress2(packed.data(), &whole, reinterpret_cast<const Bytef*>(text.data()),
+                  static_cast<uLong>(text.size()), level);
+        const Bytes bytes = Written({{"t", text, 32, level}}, "");
+        EXPECT_LT(static_cast<double>(bytes.size()), 1.01 * static_cast<double>(whole)) << level;
+    }
+}
+
+TEST(Archive, ASourceThatFailsLeavesNothingOfItself) {
+    struct Failing final : InputFile {
+        std::uint64_t Size() const override { return 9u << 20; }
+        std::size_t ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) override {
+            Require(offset < 5u << 20, Result::kReadFailed);
+            std::fill_n(into, size, static_cast<std::uint8_t>(offset >> 18));
+            return size;
+        }
+    } failing;
+    MemoryOutput output;
+    ArchiveWriter writer(output);
+    Add(writer, kMembers[0]);
+    EXPECT_EQ(Result::kReadFailed, ResultOf([&] { writer.Add({"f"}, failing, [](std::uint64_t) {}); }));
+    Add(writer, kMembers[1]);
+    output.bytes.resize(static_cast<std::size_t>(writer.Finish("told")));
+    EXPECT_EQ(Sample(), output.bytes);
+}
+
+TEST(ExtraFields, TellMomentsInUtc) {
+    const std::uint8_t unixTime[] = {0x55, 0x54, 5, 0, 1, 0x80, 0x3d, 0xed, 0x5e};
+    const std::uint8_t ntfs[] = {0x0a, 0, 16, 0, 0, 0, 0, 0, 1, 0, 8, 0, 1, 2, 3, 4, 5, 6, 7, 8};
+    EXPECT_EQ(132'367'050'880'000'000u / 10'000'000, UtcTimeIn({unixTime, sizeof unixTime}) / 10'000'000);
+    EXPECT_EQ(0x0807060504030201u, UtcTimeIn({ntfs, sizeof ntfs}));
+    EXPECT_EQ(0u, UtcTimeIn({unixTime, sizeof unixTime - 1}));
 }
 
 TEST(Archive, CommentsOfEveryLength) {
@@ -234,72 +332,98 @@ Bytes With64BitEnd(std::uint64_t count, std::int64_t moved, bool saturated) {
 }
 
 TEST(Archive, Reads64BitDirectories) {
-    for (const bool saturated : {true, false})
-        EXPECT_EQ(ReadMember(With64BitEnd(2, 0, saturated), 1), kMembers[1].content);
+    for (const bool saturated : {true, false}) {
+        Bytes bytes = With64BitEnd(2, 0, saturated);
+        EXPECT_EQ(ReadMember(bytes, 1), kMembers[1].content);
+        bytes.insert(bytes.begin(), 1000, 'P');
+        EXPECT_EQ(ReadMember(bytes, 1), kMembers[1].content);
+    }
     EXPECT_EQ(Open(With64BitEnd(3, 0, false)), Result::kInvalid);  // the two ends do not agree
     EXPECT_EQ(Open(With64BitEnd(~0ull, 0, true)), Result::kInvalid);
     for (const int moved : {-1, 1, -1'000'000})
         EXPECT_EQ(Open(With64BitEnd(2, moved, true)), Result::kInvalid) << moved;
 }
 
-// An archive of one stored member of five billion zeros, most of it nowhere in memory.
-class LargeInput final : public InputFile {
+// A file that is mostly zeros, of which only the other pages take memory.
+class SparseFile final : public InputFile, public OutputFile {
   public:
-    static constexpr std::uint64_t kMemberSize = 5'000'000'000;
-    LargeInput() {
-        Bytes record(kRecordSize);
-        Put32(record.data(), kRecordSignature);
-        Put32(&record[20], kIn64);
-        Put32(&record[24], kIn64);
-        record[28] = 1;
-        record[30] = 20;
-        record.push_back('z');
-        Append(record, kExtra64 | 16 << 16, 4);
-        for (int i = 0; i < 2; ++i) Append(record, kMemberSize, 8);
-        tail_ = record;
-        Append64BitEnd(tail_, 1, kDirectory, record.size(), 0);
-        Append(tail_, Written({}, ""));
-        std::fill_n(tail_.end() - 14, 12, std::uint8_t{0xff});
-        Put32(head_.data(), kLocalSignature);
-        Put32(&head_[18], kIn64);
-        Put32(&head_[22], kIn64);
-        head_[26] = 1;
-        head_[kLocalSize] = 'z';
+    std::uint64_t Size() const override { return size_; }
+    void WriteAt(std::uint64_t offset, const std::uint8_t* data, std::size_t size) override {
+        size_ = std::max(size_, offset + size);
+        ForEachPart(offset, size, [&](Page page, std::size_t at, std::size_t done, std::size_t count) {
+            const bool isZero = std::memcmp(data + done, kZeros.data(), count) == 0;
+            if (isZero && !pages_.contains(page)) return;
+            std::copy_n(data + done, count,
+                        pages_.try_emplace(page, kZeros).first->second.begin() + Offset(at));
+        });
     }
-    std::uint64_t Size() const override { return kDirectory + tail_.size(); }
     std::size_t ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) override {
-        std::size_t count = 0;
-        for (; count < size && offset < Size(); ++count, ++offset) into[count] = ByteAt(offset);
-        return count;
+        size = static_cast<std::size_t>(std::min<std::uint64_t>(size, size_ - std::min(size_, offset)));
+        ForEachPart(offset, size, [&](Page page, std::size_t at, std::size_t done, std::size_t count) {
+            const auto found = pages_.find(page);
+            std::copy_n((found == pages_.end() ? kZeros : found->second).begin() + Offset(at), count,
+                        into + done);
+        });
+        return size;
     }
+    void Grow(std::uint64_t size) { size_ = size; }
 
   private:
-    static constexpr std::uint64_t kDirectory = kLocalSize + 1 + kMemberSize;
-    std::uint8_t ByteAt(std::uint64_t offset) const {
-        if (offset >= kDirectory) return tail_[static_cast<std::size_t>(offset - kDirectory)];
-        return offset < head_.size() ? head_[static_cast<std::size_t>(offset)] : std::uint8_t{0};
+    using Page = std::uint64_t;
+    static constexpr std::size_t kPage = 64u << 10;
+    static std::ptrdiff_t Offset(std::size_t at) { return static_cast<std::ptrdiff_t>(at); }
+    template <class Use>
+    static void ForEachPart(std::uint64_t offset, std::size_t size, const Use& use) {
+        for (std::size_t done = 0, count; done < size; done += count) {
+            const std::size_t at = static_cast<std::size_t>((offset + done) % kPage);
+            count = std::min(size - done, kPage - at);
+            use((offset + done) / kPage, at, done, count);
+        }
     }
-    Bytes head_ = Bytes(kLocalSize + 1), tail_;
+    const Bytes kZeros = Bytes(kPage);
+    std::map<Page, Bytes> pages_;
+    std::uint64_t size_ = 0;
 };
 
-TEST(Archive, ReadsMembersAboveFourGigabytesAndDoesNotWriteThem) {
-    LargeInput file;
-    const Archive archive(file);
-    ASSERT_EQ(archive.Entries().size(), 1u);
-    EXPECT_EQ(archive.Entries()[0].size, LargeInput::kMemberSize);
-    std::uint64_t given = 0;
-    const Sink sink = [&](const std::uint8_t* data, std::size_t size) {
-        given += size;
-        Require(std::all_of(data, data + size, [](std::uint8_t byte) { return byte == 0; }),
-                Result::kInvalid);
-        Require(given < 1'000'000, Result::kCancelled);
-    };
-    EXPECT_EQ(ResultOf([&] { EntryReader(file, archive).Read(archive.Entries()[0], sink); }),
-              Result::kCancelled);
-    MemoryOutput output;
-    ArchiveWriter writer(output);
-    EXPECT_EQ(ResultOf([&] { writer.Copy(file, archive, {true}); }), Result::kTooBig);
-    EXPECT_TRUE(output.bytes.empty());
+TEST(Archive, WritesAndChangesMembersAndArchivesBeyondFourGigabytes) {
+    constexpr std::uint64_t kLarge = 4'400'000'000;
+    SparseFile zeros, first, second;
+    zeros.Grow(kLarge);
+    ArchiveWriter writer(first);
+    writer.Add({"large"}, zeros, [](std::uint64_t) {});
+    Add(writer, {"behind", "small"});
+    writer.Finish("");
+    ArchiveWriter changed(second);
+    changed.Copy(first, Archive(first), {true, true});
+    Add(changed, {"new", "also small"});
+    changed.Finish("");
+
+    const Archive archive(second);
+    ASSERT_EQ(3u, archive.Entries().size());
+    EXPECT_EQ(kLarge, archive.Entries()[0].size);
+    EXPECT_EQ(kLarge, archive.Entries()[0].packedSize);
+    for (const auto& [index, content] : {std::pair{1u, "small"}, {2u, "also small"}}) {
+        EXPECT_LT(kLarge, archive.Entries()[index].offset);
+        std::string read;
+        EntryReader(second, archive)
+            .Read(archive.Entries()[index],
+                  [&](const std::uint8_t* data, std::size_t size) { read.append(data, data + size); });
+        EXPECT_EQ(content, read);
+    }
+    EXPECT_NO_THROW(archive.DataStart(second, archive.Entries()[0]));
+}
+
+TEST(Archive, HoldsMoreMembersThanTheShortEndCanCount) {
+    for (const std::size_t count : {65534u, 65535u, 65536u}) {
+        MemoryOutput output;
+        ArchiveWriter writer(output);
+        for (std::size_t i = 0; i < count; ++i) Add(writer, {std::to_string(i), ""});
+        writer.Finish("told");
+        const MemoryArchive read(output.bytes);
+        ASSERT_EQ(count, read.archive.Entries().size());
+        EXPECT_EQ(std::to_string(count - 1), read.archive.Entries().back().name);
+        EXPECT_EQ("told", read.archive.Comment());
+    }
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/win32.h"
@@ -96,24 +97,49 @@ TEST_F(DynazipCalls, ExistsCountsWhatMatches) {
     EXPECT_EQ(Dynazip::FileExistsInZip(L"a.zip", L"b"), 0);
 }
 
-TEST_F(DynazipCalls, CommentsAreReadInTwoCallsAndWrittenInOne) {
-    EXPECT_TRUE(Dynazip::GetComment(L"a.zip").isNull());
-    EXPECT_EQ(unzip_->unzip.function, 5);
-    EXPECT_EQ(unzip_->calls, 1);
-    std::memset(unzip_->comment, '\x80', 65535);
-    unzip_->count = 65535;
-    EXPECT_EQ(Dynazip::GetComment(L"a.zip").str(), std::wstring(65535, L'\u20ac'));
-    EXPECT_EQ(unzip_->unzip.function, 6);
-    for (int count : {-1, 65536, 0x7fffffff}) {
-        unzip_->count = count;
-        EXPECT_TRUE(Dynazip::GetComment(L"a.zip").isNull()) << count;
+TEST_F(DynazipCalls, CommentsAreReadInOneCallWithRoomForTheLongest) {
+    const std::string longest(65535, '\x80');
+    const std::pair<std::string, std::wstring> cases[] = {
+        {"", L""},           {"plain", L"plain"},
+        {"\x80", L"\u20ac"}, {"caf\xc3\xa9", L"caf\u00e9"},
+        {"\xc3", L"\u00c3"}, {longest, std::wstring(longest.size(), L'\u20ac')},
+    };
+    for (const auto& [bytes, text] : cases) {
+        unzip_->calls = 0;
+        std::strcpy(unzip_->comment, bytes.c_str());
+        EXPECT_EQ(text, Dynazip::GetComment(L"a.zip").str()) << bytes.substr(0, 9);
+        EXPECT_EQ(1, unzip_->calls) << bytes.substr(0, 9);
+        EXPECT_EQ(UNZIP_COMMENT, unzip_->unzip.function);
     }
-    EXPECT_EQ(Dynazip::SetComment(L"a.zip", L"\u20ac 5"), 1);
-    EXPECT_EQ(Joined(zip_->zip.function, zip_->zip.addCommentFlag, zip_->items, zip_->comment),
-              "4|1||\x80 5|");
-    zip_->answer = 7;
-    EXPECT_EQ(Dynazip::SetComment(L"a.zip", nullptr), 0);
-    EXPECT_STREQ(zip_->comment, "");
+    unzip_->answer = UNZIP_CUT_OFF;
+    EXPECT_TRUE(Dynazip::GetComment(L"a.zip").isNull());
+}
+
+TEST_F(DynazipCalls, CommentsAreWrittenSoThatTheyAreReadAgain) {
+    const std::pair<const wchar_t*, const char*> cases[] = {
+        {L"\u20ac \"5\"", "\x80 \"5\""}, {L"\u00c3\u00a9", "\xc3\x83\xc2\xa9"}, {nullptr, ""}};
+    for (const auto& [text, bytes] : cases) {
+        EXPECT_EQ(1, Dynazip::SetComment(L"a.zip", text)) << bytes;
+        EXPECT_STREQ(bytes, zip_->comment);
+    }
+    EXPECT_EQ("4|1||", Joined(zip_->zip.function, zip_->zip.addCommentFlag, zip_->items));
+    zip_->answer = ZIP_BAD_COMMENT;
+    EXPECT_EQ(0, Dynazip::SetComment(L"a.zip", L"b"));
+    EXPECT_EQ(ZIP_BAD_COMMENT, Dynazip::LastEngineCode());
+}
+
+TEST_F(DynazipCalls, ListsGoOneByOneToAnEngineThatKnowsNone) {
+    ZIPSOURCE files[] = {{L"C:\\in\\a.txt", nullptr, -1},
+                         {L"a.txt", L"other.txt", -1},
+                         {L"b\".txt", nullptr, -1},
+                         {L"c.txt", L"c.txt", -1}};
+    EXPECT_EQ(0, Dynazip::AddFilesToZip(L"a.zip", files, 4, 9));
+    EXPECT_EQ(2, zip_->calls);
+    EXPECT_STREQ("\".\\c.txt\"", zip_->items);
+    const int codes[] = {ZIP_DONE, ZIP_BAD_REQUEST, ZIP_BAD_REQUEST, ZIP_DONE};
+    for (int i = 0; i < 4; ++i) EXPECT_EQ(codes[i], files[i].code) << i;
+    EXPECT_EQ(1, Dynazip::AddFilesToZip(L"a.zip", files, 1, 9));
+    EXPECT_EQ(UNZIP_BAD_REQUEST, Dynazip::ForEachMember(L"a.zip", nullptr, nullptr));
 }
 
 TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
@@ -205,7 +231,9 @@ TEST_F(DynazipLoading, WithoutEnginesEachOperationFails) {
     PutAway(kUnzipEngine);
     EXPECT_EQ(Dynazip::IsZipDllLoaded(), 0);
     EXPECT_EQ(Dynazip::IsUnZipDllLoaded(), 0);
-    EXPECT_EQ(Answers(L"a", L"a", L"a"), (std::vector<long>{0, 17, 49, 0, 0, 49, 49, 0}));
+    EXPECT_EQ(Answers(L"a", L"a", L"a"), (std::vector<long>{0, 126, 126, 0, 0, 126, 126, 0}));
+    EXPECT_EQ(ZIP_ENGINE_NOT_LOADED, Dynazip::LastEngineCode());
+    EXPECT_STREQ(L"The zip engine is not loaded", Dynazip::ZipErrorMsg(ZIP_ENGINE_NOT_LOADED));
     PutBack(kZipEngine);
     EXPECT_EQ(Dynazip::IsZipDllLoaded(), 1);
 }

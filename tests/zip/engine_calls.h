@@ -1,21 +1,29 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/win32.h"
 #include "zip/zip_records.h"
 
 // The engines beside the program; -1 when there is none.
-template <class Record>
-int Call(const char* engine, const char* entry, Record& command) {
+template <class Proc, class... Argument>
+int Call(const char* engine, const char* entry, Argument... arguments) {
     const HMODULE module = ::LoadLibraryA(engine);
     const FARPROC proc = module ? ::GetProcAddress(module, entry) : nullptr;
-    if (!proc) return -1;
-    return reinterpret_cast<int(QL_ZIP_CALL*)(Record*)>(reinterpret_cast<void*>(proc))(&command);
+    return proc ? reinterpret_cast<Proc>(reinterpret_cast<void*>(proc))(arguments...) : -1;
 }
 inline int Dzip(ZIPCMDSTRUCT command) {
-    return Call("DZIP32.DLL", "dzip", command);
+    return Call<DzipProc>("DZIP32.DLL", "dzip", &command);
+}
+inline int DzipFiles(const ZIPCMDSTRUCT& command, std::vector<ZIPSOURCE>& sources) {
+    return Call<DzipFilesProc>("DZIP32.DLL", "dzipfiles", &command, sources.data(),
+                               static_cast<std::int32_t>(sources.size()));
 }
 inline int Dunzip(UNZIPCMDSTRUCT& command) {
-    return Call("DUNZIP32.DLL", "dunzip", command);
+    return Call<DunzipProc>("DUNZIP32.DLL", "dunzip", &command);
+}
+inline int DunzipEach(UNZIPCMDSTRUCT command, ZipMemberProc each, void* userData) {
+    return Call<DunzipEachProc>("DUNZIP32.DLL", "dunzipeach", &command, each, userData);
 }
 inline int Dunzip(UNZIPCMDSTRUCT&& command) {
     return Dunzip(command);

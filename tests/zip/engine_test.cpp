@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/pending_file.h"
 #include "engine/windows_files.h"
 #include "tests/support/test_folder.h"
 #include "tests/zip/engine_calls.h"
@@ -47,10 +48,11 @@ class Engine : public testing::Test {
 
     // Files of the year given, so that older and newer are told apart.
     static void WriteFile(const fs::path& path, const std::string& content, int year = 2020) {
-        PendingFile file = PendingFile::Replacing(path.wstring());
-        file.WriteAt(0, reinterpret_cast<const std::uint8_t*>(content.data()), content.size());
-        file.SetTime(ToDosTime({year, 6, 15, 12, 30, 10}));
-        file.Commit();
+        PutBytes(path.wstring(), content);
+        const FILETIME time = *FileTimeOf(ToDosTime({year, 6, 15, 12, 30, 10}));
+        const ql::UniqueFileHandle file(
+            ::CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        ::SetFileTime(file.get(), nullptr, nullptr, &time);
     }
 
     static std::string ReadFile(const fs::path& path) {
@@ -58,9 +60,9 @@ class Engine : public testing::Test {
     }
 
     void MakeArchive(const std::vector<Member>& members) const {
-        PendingFile file = PendingFile::Replacing(fs::path(archive_).wstring());
-        Write(file, members, "");
-        file.Commit();
+        MemoryOutput output;
+        Write(output, members, "");
+        PutBytes(fs::path(archive_).wstring(), {output.bytes.begin(), output.bytes.end()});
     }
 
     ZIPCMDSTRUCT ZipCommand(std::int32_t function, const std::string& items) {
@@ -101,6 +103,11 @@ int QL_ZIP_CALL Cancel(const char*, int, void*) {
 }
 int QL_ZIP_CALL Record(const char* item, int percent, void* told) {
     *static_cast<std::string*>(told) += std::string(item) + ":" + std::to_string(percent) + " ";
+    return 0;
+}
+
+int QL_ZIP_CALL AppendName(const ZIPMEMBER* member, void* names) {
+    *static_cast<std::wstring*>(names) += member->name + std::wstring(L"|");
     return 0;
 }
 
@@ -217,7 +224,8 @@ TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
     }
     EXPECT_EQ(Dzip(With(ZipCommand(ZIP_ADD, Quoted("*.txt")), &ZIPCMDSTRUCT::lpMinorStatus, Cancel)), 9);
     {
-        const PendingFile other = PendingFile::Replacing(fs::path(archive_).wstring());
+        Patience patience;
+        const PendingFile other(LiteralPath(fs::path(archive_).wstring()), patience);
         EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 1);
     }
     {
@@ -358,6 +366,94 @@ TEST_F(Engine, ReplacesFilesOnlyAsTheFlagsSay) {
         EXPECT_EQ(Dunzip(With(command, &UNZIPCMDSTRUCT::wUnzipSubOptions, c.options)), c.code) << &c - cases;
         EXPECT_EQ(ReadFile(file), c.content) << &c - cases;
     }
+}
+
+TEST_F(Engine, SparesFilesOfOthersAndReplacesTheLongestNames) {
+    const std::string longest = std::string(251, 'n') + ".txt";
+    MakeArchive({{"a.txt", "archive"}, {longest, "archive"}});
+    fs::create_directory(out_);
+    const auto file = [&](const std::string& name) {
+        return L"\\\\?\\" + fs::path(out_ + "\\" + name).wstring();
+    };
+    for (const std::string& name : {std::string("a.txt"), std::string("a.txt.~new"), longest})
+        PutBytes(file(name), "disk");
+    EXPECT_EQ(UNZIP_DONE, Extract("*", {&UNZIPCMDSTRUCT::overWriteFlag}));
+    EXPECT_EQ("archive", BytesOf(file("a.txt")));
+    EXPECT_EQ("disk", BytesOf(file("a.txt.~new")));
+    EXPECT_EQ("archive", BytesOf(file(longest)));
+    PutBytes(fs::path(archive_ + ".~new").wstring(), "mine");
+    EXPECT_EQ(ZIP_NOTHING_TO_DO, Zip(ZIP_ADD, "no such *"));
+    EXPECT_EQ(ZIP_DONE, Dzip(ZipCommand(ZIP_DELETE, "a.txt")));
+    EXPECT_EQ("a.zip|a.zip.~new|out|", Names(folder_));
+}
+
+TEST_F(Engine, WholePathsMeanThatMemberAloneAndTheUsedPartIsJudged) {
+    MakeArchive({{"a.txt", "top"},
+                 {"sub/a.txt", "below"},
+                 {"./b.txt", "b"},
+                 {"/c.txt", "c"},
+                 {"\u4e00/d.txt", "d"},
+                 {"folder/", ""}});
+    EXPECT_EQ(UNZIP_DONE, Extract("a.txt", {&UNZIPCMDSTRUCT::noDirectoryNamesFlag}));
+    EXPECT_EQ("top", ReadFile(out_ + "\\a.txt"));
+    for (const char* name : {"b.txt", "c.txt", "?/d.txt"})
+        EXPECT_EQ(UNZIP_DONE, Extract(name, {&UNZIPCMDSTRUCT::noDirectoryNamesFlag})) << name;
+    EXPECT_EQ("a.txt|b.txt|c.txt|d.txt|", Names(out_));
+    for (const auto& [name, count] : {std::pair{"folder", 0}, {"A.TXT", 1}, {"*.txt", 5}}) {
+        UNZIPCMDSTRUCT command =
+            UnzipCommand(UNZIP_COUNT_MATCHING, name, {&UNZIPCMDSTRUCT::noDirectoryItemsFlag});
+        EXPECT_EQ(UNZIP_DONE, Dunzip(command));
+        EXPECT_EQ(count, command.returnCount) << name;
+    }
+    for (const int code : {UNZIP_DONE, UNZIP_NOTHING_TO_DO}) {
+        EXPECT_EQ(ZIP_DONE, Dzip(With(ZipCommand(ZIP_DELETE, "a.txt"), &ZIPCMDSTRUCT::recurseFlag, 1)));
+        EXPECT_EQ(code, Extract("sub/a.txt", {&UNZIPCMDSTRUCT::testFlag}));
+    }
+}
+
+// The times put back, in a file of the same size.
+TEST_F(Engine, SeesChangesThatPutTheTimeBack) {
+    for (const char* name : {"one.txt", "two.txt", "one.txt"}) {
+        MakeArchive({{name, "x"}});
+        const FILETIME time = *FileTimeOf(ToDosTime({2020, 6, 15, 12, 30, 10}));
+        const ql::UniqueFileHandle file(
+            ::CreateFileA(archive_.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        ::SetFileTime(file.get(), &time, &time, &time);
+        EXPECT_EQ(UNZIP_DONE, Dunzip(With(UnzipCommand(UNZIP_INDEXED), &UNZIPCMDSTRUCT::index, 0)));
+        EXPECT_STREQ(name, info_.szFileName);
+    }
+}
+
+TEST_F(Engine, SourcesOfAListHaveAResultEach) {
+    WriteFile(Path("new.txt"), "new");
+    WriteFile(Path("locked.txt"), "locked");
+    WriteFile(Path("old.txt"), "old", 2019);
+    MakeArchive({{"old.txt", "newer"}, {"locked.txt", "former"}});
+    const ql::UniqueFileHandle lock(
+        ::CreateFileA(Path("locked.txt").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    const auto wide = [&](const char* name) { return fs::path(Path(name)).wstring(); };
+    const std::wstring fresh = wide("new.txt"), locked = wide("locked.txt"), old = wide("old.txt"),
+                       none = wide("none");
+    const struct {
+        const wchar_t *file, *name;
+        int code;
+    } cases[] = {
+        {fresh.c_str(), nullptr, ZIP_DONE},          {fresh.c_str(), L"in\\\u4e00.txt", ZIP_DONE},
+        {old.c_str(), L"NEW.txt", ZIP_BAD_REQUEST},  {old.c_str(), nullptr, ZIP_NOTHING_TO_DO},
+        {none.c_str(), nullptr, ZIP_FILE_MISSING},   {locked.c_str(), L"Locked.TXT", ZIP_READ_FAILED},
+        {fresh.c_str(), L"..\\up", ZIP_BAD_REQUEST}, {nullptr, nullptr, ZIP_FILE_MISSING}};
+    std::vector<ZIPSOURCE> sources;
+    for (const auto& c : cases) sources.push_back({c.file, c.name, -1});
+    const int code = DzipFiles(ZipCommand(ZIP_UPDATE, ""), sources);
+    EXPECT_EQ(ZIP_DONE, code);
+    for (std::size_t i = 0; i < sources.size(); ++i) EXPECT_EQ(cases[i].code, sources[i].code) << i;
+    std::wstring names;
+    EXPECT_EQ(UNZIP_DONE, DunzipEach(UnzipCommand(UNZIP_COUNT_ALL), AppendName, &names));
+    EXPECT_EQ(L"old.txt|locked.txt|new.txt|in/\u4e00.txt|", names);
+    UNZIPCMDSTRUCT byIndex = UnzipCommand(UNZIP_EXTRACT);
+    byIndex.index = 3;
+    EXPECT_EQ(UNZIP_DONE, DunzipEach(byIndex, AppendName, &names));
+    EXPECT_EQ("new", ReadFile(fs::path(out_) / L"in" / L"\u4e00.txt"));
 }
 
 TEST_F(Engine, WritesNothingOutsideTheDestination) {

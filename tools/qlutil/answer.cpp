@@ -45,6 +45,15 @@ std::wstring ToCell(const Node& node) {
     return JSON::Serialize(ToJson(node).get()).str();
 }
 
+// Names that strangers chose can hold characters that move a terminal's cursor; each is shown as its picture.
+std::wstring WithoutControls(std::wstring text) {
+    for (wchar_t& c : text) {
+        if (c < 0x20) c = static_cast<wchar_t>(0x2400 + c);
+        if (c >= 0x7f && c < 0xa0) c = L'\u2421';
+    }
+    return text;
+}
+
 using Row = std::vector<std::wstring>;
 
 // Lines up all columns but the last, so that no line ends in blanks.
@@ -78,7 +87,7 @@ std::wstring RenderList(const List& list) {
         Row titles, cells;
         for (const auto& [key, value] : *record) {
             titles.emplace_back(key);
-            cells.push_back(ToCell(value));
+            cells.push_back(WithoutControls(ToCell(value)));
         }
         if (rows.empty()) rows.push_back(std::move(titles));
         rows.push_back(std::move(cells));

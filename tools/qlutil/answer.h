@@ -27,6 +27,8 @@ struct Node {
     Node(List list) : value(std::move(list)) {}
     Node(Record record) : value(std::move(record)) {}
 
+    bool operator==(const Node& other) const = default;
+
     std::variant<std::nullptr_t, RWWString, double, bool, List, Record> value = nullptr;
 };
 

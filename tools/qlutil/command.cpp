@@ -4,6 +4,8 @@
 #include <numeric>
 #include <vector>
 
+#include "tools/qlutil/examples.h"
+
 namespace {
 
 constexpr std::wstring_view kGeneralUsage =
@@ -19,7 +21,8 @@ const std::vector<const Command*>& AllCommands() {
         for (const auto& family :
              {SessionCommands(), NameCommands(), TextCommands(), JsonCommands(), PreferenceCommands(),
               DirectoryCommands(), LogCommands(), ValueCommands(), FileCommands(), ProcessorCommands(),
-              SwitchCommands(), ZipCommands(), DisplayCommands(), KeyCommands(), ShellCommands()}) {
+              SwitchCommands(), ZipCommands(), DisplayCommands(), KeyCommands(), ShellCommands(),
+              VersionCommands(), MachineCommands()}) {
             for (const Command& command : family) commands.push_back(&command);
         }
         return commands;
@@ -71,7 +74,9 @@ CommandMatch FindCommand(std::span<const std::wstring_view> words) {
 std::wstring UsageOf(const Command& command) {
     std::wstring usage = L"qlutil " + std::wstring(command.name);
     if (!command.arguments.empty()) usage += L' ' + std::wstring(command.arguments);
-    return usage + L"\n    " + std::wstring(command.summary) + L'\n';
+    usage += L"\n    " + std::wstring(command.summary) + L'\n';
+    const std::wstring_view example = ExampleOf(command.name);
+    return example.empty() ? usage : usage + L"    Example: qlutil " + std::wstring(example) + L'\n';
 }
 
 std::wstring HelpFor(std::span<const std::wstring_view> words) {

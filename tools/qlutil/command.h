@@ -41,6 +41,8 @@ std::span<const Command> ZipCommands();
 std::span<const Command> DisplayCommands();
 std::span<const Command> KeyCommands();
 std::span<const Command> ShellCommands();
+std::span<const Command> VersionCommands();
+std::span<const Command> MachineCommands();
 
 struct CommandMatch {
     const Command* command;  // null when no command has that name
@@ -48,7 +50,7 @@ struct CommandMatch {
 };
 CommandMatch FindCommand(std::span<const std::wstring_view> words);
 
-// "qlutil NAME ARGUMENTS" and what it does, in two lines.
+// "qlutil NAME ARGUMENTS", what it does, and an example.
 std::wstring UsageOf(const Command& command);
 
 // The usage of one command, of one family ("text") or, for no words, of all; empty for an unknown name.

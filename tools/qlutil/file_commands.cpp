@@ -1,14 +1,16 @@
-#include <algorithm>
 #include <filesystem>
 #include <iterator>
+#include <span>
+#include <vector>
 
 #include "files/backup.h"
 #include "files/directory_iterator.h"
 #include "files/file_copy.h"
 #include "files/full_path.h"
 #include "files/machine.h"
-#include "logging/os_description.h"
+#include "platform/win32.h"
 #include "tools/qlutil/command.h"
+#include "tools/qlutil/system_reason.h"
 
 namespace {
 
@@ -39,15 +41,61 @@ Answer FullPath(const Arguments& arguments) {
 constexpr const wchar_t* kStatusNames[] = {L"StatusUnknown",   L"StatusInUse",        L"StatusWritable",
                                            L"StatusCreatable", L"StatusNotCreatable", L"StatusReadOnly"};
 
+// Why the file cannot be written or created; null when it can.
+Node ReasonFor(const QLFileName& name, QLFileName::Status status) {
+    if (name.IsDirectory()) return L"a folder";
+    if (status == QLFileName::StatusUnknown) return L"a remote name: nothing was asked";
+    if (status == QLFileName::StatusReadOnly) return L"read-only";
+    if (status != QLFileName::StatusInUse && status != QLFileName::StatusNotCreatable) return nullptr;
+    const RWWString path = name.GetPathAndFileName();
+    const HANDLE file = ::CreateFileW(path.data(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    const DWORD error = ::GetLastError();
+    if (file != INVALID_HANDLE_VALUE) ::CloseHandle(file);
+    if (status == QLFileName::StatusNotCreatable && error == ERROR_FILE_NOT_FOUND)
+        return L"the folder takes no new file";
+    return RWWString(ReasonOf(error));
+}
+
+Record StatusOf(const QLFileName& name) {
+    const QLFileName::Status status = name.GetStatus();
+    return {{L"status", static_cast<int>(status)},
+            {L"statusName", kStatusNames[status]},
+            {L"exists", name.Exists() != 0},
+            {L"isDirectory", name.IsDirectory() != 0},
+            {L"canRead", name.CanAccess(QLFileName::ACCESS_READ) != 0},
+            {L"canWrite", name.CanAccess(QLFileName::ACCESS_WRITE) != 0},
+            {L"reason", ReasonFor(name, status)}};
+}
+
+bool IsPattern(std::wstring_view word) {
+    return word.find_first_of(L"*?") != std::wstring_view::npos && !Name(word).IsRemote();
+}
+
+// The names that words stand for: those that a pattern matches, or the word itself.
+std::vector<QLFileName> NamesOf(std::span<const std::wstring_view> words) {
+    std::vector<QLFileName> names;
+    for (const std::wstring_view word : words) {
+        if (!IsPattern(word)) {
+            names.push_back(Name(word));
+            continue;
+        }
+        CDirectoryIterator walk;
+        QLFileName entry;
+        for (bool more = walk.First(Name(word), &entry); more; more = walk.Next(&entry))
+            names.push_back(entry);
+    }
+    return names;
+}
+
 Answer Status(const Arguments& arguments) {
-    const QLFileName name = Name(arguments[0]);
-    const int status = name.GetStatus();
-    return Record{{L"status", status},
-                  {L"statusName", kStatusNames[status]},
-                  {L"exists", name.Exists() != 0},
-                  {L"isDirectory", name.IsDirectory() != 0},
-                  {L"canRead", name.CanAccess(QLFileName::ACCESS_READ) != 0},
-                  {L"canWrite", name.CanAccess(QLFileName::ACCESS_WRITE) != 0}};
+    if (arguments.count() == 1 && !IsPattern(arguments[0])) return StatusOf(Name(arguments[0]));
+    List rows;
+    for (const QLFileName& name : NamesOf(arguments.all())) {
+        Record row = StatusOf(name);
+        row.emplace(row.begin(), L"file", name.GetPathAndFileName());
+        rows.push_back(std::move(row));
+    }
+    return rows;
 }
 
 Answer Forms(const Arguments& arguments) {
@@ -69,9 +117,10 @@ Answer Temp(const Arguments& arguments) {
 Answer Backup(const Arguments& arguments) {
     wchar_t message[256] = {};
     const bool ok = BackupFile(Name(arguments[0]), message, static_cast<int>(std::size(message)));
+    const DWORD error = ::GetLastError();
     Record record = {{L"ok", ok}, {L"message", message}};
     if (ok) return record;
-    return Answer(std::move(record), std::wstring(arguments[0]) + L": " + message);
+    return Answer(std::move(record), std::wstring(arguments[0]) + L": " + message + L' ' + ReasonOf(error));
 }
 
 Answer Copy(const Arguments& arguments) {
@@ -79,9 +128,12 @@ Answer Copy(const Arguments& arguments) {
     unsigned long error = 0;
     const bool ok =
         MakeFileCopy(destination.c_str(), source.c_str(), arguments.Has(L"keep-times"), error) != 0;
+    const DWORD reason = ::GetLastError();
     Record record = {{L"ok", ok}, {L"error", error}};
     if (ok) return record;
-    return Answer(std::move(record), L"cannot copy " + source + L" to " + destination);
+    return Answer(std::move(record),
+                  L"cannot copy " + source + L" to " + destination + L": " +
+                      (reason == ERROR_INVALID_PARAMETER ? L"they are one file" : ReasonOf(reason)));
 }
 
 Answer Exe(const Arguments& arguments) {
@@ -102,15 +154,6 @@ Answer Walk(const Arguments& arguments) {
     return entries;
 }
 
-Answer Machine(const Arguments&) {
-    wchar_t description[256] = {};
-    GetOSDescription(description, static_cast<int>(std::size(description)));
-    return Record{{L"is64BitWindows", Is64BitWindows()},
-                  {L"canWriteToHKLM", CanWriteToHKLM()},
-                  {L"isAdminUser", IsAdminUser()},
-                  {L"osDescription", description}};
-}
-
 constexpr SwitchRow kFullPathSwitches[] = {{L"dir", true}, {L"ext", true}};
 constexpr SwitchRow kTempSwitches[] = {{L"create"}};
 constexpr SwitchRow kCopySwitches[] = {{L"keep-times"}};
@@ -121,11 +164,11 @@ constexpr Command kCommands[] = {
      L"The full path that a name stands for: below D, a named location or the folder of its kind.",
      kFullPathSwitches, 1, 1, FullPath},
     {L"file status",
-     L"PATH",
-     L"Whether the file is there, and what could be done with it.",
+     L"PATH...",
+     L"Whether files are there, what could be done with them, and why no more.",
      {},
      1,
-     1,
+     kAnyNumber,
      Status},
     {L"file forms", L"PATH", L"The long, short and network forms of a path.", {}, 1, 1, Forms},
     {L"file temp", L"[PATH] [--create]",
@@ -135,7 +178,6 @@ constexpr Command kCommands[] = {
     {L"file copy", L"DEST SOURCE [--keep-times]", L"Copies SOURCE to DEST.", kCopySwitches, 2, 2, Copy},
     {L"file exe", L"PATH", L"Whether the signature of a program reads as wide text.", {}, 1, 1, Exe},
     {L"file walk", L"PATTERN", L"The entries of a folder that match a pattern.", {}, 1, 1, Walk},
-    {L"machine", L"", L"What the system and the user are.", {}, 0, 0, Machine},
 };
 
 }  // namespace

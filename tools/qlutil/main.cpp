@@ -66,6 +66,11 @@ bool TakeJsonSwitch(std::vector<std::wstring_view>& words) {
     return false;
 }
 
+// What people type who do not know a program yet.
+bool AsksForHelp(std::wstring_view word) {
+    return word == L"help" || word == L"--help" || word == L"-h" || word == L"/?";
+}
+
 // For a family's name alone ("text") its commands; for anything else the nearest name.
 ExitStatus UnknownCommand(std::span<const std::wstring_view> words) {
     const std::wstring family = HelpFor(words.first(1));
@@ -78,13 +83,17 @@ ExitStatus UnknownCommand(std::span<const std::wstring_view> words) {
 
 ExitStatus Run(std::vector<std::wstring_view> words) {
     const bool json = TakeJsonSwitch(words);
+    if (words.size() == 1 && words.front() == L"--version") words = {L"version"};
     if (words.empty()) {
         WriteToStream(Stream::kError, HelpFor({}));
         return kWrongCall;
     }
     const std::span<const std::wstring_view> all(words);
-    if (words.front() == L"help" || words.front() == L"--help") return Help(all.subspan(1));
+    if (AsksForHelp(words.front())) return Help(all.subspan(1));
     const CommandMatch match = FindCommand(all);
+    // Behind a command's name "help" may be meant as it stands.
+    const bool afterName = words.size() > 1 && words.back() != L"help" && AsksForHelp(words.back());
+    if (afterName && !HelpFor(all.first(words.size() - 1)).empty()) return Help(all.first(words.size() - 1));
     return match.command ? Execute(*match.command, all.subspan(match.words), json) : UnknownCommand(all);
 }
 

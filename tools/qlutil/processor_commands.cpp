@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "textproc/form_proc.h"
 #include "textproc/form_proc_program.h"
 #include "textproc/odma.h"
@@ -30,9 +32,20 @@ Answer Processors(const Arguments&) {
                   {L"installedText", static_cast<int>(GetInstalledTextFormProc())}};
 }
 
+// For a kind the processor of its templates; for a file's name the one that the file is sent to or made by.
+FormProc ProcessorOf(std::wstring_view word) {
+    if (const std::optional<int> kind = ToInt(word)) return GetFormProcType(static_cast<FileType>(*kind));
+    const QLFileName name(RWWString(word).data());
+    const FormProc byKind = GetFormProcType(GetFileType(name));
+    if (byKind != FP_NONE || GetDocumentType(name) == FT_NONE) return byKind;
+    return GetSendDocToTextFormProc(name);
+}
+
 Answer ProcessorFor(const Arguments& arguments) {
-    const FormProc processor = GetFormProcType(RequireKind(arguments[0]));
-    return Record{{L"number", static_cast<int>(processor)}, {L"name", GetFormProcName(processor)}};
+    const FormProc processor = ProcessorOf(arguments[0]);
+    Record record = {{L"number", static_cast<int>(processor)}, {L"name", GetFormProcName(processor)}};
+    if (processor != FP_NONE) return record;
+    return Answer(std::move(record), L"no processor for " + std::wstring(arguments[0]) + L" is installed");
 }
 
 Answer Formalize(const Arguments& arguments) {
@@ -54,8 +67,8 @@ constexpr Command kCommands[] = {
      0,
      Processors},
     {L"processor-for",
-     L"KIND",
-     L"The processor for a kind of template (a number of \"kind\").",
+     L"KIND|NAME",
+     L"The processor for a kind of template (a number of \"kind\") or for a file.",
      {},
      1,
      1,

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <iterator>
 #include <span>
 #include <vector>
 
@@ -31,8 +33,7 @@ List ToList(const QLStringTable& table) {
     return texts;
 }
 
-Answer ReadMain(const Arguments& arguments) {
-    Main parser(Text(arguments[0]).data());
+Record Describe(Main& parser) {
     Record record = {
         {L"initialAskState", static_cast<int>(parser.GetInitialAskState())},
         {L"outputFileType", static_cast<int>(parser.GetOutputFileType())},
@@ -48,14 +49,54 @@ Answer ReadMain(const Arguments& arguments) {
     return record;
 }
 
-template <class Parser>
-Answer ReadServer(const Arguments& arguments) {
-    const Parser parser(Text(arguments[0]).data());
+Record Describe(const ServerCmdSwitches& parser) {
     Record record;
-    Append<ServerCmdSwitches>(record, parser, kServerTexts);
-    Append<ServerCmdSwitches>(record, parser, kServerFlags);
+    Append(record, parser, kServerTexts);
+    Append(record, parser, kServerFlags);
     record.emplace_back(L"printCopies", static_cast<int>(parser.GetPrintCopies()));
     return record;
+}
+
+// The modes that are numbers, by their names.
+struct ModeRow {
+    std::wstring_view key;
+    int mode;
+    const wchar_t* name;
+};
+
+constexpr ModeRow kModes[] = {
+    {L"libMode", LIBMODE_NONE, L"LIBMODE_NONE"},
+    {L"libMode", LIBMODE_HIDDEN, L"LIBMODE_HIDDEN"},
+    {L"libMode", LIBMODE_SHOWN, L"LIBMODE_SHOWN"},
+    {L"exit", EXIT_WHEN_DONE, L"EXIT_WHEN_DONE"},
+    {L"exit", EXIT_NEVER, L"EXIT_NEVER"},
+    {L"outputFileType", OUTPUT_AS, L"OUTPUT_AS"},
+    {L"outputFileType", OUTPUT_QS, L"OUTPUT_QS"},
+    {L"initialAskState", INITIALASK_UNANSWERED, L"INITIALASK_UNANSWERED"},
+};
+
+Node Named(std::wstring_view key, const Node& value) {
+    const auto row = std::ranges::find_if(
+        kModes, [&](const ModeRow& mode) { return mode.key == key && Node(mode.mode) == value; });
+    return row != std::end(kModes) ? Node(row->name) : value;
+}
+
+// What the line changed, with modes by name, and what of it was ignored.
+template <class Parser>
+Record Given(Parser& parser) {
+    Parser untouched(nullptr);
+    const Record all = Describe(parser), usual = Describe(untouched);
+    Record given;
+    for (std::size_t i = 0; i < all.size(); ++i)
+        if (!(all[i] == usual[i])) given.emplace_back(all[i].first, Named(all[i].first, all[i].second));
+    given.emplace_back(L"ignored", ToList(parser.GetIgnoredWords()));
+    return given;
+}
+
+template <class Parser>
+Answer Read(const Arguments& arguments) {
+    Parser parser(Text(arguments[0]).data());
+    return arguments.Has(L"given") ? Given(parser) : Describe(parser);
 }
 
 Answer Scan(const Arguments& arguments) {
@@ -76,22 +117,17 @@ Answer Scan(const Arguments& arguments) {
     return Record{{L"leadingText", switches.GetLeadingText()}, {L"found", std::move(found)}};
 }
 
+constexpr SwitchRow kReadSwitches[] = {{L"given"}};
+
 constexpr Command kCommands[] = {
-    {L"switches main", L"LINE", L"What the main application makes of a command line.", {}, 1, 1, ReadMain},
-    {L"switches filler",
-     L"LINE",
-     L"What the Filler makes of a command line.",
-     {},
-     1,
-     1,
-     ReadServer<FillerCmdSwitchParser>},
-    {L"switches automator",
-     L"LINE",
-     L"What the Automator makes of a command line.",
-     {},
-     1,
-     1,
-     ReadServer<AutomatorCmdSwitchParser>},
+    {L"switches main", L"LINE [--given]",
+     L"What the main application makes of a command line; --given: what the line changes and what is "
+     L"ignored.",
+     kReadSwitches, 1, 1, Read<Main>},
+    {L"switches filler", L"LINE [--given]", L"What the Filler makes of a command line.", kReadSwitches, 1, 1,
+     Read<FillerCmdSwitchParser>},
+    {L"switches automator", L"LINE [--given]", L"What the Automator makes of a command line.", kReadSwitches,
+     1, 1, Read<AutomatorCmdSwitchParser>},
     {L"scan",
      L"LINE NAME...",
      L"What LINE says of switches by these names; one that ends in \"=\" has a value.",

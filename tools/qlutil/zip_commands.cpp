@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
-#include <iterator>
 #include <span>
 #include <string>
 #include <utility>
@@ -18,12 +17,7 @@
 
 namespace {
 
-constexpr int kOk = 0;
-constexpr int kAdded = 1, kYes = 1;
-constexpr int kNotAcceptable = 16;
-constexpr int kNoSuchIndex = 25;
-// A member whose numbers do not fit the record; the archive itself is sound.
-constexpr int kNotListed = 49;
+constexpr int kYes = 1;
 
 // Both engines, loaded as long as this lives.
 class Engines {
@@ -54,57 +48,68 @@ Answer WithEngines(const Arguments& arguments) {
     return work(arguments, progress);
 }
 
+// What is shown of a name that others chose.
+std::wstring Shown(std::wstring name) {
+    for (wchar_t& c : name) {
+        if (c < 0x20 || (c >= 0x7f && c < 0xa0)) c = L'?';
+    }
+    return name;
+}
+
 std::wstring Reason(long code, const wchar_t* message) {
-    if (code == kNotAcceptable) return L"a text has characters that the ANSI code page lacks";
+    if (code == ZIP_BAD_REQUEST)
+        return L"a name has a double quote or characters that the ANSI code page lacks";
     return *message ? message : L"code " + std::to_wstring(code);
 }
 
-std::wstring UnzipReason(int code) {
-    return Reason(code, Dynazip::UnzipErrorMsg(code));
+std::wstring UnzipReason(long code) {
+    if (code == UNZIP_SKIPPED) return L"the file that is there is newer";
+    return Reason(code, Dynazip::UnzipErrorMsg(static_cast<int>(code)));
 }
 
-// Why the archive cannot be read; empty when it can.
-std::wstring FaultOf(const std::wstring& archive) {
-    ZIPINFO first;
-    const int code = Dynazip::GetIndexedZipInfo(archive.c_str(), 0, &first);
-    return code == kOk || code == kNoSuchIndex || code == kNotListed ? L"" : UnzipReason(code);
+bool IsReadOnly(const std::wstring& path) {
+    struct _stat64 file;
+    return ::_wstat64(path.c_str(), &file) == 0 && !(file.st_mode & S_IWRITE);
+}
+
+// Why an archive cannot be changed.
+std::wstring ChangeReason(const std::wstring& archive, int code) {
+    switch (code) {
+        case ZIP_BUSY: return L"another program is changing it";
+        case ZIP_TEMPORARY_FILE: return L"it is in use by another program";
+        case ZIP_FILE_MISSING: return L"it cannot be opened: in use by another program, or not allowed";
+        case ZIP_CANNOT_CREATE:
+            return IsReadOnly(archive) ? L"it is read-only"
+                                       : L"it cannot be made: no such folder, or not allowed";
+        default: return Reason(code, Dynazip::ZipErrorMsg(code));
+    }
+}
+
+// Tells the progress line which member is worked on, and how far all is.
+int QL_ZIP_CALL ShowProgress(const char* item, int percent, void* progress) {
+    static_cast<Progress*>(progress)->Now(Shown(AnsiToRWWString(item).str()) + L", " +
+                                          std::to_wstring(percent) + L" %");
+    return 0;
+}
+
+void AddFault(std::wstring& faults, const std::wstring& fault) {
+    if (!faults.empty()) faults += L"; ";
+    faults += fault;
 }
 
 // --- Adding
 
-struct SplitPath {
-    std::wstring folder, name;
+struct Source {
+    std::wstring path, name;
 };
 
-SplitPath Split(std::wstring_view path) {
-    const std::size_t last = path.find_last_of(L"\\/:") + 1;
-    std::wstring folder(path.substr(0, last));
-    // The library puts a separator between the two: after "C:" it would change the folder.
-    if (folder.empty() || folder.back() == L':') folder += L'.';
-    return {std::move(folder), std::wstring(path.substr(last))};
+std::wstring LastPart(const std::wstring& path) {
+    return path.substr(path.find_last_of(L"\\/:") + 1);
 }
 
-// The library says only that a file was not added.
-std::wstring WhyNotAdded(const std::wstring& archive, const std::wstring& path, long code) {
-    if (code == kNotAcceptable) return Reason(code, L"");
+bool IsFolder(const std::wstring& path) {
     struct _stat64 file;
-    if (::_wstat64(path.c_str(), &file) != 0) return L"it is not there";
-    if (file.st_mode & S_IFDIR) return L"it is a folder";
-    std::int64_t time = 0;
-    int size = 0;
-    const std::wstring name = Split(path).name;
-    const bool isMember =
-        Dynazip::GetFileDateAndSizeFromZip(archive.c_str(), name.c_str(), time, size) == kOk;
-    // Archives keep even seconds.
-    if (isMember && time >= file.st_mtime / 2 * 2) return L"the archive has it, and not an older one";
-    struct _stat64 former;
-    if (::_wstat64(archive.c_str(), &former) != 0) return L"the archive cannot be made";
-    const std::wstring fault = FaultOf(archive);
-    return fault.empty() ? L"it cannot be read, or the archive cannot be changed" : fault;
-}
-
-std::wstring CannotAdd(const std::wstring& archive, const std::wstring& path, long code) {
-    return L"cannot add " + path + L" to " + archive + L": " + WhyNotAdded(archive, path, code);
+    return ::_wstat64(path.c_str(), &file) == 0 && file.st_mode & S_IFDIR;
 }
 
 int RequireLevel(const Arguments& arguments) {
@@ -116,49 +121,111 @@ int RequireLevel(const Arguments& arguments) {
     return level;
 }
 
-// The library would add all that fit wild cards and call it one file. What fits nothing stands for itself.
-std::vector<std::wstring> FilesThatFit(const std::wstring& path, const std::wstring& archive) {
-    std::vector<std::wstring> files;
-    CDirectoryIterator entries;
-    QLFileName entry;
-    const bool hasCards = path.find_first_of(L"*?") != std::wstring::npos;
-    for (bool more = hasCards && entries.First(path.c_str(), &entry); more; more = entries.Next(&entry)) {
-        std::wstring file = entry.GetPathAndFileName().str();
-        std::error_code none;
-        if (!entries.IsDir() && !std::filesystem::equivalent(file, archive, none))
-            files.push_back(std::move(file));
+// The files that are to be added, in the order in which they are found.
+class Sources {
+  public:
+    explicit Sources(std::wstring archive) : archive_(std::move(archive)) {}
+
+    void Add(const std::wstring& path) {
+        if (path.find_first_of(L"*?") != std::wstring::npos) return AddFitting(path);
+        if (!IsFolder(path)) return AddFile(path, LastPart(path));
+        const std::wstring folder = std::filesystem::absolute(path).lexically_normal().wstring();
+        const std::wstring top = folder.substr(0, folder.find_last_not_of(L"\\/") + 1);
+        AddFolder(path, LastPart(top));
     }
-    if (files.empty()) files.push_back(path);
-    return files;
+    const std::vector<Source>& All() const { return all_; }
+
+  private:
+    // The name of an archive among its own files is nobody's wish.
+    void AddFile(const std::wstring& path, const std::wstring& name) {
+        std::error_code none;
+        if (!std::filesystem::equivalent(path, archive_, none)) all_.push_back({path, name});
+    }
+
+    // What fits nothing stands for itself.
+    void AddFitting(const std::wstring& pattern) {
+        const std::size_t before = all_.size();
+        CDirectoryIterator entries;
+        QLFileName entry;
+        for (bool more = entries.First(pattern.c_str(), &entry); more; more = entries.Next(&entry)) {
+            const std::wstring file = entry.GetPathAndFileName().str();
+            if (!entries.IsDir()) AddFile(file, LastPart(file));
+        }
+        if (all_.size() == before) all_.push_back({pattern, LastPart(pattern)});
+    }
+
+    // A folder is a member of its own only where nothing else tells of it. One that is a link could lead back to where
+    // it is.
+    void AddFolder(const std::wstring& path, const std::wstring& name) {
+        std::error_code none;
+        bool isEmpty = true;
+        for (const auto& entry : std::filesystem::directory_iterator(path, none)) {
+            const std::wstring part = entry.path().filename().wstring(), file = entry.path().wstring();
+            isEmpty = false;
+            if (!entry.is_directory(none)) {
+                AddFile(file, name + L'/' + part);
+            } else if (!entry.is_symlink(none)) {
+                AddFolder(file, name + L'/' + part);
+            }
+        }
+        if (isEmpty) all_.push_back({path, name});
+    }
+
+    const std::wstring archive_;
+    std::vector<Source> all_;
+};
+
+// Empty where the archive is what failed.
+std::wstring WhyNotAdded(const std::vector<Source>& sources, std::size_t index, int code) {
+    const Source& source = sources[index];
+    const auto isSame = [&](const Source& other) {
+        return ::_wcsicmp(other.name.c_str(), source.name.c_str()) == 0;
+    };
+    switch (code) {
+        case ZIP_FILE_MISSING: return L"it is not there";
+        case ZIP_READ_FAILED: return L"it cannot be read: in use by another program, or not allowed";
+        case ZIP_NOTHING_TO_DO: return L"the archive has it, and not an older one";
+        case ZIP_BAD_REQUEST:
+            return std::any_of(sources.begin(), sources.begin() + static_cast<std::ptrdiff_t>(index), isSame)
+                       ? L"another file of that name was given before"
+                       : Reason(code, L"");
+        default: return L"";
+    }
 }
 
-std::vector<std::wstring> FilesOf(const Arguments& arguments, const std::wstring& archive) {
-    std::vector<std::wstring> files;
-    for (std::wstring_view path : std::span(arguments.all()).subspan(1)) {
-        for (std::wstring& file : FilesThatFit(std::wstring(path), archive)) files.push_back(std::move(file));
+std::wstring FaultsOf(const std::wstring& archive, const std::vector<Source>& sources,
+                      const std::vector<ZIPSOURCE>& done) {
+    std::wstring faults;
+    int ofArchive = ZIP_DONE;
+    for (std::size_t i = 0; i < done.size(); ++i) {
+        if (done[i].code == ZIP_DONE) continue;
+        const std::wstring why = WhyNotAdded(sources, i, done[i].code);
+        if (why.empty()) {
+            ofArchive = done[i].code;
+        } else {
+            AddFault(faults, L"cannot add " + Shown(sources[i].path) + L" to " + archive + L": " + why);
+        }
     }
-    return files;
+    if (ofArchive != ZIP_DONE)
+        AddFault(faults, L"cannot change " + archive + L": " + ChangeReason(archive, ofArchive));
+    return faults;
 }
 
 Answer Add(const Arguments& arguments, Progress& progress) {
     const int level = RequireLevel(arguments);
     const std::wstring archive(arguments[0]);
-    const std::vector<std::wstring> files = FilesOf(arguments, archive);
-    std::wstring faults;
-    int added = 0, tried = 0;
-    for (const std::wstring& file : files) {
-        const auto [folder, name] = Split(file);
-        progress.Now(L"adding " + std::to_wstring(++tried) + L" of " + std::to_wstring(files.size()) + L": " +
-                     name);
-        const long code = Dynazip::AddFileToZip(archive.c_str(), folder.c_str(), name.c_str(), level);
-        if (code == kAdded) {
-            ++added;
-            continue;
-        }
-        if (!faults.empty()) faults += L"; ";
-        faults += CannotAdd(archive, file, code);
-    }
-    Record record = {{L"added", added}};
+    Sources sources(archive);
+    for (std::wstring_view path : std::span(arguments.all()).subspan(1)) sources.Add(std::wstring(path));
+    std::vector<ZIPSOURCE> files;
+    for (const Source& source : sources.All()) files.push_back({source.path.c_str(), source.name.c_str(), 0});
+    const long code = Dynazip::AddFilesToZip(archive.c_str(), files.data(), static_cast<int>(files.size()),
+                                             level, {ShowProgress, &progress});
+    if (code == ZIP_BAD_REQUEST)
+        return Answer(Record{{L"added", 0}}, L"cannot change " + archive + L": " + Reason(code, L""));
+    const auto added =
+        std::count_if(files.begin(), files.end(), [](const ZIPSOURCE& file) { return file.code == 0; });
+    Record record = {{L"added", static_cast<int>(added)}};
+    std::wstring faults = FaultsOf(archive, sources.All(), files);
     return faults.empty() ? Answer(std::move(record)) : Answer(std::move(record), std::move(faults));
 }
 
@@ -166,107 +233,182 @@ Answer Add(const Arguments& arguments, Progress& progress) {
 
 // "MM/DD/YY HH:MM:SS" with the year in full and the fields in the order in which they sort; years from 80 on are of the
 // last century.
-std::wstring SortableDate(const ZIPINFO& info) {
-    const std::wstring text(std::begin(info.szDateTime), std::end(info.szDateTime) - 1);
-    const std::wstring year = text.substr(6, 2);
+std::wstring SortableDate(const char* dateTime) {
+    const std::string ansi = dateTime;
+    const std::wstring text(ansi.begin(), ansi.end()), year = text.substr(6, 2);
     return (year < L"80" ? L"20" : L"19") + year + L'-' + text.substr(0, 2) + L'-' + text.substr(3, 2) +
            text.substr(8);
 }
 
-Record Describe(int index, const ZIPINFO& info) {
-    const std::string name(std::begin(info.szFileName),
-                           std::find(std::begin(info.szFileName), std::end(info.szFileName), '\0'));
-    return {
-        {L"index", index},
-        {L"name", AnsiToRWWString(name.c_str())},
-        {L"size", static_cast<unsigned long>(info.oSize)},
-        {L"compressedSize", static_cast<unsigned long>(info.cSize)},
-        {L"crc", static_cast<unsigned long>(info.crc_32)},
-        {L"date", SortableDate(info).c_str()},
-    };
-}
+struct Listing {
+    List rows;
+    std::uint64_t size = 0, packedSize = 0;
+};
 
-Answer CannotList(const std::wstring& archive, int index, int code) {
-    const std::wstring from = index == 0 ? L"" : L" from member " + std::to_wstring(index) + L" on";
-    return Answer::Failure(L"cannot list " + archive + from + L": " + UnzipReason(code));
+int QL_ZIP_CALL ListMember(const ZIPMEMBER* member, void* listing) {
+    auto& all = *static_cast<Listing*>(listing);
+    all.size += member->size;
+    all.packedSize += member->packedSize;
+    all.rows.push_back(Record{
+        {L"index", static_cast<int>(member->index)},
+        {L"name", AnsiToRWWString(member->ansiName)},
+        {L"size", static_cast<double>(member->size)},
+        {L"compressedSize", static_cast<double>(member->packedSize)},
+        {L"crc", static_cast<double>(member->crc)},
+        {L"date", SortableDate(member->dateTime).c_str()},
+        {L"method", static_cast<int>(member->method)},
+        {L"isFolder", member->isFolder != 0},
+        {L"isEncrypted", member->isEncrypted != 0},
+        {L"trueName", member->name},
+    });
+    return 0;
 }
 
 Answer ListMembers(const Arguments& arguments, Progress&) {
     const std::wstring archive(arguments[0]);
-    List members;
-    for (int index = 0;; ++index) {
-        ZIPINFO info{};
-        const int code = Dynazip::GetIndexedZipInfo(archive.c_str(), index, &info);
-        if (code == kNoSuchIndex) return members;
-        if (code != kOk) return CannotList(archive, index, code);
-        members.push_back(Describe(index, info));
-    }
+    Listing listing;
+    const long code = Dynazip::ForEachMember(archive.c_str(), ListMember, &listing);
+    if (code != UNZIP_DONE) return Answer::Failure(L"cannot list " + archive + L": " + UnzipReason(code));
+    Answer answer(std::move(listing.rows));
+    const auto count = std::get<List>(std::get<Node>(answer.output).value).size();
+    answer.message = std::to_wstring(count) + (count == 1 ? L" member, " : L" members, ") +
+                     std::to_wstring(listing.size) + L" bytes, packed " + std::to_wstring(listing.packedSize);
+    return answer;
 }
 
-// --- Changing and bringing out one member
+// --- Changing, testing and bringing out members
 
 Answer Outcome(long code, const std::wstring& reason, const std::wstring& what) {
-    Record record = {{L"code", static_cast<int>(code)}, {L"message", code == kOk ? L"" : reason.c_str()}};
-    if (code == kOk) return record;
+    Record record = {{L"code", static_cast<int>(code)},
+                     {L"message", code == ZIP_DONE ? L"" : reason.c_str()}};
+    if (code == ZIP_DONE) return record;
     return Answer(std::move(record), L"cannot " + what + L": " + reason);
 }
 
+// What became of each member that was asked for.
+struct Ended {
+    int done = 0;
+    List bad;
+    std::wstring faults;
+};
+
+int QL_ZIP_CALL EndMember(const ZIPMEMBER* member, void* userData) {
+    auto& ended = *static_cast<Ended*>(userData);
+    if (member->code == UNZIP_DONE) {
+        ++ended.done;
+        return 0;
+    }
+    const std::wstring reason = UnzipReason(member->code);
+    ended.bad.push_back(Record{
+        {L"index", static_cast<int>(member->index)}, {L"name", member->name}, {L"reason", reason.c_str()}});
+    AddFault(ended.faults,
+             L"member " + std::to_wstring(member->index) + L", " + Shown(member->name) + L": " + reason);
+    return 0;
+}
+
 Answer Extract(const Arguments& arguments, Progress& progress) {
-    const std::wstring archive(arguments[0]), name(arguments[1]), folder(arguments[2]);
-    progress.Now(L"extracting " + name);
-    const long code = Dynazip::ExtractFileFromZip(archive.c_str(), name.c_str(), folder.c_str());
-    return Outcome(code, UnzipReason(static_cast<int>(code)),
-                   L"extract " + name + L" of " + archive + L" to " + folder);
+    const std::wstring archive(arguments[0]), folder(arguments[arguments.count() - 1]);
+    std::vector<std::wstring> names;
+    for (std::size_t i = 1; i + 1 < arguments.count(); ++i) names.emplace_back(arguments[i]);
+    std::vector<const wchar_t*> pointers;
+    for (const std::wstring& name : names) pointers.push_back(name.c_str());
+    ZipExtraction what;
+    what.names = pointers.data();
+    what.count = static_cast<int>(pointers.size());
+    what.withFolders = arguments.Has(L"paths");
+    what.keepsNewer = !arguments.Has(L"overwrite");
+    what.progress = {ShowProgress, &progress};
+    if (const auto index = arguments.Value(L"index")) {
+        what.index = RequireInt(*index, L"--index");
+        if (what.index < 0 || !names.empty())
+            throw WrongCall(L"--index is 0 or more, and stands for the names");
+    }
+    Ended ended;
+    const long code = Dynazip::ExtractMembers(archive.c_str(), folder.c_str(), what, EndMember, &ended);
+    const std::wstring reason = ended.faults.empty() ? UnzipReason(code) : ended.faults;
+    const wchar_t* message = code == UNZIP_DONE ? L"" : Dynazip::UnzipErrorMsg(static_cast<int>(code));
+    Record record = {{L"code", static_cast<int>(code)}, {L"message", message}, {L"extracted", ended.done}};
+    if (code == UNZIP_DONE && ended.faults.empty()) return record;
+    return Answer(std::move(record),
+                  L"cannot extract all that was asked for from " + archive + L": " + reason);
+}
+
+Answer Test(const Arguments& arguments, Progress& progress) {
+    const std::wstring archive(arguments[0]);
+    ZipExtraction what;
+    what.testsOnly = what.withFolders = true;
+    what.progress = {ShowProgress, &progress};
+    Ended ended;
+    const long code = Dynazip::ExtractMembers(archive.c_str(), L"", what, EndMember, &ended);
+    const bool isEmpty = code == UNZIP_NOTHING_TO_DO;
+    if (code != UNZIP_DONE && !isEmpty && ended.bad.empty())
+        return Answer::Failure(L"cannot test " + archive + L": " + UnzipReason(code));
+    const int members = ended.done + static_cast<int>(ended.bad.size());
+    Record record = {{L"members", members}, {L"bad", std::move(ended.bad)}};
+    return ended.faults.empty() ? Answer(std::move(record))
+                                : Answer(std::move(record), std::move(ended.faults));
 }
 
 Answer Delete(const Arguments& arguments, Progress& progress) {
     const std::wstring archive(arguments[0]), name(arguments[1]);
     progress.Now(L"deleting " + name);
     const long code = Dynazip::DeleteFileFromZip(archive.c_str(), name.c_str());
-    const wchar_t* message = Dynazip::ZipErrorMsg(static_cast<int>(code));
-    return Outcome(code, Reason(code, message), L"delete " + name + L" of " + archive);
+    return Outcome(code, ChangeReason(archive, static_cast<int>(code)),
+                   L"delete " + name + L" of " + archive);
+}
+
+Answer CannotRead(const std::wstring& archive) {
+    return Answer::Failure(L"cannot read " + archive + L": " + UnzipReason(Dynazip::LastEngineCode()));
 }
 
 Answer Comment(const Arguments& arguments, Progress& progress) {
     const std::wstring archive(arguments[0]);
-    const std::wstring fault = FaultOf(archive);
-    if (!fault.empty()) return Answer::Failure(L"cannot read " + archive + L": " + fault);
+    RWWString comment = Dynazip::GetComment(archive.c_str());
+    if (Dynazip::LastEngineCode() != UNZIP_DONE) return CannotRead(archive);
     if (arguments.count() > 1) {
         progress.Now(L"commenting " + archive);
         const int code = Dynazip::SetComment(archive.c_str(), std::wstring(arguments[1]).c_str());
-        const wchar_t* why =
-            L"it is too long or looks like the end of an archive, or the archive cannot be changed";
         if (code != kYes)
-            return Answer::Failure(L"cannot set the comment of " + archive + L": " + Reason(code, why));
+            return Answer::Failure(L"cannot set the comment of " + archive + L": " +
+                                   ChangeReason(archive, Dynazip::LastEngineCode()));
+        comment = Dynazip::GetComment(archive.c_str());
     }
-    return Record{{L"comment", Dynazip::GetComment(archive.c_str())}};
+    return Record{{L"comment", comment}};
 }
 
 Answer Find(const Arguments& arguments, Progress&) {
     const std::wstring archive(arguments[0]), name(arguments[1]);
-    const int code = Dynazip::FileExistsInZip(archive.c_str(), name.c_str());
-    Record record = {{L"exists", code == kYes}};
-    if (code == kYes) return record;
-    const std::wstring fault = code == kNotAcceptable ? Reason(code, L"") : FaultOf(archive);
-    return Answer(std::move(record), fault.empty() ? L"there is no " + name + L" in " + archive
-                                                   : L"cannot look into " + archive + L": " + fault);
+    const int answer = Dynazip::FileExistsInZip(archive.c_str(), name.c_str());
+    Record record = {{L"exists", answer == kYes}};
+    if (answer == kYes) return record;
+    const int code = Dynazip::LastEngineCode();
+    return Answer(std::move(record), code == UNZIP_DONE
+                                         ? L"there is no " + name + L" in " + archive
+                                         : L"cannot look into " + archive + L": " + UnzipReason(code));
 }
 
 constexpr SwitchRow kAddSwitches[] = {{L"level", true}};
+constexpr SwitchRow kExtractSwitches[] = {{L"paths"}, {L"index", true}, {L"overwrite"}};
 
 constexpr Command kCommands[] = {
-    {L"zip add", L"ARCHIVE FILE... [--level N]",
-     L"Adds files (wild cards stand for all that fit) under their names alone, or replaces older members; N "
-     L"is 0 (store) to 9, usually 5.",
+    {L"zip add", L"ARCHIVE FILE|FOLDER... [--level N]",
+     L"Adds files (wild cards stand for all that fit) under their names alone and folders with all below "
+     L"them, or "
+     L"replaces older members; N is 0 (store) to 9, usually 5.",
      kAddSwitches, 2, kAnyNumber, WithEngines<Add>},
-    {L"zip list", L"ARCHIVE", L"The members of an archive.", {}, 1, 1, WithEngines<ListMembers>},
-    {L"zip extract",
-     L"ARCHIVE ENTRY DIR",
-     L"Brings a member (or all that fit a name with wild cards) to DIR, without its folders.",
+    {L"zip list",
+     L"ARCHIVE",
+     L"The members of an archive, and how many and how large they are.",
      {},
-     3,
-     3,
-     WithEngines<Extract>},
+     1,
+     1,
+     WithEngines<ListMembers>},
+    {L"zip extract", L"ARCHIVE [ENTRY...] DIR [--paths] [--index N] [--overwrite]",
+     L"Brings members (all, or those that fit the names, or the one at place N) to DIR, with --paths into "
+     L"their folders. "
+     L"Files that are newer than their members stay, but for --overwrite.",
+     kExtractSwitches, 2, kAnyNumber, WithEngines<Extract>},
+    {L"zip test", L"ARCHIVE", L"Reads every member and compares its check sum.", {}, 1, 1, WithEngines<Test>},
     {L"zip delete",
      L"ARCHIVE ENTRY",
      L"Takes a member (or all that fit a name with wild cards) away.",

@@ -116,6 +116,7 @@ DWORD GetTickCount();
 // --- Text
 
 #define CP_ACP 0
+#define CP_OEMCP 1
 #define MB_PRECOMPOSED 0x1
 #define WC_NO_BEST_FIT_CHARS 0x400
 UINT GetACP();

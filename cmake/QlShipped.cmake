@@ -1,0 +1,23 @@
+# What is special to the programs that are shipped.
+add_library(ql_shipped INTERFACE)
+if(NOT QL_NATIVE)
+  # What the compiler and the linker can do for their safety: guarded stacks, checked calls, random addresses, no code
+  # in data. The test `exports` holds them against it. The guard's library is linked in: no host has to ship a DLL for
+  # it.
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libssp.a OUTPUT_VARIABLE guard
+                  OUTPUT_STRIP_TRAILING_WHITESPACE)
+  target_compile_options(ql_shipped INTERFACE -fstack-protector-strong)
+  # Calls can be checked only where the compiler optimises.
+  target_compile_definitions(ql_shipped INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+  target_link_options(ql_shipped INTERFACE -Wl,--dynamicbase,--nxcompat)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+    target_link_options(ql_shipped INTERFACE -Wl,--high-entropy-va)
+  endif()
+  target_link_libraries(ql_shipped INTERFACE ${guard})
+
+  # Symbols for a host's debugger, which scripts/release puts beside the programs; and the same bytes whoever builds
+  # them, wherever and whenever.
+  target_compile_options(ql_shipped INTERFACE $<$<CONFIG:Release>:-g>
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+  target_link_options(ql_shipped INTERFACE -Wl,--no-insert-timestamp)
+endif()

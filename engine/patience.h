@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/win32.h"
+
+namespace ql::zip {
+
+// How long a call waits until other programs have let go of the files that it needs: two seconds in all, in short
+// steps, whatever the number of files.
+class Patience {
+  public:
+    // Tries until it succeeds, or fails for another reason than that a file is in use or refused, or time is up. The
+    // system's last error is that of the last try.
+    template <class Attempt>
+    bool Until(const Attempt& attempt) {
+        for (DWORD step = kFirstStep; !attempt(); step = step < kLastStep ? step * 2 : kLastStep) {
+            const DWORD error = ::GetLastError();
+            const bool mayPass = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
+            if (!mayPass || waited_ >= kAll) return false;
+            ::Sleep(step);
+            waited_ += step;
+        }
+        return true;
+    }
+
+  private:
+    static constexpr DWORD kAll = 2000, kFirstStep = 1, kLastStep = 8;
+    DWORD waited_ = 0;  // milliseconds
+};
+
+}  // namespace ql::zip
