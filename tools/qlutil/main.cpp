@@ -3,11 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "settings/scopes.h"
 #include "tools/qlutil/command.h"
-#include "tools/qlutil/library_run.h"
 #include "tools/qlutil/text_file.h"
 
 namespace {
+
+bool g_json = false;
 
 void Say(std::wstring_view message) {
     WriteToStream(Stream::kError, L"qlutil: " + std::wstring(message) + L'\n');
@@ -27,10 +29,19 @@ ExitStatus Help(std::span<const std::wstring_view> words) {
     return kWrongCall;
 }
 
+// What an answer has to say on standard output.
+ExitStatus Print(const Answer& answer, bool json) {
+    const auto* feed = std::get_if<Feed>(&answer.output);
+    if (!feed) return Print(Render(answer, json));
+    return RenderFeed(*feed, json, [](std::wstring_view text) { return Print(text) == kDone; }) ? kDone
+                                                                                                : kFailed;
+}
+
 Answer RunCommand(const Command& command, const Arguments& arguments) {
     if (command.library == Library::kLeftToCommand) return command.run(arguments);
-    const LibraryRun library;
-    if (!library.ok()) return Answer::Failure(L"the library did not start");
+    const QLLibraryScope library;
+    const QLThreadScope thread;
+    if (!library.ok() || !thread.ok()) return Answer::Failure(L"the library did not start");
     return command.run(arguments);
 }
 
@@ -39,7 +50,7 @@ ExitStatus Execute(const Command& command, std::span<const std::wstring_view> wo
     if (arguments.count() < command.fewest) throw WrongCall(L"an argument is missing");
     if (arguments.count() > command.most) throw WrongCall(L"there are too many arguments");
     const Answer answer = RunCommand(command, arguments);
-    const ExitStatus printed = Print(Render(answer, json));
+    const ExitStatus printed = Print(answer, json);
     if (!answer.message.empty()) Say(answer.message);
     return answer.status == kDone ? printed : answer.status;
 } catch (const WrongCall& wrong) {
@@ -74,7 +85,7 @@ ExitStatus UnknownCommand(std::span<const std::wstring_view> words) {
 }
 
 ExitStatus Run(std::vector<std::wstring_view> words) {
-    const bool json = TakeJsonSwitch(words);
+    const bool json = g_json = TakeJsonSwitch(words);
     if (words.size() == 1 && words.front() == L"--version") words = {L"version"};
     if (words.empty()) {
         WriteToStream(Stream::kError, HelpFor({}));
@@ -90,6 +101,10 @@ ExitStatus Run(std::vector<std::wstring_view> words) {
 }
 
 }  // namespace
+
+bool PrintNow(const Node& part) {
+    return WriteToStream(Stream::kOutput, Render(Answer(part), g_json));
+}
 
 int wmain(int count, wchar_t** words) try {
     return Run({words + 1, words + count});

@@ -15,11 +15,13 @@
 
 #define WINAPI
 #define CALLBACK
+#define NTAPI
 #define TRUE 1
 #define FALSE 0
 #define MAX_PATH 260
 
 using BOOL = int;
+using BOOLEAN = unsigned char;
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
@@ -89,6 +91,12 @@ BOOL TlsFree(DWORD index);
 void* TlsGetValue(DWORD index);
 BOOL TlsSetValue(DWORD index, void* value);
 
+#define FLS_OUT_OF_INDEXES 0xffffffffu
+DWORD FlsAlloc(void (*atThreadsEnd)(void*));
+BOOL FlsFree(DWORD index);
+void* FlsGetValue(DWORD index);
+BOOL FlsSetValue(DWORD index, void* value);
+
 #define INFINITE 0xffffffffu
 #define WAIT_OBJECT_0 0u
 #define WAIT_TIMEOUT 258u
@@ -110,9 +118,9 @@ DWORD GetTickCount();
 #define CP_ACP 0
 #define CP_OEMCP 1
 #define MB_PRECOMPOSED 0x1
+#define MB_ERR_INVALID_CHARS 0x8
 #define WC_NO_BEST_FIT_CHARS 0x400
 UINT GetACP();
-BOOL IsDBCSLeadByte(BYTE byte);
 
 struct CPINFO {
     UINT MaxCharSize;
@@ -145,6 +153,8 @@ HKEY FakeRootKey(bool machine);
 #define HKEY_CURRENT_USER FakeRootKey(false)
 #define HKEY_LOCAL_MACHINE FakeRootKey(true)
 #define KEY_QUERY_VALUE 0x1
+#define KEY_SET_VALUE 0x2
+#define KEY_WOW64_32KEY 0x200
 #define KEY_READ 0x20019
 #define KEY_ALL_ACCESS 0xf003f
 #define REG_NONE 0
@@ -178,6 +188,7 @@ BOOL FindClose(HANDLE search);  // declared for the owner of searches: there is 
 #define GET_MODULE_HANDLE_EX_FLAG_PIN 0x1
 #define GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS 0x4
 DWORD GetModuleFileNameW(HMODULE module, wchar_t* path, DWORD capacity);
+extern "C" BOOLEAN RtlDllShutdownInProgress();
 BOOL GetModuleHandleExW(DWORD flags, const wchar_t* nameOrAddress, HMODULE* module);
 
 DWORD GetCurrentDirectoryW(DWORD capacity, wchar_t* directory);
