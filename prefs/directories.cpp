@@ -12,8 +12,8 @@
 #include "platform/windows_version.h"
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
-#include "settings/trailing_backslash.h"
 #include "text/characters.h"
+#include "text/paths.h"
 
 namespace {
 
@@ -140,7 +140,7 @@ std::wstring_view WithoutLeadingBackslash(std::wstring_view text) {
 }
 
 RWWString Join(RWWString folder, std::wstring_view rest) {
-    return ql::WithoutTrailingBackslash(std::move(folder)) + L'\\' + WithoutLeadingBackslash(rest);
+    return RWWString(ql::WithoutTrailingBackslash(folder)) + L'\\' + WithoutLeadingBackslash(rest);
 }
 
 }  // namespace

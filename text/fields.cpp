@@ -1,8 +1,10 @@
 #include "text/fields.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
+#include "platform/failure.h"
 #include "text/characters.h"
 
 constexpr wchar_t g_trueStr[] = L"True";
@@ -21,14 +23,13 @@ constexpr TruthWord kTruthWords[] = {{g_trueStr, true},   {L"yes", true}, {L"on"
 }  // namespace
 
 void SplitField(ql::TextView text, RWWString& name, RWWString& rest) {
-    RWWString head(text);
-    RWWString tail;
-    if (const std::size_t colon = head.view().find(L':'); colon != RWWString::npos) {
-        tail.assign(head.view().substr(colon + 1));
-        head.resize(colon);
-    }
-    name = std::move(head);
-    rest = std::move(tail);
+    ql::Completes([&] {
+        const std::size_t colon = std::min(text.find(L':'), text.size());
+        RWWString head(text.substr(0, colon));
+        RWWString tail(text.substr(std::min(colon + 1, text.size())));
+        name = std::move(head);
+        rest = std::move(tail);
+    });
 }
 
 bool StrToBool(const RWWString& text, bool defaultValue) {

@@ -5,7 +5,7 @@
 
 // Splits at the first ":": `name` becomes what stands before it and `rest` what follows. Without a ":" `name`
 // becomes the whole text and `rest` empty. The text may lie in `name` or `rest` itself; null is the empty
-// text.
+// text. Both stay as they are when memory ends.
 QL_API void SplitField(ql::TextView text, RWWString& name, RWWString& rest);
 
 // The texts that booleans are stored as: "True" and "False".

@@ -16,6 +16,8 @@ using Record = std::vector<std::pair<std::wstring, Node>>;
 struct Node {
     Node(std::nullptr_t) {}  // an absent text
     Node(RWWString text) : value(std::move(text)) {}
+    Node(std::wstring_view text) : value(RWWString(text)) {}
+    Node(std::wstring text) : value(RWWString(std::move(text))) {}
     Node(const wchar_t* text) : value(RWWString(text)) {}
     Node(double number) : value(number) {}
     Node(int number) : value(static_cast<double>(number)) {}
@@ -42,7 +44,7 @@ struct Answer {
     Answer(Record result) : output(Node(std::move(result))) {}
     Answer(List result) : output(Node(std::move(result))) {}
     Answer(Document document) : output(std::move(document)) {}
-    // Failed, with what there is to print all the same.
+    // Failed, with what there is to print all the same; of a record, the plain form leaves out what says nothing.
     Answer(Node result, std::wstring why)
         : output(std::move(result)), message(std::move(why)), status(kFailed) {}
 

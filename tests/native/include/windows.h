@@ -110,9 +110,9 @@ DWORD GetTickCount();
 #define CP_ACP 0
 #define CP_OEMCP 1
 #define MB_PRECOMPOSED 0x1
+#define MB_ERR_INVALID_CHARS 0x8
 #define WC_NO_BEST_FIT_CHARS 0x400
 UINT GetACP();
-BOOL IsDBCSLeadByte(BYTE byte);
 
 struct CPINFO {
     UINT MaxCharSize;
