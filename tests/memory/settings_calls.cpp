@@ -21,6 +21,8 @@ constexpr wchar_t kEntry[] =
     L"An entry with a name that is longer than what a usual key has room for, "
     L"so that it is put together in memory of its own";
 constexpr wchar_t kText[] = L"a text that is longer than a string itself";
+const RWWString kKey(L"000 a key of some length");
+const RWWString kFolder(L"Documents\\a letter of some length");
 constexpr wchar_t kDocument[] =
     LR"({"12":"a number's text of some length","Sec<-^->Ent":["\u0041",{"b":1,"a":2.5}]})";
 
@@ -55,8 +57,8 @@ std::vector<Row> SettingsCalls() {
              [] {
                  const auto root = JSON::Parse(kDocument);
                  if (!root) return;
-                 root->AddMember(L"0", root->Clone());
-                 root->AddMember(L"000 a key of some length", JSON::Parse(L"[1]"));
+                 root->AddMember(kKey, root->Clone());
+                 root->Clone();
                  JSON::Serialize(root.get());
                  RWWString key;
                  root->FirstMember(key);
@@ -121,8 +123,8 @@ std::vector<Row> SettingsCalls() {
         WithLibrary("directories and interview values",
                     [] {
                         CQlDir::GetDirectory(TemplateDirectory);
-                        CQlDir::SetLibraryDirectory(kText);
-                        CQlDir::ConvertSpecialDisplayPathToPath(L"Documents\\a letter of some length");
+                        CQlDir::SetLibraryDirectory(kFolder);
+                        CQlDir::ConvertSpecialDisplayPathToPath(kFolder);
                         CQlGlobals::GetUnansValDefFormat();
                         CQlGlobals::SetIsMonthFirst(false);
                     }),
