@@ -210,7 +210,8 @@ class Gate : public ILogOutput {
     HANDLE open_;
 };
 
-// The memory that the process has of its own, counted region by region: not every system fills in its summary.
+// The memory that the process has of its own, counted region by region: not every system fills in its
+// summary.
 double PrivateMegabytes() {
     std::size_t bytes = 0;
     const char* at = nullptr;

@@ -30,7 +30,7 @@ set_target_properties(ql_util PROPERTIES
   CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 target_compile_definitions(ql_util PRIVATE QL_UTIL_BUILD)
 target_link_libraries(ql_util PRIVATE $<BUILD_INTERFACE:ql_options> $<BUILD_INTERFACE:ql_shipped>
-  advapi32 gdi32 mpr ole32 shell32 user32)
+  advapi32 gdi32 mpr ntdll ole32 shell32 user32)
 target_include_directories(ql_util INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include/QuilletNativeUtil>)
 target_compile_features(ql_util INTERFACE cxx_std_20)

@@ -3,27 +3,35 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <memory>
 #include <new>
 #include <utility>
 
 #include "platform/cache_line.h"
-#include "platform/critical_section.h"
+#include "platform/win32.h"
 
 namespace ql {
 
-// Memory for lines, free again when the last line in it is done.
+// Memory for the lines of one thread, free again when the last of them is done.
 class LineBlock {
   public:
-    static constexpr std::size_t kBytes = std::size_t{128} * 1024 - kCacheLine;
+    static constexpr std::size_t kBytes = std::size_t{64} * 1024 - 2 * kCacheLine;
 
-    std::byte* begin() noexcept { return bytes_; }
+    // By the thread whose block it is; null when there is no room.
+    std::byte* Take(std::size_t bytes) noexcept {
+        if (bytes > kBytes - used_) return nullptr;
+        ++taken_;
+        return bytes_ + std::exchange(used_, used_ + bytes);
+    }
 
     // Both tell whether no line is in it, nor will be.
-    bool Retire(std::size_t linesTaken) noexcept { return Drop(kFilling - linesTaken); }
+    bool Retire() noexcept { return Drop(kFilling - taken_); }
     bool GiveBack() noexcept { return Drop(1); }
 
-    void Reuse() noexcept { lines_.store(kFilling, std::memory_order_relaxed); }
+    void Reuse() noexcept {
+        used_ = 0;
+        taken_ = 0;
+        lines_.store(kFilling, std::memory_order_relaxed);
+    }
 
   private:
     // Stands for the lines of a block that still fills: the caller who adds one need not count it where the
@@ -32,12 +40,14 @@ class LineBlock {
 
     bool Drop(std::size_t lines) noexcept { return lines_.fetch_sub(lines) == lines; }
 
+    std::size_t used_ = 0;
+    std::size_t taken_ = 0;
     alignas(kCacheLine) std::atomic<std::size_t> lines_ = kFilling;
     alignas(kCacheLine) std::byte bytes_[kBytes];
 };
 
-// Where queued lines lie. Memory that is asked of the system, or touched for the first time, is what costs a
-// caller most; so the writer keeps some blocks ready.
+// Where queued lines lie. Each thread fills a block of its own, without a lock. Memory that is asked of the
+// system, or touched for the first time, is what costs a caller most; so the writer keeps some blocks ready.
 class LineMemory {  // NOLINT(clang-analyzer-optin.performance.Padding): on purpose
   public:
     struct Place {
@@ -51,9 +61,13 @@ class LineMemory {  // NOLINT(clang-analyzer-optin.performance.Padding): on purp
         constexpr std::size_t kUnit = alignof(std::max_align_t);
         if (bytes > kMost) return {};
         const std::size_t rounded = (bytes + kUnit - 1) / kUnit * kUnit;
-        Place place = TakeReady(rounded);
-        if (!place.at && AddBlock()) place = TakeReady(rounded);
-        return place;
+        auto* const block = static_cast<LineBlock*>(::FlsGetValue(own_));
+        if (std::byte* const at = block ? block->Take(rounded) : nullptr) return {at, block};
+        LineBlock* const next = TakeReady();
+        if (!next) return {};
+        if (!::FlsSetValue(own_, next)) return Keep(next), Place();
+        if (block && block->Retire()) Keep(block);
+        return {next->Take(rounded), next, count_.load(std::memory_order_relaxed) == kLow};
     }
 
     // For each line that is done.
@@ -61,71 +75,56 @@ class LineMemory {  // NOLINT(clang-analyzer-optin.performance.Padding): on purp
         if (block->GiveBack()) Keep(block);
     }
 
-    // By the writer, often.
+    // By the writer, often. The zeros make the system hand the memory out now and not at a caller's first
+    // touch.
     void Stock() noexcept {
-        while (count_.load(std::memory_order_relaxed) < kStocked && AddBlock()) {
+        while (count_.load(std::memory_order_relaxed) < kStocked) {
+            auto* const block = new (std::nothrow) LineBlock();
+            if (!block) return;
+            Keep(block);
         }
     }
 
+    // The library goes before its threads do.
+    void Stop() noexcept { ::FlsFree(std::exchange(own_, FLS_OUT_OF_INDEXES)); }
+
+    // The thread that filled the block ends.
+    void Retire(LineBlock* block) noexcept {
+        if (block->Retire()) Keep(block);
+    }
+
+    explicit LineMemory(void(WINAPI* atThreadsEnd)(void*)) noexcept : own_(::FlsAlloc(atThreadsEnd)) {}
+
   private:
-    static constexpr std::size_t kStocked = 16;
+    static constexpr std::size_t kStocked = 32;
     static constexpr std::size_t kLow = kStocked / 2;
     static constexpr std::size_t kMostKept = 2 * kStocked;
 
-    Place TakeReady(std::size_t bytes) noexcept {
-        std::unique_ptr<LineBlock> dropped;
-        const CriticalSectionGuard guard(lock_);
-        bool isStockLow = false;
-        if (bytes > room_) {
-            const std::size_t ready = count_.load(std::memory_order_relaxed);
-            if (ready == 0) return {};
-            isStockLow = ready == kLow;
-            dropped.reset(FillNext(ready - 1));
+    // A slot is empty or holds a block that is nobody's; whoever exchanges it has it.
+    LineBlock* TakeReady() noexcept {
+        for (std::atomic<LineBlock*>& slot : ready_) {
+            if (!slot.load(std::memory_order_relaxed)) continue;
+            if (LineBlock* const block = slot.exchange(nullptr)) {
+                count_.fetch_sub(1, std::memory_order_relaxed);
+                return block;
+            }
         }
-        room_ -= bytes;
-        ++taken_;
-        return {std::exchange(at_, at_ + bytes), filling_, isStockLow};
-    }
-
-    // The former block where there is no use for it.
-    LineBlock* FillNext(std::size_t index) noexcept QL_REQUIRES(lock_) {
-        LineBlock* const full = std::exchange(filling_, ready_[index]);
-        count_.store(index, std::memory_order_relaxed);
-        const bool isFree = full && full->Retire(std::exchange(taken_, 0));
-        at_ = filling_->begin();
-        room_ = LineBlock::kBytes;
-        return isFree ? Offer(full) : nullptr;
-    }
-
-    // Makes a free block ready, or answers it where enough are.
-    LineBlock* Offer(LineBlock* block) noexcept QL_REQUIRES(lock_) {
-        const std::size_t ready = count_.load(std::memory_order_relaxed);
-        if (ready == kMostKept) return block;
-        block->Reuse();
-        ready_[ready] = block;
-        count_.store(ready + 1, std::memory_order_relaxed);
-        return nullptr;
+        return new (std::nothrow) LineBlock;
     }
 
     void Keep(LineBlock* block) noexcept {
-        std::unique_ptr<LineBlock> dropped;
-        const CriticalSectionGuard guard(lock_);
-        dropped.reset(Offer(block));
+        block->Reuse();
+        for (std::atomic<LineBlock*>& slot : ready_) {
+            LineBlock* empty = nullptr;
+            if (!slot.compare_exchange_strong(empty, block)) continue;
+            count_.fetch_add(1, std::memory_order_relaxed);
+            return;
+        }
+        delete block;
     }
 
-    // The zeros make the system hand the memory out now and not at a caller's first touch.
-    bool AddBlock() noexcept {
-        auto* const block = new (std::nothrow) LineBlock();
-        if (block) Keep(block);
-        return block != nullptr;
-    }
-
-    CriticalSection lock_;
-    LineBlock* filling_ QL_GUARDED_BY(lock_) = nullptr;
-    std::byte* at_ QL_GUARDED_BY(lock_) = nullptr;
-    std::size_t room_ QL_GUARDED_BY(lock_) = 0;
-    std::size_t taken_ QL_GUARDED_BY(lock_) = 0;
-    alignas(kCacheLine) std::array<LineBlock*, kMostKept> ready_ QL_GUARDED_BY(lock_) = {};
+    DWORD own_;  // the slot of each thread's block
+    alignas(kCacheLine) std::array<std::atomic<LineBlock*>, kMostKept> ready_ = {};
     alignas(kCacheLine) std::atomic<std::size_t> count_ = 0;
 };
 

@@ -1,7 +1,10 @@
 #include "logging/log_file.h"
 
+#include <algorithm>
 #include <atomic>
 #include <utility>
+
+#include "logging/lost_lines.h"
 
 namespace QLLoggerOutputs {
 
@@ -9,6 +12,7 @@ namespace {
 
 constexpr std::wstring_view kByteOrderMark = L"\xFEFF";
 constexpr std::size_t kLongestUnit = 3;
+constexpr std::wstring_view kDiskFull = L"the disk was full";
 constexpr char32_t kReplacement = 0xFFFD;
 
 constexpr bool IsHighSurrogate(wchar_t unit) noexcept {
@@ -80,53 +84,93 @@ void LogFile::Open(const wchar_t* path, Start start) noexcept {
     Close();
     if (!path) return;
     const DWORD creation = start == Start::kEmpty ? CREATE_ALWAYS : OPEN_ALWAYS;
-    handle_.reset(::CreateFileW(path, GENERIC_WRITE, FILE_SHARE_READ, nullptr, creation,
-                                FILE_ATTRIBUTE_NORMAL, nullptr));
+    ql::UniqueFileHandle opened(::CreateFileW(path, GENERIC_WRITE, FILE_SHARE_READ, nullptr, creation,
+                                              FILE_ATTRIBUTE_NORMAL, nullptr));
     LARGE_INTEGER size = {};
-    if (IsOpen() && !::GetFileSizeEx(handle_.get(), &size)) handle_.reset();
-    position_ = size.QuadPart;
-    used_ = 0;
-    inEntry_ = false;
-    if (!IsOpen() || position_ > 0) return;
-    Append({kByteOrderMark}, Reach::kSystem);
+    if (!opened || !::GetFileSizeEx(opened.get(), &size)) return;
+    MoveTo(size.QuadPart, 0);
+    handle_ = std::move(opened);
+    if (size.QuadPart > 0) return;
+    EncodeAll({kByteOrderMark});
+    Flush();
 }
 
-void LogFile::Append(std::initializer_list<std::wstring_view> pieces, Reach reach) noexcept {
-    if (!IsOpen()) return;
-    BeginEntry();
-    for (const std::wstring_view piece : pieces) {
-        if (Encode(piece)) continue;
-        RewindTo(entryStart_);
-        break;
-    }
+FILETIME LogFile::LastWriteTime() const noexcept {
+    FILETIME time = {};
+    if (IsOpen() && !::GetFileTime(handle_.get(), nullptr, nullptr, &time)) return {};
+    return time;
+}
+
+void LogFile::Append(std::initializer_list<std::wstring_view> pieces, Reach reach,
+                     std::uint32_t line) noexcept {
+    if (!IsOpen() || HasEntryOf(line)) return;
+    BeginEntry(line);
+    const std::uint32_t untold = lost_;
+    const bool fits =
+        (untold == 0 || EncodeAll({ql::LostLinesText(untold, kDiskFull).Text()})) && EncodeAll(pieces);
+    if (!fits) RewindTo(entryStart_);
     if (reach == Reach::kSystem) Flush();
     StoresUpToHere();
-    inEntry_ = false;
+    completed_ = begun_;
+    StoresUpToHere();
+    if (!fits) return CountLost(1);
+    if (now_->used > 0) ++buffered_;
+    lost_ -= untold;
 }
 
-void LogFile::BeginEntry() noexcept {
-    if (inEntry_) RewindTo(entryStart_);
+// Whether the thread that goes on with the writer's work asks for an entry that the writer had completed.
+bool LogFile::HasEntryOf(std::uint32_t line) noexcept {
+    if (line == 0 || line != line_ || !ql::LogIsEnding()) return false;
+    if (firstOfLine_ + repeated_ == completed_) return false;
+    ++repeated_;
+    return true;
+}
+
+void LogFile::BeginEntry(std::uint32_t line) noexcept {
+    if (IsAmidEntry()) RewindTo(entryStart_);
+    begun_ = completed_;
+    StoresUpToHere();
+    if (line != line_ || line == 0) {
+        firstOfLine_ = completed_;
+        repeated_ = 0;
+        StoresUpToHere();
+        line_ = line;
+    }
     entryStart_ = Size();
     StoresUpToHere();
-    inEntry_ = true;
+    begun_ = completed_ + 1;
+    StoresUpToHere();
+}
+
+void LogFile::MoveTo(std::int64_t position, std::size_t used) noexcept {
+    Extent& next = extents_[now_ == &extents_[0] ? 1 : 0];
+    next = {position, used};
+    StoresUpToHere();
+    now_ = &next;
     StoresUpToHere();
 }
 
 // Goes back to an earlier end of the entries.
 void LogFile::RewindTo(std::int64_t end) noexcept {
-    if (end >= position_) {
-        used_ = static_cast<std::size_t>(end - position_);
-    } else {
-        CutAt(end);
-    }
+    if (end < now_->position) return CutAt(end);
+    now_->used = static_cast<std::size_t>(end - now_->position);
 }
 
 void LogFile::CutAt(std::int64_t end) noexcept {
-    used_ = 0;
-    position_ = end;
+    MoveTo(end, 0);
     FILE_END_OF_FILE_INFO newEnd = {};
     newEnd.EndOfFile.QuadPart = end;
     ::SetFileInformationByHandle(handle_.get(), FileEndOfFileInfo, &newEnd, sizeof newEnd);
+}
+
+void LogFile::CountLost(std::uint32_t entries) noexcept {
+    lost_ += entries;
+    ql::CountLostLines(ql::LostTo::kDisk, entries);
+}
+
+bool LogFile::EncodeAll(std::initializer_list<std::wstring_view> pieces) noexcept {
+    return std::all_of(pieces.begin(), pieces.end(),
+                       [this](std::wstring_view piece) { return Encode(piece); });
 }
 
 bool LogFile::Encode(std::wstring_view text) noexcept {
@@ -136,34 +180,41 @@ bool LogFile::Encode(std::wstring_view text) noexcept {
         // A pair stays together.
         if (units < text.size() && IsHighSurrogate(text[units - 1])) --units;
         if (!MakeRoom(units * kLongestUnit)) return false;
-        used_ = static_cast<std::size_t>(Put(buffer_.data() + used_, text.substr(0, units)) - buffer_.data());
+        char* const end = Put(buffer_.data() + now_->used, text.substr(0, units));
+        now_->used = static_cast<std::size_t>(end - buffer_.data());
         text.remove_prefix(units);
     }
     return true;
 }
 
 bool LogFile::MakeRoom(std::size_t bytes) noexcept {
-    if (kBufferSize - used_ >= bytes) return true;
-    Flush();
-    return kBufferSize - used_ >= bytes;
+    return kBufferSize - now_->used >= bytes || (Flush() && kBufferSize - now_->used >= bytes);
 }
 
 bool LogFile::Flush() noexcept {
-    if (!IsOpen() || used_ == 0) return true;
-    LARGE_INTEGER place = {};
-    place.QuadPart = position_;
+    if (!IsOpen() || now_->used == 0) return true;
+    const Extent from = *now_;
+    OVERLAPPED place = {};
+    place.Offset = static_cast<DWORD>(from.position);
+    place.OffsetHigh = static_cast<DWORD>(from.position >> 32);
     DWORD written = 0;
-    const bool ok = ::SetFilePointerEx(handle_.get(), place, nullptr, FILE_BEGIN) &&
-                    ::WriteFile(handle_.get(), buffer_.data(), static_cast<DWORD>(used_), &written, nullptr);
-    if (!ok || written < used_) return false;  // the same bytes go to the same place the next time
-    used_ = 0;
-    position_ += written;
+    const DWORD wanted = static_cast<DWORD>(from.used);
+    // What the system did not take goes to the same place the next time.
+    if (!::WriteFile(handle_.get(), buffer_.data(), wanted, &written, &place) || written < wanted)
+        return false;
+    MoveTo(from.position + written, 0);
+    buffered_ = 0;
     return true;
 }
 
 void LogFile::Close() noexcept {
-    if (std::exchange(inEntry_, false)) RewindTo(entryStart_);
-    if (!Flush()) CutAt(position_);
+    if (!IsOpen()) return;
+    if (IsAmidEntry()) RewindTo(entryStart_);
+    begun_ = completed_;
+    if (!Flush()) {
+        CutAt(now_->position);
+        ql::CountLostLines(ql::LostTo::kDisk, std::exchange(buffered_, 0));
+    }
     handle_.reset();
 }
 

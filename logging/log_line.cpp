@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <ctime>
 #include <cwchar>
 #include <string_view>
 
+#include "logging/log_ending.h"
+#include "platform/failure.h"
 #include "platform/win32.h"
 
 namespace {
@@ -33,8 +36,10 @@ void AppendNumber(ql::LineText& text, Format... numberAndFormat) {
     AppendAscii(text, {digits, end});
 }
 
+// A stream tells no sign of what is no number.
 template <class Float>
 void AppendFloat(ql::LineText& text, Float number) {
+    if (std::isnan(number)) return text.Append(L"nan");
     AppendNumber(text, number, std::chars_format::general, kStreamPrecision);
 }
 
@@ -89,87 +94,143 @@ class LineHead {
     wchar_t text_[kTimeLength + kThreadLength] = {};
 };
 
+const char* FileNameAlone(const char* path) noexcept {
+    const std::string_view text = path ? path : "";
+    const std::size_t separator = text.find_last_of("\\/");
+    return separator == std::string_view::npos ? path : path + separator + 1;
+}
+
 }  // namespace
 
-QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line) : level_(level) {
-    const LineHead& head = LineHead::Now();
-    timeLength_ = head.Time().size();
-    line_.Append(head.Whole());
-    if (file) AppendAnsi(line_, file);
-    *line_.Extend(1) = L':';
-    AppendNumber(line_, line);
-    line_.Append(L"]-");
+// Adds to the text, or marks the line as one for which there was no memory.
+template <class Change>
+QLLoggerLevelInserter& QLLoggerLevelInserter::Add(Change change) noexcept {
+    isBroken_ = !ql::Completes([&] { change(line_); }) || isBroken_;
+    return *this;
+}
+
+QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line) noexcept
+    : timeLength_(0), level_(level) {
+    Add([&](ql::LineText& text) {
+        const LineHead& head = LineHead::Now();
+        timeLength_ = head.Time().size();
+        text.Append(head.Whole());
+        if (file) AppendAnsi(text, file);
+        *text.Extend(1) = L':';
+        AppendNumber(text, line);
+        text.Append(L"]-");
+    });
     prefixLength_ = line_.size();
 }
 
 QLLoggerLevelInserter::~QLLoggerLevelInserter() = default;
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const wchar_t* text) {
-    if (text) line_.Append(text);
-    return *this;
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(std::wstring_view added) noexcept {
+    return Add([added](ql::LineText& text) { text.Append(added); });
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const std::wstring& text) {
-    line_.Append(text);
-    return *this;
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const wchar_t* text) noexcept {
+    return text ? *this << std::wstring_view(text) : *this;
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const char* text) {
-    if (text) AppendAnsi(line_, text);
-    return *this;
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const std::wstring& text) noexcept {
+    return *this << std::wstring_view(text);
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(short number) {
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const RWWString& text) noexcept {
+    return *this << text.view();
+}
+
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const QLFileName& name) noexcept {
+    return Add([&name](ql::LineText& text) { text.Append(name.GetPathAndFileName().view()); });
+}
+
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(wchar_t character) noexcept {
+    return *this << std::wstring_view(&character, 1);
+}
+
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(std::string_view ansi) noexcept {
+    return Add([ansi](ql::LineText& text) { AppendAnsi(text, ansi); });
+}
+
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const char* text) noexcept {
+    return text ? *this << std::string_view(text) : *this;
+}
+
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const std::string& text) noexcept {
+    return *this << std::string_view(text);
+}
+
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(char character) noexcept {
+    return *this << std::string_view(&character, 1);
+}
+
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(short number) noexcept {
     return *this << static_cast<long>(number);
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned short number) {
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned short number) noexcept {
     return *this << static_cast<unsigned long>(number);
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(int number) {
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(int number) noexcept {
     return *this << static_cast<long>(number);
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned int number) {
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned int number) noexcept {
     return *this << static_cast<unsigned long>(number);
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(long number) {
-    AppendNumber(line_, number);
-    return *this;
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(long number) noexcept {
+    return Add([number](ql::LineText& text) { AppendNumber(text, number); });
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned long number) {
-    AppendNumber(line_, number);
-    return *this;
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned long number) noexcept {
+    return Add([number](ql::LineText& text) { AppendNumber(text, number); });
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(float number) {
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(long long number) noexcept {
+    return Add([number](ql::LineText& text) { AppendNumber(text, number); });
+}
+
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(unsigned long long number) noexcept {
+    return Add([number](ql::LineText& text) { AppendNumber(text, number); });
+}
+
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(float number) noexcept {
     return *this << static_cast<double>(number);
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(double number) {
-    AppendFloat(line_, number);
-    return *this;
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(double number) noexcept {
+    return Add([number](ql::LineText& text) { AppendFloat(text, number); });
 }
 
-QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(long double number) {
-    AppendFloat(line_, number);
-    return *this;
+QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(long double number) noexcept {
+    return Add([number](ql::LineText& text) { AppendFloat(text, number); });
 }
 
-void QLLoggerLevelInserter::operator<<(const LogMessageFinish&) {
+void QLLoggerLevelInserter::operator<<(const LogMessageFinish&) noexcept {
     Close();
 }
 
-void QLLoggerLevelInserter::Close() {
-    if (line_.size() == prefixLength_) return;
-    const std::wstring_view time = LineHead::Now().Time();
-    line_.ReplaceFront(timeLength_, time);
-    prefixLength_ += time.size() - timeLength_;
-    timeLength_ = time.size();
-    *line_.Extend(1) = L'\n';
+void QLLoggerLevelInserter::Close() noexcept {
+    isEmitted_ = true;
+    if (!isBroken_ && line_.size() == prefixLength_) return;
+    Add([this](ql::LineText& text) {
+        const std::wstring_view time = LineHead::Now().Time();
+        text.ReplaceFront(timeLength_, time);
+        prefixLength_ += time.size() - timeLength_;
+        timeLength_ = time.size();
+        *text.Extend(1) = L'\n';
+    });
+    if (isBroken_) return ql::CountLostLines(ql::LostTo::kMemory, 1);
     QLLogger::PutLine(level_, line_.View());
     line_.CutTo(line_.size() - 1);
+}
+
+QLLogLine::QLLogLine(QLLogLevel level, const char* file, int line) noexcept
+    : QLLoggerLevelInserter(level, FileNameAlone(file), line) {}
+
+QLLogLine::~QLLogLine() {
+    if (!IsEmitted()) Close();
 }

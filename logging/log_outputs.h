@@ -8,6 +8,8 @@
 #include "names/file_name.h"
 #include "platform/export.h"
 
+struct _FILETIME;  // NOLINT(bugprone-reserved-identifier): the system's own name
+
 namespace QLLoggerOutputs {
 
 class LogFile;
@@ -15,20 +17,23 @@ struct RollingLog;
 
 // Both outputs write UTF-8 with a byte-order mark and CR LF line ends; a lone surrogate becomes U+FFFD.
 // Others may read the file meanwhile, but neither write nor rename it. When the disk is full, entries wait in
-// a buffer of 64 KiB and are then dropped whole until there is room again. Copies share the file and all
-// else: closing one closes it for all.
+// a buffer of 64 KiB and are then dropped whole and counted until there is room again; the next entry then
+// begins with a line that says how many. Copies share the file and all else: closing one closes it for all.
+// Nothing of them throws: an output for which there is no memory is not open.
 
 // A plain file, made afresh. Lines are buffered; Flush hands them to the system, which is all that it does.
-class QL_API FileOutput : public ILogOutput {
+class QL_API FileOutput : public IBufferedLogOutput {
   public:
     // A file that cannot be opened is not reported; writes then do nothing.
-    explicit FileOutput(const wchar_t* fileName);
-    FileOutput(const FileOutput&);
-    FileOutput& operator=(const FileOutput&);
+    explicit FileOutput(const wchar_t* fileName) noexcept;
+    FileOutput(const FileOutput&) noexcept;
+    FileOutput& operator=(const FileOutput&) noexcept;
 
-    void Write(QLLogLevel level, const wchar_t* text) override;  // any level; null does nothing
-    void Flush() override;
-    void Close() override;
+    bool IsOpen() const noexcept;  // by the thread that writes, or before the output is registered
+
+    void Write(QLLogLevel level, const wchar_t* text) noexcept override;  // any level; null does nothing
+    void Flush() noexcept override;
+    void Close() noexcept override;
     ~FileOutput() override;
 
   private:
@@ -44,40 +49,47 @@ class QL_API FileOutput : public ILogOutput {
 //  - the limit is approximate: the position in bytes is added to the length of the text in characters;
 //  - an oldest backup that cannot be deleted ends the log for good rather than losing files;
 //  - when a file cannot be renamed, the main file is emptied all the same;
-//  - the flush does not wait for the disk itself.
-// What is written at the end of a process that did not call CloseLogs no longer makes the log roll.
-// Failures go to the debugger and to the event log, with the software's name as their source.
+//  - the flush does not wait for the disk itself. What is written at the end of a process that did not call
+//    CloseLogs no longer makes the log roll. Where the end cuts a roll-over short, the log goes on in the
+//    main file; should the system still hold that, in backup 1, which is then the newest of the files (and is
+//    made even where no backups are kept). Failures go to the debugger and to the event log, with the
+//    software's name as their source.
 class QL_API RollingFileOutput : public ILogOutput {
   public:
     // Null texts are empty. The limit is in bytes and at least 1000; with 0 backups or fewer none is kept.
     RollingFileOutput(const wchar_t* fileName, const wchar_t* softwareName, const wchar_t* buildDate,
-                      const wchar_t* version, int backupCount, int maxSize, unsigned long eventId);
-    RollingFileOutput(const RollingFileOutput&);
-    RollingFileOutput& operator=(const RollingFileOutput&);
+                      const wchar_t* version, int backupCount, int maxSize, unsigned long eventId) noexcept;
+    RollingFileOutput(const RollingFileOutput&) noexcept;
+    RollingFileOutput& operator=(const RollingFileOutput&) noexcept;
 
-    // For the next header. By any thread.
-    void SetBuildDate(const wchar_t* buildDate);
-    void SetVersionString(const wchar_t* version);
+    bool IsOpen() const noexcept;  // by the thread that writes, or before the output is registered
 
-    void Write(QLLogLevel level, const wchar_t* text) override;  // any level; null does nothing
-    void Flush() override;
-    void Close() override;
+    // For the next header. By any thread. Without memory the former text stays.
+    void SetBuildDate(const wchar_t* buildDate) noexcept;
+    void SetVersionString(const wchar_t* version) noexcept;
+
+    void Write(QLLogLevel level, const wchar_t* text) noexcept override;  // any level; null does nothing
+    void Flush() noexcept override;
+    void Close() noexcept override;
     ~RollingFileOutput() override;
 
   protected:
+    // These five throw std::bad_alloc when memory is short; the others never do.
     void WriteHeader();
     void BackupAndStartAnew();
     void SetBackupFileName(QLFileName& name, int number);
-    void ReportSystemError(const wchar_t* message);
+    _FILETIME GetFileLastWriteTime(const QLFileName& name);  // zero when the system does not tell
+    void SetFileLastWriteTime(const QLFileName& name, const _FILETIME& time);
+    void ReportSystemError(const wchar_t* message) noexcept;
 
   private:
-    bool IsFullFor(std::wstring_view entry) const;
-    std::wstring PathOf(int number);
+    bool IsFullFor(std::wstring_view entry) const noexcept;
+    QLFileName NameOf(int number);
     bool DeleteOldestBackup();
-    void ShiftBackups();
-    bool Rename(const std::wstring& from, const std::wstring& to);
+    void ShiftBackups(const _FILETIME& timeOfMain);
+    bool Rename(const QLFileName& from, const QLFileName& to, const _FILETIME& time);
     void Open(bool anew);
-    void Resume();
+    void Resume() noexcept;
 
     std::shared_ptr<RollingLog> log_;
 };

@@ -1,24 +1,26 @@
 #pragma once
 
-#include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/export.h"
 
-namespace ql {
-class LineBlock;
-class LogQueue;
-}  // namespace ql
-
 // The process-wide log: any thread queues lines, one writer thread hands them to the outputs. A caller never
-// touches a file. Lines are handled strictly in the order in which they were queued.
+// touches a file and takes no lock. Lines are handled strictly in the order in which they were queued.
 //
-// No line that was accepted is lost, even where nobody calls CloseLogs: when the process ends and the system
-// has ended the writer thread already, what is left is written on the thread that ends the process. The
-// library stays loaded from the first InitializeLog on, whatever FreeLibrary asks.
+// A line that was accepted reaches the outputs' Write, also where nobody calls CloseLogs: when the process
+// ends by ExitProcess, exit or a return from main, what is left is written on the thread that ends it. A
+// process that is killed, or that crashes, loses what was queued in that instant: whenever the queue runs
+// empty, the writer flushes the outputs that buffer. The library stays loaded from the first InitializeLog
+// on, whatever FreeLibrary asks.
+//
+// Lines that are lost all the same are counted: for want of memory, at the bound of the backlog, on a full
+// disk, or because an output threw. The log says so before its next line of any level that has an output: "12
+// lines were lost: the backlog was full".
 //
 // Kept on purpose:
 //  - a line of several levels goes to the outputs of its lowest bits up to the first level that has none;
@@ -33,20 +35,28 @@ constexpr QLLogLevel operator|(QLLogLevel a, QLLogLevel b) noexcept {
     return static_cast<QLLogLevel>(static_cast<std::int32_t>(a) | static_cast<std::int32_t>(b));
 }
 
-// Where lines go. Only the writer thread calls an output, so it needs no lock of its own. At the end of a
-// process that did not call CloseLogs, the thread that ends it may take over, after the host's static objects
-// are gone; the line in hand is then written again unless Write had returned, and outputs are closed but not
-// destroyed.
+// Where lines go. Only the writer thread calls an output, so it needs no lock of its own; an output may use
+// the log itself. At the end of a process that did not call CloseLogs, the thread that ends it takes over,
+// after the host's static objects are gone: a line, flush or close that the writer was amid is then asked for
+// again, and outputs are closed but not destroyed. An output that ends the process itself gets no further
+// line, and its Close comes last.
 class QL_API ILogOutput {
   public:
     virtual void Write(QLLogLevel level,
                        const wchar_t* text) = 0;  // one finished line, its line feed included
     virtual void Flush() = 0;                     // hands what is buffered to the system
-    virtual void Close() = 0;                     // writes after it must do nothing
+    virtual void Close() = 0;                     // writes after it must do nothing; may come twice
     virtual ~ILogOutput();
 };
 
-// What stands in the queue. A message is queued once.
+// An output that holds lines back until they are flushed. The writer calls its Flush also whenever the queue
+// runs empty.
+class QL_API IBufferedLogOutput : public ILogOutput {
+  public:
+    ~IBufferedLogOutput() override;
+};
+
+// What a host may queue itself. The same message may be queued several times.
 class QL_API LogMessage {
   public:
     enum MessageType : std::int32_t { kWrite = 0, kFlush = 1, kClose = 2 };
@@ -56,23 +66,11 @@ class QL_API LogMessage {
 
   protected:
     explicit LogMessage(MessageType type) noexcept : type_(type) {}
-    // The place in the queue stays with the original.
-    LogMessage(const LogMessage& other) noexcept : type_(other.type_) {}
-    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is lost by it
-    LogMessage& operator=(const LogMessage& other) noexcept {
-        type_ = other.type_;
-        return *this;
-    }
+    LogMessage(const LogMessage&) noexcept = default;
+    LogMessage& operator=(const LogMessage&) noexcept = default;
 
   private:
-    friend class ql::LogQueue;
-    friend class QLLogger;
-
     MessageType type_;
-    unsigned delivered_ = 0;  // outputs that have had it
-    std::atomic<LogMessage*> older_ = nullptr;
-    std::atomic<LogMessage*> newer_ = nullptr;
-    std::shared_ptr<LogMessage> self_;  // the queue's own reference
 };
 
 // A line to be written.
@@ -80,30 +78,13 @@ class QL_API WriteLogMessage : public LogMessage {
   public:
     WriteLogMessage(QLLogLevel level, std::wstring text) noexcept
         : LogMessage(kWrite), text_(std::move(text)), level_(level) {}
-    WriteLogMessage(const WriteLogMessage& other)
-        : LogMessage(other), text_(other.text()), level_(other.level_) {}
-    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): nothing is lost by it
-    WriteLogMessage& operator=(const WriteLogMessage& other) {
-        LogMessage::operator=(other);
-        text_ = other.text();
-        placed_ = nullptr;
-        level_ = other.level_;
-        return *this;
-    }
 
-    const wchar_t* text() const noexcept { return placed_ ? placed_ : text_.c_str(); }
+    const wchar_t* text() const noexcept { return text_.c_str(); }
     QLLogLevel level() const noexcept { return level_; }
 
   private:
-    friend class QLLogger;
-    // In a block, together with its text.
-    WriteLogMessage(QLLogLevel level, const wchar_t* placed, ql::LineBlock* block) noexcept
-        : LogMessage(kWrite), level_(level), placed_(placed), block_(block) {}
-
     std::wstring text_;
     QLLogLevel level_;
-    const wchar_t* placed_ = nullptr;
-    ql::LineBlock* block_ = nullptr;
 };
 
 // Has every output put down what it holds.
@@ -124,8 +105,10 @@ class QL_API CloseLogMessage : public LogMessage {
     void* event_;
 };
 
-// Every operation may be called by any thread at any time, and none throws. When memory is short, what was to
-// be queued is dropped.
+// What becomes of a line when the backlog is at its bound.
+enum class QLLogBacklog { kWait, kDrop };
+
+// Every operation may be called by any thread at any time, and none throws.
 //
 //     QLLogger::InitializeLog(L"C:\\Logs\\host.log", QLLOG_ERROR | QLLOG_WARNING);
 //     QLLogger::PutMessage(QLLOG_ERROR, L"no room left\n");
@@ -134,26 +117,35 @@ class QL_API QLLogger {
   public:
     QLLogger(const QLLogger&) = default;
     QLLogger& operator=(const QLLogger&) = default;
-    // Closes the logs if the writer thread was ever started; the library's own logger does so at the
-    // process's end.
+    // As CloseLogs; the library's own logger does so at the process's end.
     virtual ~QLLogger();
 
     // Registers the output under each level of the mask and starts the writer thread if it does not run; so
-    // does a mask of 0, which registers nothing. A null output is not registered. Lines queued before are
-    // written now.
+    // does a mask of 0, which registers nothing. A null output is not registered; neither is one for which
+    // there is no memory. Lines queued before are written now. Where no thread can be started, lines stay
+    // queued until one can, or until CloseLogs writes them.
     static void InitializeLog(std::shared_ptr<ILogOutput> output, QLLogLevel mask) noexcept;
-    // The same with a QLLoggerOutputs::FileOutput on the file. A file that cannot be opened is not reported.
+    // The same with a QLLoggerOutputs::FileOutput on the file. A file that cannot be opened gets an entry in
+    // the event log, of the source "Quillet.Platform.Native.Util"; to be told, register a FileOutput and ask
+    // it.
     static void InitializeLog(const wchar_t* fileName, QLLogLevel mask) noexcept;
 
-    // Queues a copy of the text as it stands; null does nothing. Returns at once. An idle log writes it at
-    // once, a busy one within some ten milliseconds.
+    // Queues a copy of the text as it stands; null does nothing. Returns at once, but at the bound of the
+    // backlog. An idle log writes it at once, a busy one within some ten milliseconds.
     static void PutMessage(QLLogLevel level, const wchar_t* text) noexcept;
-    // Queues a flush of every output, level by level; returns at once.
+    // Queues a flush of every output, level by level; returns at once. Dropped when memory is short.
     static void FlushLogs() noexcept;
     // Returns when everything queued before is written and every output is closed and released; lines are
     // dropped from then on until outputs are registered again. Before the first InitializeLog it does
-    // nothing. Called by an output, it does not wait.
+    // nothing. Called by an output, it does not wait. When memory is short it may close nothing.
     static void CloseLogs() noexcept;
+
+    // At most so many bytes of lines wait for the writer; 0, as at first, is no bound. Then callers wait (but
+    // an output, and never for a writer that does not run), or the line is dropped and counted. A line goes
+    // in when none waits, whatever its size.
+    static void SetBacklogLimit(std::size_t bytes, QLLogBacklog whenFull) noexcept;
+    // How many lines this process has lost so far.
+    static std::uint32_t LostLines() noexcept;
 
     static QLLogger& GetLogger() noexcept;
 
@@ -174,14 +166,8 @@ class QL_API QLLogger {
   private:
     friend class QLLoggerLevelInserter;
     static void PutLine(QLLogLevel level, std::wstring_view text) noexcept;
-    static std::shared_ptr<LogMessage> NewLine(QLLogLevel level, std::wstring_view text);
-    static void StartWriter() noexcept;
-    static bool HandleNextAsWriter() noexcept;
-    static void HandleInHand() noexcept;
-    static void Release(LogMessage& message) noexcept;
-    static void Handle(const std::shared_ptr<LogMessage>& message) noexcept;
+    static bool StartWriter() noexcept;
     static void QueueCloseAndWait();
-    static void Drain() noexcept;
 
     static QLLogger s_logger;
 };

@@ -8,6 +8,7 @@
 #include "logging/log_outputs.h"
 #include "logging/os_description.h"
 #include "platform/critical_section.h"
+#include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
@@ -15,6 +16,7 @@ namespace QLLoggerOutputs {
 
 namespace {
 
+constexpr std::uint32_t kNoLine = 0;
 constexpr std::int64_t kSmallestLimit = 1000;
 // A file below this holds a byte-order mark at most.
 constexpr std::int64_t kSmallestContent = 4;
@@ -33,26 +35,13 @@ const wchar_t* OrEmpty(const wchar_t* text) noexcept {
     return text ? text : L"";
 }
 
-bool Exists(const std::wstring& path) noexcept {
-    return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+bool Exists(const QLFileName& name) {
+    return ::GetFileAttributesW(name.GetPathAndFileName().data()) != INVALID_FILE_ATTRIBUTES;
 }
 
-HANDLE OpenForTimes(const std::wstring& path, DWORD access, DWORD share) noexcept {
-    return ::CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS,
-                         nullptr);
-}
-
-// Zero when the system does not tell.
-FILETIME GetFileLastWriteTime(const std::wstring& path) noexcept {
-    const ql::UniqueFileHandle file(OpenForTimes(path, GENERIC_READ, FILE_SHARE_READ));
-    FILETIME time = {};
-    if (file && !::GetFileTime(file.get(), nullptr, nullptr, &time)) return {};
-    return time;
-}
-
-void SetFileLastWriteTime(const std::wstring& path, const FILETIME& time) noexcept {
-    const ql::UniqueFileHandle file(OpenForTimes(path, GENERIC_WRITE, FILE_SHARE_WRITE));
-    if (file) ::SetFileTime(file.get(), nullptr, nullptr, &time);
+ql::UniqueFileHandle OpenForTimes(const QLFileName& name, DWORD access, DWORD share) {
+    return ql::UniqueFileHandle(::CreateFileW(name.GetPathAndFileName().data(), access, share, nullptr,
+                                              OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
 std::wstring ComputerName() {
@@ -103,58 +92,65 @@ struct RollingLog {
 
 RollingFileOutput::RollingFileOutput(const wchar_t* fileName, const wchar_t* softwareName,
                                      const wchar_t* buildDate, const wchar_t* version, int backupCount,
-                                     int maxSize, unsigned long eventId)
-    : log_(std::make_shared<RollingLog>()) {
-    log_->name.SetPathAndFileName(OrEmpty(fileName));
-    log_->mainPath = PathOf(0);
-    log_->firstBackupPath = PathOf(1);
-    log_->softwareName = OrEmpty(softwareName);
-    log_->eventId = eventId;
-    log_->maxSize = std::max<std::int64_t>(maxSize, kSmallestLimit);
-    log_->backupCount = backupCount;
+                                     int maxSize, unsigned long eventId) noexcept
+    : log_(ql::FailureIfThrown(nullptr, [] { return std::make_shared<RollingLog>(); })) {
+    if (!log_) return;
     SetBuildDate(buildDate);
     SetVersionString(version);
-    Open(false);
+    ql::Completes([&] {
+        log_->eventId = eventId;
+        log_->maxSize = std::max<std::int64_t>(maxSize, kSmallestLimit);
+        log_->backupCount = backupCount;
+        log_->softwareName = OrEmpty(softwareName);
+        log_->name.SetPathAndFileName(OrEmpty(fileName));
+        log_->mainPath = NameOf(0).GetPathAndFileName().view();
+        log_->firstBackupPath = NameOf(1).GetPathAndFileName().view();
+        Open(false);
+    });
 }
 
-RollingFileOutput::RollingFileOutput(const RollingFileOutput&) = default;
+RollingFileOutput::RollingFileOutput(const RollingFileOutput&) noexcept = default;
 
-RollingFileOutput& RollingFileOutput::operator=(const RollingFileOutput&) = default;
+RollingFileOutput& RollingFileOutput::operator=(const RollingFileOutput&) noexcept = default;
 
 RollingFileOutput::~RollingFileOutput() = default;
 
-void RollingFileOutput::SetBuildDate(const wchar_t* buildDate) {
+void RollingFileOutput::SetBuildDate(const wchar_t* buildDate) noexcept {
+    if (!log_) return;
     const ql::CriticalSectionGuard guard(log_->textsLock);
-    log_->buildDate = OrEmpty(buildDate);
+    ql::Completes([&] { log_->buildDate = OrEmpty(buildDate); });
 }
 
-void RollingFileOutput::SetVersionString(const wchar_t* version) {
+void RollingFileOutput::SetVersionString(const wchar_t* version) noexcept {
+    if (!log_) return;
     const ql::CriticalSectionGuard guard(log_->textsLock);
-    log_->version = OrEmpty(version);
+    ql::Completes([&] { log_->version = OrEmpty(version); });
 }
 
-void RollingFileOutput::Write(QLLogLevel, const wchar_t* text) {
-    if (!text) return;
+bool RollingFileOutput::IsOpen() const noexcept {
+    return log_ && log_->file.IsOpen();
+}
+
+void RollingFileOutput::Write(QLLogLevel, const wchar_t* text) noexcept {
+    if (!log_ || !text) return;
     const std::wstring_view entry = text;
-    if (ql::LogIsEnding()) {
-        if (log_->rolling) Resume();
-    } else if (IsFullFor(entry)) {
-        BackupAndStartAnew();
-    }
-    log_->file.Append({entry, kSeparator}, LogFile::Reach::kSystem);
+    if (log_->rolling) Resume();
+    if (!ql::LogIsEnding() && IsFullFor(entry)) ql::Completes([this] { BackupAndStartAnew(); });
+    if (log_->rolling) Resume();
+    log_->file.Append({entry, kSeparator}, LogFile::Reach::kSystem, ql::LineInHand());
 }
 
-bool RollingFileOutput::IsFullFor(std::wstring_view entry) const {
+bool RollingFileOutput::IsFullFor(std::wstring_view entry) const noexcept {
     const std::int64_t length = static_cast<std::int64_t>(entry.size());
     return log_->file.IsOpen() && log_->file.Size() + length > log_->maxSize;
 }
 
-void RollingFileOutput::Flush() {
-    log_->file.Flush();
+void RollingFileOutput::Flush() noexcept {
+    if (log_) log_->file.Flush();
 }
 
-void RollingFileOutput::Close() {
-    log_->file.Close();
+void RollingFileOutput::Close() noexcept {
+    if (log_) log_->file.Close();
 }
 
 void RollingFileOutput::Open(bool anew) {
@@ -166,10 +162,10 @@ void RollingFileOutput::Open(bool anew) {
     if (anew || log_->file.Size() < kSmallestContent) WriteHeader();
 }
 
-// A roll-over that the end of the process cut short is not done again, which could push out a further backup.
-// The log goes on in the main file or, where the thread that rolled still holds that open, in the first
-// backup.
-void RollingFileOutput::Resume() {
+// A roll-over that the end of the process, or the end of memory, cut short is not done again, which could
+// push out a further backup. The log goes on in the main file or, where the thread that rolled still holds
+// that open, in the first backup.
+void RollingFileOutput::Resume() noexcept {
     log_->rolling = false;
     Close();
     for (const std::wstring* path : {&log_->mainPath, &log_->firstBackupPath}) {
@@ -178,7 +174,7 @@ void RollingFileOutput::Resume() {
 }
 
 void RollingFileOutput::WriteHeader() {
-    if (!log_->file.IsOpen()) return;
+    if (!IsOpen()) return;
     std::wstring header = L"#Software: " + log_->softwareName;
     {
         const ql::CriticalSectionGuard guard(log_->textsLock);
@@ -186,14 +182,17 @@ void RollingFileOutput::WriteHeader() {
     }
     header += L"\n#OS: " + OsDescription() + L"\n#Username: " + UserName();
     header += L"\n#Computer name: " + ComputerName() + L"\n#Log-Date: " + LocalTime();
-    log_->file.Append({header, kSeparator}, LogFile::Reach::kSystem);
+    log_->file.Append({header, kSeparator}, LogFile::Reach::kSystem, kNoLine);
 }
 
 void RollingFileOutput::BackupAndStartAnew() {
+    if (!log_) return;
+    // Asked of the file that is open: another handle could outlive this thread and hold the main file.
+    const FILETIME time = log_->file.LastWriteTime();
     log_->rolling = true;
     Close();
     if (DeleteOldestBackup()) {
-        ShiftBackups();
+        ShiftBackups(time);
         ::OutputDebugStringW(kAnew);
         Open(true);
     }
@@ -206,41 +205,60 @@ void RollingFileOutput::SetBackupFileName(QLFileName& name, int number) {
 }
 
 // Number 0 is the main file itself.
-std::wstring RollingFileOutput::PathOf(int number) {
+QLFileName RollingFileOutput::NameOf(int number) {
     QLFileName name(log_->name);
     if (number > 0) SetBackupFileName(name, number);
-    return std::wstring(name.GetPathAndFileName().view());
+    return name;
 }
 
 bool RollingFileOutput::DeleteOldestBackup() {
     if (log_->backupCount <= 0) return true;
-    const std::wstring oldest = PathOf(log_->backupCount);
-    if (!Exists(oldest) || ::DeleteFileW(oldest.c_str())) return true;
-    ReportSystemError(std::wstring(kDeleteFailed).append(oldest).append(1, L'\n').c_str());
+    const QLFileName oldest = NameOf(log_->backupCount);
+    const std::wstring path(oldest.GetPathAndFileName().view());
+    if (!Exists(oldest) || ::DeleteFileW(path.c_str())) return true;
+    ReportSystemError(std::wstring(kDeleteFailed).append(path).append(1, L'\n').c_str());
     return false;
 }
 
-void RollingFileOutput::ShiftBackups() {
+void RollingFileOutput::ShiftBackups(const FILETIME& timeOfMain) {
     for (int number = log_->backupCount; number > 0; --number) {
-        const std::wstring from = PathOf(number - 1);
-        if (Exists(from) && !Rename(from, PathOf(number))) return;
+        const QLFileName from = NameOf(number - 1);
+        if (!Exists(from)) continue;
+        const FILETIME time = number > 1 ? GetFileLastWriteTime(from) : timeOfMain;
+        if (!Rename(from, NameOf(number), time)) return;
     }
 }
 
-bool RollingFileOutput::Rename(const std::wstring& from, const std::wstring& to) {
-    const FILETIME time = GetFileLastWriteTime(from);
-    if (!::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_COPY_ALLOWED)) {
-        ReportSystemError(
-            std::wstring(kRenameFailed).append(from).append(L"\n\tto: ").append(to).append(1, L'\n').c_str());
+bool RollingFileOutput::Rename(const QLFileName& from, const QLFileName& to, const FILETIME& time) {
+    const std::wstring before(from.GetPathAndFileName().view()), after(to.GetPathAndFileName().view());
+    if (!::MoveFileExW(before.c_str(), after.c_str(), MOVEFILE_COPY_ALLOWED)) {
+        ReportSystemError(std::wstring(kRenameFailed)
+                              .append(before)
+                              .append(L"\n\tto: ")
+                              .append(after)
+                              .append(1, L'\n')
+                              .c_str());
         return false;
     }
     if (time.dwLowDateTime && time.dwHighDateTime) SetFileLastWriteTime(to, time);
     return true;
 }
 
-void RollingFileOutput::ReportSystemError(const wchar_t* message) {
+FILETIME RollingFileOutput::GetFileLastWriteTime(const QLFileName& name) {
+    const ql::UniqueFileHandle file = OpenForTimes(name, GENERIC_READ, FILE_SHARE_READ);
+    FILETIME time = {};
+    if (file && !::GetFileTime(file.get(), nullptr, nullptr, &time)) return {};
+    return time;
+}
+
+void RollingFileOutput::SetFileLastWriteTime(const QLFileName& name, const FILETIME& time) {
+    const ql::UniqueFileHandle file = OpenForTimes(name, GENERIC_WRITE, FILE_SHARE_WRITE);
+    if (file) ::SetFileTime(file.get(), nullptr, nullptr, &time);
+}
+
+void RollingFileOutput::ReportSystemError(const wchar_t* message) noexcept {
     ::OutputDebugStringW(OrEmpty(message));
-    ql::ReportToEventLog(log_->softwareName.c_str(), log_->eventId, OrEmpty(message));
+    if (log_) ql::ReportToEventLog(log_->softwareName.c_str(), log_->eventId, OrEmpty(message));
 }
 
 }  // namespace QLLoggerOutputs

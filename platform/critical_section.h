@@ -47,9 +47,10 @@ class QL_LOCK_ATTRIBUTE(scoped_lockable) CriticalSectionGuard {
     CriticalSection& section_;
 };
 
-// A lock that many readers or one writer hold, for what is read far more often than written. Readers neither wait for
-// each other nor share a line of memory: each thread enters at a stripe of its own, and a writer takes them all. Unlike a
-// critical section it must not be taken again by a thread that holds it. Use it through its guards.
+// A lock that many readers or one writer hold, for what is read far more often than written. Readers neither
+// wait for each other nor share a line of memory: each thread enters at a stripe of its own, and a writer
+// takes them all. Unlike a critical section it must not be taken again by a thread that holds it. Use it
+// through its guards.
 class QL_LOCK_ATTRIBUTE(capability("shared lock")) SharedLock {
   public:
     SharedLock() noexcept {

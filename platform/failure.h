@@ -5,7 +5,8 @@
 
 namespace ql {
 
-// No exception leaves the library: these two stand wherever something may throw, which is to say run out of memory.
+// No exception leaves the library: these two stand wherever something may throw, which is to say run out of
+// memory.
 
 // The call's result, or the failure value when it throws.
 template <class Call, class Result = std::invoke_result_t<Call>>

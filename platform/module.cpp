@@ -1,5 +1,8 @@
 #include "platform/module.h"
 
+// No header of the system declares it.
+extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress();
+
 namespace {
 
 HMODULE g_ownModule = nullptr;
@@ -17,6 +20,10 @@ namespace ql {
 
 HMODULE OwnModule() noexcept {
     return g_ownModule;
+}
+
+bool ProcessIsEnding() noexcept {
+    return ::RtlDllShutdownInProgress() != FALSE;
 }
 
 std::wstring OwnModulePath() {

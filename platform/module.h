@@ -10,6 +10,9 @@ namespace ql {
 // system has loaded the module.
 HMODULE OwnModule() noexcept;
 
+// Whether the process ends: the system has ended its other threads, and tells its modules.
+bool ProcessIsEnding() noexcept;
+
 // The full path of that module's file; empty when the system does not tell.
 std::wstring OwnModulePath();
 

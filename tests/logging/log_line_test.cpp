@@ -57,6 +57,33 @@ TEST(LogLine, StartsWithTheLocalTimeInBrackets) {
     EXPECT_EQ(2, std::count(time.begin(), time.end(), L':'));
 }
 
+TEST(LogLine, TakesTextOfEveryKind) {
+    const RWWString wide(L"W");
+    const std::wstring_view view = L"vx";
+    const std::string narrow = "n";
+    enum Plain { kPlain = 7 };
+    EXPECT_EQ(L"[a.cpp:-7]-WC:\\f.txtvncw7", LineOf([&](QLLoggerLevelInserter& line) {
+                  line << wide << QLFileName(L"C:\\f.txt") << view.substr(0, 1) << narrow << 'c' << L'w'
+                       << kPlain;
+              }));
+    static_assert(!QLLoggable<int*>);
+    static_assert(!QLLoggable<std::vector<int>>);
+}
+
+TEST(LogLine, EndsWithItsStatementAndFindsItsPlaceItself) {
+    const Calls calls = CallsDuring(QLLOG_INFO, [] {
+        QLLogLine(QLLOG_INFO) << L"one";
+        QLLogLine(QLLOG_INFO) << L"two" << LogMessageFinish();
+        QLLogLine(QLLOG_INFO, "C:\\build/x\\b.cpp", 3);
+        QLLogLine(QLLOG_INFO, "C:\\build/x\\b.cpp", 3) << L"three";
+        QLLogLine(QLLOG_INFO, nullptr, 3) << L"four";
+    });
+    ASSERT_EQ(5u, calls.size());
+    EXPECT_TRUE(PlaceAndText(calls[0]).starts_with(L"[log_line_test.cpp:")) << PlaceAndText(calls[0]);
+    EXPECT_EQ(L"[b.cpp:3]-three", PlaceAndText(calls[2]));
+    EXPECT_EQ(L"[:3]-four", PlaceAndText(calls[3]));
+}
+
 TEST(LogLine, HoldsPlaceAndTextsInTheirOrder) {
     wchar_t writable[] = L"c";
     EXPECT_EQ(L"[a.cpp:-7]-abcd5", LineOf([&](QLLoggerLevelInserter& line) {
@@ -101,4 +128,7 @@ TEST(LogLine, PrintsNumbersAsAStreamDoes) {
     EXPECT_EQ(L"1e-05", Printed(0.00001L));
     EXPECT_EQ(L"-0", Printed(-0.0));
     EXPECT_EQ(L"inf", Printed(HUGE_VAL));
+    EXPECT_EQ(L"nan", Printed(std::copysign(std::numeric_limits<double>::quiet_NaN(), -1.0)));
+    EXPECT_EQ(L"-9223372036854775808", Printed(std::numeric_limits<long long>::min()));
+    EXPECT_EQ(L"18446744073709551615", Printed(std::numeric_limits<unsigned long long>::max()));
 }

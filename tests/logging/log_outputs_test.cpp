@@ -116,6 +116,8 @@ TEST(FileOutput, LetsOthersReadButNotWriteOrRename) {
     EXPECT_FALSE(OpenFile(file, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE));
     EXPECT_FALSE(::MoveFileW(file.c_str(), (folder / L"moved.log").c_str()));
     FileOutput second(file.c_str());
+    EXPECT_FALSE(second.IsOpen());
+    EXPECT_TRUE(output.IsOpen());
     second.Write(QLLOG_INFO, L"dropped");
     FileOutput copy = output;
     copy.Write(QLLOG_INFO, L"from the copy");
@@ -136,16 +138,18 @@ TEST(FileOutput, ThatCannotBeOpenedIgnoresWrites) {
 }
 
 // A device that is always full, where the system under the tests has one.
-TEST(FileOutput, OnAFullDiskCostsTheOtherOutputsNothing) {
+TEST(FileOutput, OnAFullDiskCountsItsLinesAndCostsTheOtherOutputsNothing) {
     const TestFolder folder;
     const wchar_t* const full = L"\\\\?\\unix\\dev\\full";
     if (!OpenFile(full, GENERIC_WRITE, FILE_SHARE_READ)) GTEST_SKIP() << "there is no full device here";
+    const std::uint32_t before = QLLogger::LostLines();
     QLLogger::InitializeLog(full, QLLOG_INFO);
     QLLogger::InitializeLog((folder / L"good.log").c_str(), QLLOG_INFO);
     const std::wstring line(999, L'x');
     for (int i = 0; i < 1000; ++i) QLLogger::PutMessage(QLLOG_INFO, line.c_str());
     QLLogger::CloseLogs();
     EXPECT_EQ(3u + 999'000, BytesOf(folder / L"good.log").size());
+    EXPECT_EQ(before + 1000, QLLogger::LostLines());
 }
 
 TEST(RollingFile, StartsWithItsHeaderAndEndsEachEntryWithStars) {
@@ -272,6 +276,21 @@ TEST(RollingFile, EmptiesTheMainFileWhenARenameFails) {
     EXPECT_EQ(L"RollingFileOutput::BackupAndStartAnew: Failed to rename log file\n\tfrom: " +
                   (folder / L"r1.bak") + L"\n\tto: " + (folder / L"r2.bak") + L"\n",
               debugger.All().at(0));
+}
+
+TEST(RollingFile, GivesItsHeirsTheTimesOfFiles) {
+    struct Heir : RollingFileOutput {
+        using RollingFileOutput::GetFileLastWriteTime, RollingFileOutput::SetFileLastWriteTime;
+        using RollingFileOutput::RollingFileOutput;
+    };
+    const TestFolder folder;
+    const QLFileName other((folder / L"other").c_str()), none((folder / L"none").c_str());
+    PutBytes(folder / L"other", "");
+    Heir heir((folder / L"r.log").c_str(), L"", L"", L"", 0, 0, 1u);
+    heir.SetFileLastWriteTime(other, {0x10000000, 30'000'000});
+    EXPECT_EQ(30'000'000u, heir.GetFileLastWriteTime(other).dwHighDateTime);
+    EXPECT_EQ(0x10000000u, WriteTime(folder / L"other").dwLowDateTime);
+    EXPECT_EQ(0u, heir.GetFileLastWriteTime(none).dwHighDateTime);
 }
 
 TEST(RollingFile, RollsUnderAReaderThatSharesEverything) {

@@ -32,6 +32,41 @@ class OnWrite : public Recorder {
     void (*action_)();
 };
 
+// Holds the writer at the first line until it is opened.
+class Gate : public Recorder {
+  public:
+    void Write(QLLogLevel level, const wchar_t* text) override {
+        isHeld = true;
+        while (!isOpen) std::this_thread::yield();
+        Recorder::Write(level, text);
+    }
+    std::atomic<bool> isHeld = false;
+    std::atomic<bool> isOpen = false;
+};
+
+// Lines that wait for the writer.
+std::shared_ptr<Gate> HoldTheWriter() {
+    auto gate = std::make_shared<Gate>();
+    QLLogger::InitializeLog(gate, QLLOG_INFO);
+    QLLogger::PutMessage(QLLOG_INFO, L"held");
+    while (!gate->isHeld) std::this_thread::yield();
+    return gate;
+}
+
+// Of two hundred characters each.
+constexpr std::size_t kTwoLines = 500 * sizeof(wchar_t);
+
+class NoBacklogLimit {
+  public:
+    ~NoBacklogLimit() { QLLogger::SetBacklogLimit(0, QLLogBacklog::kWait); }
+};
+
+// Gives a host what its own loggers may do.
+struct Host : QLLogger {
+    Host() = default;
+    using QLLogger::PushEvent;
+};
+
 }  // namespace
 
 TEST(Logger, AnOutputOfTwoLevelsHasALineOnceAndIsFlushedAndClosedTwice) {
@@ -78,14 +113,17 @@ TEST(Logger, OutputsOfALevelHaveALineInTheOrderOfRegistrationAndAreReleasedByThe
 TEST(Logger, AThrowingOutputCostsTheLaterOutputsThatLineAlone) {
     static bool throws;
     throws = true;
+    const std::uint32_t before = QLLogger::LostLines();
     QLLogger::InitializeLog(std::make_shared<OnWrite>([] {
                                 if (std::exchange(throws, false)) throw std::runtime_error("full");
                             }),
                             QLLOG_INFO);
-    EXPECT_EQ((Calls{L"4:second", L"close"}), CallsDuring(QLLOG_INFO, [] {
+    EXPECT_EQ((Calls{L"4:1 line was lost: an output failed\n", L"4:second", L"close"}),
+              CallsDuring(QLLOG_INFO, [] {
                   QLLogger::PutMessage(QLLOG_INFO, L"first");
                   QLLogger::PutMessage(QLLOG_INFO, L"second");
               }));
+    EXPECT_EQ(before + 1, QLLogger::LostLines());
 }
 
 TEST(Logger, AnOutputThatCannotCloseIsReleasedAndTheOthersAreClosed) {
@@ -116,19 +154,81 @@ TEST(Logger, AnOutputMayLogRegisterAndCloseItself) {
     EXPECT_EQ(1, added.use_count());
 }
 
-TEST(Logger, TakesMessagesThatAHostMakesCopiesAndAssigns) {
-    struct Host : QLLogger {
-        static void Push(const WriteLogMessage& message) {
-            PushEvent(std::make_shared<WriteLogMessage>(message));
-        }
-    };
-    EXPECT_EQ((Calls{L"4:text", L"4:text", L"close"}), CallsDuring(QLLOG_INFO, [] {
-                  const WriteLogMessage message(QLLOG_INFO, L"text");
-                  WriteLogMessage other(QLLOG_ERROR, L"other");
-                  Host::Push(message);
-                  other = message;
-                  Host::Push(other);
+TEST(Logger, TakesMessagesOfAHostAsOftenAsItQueuesThem) {
+    EXPECT_EQ((Calls{L"4:text", L"4:text", L"flush", L"flush", L"4:text", L"1:other", L"close", L"close"}),
+              CallsDuring(QLLOG_INFO | QLLOG_ERROR, [] {
+                  const auto message = std::make_shared<WriteLogMessage>(QLLOG_INFO, L"text");
+                  const WriteLogMessage other(QLLOG_ERROR, L"other");
+                  struct Unknown : LogMessage {
+                      Unknown() : LogMessage(static_cast<MessageType>(3)) {}
+                  };
+                  Host::PushEvent(message);
+                  Host::PushEvent(message);
+                  Host::PushEvent(nullptr);
+                  Host::PushEvent(std::make_shared<Unknown>());
+                  Host::PushEvent(std::make_shared<FlushLogMessage>());
+                  Host::PushEvent(message);
+                  Host::PushEvent(std::make_shared<WriteLogMessage>(other));
               }));
+}
+
+TEST(Logger, ACopyOfTheLoggerMayEndOnTheWritersThread) {
+    EXPECT_EQ((Calls{L"4:x", L"close"}), CallsDuring(QLLOG_INFO, [] {
+                  QLLogger::InitializeLog(std::make_shared<OnWrite>([] { const Host host; }), QLLOG_WARNING);
+                  QLLogger::PutMessage(QLLOG_INFO, L"x");
+                  QLLogger::PutMessage(QLLOG_WARNING, L"");
+              }));
+}
+
+TEST(Logger, FlushesWhatBuffersWhenTheQueueRunsEmpty) {
+    struct Buffered : IBufferedLogOutput {
+        void Write(QLLogLevel, const wchar_t*) override { isFlushed = false; }
+        void Flush() override { isFlushed = true; }
+        void Close() override {}
+        std::atomic<bool> isFlushed = false;
+    };
+    const auto buffered = std::make_shared<Buffered>();
+    QLLogger::InitializeLog(buffered, QLLOG_INFO);
+    const Calls calls = CallsDuring(QLLOG_INFO, [&] {
+        QLLogger::PutMessage(QLLOG_INFO, L"x");
+        for (int i = 0; i < 1000 && !buffered->isFlushed; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    });
+    EXPECT_TRUE(buffered->isFlushed);
+    EXPECT_EQ((Calls{L"4:x", L"close"}), calls) << "an output that does not buffer is left alone";
+}
+
+TEST(Logger, ABoundedBacklogDropsLinesAndSaysSoBeforeTheNext) {
+    const NoBacklogLimit atEnd;
+    const std::uint32_t before = QLLogger::LostLines();
+    const auto gate = HoldTheWriter();
+    QLLogger::SetBacklogLimit(kTwoLines, QLLogBacklog::kDrop);
+    const std::wstring half(200, L'x');
+    for (int i = 0; i < 14; ++i) QLLogger::PutMessage(QLLOG_INFO, half.c_str());
+    EXPECT_EQ(before + 12, QLLogger::LostLines());
+    QLLogger::SetBacklogLimit(0, QLLogBacklog::kDrop);
+    gate->isOpen = true;
+    QLLogger::CloseLogs();
+    EXPECT_EQ((Calls{L"4:held", L"4:12 lines were lost: the backlog was full\n", L"4:" + half, L"4:" + half,
+                     L"close"}),
+              gate->calls);
+}
+
+TEST(Logger, ABoundedBacklogMakesCallersWait) {
+    const NoBacklogLimit atEnd;
+    const auto gate = HoldTheWriter();
+    QLLogger::SetBacklogLimit(kTwoLines, QLLogBacklog::kWait);
+    std::atomic<int> put = 0;
+    std::thread caller([&put] {
+        for (; put < 100; ++put) QLLogger::PutMessage(QLLOG_INFO, std::wstring(200, L'x').c_str());
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_GE(3, put) << "the bound is at two lines or so";
+    gate->isOpen = true;
+    caller.join();
+    QLLogger::PutMessage(QLLOG_INFO, std::wstring(2000, L'x').c_str());  // more than the bound, alone
+    QLLogger::CloseLogs();
+    EXPECT_EQ(103u, gate->calls.size()) << "held, 100, the long one, close";
 }
 
 TEST(Logger, EveryCloseOfSeveralThreadsReturns) {

@@ -1,45 +1,84 @@
-// logging_child WAY FILE: queues lines and ends in that way.
+// logging_child WAY FILE [OFFSET]: queues lines and ends in that way.
 #include <atomic>
 #include <climits>
 #include <cstdlib>
 #include <cwchar>
+#include <fstream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
 
+#include "logging/log_line.h"
 #include "logging/log_outputs.h"
-#include "platform/win32.h"
+#include "tests/logging/stopped_thread.h"
 
 namespace {
 
-constexpr int kLines = 20'000;
+using QLLoggerOutputs::FileOutput;
+using QLLoggerOutputs::RollingFileOutput;
 
-void PutLines(int count) {
-    for (int i = 0; i < count; ++i) QLLogger::PutMessage(QLLOG_INFO, (std::to_wstring(i) + L'\n').c_str());
+constexpr int kLines = 20'000;
+constexpr int kEnd = 5;  // what every way answers
+
+void PutLines(int first, int end) {
+    for (int i = first; i < end; ++i) QLLogger::PutMessage(QLLOG_INFO, (std::to_wstring(i) + L'\n').c_str());
 }
 
 struct ExitsWhenDestroyed {
     bool armed = false;
     ~ExitsWhenDestroyed() {
         if (!armed) return;
-        PutLines(kLines);
-        std::exit(5);
+        PutLines(kLines, 2 * kLines);
+        std::exit(kEnd);
     }
 } g_exits;
 
 std::atomic<bool> g_allPut = false;
 
-// Ends the process from the writer thread, amid the lines.
-class ExitingOutput : public ILogOutput {
+// Does something odd at one line, when all are queued, and at its close.
+class OddOutput : public ILogOutput {
   public:
+    using Deed = void (*)();
+    explicit OddOutput(
+        Deed amid, Deed atClose = [] {})
+        : amid_(amid), atClose_(atClose) {}
     void Write(QLLogLevel, const wchar_t* text) override {
         if (std::wcscmp(text, L"1000\n") != 0) return;
         while (!g_allPut) ::Sleep(1);
-        ::ExitProcess(5);
+        amid_();
     }
     void Flush() override {}
-    void Close() override {}
+    void Close() override { atClose_(); }
+
+  private:
+    const Deed amid_, atClose_;
+};
+
+void Nothing() {}
+void EndProcess() {
+    ::ExitProcess(kEnd);
+}
+void UseTheLog() {
+    QLLogger::InitializeLog(std::make_shared<OddOutput>(Nothing), QLLOG_WARNING);
+    QLLogger::FlushLogs();
+    QLLogger::CloseLogs();
+}
+void Dawdle() {
+    ::Sleep(30);
+}
+
+// How an output misbehaves, and whether it stands before the file or behind.
+struct OddRow {
+    std::wstring_view way;
+    OddOutput::Deed amid, atClose;
+    bool isFirst;
+};
+constexpr OddRow kOddRows[] = {
+    {L"exits first", EndProcess, Nothing, true},          {L"exits last", EndProcess, Nothing, false},
+    {L"exits in close first", Nothing, EndProcess, true}, {L"closes slowly", Nothing, Dawdle, true},
+    {L"closes slowly, alone", Nothing, Dawdle, false},
 };
 
 // Wine may crash when it ends a thread that it has not yet started in full.
@@ -55,28 +94,103 @@ void WaitUntilTheWriterRuns() {
     while (!runs) ::Sleep(1);
 }
 
-void StartRolling(const wchar_t* file) {
-    const auto output =
-        std::make_shared<QLLoggerOutputs::RollingFileOutput>(file, L"child", L"", L"", 1000, 2000, 1u);
-    QLLogger::InitializeLog(output, QLLOG_INFO);
+// The same goes for other threads.
+void CloseBeside() {
+    static std::atomic<bool> runs = false;
+    std::thread([] {
+        runs = true;
+        QLLogger::CloseLogs();
+    }).detach();
+    while (!runs) ::Sleep(0);
+}
+
+// Lines, and perhaps a close that main does not wait for.
+int LogBesideAnOddOutput(const OddRow& row, const wchar_t* file) {
+    const auto odd = std::make_shared<OddOutput>(row.amid, row.atClose);
+    if (row.isFirst) QLLogger::InitializeLog(odd, QLLOG_INFO);
+    QLLogger::InitializeLog(file, QLLOG_INFO);
+    if (!row.isFirst) QLLogger::InitializeLog(odd, QLLOG_INFO);
+    WaitUntilTheWriterRuns();
+    PutLines(0, kLines);
+    g_allPut = true;
+    CloseBeside();
+    ::Sleep(row.amid == EndProcess ? INFINITE : 10);
+    return kEnd;
+}
+
+// An output that closes the log from within, in the writer's hands or in those of the end.
+int CloseFromWithin(const wchar_t* file) {
+    QLLogger::InitializeLog(std::make_shared<OddOutput>(UseTheLog), QLLOG_DEBUG);
+    QLLogger::InitializeLog(file, QLLOG_INFO);
+    WaitUntilTheWriterRuns();
+    PutLines(0, kLines);
+    g_allPut = true;
+    QLLogger::PutMessage(QLLOG_DEBUG, L"1000\n");
+    return kEnd;
+}
+
+// The end races with a close; FILE holds all lines whoever wins.
+int RaceWithAClose(const wchar_t* file) {
+    QLLogger::InitializeLog(file, QLLOG_INFO);
+    WaitUntilTheWriterRuns();
+    PutLines(0, kLines);
+    CloseBeside();
+    const unsigned spins = ::GetTickCount() * 2654435761u % 2'000'000;
+    for (volatile unsigned left = spins; left > 0;) left = left - 1;
+    ::ExitProcess(kEnd);
+}
+
+int RollUntilTheEnd(const wchar_t* file) {
+    QLLogger::InitializeLog(std::make_shared<RollingFileOutput>(file, L"child", L"", L"", 1000, 2000, 1u),
+                            QLLOG_INFO);
+    WaitUntilTheWriterRuns();
+    PutLines(0, 500);
+    return kEnd;
 }
 
 // Entries without end; FILE.closed tells that the first thousand are on disk for good.
 int WriteUntilKilled(const wchar_t* file) {
     for (const int limit : {INT_MAX, 4'000'000}) {
-        const auto output =
-            std::make_shared<QLLoggerOutputs::RollingFileOutput>(file, L"child", L"", L"", 1, limit, 1u);
-        QLLogger::InitializeLog(output, QLLOG_INFO);
-        if (limit == INT_MAX) {
-            PutLines(1000);
-            QLLogger::CloseLogs();
-            QLLoggerOutputs::FileOutput((std::wstring(file) + L".closed").c_str());
-        }
+        QLLogger::InitializeLog(std::make_shared<RollingFileOutput>(file, L"child", L"", L"", 1, limit, 1u),
+                                QLLOG_INFO);
+        if (limit != INT_MAX) continue;
+        PutLines(0, 1000);
+        QLLogger::CloseLogs();
+        FileOutput((std::wstring(file) + L".closed").c_str());
     }
     for (int i = 1000;; ++i) {
-        QLLogger::PutMessage(QLLOG_INFO, (std::to_wstring(i) + L'\n').c_str());
+        PutLines(i, i + 1);
         if (i % 100 == 0) ::Sleep(1);
     }
+}
+
+// Ends while a thread stands still at an instruction of the library. FILE and FILE.roll have the lines of one
+// caller; FILE.count says how many of them were queued, and whether the instruction was met.
+int EndWhileStopped(const wchar_t* file, unsigned long offset) {
+    const std::wstring rolled = std::wstring(file) + L".roll";
+    std::atomic<int> queued = 0;
+    QLLogger::InitializeLog(file, QLLOG_INFO);
+    QLLogger::InitializeLog(
+        std::make_shared<RollingFileOutput>(rolled.c_str(), L"child", L"", L"", 100, 1000, 1u),
+        QLLOG_WARNING);
+    WaitUntilTheWriterRuns();
+    const StoppedThread stopped(offset);
+    std::thread([&queued] {
+        constexpr int kPairs = 12;
+        for (; queued < kPairs; ++queued) {
+            QLLoggerLevelInserter(QLLOG_INFO | QLLOG_WARNING, "a.cpp", queued)
+                << std::wstring(200, L'x') << LogMessageFinish();
+            if (queued % 4 == 3) ::Sleep(15);
+        }
+        QLLogger::FlushLogs();
+        QLLogger::CloseLogs();
+        ++queued;  // the mark of the end
+    }).detach();
+    for (int i = 0; i < 100 && queued < 13 && !stopped.isMet(); ++i) ::Sleep(2);
+    ::Sleep(5);  // for what goes on beside
+    std::ofstream(std::string(file, file + std::wcslen(file)) + ".count")
+        << std::min(queued.load(), 12) << ' ' << stopped.isMet();
+    return kEnd;
 }
 
 }  // namespace
@@ -85,27 +199,26 @@ int wmain(int argc, wchar_t** argv) {
     if (argc < 3) return 2;
     const std::wstring_view way = argv[1];
     const wchar_t* const file = argv[2];
+    for (const OddRow& row : kOddRows) {
+        if (row.way == way) return LogBesideAnOddOutput(row, file);
+    }
+    if (way == L"closes from within") return CloseFromWithin(file);
+    if (way == L"races") return RaceWithAClose(file);
     if (way == L"killed") return WriteUntilKilled(file);
+    if (way == L"rolling") return RollUntilTheEnd(file);
+    if (way == L"stopped") return EndWhileStopped(file, std::stoul(argv[3], nullptr, 16));
     if (way == L"early") {
         QLLogger::CloseLogs();
-        PutLines(kLines);
-        QLLogger::InitializeLog(file, QLLOG_INFO);
-        WaitUntilTheWriterRuns();
-        return 5;
-    }
-    if (way == L"rolling") {
-        StartRolling(file);
-        WaitUntilTheWriterRuns();
-        PutLines(500);
-        return 5;
+        PutLines(0, kLines);
     }
     QLLogger::InitializeLog(file, QLLOG_INFO);
-    if (way == L"output") QLLogger::InitializeLog(std::make_shared<ExitingOutput>(), QLLOG_INFO);
     WaitUntilTheWriterRuns();
-    PutLines(kLines);
-    g_allPut = true;
-    if (way == L"thread") std::thread([] { ::ExitProcess(5); }).join();
-    if (way == L"output") ::Sleep(INFINITE);
+    if (way != L"early") PutLines(0, kLines);
+    if (way == L"killed when idle") {
+        ::Sleep(200);
+        ::TerminateProcess(::GetCurrentProcess(), kEnd);
+    }
+    if (way == L"thread") std::thread(EndProcess).join();
     g_exits.armed = way == L"static";
-    return 5;
+    return kEnd;
 }

@@ -75,6 +75,23 @@ BOOL TlsSetValue(DWORD index, void* value) {
     return pthread_setspecific(index, value) == 0;
 }
 
+DWORD FlsAlloc(void (*atThreadsEnd)(void*)) {
+    pthread_key_t key = 0;
+    return pthread_key_create(&key, atThreadsEnd) == 0 ? key : FLS_OUT_OF_INDEXES;
+}
+
+BOOL FlsFree(DWORD index) {
+    return TlsFree(index);
+}
+
+void* FlsGetValue(DWORD index) {
+    return TlsGetValue(index);
+}
+
+BOOL FlsSetValue(DWORD index, void* value) {
+    return TlsSetValue(index, value);
+}
+
 HANDLE CreateEventW(SECURITY_ATTRIBUTES*, BOOL manualReset, BOOL initialState, const wchar_t*) {
     return new Reference(new Object{manualReset != FALSE, initialState != FALSE});
 }
@@ -117,6 +134,10 @@ HANDLE CreateThread(SECURITY_ATTRIBUTES*, std::size_t, DWORD (*run)(void*), void
         Set(*thread);
     }).detach();
     return new Reference(thread);
+}
+
+extern "C" BOOLEAN RtlDllShutdownInProgress() {
+    return FALSE;
 }
 
 DWORD GetCurrentThreadId() {

@@ -15,11 +15,14 @@ class TestFolder {
     TestFolder() : path_(std::filesystem::temp_directory_path() / Name()) {
         std::filesystem::create_directories(path_);
     }
+    // What a process that has just ended held is free a moment later.
     ~TestFolder() {
         std::error_code ignored;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(path_, ignored))
-            std::filesystem::permissions(entry, std::filesystem::perms::all, ignored);
-        std::filesystem::remove_all(path_, ignored);
+        for (int tries = 0; tries < 100 && std::filesystem::exists(path_, ignored); ++tries) {
+            if (tries > 0) ::Sleep(10);
+            MakeWritable();
+            std::filesystem::remove_all(path_, ignored);
+        }
     }
     TestFolder(const TestFolder&) = delete;
     TestFolder& operator=(const TestFolder&) = delete;
@@ -28,9 +31,16 @@ class TestFolder {
     const std::filesystem::path& path() const { return path_; }
 
   private:
+    void MakeWritable() {
+        std::error_code error;
+        std::filesystem::recursive_directory_iterator entry(path_, error), end;
+        for (std::error_code ignored; !error && entry != end; entry.increment(error))
+            std::filesystem::permissions(*entry, std::filesystem::perms::all, ignored);
+    }
+
     static std::string Name() {
         static int number = 0;
-        return "ql_log_" + std::to_string(::GetCurrentProcessId()) + "_" + std::to_string(number++);
+        return "ql_test_" + std::to_string(::GetCurrentProcessId()) + "_" + std::to_string(number++);
     }
 
     std::filesystem::path path_;

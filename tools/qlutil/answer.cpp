@@ -121,6 +121,12 @@ std::wstring RenderRecord(const Record& record, bool hasFailed) {
     return Align(rows) + lists;
 }
 
+std::wstring RenderLine(const Record& record, std::size_t shown) {
+    std::wstring line;
+    for (std::size_t i = 0; i < shown; ++i) line += (i > 0 ? L"  " : L"") + ToCell(record.at(i).second);
+    return line + L'\n';
+}
+
 std::wstring RenderPlain(const Node& node, bool hasFailed) {
     if (const auto* record = std::get_if<Record>(&node.value)) return RenderRecord(*record, hasFailed);
     if (const auto* list = std::get_if<List>(&node.value)) return RenderList(*list);
@@ -142,4 +148,21 @@ std::wstring Render(const Answer& answer, bool json) {
     const auto* node = std::get_if<Node>(&answer.output);
     if (!node) return {};
     return json ? RenderJson(*node) : RenderPlain(*node, answer.status != kDone);
+}
+
+bool RenderFeed(const Feed& feed, bool json, const std::function<bool(std::wstring_view)>& print) {
+    const bool isArray = json && !feed.goesOn;
+    // Many records are printed at once, but what is watched is not kept waiting.
+    const std::size_t enough = feed.goesOn ? 0 : 0x10000;
+    std::wstring text = isArray ? L"[" : L"";
+    bool isFirst = true;
+    while (std::optional<Record> record = feed.next()) {
+        std::wstring one = json ? RenderJson(*record) : RenderLine(*record, feed.shown);
+        if (isArray) one.pop_back();
+        if (isArray && !isFirst) text += L',';
+        text += one;
+        isFirst = false;
+        if (text.size() > enough && !print(std::exchange(text, {}))) return false;
+    }
+    return print(text + (isArray ? L"]\n" : L""));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -37,6 +39,15 @@ struct Document {
     RWWString text;
 };
 
+// What is found while it is printed, one record after the other, as long as there is one. With --json it is
+// an array or, for what goes on while it is watched, one object a line; else a line for each record, of its
+// first values.
+struct Feed {
+    std::function<std::optional<Record>()> next;
+    std::size_t shown;
+    bool goesOn = false;
+};
+
 enum ExitStatus { kDone = 0, kFailed = 1, kWrongCall = 2 };
 
 struct Answer {
@@ -44,6 +55,7 @@ struct Answer {
     Answer(Record result) : output(Node(std::move(result))) {}
     Answer(List result) : output(Node(std::move(result))) {}
     Answer(Document document) : output(std::move(document)) {}
+    Answer(Feed feed) : output(std::move(feed)) {}
     // Failed, with what there is to print all the same; of a record, the plain form leaves out what says nothing.
     Answer(Node result, std::wstring why)
         : output(std::move(result)), message(std::move(why)), status(kFailed) {}
@@ -60,13 +72,15 @@ struct Answer {
         return answer;
     }
 
-    std::variant<std::monostate, Node, Document> output;
+    std::variant<std::monostate, Node, Document, Feed> output;
     std::wstring message;  // for standard error
     ExitStatus status = kDone;
 };
 
 // The text of the answer for standard output, line feeds included; nothing for a failure without output.
 std::wstring Render(const Answer& answer, bool json);
+// Hands the text of a feed over piece by piece until it is refused.
+bool RenderFeed(const Feed& feed, bool json, const std::function<bool(std::wstring_view)>& print);
 
 // Prints a part of an answer at once, for commands that go on for long: one line with --json. Whether it was
 // printed.

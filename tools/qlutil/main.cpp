@@ -29,6 +29,14 @@ ExitStatus Help(std::span<const std::wstring_view> words) {
     return kWrongCall;
 }
 
+// What an answer has to say on standard output.
+ExitStatus Print(const Answer& answer, bool json) {
+    const auto* feed = std::get_if<Feed>(&answer.output);
+    if (!feed) return Print(Render(answer, json));
+    return RenderFeed(*feed, json, [](std::wstring_view text) { return Print(text) == kDone; }) ? kDone
+                                                                                                : kFailed;
+}
+
 Answer RunCommand(const Command& command, const Arguments& arguments) {
     if (command.library == Library::kLeftToCommand) return command.run(arguments);
     const QLLibraryScope library;
@@ -42,7 +50,7 @@ ExitStatus Execute(const Command& command, std::span<const std::wstring_view> wo
     if (arguments.count() < command.fewest) throw WrongCall(L"an argument is missing");
     if (arguments.count() > command.most) throw WrongCall(L"there are too many arguments");
     const Answer answer = RunCommand(command, arguments);
-    const ExitStatus printed = Print(Render(answer, json));
+    const ExitStatus printed = Print(answer, json);
     if (!answer.message.empty()) Say(answer.message);
     return answer.status == kDone ? printed : answer.status;
 } catch (const WrongCall& wrong) {

@@ -15,11 +15,13 @@
 
 #define WINAPI
 #define CALLBACK
+#define NTAPI
 #define TRUE 1
 #define FALSE 0
 #define MAX_PATH 260
 
 using BOOL = int;
+using BOOLEAN = unsigned char;
 using BYTE = std::uint8_t;
 using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
@@ -88,6 +90,12 @@ DWORD TlsAlloc();
 BOOL TlsFree(DWORD index);
 void* TlsGetValue(DWORD index);
 BOOL TlsSetValue(DWORD index, void* value);
+
+#define FLS_OUT_OF_INDEXES 0xffffffffu
+DWORD FlsAlloc(void (*atThreadsEnd)(void*));
+BOOL FlsFree(DWORD index);
+void* FlsGetValue(DWORD index);
+BOOL FlsSetValue(DWORD index, void* value);
 
 #define INFINITE 0xffffffffu
 #define WAIT_OBJECT_0 0u
@@ -180,6 +188,7 @@ BOOL FindClose(HANDLE search);  // declared for the owner of searches: there is 
 #define GET_MODULE_HANDLE_EX_FLAG_PIN 0x1
 #define GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS 0x4
 DWORD GetModuleFileNameW(HMODULE module, wchar_t* path, DWORD capacity);
+extern "C" BOOLEAN RtlDllShutdownInProgress();
 BOOL GetModuleHandleExW(DWORD flags, const wchar_t* nameOrAddress, HMODULE* module);
 
 DWORD GetCurrentDirectoryW(DWORD capacity, wchar_t* directory);

@@ -1,0 +1,231 @@
+#include "tools/qlutil/log_reader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cwctype>
+#include <utility>
+
+#include "platform/win32.h"
+
+namespace {
+
+constexpr std::size_t kChunk = 256 * 1024;
+// Of a longer text the rest is left out.
+constexpr std::size_t kLongestText = 1024 * 1024;
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+constexpr std::string_view kSeparator = "*****************************************************";
+constexpr std::string_view kHeader = "#Software: ";
+
+// How an entry's time is written; 0 stands for a digit.
+constexpr std::string_view kTimeForm = "[00/00/00 00:00:00][";
+
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+bool HasForm(std::string_view text, std::string_view form) {
+    const auto fits = [](char c, char wanted) { return wanted == '0' ? IsDigit(c) : c == wanted; };
+    return text.size() >= form.size() && std::equal(form.begin(), form.end(), text.begin(),
+                                                    [&](char wanted, char c) { return fits(c, wanted); });
+}
+
+int TwoDigits(std::string_view text, std::size_t at) {
+    return (text[at] - '0') * 10 + (text[at + 1] - '0');
+}
+
+std::int64_t TimeOf(std::string_view line) {
+    enum : std::size_t { kMonth = 1, kDay = 4, kYear = 7, kHour = 10, kMinute = 13, kSecond = 16 };
+    std::int64_t time = 2000 + TwoDigits(line, kYear);
+    for (const std::size_t part : {kMonth, kDay, kHour, kMinute, kSecond})
+        time = time * 100 + TwoDigits(line, part);
+    return time;
+}
+
+// "[time][thread][place]-text"
+std::optional<ReadEntry> EntryOf(std::string_view line) {
+    if (!HasForm(line, kTimeForm)) return std::nullopt;
+    const std::size_t thread = kTimeForm.size();
+    const std::size_t threadEnd = line.find("][", thread);
+    if (threadEnd == std::string_view::npos) return std::nullopt;
+    const std::string_view number = line.substr(thread, threadEnd - thread);
+    const std::size_t placeEnd = line.find("]-", threadEnd);
+    if (placeEnd == std::string_view::npos || !std::all_of(number.begin(), number.end(), IsDigit))
+        return std::nullopt;
+    const std::size_t place = threadEnd + 2;
+    return ReadEntry{TimeOf(line), std::string(number), std::string(line.substr(place, placeEnd - place)),
+                     std::string(line.substr(placeEnd + 2))};
+}
+
+void* OpenToRead(const std::filesystem::path& path) {
+    constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    return ::CreateFileW(path.c_str(), GENERIC_READ, kShare, nullptr, OPEN_EXISTING, 0, nullptr);
+}
+
+}  // namespace
+
+void LineReader::Closer::operator()(void* handle) const noexcept {
+    if (handle != INVALID_HANDLE_VALUE) ::CloseHandle(handle);
+}
+
+bool LineReader::Open(const std::filesystem::path& path) {
+    handle_.reset(OpenToRead(path));
+    buffer_.clear();
+    at_ = 0;
+    position_ = 0;
+    return handle_.get() != INVALID_HANDLE_VALUE;
+}
+
+bool LineReader::ReadMore() {
+    buffer_.erase(0, std::exchange(at_, 0));
+    const std::size_t before = buffer_.size();
+    buffer_.resize(before + kChunk);
+    DWORD count = 0;
+    ::ReadFile(handle_.get(), buffer_.data() + before, kChunk, &count, nullptr);
+    buffer_.resize(before + count);
+    position_ += count;
+    return count > 0;
+}
+
+bool LineReader::Next(std::string& line, bool takesUnended) {
+    std::size_t searched = at_;
+    std::size_t end = buffer_.find('\n', searched);
+    while (end == std::string::npos) {
+        searched = buffer_.size() - at_;
+        if (searched > kLongestText || !ReadMore()) break;
+        end = buffer_.find('\n', searched);
+    }
+    const bool isWhole = end != std::string::npos;
+    if (!isWhole && buffer_.size() - at_ <= kLongestText && (!takesUnended || at_ == buffer_.size()))
+        return false;
+    if (!isWhole) end = buffer_.size();
+    line.assign(buffer_, at_, end - at_);
+    if (line.ends_with('\r')) line.pop_back();
+    at_ = isWhole ? end + 1 : end;
+    return true;
+}
+
+bool LineReader::IsAt(const std::filesystem::path& path) const {
+    const std::unique_ptr<void, Closer> other(OpenToRead(path));
+    BY_HANDLE_FILE_INFORMATION own = {}, found = {};
+    if (!::GetFileInformationByHandle(handle_.get(), &own) ||
+        !::GetFileInformationByHandle(other.get(), &found))
+        return false;
+    const std::int64_t size = (std::int64_t{found.nFileSizeHigh} << 32) | found.nFileSizeLow;
+    return own.nFileIndexHigh == found.nFileIndexHigh && own.nFileIndexLow == found.nFileIndexLow &&
+           own.dwVolumeSerialNumber == found.dwVolumeSerialNumber && size >= position_;
+}
+
+LogReader::LogReader(std::filesystem::path file, bool follows) : main_(std::move(file)), follows_(follows) {
+    FindFiles();
+}
+
+std::filesystem::path LogReader::Backup(int number) const {
+    std::filesystem::path backup = main_;
+    return backup.replace_filename(main_.stem().wstring() + std::to_wstring(number) + L".bak");
+}
+
+// Backups may have gaps between their numbers, so the folder says which there are.
+void LogReader::FindFiles() {
+    std::vector<int> numbers;
+    std::error_code error;
+    const std::filesystem::path folder = main_.has_parent_path() ? main_.parent_path() : L".";
+    const std::wstring stem = main_.stem().wstring();
+    for (std::filesystem::directory_iterator at(folder, error), end; !error && at != end;
+         at.increment(error)) {
+        const std::wstring name = at->path().stem().wstring();
+        if (at->path().extension() != L".bak" || !name.starts_with(stem) || name.size() > stem.size() + 6)
+            continue;
+        const std::wstring number = name.substr(stem.size());
+        if (number.empty() || !std::all_of(number.begin(), number.end(), std::iswdigit)) continue;
+        if (std::to_wstring(std::stoi(number)) == number) numbers.push_back(std::stoi(number));
+    }
+    std::sort(numbers.rbegin(), numbers.rend());
+    for (const int number : numbers) files_.push_back(Backup(number));
+    if (std::filesystem::exists(main_, error)) files_.push_back(main_);
+}
+
+// False at the end of the last file.
+bool LogReader::NextLine() {
+    while (!files_.empty()) {
+        if (!isOpen_) {
+            isOpen_ = reader_.Open(files_.front());
+            within_ = Within::kStart;
+        }
+        const bool isLast = files_.size() == 1;
+        if (isOpen_ && reader_.Next(line_, !(isLast && follows_))) return true;
+        if (isLast && follows_) return false;
+        files_.pop_front();
+        isOpen_ = false;
+    }
+    return false;
+}
+
+// Whether the line is of an entry; a header and the lines between entries are of none.
+bool LogReader::IsEntry() {
+    if (within_ == Within::kStart) {
+        if (line_.starts_with(kByteOrderMark)) line_.erase(0, kByteOrderMark.size());
+        within_ = line_.starts_with(kHeader) ? Within::kHeader : Within::kEntries;
+    }
+    const bool wasEntries = within_ == Within::kEntries;
+    if (line_ == kSeparator) within_ = Within::kEntries;
+    return wasEntries && line_ != kSeparator;
+}
+
+bool LogReader::Next(ReadEntry& entry) {
+    while (NextLine()) {
+        if (!IsEntry()) continue;
+        if (std::optional<ReadEntry> begun = EntryOf(line_)) {
+            begun->file = &main_;
+            pending_.swap(begun);
+            if (!begun) continue;
+            entry = std::move(*begun);
+            return true;
+        }
+        if (!pending_) {
+            pending_ = ReadEntry{0, {}, {}, line_, &main_, 0};
+        } else if (pending_->text.size() < kLongestText) {
+            pending_->text += '\n' + line_;
+        }
+    }
+    if (!pending_) return false;
+    entry = std::move(*pending_);
+    pending_.reset();
+    return true;
+}
+
+void LogReader::Continue() {
+    if (files_.empty()) return FindFiles();
+    if (!isOpen_ || reader_.IsAt(main_)) return;
+    // It rolled, perhaps several times: what was read is a backup now.
+    std::deque<std::filesystem::path> since = {main_};
+    std::error_code error;
+    int number = 1;
+    for (; std::filesystem::exists(Backup(number), error) && !reader_.IsAt(Backup(number)); ++number)
+        since.push_front(Backup(number));
+    // Its last lines came before it was renamed; one that is no more was emptied.
+    if (!std::filesystem::exists(Backup(number), error)) since = {main_};
+    since.push_front(files_.front());
+    files_ = std::move(since);
+}
+
+std::optional<ReadEntry> MergedLogs::Next() {
+    Log* next = nullptr;
+    for (Log& log : logs_) {
+        ReadEntry read;
+        if (!log.first && log.reader->Next(read)) {
+            log.time = std::max(log.time, read.time);
+            read.order = log.time;
+            log.first = std::move(read);
+        }
+        if (log.first && (!next || log.time < next->time)) next = &log;
+    }
+    if (!next) return std::nullopt;
+    std::optional<ReadEntry> entry = std::move(next->first);
+    next->first.reset();
+    return entry;
+}
+
+void MergedLogs::Continue() {
+    for (const Log& log : logs_) log.reader->Continue();
+}

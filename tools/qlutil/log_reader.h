@@ -1,0 +1,90 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// One entry of a log, UTF-8 as it stands there. Lines that begin no entry belong to the one before them.
+struct ReadEntry {
+    std::int64_t time = 0;  // 20261121190857; 0 when it begins with no time
+    std::string thread;
+    std::string place;
+    std::string text;
+    const std::filesystem::path* file = nullptr;
+    std::int64_t order = 0;  // its time, or that of the entry before it
+};
+
+// A file, read line by line. It hinders nobody, not even a log that is about to rename it.
+class LineReader {
+  public:
+    // False when it cannot be opened.
+    bool Open(const std::filesystem::path& path);
+    // The next line without its end; false when there is none yet. The last one may be taken though it has no
+    // end.
+    bool Next(std::string& line, bool takesUnended);
+
+    // Whether the path leads to the file that is open, as far as it was read.
+    bool IsAt(const std::filesystem::path& path) const;
+
+  private:
+    struct Closer {
+        void operator()(void* handle) const noexcept;
+    };
+    bool ReadMore();
+
+    std::unique_ptr<void, Closer> handle_;
+    std::string buffer_;
+    std::size_t at_ = 0;
+    std::int64_t position_ = 0;
+};
+
+// A log with its backups, oldest entry first.
+class LogReader {
+  public:
+    // A log that is followed is still written.
+    LogReader(std::filesystem::path file, bool follows);
+
+    bool exists() const noexcept { return !files_.empty(); }
+    // False when there is none (yet).
+    bool Next(ReadEntry& entry);
+    // Looks for what was written since, through roll-overs.
+    void Continue();
+
+  private:
+    enum class Within { kStart, kHeader, kEntries };
+
+    std::filesystem::path Backup(int number) const;
+    void FindFiles();
+    bool NextLine();
+    bool IsEntry();
+
+    const std::filesystem::path main_;
+    const bool follows_;
+    std::deque<std::filesystem::path> files_;  // still to be read, the one that is open first
+    bool isOpen_ = false;
+    Within within_ = Within::kStart;
+    LineReader reader_;
+    std::string line_;
+    std::optional<ReadEntry> pending_;
+};
+
+// Several logs as one, by time.
+class MergedLogs {
+  public:
+    void Add(std::unique_ptr<LogReader> log) { logs_.push_back({std::move(log), std::nullopt, 0}); }
+    std::optional<ReadEntry> Next();
+    void Continue();
+
+  private:
+    struct Log {
+        std::unique_ptr<LogReader> reader;
+        std::optional<ReadEntry> first;
+        std::int64_t time;  // of its last entry that had one
+    };
+    std::vector<Log> logs_;
+};
