@@ -1,6 +1,5 @@
-// Texts to the ANSI code page and back, beside the bare system calls. "bare calls" answers strings of its own
-// like the library, each made at the right size; "reused buffers" allocates nothing, which no function that
-// answers a string can do, and shows what the conversion alone costs.
+// Texts to the ANSI code page and back, beside the bare system calls, which answer strings of their own like the
+// library, each made at the right size.
 #include <benchmark/benchmark.h>
 
 #include <stdexcept>
@@ -64,25 +63,12 @@ void BareCalls(benchmark::State& state) {
     });
 }
 
-template <std::wstring Text(std::size_t), std::size_t kBytes>
-void ReusedBuffers(benchmark::State& state) {
-    const std::wstring source = Text(kBytes);
-    std::string narrow(source.size(), '\0');
-    std::wstring wide(source.size(), L'\0');
-    Run(state, source, [&](const std::wstring& text) {
-        Narrow(text, narrow);
-        return static_cast<std::size_t>(Widen(narrow, wide));
-    });
-}
-
 BENCHMARK(Ours<Prose, kSmall>)->Name("ansi 1 KB/ours");
 BENCHMARK(BareCalls<Prose, kSmall>)->Name("ansi 1 KB/bare calls");
 BENCHMARK(BareCalls<Prose, kSmall, true>)->Name("ansi 1 KB/bare calls, ?");
-BENCHMARK(ReusedBuffers<Prose, kSmall>)->Name("ansi 1 KB/reused buffers");
 BENCHMARK(Ours<Prose, kLarge>)->Name("ansi 1 MB/ours");
 BENCHMARK(BareCalls<Prose, kLarge>)->Name("ansi 1 MB/bare calls");
 BENCHMARK(BareCalls<Prose, kLarge, true>)->Name("ansi 1 MB/bare calls, ?");
-BENCHMARK(ReusedBuffers<Prose, kLarge>)->Name("ansi 1 MB/reused buffers");
 BENCHMARK(Ours<Ascii, kSmall>)->Name("ansi ascii 1 KB/ours");
 BENCHMARK(BareCalls<Ascii, kSmall>)->Name("ansi ascii 1 KB/bare calls");
 BENCHMARK(Ours<Ascii, kLarge>)->Name("ansi ascii 1 MB/ours");

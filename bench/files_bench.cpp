@@ -22,6 +22,16 @@ namespace fs = std::filesystem;
 constexpr int kEntries = 20'000;
 constexpr int kNames = 10'000;
 
+// Empty files named "entry 0.txt" and so on.
+void PutEntries(const std::wstring& folder, int count) {
+    const std::wstring last = std::to_wstring(count - 1);
+    if (RunInHostShell(folder, L"seq -f 'entry %.0f.txt' 0 " + last + L" | xargs -d '\\n' touch")) return;
+    for (int i = 0; i < count; ++i) {
+        const std::wstring path = folder + L"\\entry " + std::to_wstring(i) + L".txt";
+        ql::UniqueFileHandle(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    }
+}
+
 // Made once for all works, and removed with the program.
 class Folder {
   public:
@@ -189,7 +199,8 @@ void StatusBare(benchmark::State& state) {
     });
 }
 
-// A path of so many characters in folders of one letter, shortened as far as it goes. The time for a character stays.
+// A path of so many characters in folders of one letter, shortened as far as it goes. The time for a
+// character stays.
 void FitOurs(benchmark::State& state) {
     const HDC dc = ::CreateCompatibleDC(nullptr);
     std::wstring path = L"C:";

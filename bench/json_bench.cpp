@@ -6,9 +6,11 @@
 #include <rapidjson/writer.h>
 
 #include <boost/json/src.hpp>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "json/json.h"
 
@@ -94,6 +96,19 @@ void Boost(benchmark::State& state) {
         [](const std::string& text) { return boost::json::serialize(boost::json::parse(text)).size(); });
 }
 
+// Members put in by hand, the last key first.
+void PutMembersDescending(benchmark::State& state) {
+    const auto count = static_cast<int>(state.range(0));
+    std::vector<RWWString> keys;
+    for (int i = count; i > 0; --i) keys.emplace_back(std::to_wstring(1000000 + i));
+    for (auto _ : state) {
+        JSON::Value object(JSON::Object);
+        for (const RWWString& key : keys) object.AddMember(key, std::make_unique<JSON::Value>(1.0));
+        benchmark::DoNotOptimize(object.MemberCount());
+    }
+    state.SetItemsProcessed(state.iterations() * count);
+}
+
 constexpr unsigned kExact = rapidjson::kParseFullPrecisionFlag;
 
 BENCHMARK(Ours<kSmall>)->Name("json 4 KB/ours");
@@ -106,5 +121,9 @@ BENCHMARK(Rapid<kLarge, 0>)->Name("json 1 MB/RapidJSON UTF-16");
 BENCHMARK(Rapid<kLarge, kExact>)->Name("json 1 MB/RapidJSON UTF-16 exact");
 BENCHMARK(Nlohmann<kLarge>)->Name("json 1 MB/nlohmann");
 BENCHMARK(Boost<kLarge>)->Name("json 1 MB/Boost.JSON");
+BENCHMARK(PutMembersDescending)
+    ->Name("growth, members in descending order")
+    ->RangeMultiplier(10)
+    ->Range(10, 100000);
 
 }  // namespace

@@ -1,5 +1,6 @@
 // Runs the registered benchmarks and then prints, for each work, how every peer stands to the library's own
-// implementation. Works are named "work/implementation"; the library's own comes first.
+// implementation. Works are named "work/implementation"; the library's own comes first. bench/summary.py reads these
+// lines.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -29,7 +30,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
     }
 
     void Finalize() override {
-        std::printf("\n%-44s %-30s %12s %14s\n", "work", "implementation", "ns", "peer / ours");
+        std::printf("\n%-44s | %-30s | %14s | %11s\n", "work", "implementation", "ns", "peer / ours");
         for (const Work& work : works_) Print(work);
     }
 
@@ -59,7 +60,7 @@ class RatioReporter : public benchmark::ConsoleReporter {
 
     static void Print(const Work& work) {
         for (const Row& row : work.rows) {
-            std::printf("%-44s %-30s %12.1f %14.2f\n", work.name.c_str(), row.implementation.c_str(),
+            std::printf("%-44s | %-30s | %14.1f | %11.2f\n", work.name.c_str(), row.implementation.c_str(),
                         row.nanoseconds, row.nanoseconds / work.rows.front().nanoseconds);
         }
     }

@@ -1,6 +1,5 @@
-// Take a thousand names apart and put each together again, beside the standard library's paths, which know
-// drive names only on this system and therefore get the list's drive names alone, repeated to the same
-// length.
+// Take a thousand names apart and put each together again: drive names beside the standard library's paths, which know
+// no others on this system, and names of all kinds.
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
@@ -89,8 +88,8 @@ void OursKinds(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * kNames);
 }
 
-BENCHMARK(OursMixed)->Name("1000 names, parse and compose/ours, mixed names");
-BENCHMARK(OursDrive)->Name("1000 names, parse and compose/ours, drive names");
+BENCHMARK(OursMixed)->Name("1000 mixed names, parse and compose/ours");
+BENCHMARK(OursDrive)->Name("1000 names, parse and compose/ours");
 BENCHMARK(StandardDriveParts)->Name("1000 names, parse and compose/std::filesystem, parts only");
 BENCHMARK(StandardDriveConstruction)
     ->Name("1000 names, parse and compose/std::filesystem, construction only");

@@ -21,6 +21,9 @@
 namespace {
 
 constexpr wchar_t kSection[] = L"Locations";
+constexpr wchar_t kIntegerSection[] = L"Integers";
+constexpr wchar_t kBooleanSection[] = L"Booleans";
+constexpr wchar_t kAbsentSection[] = L"Nowhere";
 constexpr int kEntries = 500;
 constexpr int kMaxThreads = 4;
 
@@ -82,6 +85,8 @@ class Scene {
             CQlsSettings* store = CQlsSettings::GetSettings(context, true);
             for (int i = 0; i < kEntries; ++i) {
                 store->SetRegStrSetting(kSection, EntryName(i).c_str(), EntryText(i).c_str());
+                store->SetRegIntSetting(kIntegerSection, EntryName(i).c_str(), i);
+                store->SetRegBoolSetting(kBooleanSection, EntryName(i).c_str(), i % 2 == 0);
             }
         }
     }
@@ -153,6 +158,31 @@ void ReadIntoText(benchmark::State& state) {
         CQlsSettings::GetThreadRegStrSetting(kSection, entry.c_str(), &text);
         return text.data();
     });
+}
+
+// Known as absent after the first round.
+template <Contexts kContexts>
+void ReadAbsentText(benchmark::State& state) {
+    const Attached attached(TheScene().Context(ContextIndex<kContexts>(state)));
+    RWWString text;
+    ReadEntries(state, [&](const std::wstring& entry) {
+        CQlsSettings::GetThreadRegStrSetting(kAbsentSection, entry.c_str(), &text);
+        return text.data();
+    });
+}
+
+template <Contexts kContexts>
+void ReadInteger(benchmark::State& state) {
+    const Attached attached(TheScene().Context(ContextIndex<kContexts>(state)));
+    ReadEntries(state,
+                [](const std::wstring& entry) { return GetQLRegInt(kIntegerSection, entry.c_str(), -1); });
+}
+
+template <Contexts kContexts>
+void ReadBoolean(benchmark::State& state) {
+    const Attached attached(TheScene().Context(ContextIndex<kContexts>(state)));
+    ReadEntries(
+        state, [](const std::wstring& entry) { return GetQLRegBool(kBooleanSection, entry.c_str(), false); });
 }
 
 template <Contexts kContexts>
@@ -263,6 +293,47 @@ void LoadRaw(benchmark::State& state) {
     }
 }
 
+// --- growth
+// ----------------------------------------------------------------------------------------------------------
+
+void PerItem(benchmark::State& state) {
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+// A store filled and written as a document.
+void FillAndWrite(benchmark::State& state) {
+    std::vector<std::wstring> names;
+    for (int i = 0; i < state.range(0); ++i) names.push_back(EntryName(i));
+    for (auto _ : state) {
+        CQlsSettings store;
+        for (const std::wstring& name : names)
+            store.SetRegStrSetting(kSection, name.c_str(), L"C:\\Templates");
+        RWWString document;
+        store.GetSerializedSettings(&document);
+        benchmark::DoNotOptimize(document.data());
+    }
+    PerItem(state);
+}
+
+void MakeContexts(benchmark::State& state) {
+    TheScene();
+    std::vector<int> ids(static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state) {
+        for (int& id : ids) id = CQlsSettings::CreateThreadSettings();
+        for (const int id : ids) CQlsSettings::ReleaseThreadSettingsRef(id);
+    }
+    PerItem(state);
+}
+
+void ListEntriesOfBothRoots(benchmark::State& state) {
+    TheScene();
+    constexpr wchar_t kMany[] = L"Many";
+    for (int i = 0; i < state.range(0); ++i)
+        CQlsSettings::SetDefRegIntSetting(kMany, EntryName(i).c_str(), i);
+    for (auto _ : state) benchmark::DoNotOptimize(EnumQLEntries(kMany).NumEntries());
+    PerItem(state);
+}
+
 // --- memory
 // ----------------------------------------------------------------------------------------------------------
 
@@ -311,12 +382,22 @@ QL_READS("own contexts/ours", ReadIntoText<kOwn>);
 QL_READS("own contexts/held-open key", QueryOpenKey);
 QL_READS("own contexts/bare map, key given", CopyIntoText<MapOfGivenKeys, kOwn>);
 QL_READS("own contexts/bare map, key made", CopyIntoText<MapOfMadeKeys, kOwn>);
+QL_READS("absent, same context/ours", ReadAbsentText<kSame>);
+QL_READS("integer, same context/ours", ReadInteger<kSame>);
+QL_READS("integer, own contexts/ours", ReadInteger<kOwn>);
+QL_READS("Boolean, same context/ours", ReadBoolean<kSame>);
 QL_READS("new text, same context/ours", ReadNewText<kSame>);
 QL_READS("new text, same context/bare map, key given", CopyNewText<MapOfGivenKeys, kSame>);
 QL_READS("new text, same context/bare map, key made", CopyNewText<MapOfMadeKeys, kSame>);
 #undef QL_READS
 BENCHMARK(LoadStore)->Name("first load of 500/ours")->Unit(benchmark::kMillisecond);
 BENCHMARK(LoadRaw)->Name("first load of 500/open, query, close")->Unit(benchmark::kMillisecond);
+BENCHMARK(FillAndWrite)->Name("growth, a document of settings")->RangeMultiplier(10)->Range(10, 100000);
+BENCHMARK(MakeContexts)->Name("growth, contexts made and released")->RangeMultiplier(10)->Range(1, 10000);
+BENCHMARK(ListEntriesOfBothRoots)
+    ->Name("growth, entries of both roots")
+    ->RangeMultiplier(10)
+    ->Range(10, 1000);
 BENCHMARK(HoldSettings)->Name("store of 10,000 settings/bytes")->Iterations(1);
 
 }  // namespace

@@ -1,13 +1,15 @@
-// Builds lines and splits texts, beside what hosts would use without the library.
+// Builds lines, splits texts and fills tables, beside what hosts would use without the library.
 #include <benchmark/benchmark.h>
 #include <fmt/xchar.h>
 
 #include <array>
+#include <deque>
 #include <sstream>
 #include <string>
 #include <string_view>
 
 #include "text/speed_str.h"
+#include "text/string_table.h"
 #include "text/token_string.h"
 
 namespace {
@@ -100,6 +102,28 @@ void TokensFindFirstOf(benchmark::State& state) {
         }
     }
 }
+
+// A table that grows at its front and is emptied from there: growth rows, each of so many entries.
+void FrontOurs(benchmark::State& state) {
+    const RWWString text(L"an entry of the table");
+    for (auto _ : state) {
+        QLStringTable table;
+        for (std::int64_t i = 0; i < state.range(0); ++i) table.PrependString(text);
+        while (table.NumEntries() > 0) table.DeleteEntry(0);
+    }
+}
+
+void FrontDeque(benchmark::State& state) {
+    const std::wstring text(L"an entry of the table");
+    for (auto _ : state) {
+        std::deque<std::wstring> table;
+        for (std::int64_t i = 0; i < state.range(0); ++i) table.push_front(text);
+        while (!table.empty()) table.pop_front();
+    }
+}
+
+BENCHMARK(FrontOurs)->Name("table, front/QLStringTable")->RangeMultiplier(10)->Range(100, 100'000);
+BENCHMARK(FrontDeque)->Name("table, front/std_deque")->RangeMultiplier(10)->Range(100, 100'000);
 
 BENCHMARK(TokensOurs)->Name("split_1MB/TokenString");
 BENCHMARK(TokensFindFirstOf)->Name("split_1MB/find_first_of");

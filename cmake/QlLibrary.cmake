@@ -19,6 +19,8 @@ if(QL_NATIVE)
   return()
 endif()
 
+set(QL_FILE_DESCRIPTION "Quillet native utility library")
+set(QL_INTERNAL_NAME Quillet.Platform.Native.Util)
 configure_file(cmake/version.rc.in ${PROJECT_BINARY_DIR}/version.rc @ONLY)
 add_library(ql_util SHARED ${QL_SOURCES} ${PROJECT_BINARY_DIR}/version.rc)
 add_library(QuilletNativeUtil::util ALIAS ql_util)

@@ -17,7 +17,8 @@ if(NOT QL_NATIVE)
 
   # Symbols for a host's debugger, which scripts/release puts beside the programs; and the same bytes whoever builds
   # them, wherever and whenever.
-  target_compile_options(ql_shipped INTERFACE $<$<CONFIG:Release>:-g>
+  set(release_options -g
     -ffile-prefix-map=${PROJECT_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+  target_compile_options(ql_shipped INTERFACE -Wdate-time "$<$<CONFIG:Release>:${release_options}>")
   target_link_options(ql_shipped INTERFACE -Wl,--no-insert-timestamp)
 endif()

@@ -25,8 +25,8 @@ enum INITIALASKSTATE : int { INITIALASK_DEFAULT = 0, INITIALASK_UNANSWERED = 1 }
 
 // The command line of the main application as a set of options. Each switch is "/name" or "-name", with "="
 // and its text for one that has a value; text before the first switch is the file to start with. Files become
-// full paths, but for document-management ids, which stay as they are, QLI and QLA files that a switch names, which
-// are read as file names and not completed, the edit file and overlays, which are kept as given.
+// full paths, but for document-management ids, which stay as they are, QLI and QLA files that a switch names,
+// which are read as file names and not completed, the edit file and overlays, which are kept as given.
 //
 // A library without an extension gets ".qll", a document-management id too.
 //
@@ -49,8 +49,8 @@ class QL_API QuilletCmdSwitchParser {
     // Changes the mode while it is LIBMODE_UNDECIDED or LIBMODE_NONE; the other two stay.
     void SetLibMode(LibMode mode) noexcept;
 
-    // Shows an error message unless `expected` is the object's own address, the low 32 bits of it where addresses have
-    // more.
+    // Shows an error message unless `expected` is the object's own address, the low 32 bits of it where
+    // addresses have more.
     void CheckThis(unsigned long expected) const;
 
     INITIALASKSTATE GetInitialAskState() const noexcept { return initialAskState_; }

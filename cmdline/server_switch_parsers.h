@@ -34,8 +34,8 @@ class QL_API ServerCmdSwitches {
     bool IsEmbedded() const noexcept { return flags_[kEmbedded]; }
     const QLStringTable& GetIgnoredWords() const noexcept { return ignoredWords_; }  // that no switch claimed
 
-    // Shows an error message unless `expected` is the object's own address, the low 32 bits of it where addresses have
-    // more.
+    // Shows an error message unless `expected` is the object's own address, the low 32 bits of it where
+    // addresses have more.
     void CheckThis(unsigned long expected) const;
 
   protected:

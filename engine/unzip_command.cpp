@@ -82,7 +82,7 @@ std::size_t IndexAfter(const UNZIPCMDSTRUCT& command) {
     return static_cast<std::size_t>(std::int64_t{command.index} + 1);
 }
 
-// The members that the wanted names stand for; folders are none where the record says so.
+// The members that the item list stands for; folders are none where the record says so.
 std::vector<std::size_t> Wanted(const OpenArchive& open, const UNZIPCMDSTRUCT& command) {
     std::vector<std::size_t> wanted = SelectMembers(
         *open.archive, SplitItems(Utf8FromAnsi(command.lpszFilespec)), command.recurseFlag != 0);

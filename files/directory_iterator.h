@@ -36,10 +36,10 @@ class QL_API CDirectoryIterator {
     std::unique_ptr<Search> search_;
 };
 
-// Removes the files of a directory, read-only ones too, and then the directory. What cannot be removed, such as
-// a file in use, stays, and the directory with it. Subdirectories are not entered: a directory that holds any
-// stays, without its files. Links to files are removed, not followed, where the system shows them as links;
-// links to directories count as subdirectories. When the current directory is the one named, letter for letter
-// but for case, the process moves to the temporary directory. Nothing is reported, and a null or empty text
-// removes nothing. Any thread.
+// Removes the files of a directory, read-only ones too, and then the directory. What cannot be removed, such
+// as a file in use, stays, and the directory with it. Subdirectories are not entered: a directory that holds
+// any stays, without its files. Links to files are removed, not followed, where the system shows them as
+// links; links to directories count as subdirectories. When the current directory is the one named, letter
+// for letter but for case, the process moves to the temporary directory. Nothing is reported, and a null or
+// empty text removes nothing. Any thread.
 QL_API void DeleteDirAndContents(const wchar_t* directory);

@@ -56,8 +56,8 @@ int QLFile::Write(unsigned char* buffer, int count, int* done) {
     return 1;
 }
 
-// A device has no disk below it. A file that is open for reading alone has nothing to commit, which the system tells
-// as a refusal.
+// A device has no disk below it. A file that is open for reading alone has nothing to commit, which the
+// system tells as a refusal.
 int QLFile::Flush() {
     if (!IsOpen()) return 0;
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the run time's way of handing it

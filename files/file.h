@@ -22,15 +22,15 @@ class QL_API QLFile {
     QLFile& operator=(const QLFile& other);
     ~QLFile();
 
-    // Both close what was open. The name is kept even if the file cannot be opened: through its text, as names
-    // are assigned, but one that its text does not say, such as a walk's "rep.doc#1", as it is. Kept on purpose:
-    // Create does not cut off an existing file; it opens it at its start.
+    // Both close what was open. The name is kept even if the file cannot be opened: through its text, as
+    // names are assigned, but one that its text does not say, such as a walk's "rep.doc#1", as it is. Kept on
+    // purpose: Create does not cut off an existing file; it opens it at its start.
     int Open(unsigned short flags, const QLFileName& name);
     int Create(unsigned short flags, const QLFileName& name);
 
-    // `got` and `done` are the bytes moved. At the end of the file Read moves fewer than `count`, at last none;
-    // on a full disk Write moves fewer, or fails when not one more fits. On failure they stay as they were. Null
-    // pointers and negative counts fail.
+    // `got` and `done` are the bytes moved. At the end of the file Read moves fewer than `count`, at last
+    // none; on a full disk Write moves fewer, or fails when not one more fits. On failure they stay as they
+    // were. Null pointers and negative counts fail.
     int Read(unsigned char* buffer, int count, int* got);
     int Write(unsigned char* buffer, int count, int* done);
     int

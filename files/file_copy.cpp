@@ -86,8 +86,8 @@ class Pump {
 
 constexpr long long kAll = std::numeric_limits<long long>::max();
 
-// What lies behind the destination's present end comes first: that alone asks the disk for room, and where there is
-// none, nothing is lost yet.
+// What lies behind the destination's present end comes first: that alone asks the disk for room, and where
+// there is none, nothing is lost yet.
 bool Replace(const File& from, const File& to, Pump& pump) {
     const long long held = SizeOf(to);
     if (SizeOf(from) > held) {
@@ -107,10 +107,10 @@ bool Replace(const File& from, const File& to, Pump& pump) {
 }
 
 bool Copy(const File& from, const File& to, Pump& pump) {
-    if (ql::AreOneFile(from.get(), to.get())) return Fails(ERROR_INVALID_PARAMETER);
     if (!HasSize(to)) return pump.Move(from, to, kAll);
-    if (HasSize(from)) return Replace(from, to, pump);
-    return pump.Move(from, to, kAll) && ::SetEndOfFile(to.get());
+    if (!HasSize(from)) return pump.Move(from, to, kAll) && ::SetEndOfFile(to.get());
+    if (ql::AreOneFile(from.get(), to.get())) return Fails(ERROR_INVALID_PARAMETER);
+    return Replace(from, to, pump);
 }
 
 bool CopyContents(const wchar_t* destination, const wchar_t* source) {

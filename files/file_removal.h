@@ -4,8 +4,8 @@
 
 namespace ql {
 
-// Removes a file, a read-only one too. It is made writable only when that is in the way: the attributes may be those of
-// a link's target.
+// Removes a file, a read-only one too. It is made writable only when that is in the way: the attributes may
+// be those of a link's target.
 inline void RemoveFile(const wchar_t* file) noexcept {
     if (::DeleteFileW(file)) return;
     const DWORD attributes = ::GetFileAttributesW(file);

@@ -19,18 +19,18 @@ class QL_API CFileStreamBuf : public __gnu_cxx::stdio_filebuf<char> {
 
     // Closes what was open. Opens for reading and writing, for writing (which cuts an existing file off, as
     // streams do) or for reading. A missing file is created only when OPEN_CREATE_MISSING is given, and then
-    // exists even if opening it fails. False when the file cannot be opened; the name is kept, as QLFile keeps
-    // it, unless the file was missing and not to be created.
+    // exists even if opening it fails. False when the file cannot be opened; the name is kept, as QLFile
+    // keeps it, unless the file was missing and not to be created.
     bool Open(const QLFileName& name, unsigned short flags);
 
     // False only when a recorded size was to be applied and the file could not be opened for that. Kept on
-    // purpose: that bytes were lost, on a full disk say, it does not tell, so call Flush first. Closing what is
-    // closed does nothing.
+    // purpose: that bytes were lost, on a full disk say, it does not tell, so call Flush first. Closing what
+    // is closed does nothing.
     bool Close();
 
     // Records a size in bytes that the file is cut or extended (with zeros) to, as far as the disk has room,
-    // when it is closed; a negative size does neither. While nothing is open the size is that of the file opened
-    // next, and is forgotten when the opening fails.
+    // when it is closed; a negative size does neither. While nothing is open the size is that of the file
+    // opened next, and is forgotten when the opening fails.
     void ChangeSize(long size) { size_ = size; }
 
     // Hands what was written to the system. False when bytes were lost since the opening or the last Flush.

@@ -4,8 +4,8 @@
 #include "platform/export.h"
 #include "rw/wide_string.h"
 
-// Completes a name to a full path. Rooted names are complete; null names (with switches or without), remote and
-// plug-in names are answered unchanged. A relative name goes below, first that applies:
+// Completes a name to a full path. Rooted names are complete; null names (with switches or without), remote
+// and plug-in names are answered unchanged. A relative name goes below, first that applies:
 //  - the template directory, when it begins with a backslash;
 //  - the named location, when it begins with a caret: ^Shared\x.docx is x.docx in the location "Shared";
 //  - `defaultDir`, when that is given;

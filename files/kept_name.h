@@ -4,8 +4,8 @@
 
 namespace ql {
 
-// Keeps the name of a file that was opened: through its text, as names are assigned, or as it is where its text does
-// not say it, as that of a walked "rep.doc#1".
+// Keeps the name of a file that was opened: through its text, as names are assigned, or as it is where its
+// text does not say it, as that of a walked "rep.doc#1".
 inline void KeepName(QLFileName& kept, const QLFileName& name) {
     kept = name;
     if (kept.GetPathAndFileName() == name.GetPathAndFileName()) return;

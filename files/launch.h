@@ -3,9 +3,9 @@
 #include "names/cmd_line.h"
 #include "platform/export.h"
 
-// The running program's own command line without the program's name, for the parsers of cmdline/: the file and the
-// switches as the user, a shortcut or an association gave them, quotes included. Empty when there is nothing but the
-// name. Any thread.
+// The running program's own command line without the program's name, for the parsers of cmdline/: the file
+// and the switches as the user, a shortcut or an association gave them, quotes included. Empty when there is
+// nothing but the name. Any thread.
 QL_API RWWString GetOwnCommandLine();
 
 // Starts the program of a command line in a window of the given show state (SW_SHOW...), and waits, without a

@@ -10,7 +10,8 @@ int PermissionMode(unsigned short flags) noexcept;  // _S_..., for a file that i
 // A descriptor of the C run time, or -1 with the reason in errno.
 int OpenFile(const wchar_t* path, int access, int sharing, int permission) noexcept;
 
-// Makes an empty file. False with the reason in errno: EEXIST when there is one already, which stays as it is.
+// Makes an empty file. False with the reason in errno: EEXIST when there is one already, which stays as it
+// is.
 bool CreateNewFile(const wchar_t* path) noexcept;
 
 }  // namespace ql

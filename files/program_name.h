@@ -5,8 +5,8 @@
 
 namespace ql {
 
-// What follows the program's name on its command line, without the blanks and tabs in front of it. The name ends as the
-// C run time reads it: at the first blank or tab outside double quotes.
+// What follows the program's name on its command line, without the blanks and tabs in front of it. The name
+// ends as the C run time reads it: at the first blank or tab outside double quotes.
 constexpr std::wstring_view WithoutProgramName(std::wstring_view line) noexcept {
     constexpr std::wstring_view kBlanks = L" \t";
     bool isQuoted = false;

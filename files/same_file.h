@@ -19,7 +19,7 @@ constexpr Sameness Compare(const FileNumber& a, const FileNumber& b) noexcept {
     return a.index != 0 ? Sameness::kSame : Sameness::kUnknown;
 }
 
-// Whether two open files lie at one place, by whatever names they were opened. No for what lies nowhere.
+// Whether two open files lie at one place, by whatever names they were opened.
 bool LieAtOnePlace(HANDLE a, HANDLE b);
 
 // Whether two open files are one: by their numbers, and where those say nothing by their places.

@@ -1,6 +1,7 @@
 #include "json/json.h"
 
 #include <algorithm>
+#include <bit>
 #include <new>
 #include <span>
 #include <utility>
@@ -111,7 +112,8 @@ void Value::CopyContent(const Value& original, Value*& unfinished) {
         case Array: break;
         default: return;
     }
-    capacity_ = original.children_.count;
+    SetCapacity(original.children_.count);
+    isInRuns_ = original.isInRuns_;
     children_ = {arena_->AllocateArray<Value*>(capacity_), capacity_};
     std::copy_n(original.children_.nodes, capacity_, children_.nodes);
     link_ = std::exchange(unfinished, this);
@@ -132,8 +134,14 @@ bool Value::AddElement(std::unique_ptr<Value>&& child) noexcept {
 
 bool Value::AddMember(const RWWString& key, std::unique_ptr<Value>&& child) noexcept {
     if (kind_ != Object || !child) return false;
-    const std::size_t index = LowerBound(key);
-    return !HasKeyAt(index, key) && Insert(index, key, child);
+    if (Member(key)) return false;
+    const std::size_t index = isInRuns_ ? children_.count : LowerBound(key);
+    const bool mustKeepOrder = cursor_ > 0;  // a walk counts on it
+    if (!isInRuns_ && (index == children_.count || mustKeepOrder)) return Insert(index, key, child);
+    if (!Insert(children_.count, key, child)) return false;
+    isInRuns_ = 1;
+    MergeLastRuns();
+    return true;
 }
 
 // A walk that is under way goes on where it was.
@@ -156,23 +164,45 @@ bool Value::Insert(std::size_t index, std::wstring_view key, std::unique_ptr<Val
 
 void Value::MakeRoomForChild() {
     if (children_.count < capacity_) return;
-    const std::size_t capacity = std::max<std::size_t>(4, 2 * capacity_);
+    const std::size_t capacity = std::max<std::size_t>(4, std::size_t{2} * capacity_);
     auto** const nodes = arena_ ? arena_->AllocateArray<Value*>(capacity) : new Value*[capacity];
     std::copy_n(children_.nodes, children_.count, nodes);
     if (!arena_) delete[] children_.nodes;
     children_.nodes = nodes;
-    capacity_ = capacity;
+    SetCapacity(capacity);
 }
 
 std::size_t Value::LowerBound(std::wstring_view key) const noexcept {
     Value** const end = children_.nodes + children_.count;
     if (children_.count == 0 || end[-1]->key() < key) return children_.count;
-    const auto less = [](const Value* node, std::wstring_view wanted) { return node->key() < wanted; };
-    return static_cast<std::size_t>(std::lower_bound(children_.nodes, end, key, less) - children_.nodes);
+    return static_cast<std::size_t>(std::lower_bound(children_.nodes, end, key, Less{}) - children_.nodes);
 }
 
-bool Value::HasKeyAt(std::size_t index, std::wstring_view key) const noexcept {
-    return index < children_.count && children_.nodes[index]->key() == key;
+const Value* Value::FindInRuns(std::wstring_view key) const noexcept {
+    Value** run = children_.nodes;
+    for (std::size_t left = children_.count; left > 0;) {
+        const std::size_t length = std::bit_floor(left);
+        Value** const found = std::lower_bound(run, run + length, key, Less{});
+        if (found != run + length && (*found)->key() == key) return *found;
+        run += length;
+        left -= length;
+    }
+    return nullptr;
+}
+
+// The member that came last is a run of one: two of one length become one, as bits carry.
+void Value::MergeLastRuns() noexcept {
+    Value** const end = children_.nodes + children_.count;
+    for (std::size_t length = 1; (children_.count & length) == 0; length *= 2) {
+        Value** const second = end - length;
+        if (Less{}(second[0], second[-1])) std::inplace_merge(second - length, second, end, Less{});
+    }
+}
+
+void Value::OrderMembers() noexcept {
+    if (!isInRuns_) return;
+    std::sort(children_.nodes, children_.nodes + children_.count, Less{});
+    isInRuns_ = 0;
 }
 
 const Value* Value::Element(std::size_t index) const noexcept {
@@ -185,8 +215,9 @@ Value* Value::Element(std::size_t index) noexcept {
 
 const Value* Value::Member(std::wstring_view key) const noexcept {
     if (kind_ != Object) return nullptr;
+    if (isInRuns_) return FindInRuns(key);
     const std::size_t index = LowerBound(key);
-    return HasKeyAt(index, key) ? children_.nodes[index] : nullptr;
+    return index < children_.count && children_.nodes[index]->key() == key ? children_.nodes[index] : nullptr;
 }
 
 Value* Value::Member(std::wstring_view key) noexcept {
@@ -201,6 +232,7 @@ Value* Value::FirstMember(RWWString& key) noexcept {
 Value* Value::NextMember(RWWString& key) noexcept {
     return ql::FailureIfThrown(nullptr, [&]() -> Value* {
         if (cursor_ >= MemberCount()) return nullptr;
+        OrderMembers();
         Value* const node = children_.nodes[cursor_];
         key.assign(node->key());
         ++cursor_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <string_view>
 
@@ -63,8 +64,9 @@ class QL_API Value {
     Value* Element(std::size_t index) noexcept;
     const Value* Element(std::size_t index) const noexcept;
 
-    // Puts a member into an Object. False, as for AddElement, also when the key is there already. Keys that
-    // come in ascending order are the quickest: any other one moves the pointers to the members behind it.
+    // Puts a member into an Object. False, as for AddElement, also when the key is there already. Members may
+    // come in any order; ascending keys are the quickest. While a walk is under way, or has come to its end,
+    // another key moves the pointers to the members behind it.
     bool AddMember(const RWWString& key, std::unique_ptr<Value>&& child) noexcept;
 
     // The members of an Object; 0 and null for any other kind, null for a key that is not there.
@@ -88,15 +90,23 @@ class QL_API Value {
         const wchar_t* units;
         std::size_t count;
     };
-    struct Children {  // an object's are ordered by their keys
+    struct Children {  // an object's are ordered by their keys, but for those in runs
         Value** nodes;
         std::size_t count;
     };
 
+    struct Less {  // by key
+        bool operator()(const Value* a, const Value* b) const noexcept { return a->key() < b->key(); }
+        bool operator()(const Value* a, std::wstring_view key) const noexcept { return a->key() < key; }
+    };
+
     Value(ValueKind kind, Arena* arena) noexcept;
     std::wstring_view key() const noexcept { return key_.view(); }
+    void SetCapacity(std::size_t capacity) noexcept { capacity_ = capacity & ~std::size_t{0} >> 1; }
     std::size_t LowerBound(std::wstring_view key) const noexcept;
-    bool HasKeyAt(std::size_t index, std::wstring_view key) const noexcept;
+    const Value* FindInRuns(std::wstring_view key) const noexcept;
+    void MergeLastRuns() noexcept;
+    void OrderMembers() noexcept;
     bool Insert(std::size_t index, std::wstring_view key, std::unique_ptr<Value>& child) noexcept;
     void MakeRoomForChild();
     void ReleaseContent(Value*& doomed) noexcept;
@@ -114,7 +124,10 @@ class QL_API Value {
         double number_;
         bool flag_;
     };
-    std::size_t capacity_ = 0;  // of children_
+    // Of children_. Members that come out of order are kept in runs, each in order: one for each bit that is
+    // set in their number, of as many members as the bit is worth, the longest first.
+    std::size_t capacity_ : std::numeric_limits<std::size_t>::digits - 1 = 0;
+    std::size_t isInRuns_ : 1 = 0;
     union {
         std::size_t cursor_;  // the member that the walk comes to next
         Value* link_;         // parsing: the open container around this one; else: the next node of a list

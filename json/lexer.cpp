@@ -1,11 +1,9 @@
 #include "json/lexer.h"
 
 #include <algorithm>
-#include <charconv>
-#include <limits>
-#include <system_error>
 
 #include "json/units.h"
+#include "text/decimal.h"
 
 namespace JSON {
 
@@ -20,27 +18,6 @@ constexpr int HexValue(wchar_t unit) {
     if (unit >= L'a' && unit <= L'f') return unit - L'a' + 10;
     if (unit >= L'A' && unit <= L'F') return unit - L'A' + 10;
     return -1;
-}
-
-// The exponent part of a number, saturated: no text is long enough to make up for more.
-long long Exponent(std::string_view digits) {
-    constexpr long long kHuge = std::numeric_limits<long long>::max() / 2;
-    const bool negative = digits.starts_with('-');
-    if (digits.starts_with('+')) digits.remove_prefix(1);
-    long long exponent = negative ? -kHuge : kHuge;
-    std::from_chars(digits.data(), digits.data() + digits.size(),
-                    exponent);  // leaves it alone when out of range
-    return std::clamp(exponent, -kHuge, kHuge);
-}
-
-// Whether a number beyond the range of double is so by being too large, not too small.
-bool IsTooLarge(std::string_view digits) {
-    const std::size_t e = digits.find_first_of("eE");
-    const long long exponent = e == std::string_view::npos ? 0 : Exponent(digits.substr(e + 1));
-    const std::string_view mantissa = digits.substr(0, e);
-    const auto point = static_cast<long long>(std::min(mantissa.find('.'), mantissa.size()));
-    const auto first = static_cast<long long>(mantissa.find_first_of("123456789"));
-    return exponent + point - first > 0;
 }
 
 }  // namespace
@@ -157,37 +134,12 @@ bool Lexer::DecodeHex(const wchar_t* closing, wchar_t& unit) noexcept {
     return true;
 }
 
-bool Lexer::TakeDigits() noexcept {
-    const wchar_t* const first = next_;
-    while (IsDigit(Peek())) ++next_;
-    return next_ != first;
-}
-
-Token Lexer::Number() {
-    constexpr const wchar_t* kDigit = L"a digit";
-    if (Peek() == L'-') ++next_;
-    if (!TakeDigits()) return Fail(Token::Number, kDigit);
-    if (Peek() == L'.') {
-        ++next_;
-        if (!TakeDigits()) return Fail(Token::Number, kDigit);
-    }
-    if (Peek() == L'e' || Peek() == L'E') {
-        ++next_;
-        if (Peek() == L'+' || Peek() == L'-') ++next_;
-        if (!TakeDigits()) return Fail(Token::Number, kDigit);
-    }
-    number_ = Convert();
+Token Lexer::Number() noexcept {
+    const Decimal decimal = ReadDecimal({token_, static_cast<std::size_t>(end_ - token_)});
+    next_ = token_ + decimal.length;
+    if (!decimal.isValid) return Fail(Token::Number, L"a digit");
+    number_ = decimal.value;
     return Token::Number;
-}
-
-double Lexer::Convert() {
-    digits_.clear();
-    for (const wchar_t* unit = token_; unit != next_; ++unit) digits_.push_back(static_cast<char>(*unit));
-    double value = 0;
-    const auto result = std::from_chars(digits_.data(), digits_.data() + digits_.size(), value);
-    if (result.ec != std::errc::result_out_of_range) return value;
-    const double magnitude = IsTooLarge(digits_) ? std::numeric_limits<double>::infinity() : 0.0;
-    return digits_.front() == '-' ? -magnitude : magnitude;
 }
 
 }  // namespace JSON

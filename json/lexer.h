@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 
 #include "json/arena.h"
@@ -59,15 +58,13 @@ class Lexer {
     wchar_t Peek() const noexcept { return next_ != end_ ? *next_ : L'\0'; }
     Token Punctuation(Token token) noexcept;
     Token String();
-    Token Number();
+    Token Number() noexcept;
     Token Word() noexcept;
     Token Fail(Token attempted, const wchar_t* expected) noexcept;
 
     bool Decode(const wchar_t* closing, wchar_t* out);
     bool DecodeEscape(const wchar_t* closing, wchar_t*& out) noexcept;
     bool DecodeHex(const wchar_t* closing, wchar_t& unit) noexcept;
-    bool TakeDigits() noexcept;
-    double Convert();
 
     const wchar_t* begin_;
     const wchar_t* end_;
@@ -79,7 +76,6 @@ class Lexer {
     bool flag_ = false;
     Token attempted_ = Token::Error;
     ParseFault fault_{};
-    std::string digits_;
 };
 
 }  // namespace JSON

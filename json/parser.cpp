@@ -112,7 +112,7 @@ void Parser::CloseContainer() {
     std::copy_n(pending_.data() + first, count, nodes);
     pending_.resize(first);
     node->children_ = {nodes, count};
-    node->capacity_ = count;
+    node->SetCapacity(count);
     open_ = std::exchange(node->link_, nullptr);
     node->cursor_ = 0;
     state_ = AfterValue();

@@ -115,7 +115,8 @@ class Writer {
     void Escaped(wchar_t unit);
 
     Output output_;
-    std::vector<Frame> frames_;  // the containers that are open, outermost first
+    std::vector<Frame> frames_;                 // the containers that are open, outermost first
+    std::vector<std::vector<Value*>> ordered_;  // the members of those that do not keep them in order
     const Unit lastPlain_;
     const bool pretty_;
 };
@@ -137,6 +138,10 @@ void Writer::Begin(const Value& node) {
 void Writer::Open(const Value& container, wchar_t bracket) {
     output_.Put(bracket);
     frames_.push_back({&container, 0});
+    if (!container.isInRuns_) return;
+    auto& members = ordered_.emplace_back(container.children_.nodes,
+                                          container.children_.nodes + container.children_.count);
+    std::sort(members.begin(), members.end(), Value::Less{});
 }
 
 // Closes what is complete; the next child to write, or null at the end.
@@ -147,7 +152,9 @@ const Value* Writer::Advance() {
         if (frame.next < container.children_.count) {
             if (frame.next > 0) output_.Put(L',');
             if (pretty_) BreakLine();
-            const Value* const child = container.children_.nodes[frame.next++];
+            Value* const* const nodes =
+                container.isInRuns_ ? ordered_.back().data() : container.children_.nodes;
+            const Value* const child = nodes[frame.next++];
             if (container.kind_ == JSON::Object) Key(child->key());
             return child;
         }
@@ -163,7 +170,9 @@ void Writer::Key(std::wstring_view key) {
 }
 
 void Writer::Close() {
-    const wchar_t bracket = frames_.back().container->kind_ == JSON::Object ? L'}' : L']';
+    const Value& container = *frames_.back().container;
+    const wchar_t bracket = container.kind_ == JSON::Object ? L'}' : L']';
+    if (container.isInRuns_) ordered_.pop_back();
     frames_.pop_back();
     if (pretty_) BreakLine();
     output_.Put(bracket);

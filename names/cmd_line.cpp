@@ -1,5 +1,8 @@
 #include "names/cmd_line.h"
 
+#include <utility>
+
+#include "platform/failure.h"
 #include "text/blanks.h"
 #include "text/characters.h"
 
@@ -23,25 +26,42 @@ std::size_t SwitchesBegin(Text text) {
 
 }  // namespace
 
+template <class Change>
+void QLCmdLine::TryTo(Change change) noexcept {
+    if (!ql::Completes(change)) QLCmdLine::Reset();
+}
+
 QLCmdLine::QLCmdLine(const wchar_t* text) {
     SetCmdLine(text);
 }
 
-QLCmdLine::QLCmdLine(ql::TextView path, ql::TextView name, ql::TextView ext, ql::TextView switches)
-    : QLFileName(path, name, ext) {
-    SetSwitches(switches);
+QLCmdLine::QLCmdLine(ql::TextView path, ql::TextView name, ql::TextView ext, ql::TextView switches) {
+    TryTo([&] {
+        SetParts(path, name, ext);
+        switches_ = ql::WithoutBlanks(switches);
+    });
+}
+
+QLCmdLine::QLCmdLine(const QLCmdLine& other) noexcept : QLFileName(other) {
+    const bool hasLostItsName = QLFileName::IsNull() != other.QLFileName::IsNull();
+    if (!hasLostItsName) TryTo([&] { switches_ = other.switches_; });
 }
 
 QLCmdLine& QLCmdLine::operator=(const QLCmdLine& other) {
-    SetPathAndFileName(other);
-    switches_ = other.switches_;
+    TryTo([&] {
+        RWWString switches = other.switches_;
+        Parse(other.PathAndFileName());
+        switches_ = std::move(switches);
+    });
     return *this;
 }
 
 RWWString QLCmdLine::GetCmdLine() const {
-    RWWString text = QLFileName::GetCmdLine();
-    if (!switches_.isNull()) text.append(L' ').append(switches_);
-    return text;
+    return ql::FailureIfThrown({}, [this] {
+        std::wstring text = CmdLine();
+        if (!switches_.empty()) text.append(L" ").append(switches_);
+        return text;
+    });
 }
 
 int QLCmdLine::IsNull() const {
@@ -54,20 +74,28 @@ void QLCmdLine::Reset() {
 }
 
 void QLCmdLine::SetCmdLine(ql::TextView text) {
-    const Text line = ql::WithoutBlanks(text);
-    const std::size_t begin = SwitchesBegin(line);
-    RWWString switches(ql::WithoutBlanks(line.substr(begin)));
-    SetPathAndFileName(ql::WithoutBlanks(ql::WithoutQuotes(line.substr(0, begin))));
-    switches_ = std::move(switches);
+    TryTo([&] {
+        const Text line = ql::WithoutBlanks(text.substr(0, text.find(L'\0')));
+        const std::size_t begin = SwitchesBegin(line);
+        RWWString switches(ql::WithoutBlanks(line.substr(begin)));
+        Parse(ql::WithoutBlanks(ql::WithoutQuotes(line.substr(0, begin))));
+        switches_ = std::move(switches);
+    });
+}
+
+RWWString QLCmdLine::GetSwitches() const {
+    return ql::FailureIfThrown({}, [this] { return switches_; });
 }
 
 void QLCmdLine::SetSwitches(ql::TextView switches) {
-    switches_ = ql::WithoutBlanks(switches);
+    TryTo([&] { switches_ = ql::WithoutBlanks(switches); });
 }
 
 void QLCmdLine::AppendSwitches(ql::TextView switches) {
-    RWWString more(switches.starts_with(L' ') ? L"" : L" ");
-    switches_ += more.append(switches);
+    TryTo([&] {
+        RWWString more(switches.starts_with(L' ') ? L"" : L" ");
+        switches_ += more.append(switches);
+    });
 }
 
 int QLCmdLine::CompareTo(const QLCmdLine& other) const noexcept {

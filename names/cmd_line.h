@@ -28,7 +28,7 @@ class QL_API QLCmdLine : public QLFileName {
     }
     QLCmdLine(ql::TextView path, ql::TextView name, ql::TextView ext, ql::TextView switches);
     QLCmdLine(const QLFileName& name) : QLFileName(name) {}  // every field, no switches
-    QLCmdLine(const QLCmdLine& other) = default;
+    QLCmdLine(const QLCmdLine& other) noexcept;
     QLCmdLine& operator=(const QLCmdLine& other);
 
     // The name in its form for command lines, and the switches after a blank when there are any.
@@ -37,7 +37,7 @@ class QL_API QLCmdLine : public QLFileName {
     void Reset() override;
 
     void SetCmdLine(ql::TextView text);
-    RWWString GetSwitches() const { return switches_; }
+    RWWString GetSwitches() const;
     void SetSwitches(ql::TextView switches);     // blanks around them are dropped
     void AppendSwitches(ql::TextView switches);  // after a blank, as they are
     void ClearSwitches() noexcept { switches_.clear(); }
@@ -49,5 +49,8 @@ class QL_API QLCmdLine : public QLFileName {
     bool operator==(const QLFileName& name) const noexcept { return QLFileName::CompareTo(name) == 0; }
 
   private:
+    template <class Change>
+    void TryTo(Change change) noexcept;
+
     RWWString switches_;
 };

@@ -2,9 +2,25 @@
 
 #include <algorithm>
 
+#include "platform/failure.h"
 #include "platform/win32.h"
 #include "text/blanks.h"
 #include "text/characters.h"
+#include "text/paths.h"
+
+// Standing here, the constants are in the library for whoever needs their addresses.
+constexpr int QLFileName::ACCESS_READ;
+constexpr int QLFileName::ACCESS_WRITE;
+constexpr wchar_t QLFileName::FILE[];
+constexpr wchar_t QLFileName::HTTP[];
+constexpr wchar_t QLFileName::HTTPS[];
+constexpr wchar_t QLFileName::FTP[];
+constexpr wchar_t QLFileName::MAILTO[];
+constexpr wchar_t QLFileName::NEWS[];
+constexpr wchar_t QLFileName::RES[];
+constexpr wchar_t QLFileName::QLINTERNAL[];
+constexpr wchar_t QLFileName::PLUGIN[];
+constexpr wchar_t QLFileName::ODMADOCID[];
 
 namespace {
 
@@ -43,30 +59,14 @@ std::size_t First(Text text, wchar_t unit) {
     return static_cast<std::size_t>(std::ranges::find(text, unit) - text.begin());
 }
 
-constexpr bool IsSeparator(wchar_t unit) {
-    return unit == L'\\' || unit == L'/';
-}
-
-constexpr bool StartsWithSeparator(Text text) {
-    return !text.empty() && IsSeparator(text.front());
-}
-
-constexpr bool EndsWithSeparator(Text text) {
-    return !text.empty() && IsSeparator(text.back());
-}
-
-constexpr bool StartsWithTwoSeparators(Text text) {
-    return text.size() > 1 && IsSeparator(text[0]) && IsSeparator(text[1]);
-}
-
 // The length of the text when there is none.
 std::size_t FirstSeparator(Text text) {
-    return static_cast<std::size_t>(std::ranges::find_if(text, IsSeparator) - text.begin());
+    return static_cast<std::size_t>(std::ranges::find_if(text, ql::IsSeparator) - text.begin());
 }
 
 std::size_t LastSeparator(Text text) {
     std::size_t i = text.size();
-    while (i > 0 && !IsSeparator(text[i - 1])) --i;
+    while (i > 0 && !ql::IsSeparator(text[i - 1])) --i;
     return i > 0 ? i - 1 : kNone;
 }
 
@@ -74,12 +74,44 @@ Text UpToZero(Text text) {
     return text.substr(0, text.find(L'\0'));
 }
 
+// The value of an environment reference (%NAME%), or the reference itself when there is none. Nothing when the
+// system fails.
+std::wstring ValueOf(const std::wstring& reference) {
+    std::wstring value;
+    DWORD needed = ::ExpandEnvironmentStringsW(reference.c_str(), nullptr, 0);
+    // Another thread may lengthen the variable between the calls.
+    while (needed > value.size()) {
+        value.resize(needed);
+        needed =
+            ::ExpandEnvironmentStringsW(reference.c_str(), value.data(), static_cast<DWORD>(value.size()));
+    }
+    if (needed == 0) return reference;
+    value.resize(needed - 1);  // without the closing zero
+    return value;
+}
+
+// One reference after the other, since the system cuts what it expands at 32,767 units. The second sign of an unknown
+// one may begin another.
+std::wstring WithValues(Text text) {
+    std::wstring expanded;
+    for (;;) {
+        const std::size_t sign = First(text, L'%');
+        expanded.append(text.substr(0, sign));
+        text.remove_prefix(sign);
+        const std::size_t end = text.find(L'%', 1);
+        if (end == kNone) return expanded.append(text);
+        const std::wstring reference(text.substr(0, end + 1));
+        const std::wstring value = ValueOf(reference);
+        const bool isKnown = value != reference;
+        expanded.append(isKnown ? Text(value) : text.substr(0, end));
+        text.remove_prefix(isKnown ? end + 1 : end);
+    }
+}
+
 // The text itself, or its expansion, which then lives in the buffer.
-Text Expanded(Text text, RWWString& buffer) {
+Text Expanded(Text text, std::wstring& buffer) {
     if (First(text, L'%') == text.size()) return text;
-    buffer.assign(text);
-    QLFileName::SubstPathPlaceholders(buffer);
-    return buffer;
+    return buffer = WithValues(text);
 }
 
 bool IsDocumentId(Text text) noexcept {
@@ -102,10 +134,10 @@ std::size_t PathEnd(Text text) {
 // Whether a text whose path ends at `end` is a path as a whole: a bare UNC server or host, a scheme with what
 // follows its colon, or a text that ends right there.
 bool IsPathAlone(Text text, std::size_t end) {
-    if (end == 1 && StartsWithTwoSeparators(text)) return true;
+    if (end == 1 && ql::StartsWithTwoSeparators(text)) return true;
     if (end >= 2 && text[end] == L':') return true;
     if (end >= 3 && text[end - 1] == L':') return true;
-    if (end >= 4 && text[end - 2] == L':' && IsSeparator(text[end - 1])) return true;
+    if (end >= 4 && text[end - 2] == L':' && ql::IsSeparator(text[end - 1])) return true;
     return end + 1 == text.size();
 }
 
@@ -127,14 +159,32 @@ void AppendSeparator(std::wstring& out, wchar_t separator) {
 
 }  // namespace
 
+template <class Change>
+void QLFileName::TryTo(Change change) noexcept {
+    if (!ql::Completes(change)) QLFileName::Reset();
+}
+
 QLFileName::QLFileName(const wchar_t* pathAndName) {
     SetPathAndFileName(pathAndName);
 }
 
 QLFileName::QLFileName(ql::TextView path, ql::TextView name, ql::TextView ext) {
-    SetPath(path);
+    TryTo([&] { SetParts(path, name, ext); });
+}
+
+void QLFileName::SetParts(std::wstring_view path, std::wstring_view name, std::wstring_view ext) {
+    ParsePath(UpToZero(path));
     SetPart(kName, UpToZero(name));
-    SetExtension(ext);
+    StoreExtension(UpToZero(ext));
+}
+
+QLFileName::QLFileName(const QLFileName& other) noexcept
+    : ends_(other.ends_),
+      hasExtension_(other.hasExtension_),
+      isRemote_(other.isRemote_),
+      rootSeparator_(other.rootSeparator_),
+      dirSeparator_(other.dirSeparator_) {
+    TryTo([&] { text_ = other.text_; });
 }
 
 QLFileName& QLFileName::operator=(const QLFileName& other) {
@@ -148,15 +198,15 @@ void QLFileName::Reset() {
 }
 
 void QLFileName::SetPathAndFileName(const QLFileName& other) {
-    Parse(other.GetPathAndFileName());
+    TryTo([&] { Parse(other.PathAndFileName()); });
 }
 
 void QLFileName::SetPathAndFileName(const wchar_t* text) {
-    Parse(ql::TextOf(text));
+    TryTo([&] { Parse(ql::TextOf(text)); });
 }
 
 void QLFileName::SetCounted(std::wstring_view text) {
-    Parse(UpToZero(text));
+    TryTo([&] { Parse(UpToZero(text)); });
 }
 
 void QLFileName::ClearParts() noexcept {
@@ -189,14 +239,14 @@ void QLFileName::Parse(std::wstring_view text) {
 }
 
 void QLFileName::SetPath(ql::TextView text) {
-    ParsePath(UpToZero(text));
+    TryTo([&] { ParsePath(UpToZero(text)); });
 }
 
 void QLFileName::ParsePath(std::wstring_view text) {
     rootSeparator_ = dirSeparator_ = 0;
-    RWWString buffer;
+    std::wstring buffer;
     text = Expanded(text, buffer);
-    if (StartsWithTwoSeparators(text)) return ParseUnc(text);
+    if (ql::StartsWithTwoSeparators(text)) return ParseUnc(text);
     const std::size_t colon = First(text, L':');
     if (colon < text.size() && colon >= 2) return ParseUrl(text, colon);
     ParseLocal(text);
@@ -216,7 +266,7 @@ void QLFileName::ParseUrl(std::wstring_view text, std::size_t colon) {
         SetOrigin(scheme, rest, true);
         return ParseDir({});
     }
-    for (int i = 0; i < 2 && StartsWithSeparator(rest); ++i) rest.remove_prefix(1);
+    for (int i = 0; i < 2 && ql::StartsWithSeparator(rest); ++i) rest.remove_prefix(1);
     const std::size_t rootEnd = FirstSeparator(rest);
     SetOrigin(scheme, rest.substr(0, rootEnd), true);
     ParseDir(rest.substr(rootEnd));
@@ -237,11 +287,11 @@ void QLFileName::SetOrigin(std::wstring_view scheme, std::wstring_view root, boo
 }
 
 void QLFileName::ParseDir(std::wstring_view text) {
-    if (StartsWithSeparator(text)) {
+    if (ql::StartsWithSeparator(text)) {
         rootSeparator_ = text.front();
         text.remove_prefix(1);
     }
-    if (EndsWithSeparator(text)) {
+    if (ql::EndsWithSeparator(text)) {
         dirSeparator_ = text.back();
         text.remove_suffix(1);
     }
@@ -250,14 +300,14 @@ void QLFileName::ParseDir(std::wstring_view text) {
 }
 
 void QLFileName::SetFileName(ql::TextView text) {
-    ParseFileName(UpToZero(text));
+    TryTo([&] { ParseFileName(UpToZero(text)); });
 }
 
 void QLFileName::ParseFileName(std::wstring_view text) {
     std::size_t dot = text.rfind(L'.');
     const Text tail = text.substr(TailBegin(text, dot));
 
-    RWWString buffer;
+    std::wstring buffer;
     text = Expanded(text.substr(0, text.size() - tail.size()), buffer);
     if (dot != kNone) dot = text.rfind(L'.');  // the expansion may have moved it
     SetPart(kName, text.substr(0, dot));
@@ -267,24 +317,26 @@ void QLFileName::ParseFileName(std::wstring_view text) {
     if (!tail.empty()) SetPart(kTail, tail);
 }
 
-void QLFileName::SetEntry(const QLFileName& directory, const wchar_t* entry) {
-    const Text name = ql::TextOf(entry);
-    const std::size_t dot = std::min(name.rfind(L'.'), name.size());
-    const RWWString tail = GetTail();
-    ends_ = directory.ends_;
-    std::fill(ends_.begin() + kName, ends_.end(), ends_[kDir]);
-    text_.assign(directory.text_, 0, ends_[kDir]);
-    isRemote_ = directory.isRemote_;
-    rootSeparator_ = directory.rootSeparator_;
-    dirSeparator_ = directory.dirSeparator_;
-    SetPart(kName, name.substr(0, dot));
-    hasExtension_ = dot < name.size();
-    if (hasExtension_) SetPart(kExtension, name.substr(dot + 1));
-    if (!tail.isNull()) SetPart(kTail, tail);
+void QLFileName::SetEntry(const QLFileName& directory, ql::TextView entry) {
+    TryTo([&] {
+        const Text name = UpToZero(entry);
+        const std::size_t dot = std::min(name.rfind(L'.'), name.size());
+        const std::wstring tail(Part(kTail));
+        ends_ = directory.ends_;
+        std::fill(ends_.begin() + kName, ends_.end(), ends_[kDir]);
+        text_.assign(directory.text_, 0, ends_[kDir]);
+        isRemote_ = directory.isRemote_;
+        rootSeparator_ = directory.rootSeparator_;
+        dirSeparator_ = directory.dirSeparator_;
+        SetPart(kName, name.substr(0, dot));
+        hasExtension_ = dot < name.size();
+        if (hasExtension_) SetPart(kExtension, name.substr(dot + 1));
+        if (!tail.empty()) SetPart(kTail, tail);
+    });
 }
 
 void QLFileName::SetExtension(ql::TextView ext) {
-    StoreExtension(UpToZero(ext));
+    TryTo([&] { StoreExtension(UpToZero(ext)); });
 }
 
 void QLFileName::StoreExtension(std::wstring_view ext) {
@@ -294,37 +346,53 @@ void QLFileName::StoreExtension(std::wstring_view ext) {
 }
 
 void QLFileName::SetRoot(ql::TextView root) {
-    Text text = UpToZero(root);
-    rootSeparator_ = text.empty() ? L'\0' : L'\\';
-    if (EndsWithSeparator(text)) {
-        rootSeparator_ = text.back();
-        text.remove_suffix(1);
-    }
-    SetPart(kRoot, text);
+    TryTo([&] {
+        Text text = UpToZero(root);
+        rootSeparator_ = text.empty() ? L'\0' : L'\\';
+        if (ql::EndsWithSeparator(text)) {
+            rootSeparator_ = text.back();
+            text.remove_suffix(1);
+        }
+        SetPart(kRoot, text);
+    });
 }
 
 int QLFileName::PrependPath(ql::TextView prefix) {
-    std::wstring path(UpToZero(prefix));
-    if (HasRoot()) SetRoot(nullptr);
-    if (path.empty()) return 1;
-    if (!EndsWithSeparator(path)) path.push_back(rootSeparator_ ? rootSeparator_ : L'\\');
-    ParsePath(path.append(Part(kDir)));
+    TryTo([&] {
+        std::wstring path(UpToZero(prefix));
+        if (HasRoot()) SetRoot(nullptr);
+        if (path.empty()) return;
+        if (!ql::EndsWithSeparator(path)) path.push_back(rootSeparator_ ? rootSeparator_ : L'\\');
+        ParsePath(path.append(Part(kDir)));
+    });
     return 1;
 }
 
+RWWString QLFileName::CopyOf(PartIndex part) const noexcept {
+    return ql::FailureIfThrown({}, [&] { return RWWString(Part(part)); });
+}
+
 RWWString QLFileName::GetPath() const {
-    std::wstring path;
-    AppendPath(path);
-    return path;
+    return ql::FailureIfThrown({}, [this] {
+        std::wstring path;
+        AppendPath(path);
+        return path;
+    });
 }
 
 RWWString QLFileName::GetFileName() const {
-    std::wstring fileName;
-    AppendFileName(fileName);
-    return fileName;
+    return ql::FailureIfThrown({}, [this] {
+        std::wstring fileName;
+        AppendFileName(fileName);
+        return fileName;
+    });
 }
 
 RWWString QLFileName::GetPathAndFileName() const {
+    return ql::FailureIfThrown({}, [this] { return PathAndFileName(); });
+}
+
+std::wstring QLFileName::PathAndFileName() const {
     const Form form = FormOf(Part(kScheme));
     std::wstring text;
     AppendPath(text);
@@ -359,21 +427,28 @@ void QLFileName::AppendFileName(std::wstring& out) const {
 }
 
 RWWString QLFileName::GetRoot() const {
-    std::wstring root(Part(kRoot));
-    if (!root.empty()) AppendSeparator(root, rootSeparator_);
-    return root;
+    return ql::FailureIfThrown({}, [this] {
+        std::wstring root(Part(kRoot));
+        if (!root.empty()) AppendSeparator(root, rootSeparator_);
+        return root;
+    });
 }
 
 int QLFileName::GetExtension(RWWString& out) const {
     if (!hasExtension_) return 0;
-    out.assign(L".").append(Part(kExtension));
-    return 1;
+    return ql::Completes([&] {
+        out.str().reserve(1 + Part(kExtension).size());
+        out.assign(L".").append(Part(kExtension));
+    });
 }
 
 RWWString QLFileName::GetCmdLine() const {
-    RWWString text = GetPathAndFileName();
-    if (text.view().find(L" /") == kNone) return text;
-    return RWWString(L"\"") + text + L"\"";
+    return ql::FailureIfThrown({}, [this] { return CmdLine(); });
+}
+
+std::wstring QLFileName::CmdLine() const {
+    std::wstring text = PathAndFileName();
+    return text.find(L" /") == kNone ? text : L'"' + text + L'"';
 }
 
 int QLFileName::IsNull() const {
@@ -397,13 +472,18 @@ int QLFileName::CompareTo(const QLFileName& other) const noexcept {
 }
 
 void QLFileName::ToLower() {
-    for (const PartIndex part : {kScheme, kRoot, kDir, kName, kExtension}) ChangeCase(part, ql::MakeLower);
-    ChangeCase(kTail, ql::MakeUpper);
+    TryTo([this] {
+        for (const PartIndex part : {kScheme, kRoot, kDir, kName, kExtension})
+            ChangeCase(part, ql::MakeLower);
+        ChangeCase(kTail, ql::MakeUpper);
+    });
 }
 
 void QLFileName::ToUpper() {
-    ChangeCase(kScheme, ql::MakeLower);
-    for (const PartIndex part : {kRoot, kDir, kName, kExtension, kTail}) ChangeCase(part, ql::MakeUpper);
+    TryTo([this] {
+        ChangeCase(kScheme, ql::MakeLower);
+        for (const PartIndex part : {kRoot, kDir, kName, kExtension, kTail}) ChangeCase(part, ql::MakeUpper);
+    });
 }
 
 void QLFileName::ChangeCase(PartIndex part, void (*change)(std::wstring&) noexcept) {
@@ -424,15 +504,5 @@ void QLFileName::SetPart(PartIndex part, std::wstring_view value) {
 }
 
 void QLFileName::SubstPathPlaceholders(RWWString& text) {
-    std::wstring expanded;
-    DWORD needed = ::ExpandEnvironmentStringsW(text.data(), nullptr, 0);
-    // Another thread may lengthen a variable between the calls.
-    while (needed > expanded.size()) {
-        expanded.resize(needed);
-        needed =
-            ::ExpandEnvironmentStringsW(text.data(), expanded.data(), static_cast<DWORD>(expanded.size()));
-    }
-    if (needed == 0) return;
-    expanded.resize(needed - 1);  // without the closing zero
-    text = RWWString(std::move(expanded));
+    ql::Completes([&] { text = WithValues(UpToZero(text)); });
 }

@@ -13,7 +13,8 @@ using HDC = HDC__*;
 
 // The name of a file, a directory, a URL, a document-management document or a plug-in item, split into
 // scheme, root, directory, name, extension and tail, and put together again. Backslash and slash both
-// separate; the one met is kept and written back. Nothing here asks the disk.
+// separate; the one met is kept and written back. Only the queries and temporary names at the end of the class ask the
+// disk; all else works on text alone.
 //
 //     text                         scheme      root    dir    name          extension  tail
 //     C:\Docs\Letter.docx          file        C:      Docs   Letter        docx
@@ -40,12 +41,12 @@ using HDC = HDC__*;
 //
 // Parsing expands environment references of the form %NAME% in paths and file names; a dot that an expansion
 // brings into a name without one begins no extension. Texts have any length, a null pointer stands for the
-// empty text, and every text ends at its first zero unit. One object may be read by several threads or changed by one. Only a lack of memory throws:
-// std::bad_alloc.
+// empty text, and every text ends at its first zero unit. When memory ends, a name that was being changed or copied
+// is null, and a text that was asked for is empty. One object may be read by several threads or changed by one.
 class QL_API QLFileName {
   public:
-    static constexpr int ACCESS_READ =
-        4;  // <lmaccess.h> has macros of these names: include it after this header
+    // <lmaccess.h> has macros of these names: take them back with #undef where both are used.
+    static constexpr int ACCESS_READ = 4;
     static constexpr int ACCESS_WRITE = 2;
 
     static constexpr wchar_t FILE[] = L"file";
@@ -67,7 +68,7 @@ class QL_API QLFileName {
     }
     // The name is taken as it is given, dots and all. There always is an extension, if an empty one.
     QLFileName(ql::TextView path, ql::TextView name, ql::TextView ext);
-    QLFileName(const QLFileName& other) = default;
+    QLFileName(const QLFileName& other) noexcept;
     QLFileName& operator=(const QLFileName& other);
 
     virtual ~QLFileName() = default;
@@ -100,7 +101,7 @@ class QL_API QLFileName {
 
     // The path of a directory's name, and the name of an entry in it as the disk has it: nothing is expanded, and what
     // follows the last dot is the extension, whatever it holds. The tail stays.
-    void SetEntry(const QLFileName& directory, const wchar_t* entry);
+    void SetEntry(const QLFileName& directory, ql::TextView entry);
 
     // With or without its dot; blanks at the end are dropped. An empty text makes an empty extension, not
     // none.
@@ -117,14 +118,15 @@ class QL_API QLFileName {
     RWWString GetRoot() const;      // with its separator
 
     // The parts as they are kept. Separators are 0 when there is none; the tail begins with its "?" or "#".
-    RWWString GetScheme() const { return RWWString(Part(kScheme)); }
-    RWWString GetDir() const { return RWWString(Part(kDir)); }
-    RWWString GetName() const { return RWWString(Part(kName)); }
-    RWWString GetTail() const { return RWWString(Part(kTail)); }
+    RWWString GetScheme() const { return CopyOf(kScheme); }
+    RWWString GetDir() const { return CopyOf(kDir); }
+    RWWString GetName() const { return CopyOf(kName); }
+    RWWString GetTail() const { return CopyOf(kTail); }
     wchar_t GetRootSeparator() const noexcept { return rootSeparator_; }
     wchar_t GetDirSeparator() const noexcept { return dirSeparator_; }
 
-    // Stores the extension with its dot and returns 1; returns 0 and leaves `out` alone when there is none.
+    // Stores the extension with its dot and returns 1; returns 0 and leaves `out` alone when there is none (or no
+    // memory for it).
     int GetExtension(RWWString& out) const;
 
     int HasExtension() const noexcept { return hasExtension_; }  // "a." has one, an empty one
@@ -141,7 +143,8 @@ class QL_API QLFileName {
     void ToLower();
     void ToUpper();
 
-    // What the file system and the display say of the name. Failures of the system answer no, or the name as it is.
+    // What the file system and the display say of the name. Failures of the system answer no, or the name as
+    // it is.
     enum Status : int {
         StatusUnknown = 0,       // remote: nothing was asked
         StatusInUse = 1,         // exists, but cannot be had alone even for reading
@@ -151,8 +154,9 @@ class QL_API QLFileName {
         StatusReadOnly = 5,      // exists and can be had alone for reading only
     };
 
-    // Kept on purpose: CanAccess asks about rooted local names alone, a relative name is never accessible; Exists is no
-    // for a name without a file part; GetStatus leaves the process with the system's messages about missing disks off.
+    // Kept on purpose: CanAccess asks about rooted local names alone, a relative name is never accessible;
+    // Exists is no for a name without a file part; GetStatus leaves the process with the system's messages
+    // about missing disks off.
     int CanAccess(int mode) const;  // 0 to ask for existence, else ACCESS_READ and ACCESS_WRITE added up
     int Exists() const;
     int IsDirectory() const;
@@ -163,25 +167,32 @@ class QL_API QLFileName {
     RWWString GetShortPath() const;     // of the path, and always one more backslash
     RWWString GetShortVersion() const;  // of the whole name
 
-    // A name that no file has: "~ql12", a number, and the extension that the name had or ".tmp", in the directory that
-    // the name had or the temporary one. With `create`, an empty file of that name. The file part is empty when none
-    // was to be had.
+    // A name that no file has: "~ql12", a number, and the extension that the name had or ".tmp", in the
+    // directory that the name had or the temporary one. With `create`, an empty file of that name. The file
+    // part is empty when none was to be had.
     void SetTempPath();
     void SetTempFileName(bool create);
     void SetTempPathAndFileName(bool create);
 
-    // The text with leading directories replaced by an ellipsis until it is at least two units narrower than `width`
-    // pixels in the font of the device context, as far as that goes: C:\one\two\f.txt -> C:\...\two\f.txt -> C:\...\f.txt.
+    // The text with leading directories replaced by an ellipsis until it is at least two units narrower than
+    // `width` pixels in the font of the device context, as far as that goes: C:\one\two\f.txt ->
+    // C:\...\two\f.txt -> C:\...\f.txt.
     RWWString FitToWidth(HDC dc, int width) const;
     static void FitToWidth(HDC dc, RWWString& text, int width);
 
     // Expands the environment references of a text, which ends at its first zero unit if it has any. Unknown
-    // references, and the whole text when the system fails, stay as they are.
+    // references, those whose value the system does not tell, and the whole text when memory ends, stay as they are.
     static void SubstPathPlaceholders(RWWString& text);
 
   protected:
     // Replaces root and its separator: the one that ends the text, else a backslash; none for an empty text.
     void SetRoot(ql::TextView root);
+
+    // What the members above do, but throwing when memory ends.
+    void Parse(std::wstring_view text);
+    void SetParts(std::wstring_view path, std::wstring_view name, std::wstring_view ext);
+    std::wstring PathAndFileName() const;
+    std::wstring CmdLine() const;
 
   private:
     enum PartIndex { kScheme, kRoot, kDir, kName, kExtension, kTail, kPartCount };
@@ -195,8 +206,12 @@ class QL_API QLFileName {
     void ClearParts() noexcept;  // and the flags, but not the separators
     void ChangeCase(PartIndex part, void (*change)(std::wstring&) noexcept);
 
+    // Makes a change as a whole, or the name null.
+    template <class Change>
+    void TryTo(Change change) noexcept;
+
+    RWWString CopyOf(PartIndex part) const noexcept;
     void SetCounted(std::wstring_view text);
-    void Parse(std::wstring_view text);
     void ParsePath(std::wstring_view text);
     void ParseFileName(std::wstring_view text);
     void ParseUnc(std::wstring_view text);
@@ -218,12 +233,12 @@ class QL_API QLFileName {
     wchar_t dirSeparator_ = 0;
 };
 
-// The long form of a path, and its short (8.3) form. Only a path that begins with a drive has a short form; a file that
-// does not exist is created for a moment to be asked. A path that has no such form is answered as it is, with
-// backslashes for slashes in the short form.
+// The long form of a path, and its short (8.3) form. Only a path that begins with a drive has a short form; a
+// file that does not exist is created for a moment to be asked. A path that has no such form is answered as
+// it is, with backslashes for slashes in the short form.
 QL_API RWWString QLGetLongPathName(const RWWString& path);
 QL_API RWWString QLGetShortPathName(const RWWString& path);
 
-// The first that can be read and written: the environment's TMP, its TEMP, the answer directory; else the Windows
-// directory.
+// The first that can be read and written: the environment's TMP, its TEMP, the answer directory; else the
+// Windows directory.
 QL_API RWWString QLGetTempPath();

@@ -87,7 +87,7 @@ const KindRow& RowOf(std::wstring_view extension, unsigned traits) noexcept {
     return row != std::end(kKinds) ? *row : kNoKind;
 }
 
-const KindRow& RowOf(const QLFileName& name, unsigned traits) {
+const KindRow& RowOf(const QLFileName& name, unsigned traits) noexcept {
     RWWString extension;
     name.GetExtension(extension);
     return RowOf(extension.view(), traits);

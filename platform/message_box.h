@@ -11,8 +11,8 @@ void ShowErrorBox(const wchar_t* title, const wchar_t* text);
 // Replaces the box for the whole process and returns the former one; null restores the system's. Thread-safe.
 ErrorBox SetErrorBox(ErrorBox box) noexcept;
 
-// Shows the message of an object that is not where it was, unless `expected` is its address (the low 32 bits of it
-// where addresses have more).
+// Shows the message of an object that is not where it was, unless `expected` is its address (the low 32 bits
+// of it where addresses have more).
 void CheckObject(const void* object, unsigned long expected);
 
 }  // namespace ql

@@ -4,14 +4,16 @@
 #include <array>
 #include <iterator>
 #include <string>
+#include <utility>
 
+#include "platform/failure.h"
 #include "platform/module.h"
 #include "platform/shell_folders.h"
 #include "platform/windows_version.h"
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
-#include "settings/trailing_backslash.h"
 #include "text/characters.h"
+#include "text/paths.h"
 
 namespace {
 
@@ -138,14 +140,16 @@ std::wstring_view WithoutLeadingBackslash(std::wstring_view text) {
 }
 
 RWWString Join(RWWString folder, std::wstring_view rest) {
-    return ql::WithoutTrailingBackslash(std::move(folder)) + L'\\' + WithoutLeadingBackslash(rest);
+    return RWWString(ql::WithoutTrailingBackslash(folder)) + L'\\' + WithoutLeadingBackslash(rest);
 }
 
 }  // namespace
 
 RWWString CQlDir::GetDirectory(QuilletDirectories kind) {
-    const Row* row = Find(kind);
-    return row ? row->source(*row) : RWWString();
+    return ql::FailureIfThrown(RWWString(), [kind] {
+        const Row* row = Find(kind);
+        return row ? row->source(*row) : RWWString();
+    });
 }
 
 const wchar_t* CQlDir::GetName(QuilletDirectories kind) noexcept {
@@ -153,22 +157,34 @@ const wchar_t* CQlDir::GetName(QuilletDirectories kind) noexcept {
     return row ? row->name : nullptr;
 }
 
+bool CQlDir::GetPreference(QuilletDirectories kind, const wchar_t*& section, const wchar_t*& entry) noexcept {
+    const Row* row = Find(kind == AnswerDirectoryAlias ? AnswerDirectory : kind);
+    if (!row || !row->section) return false;
+    section = row->section;
+    entry = row->entry;
+    return true;
+}
+
 RWWString CQlDir::GetRecentDirectory(QuilletDirectories kind) {
     if (kind == LibraryDirectory) return GetLibraryDirectory();
-    RWWString* recent = RecentDirectory(kind);
-    if (!recent) return {};
-    if (recent->isNull()) *recent = GetDirectory(kind);
-    return *recent;
+    return ql::FailureIfThrown(RWWString(), [kind] {
+        RWWString* recent = RecentDirectory(kind);
+        if (!recent) return RWWString();
+        if (recent->isNull()) *recent = GetDirectory(kind);
+        return *recent;
+    });
 }
 
 void CQlDir::SetRecentDirectory(QuilletDirectories kind, const RWWString& directory) {
-    if (RWWString* recent = RecentDirectory(kind)) *recent = directory;
+    ql::Completes([&] {
+        if (RWWString* recent = RecentDirectory(kind)) *recent = directory;
+    });
     if (kind == LibraryDirectory) SetLibraryDirectory(directory);
 }
 
 RWWString CQlDir::GetLibraryDirectory() {
-    const RWWString directory = GetQLProfileDir(QLIS_RECENT, QLIE_LAST_LIBRARY_FOLDER);
-    return directory.isNull() ? GetDirectory(LibraryDirectory) : directory;
+    RWWString directory = GetQLProfileDir(QLIS_RECENT, QLIE_LAST_LIBRARY_FOLDER);
+    return directory.isNull() ? GetDirectory(LibraryDirectory) : std::move(directory);
 }
 
 void CQlDir::SetLibraryDirectory(const RWWString& directory) {
@@ -176,19 +192,23 @@ void CQlDir::SetLibraryDirectory(const RWWString& directory) {
 }
 
 RWWString CQlDir::ConvertSpecialDisplayPathToPath(const RWWString& path) {
-    for (const DisplayFolder& folder : kDisplayFolders) {
-        const std::wstring_view name = folder.Name();
-        if (!ql::StartsWithIgnoringCase(path, name)) continue;
-        return Join(GetDirectory(folder.kind), path.view().substr(name.size()));
-    }
-    return path;
+    return ql::FailureIfThrown(RWWString(), [&] {
+        for (const DisplayFolder& folder : kDisplayFolders) {
+            const std::wstring_view name = folder.Name();
+            if (ql::StartsWithIgnoringCase(path, name))
+                return Join(GetDirectory(folder.kind), path.view().substr(name.size()));
+        }
+        return path;
+    });
 }
 
 RWWString CQlDir::ConvertPathToSpecialDisplayPath(const RWWString& path) {
-    for (const DisplayFolder& folder : kDisplayFolders) {
-        const RWWString directory = GetDirectory(folder.kind);
-        if (directory.isNull() || !ql::StartsWithIgnoringCase(path, directory)) continue;
-        return Join(RWWString(folder.Name()), path.view().substr(directory.length()));
-    }
-    return path;
+    return ql::FailureIfThrown(RWWString(), [&] {
+        for (const DisplayFolder& folder : kDisplayFolders) {
+            const RWWString directory = GetDirectory(folder.kind);
+            if (!directory.isNull() && ql::StartsWithIgnoringCase(path, directory))
+                return Join(RWWString(folder.Name()), path.view().substr(directory.length()));
+        }
+        return path;
+    });
 }

@@ -195,18 +195,19 @@ void CPrettyTplOpt::SetProcessField(QLPrettyTplFieldType type, bool process) noe
     if (index < kKinds) kinds_[index].process = process;
 }
 
-const unsigned long* CPrettyTplOpt::GetColors(unsigned* count) {
-    if (distinct_.empty()) {
+const unsigned long* CPrettyTplOpt::GetColors(unsigned* count) noexcept {
+    if (distinctCount_ == 0) {
         for (const LevelColors* levels : {&sequential_, &sequentialB_, &nested_, &nestedB_}) {
             for (const unsigned long color : *levels) AddColor(color);
         }
         for (const Kind& kind : kinds_) AddColor(kind.color);
         for (const Kind& kind : kinds_) AddColor(kind.bColor);
     }
-    if (count) *count = static_cast<unsigned>(distinct_.size());
+    if (count) *count = distinctCount_;
     return distinct_.data();
 }
 
-void CPrettyTplOpt::AddColor(unsigned long color) {
-    if (std::find(distinct_.begin(), distinct_.end(), color) == distinct_.end()) distinct_.push_back(color);
+void CPrettyTplOpt::AddColor(unsigned long color) noexcept {
+    const auto end = distinct_.begin() + distinctCount_;
+    if (std::find(distinct_.begin(), end, color) == end) distinct_[distinctCount_++] = color;
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <vector>
 
 #include "platform/export.h"
 #include "rw/wide_string.h"
@@ -46,8 +45,8 @@ extern QL_API const bool DEF_COLOR_ANNOT_LABELS;
 // "Development", everything else from "Markup View"; what is absent or unreadable is the default.
 //
 // Colours are red + 256 green + 65536 blue; "B" stands for background. One object is for one thread at a
-// time; a copy is independent. A kind beyond the enumeration is processed never, its texts are empty and its
-// colours 0.
+// time; a copy is independent (copying alone throws, when memory runs out; markers that find none are empty).
+// A kind beyond the enumeration is processed never, its texts are empty and its colours 0.
 //
 // Kept on purpose: alternative text has no colours of its own but reads those of conditional text; and
 // GetColors answers what its first call found.
@@ -101,7 +100,7 @@ class QL_API CPrettyTplOpt {
     // The distinct colours of the object, at most 92, in the order sequential, nested, fields, backgrounds
     // after each: gathered by the first call and the same ever after. They belong to the object and are there
     // until it is assigned to or destroyed. The count may be null.
-    const unsigned long* GetColors(unsigned* count);
+    const unsigned long* GetColors(unsigned* count) noexcept;
 
   private:
     static constexpr unsigned kLevels = 20;
@@ -138,14 +137,15 @@ class QL_API CPrettyTplOpt {
     void LoadKinds();
     void LoadOptions();
     static RWWString GetFieldMarker(const wchar_t* entry, const wchar_t* defaultText);
-    void AddColor(unsigned long color);
+    void AddColor(unsigned long color) noexcept;
 
     LevelColors sequential_;
     LevelColors sequentialB_;
     LevelColors nested_;
     LevelColors nestedB_;
     std::array<Kind, kKinds> kinds_;
-    std::vector<unsigned long> distinct_;  // empty until asked for
+    std::array<unsigned long, 4 * kLevels + 2 * kKinds> distinct_;
+    unsigned distinctCount_ = 0;  // until asked for
     QLClrScheme scheme_;
     QLAnnotType annotType_;
     QLAnnotStyle annotStyle_;

@@ -4,9 +4,11 @@
 #include <array>
 #include <cstdint>
 #include <cwchar>
+#include <iterator>
 #include <string>
 #include <string_view>
 
+#include "platform/failure.h"
 #include "platform/win32.h"
 #include "prefs/fit_rect.h"
 #include "settings/preferences.h"
@@ -24,10 +26,12 @@ constexpr std::wstring_view kNumberUnits = L"-0123456789";
 // The number at the front of the text, which is cut off with what separates it; false when there is none.
 bool TakeNumber(std::wstring_view& text, long& number) {
     text.remove_prefix(std::min(text.find_first_of(kNumberUnits), text.size()));
-    const std::wstring token(text.substr(0, text.find_first_not_of(kNumberUnits)));
+    const std::wstring_view token = text.substr(0, text.find_first_not_of(kNumberUnits));
     if (token.empty() || token.size() >= kTokenCapacity) return false;
     text.remove_prefix(token.size());
-    number = std::wcstol(token.c_str(), nullptr, 10);
+    wchar_t units[kTokenCapacity] = {};
+    std::copy(token.begin(), token.end(), units);
+    number = std::wcstol(units, nullptr, 10);
     return true;
 }
 
@@ -37,8 +41,8 @@ bool IsTooSmall(const RECT& rect) {
 }
 
 bool IsRestorable(const WINDOWPLACEMENT& placement) {
-    const UINT command = placement.showCmd;
-    return command != SW_HIDE && command != SW_MINIMIZE && command != SW_SHOWMINNOACTIVE &&
+    constexpr UINT kRefused[] = {SW_HIDE, SW_MINIMIZE, SW_SHOWMINNOACTIVE, SW_FORCEMINIMIZE};
+    return std::ranges::find(kRefused, placement.showCmd) == std::end(kRefused) &&
            !IsTooSmall(placement.rcNormalPosition);
 }
 
@@ -78,12 +82,14 @@ void PlacementToString(const WINDOWPLACEMENT& placement, RWWString& text) {
                                                       normal.top,
                                                       normal.right,
                                                       normal.bottom};
-    std::wstring line;
-    for (const UINT number : {placement.length, placement.flags, placement.showCmd})
-        line += std::to_wstring(static_cast<int>(number)) + L", ";
-    for (const LONG position : positions) line += std::to_wstring(position) + L", ";
-    line.resize(line.size() - 2);
-    text = std::move(line);
+    text = ql::FailureIfThrown(RWWString(), [&] {
+        std::wstring line;
+        for (const UINT number : {placement.length, placement.flags, placement.showCmd})
+            line += std::to_wstring(static_cast<int>(number)) + L", ";
+        for (const LONG position : positions) line += std::to_wstring(position) + L", ";
+        line.resize(line.size() - 2);
+        return RWWString(std::move(line));
+    });
 }
 
 bool PlacementFromString(WINDOWPLACEMENT& placement, const RWWString& text) {
@@ -103,7 +109,7 @@ void SaveQLRegPlacement(HWND window, const wchar_t* section, const wchar_t* entr
     if (!::GetWindowPlacement(window, &placement)) return;
     RWWString text;
     PlacementToString(placement, text);
-    WriteQLRegString(section, entry, text.data());
+    if (!text.isNull()) WriteQLRegString(section, entry, text.data());
 }
 
 bool RestoreQLRegPlacement(HWND window, const wchar_t* section, const wchar_t* entry) {

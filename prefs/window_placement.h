@@ -13,7 +13,7 @@ struct tagWINDOWPLACEMENT;
 //     44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300
 // Safe on any thread; the window's own is the one to move it on.
 
-// Replaces the text. The length is written as the record has it.
+// Replaces the text. The length is written as the record has it. Empty when memory runs out.
 QL_API void PlacementToString(const tagWINDOWPLACEMENT& placement, RWWString& text);
 
 // The placement that a text stands for, its length 44; false, and the placement untouched, when the text has

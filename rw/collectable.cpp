@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 
+#include "platform/failure.h"
 #include "rw/file.h"
 #include "rw/text_hash.h"
 #include "rw/virtual_streams.h"
@@ -15,6 +16,11 @@ template <class Text>
 int Sign(const Text& a, const Text& b) {
     const auto order = a <=> b;
     return std::is_lt(order) ? -1 : std::is_gt(order) ? 1 : 0;
+}
+
+template <class Object, class... Arguments>
+RWCollectable* Made(const Arguments&... arguments) {
+    return ql::FailureIfThrown(nullptr, [&] { return new Object(arguments...); });
 }
 
 // Reads a text whose length comes from a stream that may lie: memory grows only as bytes really arrive.
@@ -32,11 +38,11 @@ bool ReadCounted(RWvistream& stream, std::uint32_t length, std::string& text) {
 }  // namespace
 
 RWCollectable* RWCollectable::newSpecies() const {
-    return new RWCollectable;
+    return Made<RWCollectable>();
 }
 
 RWCollectable* RWCollectable::copy() const {
-    return new RWCollectable(*this);
+    return Made<RWCollectable>(*this);
 }
 
 RWClassId RWCollectable::isA() const {
@@ -77,11 +83,11 @@ void RWCollectable::saveGuts(RWFile& file) const {
 }
 
 RWCollectable* RWCollectableString::newSpecies() const {
-    return new RWCollectableString;
+    return Made<RWCollectableString>();
 }
 
 RWCollectable* RWCollectableString::copy() const {
-    return new RWCollectableString(*this);
+    return Made<RWCollectableString>(*this);
 }
 
 std::size_t RWCollectableString::binaryStoreSize() const {
@@ -105,7 +111,9 @@ bool RWCollectableString::isEqual(const RWCollectable* other) const {
 void RWCollectableString::restoreGuts(RWvistream& stream) {
     std::uint32_t length = 0;
     std::string text;
-    if ((stream >> length).good() && ReadCounted(stream, length, text)) RWCString::operator=(std::move(text));
+    if (!(stream >> length).good()) return;
+    if (!ql::FailureIfThrown(false, [&] { return ReadCounted(stream, length, text); })) return stream.fail();
+    RWCString::operator=(std::move(text));
 }
 
 void RWCollectableString::saveGuts(RWvostream& stream) const {
@@ -114,11 +122,11 @@ void RWCollectableString::saveGuts(RWvostream& stream) const {
 }
 
 RWCollectable* RWCollectableWString::newSpecies() const {
-    return new RWCollectableWString;
+    return Made<RWCollectableWString>();
 }
 
 RWCollectable* RWCollectableWString::copy() const {
-    return new RWCollectableWString(*this);
+    return Made<RWCollectableWString>(*this);
 }
 
 int RWCollectableWString::compareTo(const RWCollectable* other) const {

@@ -28,8 +28,9 @@ class QL_API RWCollectable {
     RWCollectable(const RWCollectable&) noexcept = default;
     RWCollectable& operator=(const RWCollectable&) noexcept = default;
 
-    virtual RWCollectable* newSpecies() const;  // a new empty object of the same class, owned by the caller
-    virtual RWCollectable* copy() const;        // a new copy, owned by the caller
+    // A new object, owned by the caller: empty, of the same class; a copy. Null when memory ends.
+    virtual RWCollectable* newSpecies() const;
+    virtual RWCollectable* copy() const;
     virtual RWClassId isA() const;
     virtual ~RWCollectable();
 
@@ -39,7 +40,8 @@ class QL_API RWCollectable {
     virtual bool isEqual(const RWCollectable* other) const;
 
     // Persistence of the content alone. The forms on RWFile do what the forms on the streams do. A read that
-    // fails leaves the stream not good and the object with the content that it had, or empty.
+    // fails, be it for lack of memory, leaves the stream not good and the object with the content that it had,
+    // or empty.
     virtual void restoreGuts(RWvistream& stream);
     virtual void restoreGuts(RWFile& file);
     virtual void saveGuts(RWvostream& stream) const;

@@ -76,7 +76,8 @@ constexpr bool RWDate::IsDate(unsigned day, unsigned month, unsigned year) noexc
            day <= daysInMonth(month, static_cast<int>(year));
 }
 
-// Months are counted from March, 3 to 14; the lengths of 31 and 30 days then follow a straight line.
+// Months are counted from March, 3 to 14; the lengths of 31 and 30 days then follow a straight line. Years stay below
+// 14801, so that no product leaves 32 bits.
 constexpr std::uint32_t RWDate::NumberOf(unsigned day, unsigned month, unsigned year) noexcept {
     const bool endsYear = month <= 2;
     const std::uint32_t marchYear = year + kYearsBeforeZero - (endsYear ? 1 : 0);
@@ -87,25 +88,26 @@ constexpr std::uint32_t RWDate::NumberOf(unsigned day, unsigned month, unsigned 
     return daysToYear + daysToMonth + day - 1 - kDaysBeforeNumberZero;
 }
 
-// The way back multiplies by scaled reciprocals, each exact over the range of its argument: a year of a
-// century is the upper half of a 64-bit product whose lower half still holds the day of the year.
+// The way back multiplies by scaled reciprocals, each exact over the range that stands beside it: a year of a century
+// is the upper half of a 64-bit product whose lower half still holds the day of the year.
 constexpr RWDate::Calendar RWDate::calendar() const noexcept {
     if (dayNumber_ == 0) return {};
     // Whole cycles come off a number so great that four times it would overflow.
     const std::uint32_t cycles = dayNumber_ < (1U << 29) ? 0 : dayNumber_ / kDaysPerCycle;
-    const std::uint32_t days = dayNumber_ - cycles * kDaysPerCycle + kDaysBeforeNumberZero;
+    const std::uint32_t days =
+        dayNumber_ - cycles * kDaysPerCycle + kDaysBeforeNumberZero;  // below 2^29 + 32044
 
-    const std::uint32_t quarterDays = 4 * days + 3;
-    const std::uint32_t century = quarterDays / kDaysPerCycle;
-    const std::uint32_t dayOfCentury = quarterDays % kDaysPerCycle / 4;
+    const std::uint32_t quarterDays = 4 * days + 3;                      // below 2^31 + 128179
+    const std::uint32_t century = quarterDays / kDaysPerCycle;           // 0 to 14699
+    const std::uint32_t dayOfCentury = quarterDays % kDaysPerCycle / 4;  // 0 to 36524
 
     constexpr std::uint32_t kPerQuarterDay = 2939745;  // 2^32 / 1461, rounded up
     const std::uint64_t scaled = std::uint64_t{kPerQuarterDay} * (4 * dayOfCentury + 3);
-    const auto yearOfCentury = static_cast<std::uint32_t>(scaled >> 32);
-    const std::uint32_t dayOfYear = static_cast<std::uint32_t>(scaled) / kPerQuarterDay / 4;
+    const auto yearOfCentury = static_cast<std::uint32_t>(scaled >> 32);                      // 0 to 99
+    const std::uint32_t dayOfYear = static_cast<std::uint32_t>(scaled) / kPerQuarterDay / 4;  // 0 to 365
 
-    const std::uint32_t monthAndDay = 2141 * dayOfYear + 197913;  // the month in units of 2^16
-    const std::uint32_t marchMonth = monthAndDay >> 16;
+    const std::uint32_t monthAndDay = 2141 * dayOfYear + 197913;  // the month in units of 2^16, below 2^20
+    const std::uint32_t marchMonth = monthAndDay >> 16;           // 3 to 14
     const bool endsYear = dayOfYear >= kDaysFromMarchToDecember;
     const std::uint32_t marchYear = 400 * cycles + 100 * century + yearOfCentury;
     return {(monthAndDay & 0xFFFF) / 2141 + 1, endsYear ? marchMonth - 12 : marchMonth,

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/failure.h"
 #include "platform/win32.h"
 
 namespace {
@@ -17,7 +18,8 @@ std::FILE* OpenBinary(const wchar_t* path, const wchar_t* mode) {
 
 }  // namespace
 
-RWFile::RWFile(const wchar_t* path, const wchar_t* mode) : file_(OpenBinary(path, mode)) {}
+RWFile::RWFile(const wchar_t* path, const wchar_t* mode)
+    : file_(ql::FailureIfThrown(nullptr, [=] { return OpenBinary(path, mode); })) {}
 
 // The C library wants the position set between a read and a write.
 bool RWFile::TurnTo(Direction direction) {
@@ -32,10 +34,6 @@ bool RWFile::Read(void* bytes, std::size_t count) {
 
 bool RWFile::Write(const void* bytes, std::size_t count) {
     return TurnTo(Direction::Write) && std::fwrite(bytes, 1, count, file_.get()) == count;
-}
-
-bool RWFile::Flush() {
-    return file_ && std::fflush(file_.get()) == 0;
 }
 
 bool RWFile::SeekTo(long offset) {

@@ -26,7 +26,6 @@ class QL_API RWFile {
     bool Write(std::uint32_t value) { return Write(&value, sizeof value); }
     bool Write(double value) { return Write(&value, sizeof value); }
 
-    bool Flush();
     bool SeekTo(long offset);  // bytes from the start
 
   private:

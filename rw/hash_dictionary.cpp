@@ -1,5 +1,7 @@
 #include "rw/hash_dictionary.h"
 
+#include "platform/failure.h"
+
 RWHashDictionary::Map::const_iterator RWHashDictionary::Find(const RWCollectable* key) const {
     // A look-up changes nothing, but the map's key type is what it stores.
     return key ? map_.find(const_cast<RWCollectable*>(key)) : map_.end();
@@ -11,7 +13,8 @@ RWCollectable* RWHashDictionary::findValue(const RWCollectable* key) const {
 }
 
 RWCollectable* RWHashDictionary::insertKeyAndValue(RWCollectable* key, RWCollectable* value) {
-    return key && map_.emplace(key, value).second ? key : nullptr;
+    const bool isTaken = key && ql::FailureIfThrown(false, [&] { return map_.emplace(key, value).second; });
+    return isTaken ? key : nullptr;
 }
 
 RWCollectable* RWHashDictionary::removeKeyAndValue(const RWCollectable* key, RWCollectable*& value) {
@@ -34,9 +37,9 @@ void RWHashDictionary::clearAndDestroy() {
 }
 
 RWCollectable* RWHashDictionary::newSpecies() const {
-    return new RWHashDictionary;
+    return ql::FailureIfThrown(nullptr, [] { return new RWHashDictionary; });
 }
 
 RWCollectable* RWHashDictionary::copy() const {
-    return new RWHashDictionary(*this);
+    return ql::FailureIfThrown(nullptr, [this] { return new RWHashDictionary(*this); });
 }

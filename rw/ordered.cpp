@@ -3,43 +3,75 @@
 #include <algorithm>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
+#include "platform/failure.h"
 #include "rw/virtual_streams.h"
 
+RWOrdered::RWOrdered(std::size_t capacity) noexcept {
+    ql::Completes([&] { places_.reserve(capacity); });
+}
+
 RWCollectable* RWOrdered::insertAt(std::size_t index, RWCollectable* item) {
-    if (!item || index > items_.size()) return nullptr;
-    items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(index), item);
-    return item;
+    if (!item || index > entries()) return nullptr;
+    return ql::FailureIfThrown(nullptr, [&] {
+        if (index > 0 || places_.empty()) {
+            places_.insert(begin() + static_cast<std::ptrdiff_t>(index), item);
+        } else {
+            if (first_ == 0) {
+                const std::size_t room = entries();
+                places_.insert(places_.begin(), room, nullptr);
+                first_ = room;
+            }
+            places_[--first_] = item;
+        }
+        return item;
+    });
 }
 
 RWCollectable* RWOrdered::removeAt(std::size_t index) {
-    if (index >= items_.size()) return nullptr;
-    RWCollectable* item = items_[index];
-    items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
+    if (index >= entries()) return nullptr;
+    RWCollectable* item = (*this)[index];
+    if (index > 0) {
+        places_.erase(begin() + static_cast<std::ptrdiff_t>(index));
+    } else if (++first_ > entries()) {
+        places_.erase(places_.begin(), begin());
+        first_ = 0;
+    }
     return item;
 }
 
 void RWOrdered::clearAndDestroy() {
-    for (RWCollectable* item : items_) delete item;
-    items_.clear();
+    for (RWCollectable* item : *this) delete item;
+    clear();
+}
+
+void RWOrdered::clear() noexcept {
+    places_.clear();
+    first_ = 0;
+}
+
+void RWOrdered::swap(RWOrdered& other) noexcept {
+    places_.swap(other.places_);
+    std::swap(first_, other.first_);
 }
 
 bool RWOrdered::operator==(const RWOrdered& other) const {
-    return std::equal(items_.begin(), items_.end(), other.items_.begin(), other.items_.end(),
+    return std::equal(begin(), end(), other.begin(), other.end(),
                       [](const RWCollectable* a, const RWCollectable* b) { return a->isEqual(b); });
 }
 
 RWCollectable* RWOrdered::newSpecies() const {
-    return new RWOrdered;
+    return ql::FailureIfThrown(nullptr, [] { return new RWOrdered; });
 }
 
 RWCollectable* RWOrdered::copy() const {
-    return new RWOrdered(*this);
+    return ql::FailureIfThrown(nullptr, [this] { return new RWOrdered(*this); });
 }
 
 std::size_t RWOrdered::binaryStoreSize() const {
     std::size_t size = sizeof(std::uint32_t);
-    for (const RWCollectable* item : items_) size += item->binaryStoreSize();
+    for (const RWCollectable* item : *this) size += item->binaryStoreSize();
     return size;
 }
 
@@ -53,19 +85,20 @@ void RWOrdered::restoreGuts(RWvistream& stream) {
     stream >> count;
     if (!stream.good()) return;
     for (; count > 0; --count) {
-        auto item = std::make_unique<RWCollectableString>();
+        std::unique_ptr<RWCollectable> item(RWCollectableString().newSpecies());
+        if (!item) return stream.fail();
         item->restoreGuts(stream);
         if (!stream.good()) return;
-        append(item.get());
+        if (!append(item.get())) return stream.fail();
         static_cast<void>(item.release());
     }
 }
 
 void RWOrdered::saveGuts(RWvostream& stream) const {
-    stream << static_cast<std::uint32_t>(items_.size());
-    for (const RWCollectable* item : items_) item->saveGuts(stream);
+    stream << static_cast<std::uint32_t>(entries());
+    for (const RWCollectable* item : *this) item->saveGuts(stream);
 }
 
 RWCollectable* RWOrderedIterator::operator()() noexcept {
-    return next_ < collection_.items_.size() ? collection_.items_[next_++] : nullptr;
+    return next_ < collection_.entries() ? collection_[next_++] : nullptr;
 }

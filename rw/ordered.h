@@ -6,30 +6,35 @@
 #include "platform/export.h"
 #include "rw/collectable.h"
 
-// An ordered collection of collectables, addressed by zero-based index. Holds pointers and does not own what
-// they point to, except through clearAndDestroy. Null items are refused.
+// An ordered collection of collectables, addressed by zero-based index; quick to change at both ends. Holds
+// pointers and does not own what they point to, except through clearAndDestroy. Null items are refused.
 class QL_API RWOrdered : public RWCollectable {
   public:
-    explicit RWOrdered(std::size_t capacity = 64) { items_.reserve(capacity); }  // a hint, not a limit
+    explicit RWOrdered(std::size_t capacity = 0) noexcept;  // a hint, not a limit
 
-    std::size_t entries() const noexcept { return items_.size(); }
-    RWCollectable* operator[](std::size_t index) const noexcept { return items_[index]; }  // unchecked
+    std::size_t entries() const noexcept { return places_.size() - first_; }
+    RWCollectable* operator[](std::size_t index) const noexcept {
+        return places_[first_ + index];
+    }  // unchecked
 
-    // Each answers the item, or null when it is refused; insertAt also refuses an index past the end.
-    RWCollectable* append(RWCollectable* item) { return insertAt(items_.size(), item); }
+    // Each answers the item, or null when it is refused, as it is when memory ends; insertAt also refuses an
+    // index past the end.
+    RWCollectable* append(RWCollectable* item) { return insertAt(entries(), item); }
     RWCollectable* prepend(RWCollectable* item) { return insertAt(0, item); }
     RWCollectable* insertAt(std::size_t index, RWCollectable* item);
 
     RWCollectable* removeAt(std::size_t index);  // the item, now the caller's; null past the end
-    void clear() noexcept { items_.clear(); }
+    void clear() noexcept;
     void clearAndDestroy();  // deletes every item
+    void swap(RWOrdered& other) noexcept;
 
     // As many entries and pairwise isEqual.
     bool operator==(const RWOrdered& other) const;
 
     // Persistent form, all little-endian: a 32-bit count, then each item's own form. Only collections of
     // RWCollectableString can be restored: the items become new RWCollectableString objects at the end of the
-    // collection, owned by the caller. Of a form that ends too early the whole items are kept.
+    // collection, owned by the caller. Of a form that ends too early, or that is more than memory holds, the
+    // whole items are kept.
     using RWCollectable::restoreGuts;
     using RWCollectable::saveGuts;
     RWCollectable* newSpecies() const override;
@@ -41,8 +46,13 @@ class QL_API RWOrdered : public RWCollectable {
     void saveGuts(RWvostream& stream) const override;
 
   private:
-    friend class RWOrderedIterator;
-    std::vector<RWCollectable*> items_;
+    auto begin() const noexcept { return places_.begin() + static_cast<std::ptrdiff_t>(first_); }
+    auto end() const noexcept { return places_.end(); }
+
+    // The places before the first item are free: as many are made at once as there are items, so that the front
+    // grows as quickly as the end.
+    std::vector<RWCollectable*> places_;
+    std::size_t first_ = 0;
 };
 
 // Walks a collection from first to last; a change of the collection ends the walk's validity.
@@ -51,7 +61,6 @@ class QL_API RWOrderedIterator {
     explicit RWOrderedIterator(const RWOrdered& collection) noexcept : collection_(collection) {}
 
     RWCollectable* operator()() noexcept;  // the next item, null after the last
-    void reset() noexcept { next_ = 0; }
 
   private:
     const RWOrdered& collection_;

@@ -1,5 +1,6 @@
 #include "rw/virtual_streams.h"
 
+#include "platform/failure.h"
 #include "rw/file.h"
 
 RWvostream::~RWvostream() = default;
@@ -17,12 +18,14 @@ RWvistream& RWvistream::get(void* bytes, std::size_t count) {
 
 bool RWBufferOstream::DoPut(const void* bytes, std::size_t count) {
     const auto wanted = static_cast<std::streamsize>(count);
-    return buffer_.sputn(static_cast<const char*>(bytes), wanted) == wanted;
+    return ql::FailureIfThrown(
+        false, [&] { return buffer_.sputn(static_cast<const char*>(bytes), wanted) == wanted; });
 }
 
 bool RWBufferIstream::DoGet(void* bytes, std::size_t count) {
     const auto wanted = static_cast<std::streamsize>(count);
-    return buffer_.sgetn(static_cast<char*>(bytes), wanted) == wanted;
+    return ql::FailureIfThrown(false,
+                               [&] { return buffer_.sgetn(static_cast<char*>(bytes), wanted) == wanted; });
 }
 
 bool RWFileOstream::DoPut(const void* bytes, std::size_t count) {

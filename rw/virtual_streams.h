@@ -18,6 +18,7 @@ class QL_API RWvostream {
     RWvostream& operator<<(std::uint32_t value) { return put(&value, sizeof value); }
     RWvostream& operator<<(double value) { return put(&value, sizeof value); }
     bool good() const noexcept { return good_; }
+    void fail() noexcept { good_ = false; }  // for what cannot be written
 
   private:
     // Writes all the bytes, or answers false.
@@ -36,6 +37,7 @@ class QL_API RWvistream {
     RWvistream& operator>>(std::uint32_t& value) { return get(&value, sizeof value); }
     RWvistream& operator>>(double& value) { return get(&value, sizeof value); }
     bool good() const noexcept { return good_; }
+    void fail() noexcept { good_ = false; }  // for what was read but cannot be kept
 
   private:
     // Reads all the bytes, or answers false.
@@ -44,7 +46,8 @@ class QL_API RWvistream {
     bool good_ = true;
 };
 
-// The virtual streams over a buffer of the standard library and over an RWFile. None owns what it works on.
+// The virtual streams over a buffer of the standard library, whose exceptions end as failures, and over an RWFile. None
+// owns what it works on.
 class QL_API RWBufferOstream final : public RWvostream {
   public:
     explicit RWBufferOstream(std::streambuf& buffer) noexcept : buffer_(buffer) {}

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Holds the library's exports against its public headers: exactly the names marked QL_API, nothing else. Holds it and
+"""Holds the library's exports against its public headers: exactly the names marked QL_API, and of a class so marked each
+public member function and each public constant; nothing else. Holds it and
 the other programs that are shipped against what protects them: guarded stacks, checked calls, random addresses, no code
 in data.
 
@@ -15,6 +16,9 @@ TOOLS = sys.argv[1] + "-"
 CLASS = re.compile(r"\b(?:class|struct)\s+QL_API\s+(?:QL_LOCK_ATTRIBUTE\([^)]*\)\s*)?(\w+)")
 # A function or a variable: its name, an operator too, stands before "(", "[", ";" or "=".
 NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(operator[^\w\s(]+|\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]")
+# Of a member: not what is no function, or is for the caller's compiler to define.
+MEMBER = re.compile(r"(?!friend|using|typedef|template|enum|class|struct|static_assert|.*(?:= (?:delete|default|0)|\{\})$)"
+                    r"(?:static constexpr [^(]*?(\w+)(?: ?\[\w*\])? ?=|[^(=]*?(operator\b ?(?:[^\w\s(]+|[\w: ]+)|\b~?\w+) ?\()")
 # What the compiler adds to a class or function, before its name.
 SPOKEN_OF = re.compile(r"^(?:vtable|typeinfo|typeinfo name|VTT|guard variable|(?:non-)?virtual thunk) (?:for|to) ")
 ENTRY = re.compile(r"^\s*\[\s*\d+\](?:\s+\+base\[\s*\d+\])?\s+(?:[0-9a-f]{4,}\s+)?(\S+)\s*$")
@@ -33,12 +37,52 @@ def expanded_headers():
             yield line
 
 
-def declared():
+def declared(text):
     """The names that the public headers mark for export, classes apart from the rest."""
-    text = "\n".join(expanded_headers()).replace("__attribute__((dllexport))", "QL_API")
     classes = set(CLASS.findall(text))
     others = set(NAMED.findall(re.sub(CLASS, " ", text)))
     return classes, others - classes
+
+
+def without_bodies(text):
+    """The text with nothing in its braces, and a semicolon behind them."""
+    depth, kept = 0, []
+    for piece in re.split(r"([{}])", text):
+        if piece == "{":
+            depth += 1
+        elif piece == "}":
+            depth -= 1
+            kept.append("{};" if depth == 0 else "")
+        elif depth == 0:
+            kept.append(piece)
+    return "".join(kept)
+
+
+def body_at(text, position):
+    """What stands in the braces that open behind the position, if they open before the next semicolon."""
+    opening = re.compile(r"[{;]").search(text, position)
+    if not opening or opening.group() == ";":
+        return ""
+    depth = 0
+    for brace in re.compile(r"[{}]").finditer(text, opening.start()):
+        depth += 1 if brace.group() == "{" else -1
+        if depth == 0:
+            return text[opening.end():brace.start()]
+    return ""
+
+
+def members(text):
+    """The public member functions and constants of the exported classes, as Class::name."""
+    for found in CLASS.finditer(text):
+        access = "private" if found.group().startswith("class") else "public"
+        for part in re.split(r"\b(public|protected|private)\s*:", without_bodies(body_at(text, found.end()))):
+            if part in ("public", "protected", "private"):
+                access = part
+                continue
+            for statement in re.split(r";", part) if access == "public" else []:
+                named = MEMBER.match(" ".join(statement.split()))
+                if named:
+                    yield f"{found.group(1)}::{named.group(1) or named.group(2)}"
 
 
 def exported(library):
@@ -79,7 +123,8 @@ def owner(symbol):
 
 
 def main():
-    classes, others = declared()
+    text = "\n".join(expanded_headers()).replace("__attribute__((dllexport))", "QL_API")
+    classes, others = declared(text)
     known = classes | others
     seen, faults = set(), []
     library, *programs = sys.argv[2:]
@@ -90,6 +135,9 @@ def main():
         if not named:
             faults.append(f"exported but in no public header: {symbol}")
     faults.extend(f"in a public header but not exported: {name}" for name in sorted(known - seen))
+    names = {"::".join(owner(symbol)) for symbol in symbols}
+    faults.extend(f"a public member, but not exported: {member}"
+                  for member in sorted(set(members(text))) if not any(name.endswith(member) for name in names))
     if not symbols:
         faults.append(f"no exports found in {library}")
     for program in library, *programs:

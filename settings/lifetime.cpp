@@ -7,8 +7,6 @@
 #include "settings/preferences.h"
 #include "text/characters.h"
 
-DATE_REDISPLAY_OPT g_dateRedisplayOpt = DATE_REDISPLAY_CHANGED;
-
 namespace {
 
 DATE_REDISPLAY_OPT DateRedisplay(const RWWString& text) {

@@ -34,9 +34,13 @@
     ROW(QLIS_WORD_PROC, L"Word Proc")
 
 // ROW(constant, text), or DERIVED(constant, text) for a text that was made from the constant's name because
-// no other is known: its words capitalised, abbreviations written out, DIR at the end as "Files".
+// no other is known. One rule makes them all: the words of the name, as the known texts of its family have
+// them (SUMM, CMPEX, LAST and DEFAULT in front are left out, POPUP_ASSEMBLY is "Popup", TE_..._SHOW_SYMBOLS
+// "TE ... Show"), capitalised but for as, at, by, for, from, in, into, of, on and to behind the first; DIR at
+// the end is "Files", and an abbreviation is written out always alike: CMP Component, COMP Computation, INT
+// Interview, OUT Outline, RPT Repeated, WP and WORDPROC Word Processor.
 #define QL_PREFERENCE_ENTRIES(ROW, DERIVED)                                                                \
-    DERIVED(QLIE_DEFAULT_DATE_FORMAT, L"Default Date Format")                                              \
+    DERIVED(QLIE_DEFAULT_DATE_FORMAT, L"Date Format")                                                      \
     ROW(QLIE_DEFAULT_TF_GROUPING_NONE, L"None")                                                            \
     ROW(QLIE_DEFAULT_TF_GROUPING_SELECT_APPLY, L"Select All that Apply")                                   \
     ROW(QLIE_DEFAULT_TF_GROUPING_SELECT_ONE, L"Select One")                                                \
@@ -77,7 +81,7 @@
     DERIVED(QLIE_DIALOG_COMPONENT, L"Dialog Component")                                                    \
     DERIVED(QLIE_DIALOG_FONT_SIZE, L"Dialog Font Size")                                                    \
     DERIVED(QLIE_DIALOG_FONT_NAME, L"Dialog Font Name")                                                    \
-    DERIVED(QLIE_TE_UPDATE_TOC, L"TE Update Table Of Contents")                                            \
+    DERIVED(QLIE_TE_UPDATE_TOC, L"TE Update Table of Contents")                                            \
     DERIVED(QLIE_TE_CLAUSEPREVIEW_ZOOM, L"TE Clause Preview Zoom")                                         \
     DERIVED(QLIE_TE_COMPARERIGHT_ZOOM, L"TE Compare Right Zoom")                                           \
     DERIVED(QLIE_TE_COMPARELEFT_ZOOM, L"TE Compare Left Zoom")                                             \
@@ -92,29 +96,29 @@
     ROW(QLIE_TE_LAYOUT, L"TE Layout")                                                                      \
     ROW(QLIE_TE_SHOW_SYMBOLS_NONE, L"None")                                                                \
     ROW(QLIE_TE_SHOW_SYMBOLS_ALL, L"All")                                                                  \
-    DERIVED(QLIE_TE_CLAUSEPREVIEW_SHOW_SYMBOLS, L"TE Clause Preview Show Symbols")                         \
-    DERIVED(QLIE_TE_COMPARERIGHT_SHOW_SYMBOLS, L"TE Compare Right Show Symbols")                           \
-    DERIVED(QLIE_TE_COMPARELEFT_SHOW_SYMBOLS, L"TE Compare Left Show Symbols")                             \
-    DERIVED(QLIE_TE_DOCPREV_SHOW_SYMBOLS, L"TE Document Preview Show Symbols")                             \
+    DERIVED(QLIE_TE_CLAUSEPREVIEW_SHOW_SYMBOLS, L"TE Clause Preview Show")                                 \
+    DERIVED(QLIE_TE_COMPARERIGHT_SHOW_SYMBOLS, L"TE Compare Right Show")                                   \
+    DERIVED(QLIE_TE_COMPARELEFT_SHOW_SYMBOLS, L"TE Compare Left Show")                                     \
+    DERIVED(QLIE_TE_DOCPREV_SHOW_SYMBOLS, L"TE Document Preview Show")                                     \
     ROW(QLIE_TE_SHOW_SYMBOLS, L"TE Show")                                                                  \
-    DERIVED(QLIE_EOI_CHECK_OVERFLOWING_FIELDS, L"End Of Interview Check Overflowing Fields")               \
-    DERIVED(QLIE_EOI_CLOSE_PASTE, L"End Of Interview Close Paste")                                         \
-    DERIVED(QLIE_EOI_CLOSE_SEND_WP, L"End Of Interview Close Send Word Processor")                         \
-    DERIVED(QLIE_EOI_CLOSE_SEND_CB, L"End Of Interview Close Send Clipboard")                              \
-    DERIVED(QLIE_EOI_CLOSE_SAVE_PDF, L"End Of Interview Close Save PDF")                                   \
-    DERIVED(QLIE_EOI_CLOSE_SAVE_DOC, L"End Of Interview Close Save Document")                              \
-    DERIVED(QLIE_EOI_ACTION_FORM_SEND_TO_FILLER, L"End Of Interview Action Form Send To Filler")           \
-    DERIVED(QLIE_EOI_ACTION_TEXT_SEND_TO_WORDPROC, L"End Of Interview Action Text Send To Word Processor") \
-    DERIVED(QLIE_EOI_BUTTON_ADD_REMOVE_BUTTONS, L"End Of Interview Button Add Remove Buttons")             \
-    DERIVED(QLIE_EOI_BUTTON_SAVE_TO_FILE, L"End Of Interview Button Save To File")                         \
-    DERIVED(QLIE_EOI_BUTTON_CLOSE_NO_SAVE, L"End Of Interview Button Close No Save")                       \
-    DERIVED(QLIE_EOI_BUTTON_SAVE_AS_PDF, L"End Of Interview Button Save As PDF")                           \
-    DERIVED(QLIE_EOI_BUTTON_COPY_TO_CLIPBOARD, L"End Of Interview Button Copy To Clipboard")               \
-    DERIVED(QLIE_EOI_BUTTON_PASTE_INTO_WORDPROC, L"End Of Interview Button Paste Into Word Processor")     \
-    DERIVED(QLIE_EOI_BUTTON_SEND_TO_WORDPROC, L"End Of Interview Button Send To Word Processor")           \
-    DERIVED(QLIE_EOI_BUTTON_VIEW_FORM_TAB, L"End Of Interview Button View Form Tab")                       \
-    DERIVED(QLIE_EOI_BUTTON_SEND_TO_FILLER, L"End Of Interview Button Send To Filler")                     \
-    DERIVED(QLIE_EOI_BUTTON_GOTO_FIRST_UNANS, L"End Of Interview Button Go To First Unanswered")           \
+    DERIVED(QLIE_EOI_CHECK_OVERFLOWING_FIELDS, L"End of Interview Check Overflowing Fields")               \
+    DERIVED(QLIE_EOI_CLOSE_PASTE, L"End of Interview Close Paste")                                         \
+    DERIVED(QLIE_EOI_CLOSE_SEND_WP, L"End of Interview Close Send Word Processor")                         \
+    DERIVED(QLIE_EOI_CLOSE_SEND_CB, L"End of Interview Close Send Clipboard")                              \
+    DERIVED(QLIE_EOI_CLOSE_SAVE_PDF, L"End of Interview Close Save PDF")                                   \
+    DERIVED(QLIE_EOI_CLOSE_SAVE_DOC, L"End of Interview Close Save Document")                              \
+    DERIVED(QLIE_EOI_ACTION_FORM_SEND_TO_FILLER, L"End of Interview Action Form Send to Filler")           \
+    DERIVED(QLIE_EOI_ACTION_TEXT_SEND_TO_WORDPROC, L"End of Interview Action Text Send to Word Processor") \
+    DERIVED(QLIE_EOI_BUTTON_ADD_REMOVE_BUTTONS, L"End of Interview Button Add Remove Buttons")             \
+    DERIVED(QLIE_EOI_BUTTON_SAVE_TO_FILE, L"End of Interview Button Save to File")                         \
+    DERIVED(QLIE_EOI_BUTTON_CLOSE_NO_SAVE, L"End of Interview Button Close No Save")                       \
+    DERIVED(QLIE_EOI_BUTTON_SAVE_AS_PDF, L"End of Interview Button Save as PDF")                           \
+    DERIVED(QLIE_EOI_BUTTON_COPY_TO_CLIPBOARD, L"End of Interview Button Copy to Clipboard")               \
+    DERIVED(QLIE_EOI_BUTTON_PASTE_INTO_WORDPROC, L"End of Interview Button Paste into Word Processor")     \
+    DERIVED(QLIE_EOI_BUTTON_SEND_TO_WORDPROC, L"End of Interview Button Send to Word Processor")           \
+    DERIVED(QLIE_EOI_BUTTON_VIEW_FORM_TAB, L"End of Interview Button View Form Tab")                       \
+    DERIVED(QLIE_EOI_BUTTON_SEND_TO_FILLER, L"End of Interview Button Send to Filler")                     \
+    DERIVED(QLIE_EOI_BUTTON_GOTO_FIRST_UNANS, L"End of Interview Button Go to First Unanswered")           \
     DERIVED(QLIE_SHOW_HELP_BUTTON, L"Show Help Button")                                                    \
     DERIVED(QLIE_SHOW_HELP_INFO, L"Show Help Info")                                                        \
     DERIVED(QLIE_SHOW_TEST_PANEL, L"Show Test Panel")                                                      \
@@ -125,7 +129,7 @@
     DERIVED(QLIE_SHOW_MERGE_COMPARISON, L"Show Merge Comparison")                                          \
     ROW(QLIE_ASSEMBLY_QUEUE_AUTO, L"Queue Auto")                                                           \
     ROW(QLIE_ASSEMBLY_QUEUE, L"Queue Show")                                                                \
-    DERIVED(QLIE_ASSEMBLY_TABS_AT_BOTTOM, L"Assembly Tabs At Bottom")                                      \
+    DERIVED(QLIE_ASSEMBLY_TABS_AT_BOTTOM, L"Assembly Tabs at Bottom")                                      \
     ROW(QLIE_ASSEMBLY_QUEUE_POS, L"Assembly Queue")                                                        \
     DERIVED(QLIE_ASSEMBLY_TEST_DOC_RESOURCE_HEIGHT, L"Assembly Test Document Resource Height")             \
     DERIVED(QLIE_ASSEMBLY_TEST_VAR_RESOURCE_HEIGHT, L"Assembly Test Variable Resource Height")             \
@@ -145,7 +149,7 @@
     DERIVED(QLIE_ASSEMBLY_RESOURCE_DLG, L"Assembly Resource Dialog")                                       \
     DERIVED(QLIE_ASSEMBLY_RESOURCES, L"Assembly Resources")                                                \
     DERIVED(QLIE_ASSEMBLY_INT_OUTLINE_WIDTH, L"Assembly Interview Outline Width")                          \
-    DERIVED(QLIE_ASSEMBLY_END_OF_INT, L"Assembly End Of Interview")                                        \
+    DERIVED(QLIE_ASSEMBLY_END_OF_INT, L"Assembly End of Interview")                                        \
     DERIVED(QLIE_ASSEMBLY_OUTLINE, L"Assembly Outline")                                                    \
     DERIVED(QLIE_ASSEMBLY_STATUSBAR, L"Assembly Status Bar")                                               \
     DERIVED(QLIE_ASSEMBLY_AUTO_ARRANGE_TOOLBARS, L"Assembly Auto Arrange Toolbars")                        \
@@ -201,16 +205,16 @@
     ROW(QLIE_TEST_ASSEMBLY_ON_TOP_ALWAYS, L"Always")                                                       \
     ROW(QLIE_TEST_ASSEMBLY_ON_TOP, L"Test Assembly on Top")                                                \
     DERIVED(QLIE_TEST_ANSWER_FILE, L"Test Answer File")                                                    \
-    DERIVED(QLIE_SORT_BY_TYPE_USED_IN_TAB, L"Sort By Type Used In Tab")                                    \
-    DERIVED(QLIE_SORT_BY_TYPE_DLG_SCRIPT, L"Sort By Type Dialog Script")                                   \
-    DERIVED(QLIE_SORT_BY_TYPE_IF_FIELD, L"Sort By Type If Field")                                          \
-    DERIVED(QLIE_SORT_BY_TYPE_DB_EDITOR, L"Sort By Type Database Editor")                                  \
-    DERIVED(QLIE_SORT_BY_TYPE_COMP_EDITOR, L"Sort By Type Component Editor")                               \
-    DERIVED(QLIE_SORT_BY_TYPE_DLG_EDITOR, L"Sort By Type Dialog Editor")                                   \
-    DERIVED(QLIE_SORT_BY_TYPE_COMPMAN2, L"Sort By Type Component Manager 2")                               \
-    DERIVED(QLIE_SORT_BY_TYPE_COMPMAN1, L"Sort By Type Component Manager 1")                               \
+    DERIVED(QLIE_SORT_BY_TYPE_USED_IN_TAB, L"Sort by Type Used in Tab")                                    \
+    DERIVED(QLIE_SORT_BY_TYPE_DLG_SCRIPT, L"Sort by Type Dialog Script")                                   \
+    DERIVED(QLIE_SORT_BY_TYPE_IF_FIELD, L"Sort by Type If Field")                                          \
+    DERIVED(QLIE_SORT_BY_TYPE_DB_EDITOR, L"Sort by Type Database Editor")                                  \
+    DERIVED(QLIE_SORT_BY_TYPE_COMP_EDITOR, L"Sort by Type Computation Editor")                             \
+    DERIVED(QLIE_SORT_BY_TYPE_DLG_EDITOR, L"Sort by Type Dialog Editor")                                   \
+    DERIVED(QLIE_SORT_BY_TYPE_COMPMAN2, L"Sort by Type Component Manager 2")                               \
+    DERIVED(QLIE_SORT_BY_TYPE_COMPMAN1, L"Sort by Type Component Manager 1")                               \
     DERIVED(QLIE_POPUP_RESOURCES, L"Popup Resources")                                                      \
-    DERIVED(QLIE_POPUP_ASSEMBLY_PLIST_DLG, L"Popup Assembly Parameter List Dialog")                        \
+    DERIVED(QLIE_POPUP_ASSEMBLY_PLIST_DLG, L"Popup Parameter List Dialog")                                 \
     ROW(QLIE_POPUP_ASSEMBLY_DLG_SHEIGHT, L"Popup Dialog Splitter")                                         \
     ROW(QLIE_POPUP_ASSEMBLY_DLG, L"Popup Dialog")                                                          \
     DERIVED(QLIE_PUBLISHING_UPLOAD_PLACEMENT, L"Publishing Upload Placement")                              \
@@ -230,7 +234,7 @@
     DERIVED(QLIE_COMPONENT_EDITOR_SAVE_WARNING, L"Component Editor Save Warning")                          \
     DERIVED(QLIE_MAIN_VIEW_MARKUP_VIEW, L"Main View Markup View")                                          \
     DERIVED(QLIE_MAIN_VIEW_FILE_NAMES, L"Main View File Names")                                            \
-    DERIVED(QLIE_MAIN_TABS_AT_TOP, L"Main Tabs At Top")                                                    \
+    DERIVED(QLIE_MAIN_TABS_AT_TOP, L"Main Tabs at Top")                                                    \
     DERIVED(QLIE_MAIN_PREVIEW, L"Main Preview")                                                            \
     DERIVED(QLIE_MAIN_PROPERTIES, L"Main Properties")                                                      \
     DERIVED(QLIE_MAIN_STATUSBAR, L"Main Status Bar")                                                       \
@@ -264,23 +268,23 @@
     DERIVED(QLIE_SCRIPT_EDITOR_COLOR_EXPRESSION_KEYWORDS, L"Script Editor Color Expression Keywords")      \
     DERIVED(QLIE_SCRIPT_EDITOR_COLOR_INSTRUCTION_KEYWORDS, L"Script Editor Color Instruction Keywords")    \
     ROW(QLIE_SCRIPT_DIR, L"JavaScript Files")                                                              \
-    DERIVED(QLIE_CMPEX_SHOW_SELECTED, L"Component Explorer Show Selected")                                 \
+    DERIVED(QLIE_CMPEX_SHOW_SELECTED, L"Show Selected")                                                    \
     ROW(QLIE_CMPEX_SHOW_STATUS_HINTS, L"Show Status Hints")                                                \
     ROW(QLIE_CMPEX_SHOW_STATUS, L"Show Status")                                                            \
-    DERIVED(QLIE_CMPEX_SHOW_DESCRIPTIONS, L"Component Explorer Show Descriptions")                         \
-    DERIVED(QLIE_CMPEX_SHOW_SUPPLEMENTAL, L"Component Explorer Show Supplemental")                         \
-    DERIVED(QLIE_CMPEX_ICON_STYLE, L"Component Explorer Icon Style")                                       \
-    DERIVED(QLIE_SUMM_HONOR_ANSWERED_IF, L"Summary Honor Answered If")                                     \
-    DERIVED(QLIE_SUMM_MAX_MC, L"Summary Maximum Multiple Choice")                                          \
-    DERIVED(QLIE_SUMM_PROMPT_PERCENT, L"Summary Prompt Percent")                                           \
+    DERIVED(QLIE_CMPEX_SHOW_DESCRIPTIONS, L"Show Descriptions")                                            \
+    DERIVED(QLIE_CMPEX_SHOW_SUPPLEMENTAL, L"Show Supplemental")                                            \
+    DERIVED(QLIE_CMPEX_ICON_STYLE, L"Icon Style")                                                          \
+    DERIVED(QLIE_SUMM_HONOR_ANSWERED_IF, L"Honor Answered If")                                             \
+    DERIVED(QLIE_SUMM_MAX_MC, L"Maximum Multiple Choice")                                                  \
+    DERIVED(QLIE_SUMM_PROMPT_PERCENT, L"Prompt Percent")                                                   \
     ROW(QLIE_SUMM_BORDERS_SCULPTURED, L"Sculptured")                                                       \
     ROW(QLIE_SUMM_BORDERS_PLAIN, L"Plain")                                                                 \
     ROW(QLIE_SUMM_BORDERS_NONE, L"None")                                                                   \
     ROW(QLIE_SUMM_BORDERS, L"Borders")                                                                     \
-    DERIVED(QLIE_SUMM_BULLET_ANSWERS, L"Summary Bullet Answers")                                           \
-    DERIVED(QLIE_SUMM_INDENT_ANSWERS, L"Summary Indent Answers")                                           \
-    DERIVED(QLIE_SUMM_BULLET_PROMPTS, L"Summary Bullet Prompts")                                           \
-    DERIVED(QLIE_SUMM_INDENT_PROMPTS, L"Summary Indent Prompts")                                           \
+    DERIVED(QLIE_SUMM_BULLET_ANSWERS, L"Bullet Answers")                                                   \
+    DERIVED(QLIE_SUMM_INDENT_ANSWERS, L"Indent Answers")                                                   \
+    DERIVED(QLIE_SUMM_BULLET_PROMPTS, L"Bullet Prompts")                                                   \
+    DERIVED(QLIE_SUMM_INDENT_PROMPTS, L"Indent Prompts")                                                   \
     ROW(QLIE_SUMM_FORMAT_TWO_COL, L"Two-Column")                                                           \
     ROW(QLIE_SUMM_FORMAT_ONE_COL, L"One-Column")                                                           \
     ROW(QLIE_SUMM_FORMAT, L"Format")                                                                       \
@@ -299,17 +303,17 @@
     ROW(QLIE_ENTER_KEY_SINGLE_NEXT_DIALOG, L"Next dialog")                                                 \
     ROW(QLIE_ENTER_KEY_SINGLE_NEXT_FIELD, L"Next answer field")                                            \
     ROW(QLIE_ENTER_KEY_SINGLE, L"Single Line Enter")                                                       \
-    DERIVED(QLIE_DISPLAY_NEXT_FIRST_IN_TAB_ORDER, L"Display Next First In Tab Order")                      \
+    DERIVED(QLIE_DISPLAY_NEXT_FIRST_IN_TAB_ORDER, L"Display Next First in Tab Order")                      \
     DERIVED(QLIE_DISPLAY_NAVBAR_FORM, L"Display Navigation Bar Form")                                      \
     DERIVED(QLIE_DISPLAY_NAVBAR_DOCUMENT, L"Display Navigation Bar Document")                              \
     DERIVED(QLIE_DISPLAY_NAVBAR_COMPARE, L"Display Navigation Bar Compare")                                \
     DERIVED(QLIE_DISPLAY_NAVIGATION_PANEL, L"Display Navigation Panel")                                    \
     DERIVED(QLIE_DISPLAY_REPEAT_ENTRIES, L"Display Repeat Entries")                                        \
     ROW(QLIE_LAST_LIBRARY_FOLDER, L"Library Folder")                                                       \
-    DERIVED(QLIE_LAST_SAVED_SNAPSHOT, L"Last Saved Snapshot")                                              \
-    DERIVED(QLIE_LAST_TEMPLATE_COPY_FOLDER, L"Last Template Copy Folder")                                  \
-    DERIVED(QLIE_LAST_TEMPLATE_MOVE_FOLDER, L"Last Template Move Folder")                                  \
-    DERIVED(QLIE_LAST_LIB, L"Last Library")                                                                \
+    DERIVED(QLIE_LAST_SAVED_SNAPSHOT, L"Saved Snapshot")                                                   \
+    DERIVED(QLIE_LAST_TEMPLATE_COPY_FOLDER, L"Template Copy Folder")                                       \
+    DERIVED(QLIE_LAST_TEMPLATE_MOVE_FOLDER, L"Template Move Folder")                                       \
+    DERIVED(QLIE_LAST_LIB, L"Library")                                                                     \
     ROW(QLIE_LAST_ANS_FILE_TITLE, L"Answer File Title %d")                                                 \
     ROW(QLIE_LAST_ANS_FILE, L"Answer File %d")                                                             \
     DERIVED(QLIE_DOCPREV_UNANSWERED_COLOR, L"Document Preview Unanswered Color")                           \
@@ -330,23 +334,23 @@
     ROW(QLIE_UNANSWERED_FORMAT_ASTERISK, L"Asterisks")                                                     \
     ROW(QLIE_UNANSWERED_FORMAT_NOTHING, L"Nothing")                                                        \
     ROW(QLIE_UNANSWERED_FORMAT, L"Unanswered Variable")                                                    \
-    DERIVED(QLIE_ODMA_DEF_SAVE_RTF_DOCS_AS, L"ODMA Default Save RTF Documents As")                         \
-    DERIVED(QLIE_ODMA_DEF_SAVE_PLAINTEXT_DOCS_AS, L"ODMA Default Save Plaintext Documents As")             \
-    DERIVED(QLIE_ODMA_DEF_SAVE_WP_DOCS_AS, L"ODMA Default Save WordPerfect Documents As")                  \
-    DERIVED(QLIE_ODMA_DEF_SAVE_WORD_DOCS_AS, L"ODMA Default Save Word Documents As")                       \
-    DERIVED(QLIE_ODMA_DEF_SAVE_DOCX_DOCS_AS, L"ODMA Default Save DOCX Documents As")                       \
-    DERIVED(QLIE_ODMA_DEF_SAVE_PDF_DOCS_AS, L"ODMA Default Save PDF Documents As")                         \
-    DERIVED(QLIE_ODMA_DEF_SAVE_F_PDF_DOCS_AS, L"ODMA Default Save F PDF Documents As")                     \
-    DERIVED(QLIE_ODMA_DEF_SAVE_ENVOY_DOCS_AS, L"ODMA Default Save Envoy Documents As")                     \
-    DERIVED(QLIE_ODMA_DEF_SAVE_ANSWERS_AS, L"ODMA Default Save Answers As")                                \
-    DERIVED(QLIE_ODMA_SAVE_WP_DOCS_AS, L"ODMA Save WordPerfect Documents As")                              \
-    DERIVED(QLIE_ODMA_SAVE_WORD_DOCS_AS, L"ODMA Save Word Documents As")                                   \
-    DERIVED(QLIE_ODMA_SAVE_DOCX_DOCS_AS, L"ODMA Save DOCX Documents As")                                   \
-    DERIVED(QLIE_ODMA_SAVE_RTF_DOCS_AS, L"ODMA Save RTF Documents As")                                     \
-    DERIVED(QLIE_ODMA_SAVE_F_PDF_DOCS_AS, L"ODMA Save F PDF Documents As")                                 \
-    DERIVED(QLIE_ODMA_SAVE_PDF_DOCS_AS, L"ODMA Save PDF Documents As")                                     \
-    DERIVED(QLIE_ODMA_SAVE_ENVOY_DOCS_AS, L"ODMA Save Envoy Documents As")                                 \
-    DERIVED(QLIE_ODMA_SAVE_ANSWERS_AS, L"ODMA Save Answers As")                                            \
+    DERIVED(QLIE_ODMA_DEF_SAVE_RTF_DOCS_AS, L"ODMA Default Save RTF Documents as")                         \
+    DERIVED(QLIE_ODMA_DEF_SAVE_PLAINTEXT_DOCS_AS, L"ODMA Default Save Plaintext Documents as")             \
+    DERIVED(QLIE_ODMA_DEF_SAVE_WP_DOCS_AS, L"ODMA Default Save Word Processor Documents as")               \
+    DERIVED(QLIE_ODMA_DEF_SAVE_WORD_DOCS_AS, L"ODMA Default Save Word Documents as")                       \
+    DERIVED(QLIE_ODMA_DEF_SAVE_DOCX_DOCS_AS, L"ODMA Default Save DOCX Documents as")                       \
+    DERIVED(QLIE_ODMA_DEF_SAVE_PDF_DOCS_AS, L"ODMA Default Save PDF Documents as")                         \
+    DERIVED(QLIE_ODMA_DEF_SAVE_F_PDF_DOCS_AS, L"ODMA Default Save F PDF Documents as")                     \
+    DERIVED(QLIE_ODMA_DEF_SAVE_ENVOY_DOCS_AS, L"ODMA Default Save Envoy Documents as")                     \
+    DERIVED(QLIE_ODMA_DEF_SAVE_ANSWERS_AS, L"ODMA Default Save Answers as")                                \
+    DERIVED(QLIE_ODMA_SAVE_WP_DOCS_AS, L"ODMA Save Word Processor Documents as")                           \
+    DERIVED(QLIE_ODMA_SAVE_WORD_DOCS_AS, L"ODMA Save Word Documents as")                                   \
+    DERIVED(QLIE_ODMA_SAVE_DOCX_DOCS_AS, L"ODMA Save DOCX Documents as")                                   \
+    DERIVED(QLIE_ODMA_SAVE_RTF_DOCS_AS, L"ODMA Save RTF Documents as")                                     \
+    DERIVED(QLIE_ODMA_SAVE_F_PDF_DOCS_AS, L"ODMA Save F PDF Documents as")                                 \
+    DERIVED(QLIE_ODMA_SAVE_PDF_DOCS_AS, L"ODMA Save PDF Documents as")                                     \
+    DERIVED(QLIE_ODMA_SAVE_ENVOY_DOCS_AS, L"ODMA Save Envoy Documents as")                                 \
+    DERIVED(QLIE_ODMA_SAVE_ANSWERS_AS, L"ODMA Save Answers as")                                            \
     DERIVED(QLIE_ODMA_DOCUMENT_DEBUG, L"ODMA Document Debug")                                              \
     DERIVED(QLIE_ODMA_ANSWER_DEBUG, L"ODMA Answer Debug")                                                  \
     DERIVED(QLIE_ODMA_DLL_DIR, L"ODMA DLL Files")                                                          \
@@ -394,7 +398,7 @@
     DERIVED(QLIE_DISCARD_INVALID_MC_VALUES, L"Discard Invalid Multiple Choice Values")                     \
     DERIVED(QLIE_RETAIN_PROPERTIES, L"Retain Properties")                                                  \
     DERIVED(QLIE_ALWAYS_QUOTE_IDENTS, L"Always Quote Identifiers")                                         \
-    DERIVED(QLIE_UPDATE_ALL_ON_ANSWER_CHANGE, L"Update All On Answer Change")                              \
+    DERIVED(QLIE_UPDATE_ALL_ON_ANSWER_CHANGE, L"Update All on Answer Change")                              \
     DERIVED(QLIE_OMIT_INSTANT_SUGGESTION, L"Omit Instant Suggestion")                                      \
     DERIVED(QLIE_HTTPS_PORT, L"HTTPS Port")                                                                \
     DERIVED(QLIE_HTTP_PORT, L"HTTP Port")                                                                  \
@@ -418,7 +422,7 @@
     DERIVED(QLIE_DEBUGGER_ROWHEIGHT, L"Debugger Row Height")                                               \
     DERIVED(QLIE_DEBUGGER_PLACEMENT, L"Debugger Placement")                                                \
     DERIVED(QLIE_DEBUGGER_ENABLED, L"Debugger Enabled")                                                    \
-    DERIVED(QLIE_COMP_SPELL_CHECK_PLACEMENT, L"Component Spell Check Placement")                           \
+    DERIVED(QLIE_COMP_SPELL_CHECK_PLACEMENT, L"Computation Spell Check Placement")                         \
     DERIVED(QLIE_COMP_COMPONENT, L"Computation Component")                                                 \
     DERIVED(QLIE_CLAUSE_PREVIEW_PLACEMENT, L"Clause Preview Placement")                                    \
     DERIVED(QLIE_CLAUSE_COMPONENT, L"Clause Component")                                                    \
@@ -460,10 +464,10 @@
     DERIVED(QLIE_LIBRARY_PLACEMENT, L"Library Placement")                                                  \
     ROW(QLIE_LIBRARY_DIR, L"Library Files")                                                                \
     DERIVED(QLIE_RETURN_FOLLOWS_EXPLANATION, L"Return Follows Explanation")                                \
-    DERIVED(QLIE_EXPLANATION_IN_END_FIELD, L"Explanation In End Field")                                    \
-    DERIVED(QLIE_COMMENT_AS_EXPLANATION, L"Comment As Explanation")                                        \
-    DERIVED(QLIE_COMMENT_AS_FIELD_TEXT, L"Comment As Field Text")                                          \
-    DERIVED(QLIE_COMMENTS_FOR_ANNOTATIONS, L"Comments For Annotations")                                    \
+    DERIVED(QLIE_EXPLANATION_IN_END_FIELD, L"Explanation in End Field")                                    \
+    DERIVED(QLIE_COMMENT_AS_EXPLANATION, L"Comment as Explanation")                                        \
+    DERIVED(QLIE_COMMENT_AS_FIELD_TEXT, L"Comment as Field Text")                                          \
+    DERIVED(QLIE_COMMENTS_FOR_ANNOTATIONS, L"Comments for Annotations")                                    \
     DERIVED(QLIE_FIELD_ANNOTATION_REF_TYPE, L"Field Annotation Reference Type")                            \
     DERIVED(QLIE_BEGIN_FIELD_ANNOTATION, L"Begin Field Annotation")                                        \
     DERIVED(QLIE_REPEAT_FIELD_MARKER, L"Repeat Field Marker")                                              \
@@ -471,16 +475,16 @@
     DERIVED(QLIE_ELSE_IF_FIELD_MARKER, L"Else If Field Marker")                                            \
     ROW(QLIE_TITLE_AS_FIELD_TEXT, L"Title as field text")                                                  \
     ROW(QLIE_TITLE, L"TITLE")                                                                              \
-    DERIVED(QLIE_MC_MERGE_TEXT_AS_FIELD_TEXT, L"Multiple Choice Merge Text As Field Text")                 \
+    DERIVED(QLIE_MC_MERGE_TEXT_AS_FIELD_TEXT, L"Multiple Choice Merge Text as Field Text")                 \
     DERIVED(QLIE_CLOSING_FIELD_MARKER, L"Closing Field Marker")                                            \
     DERIVED(QLIE_OPENING_FIELD_MARKER, L"Opening Field Marker")                                            \
     DERIVED(QLIE_AUTO_GENERATE_COMPONENT_NAMES, L"Auto Generate Component Names")                          \
     DERIVED(QLIE_AUTO_COMPLETE_COMPONENT_NAMES, L"Auto Complete Component Names")                          \
-    DERIVED(QLIE_CONNECT_TO_TPL, L"Connect To Template")                                                   \
+    DERIVED(QLIE_CONNECT_TO_TPL, L"Connect to Template")                                                   \
     DERIVED(QLIE_VALIDATE_INTERVIEWS, L"Validate Interviews")                                              \
     DERIVED(QLIE_LINKED_VAR_WARNING, L"Linked Variable Warning")                                           \
     DERIVED(QLIE_CONVERSION_WARNING, L"Conversion Warning")                                                \
-    DERIVED(QLIE_POINTCOMP_WARNING, L"Point Component Warning")                                            \
+    DERIVED(QLIE_POINTCOMP_WARNING, L"Point Computation Warning")                                          \
     DERIVED(QLIE_CMP_PROPS_INTVW_WARNING2, L"Component Properties Interview Warning 2")                    \
     DERIVED(QLIE_CMP_PROPS_INTVW_WARNING1, L"Component Properties Interview Warning 1")                    \
     DERIVED(QLIE_NEW_TPL_MARK_ANSWERS, L"New Template Mark Answers")                                       \
@@ -489,11 +493,11 @@
     DERIVED(QLIE_MARKUP_VIEW, L"Markup View")                                                              \
     DERIVED(QLIE_RESOURCE_FONT_NAME, L"Resource Font Name")                                                \
     DERIVED(QLIE_RESOURCE_FONT_SIZE, L"Resource Font Size")                                                \
-    DERIVED(QLIE_WARN_WHEN_RPT_CUT, L"Warn When Repeat Cut")                                               \
+    DERIVED(QLIE_WARN_WHEN_RPT_CUT, L"Warn When Repeated Cut")                                             \
     DERIVED(QLIE_INSTANT_UPDATE, L"Instant Update")                                                        \
     DERIVED(QLIE_OUTLINE_FONT_SIZE, L"Outline Font Size")                                                  \
     DERIVED(QLIE_OUTLINE_FONT_NAME, L"Outline Font Name")                                                  \
-    DERIVED(QLIE_NEXT_DLG_AFTER_INT_OUT, L"Next Dialog After Interview Out")                               \
+    DERIVED(QLIE_NEXT_DLG_AFTER_INT_OUT, L"Next Dialog After Interview Outline")                           \
     DERIVED(QLIE_ADD_ANOTHER_WARNING, L"Add Another Warning")                                              \
     DERIVED(QLIE_REQUIRE_FOUR_DIGITS, L"Require Four Digits")                                              \
     ROW(QLIE_VERIFY_DATES, L"Verify Dates")                                                                \
@@ -501,16 +505,16 @@
     ROW(QLIE_SUGGESTED_ANSWER_FILE_TITLE, L"Suggested Answer File Title")                                  \
     ROW(QLIE_SUGGESTED_ANSWER_FILE, L"Suggested Answer File")                                              \
     DERIVED(QLIE_LIBPATH, L"Library Path")                                                                 \
-    DERIVED(QLIE_PREV_XML_ANS_SAVED_IN_2005_FMT, L"Previous XML Answer Saved In 2005 Format")              \
+    DERIVED(QLIE_PREV_XML_ANS_SAVED_IN_2005_FMT, L"Previous XML Answer Saved in 2005 Format")              \
     DERIVED(QLIE_FORM_MARKUP_VIEW, L"Form Markup View")                                                    \
     DERIVED(QLIE_FORM_INSTANT_UPDATE, L"Form Instant Update")                                              \
     ROW(QLIE_FORM_DOCUMENT_DIR, L"Form Document Files")                                                    \
     DERIVED(QLIE_PROMPT_SNAPSHOT_SAVE_MODIFIED_TEXT, L"Prompt Snapshot Save Modified Text")                \
-    DERIVED(QLIE_PROMPT_TO_SAVE_DOCUMENT, L"Prompt To Save Document")                                      \
+    DERIVED(QLIE_PROMPT_TO_SAVE_DOCUMENT, L"Prompt to Save Document")                                      \
     DERIVED(QLIE_PROMPT_ANSWER_FILE, L"Prompt Answer File")                                                \
     DERIVED(QLIE_SNAPSHOT_DEFAULT_FOLDER, L"Snapshot Default Folder")                                      \
     DERIVED(QLIE_ALLOW_MULTIPLE_SNAPSHOTS, L"Allow Multiple Snapshots")                                    \
-    DERIVED(QLIE_REPLACEMENTS_AS_UNITS, L"Replacements As Units")                                          \
+    DERIVED(QLIE_REPLACEMENTS_AS_UNITS, L"Replacements as Units")                                          \
     DERIVED(QLIE_KEEP_COMPARISONS_SYNCHED, L"Keep Comparisons Synched")                                    \
     DERIVED(QLIE_COMPARISON_DELETED_COLOR, L"Comparison Deleted Color")                                    \
     DERIVED(QLIE_COMPARISON_INSERTED_COLOR, L"Comparison Inserted Color")                                  \
@@ -518,13 +522,13 @@
     DERIVED(QLIE_EXPLAIN_PARA_MARK, L"Explain Paragraph Mark")                                             \
     DERIVED(QLIE_WORDPROCESSOR_PRINT_WARNING, L"Word Processor Print Warning")                             \
     DERIVED(QLIE_QUEUE_DISPLAY_ASSEMBLIES, L"Queue Display Assemblies")                                    \
-    DERIVED(QLIE_TREAT_SEND_AS_SAVE, L"Treat Send As Save")                                                \
+    DERIVED(QLIE_TREAT_SEND_AS_SAVE, L"Treat Send as Save")                                                \
     DERIVED(QLIE_CURRENCY_SYMS, L"Currency Symbols")                                                       \
     DERIVED(QLIE_SUPPORT_PAGE, L"Support Page")                                                            \
     DERIVED(QLIE_CONTACT, L"Contact")                                                                      \
     DERIVED(QLIE_STYLESHEET_DIR, L"Stylesheet Files")                                                      \
     DERIVED(QLIE_IMAGE_DIR, L"Image Files")                                                                \
-    DERIVED(QLIE_FORMS_SEND_PDFS_TO_ACROBAT, L"Forms Send PDFs To Acrobat")                                \
+    DERIVED(QLIE_FORMS_SEND_PDFS_TO_ACROBAT, L"Forms Send PDFs to Acrobat")                                \
     DERIVED(QLIE_ALWAYSSUGGEST, L"Always Suggest")                                                         \
     DERIVED(QLIE_MATCHCASE, L"Match Case")                                                                 \
     DERIVED(QLIE_SUGGESTSPLITWORDS, L"Suggest Split Words")                                                \

@@ -2,23 +2,37 @@
 
 #include <cwchar>
 #include <iterator>
+#include <utility>
 
+#include "platform/failure.h"
 #include "settings/registry.h"
-#include "settings/registry_writers.h"
+#include "settings/registry_values.h"
 #include "settings/settings_store.h"
+#include "settings/thread_store.h"
 #include "settings/trailing_backslash.h"
 
 namespace {
 
-bool HasStores() {
-    return CQlsSettings::GetSettings(-1, false) != nullptr;
+// Asks the calling thread's store, or while there is none the registry, by the readers of the value's type.
+template <class Value, class Default>
+Value Read(bool (*fromStore)(const wchar_t*, const wchar_t*, Value*, Default), const wchar_t* section,
+           const wchar_t* entry, Default defaultValue, Value failure) {
+    return ql::FailureIfThrown(std::move(failure), [&] {
+        Value value(defaultValue);
+        if (!fromStore(section, entry, &value, defaultValue) && !ql::HasSettingsStores())
+            ql::ReadFromRegistry(section, entry, value);
+        return value;
+    });
 }
 
-RWWString Text(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
-    RWWString text;
-    if (CQlsSettings::GetThreadRegStrSetting(section, entry, &text, defaultText) || HasStores()) return text;
-    if (!GetRegStringVal(section, entry, &text)) text = defaultText;
-    return text;
+// Writes the registry and the global store, then the thread's, with no other writer in between.
+template <class Value>
+void Write(bool (*toDefault)(const wchar_t*, const wchar_t*, Value),
+           bool (*toThread)(const wchar_t*, const wchar_t*, Value), const wchar_t* section,
+           const wchar_t* entry, Value value) {
+    const ql::CriticalSectionGuard guard(ql::SettingsTableLock());
+    toDefault(section, entry, value);
+    toThread(section, entry, value);
 }
 
 int ColorByte(unsigned long color, int index) {
@@ -28,25 +42,19 @@ int ColorByte(unsigned long color, int index) {
 }  // namespace
 
 RWWString GetQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
-    RWWString text = Text(section, entry, defaultText);
-    if (text.isNull()) text = defaultText;
-    return text;
+    return ql::FailureIfThrown(RWWString(), [&] {
+        RWWString text = _GetQLProfileString(section, entry, defaultText);
+        if (text.isNull()) text = defaultText;
+        return text;
+    });
 }
 
 int GetQLRegInt(const wchar_t* section, const wchar_t* entry, int defaultValue) {
-    int value = defaultValue;
-    if (CQlsSettings::GetThreadRegIntSetting(section, entry, &value, defaultValue) || HasStores())
-        return value;
-    unsigned int content = 0;
-    return GetRegIntVal(section, entry, &content) ? static_cast<int>(content) : defaultValue;
+    return Read(CQlsSettings::GetThreadRegIntSetting, section, entry, defaultValue, defaultValue);
 }
 
 bool GetQLRegBool(const wchar_t* section, const wchar_t* entry, bool defaultValue) {
-    bool value = defaultValue;
-    if (CQlsSettings::GetThreadRegBoolSetting(section, entry, &value, defaultValue) || HasStores())
-        return value;
-    GetRegBoolVal(section, entry, &value);
-    return value;
+    return Read(CQlsSettings::GetThreadRegBoolSetting, section, entry, defaultValue, defaultValue);
 }
 
 unsigned long GetQLRegColor(const wchar_t* section, const wchar_t* entry, unsigned long defaultColor) {
@@ -55,22 +63,22 @@ unsigned long GetQLRegColor(const wchar_t* section, const wchar_t* entry, unsign
 
 void WriteQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
     if (text) {
-        CQlsSettings::SetDefRegStrSetting(section, entry, text);
-        CQlsSettings::SetThreadRegStrSetting(section, entry, text);
-    } else {
-        ql::WriteRegistryText(section, entry, nullptr);
-        CQlsSettings::ClearThreadRegSetting(section, entry);
+        return Write(CQlsSettings::SetDefRegStrSetting, CQlsSettings::SetThreadRegStrSetting, section, entry,
+                     text);
     }
+    ql::FailureIfThrown(false, [&] {
+        const ql::CriticalSectionGuard guard(ql::SettingsTableLock());
+        ql::WriteToRegistry(section, entry, text);
+        return CQlsSettings::ClearThreadRegSetting(section, entry);
+    });
 }
 
 void WriteQLRegInt(const wchar_t* section, const wchar_t* entry, int value) {
-    CQlsSettings::SetDefRegIntSetting(section, entry, value);
-    CQlsSettings::SetThreadRegIntSetting(section, entry, value);
+    Write(CQlsSettings::SetDefRegIntSetting, CQlsSettings::SetThreadRegIntSetting, section, entry, value);
 }
 
 void WriteQLRegBool(const wchar_t* section, const wchar_t* entry, bool value) {
-    CQlsSettings::SetDefRegBoolSetting(section, entry, value);
-    CQlsSettings::SetThreadRegBoolSetting(section, entry, value);
+    Write(CQlsSettings::SetDefRegBoolSetting, CQlsSettings::SetThreadRegBoolSetting, section, entry, value);
 }
 
 void WriteQLRegColor(const wchar_t* section, const wchar_t* entry, unsigned long color) {
@@ -82,7 +90,7 @@ void WriteQLRegColor(const wchar_t* section, const wchar_t* entry, unsigned long
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
 RWWString _GetQLProfileString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
-    return Text(section, entry, defaultText);
+    return Read(CQlsSettings::GetThreadRegStrSetting, section, entry, defaultText, RWWString());
 }
 
 RWWString GetQLProfileDir(const wchar_t* section, const wchar_t* entry) {

@@ -9,9 +9,11 @@
 // thread's store, in this order. Before CQlsSettings::Initialize and after Uninitialize there is no store:
 // reads then go to the registry each time.
 //
-// Safe on any thread. Null texts count as empty, except where null means "delete". What cannot be read is the
-// default, what cannot be written is not reported. A preference must be used with one type: through another
-// one readers give the default, and a write reaches the registry but not a store that holds it already.
+// Safe on any thread: of several writers of one preference one comes last, in the registry as in the stores.
+// Nothing here throws; a text for which there is no memory is empty. Null texts count as empty, except where
+// null means "delete". What cannot be read is the default, what cannot be written is not reported. A
+// preference must be used with one type: through another one readers give the default, and a write reaches
+// the registry but not a store that holds it already.
 
 // The text, or the default when there is none or it is empty.
 QL_API RWWString GetQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText);

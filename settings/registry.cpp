@@ -4,16 +4,15 @@
 #include <cwchar>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
-#include "settings/registry_writers.h"
+#include "settings/registry_values.h"
 #include "settings/trailing_backslash.h"
-#include "text/fields.h"
-
-const wchar_t g_trueStr[] = L"True";
-const wchar_t g_falseStr[] = L"False";
+#include "text/characters.h"
 
 namespace {
 
@@ -24,7 +23,8 @@ const HKEY kMachine = HKEY_LOCAL_MACHINE;
 
 constexpr wchar_t kBase[] = L"SOFTWARE\\Quillet\\Author\\";
 constexpr wchar_t kOldBase[] = L"SOFTWARE\\Brellwick\\Quillet 6\\";
-constexpr std::size_t kTextUnits = 512;         // with the zero at the end
+constexpr std::size_t kTextUnits = 512;  // with the zero at the end
+constexpr std::size_t kNumberBytes = 4;
 constexpr std::size_t kValueNameUnits = 16384;  // the registry's own limits, with the zero
 constexpr std::size_t kSubkeyNameUnits = 256;
 
@@ -38,9 +38,15 @@ HKEY RootKey(bool machine) {
     return machine ? kMachine : kUser;
 }
 
+// Programs of both word sizes see one machine value: that of the 32-bit view, where the product's installer
+// writes. The user's keys have no second view.
+REGSAM InView(HKEY root, REGSAM access) {
+    return root == kMachine ? access | KEY_WOW64_32KEY : access;
+}
+
 ql::UniqueRegKey OpenKey(HKEY root, const wchar_t* path, REGSAM access) {
     ql::UniqueRegKey key;
-    if (::RegOpenKeyExW(root, path, 0, access, key.put()) != ERROR_SUCCESS) return {};
+    if (::RegOpenKeyExW(root, path, 0, InView(root, access), key.put()) != ERROR_SUCCESS) return {};
     return key;
 }
 
@@ -54,32 +60,40 @@ std::wstring_view StoredText(const wchar_t* units, std::size_t bytes) {
     return {units, static_cast<std::size_t>(std::find(units, units + count, L'\0') - units)};
 }
 
-bool ReadText(HKEY root, const std::wstring& path, const wchar_t* entry, RWWString* value) {
+int LittleEndian(const BYTE (&bytes)[kNumberBytes]) {
+    return static_cast<int>(bytes[0] | bytes[1] << 8 | bytes[2] << 16 |
+                            static_cast<unsigned>(bytes[3]) << 24);
+}
+
+bool Query(HKEY root, const std::wstring& path, const wchar_t* entry, void* buffer, DWORD& bytes,
+           DWORD& type) {
     const ql::UniqueRegKey key = OpenKey(root, path.c_str(), KEY_QUERY_VALUE);
-    if (!key) return false;
+    return key && ::RegQueryValueExW(key.get(), entry, nullptr, &type, static_cast<BYTE*>(buffer), &bytes) ==
+                      ERROR_SUCCESS;
+}
+
+bool Read(HKEY root, const std::wstring& path, const wchar_t* entry, RWWString& value) {
     wchar_t units[kTextUnits];
     DWORD bytes = sizeof units;
     DWORD type = REG_NONE;
-    auto* buffer = reinterpret_cast<BYTE*>(units);
-    if (::RegQueryValueExW(key.get(), entry, nullptr, &type, buffer, &bytes) != ERROR_SUCCESS) return false;
-    if (!IsTextType(type)) return false;
-    value->assign(StoredText(units, bytes));
+    if (!Query(root, path, entry, units, bytes, type) || !IsTextType(type)) return false;
+    value.assign(StoredText(units, bytes));
     return true;
 }
 
-bool ReadInteger(HKEY root, const std::wstring& path, const wchar_t* entry, unsigned int* value) {
-    const ql::UniqueRegKey key = OpenKey(root, path.c_str(), KEY_QUERY_VALUE);
-    if (!key) return false;
-    BYTE content[4] = {};
+bool Read(HKEY root, const std::wstring& path, const wchar_t* entry, int& value) {
+    BYTE content[kNumberBytes] = {};
     DWORD bytes = sizeof content;
-    if (::RegQueryValueExW(key.get(), entry, nullptr, nullptr, content, &bytes) != ERROR_SUCCESS)
-        return false;
-    *value = content[0] | content[1] << 8 | content[2] << 16 | static_cast<unsigned>(content[3]) << 24;
+    DWORD type = REG_NONE;
+    if (!Query(root, path, entry, content, bytes, type)) return false;
+    value = LittleEndian(content);
     return true;
 }
 
-bool ReadTextUserFirst(const std::wstring& path, const wchar_t* entry, RWWString* value) {
-    return ReadText(kUser, path, entry, value) || ReadText(kMachine, path, entry, value);
+template <class Value>
+bool ReadUserFirst(const wchar_t* base, const wchar_t* section, const wchar_t* entry, Value& value) {
+    const std::wstring path = KeyPath(base, section);
+    return Read(kUser, path, entry, value) || Read(kMachine, path, entry, value);
 }
 
 // The class that a new key is given is the name of the first value's type: kept from earlier versions.
@@ -94,6 +108,29 @@ ql::UniqueRegKey CreateKey(const wchar_t* section, const wchar_t* keyClass) {
     return key;
 }
 
+bool Put(const wchar_t* section, const wchar_t* entry, DWORD type, const void* bytes, std::size_t count) {
+    const ql::UniqueRegKey key = CreateKey(section, type == REG_DWORD ? L"REG_DWORD" : L"REG_SZ");
+    return key && ::RegSetValueExW(key.get(), entry, 0, type, static_cast<const BYTE*>(bytes),
+                                   static_cast<DWORD>(count)) == ERROR_SUCCESS;
+}
+
+// Asked first without room, and again while the value grows.
+bool ReadWhole(HKEY key, const wchar_t* entry, RegistryValue& value) {
+    std::vector<unsigned char> content;
+    for (;;) {
+        DWORD type = REG_NONE;
+        auto bytes = static_cast<DWORD>(content.size());
+        const LSTATUS result = ::RegQueryValueExW(key, entry, nullptr, &type, content.data(), &bytes);
+        if (result != ERROR_SUCCESS && result != ERROR_MORE_DATA) return false;
+        if (result == ERROR_SUCCESS && bytes <= content.size()) {
+            content.resize(bytes);
+            value = {type, std::move(content)};
+            return true;
+        }
+        content.resize(bytes);
+    }
+}
+
 unsigned long ColorByte(const wchar_t* number) {
     return static_cast<unsigned long>(std::wcstol(number, nullptr, 10)) & 0xff;
 }
@@ -101,30 +138,58 @@ unsigned long ColorByte(const wchar_t* number) {
 }  // namespace
 
 bool GetRegStringVal(const wchar_t* section, const wchar_t* entry, RWWString* value) {
-    return ReadTextUserFirst(KeyPath(kBase, section), entry, value);
+    return ql::FailureIfThrown(false, [&] { return ReadUserFirst(kBase, section, entry, *value); });
 }
 
 bool GetRegIntVal(const wchar_t* section, const wchar_t* entry, unsigned int* value) {
-    const std::wstring path = KeyPath(kBase, section);
-    return ReadInteger(kUser, path, entry, value) || ReadInteger(kMachine, path, entry, value);
+    return ql::FailureIfThrown(false, [&] {
+        int content = 0;
+        const bool found = ReadUserFirst(kBase, section, entry, content);
+        if (found) *value = static_cast<unsigned int>(content);
+        return found;
+    });
 }
 
 bool GetRegBoolVal(const wchar_t* section, const wchar_t* entry, bool* value) {
-    RWWString text;
-    if (!GetRegStringVal(section, entry, &text)) return false;
-    *value = StrToBool(text.data(), false);
+    return ql::FailureIfThrown(false, [&] { return ql::ReadFromRegistry(section, entry, *value); });
+}
+
+bool ReadRegValue(const wchar_t* section, const wchar_t* entry, bool machine, RegistryValue& value) noexcept {
+    return ql::FailureIfThrown(false, [&] {
+        const auto key = OpenKey(RootKey(machine), KeyPath(kBase, section).c_str(), KEY_QUERY_VALUE);
+        return key && ReadWhole(key.get(), entry, value);
+    });
+}
+
+bool TextOfRegValue(const RegistryValue& value, RWWString& text) noexcept {
+    return ql::FailureIfThrown(false, [&] {
+        wchar_t units[kTextUnits] = {};
+        if (!IsTextType(static_cast<DWORD>(value.type)) || value.bytes.size() > sizeof units) return false;
+        std::copy(value.bytes.begin(), value.bytes.end(), reinterpret_cast<unsigned char*>(units));
+        text.assign(StoredText(units, value.bytes.size()));
+        return true;
+    });
+}
+
+bool NumberOfRegValue(const RegistryValue& value, int& number) noexcept {
+    if (value.bytes.size() > kNumberBytes) return false;
+    BYTE content[kNumberBytes] = {};
+    std::copy(value.bytes.begin(), value.bytes.end(), content);
+    number = LittleEndian(content);
     return true;
 }
 
-bool ReadRegString(const wchar_t* section, const wchar_t* entry, bool machine, RWWString& value) {
-    return ReadText(RootKey(machine), KeyPath(kBase, section), entry, &value);
+bool WriteRegValue(const wchar_t* section, const wchar_t* entry, const RegistryValue& value) noexcept {
+    return ql::FailureIfThrown(false, [&] {
+        return Put(section, entry, static_cast<DWORD>(value.type), value.bytes.data(), value.bytes.size());
+    });
 }
 
-bool ReadRegInt(const wchar_t* section, const wchar_t* entry, bool machine, int& value) {
-    unsigned int content = 0;
-    if (!ReadInteger(RootKey(machine), KeyPath(kBase, section), entry, &content)) return false;
-    value = static_cast<int>(content);
-    return true;
+bool DeleteRegValue(const wchar_t* section, const wchar_t* entry) noexcept {
+    return ql::FailureIfThrown(false, [&] {
+        const auto key = OpenKey(kUser, KeyPath(kBase, section).c_str(), KEY_SET_VALUE);
+        return key && ::RegDeleteValueW(key.get(), entry) == ERROR_SUCCESS;
+    });
 }
 
 unsigned long QLRegStringToColor(const RWWString& text, unsigned long defaultColor) {
@@ -138,9 +203,11 @@ unsigned long QLRegStringToColor(const RWWString& text, unsigned long defaultCol
 }
 
 RWWString GetQLRegStringEx(const wchar_t* section, const wchar_t* entry, bool machine) {
-    RWWString text;
-    ReadRegString(section, entry, machine, text);
-    return text;
+    return ql::FailureIfThrown(RWWString(), [&] {
+        RWWString text;
+        Read(RootKey(machine), KeyPath(kBase, section), entry, text);
+        return text;
+    });
 }
 
 RWWString GetQLProfileDirEx(const wchar_t* section, const wchar_t* entry, bool machine) {
@@ -149,47 +216,60 @@ RWWString GetQLProfileDirEx(const wchar_t* section, const wchar_t* entry, bool m
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
 RWWString _GetOldQLProfileString(const wchar_t* section, const wchar_t* entry) {
-    RWWString text;
-    ReadTextUserFirst(KeyPath(kOldBase, section), entry, &text);
-    return text;
+    return GetOldQLRegString(section, entry, nullptr);
 }
 
 RWWString GetOldQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
-    RWWString text = _GetOldQLProfileString(section, entry);
-    if (text.isNull()) text = defaultText;
-    return text;
+    return ql::FailureIfThrown(RWWString(), [&] {
+        RWWString text;
+        ReadUserFirst(kOldBase, section, entry, text);
+        if (text.isNull()) text = defaultText;
+        return text;
+    });
 }
 
 EnumQLEntries::EnumQLEntries(const wchar_t* section) {
-    const std::wstring path = KeyPath(kBase, section);
-    Collect(kUser, path);
-    Collect(kMachine, path);
+    ql::FailureIfThrown(false, [&] {
+        const RWWString path(KeyPath(kBase, section));
+        return Collect(kUser, path) && Collect(kMachine, path);
+    });
 }
 
 EnumQLEntries::EnumQLEntries(const wchar_t* section, bool machine, bool underBase) {
-    Collect(RootKey(machine), KeyPath(underBase ? kBase : L"", section));
+    ql::FailureIfThrown(false,
+                        [&] { return Collect(RootKey(machine), KeyPath(underBase ? kBase : L"", section)); });
 }
 
-void EnumQLEntries::Collect(HKEY root, const RWWString& path) {
+// Adds the names that are not in the list yet.
+bool EnumQLEntries::Collect(HKEY root, const RWWString& path) {
+    const auto less = [](const RWWString& a, const RWWString& b) {
+        return ql::CompareIgnoringCase(a, b) < 0;
+    };
+    std::vector<RWWString> known;
+    for (unsigned i = 0; i < NumEntries(); ++i) known.push_back((*this)(static_cast<int>(i)));
+    std::sort(known.begin(), known.end(), less);
+
     const ql::UniqueRegKey key = OpenKey(root, path.data(), KEY_QUERY_VALUE);
-    if (!key) return;
-    const bool mayRepeat = NumEntries() > 0;
+    if (!key) return true;
     std::vector<wchar_t> units(kValueNameUnits);
     for (DWORD index = 0;; ++index) {
         DWORD length = kValueNameUnits;
         const LONG result =
             ::RegEnumValueW(key.get(), index, units.data(), &length, nullptr, nullptr, nullptr, nullptr);
         if (result == ERROR_MORE_DATA) continue;  // a name beyond the registry's own limit
-        if (result != ERROR_SUCCESS) return;
+        if (result != ERROR_SUCCESS) return true;
         const RWWString name(units.data(), length);
-        if (!mayRepeat || Index(name, true) < 0) AppendString(name);
+        if (!std::binary_search(known.begin(), known.end(), name, less)) AppendString(name);
     }
 }
 
 bool EnumQLEntries::GetNextEntry(RWWString& name) {
     if (next_ >= NumEntries()) return false;
-    name = (*this)(static_cast<int>(next_++));
-    return true;
+    return ql::FailureIfThrown(false, [&] {
+        name = (*this)(static_cast<int>(next_));
+        ++next_;
+        return true;
+    });
 }
 
 void EnumQLSections::Closer::operator()(HKEY key) const noexcept {
@@ -200,7 +280,9 @@ EnumQLSections::EnumQLSections(HKEY root, const wchar_t* subkey)
     : key_(OpenKey(root, subkey, KEY_READ).release()) {}
 
 EnumQLSections::EnumQLSections(const wchar_t* section, bool machine)
-    : EnumQLSections(RootKey(machine), KeyPath(kBase, section).c_str()) {}
+    : key_(ql::FailureIfThrown(static_cast<HKEY>(nullptr), [&] {
+          return OpenKey(RootKey(machine), KeyPath(kBase, section).c_str(), KEY_READ).release();
+      })) {}
 
 RWWString EnumQLSections::GetNextSection() {
     wchar_t units[kSubkeyNameUnits];
@@ -209,32 +291,45 @@ RWWString EnumQLSections::GetNextSection() {
                      ERROR_SUCCESS) {
         return {};
     }
-    ++next_;
-    return RWWString(units, length);
+    return ql::FailureIfThrown(RWWString(), [&] {
+        RWWString name(units, length);
+        ++next_;
+        return name;
+    });
 }
 
 namespace ql {
 
-void WriteRegistryText(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
-    const UniqueRegKey key = CreateKey(section, L"REG_SZ");
-    if (!key) return;
-    if (!text) {
+bool ReadFromRegistry(const wchar_t* section, const wchar_t* entry, RWWString& value) {
+    return ReadUserFirst(kBase, section, entry, value);
+}
+
+bool ReadFromRegistry(const wchar_t* section, const wchar_t* entry, int& value) {
+    return ReadUserFirst(kBase, section, entry, value);
+}
+
+bool ReadFromRegistry(const wchar_t* section, const wchar_t* entry, bool& value) {
+    RWWString text;
+    if (!ReadUserFirst(kBase, section, entry, text)) return false;
+    value = StrToBool(text, false);
+    return true;
+}
+
+void WriteToRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
+    if (text) {
+        Put(section, entry, REG_SZ, text, (std::wcslen(text) + 1) * sizeof(wchar_t));
+    } else if (const UniqueRegKey key = CreateKey(section, L"REG_SZ")) {
         ::RegDeleteValueW(key.get(), entry);
-        return;
     }
-    const auto bytes = static_cast<DWORD>((std::wcslen(text) + 1) * sizeof(wchar_t));
-    ::RegSetValueExW(key.get(), entry, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), bytes);
 }
 
-void WriteRegistryInteger(const wchar_t* section, const wchar_t* entry, int value) {
-    const UniqueRegKey key = CreateKey(section, L"REG_DWORD");
-    if (!key) return;
+void WriteToRegistry(const wchar_t* section, const wchar_t* entry, int value) {
     const auto content = static_cast<DWORD>(value);
-    ::RegSetValueExW(key.get(), entry, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&content), sizeof content);
+    Put(section, entry, REG_DWORD, &content, sizeof content);
 }
 
-void WriteRegistryBoolean(const wchar_t* section, const wchar_t* entry, bool value) {
-    WriteRegistryText(section, entry, value ? g_trueStr : g_falseStr);
+void WriteToRegistry(const wchar_t* section, const wchar_t* entry, bool value) {
+    WriteToRegistry(section, entry, value ? g_trueStr : g_falseStr);
 }
 
 }  // namespace ql

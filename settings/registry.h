@@ -1,9 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "platform/export.h"
 #include "rw/wide_string.h"
+#include "text/fields.h"
 #include "text/string_table.h"
 
 struct HKEY__;  // NOLINT(bugprone-reserved-identifier): the system's name
@@ -15,13 +17,13 @@ using HKEY = HKEY__*;
 //
 // A text is a value of type REG_SZ, REG_EXPAND_SZ (not expanded) or REG_MULTI_SZ (its first text). It ends at
 // its first zero, need not have one, and is cut to 511 units; a value of more than 512 units is not found.
-// Nothing is assumed about what is stored, and errors of the registry only ever mean "not found".
+// Nothing is assumed about what is stored, and errors of the registry only ever mean "not found"; so does a
+// lack of memory, which no function here throws.
+//
+// The machine's values are those of the 32-bit view ("SOFTWARE\WOW6432Node" on 64-bit Windows), whatever the
+// word size of the program: all programs see the same.
 //
 // Functions without an object are safe on any thread. A null text argument counts as empty.
-
-// The texts that booleans are stored as: "True" and "False".
-extern QL_API const wchar_t g_trueStr[];
-extern QL_API const wchar_t g_falseStr[];
 
 // Each answers whether a value was found, and leaves the out-parameter alone when none was. Current user
 // first.
@@ -34,10 +36,25 @@ QL_API bool GetRegIntVal(const wchar_t* section, const wchar_t* entry, unsigned 
 // A text that is found but is no boolean gives false.
 QL_API bool GetRegBoolVal(const wchar_t* section, const wchar_t* entry, bool* value);
 
-// The same of one root only: the local machine's or the current user's. The integer is the 32 bits as a
-// signed number.
-QL_API bool ReadRegString(const wchar_t* section, const wchar_t* entry, bool machine, RWWString& value);
-QL_API bool ReadRegInt(const wchar_t* section, const wchar_t* entry, bool machine, int& value);
+// What lies in the registry under a name, whatever its type and size.
+struct RegistryValue {
+    unsigned long type = 0;  // REG_SZ and its like
+    std::vector<unsigned char> bytes;
+
+    bool operator==(const RegistryValue&) const = default;
+};
+
+// One root's value; false, and the out-parameter as it was, when there is none. Writing and deleting touch
+// the current user's alone, and no settings store; they answer whether the registry did it.
+QL_API bool ReadRegValue(const wchar_t* section, const wchar_t* entry, bool machine,
+                         RegistryValue& value) noexcept;
+QL_API bool WriteRegValue(const wchar_t* section, const wchar_t* entry, const RegistryValue& value) noexcept;
+QL_API bool DeleteRegValue(const wchar_t* section, const wchar_t* entry) noexcept;
+
+// What the readers above would find in it; false, and the out-parameter as it was, when they would find
+// nothing.
+QL_API bool TextOfRegValue(const RegistryValue& value, RWWString& text) noexcept;
+QL_API bool NumberOfRegValue(const RegistryValue& value, int& number) noexcept;
 
 // Red + 256 green + 65536 blue from "red,green,blue", each part read as a leading decimal number (0 when
 // there is none) of which the low 8 bits count: "255,128,0" -> 33023, "300,0,0" -> 44. The default when a
@@ -56,8 +73,8 @@ QL_API RWWString GetQLProfileDirEx(const wchar_t* section, const wchar_t* entry,
 QL_API RWWString _GetOldQLProfileString(const wchar_t* section, const wchar_t* entry);
 QL_API RWWString GetOldQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText);
 
-// The names of a section's values, collected at construction, in the registry's order. Use one object from
-// one thread at a time.
+// The names of a section's values, collected at construction, in the registry's order; when memory runs out,
+// those for which there was some. Use one object from one thread at a time.
 class QL_API EnumQLEntries : public QLStringTable {
   public:
     // Both roots: the current user's names, then those that only the machine has (compared ignoring case).
@@ -69,7 +86,7 @@ class QL_API EnumQLEntries : public QLStringTable {
     bool GetNextEntry(RWWString& name);  // false, and the name untouched, after the last
 
   private:
-    void Collect(HKEY root, const RWWString& path);
+    bool Collect(HKEY root, const RWWString& path);
 
     unsigned next_ = 0;
 };

@@ -1,75 +1,102 @@
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <memory>
-#include <utility>
+#include <string_view>
 #include <vector>
 
-#include "rw/hash_dictionary.h"
-#include "settings/setting_objects.h"
+#include "rw/wide_string.h"
+#include "settings/setting_key.h"
 
 namespace ql {
 
-// The settings of one store by key; owns keys and settings. Settings whose key holds the separator are
-// TRegSetting, all others TSetting. Not locked: its store does that.
-class SettingsDictionary {
+enum class SettingType : unsigned { Text, Integer, Boolean };
+
+template <class Value>
+inline constexpr SettingType kSettingType = SettingType::Text;
+template <>
+inline constexpr SettingType kSettingType<int> = SettingType::Integer;
+template <>
+inline constexpr SettingType kSettingType<bool> = SettingType::Boolean;
+
+// What a setting holds, as it is handed to the dictionary. isSet: assigned, or found in the registry; else it
+// is the first reader's default.
+struct SettingContent {
+    SettingContent(std::wstring_view value, bool set) : type(SettingType::Text), isSet(set), text(value) {}
+    SettingContent(int value, bool set) : type(SettingType::Integer), isSet(set), number(value) {}
+    SettingContent(bool value, bool set) : type(SettingType::Boolean), isSet(set), number(value) {}
+
+    SettingType type;
+    bool isSet;
+    std::wstring_view text;
+    int number = 0;
+};
+
+// One setting: this head, and behind it in the same block of memory the units of its key and of its text.
+class Setting {
   public:
-    SettingsDictionary() = default;
-    SettingsDictionary(const SettingsDictionary&) = delete;
-    SettingsDictionary& operator=(const SettingsDictionary&) = delete;
-    ~SettingsDictionary() { settings_.clearAndDestroy(); }
+    struct Deleter {
+        void operator()(Setting* setting) const noexcept;
+    };
+    using Owner = std::unique_ptr<Setting, Deleter>;
+    static Owner Make(std::wstring_view key, unsigned hash, const SettingContent& content);
 
-    // The key's setting, a new one made with the initial value when there is none; null when the key has a
-    // setting of another value type.
-    template <template <class> class Setting, class Value, class Initial>
-    Setting<Value>* FindOrCreate(const SettingKey& key, const Initial& initial) {
-        auto* known = static_cast<ICollectableSetting*>(settings_.findValue(&key));
-        if (!known) return Create<Setting<Value>>(key, Value(initial));
-        return known->GetValueType() == kSettingValueType<Value> ? static_cast<Setting<Value>*>(known)
-                                                                 : nullptr;
-    }
+    std::wstring_view key() const noexcept { return {units(), keyLength_}; }
+    SettingType type() const noexcept { return static_cast<SettingType>(type_); }
+    bool isSet() const noexcept { return isSet_; }
 
-    // The key's setting; null when there is none of that value type.
-    template <template <class> class Setting, class Value>
-    const Setting<Value>* Find(const SettingKey& key) const {
-        const auto* known = static_cast<const ICollectableSetting*>(settings_.findValue(&key));
-        const bool fits = known && known->GetValueType() == kSettingValueType<Value>;
-        return fits ? static_cast<const Setting<Value>*>(known) : nullptr;
-    }
+    void CopyTo(RWWString& value) const { value.assign(text()); }
+    void CopyTo(int& value) const noexcept { value = number_; }
+    void CopyTo(bool& value) const noexcept { value = number_ != 0; }
+    std::wstring_view text() const noexcept { return {units() + keyLength_, textLength_}; }
+    int number() const noexcept { return number_; }
 
-    // Whether there was one.
-    bool Remove(const SettingKey& key) {
-        RWCollectable* value = nullptr;
-        const std::unique_ptr<RWCollectable> storedKey(settings_.removeKeyAndValue(&key, value));
-        const std::unique_ptr<RWCollectable> setting(value);
-        return storedKey != nullptr;
-    }
-
-    // Key texts and settings in ascending order of the texts; valid until the next change.
-    using Entry = std::pair<const RWWString*, ICollectableSetting*>;
-    std::vector<Entry> Sorted() const {
-        std::vector<Entry> entries;
-        entries.reserve(settings_.entries());
-        for (const auto& [key, setting] : settings_) {
-            entries.emplace_back(static_cast<const StoredSettingKey*>(key),
-                                 static_cast<ICollectableSetting*>(setting));
-        }
-        std::sort(entries.begin(), entries.end(),
-                  [](const Entry& a, const Entry& b) { return *a.first < *b.first; });
-        return entries;
-    }
+    // Whether there was room: a longer text needs another block.
+    bool Assign(const SettingContent& content) noexcept;
 
   private:
-    template <class Setting, class Value>
-    Setting* Create(const SettingKey& key, Value&& initial) {
-        auto storedKey = std::make_unique<StoredSettingKey>(key.Text());
-        auto setting = std::make_unique<Setting>(*storedKey, std::forward<Value>(initial));
-        settings_.insertKeyAndValue(storedKey.get(), setting.get());
-        static_cast<void>(storedKey.release());  // the dictionary owns both now
-        return setting.release();
-    }
+    friend class SettingsDictionary;
 
-    RWHashDictionary settings_;
+    Setting(std::wstring_view key, unsigned hash, const SettingContent& content) noexcept;
+    wchar_t* units() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
+    const wchar_t* units() const noexcept { return reinterpret_cast<const wchar_t*>(this + 1); }
+
+    Setting* next_ = nullptr;  // in the same bucket
+    unsigned hash_;
+    unsigned keyLength_ : 29;
+    unsigned type_ : 2;
+    unsigned isSet_ : 1;
+    union {
+        unsigned textLength_;
+        int number_;
+    };
+};
+
+// The settings of one store by key. Not locked: its store does that. What runs out of memory throws
+// std::bad_alloc and has changed nothing.
+class SettingsDictionary {
+  public:
+    SettingsDictionary() noexcept = default;
+    SettingsDictionary(const SettingsDictionary&) = delete;
+    SettingsDictionary& operator=(const SettingsDictionary&) = delete;
+    ~SettingsDictionary();
+
+    const Setting* Find(const SettingKey& key) const noexcept;  // null when absent
+
+    // Gives the key's setting another content, and makes the setting when there is none. A setting keeps its
+    // type: false, and nothing changes, when it has another one.
+    bool Assign(const SettingKey& key, const SettingContent& content);
+
+    bool Remove(const SettingKey& key) noexcept;  // whether there was one
+
+    std::vector<const Setting*> Sorted() const;  // in ascending order of the keys
+
+  private:
+    Setting** LinkTo(std::wstring_view key, unsigned hash) noexcept;
+    void MakeRoomForOne();
+
+    std::vector<Setting*> buckets_;  // as many as a power of two, or none
+    std::size_t count_ = 0;
 };
 
 }  // namespace ql

@@ -7,31 +7,18 @@
 #include <optional>
 
 #include "json/json.h"
-#include "platform/critical_section.h"
 #include "platform/failure.h"
-#include "settings/settings_dictionary.h"
+#include "settings/locked_settings.h"
+#include "settings/registry_values.h"
 #include "text/blanks.h"
-
-namespace ql {
-
-struct LockedSettings {
-    SharedLock lock;
-    SettingsDictionary settings QL_GUARDED_BY(lock);
-};
-
-}  // namespace ql
 
 namespace {
 
 using ql::LockedSettings;
+using ql::Setting;
+using ql::SettingContent;
 using ql::SettingKey;
 using ql::SettingsDictionary;
-using ql::TRegSetting;
-using ql::TSetting;
-
-SettingKey RegistryKey(const wchar_t* section, const wchar_t* entry) {
-    return {ql::TextOf(section), ql::TextOf(entry)};
-}
 
 // The decimal text of a host's number.
 class NumberText {
@@ -41,7 +28,7 @@ class NumberText {
         char* end = std::to_chars(digits, digits + kCapacity, static_cast<int>(setting)).ptr;
         length_ = static_cast<std::size_t>(std::copy(digits, end, units_) - units_);
     }
-    SettingKey Key() const { return SettingKey({units_, length_}); }
+    operator std::wstring_view() const { return {units_, length_}; }
 
   private:
     static constexpr std::size_t kCapacity = 11;  // "-2147483648"
@@ -58,51 +45,68 @@ bool Locked(LockedSettings& state, Call call) {
     });
 }
 
-template <template <class> class Setting, class Value, class Source>
-bool Assign(SettingsDictionary& settings, const SettingKey& key, const Source& value) {
-    Setting<Value>* setting = settings.FindOrCreate<Setting, Value>(key, Value());
-    if (setting) setting->Set(value);
-    return setting != nullptr;
+bool Assign(LockedSettings& state, const SettingKey& key, const SettingContent& content) {
+    const ql::WriterGuard guard(state.lock);
+    return state.settings.Assign(key, content);
 }
 
-template <class Value, class Source>
-bool AssignRegistrySetting(LockedSettings& state, const SettingKey& key, const Source& value) {
-    return Locked(state, [&](SettingsDictionary& settings) {
-        return Assign<TRegSetting, Value>(settings, key, value);
-    });
+std::wstring_view ViewOf(const wchar_t* text) {
+    return ql::TextOf(text);
+}
+std::wstring_view ViewOf(const RWWString& text) {
+    return text;
+}
+int ViewOf(int number) {
+    return number;
+}
+bool ViewOf(bool flag) {
+    return flag;
 }
 
-// Whether the setting is set, if it is known and needs no look into the registry.
-template <class Value>
-std::optional<bool> ReadKnownSetting(LockedSettings& state, const SettingKey& key, Value* value) {
+// Whether the setting is set; the default, and false, when the name has another type.
+template <class Value, class Default>
+bool Take(const Setting& setting, Value* value, const Default& defaultValue) {
+    if (setting.type() == ql::kSettingType<Value>) {
+        setting.CopyTo(*value);
+        return setting.isSet();
+    }
+    *value = defaultValue;
+    return false;
+}
+
+// Whether the setting is set, when it is known.
+template <class Value, class Default>
+std::optional<bool> ReadKnownSetting(LockedSettings& state, const SettingKey& key, Value* value,
+                                     const Default& defaultValue) {
     const ql::ReaderGuard guard(state.lock);
-    const auto* setting = state.settings.Find<TRegSetting, Value>(key);
-    if (!setting || !setting->IsLoaded()) return std::nullopt;
-    *value = setting->Get();
-    return setting->IsSet();
+    const Setting* const setting = state.settings.Find(key);
+    if (!setting) return std::nullopt;
+    return Take(*setting, value, defaultValue);
 }
 
+// What is not known yet is read from the registry and known from then on, as absent too. The lock is held
+// meanwhile, so that what another thread writes comes either before the reading or after it.
 template <class Value, class Default>
-bool LoadRegistrySetting(LockedSettings& state, const SettingKey& key, Value* value,
-                         const Default& defaultValue) {
-    return Locked(state, [&](SettingsDictionary& settings) {
-        auto* setting = settings.FindOrCreate<TRegSetting, Value>(key, defaultValue);
-        if (!setting) {
-            *value = defaultValue;
-            return false;
-        }
-        setting->EnsureLoaded();
-        *value = setting->Get();
-        return setting->IsSet();
-    });
-}
-
-template <class Value, class Default>
-bool ReadRegistrySetting(LockedSettings& state, const SettingKey& key, Value* value,
+bool ReadRegistrySetting(LockedSettings& state, const wchar_t* section, const wchar_t* entry, Value* value,
                          const Default& defaultValue) {
     return ql::FailureIfThrown(false, [&] {
-        const std::optional<bool> known = ReadKnownSetting(state, key, value);
-        return known ? *known : LoadRegistrySetting(state, key, value, defaultValue);
+        const SettingKey key(section, entry);
+        if (const auto known = ReadKnownSetting(state, key, value, defaultValue)) return *known;
+        const ql::WriterGuard guard(state.lock);
+        if (const Setting* const setting = state.settings.Find(key))
+            return Take(*setting, value, defaultValue);
+        Value content(defaultValue);
+        const bool found = ql::ReadFromRegistry(section, entry, content);
+        state.settings.Assign(key, {ViewOf(content), found});
+        *value = std::move(content);
+        return found;
+    });
+}
+
+template <class Value>
+bool AssignRegistrySetting(LockedSettings& state, const wchar_t* section, const wchar_t* entry, Value value) {
+    return ql::FailureIfThrown(false, [&] {
+        return Assign(state, SettingKey(section, entry), {ViewOf(value), true});
     });
 }
 
@@ -118,32 +122,30 @@ std::wstring_view UpToZero(std::wstring_view text) {
     return text.substr(0, text.find(L'\0'));
 }
 
-template <template <class> class Setting>
-void AssignJson(SettingsDictionary& settings, const SettingKey& key, const JSON::Value& value) {
+void AssignMember(SettingsDictionary& settings, std::wstring_view name, const JSON::Value& value) {
+    const SettingKey key(name);
     switch (value.kind()) {
-        case JSON::String:
-            Assign<Setting, RWWString>(settings, key, RWWString(UpToZero(value.text())));
-            break;
-        case JSON::Number: Assign<Setting, int>(settings, key, Integer(value.number())); break;
-        case JSON::Bool: Assign<Setting, bool>(settings, key, value.flag()); break;
+        case JSON::String: settings.Assign(key, {UpToZero(value.text()), true}); break;
+        case JSON::Number: settings.Assign(key, {Integer(value.number()), true}); break;
+        case JSON::Bool: settings.Assign(key, {value.flag(), true}); break;
         default: break;
     }
 }
 
-void AssignMember(SettingsDictionary& settings, std::wstring_view name, const JSON::Value& value) {
-    const SettingKey key(name);
-    if (ql::NamesRegistrySetting(name)) {
-        AssignJson<TRegSetting>(settings, key, value);
-    } else {
-        AssignJson<TSetting>(settings, key, value);
+std::unique_ptr<JSON::Value> AsJson(const Setting& setting) {
+    switch (setting.type()) {
+        case ql::SettingType::Integer:
+            return std::make_unique<JSON::Value>(static_cast<double>(setting.number()));
+        case ql::SettingType::Boolean: return std::make_unique<JSON::Value>(setting.number() != 0);
+        default: return std::make_unique<JSON::Value>(RWWString(setting.text()));
     }
 }
 
 // Null when memory is short.
 std::unique_ptr<JSON::Value> AsJson(const SettingsDictionary& settings) {
     auto root = std::make_unique<JSON::Value>(JSON::Object);
-    for (const auto& [key, setting] : settings.Sorted()) {
-        if (!root->AddMember(*key, setting->AsJson())) return nullptr;
+    for (const Setting* setting : settings.Sorted()) {
+        if (!root->AddMember(RWWString(setting->key()), AsJson(*setting))) return nullptr;
     }
     return root;
 }
@@ -165,22 +167,17 @@ CQlsSettings& CQlsSettings::operator=(const CQlsSettings& other) noexcept {
 }
 
 bool CQlsSettings::SetStrSetting(QlSetting setting, const wchar_t* value) {
-    const NumberText number(setting);
-    return Locked(*state_, [&](SettingsDictionary& settings) {
-        return Assign<TSetting, RWWString>(settings, number.Key(), value);
-    });
+    const SettingKey key{NumberText(setting)};
+    return ql::FailureIfThrown(false, [&] { return Assign(*state_, key, {ViewOf(value), true}); });
 }
 
 bool CQlsSettings::GetStrSetting(QlSetting setting, RWWString* value, const wchar_t* defaultValue) {
-    const NumberText number(setting);
+    const SettingKey key{NumberText(setting)};
     return Locked(*state_, [&](SettingsDictionary& settings) {
-        auto* known = settings.FindOrCreate<TSetting, RWWString>(number.Key(), defaultValue);
-        if (known) {
-            *value = known->Get();
-        } else {
-            *value = defaultValue;
-        }
-        return known && known->IsSet();
+        if (const Setting* const known = settings.Find(key)) return Take(*known, value, defaultValue);
+        settings.Assign(key, {ViewOf(defaultValue), false});
+        *value = defaultValue;
+        return false;
     });
 }
 
@@ -201,44 +198,56 @@ bool CQlsSettings::GetIntSetting(QlSetting, int*, int) {
 }
 
 bool CQlsSettings::ClearSetting(QlSetting setting) {
-    const NumberText number(setting);
-    return Locked(*state_, [&](SettingsDictionary& settings) { return settings.Remove(number.Key()); });
+    const SettingKey key{NumberText(setting)};
+    return Locked(*state_, [&](SettingsDictionary& settings) { return settings.Remove(key); });
 }
 
 bool CQlsSettings::GetRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value,
                                      bool defaultValue) {
-    return ReadRegistrySetting(*state_, RegistryKey(section, entry), value, defaultValue);
+    return ReadRegistrySetting(*state_, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value,
                                     int defaultValue) {
-    return ReadRegistrySetting(*state_, RegistryKey(section, entry), value, defaultValue);
+    return ReadRegistrySetting(*state_, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetRegStrSetting(const wchar_t* section, const wchar_t* entry, RWWString* value,
                                     const wchar_t* defaultValue) {
-    return ReadRegistrySetting(*state_, RegistryKey(section, entry), value, defaultValue);
+    return ReadRegistrySetting(*state_, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::SetRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool value) {
-    return AssignRegistrySetting<bool>(*state_, RegistryKey(section, entry), value);
+    return AssignRegistrySetting(*state_, section, entry, value);
 }
 
 bool CQlsSettings::SetRegIntSetting(const wchar_t* section, const wchar_t* entry, int value) {
-    return AssignRegistrySetting<int>(*state_, RegistryKey(section, entry), value);
+    return AssignRegistrySetting(*state_, section, entry, value);
 }
 
 bool CQlsSettings::SetRegStrSetting(const wchar_t* section, const wchar_t* entry, const wchar_t* value) {
-    return AssignRegistrySetting<RWWString>(*state_, RegistryKey(section, entry), value);
+    return AssignRegistrySetting(*state_, section, entry, value);
 }
 
 bool CQlsSettings::ClearRegSetting(const wchar_t* section, const wchar_t* entry) {
     return Locked(*state_,
-                  [&](SettingsDictionary& settings) { return settings.Remove(RegistryKey(section, entry)); });
+                  [&](SettingsDictionary& settings) { return settings.Remove(SettingKey(section, entry)); });
 }
 
 bool CQlsSettings::IsRegIntSettingSet(const wchar_t*, const wchar_t*) {
     return false;
+}
+
+bool CQlsSettings::GetAbort() const noexcept {
+    return abort_;
+}
+
+void CQlsSettings::SetAbort() noexcept {
+    abort_ = true;
+}
+
+void CQlsSettings::ClearAbort() noexcept {
+    abort_ = false;
 }
 
 bool CQlsSettings::GetSerializedSettings(RWWString* json) {

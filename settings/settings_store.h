@@ -70,9 +70,9 @@ class QL_API CQlsSettings {
     bool IsRegIntSettingSet(const wchar_t* section, const wchar_t* entry);
 
     // Asks the thread that works with this store to stop; the library itself never looks.
-    bool GetAbort() const noexcept { return abort_; }
-    void SetAbort() noexcept { abort_ = true; }
-    void ClearAbort() noexcept { abort_ = false; }
+    bool GetAbort() const noexcept;
+    void SetAbort() noexcept;
+    void ClearAbort() noexcept;
 
     // The store as one JSON object on one line, members ordered by key:
     // {"12":"text","Section<-^->Entry":true}. Settings not read yet are read first, so an absent one is
@@ -86,13 +86,17 @@ class QL_API CQlsSettings {
     bool SetFromSerializedSettings(const wchar_t* json);
 
     // Initialize makes the global store; TlsmInitialize (settings/thread_slots.h) comes before it. False
-    // without a thread slot (the global store then works all the same) and when it was called already.
-    // Uninitialize destroys every store; pointers from GetSettings end there.
+    // without a thread slot (the global store then works all the same; a later call takes a slot and keeps
+    // the store) and when it has one already. Uninitialize destroys every store; pointers from GetSettings
+    // end there, and threads that are still attached are attached to nothing. settings/scopes.h calls both.
     static bool Initialize();
     static void Uninitialize();
 
-    // For each thread that uses contexts, after TlsmInitializeThread and before TlsmUninitializeThread. Kept
-    // on purpose: a thread that ends while attached does not give back its reference; detach first.
+    // InitializeThread is not needed: it gives a thread its record ahead, so that its reads wait for no other
+    // thread; attaching does the same. At most once for each thread, after TlsmInitializeThread: what the
+    // slot held is forgotten. UninitializeThread comes before TlsmUninitializeThread on each thread that was
+    // initialised or attached. Kept on purpose: a thread that ends while attached does not give back its
+    // reference; detach first.
     static bool InitializeThread();
     static void UninitializeThread();
 
@@ -140,8 +144,9 @@ class QL_API CQlsSettings {
     static bool ClearThreadRegSetting(const wchar_t* section, const wchar_t* entry);
 
     // The process's defaults. The setters write the current user's registry (a null text deletes the value)
-    // and then the global store; they answer false when only the registry could be written. The getters read
-    // the global store.
+    // and then the global store, and no other writer comes in between; they answer false when only the
+    // registry could be written. A store without memory for the value forgets the former one and reads the
+    // registry again. The getters read the global store.
     static bool SetDefRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool value);
     static bool SetDefRegIntSetting(const wchar_t* section, const wchar_t* entry, int value);
     static bool SetDefRegStrSetting(const wchar_t* section, const wchar_t* entry, const wchar_t* value);
@@ -153,6 +158,8 @@ class QL_API CQlsSettings {
                                     const wchar_t* defaultValue = nullptr);
 
   private:
+    friend struct ql::LockedSettings;
+
     std::shared_ptr<ql::LockedSettings> state_;
     std::atomic<bool> abort_ = false;
 };

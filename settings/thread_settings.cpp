@@ -1,45 +1,53 @@
+// The static members of CQlsSettings: the table of stores, and which of them a thread uses.
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
 
-#include "platform/critical_section.h"
 #include "platform/failure.h"
-#include "settings/registry_writers.h"
+#include "settings/locked_settings.h"
+#include "settings/registry_values.h"
 #include "settings/settings_store.h"
 #include "settings/thread_slots.h"
+#include "settings/thread_store.h"
 
 namespace {
 
 constexpr int kNoContext = -1;
 constexpr int kUncountedReference = 1;  // what counting on no context answers
-constexpr std::size_t kFirstCapacity = 16;
 
 struct Context {
     int refCount = 0;
+    bool isListed = false;                   // among the free ids
     std::shared_ptr<CQlsSettings> settings;  // made when first needed
 };
 
-// What a thread knows of the context it is attached to; owned by the thread's slot, and touched by that thread alone.
-struct Attachment {
-    int settingsId;
-    int attachCount;
+// What a thread knows of itself; owned by the thread's slot, and touched by that thread alone.
+struct ThreadRecord {
+    int settingsId = kNoContext;
+    int attachCount = 0;
+    unsigned run = 0;  // of the table, in which the thread attached
 
-    // The store that reads go to, as of that version of the table: reading threads that share nothing but the table
-    // must not wait for each other. It stays alive until the next read finds a newer version.
+    // The store that reads go to, as of that version of the table: reading threads that share nothing but the
+    // table must not wait for each other. It stays alive until the next read finds a newer version.
     std::shared_ptr<CQlsSettings> store;
     unsigned version = 0;
 };
 
-// The global store and the contexts. The lock is taken before any store's own.
+// The global store and the contexts. The lock is taken before any store's own, and held by every writer until
+// registry and stores agree.
 struct ContextTable {
     ql::CriticalSection lock;
     std::shared_ptr<CQlsSettings> global QL_GUARDED_BY(lock);
     std::vector<Context> contexts QL_GUARDED_BY(lock);  // by id
+    std::vector<int> freeIds QL_GUARDED_BY(lock);       // a heap, the lowest on top; room for every id
+    unsigned run QL_GUARDED_BY(lock) = 1;               // from one Uninitialize to the next
 
     // Changed under the lock, read without it.
     std::atomic<unsigned long> slot = kTlsmNoSlot;
+    std::atomic<bool> hasGlobal = false;
     std::atomic<unsigned> version = 1;  // a new one whenever some thread's store may be another
 
     Context* Find(int id) QL_REQUIRES(lock) {
@@ -48,11 +56,21 @@ struct ContextTable {
                    : nullptr;
     }
 
-    Attachment* Current() const { return static_cast<Attachment*>(TlsmGetValue(slot)); }
-    bool Attach(Attachment* attachment) const { return TlsmSetValue(slot, attachment); }
-    void DropAttachment() const {
-        delete Current();
-        Attach(nullptr);
+    ThreadRecord* Record() const { return static_cast<ThreadRecord*>(TlsmGetValue(slot)); }
+    bool Keep(ThreadRecord* record) const { return TlsmSetValue(slot, record); }
+
+    // The thread's record if it is attached; one whose id names no context of this run counts for none.
+    ThreadRecord* Attached() QL_REQUIRES(lock) {
+        ThreadRecord* const record = Record();
+        return record && record->attachCount > 0 && record->run == run && Find(record->settingsId) ? record
+                                                                                                   : nullptr;
+    }
+
+    // The thread's record, a new one when there is none; null for a thread that is not initialised.
+    ThreadRecord* RecordToAttach() {
+        if (ThreadRecord* const record = Record()) return record;
+        auto record = std::make_unique<ThreadRecord>();
+        return Keep(record.get()) ? record.release() : nullptr;
     }
 
     int AddReference(int id) QL_REQUIRES(lock) {
@@ -65,11 +83,28 @@ struct ContextTable {
         if (id == kNoContext) return kUncountedReference;
         Context* context = Find(id);
         if (!context || context->refCount == 0) return 0;
-        if (--context->refCount == 0) {
-            context->settings.reset();
-            ++version;
+        if (--context->refCount > 0) return context->refCount;
+        context->settings.reset();
+        ++version;
+        if (!std::exchange(context->isListed, true)) {
+            freeIds.push_back(id);
+            std::push_heap(freeIds.begin(), freeIds.end(), std::greater<>());
         }
-        return context->refCount;
+        return 0;
+    }
+
+    // The lowest id without a reference. One on the list may have been given a reference again.
+    int TakeId() QL_REQUIRES(lock) {
+        while (!freeIds.empty()) {
+            std::pop_heap(freeIds.begin(), freeIds.end(), std::greater<>());
+            const int id = freeIds.back();
+            freeIds.pop_back();
+            Find(id)->isListed = false;
+            if (Find(id)->refCount == 0) return id;
+        }
+        contexts.emplace_back();
+        freeIds.reserve(contexts.capacity());
+        return static_cast<int>(contexts.size() - 1);
     }
 
     std::shared_ptr<CQlsSettings> StoreOf(int id, bool create) QL_REQUIRES(lock) {
@@ -83,79 +118,113 @@ struct ContextTable {
     }
 
     std::shared_ptr<CQlsSettings> ThreadStore(bool create) QL_REQUIRES(lock) {
-        const Attachment* attachment = Current();
-        auto store = attachment ? StoreOf(attachment->settingsId, create) : nullptr;
-        return store ? store : global;
+        const ThreadRecord* const record = Attached();
+        return record ? StoreOf(record->settingsId, create) : global;
     }
 };
 
 ContextTable g_table;
 
-// For one call on the calling thread's store; null when there is none.
-std::shared_ptr<CQlsSettings> WritableStore() {
+// The store that the calling thread reads; null when there is none. A thread with a record takes the lock
+// only when the table has changed.
+std::shared_ptr<CQlsSettings> StoreToRead(ThreadRecord* record) {
     ql::CriticalSectionGuard guard(g_table.lock);
-    return g_table.ThreadStore(true);
-}
-
-std::shared_ptr<CQlsSettings> ReadableStore() {
-    ql::CriticalSectionGuard guard(g_table.lock);
-    return g_table.ThreadStore(false);
-}
-
-std::shared_ptr<CQlsSettings> GlobalStore() {
-    ql::CriticalSectionGuard guard(g_table.lock);
-    return g_table.global;
-}
-
-// The same store as ReadableStore's, without the lock unless the table has changed.
-CQlsSettings* KnownStore(Attachment& attachment) {
-    if (attachment.version != g_table.version) {
-        ql::CriticalSectionGuard guard(g_table.lock);
-        attachment.store = g_table.ThreadStore(false);
-        attachment.version = g_table.version;
+    auto store = g_table.ThreadStore(false);
+    if (record) {
+        record->store = store;
+        record->version = g_table.version;
     }
-    return attachment.store.get();
+    return store;
 }
 
-template <class... Parameters, class... Arguments>
-bool OnStore(CQlsSettings* store, bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
-    return store && (store->*member)(arguments...);
-}
-
-// Each calls a member on the store; false when there is none.
+// Calls a member on the store that the calling thread reads; false when there is none.
 template <class... Parameters, class... Arguments>
 bool ReadFromThreadStore(bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
     return ql::FailureIfThrown(false, [&] {
-        Attachment* const attachment = g_table.Current();
-        if (attachment) return OnStore(KnownStore(*attachment), member, arguments...);
-        return OnStore(ReadableStore().get(), member, arguments...);
+        ThreadRecord* const record = g_table.Record();
+        if (record && record->version == g_table.version)
+            return record->store && (*record->store.*member)(arguments...);
+        const auto store = StoreToRead(record);
+        return store && (*store.*member)(arguments...);
+    });
+}
+
+// Calls a member on the store that the calling thread writes.
+template <class... Parameters, class... Arguments>
+bool WriteToThreadStore(bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
+    return ql::FailureIfThrown(false, [&] {
+        ql::CriticalSectionGuard guard(g_table.lock);
+        const auto store = g_table.ThreadStore(true);
+        return store && (*store.*member)(arguments...);
     });
 }
 
 template <class... Parameters, class... Arguments>
-bool WriteToThreadStore(bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
-    return ql::FailureIfThrown(false, [&] { return OnStore(WritableStore().get(), member, arguments...); });
+bool ReadFromGlobalStore(bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
+    const auto store = [] {
+        ql::CriticalSectionGuard guard(g_table.lock);
+        return g_table.global;
+    }();
+    return store && (*store.*member)(arguments...);
 }
 
-template <class... Parameters, class... Arguments>
-bool OnGlobalStore(bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
-    return OnStore(GlobalStore().get(), member, arguments...);
+// Whether the store took the value. One that had no memory for it forgets what it held, so that the next
+// reading finds what the registry holds now.
+template <class Value>
+bool SetOrForget(CQlsSettings& store, bool (CQlsSettings::*member)(const wchar_t*, const wchar_t*, Value),
+                 const ql::SettingKey& key, const wchar_t* section, const wchar_t* entry, Value value) {
+    if ((store.*member)(section, entry, value)) return true;
+    ql::LockedSettings& state = ql::LockedSettings::Of(store);
+    const ql::WriterGuard guard(state.lock);
+    const ql::Setting* const setting = state.settings.Find(key);
+    if (setting && setting->type() == ql::kSettingType<Value>) state.settings.Remove(key);
+    return false;
+}
+
+// The registry first, then the global store.
+template <class Value>
+bool WriteDefault(bool (CQlsSettings::*member)(const wchar_t*, const wchar_t*, Value), const wchar_t* section,
+                  const wchar_t* entry, Value value) {
+    return ql::FailureIfThrown(false, [&] {
+        const ql::SettingKey key(section, entry);  // what needs memory comes before what changes something
+        ql::CriticalSectionGuard guard(g_table.lock);
+        ql::WriteToRegistry(section, entry, value);
+        return g_table.global && SetOrForget(*g_table.global, member, key, section, entry, value);
+    });
 }
 
 bool HasWritableStore() {
-    return ql::FailureIfThrown(false, [] { return WritableStore() != nullptr; });
+    return ql::FailureIfThrown(false, [] {
+        ql::CriticalSectionGuard guard(g_table.lock);
+        return g_table.ThreadStore(true) != nullptr;
+    });
 }
 
 }  // namespace
+
+ql::CriticalSection& ql::SettingsTableLock() {
+    return g_table.lock;
+}
+
+bool ql::HasSettingsStores() {
+    return g_table.hasGlobal;
+}
+
+ql::ThreadStores ql::StoresOfThread() {
+    ql::CriticalSectionGuard guard(g_table.lock);
+    auto store = g_table.ThreadStore(false);
+    return {store == g_table.global ? nullptr : std::move(store), g_table.global};
+}
 
 bool CQlsSettings::Initialize() {
     return ql::FailureIfThrown(false, [] {
         ql::CriticalSectionGuard guard(g_table.lock);
         if (g_table.slot != kTlsmNoSlot) return false;
-        g_table.global = std::make_shared<CQlsSettings>();
-        g_table.contexts.clear();
-        g_table.contexts.reserve(kFirstCapacity);
-        ++g_table.version;
+        if (!g_table.global) {
+            g_table.global = std::make_shared<CQlsSettings>();
+            g_table.hasGlobal = true;
+            ++g_table.version;
+        }
         g_table.slot = TlsmAlloc();
         return g_table.slot != kTlsmNoSlot;
     });
@@ -164,29 +233,32 @@ bool CQlsSettings::Initialize() {
 void CQlsSettings::Uninitialize() {
     ql::CriticalSectionGuard guard(g_table.lock);
     TlsmFree(g_table.slot.exchange(kTlsmNoSlot));
+    g_table.hasGlobal = false;
     g_table.global.reset();
     g_table.contexts.clear();
+    g_table.freeIds.clear();
+    ++g_table.run;
     ++g_table.version;
 }
 
 bool CQlsSettings::InitializeThread() {
-    return g_table.Attach(nullptr);
+    if (!g_table.Keep(nullptr)) return false;
+    return ql::FailureIfThrown(true, [] { return g_table.RecordToAttach() != nullptr; });
 }
 
 void CQlsSettings::UninitializeThread() {
-    g_table.DropAttachment();
+    delete g_table.Record();
+    g_table.Keep(nullptr);
 }
 
 int CQlsSettings::CreateThreadSettings() {
     return ql::FailureIfThrown(kNoContext, [] {
         ql::CriticalSectionGuard guard(g_table.lock);
         if (!g_table.global) return kNoContext;
-        auto& contexts = g_table.contexts;
-        auto free =
-            std::find_if(contexts.begin(), contexts.end(), [](const Context& c) { return c.refCount == 0; });
-        if (free == contexts.end()) free = contexts.emplace(free);
-        *free = Context{1, nullptr};
-        return static_cast<int>(free - contexts.begin());
+        const int id = g_table.TakeId();
+        *g_table.Find(id) = Context{1, false, nullptr};
+        ++g_table.version;  // threads may still be attached to the id
+        return id;
     });
 }
 
@@ -202,24 +274,24 @@ int CQlsSettings::ReleaseThreadSettingsRef(int id) {
 
 int CQlsSettings::GetCurThreadSettings() {
     ql::CriticalSectionGuard guard(g_table.lock);
-    const Attachment* attachment = g_table.Current();
-    if (!attachment) return kNoContext;
-    g_table.AddReference(attachment->settingsId);
-    return attachment->settingsId;
+    const ThreadRecord* const record = g_table.Attached();
+    if (!record) return kNoContext;
+    g_table.AddReference(record->settingsId);
+    return record->settingsId;
 }
 
 bool CQlsSettings::AttachThreadSettings(int id) {
     return ql::FailureIfThrown(false, [id] {
         ql::CriticalSectionGuard guard(g_table.lock);
-        if (Attachment* attachment = g_table.Current()) {
-            if (attachment->settingsId != id) return false;
-            ++attachment->attachCount;
+        if (ThreadRecord* const record = g_table.Attached()) {
+            if (record->settingsId != id) return false;
+            ++record->attachCount;
             return true;
         }
         if (id != kNoContext && !g_table.Find(id)) return false;
-        auto attachment = std::make_unique<Attachment>(Attachment{id, 1, nullptr});
-        if (!g_table.Attach(attachment.get())) return false;
-        static_cast<void>(attachment.release());  // the slot owns it now
+        ThreadRecord* const record = g_table.RecordToAttach();
+        if (!record) return false;
+        *record = ThreadRecord{id, 1, g_table.run, nullptr};
         g_table.AddReference(id);
         return true;
     });
@@ -227,16 +299,17 @@ bool CQlsSettings::AttachThreadSettings(int id) {
 
 bool CQlsSettings::DetachThreadSettings(int id) {
     ql::CriticalSectionGuard guard(g_table.lock);
-    Attachment* attachment = g_table.Current();
-    if (!attachment || attachment->settingsId != id) return false;
-    if (--attachment->attachCount > 0) return true;
-    g_table.DropAttachment();
+    ThreadRecord* const record = g_table.Attached();
+    if (!record) return id == kNoContext && g_table.Record();
+    if (record->settingsId != id) return false;
+    if (--record->attachCount > 0) return true;
+    *record = ThreadRecord{};
     g_table.Release(id);
     return true;
 }
 
 CQlsSettings* CQlsSettings::GetSettings(int id, bool create) {
-    return ql::FailureIfThrown(nullptr, [&] {
+    return ql::FailureIfThrown(static_cast<CQlsSettings*>(nullptr), [&] {
         ql::CriticalSectionGuard guard(g_table.lock);
         return g_table.StoreOf(id, create).get();
     });
@@ -299,31 +372,28 @@ bool CQlsSettings::ClearThreadRegSetting(const wchar_t* section, const wchar_t* 
 }
 
 bool CQlsSettings::SetDefRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool value) {
-    ql::WriteRegistryBoolean(section, entry, value);
-    return OnGlobalStore(&CQlsSettings::SetRegBoolSetting, section, entry, value);
+    return WriteDefault(&CQlsSettings::SetRegBoolSetting, section, entry, value);
 }
 
 bool CQlsSettings::SetDefRegIntSetting(const wchar_t* section, const wchar_t* entry, int value) {
-    ql::WriteRegistryInteger(section, entry, value);
-    return OnGlobalStore(&CQlsSettings::SetRegIntSetting, section, entry, value);
+    return WriteDefault(&CQlsSettings::SetRegIntSetting, section, entry, value);
 }
 
 bool CQlsSettings::SetDefRegStrSetting(const wchar_t* section, const wchar_t* entry, const wchar_t* value) {
-    ql::WriteRegistryText(section, entry, value);
-    return OnGlobalStore(&CQlsSettings::SetRegStrSetting, section, entry, value);
+    return WriteDefault(&CQlsSettings::SetRegStrSetting, section, entry, value);
 }
 
 bool CQlsSettings::GetDefRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value,
                                         bool defaultValue) {
-    return OnGlobalStore(&CQlsSettings::GetRegBoolSetting, section, entry, value, defaultValue);
+    return ReadFromGlobalStore(&CQlsSettings::GetRegBoolSetting, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetDefRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value,
                                        int defaultValue) {
-    return OnGlobalStore(&CQlsSettings::GetRegIntSetting, section, entry, value, defaultValue);
+    return ReadFromGlobalStore(&CQlsSettings::GetRegIntSetting, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetDefRegStrSetting(const wchar_t* section, const wchar_t* entry, RWWString* value,
                                        const wchar_t* defaultValue) {
-    return OnGlobalStore(&CQlsSettings::GetRegStrSetting, section, entry, value, defaultValue);
+    return ReadFromGlobalStore(&CQlsSettings::GetRegStrSetting, section, entry, value, defaultValue);
 }

@@ -37,7 +37,6 @@ void** CurrentValue(unsigned long slot) {
 bool TlsmInitialize() {
     ql::CriticalSectionGuard guard(g_slots.lock);
     if (g_slots.systemIndex != TLS_OUT_OF_INDEXES) return false;
-    g_slots.handedOut = 0;
     g_slots.systemIndex = ::TlsAlloc();
     return g_slots.systemIndex != TLS_OUT_OF_INDEXES;
 }

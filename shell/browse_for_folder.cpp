@@ -52,8 +52,8 @@ bool HasRoot(std::wstring_view path) {
     return IsSeparator(path[0]) && IsSeparator(path[1]);
 }
 
-// The form in which every folder is kept: with single backslashes, without "." and "..", without a backslash at its
-// end but a drive's ("C:\").
+// The form in which every folder is kept: with single backslashes, without "." and "..", without a backslash
+// at its end but a drive's ("C:\").
 std::wstring FullPath(std::wstring path) {
     constexpr std::size_t kDriveLength = 3;
     if (path.size() == 2 && HasRoot(path)) path += L'\\';
@@ -63,8 +63,8 @@ std::wstring FullPath(std::wstring path) {
     return full;
 }
 
-// The folder itself or the nearest one above it that exists; empty when there is none, as below a server that cannot be
-// reached.
+// The folder itself or the nearest one above it that exists; empty when there is none, as below a server that
+// cannot be reached.
 std::wstring NearestFolder(const std::wstring& start) {
     if (start.empty()) return {};
     std::wstring path = FullPath(start);
@@ -89,8 +89,8 @@ std::wstring TextOf(HWND window) {
 }
 
 // One run of the dialog. The system tells about it through a callback but closes it without asking, so its
-// messages pass through here first. What throws under way, such as a host's Validate, ends the run: no exception may
-// cross the system's own functions.
+// messages pass through here first. What throws under way, such as a host's Validate, ends the run: no
+// exception may cross the system's own functions.
 class FolderDialog {
   public:
     FolderDialog(const RWWString& title, const RWWString& start, Validator validate)
@@ -156,8 +156,8 @@ class FolderDialog {
             ::SendMessageW(window_, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(start_.c_str()));
     }
 
-    // What the user means: a text typed since the last selection, else the selection. A name stays as it was typed
-    // while there is no selection for it to be below.
+    // What the user means: a text typed since the last selection, else the selection. A name stays as it was
+    // typed while there is no selection for it to be below.
     std::wstring Meant() const {
         const HWND edit = ::FindWindowExW(window_, nullptr, L"Edit", nullptr);
         if (!edit || !::SendMessageW(edit, EM_GETMODIFY, 0, 0)) return selected_;

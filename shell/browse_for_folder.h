@@ -28,22 +28,23 @@ class QL_API CBrowseForFolder {
 
     void SetTitle(const RWWString& title);  // of the window; empty, as at first, for the system's own
 
-    // The folder that the tree opens at, or the nearest one above it that exists; a relative one is below the current
-    // directory. The tree's root when it is empty, and when there is none above it, as on a server out of reach.
+    // The folder that the tree opens at, or the nearest one above it that exists; a relative one is below the
+    // current directory. The tree's root when it is empty, and when there is none above it, as on a server
+    // out of reach.
     void SetStartFolder(const RWWString& folder);
 
-    // Opens the dialog and returns when it is closed. Failed when it could not be opened, and when Validate threw, which
-    // closes it.
+    // Opens the dialog and returns when it is closed. Failed when it could not be opened, and when Validate
+    // threw, which closes it.
     Result Show();
 
     // The full path that the last Show with the answer Chosen brought, without a backslash at its end but a
-    // root's ("C:\"); empty before. A typed name without a root is below the folder selected in the tree, and nowhere
-    // while none is.
+    // root's ("C:\"); empty before. A typed name without a root is below the folder selected in the tree, and
+    // nowhere while none is.
     const RWWString& GetFolder() const noexcept { return folder_; }
 
   protected:
-    // Whether the user may pick this existing folder; if not, why, for the user to read: nothing is shown when
-    // it stays empty. Accepts all.
+    // Whether the user may pick this existing folder; if not, why, for the user to read: nothing is shown
+    // when it stays empty. Accepts all.
     virtual bool Validate(const RWWString& folder, RWWString& why);
 
   private:

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/failure.h"
 #include "text/characters.h"
 
 namespace {
@@ -76,6 +77,20 @@ std::wstring Spaced(std::wstring_view text) {
     return spaced;
 }
 
+std::wstring Changed(std::wstring changed, CaseType type) {
+    if (changed.empty()) return changed;
+    if (type == CASE_LOWER || type == CASE_SENTENCE || type == CASE_TITLE) ql::MakeLower(changed);
+    switch (type) {
+        case CASE_SENTENCE:
+        case CASE_FIRST_CAPITAL: CapitaliseFirst(changed); break;
+        case CASE_TITLE: CapitaliseWords(changed); break;
+        case CASE_UPPER: return Capitals(changed);
+        case CASE_SPACED_CAPITALS: return Spaced(Capitals(changed));
+        default: break;
+    }
+    return changed;
+}
+
 }  // namespace
 
 CaseType GetCase(const RWWString& text) {
@@ -89,16 +104,5 @@ CaseType GetCase(const RWWString& text) {
 }
 
 RWWString ChangeCase(const RWWString& text, CaseType type) {
-    if (text.isNull()) return text;
-    std::wstring changed = text.str();
-    if (type == CASE_LOWER || type == CASE_SENTENCE || type == CASE_TITLE) ql::MakeLower(changed);
-    switch (type) {
-        case CASE_SENTENCE:
-        case CASE_FIRST_CAPITAL: CapitaliseFirst(changed); break;
-        case CASE_TITLE: CapitaliseWords(changed); break;
-        case CASE_UPPER: return Capitals(changed);
-        case CASE_SPACED_CAPITALS: return Spaced(Capitals(changed));
-        default: break;
-    }
-    return changed;
+    return ql::FailureIfThrown({}, [&] { return Changed(text.str(), type); });
 }

@@ -27,5 +27,5 @@ QL_API CaseType GetCase(const RWWString& text);
 // Rewrites a text in a case pattern. In capitals every "ß" becomes "SS"; spaced capitals have one blank
 // between every two characters and none at the end. For titles a word starts at a letter that follows neither
 // a letter nor a straight apostrophe: "o'neil smith" becomes "O'neil Smith". CASE_UNKNOWN, like any other
-// number, changes nothing.
+// number, changes nothing. The answer is empty when memory ends.
 QL_API RWWString ChangeCase(const RWWString& text, CaseType type);

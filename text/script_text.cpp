@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/failure.h"
+
 namespace {
 
 constexpr wchar_t kEscape = L'$';
@@ -131,9 +133,7 @@ constexpr bool IsSpecial(wchar_t unit) {
     }
 }
 
-}  // namespace
-
-RWWString QLToJSVarName(ql::TextView name, ql::TextView prefix) {
+std::wstring Identifier(std::wstring_view name, std::wstring_view prefix) {
     std::wstring identifier;
     AppendIdentifier(identifier, prefix);
     if (!prefix.empty()) identifier += L'_';
@@ -141,7 +141,7 @@ RWWString QLToJSVarName(ql::TextView name, ql::TextView prefix) {
     return identifier;
 }
 
-RWWString JSToQLVarName(ql::TextView name) {
+std::wstring VariableName(std::wstring_view name) {
     std::wstring plain;
     for (std::wstring_view rest = name; !rest.empty();) {
         const auto escape = rest.front() == kEscape ? ReadEscape(rest) : std::nullopt;
@@ -152,12 +152,9 @@ RWWString JSToQLVarName(ql::TextView name) {
     return plain;
 }
 
-RWWString EscapeIllegalChars(const RWWString& text, ql::TextView newlineText, ql::TextView crLfText,
-                             ql::TextView apostropheText, bool markup, ql::TextView quoteText) {
-    const Replacements by = {newlineText, crLfText, apostropheText, quoteText, markup};
+std::wstring Escaped(std::wstring_view rest, const Replacements& by) {
     std::wstring escaped;
-    escaped.reserve(text.length() + kRoomForEscapes);
-    std::wstring_view rest = text;
+    escaped.reserve(rest.size() + kRoomForEscapes);
     for (;;) {
         const auto special = std::find_if(rest.begin(), rest.end(), IsSpecial);
         escaped.append(rest.begin(), special);
@@ -168,4 +165,20 @@ RWWString EscapeIllegalChars(const RWWString& text, ql::TextView newlineText, ql
         escaped += next.to;
         rest.remove_prefix(next.from.size());
     }
+}
+
+}  // namespace
+
+RWWString QLToJSVarName(ql::TextView name, ql::TextView prefix) {
+    return ql::FailureIfThrown({}, [&] { return Identifier(name, prefix); });
+}
+
+RWWString JSToQLVarName(ql::TextView name) {
+    return ql::FailureIfThrown({}, [&] { return VariableName(name); });
+}
+
+RWWString EscapeIllegalChars(const RWWString& text, ql::TextView newlineText, ql::TextView crLfText,
+                             ql::TextView apostropheText, bool markup, ql::TextView quoteText) {
+    const Replacements by = {newlineText, crLfText, apostropheText, quoteText, markup};
+    return ql::FailureIfThrown({}, [&] { return Escaped(text, by); });
 }

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
-#include <string>
+
+#include "platform/failure.h"
 
 namespace {
 
@@ -27,29 +28,33 @@ void CopyPart(wchar_t* to, const wchar_t* from, std::size_t count) noexcept {
 }  // namespace
 
 void CSpeedStr::append(const wchar_t* text, unsigned int count) {
-    if (!text) return;
-    if (!overflow_ && count > Room()) ToOverflow();
-    if (overflow_) {
-        overflow_->append(std::wstring_view(text, count));
-        return;
+    if (text) AppendUnits(text, count);
+}
+
+void CSpeedStr::AppendUnits(const wchar_t* units, std::size_t count) noexcept {
+    if (!overflow_ && count <= Room()) {
+        CopyPart(end_, units, count);
+        end_ += count;
+    } else if (MakesRoomFor(count)) {
+        ql::Completes([&] { overflow_->append(std::wstring_view(units, count)); });
     }
-    CopyPart(end_, text, count);
-    end_ += count;
 }
 
 void CSpeedStr::prepend(ql::TextView text) {
-    const std::wstring front(text);  // a copy: the text may be a piece of what moves
-    if (!overflow_ && front.size() > Room()) ToOverflow();
-    if (overflow_) {
-        overflow_->prepend(front);
+    const std::size_t count = text.size();
+    if (count == 0) return;
+    if (overflow_ || count > Room()) {
+        if (MakesRoomFor(count)) ql::Completes([&] { overflow_->prepend(text); });
         return;
     }
+    wchar_t front[kCapacity];  // a copy: the text may be a piece of what moves
+    std::wmemcpy(front, text.data(), count);
     const std::size_t former = InlineLength();
-    const std::size_t moved = std::min(front.size(), former);
-    wchar_t* const end = end_ + front.size();
-    std::wmemmove(buffer_ + front.size(), buffer_, moved);
-    std::wmemcpy(buffer_, front.data(), front.size());
-    std::fill(std::max(end_, buffer_ + front.size() + moved), end, L'\0');
+    const std::size_t moved = std::min(count, former);
+    wchar_t* const end = end_ + count;
+    std::wmemmove(buffer_ + count, buffer_, moved);
+    std::wmemcpy(buffer_, front, count);
+    std::fill(std::max(end_, buffer_ + count + moved), end, L'\0');
     end_ = end;
 }
 
@@ -74,6 +79,14 @@ void CSpeedStr::Clear() noexcept {
     overflow_.reset();
 }
 
-void CSpeedStr::ToOverflow() {
-    overflow_ = std::make_unique<RWWString>(buffer_, InlineLength());
+RWWString CSpeedStr::ToString() const {
+    return ql::FailureIfThrown({}, [this] { return RWWString(Begin(), length()); });
+}
+
+// Whether the text is on the heap, with room for that many more units if they are units that there can be.
+bool CSpeedStr::MakesRoomFor(std::size_t count) noexcept {
+    constexpr std::size_t kMost = 0x7FFFFFFF / sizeof(wchar_t);
+    if (count > kMost - length()) return false;
+    if (!overflow_) ql::Completes([&] { overflow_ = std::make_unique<RWWString>(buffer_, InlineLength()); });
+    return overflow_ != nullptr;
 }

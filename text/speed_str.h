@@ -11,7 +11,8 @@
 // moves to the heap, and stays there until Clear. Units are counted and may be zero.
 //
 // Parts may be pieces of the builder's own text. Null pointers are empty texts. Views and pointers into the
-// text end with the next change. One builder is used by one thread at a time.
+// text end with the next change. One builder is used by one thread at a time. A part that memory has no room for
+// changes nothing; ToString is then empty.
 class QL_API CSpeedStr {
   public:
     CSpeedStr() noexcept : end_(buffer_) {}
@@ -20,14 +21,13 @@ class QL_API CSpeedStr {
     CSpeedStr& operator=(const CSpeedStr&) = delete;
 
     void append(const wchar_t* text, unsigned int count);
-    void append(ql::TextView text) { append(text.data(), static_cast<unsigned int>(text.size())); }
-    void append(const CSpeedStr& text) { append(text.Begin(), text.length()); }
+    void append(ql::TextView text) { AppendUnits(text.data(), text.size()); }
+    void append(const CSpeedStr& text) { AppendUnits(text.Begin(), text.length()); }
     void append(wchar_t unit) {
-        if (!overflow_ && Room() == 0) ToOverflow();
-        if (overflow_) {
-            overflow_->append(unit);
-        } else {
+        if (!overflow_ && Room() > 0) {
             *end_++ = unit;
+        } else {
+            AppendUnits(&unit, 1);
         }
     }
 
@@ -54,7 +54,7 @@ class QL_API CSpeedStr {
     // Removes the last `count` units; all of them when there are fewer, which is Clear.
     void trimEnd(unsigned int count);
     void Clear() noexcept;  // empties the text and gives its heap back
-    RWWString ToString() const { return RWWString(Begin(), length()); }
+    RWWString ToString() const;
 
   private:
     static constexpr std::size_t kCapacity = 512;
@@ -62,7 +62,8 @@ class QL_API CSpeedStr {
     std::size_t InlineLength() const noexcept { return static_cast<std::size_t>(end_ - buffer_); }
     std::size_t Room() const noexcept { return kCapacity - InlineLength(); }
     const wchar_t* Begin() const noexcept { return overflow_ ? overflow_->data() : buffer_; }
-    void ToOverflow();
+    void AppendUnits(const wchar_t* units, std::size_t count) noexcept;
+    bool MakesRoomFor(std::size_t count) noexcept;
 
     wchar_t* end_;
     std::unique_ptr<RWWString> overflow_;

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
+#include "platform/failure.h"
 #include "rw/collectable.h"
+#include "rw/virtual_streams.h"
 #include "text/ansi_text.h"
 #include "text/characters.h"
 
@@ -12,59 +15,72 @@ namespace {
 constexpr std::size_t kUsualCapacity = 10;
 constexpr int kMaxCapacityHint = 1 << 16;
 
-// Gives the item to the collection, at that index, unless the collection refuses it.
+// Gives an item of the text to the collection, at that index; false when memory ends.
 template <class Item, class Text>
-bool Give(RWOrdered& collection, std::size_t index, Text text) {
-    auto item = std::make_unique<Item>(std::move(text));
-    if (!collection.insertAt(index, item.get())) return false;
-    static_cast<void>(item.release());
+bool Give(RWOrdered& collection, std::size_t index, Text&& text) {
+    return ql::FailureIfThrown(false, [&] {
+        auto item = std::make_unique<Item>(std::forward<Text>(text));
+        if (!collection.insertAt(index, item.get())) return false;
+        static_cast<void>(item.release());
+        return true;
+    });
+}
+
+bool GiveEntry(RWOrdered& table, std::size_t index, std::wstring_view text) {
+    return Give<RWCollectableWString>(table, index, text);
+}
+
+// A collection that owns its items.
+class OwningCollection : public RWOrdered {
+  public:
+    OwningCollection() = default;
+    OwningCollection(const OwningCollection&) = delete;
+    OwningCollection& operator=(const OwningCollection&) = delete;
+    ~OwningCollection() override { clearAndDestroy(); }
+};
+
+// Adds the narrow texts that a table is stored as; false when memory ends.
+bool Narrow(const QLStringTable& table, RWOrdered& texts) {
+    RWOrderedIterator next(table.GetTable());
+    while (const auto* entry = static_cast<const RWCollectableWString*>(next())) {
+        RWCString text = RWTStringToRWCString(*entry);
+        if (text.empty() && !entry->empty()) return false;
+        if (!Give<RWCollectableString>(texts, texts.entries(), std::move(text))) return false;
+    }
     return true;
 }
 
-bool GiveEntry(RWOrdered& table, std::size_t index, RWWString text) {
-    return Give<RWCollectableWString>(table, index, std::move(text));
+// Adds the wide texts of narrow ones; false when memory ends.
+bool Widen(const RWOrdered& texts, QLStringTable& table) {
+    RWOrderedIterator next(texts);
+    while (const auto* text = static_cast<const RWCollectableString*>(next())) {
+        const RWWString entry = AnsiToRWWString(text->data());
+        if (entry.empty() && *text->data() != '\0') return false;
+        if (!table.AppendString(entry)) return false;
+    }
+    return true;
 }
 
-// The narrow texts that a table is stored as, owned.
-class NarrowTexts {
-  public:
-    NarrowTexts() = default;
-    explicit NarrowTexts(const QLStringTable& table) : texts_(table.NumEntries()) {
-        RWOrderedIterator next(table.GetTable());
-        while (const auto* entry = static_cast<const RWCollectableWString*>(next())) {
-            Give<RWCollectableString>(texts_, texts_.entries(), RWTStringToRWCString(*entry));
-        }
-    }
-    NarrowTexts(const NarrowTexts&) = delete;
-    NarrowTexts& operator=(const NarrowTexts&) = delete;
-    ~NarrowTexts() { texts_.clearAndDestroy(); }
-
-    RWOrdered* operator->() { return &texts_; }
-
-    void AppendTo(QLStringTable& table) const {
-        RWOrderedIterator next(texts_);
-        while (const auto* text = static_cast<const RWCollectableString*>(next())) {
-            table.AppendString(AnsiToRWWString(text->data()));
-        }
-    }
-
-  private:
-    RWOrdered texts_{kUsualCapacity};
-};
-
 }  // namespace
+
+// In the library for whoever needs its address.
+constexpr unsigned int QLStringTable::kMaxPaddedEntries;
 
 QLStringTable::QLStringTable() : table_(kUsualCapacity) {}
 
 QLStringTable::QLStringTable(int capacity)
     : table_(static_cast<std::size_t>(std::clamp(capacity, 0, kMaxCapacityHint))) {}
 
-QLStringTable::QLStringTable(const QLStringTable& other) {
-    CopyTable(other);
+QLStringTable::QLStringTable(const QLStringTable& other) noexcept : QLStringTable() {
+    *this = other;
 }
 
-QLStringTable& QLStringTable::operator=(const QLStringTable& other) {
-    if (this != &other) CopyTable(other);
+QLStringTable& QLStringTable::operator=(const QLStringTable& other) noexcept {
+    OwningCollection copy;
+    for (unsigned int i = 0; i < other.NumEntries(); ++i) {
+        if (!GiveEntry(copy, i, other.Entry(i))) return *this;
+    }
+    table_.swap(copy);
     return *this;
 }
 
@@ -72,16 +88,19 @@ QLStringTable::~QLStringTable() {
     ClearEntries();
 }
 
-bool QLStringTable::AppendString(RWWString text) {
-    return GiveEntry(table_, table_.entries(), std::move(text));
+bool QLStringTable::AppendString(ql::TextView text) {
+    return GiveEntry(table_, table_.entries(), text);
 }
 
-bool QLStringTable::PrependString(RWWString text) {
-    return GiveEntry(table_, 0, std::move(text));
+bool QLStringTable::PrependString(ql::TextView text) {
+    return GiveEntry(table_, 0, text);
 }
 
-bool QLStringTable::InsertString(const RWWString& text, unsigned int index) {
-    return PadTo(index) && GiveEntry(table_, index, text);
+bool QLStringTable::InsertString(ql::TextView text, unsigned int index) {
+    const unsigned int former = NumEntries();
+    if (PadTo(index) && GiveEntry(table_, index, text)) return true;
+    while (NumEntries() > former) DeleteEntry(NumEntries() - 1);
+    return false;
 }
 
 void QLStringTable::DeleteEntry(unsigned int index) {
@@ -114,15 +133,16 @@ RWWString& QLStringTable::operator[](int index) const {
 
 RWWString QLStringTable::operator()(int index) const {
     const auto wanted = static_cast<unsigned int>(index);
-    return wanted < NumEntries() ? Entry(wanted) : RWWString();
+    if (wanted >= NumEntries()) return {};
+    return ql::FailureIfThrown(RWWString(), [&]() -> RWWString { return Entry(wanted); });
 }
 
 void QLStringTable::AppendToString(RWWString& out) const {
-    const unsigned int count = NumEntries();
-    for (unsigned int i = 0; i < count; ++i) {
-        out += Entry(i).view();
-        out += L'~';
-    }
+    const std::size_t former = out.length();
+    const bool isWhole = ql::Completes([&] {
+        for (unsigned int i = 0; i < NumEntries(); ++i) out.append(Entry(i)).append(L'~');
+    });
+    if (!isWhole) out.resize(former);
 }
 
 bool QLStringTable::operator==(const QLStringTable& other) const {
@@ -130,27 +150,30 @@ bool QLStringTable::operator==(const QLStringTable& other) const {
 }
 
 void QLStringTable::saveOn(RWFile& file) const {
-    NarrowTexts(*this)->saveGuts(file);
+    RWFileOstream stream(file);
+    saveOn(stream);
 }
 
 void QLStringTable::saveOn(RWvostream& stream) const {
-    NarrowTexts(*this)->saveGuts(stream);
+    OwningCollection texts;
+    if (!Narrow(*this, texts)) return stream.fail();
+    texts.saveGuts(stream);
 }
 
 void QLStringTable::restoreFrom(RWFile& file) {
-    NarrowTexts texts;
-    texts->restoreGuts(file);
-    texts.AppendTo(*this);
+    RWFileIstream stream(file);
+    restoreFrom(stream);
 }
 
 void QLStringTable::restoreFrom(RWvistream& stream) {
-    NarrowTexts texts;
-    texts->restoreGuts(stream);
-    texts.AppendTo(*this);
+    OwningCollection texts;
+    texts.restoreGuts(stream);
+    if (!Widen(texts, *this)) stream.fail();
 }
 
 unsigned long QLStringTable::binaryStoreSize() const {
-    return static_cast<unsigned long>(NarrowTexts(*this)->binaryStoreSize());
+    OwningCollection texts;
+    return Narrow(*this, texts) ? static_cast<unsigned long>(texts.binaryStoreSize()) : 0;
 }
 
 RWWString& QLStringTable::Entry(unsigned int index) const {
@@ -162,13 +185,7 @@ bool QLStringTable::PadTo(unsigned int count) const {
     if (count <= NumEntries()) return true;
     if (count > kMaxPaddedEntries) return false;
     while (NumEntries() < count) {
-        if (!GiveEntry(table_, table_.entries(), RWWString())) return false;
+        if (!GiveEntry(table_, table_.entries(), {})) return false;
     }
     return true;
-}
-
-void QLStringTable::CopyTable(const QLStringTable& other) {
-    ClearEntries();
-    const unsigned int count = other.NumEntries();
-    for (unsigned int i = 0; i < count; ++i) AppendString(other.Entry(i));
 }

@@ -1,10 +1,14 @@
 #include "text/token_string.h"
 
 #include <algorithm>
+#include <utility>
 
-TokenString::TokenString(RWWString text, RWWString delimiters)
-    : RWWString(std::move(text)), textLength_(length()) {
-    NewDelims(std::move(delimiters));
+#include "platform/failure.h"
+
+TokenString::TokenString(ql::TextView text, ql::TextView delimiters) noexcept {
+    ql::Completes([&] { assign(text); });
+    textLength_ = length();
+    NewDelims(delimiters);
 }
 
 RWWString TokenString::Next() {
@@ -22,8 +26,11 @@ RWWString TokenString::Next() {
     const auto end =
         quoted ? std::find(from(first), text.end(), L'"') : std::find_if(start, text.end(), isDelim);
     const auto last = static_cast<std::size_t>(end - text.begin());
-    position_ = quoted ? last + 1 : last;
-    return RWWString(text.data() + first, last - first);
+    return ql::FailureIfThrown({}, [&] {
+        RWWString token(text.data() + first, last - first);
+        position_ = quoted ? last + 1 : last;
+        return token;
+    });
 }
 
 std::size_t TokenString::End() const noexcept {
@@ -32,15 +39,23 @@ std::size_t TokenString::End() const noexcept {
 
 bool TokenString::IsDelim(wchar_t unit) const noexcept {
     const auto code = static_cast<char32_t>(unit);
-    if (code < asciiDelimiters_.size()) return asciiDelimiters_[code];
-    return delimiters_.view().find(unit) != std::wstring_view::npos;
+    return code < asciiDelimiters_.size() ? asciiDelimiters_[code]
+                                          : otherDelimiters_.find(unit) != RWWString::npos;
 }
 
-void TokenString::NewDelims(RWWString delimiters) {
-    delimiters_ = std::move(delimiters);
-    asciiDelimiters_.reset();
-    for (const wchar_t unit : delimiters_) {
-        const auto code = static_cast<char32_t>(unit);
-        if (code < asciiDelimiters_.size()) asciiDelimiters_.set(code);
-    }
+void TokenString::NewDelims(ql::TextView delimiters) {
+    ql::Completes([&] {
+        std::array<bool, 128> ascii{};
+        RWWString others;
+        for (const wchar_t unit : delimiters) {
+            const auto code = static_cast<char32_t>(unit);
+            if (code < ascii.size()) {
+                ascii[code] = true;
+            } else {
+                others.append(unit);
+            }
+        }
+        asciiDelimiters_ = ascii;
+        otherDelimiters_ = std::move(others);
+    });
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <bitset>
+#include <array>
+#include <cstddef>
 
 #include "platform/export.h"
 #include "rw/wide_string.h"
@@ -15,24 +16,26 @@
 // end.
 //
 // The text's length is taken at construction and the text is meant to stay as it is; of a text that has been
-// shortened since, only what is left is read. One object is used by one thread at a time.
+// shortened since, only what is left is read. One object is used by one thread at a time. When memory ends, an
+// object that was being made has no text, NewDelims changes nothing, and Next answers the empty text and stays
+// where it is.
 class QL_API TokenString : public RWWString {
   public:
-    TokenString(RWWString text, RWWString delimiters);
+    TokenString(ql::TextView text, ql::TextView delimiters) noexcept;
     TokenString(const TokenString&) = default;
     TokenString& operator=(const TokenString&) = default;
     virtual ~TokenString() = default;
 
-    RWWString Next();                        // the empty text at the end, and ever after
-    void NewDelims(RWWString delimiters);    // from here on; the position stays
-    void Init() noexcept { position_ = 0; }  // back to the first token
+    RWWString Next();                         // the empty text at the end, and ever after
+    void NewDelims(ql::TextView delimiters);  // from here on; the position stays
+    void Init() noexcept { position_ = 0; }   // back to the first token
 
   private:
     std::size_t End() const noexcept;
     bool IsDelim(wchar_t unit) const noexcept;
 
     std::size_t position_ = 0;
-    std::size_t textLength_;
-    RWWString delimiters_;
-    std::bitset<128> asciiDelimiters_;  // those of the delimiters that are asked for most
+    std::size_t textLength_ = 0;
+    std::array<bool, 128> asciiDelimiters_{};  // by their code: they are asked for most
+    RWWString otherDelimiters_;
 };

@@ -19,8 +19,8 @@ constexpr std::uint32_t DigitValue(Unit unit) {
 }
 
 template <class Unit>
-bool TakeReference(const Unit** cursor, unsigned long* value) {
-    const Unit* at = *cursor;
+bool TakeReference(const Unit** cursor, unsigned long* value) noexcept {
+    const Unit* at = cursor ? *cursor : nullptr;
     if (!at || at[0] != '&' || at[1] != '#') return false;
     at += 2;
     const bool isHexadecimal = *at == 'x' || *at == 'X';
@@ -29,14 +29,17 @@ bool TakeReference(const Unit** cursor, unsigned long* value) {
     std::uint32_t number = 0;
     for (; DigitValue(*at) < base; ++at) number = number * base + DigitValue(*at);
     if (*at != ';') return false;
-    *value = number;
+    if (value) *value = number;
     *cursor = at + 1;
     return true;
 }
 
-const char* NextCharacter(const char* at) {
-    const bool isPair = at[1] != '\0' && ::IsDBCSLeadByte(static_cast<BYTE>(*at));
-    return at + (isPair ? 2 : 1);
+// Of a code page of many bytes: the fewest that the system takes for a character, one of those that it never does.
+int LengthOfCharacter(const char* at, int most) {
+    for (int length = 1; length <= most && at[length - 1] != '\0'; ++length) {
+        if (::MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, at, length, nullptr, 0) != 0) return length;
+    }
+    return 1;
 }
 
 }  // namespace
@@ -51,10 +54,13 @@ bool IsXmlCharEntityRefA(const char** cursor, unsigned long* value) {
 
 int AnsiWithEntitiesCharLength(const char* text) {
     if (!text) return 0;
+    CPINFO page = {};
+    const int most = ::GetCPInfo(CP_ACP, &page) ? static_cast<int>(page.MaxCharSize) : 1;
     int length = 0;
-    unsigned long value = 0;
     for (; *text; ++length) {
-        if (!TakeReference(&text, &value)) text = NextCharacter(text);
+        if (TakeReference(&text, nullptr)) continue;
+        const bool isAscii = static_cast<unsigned char>(*text) < 0x80;
+        text += isAscii || most == 1 ? 1 : LengthOfCharacter(text, most);
     }
     return length;
 }

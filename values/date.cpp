@@ -1,7 +1,6 @@
 #include "values/date.h"
 
 #include <algorithm>
-#include <tuple>
 
 namespace {
 
@@ -38,18 +37,6 @@ CDate AddMonths(const Calendar& date, int months) {
     const int sum = date.year * 12 + static_cast<int>(date.month) - 1 + months;
     // Below 0 the month is none, but the year is out of range.
     return Clamped(date.day, static_cast<unsigned>(sum % 12) + 1, sum / 12);
-}
-
-int MonthsBetween(const Calendar& earlier, const Calendar& later) {
-    const int months =
-        (later.year - earlier.year) * 12 + static_cast<int>(later.month) - static_cast<int>(earlier.month);
-    return later.day < earlier.day ? months - 1 : months;
-}
-
-int YearsBetween(const Calendar& earlier, const Calendar& later) {
-    const int years = later.year - earlier.year;
-    const bool isShort = std::tie(later.month, later.day) < std::tie(earlier.month, earlier.day);
-    return isShort ? years - 1 : years;
 }
 
 }  // namespace
@@ -89,14 +76,5 @@ CDate CDate::Add(const Number& amount, DateUnit unit) const noexcept {
         case DATE_UNIT_YEARS: return AddMonths(date_.calendar(), count * 12);
         case DATE_UNIT_DAYS: return AddDays(*this, count);
         default: return AddDays(*this, 0);
-    }
-}
-
-Number CDate::CalendarDifference(const CDate& later, DateUnit unit) const noexcept {
-    // No date counts as the year 0: a later one, before the year 0, may look earlier.
-    switch (unit) {
-        case DATE_UNIT_MONTHS: return std::max(0, MonthsBetween(date_.calendar(), later.date_.calendar()));
-        case DATE_UNIT_YEARS: return std::max(0, YearsBetween(date_.calendar(), later.date_.calendar()));
-        default: return 0;
     }
 }

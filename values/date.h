@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
@@ -95,7 +96,7 @@ class QL_API CDate {
     // that began on a day of the month is whole on the same day, not at the month's end: 31 January to 28
     // February -> 0 months, 29 February 2020 to 28 February 2021 -> 0 years. 0 for an unknown unit. For no
     // date Day, Month and Year are 0.
-    Number Difference(const CDate& other, DateUnit unit) const noexcept;
+    inline Number Difference(const CDate& other, DateUnit unit) const noexcept;
 
     // Persists as the day number, 32 bits little-endian.
     std::size_t binaryStoreSize() const noexcept { return sizeof(std::uint32_t); }
@@ -107,7 +108,9 @@ class QL_API CDate {
   private:
     static constexpr std::uint32_t kNullNumber = RWDate(1, 1, 10000).dayNumber();
 
-    Number CalendarDifference(const CDate& later, DateUnit unit) const noexcept;
+    // Whole ones. No date counts as the year 0: a later one, before the year 0, may look earlier.
+    static constexpr int MonthsBetween(const RWDate::Calendar& from, const RWDate::Calendar& to) noexcept;
+    static constexpr int YearsBetween(const RWDate::Calendar& from, const RWDate::Calendar& to) noexcept;
 
     RWDate date_;
 };
@@ -123,9 +126,23 @@ constexpr CDate& CDate::operator-=(int days) noexcept {
     return *this;
 }
 
+constexpr int CDate::MonthsBetween(const RWDate::Calendar& from, const RWDate::Calendar& to) noexcept {
+    const int months = (to.year - from.year) * 12 + static_cast<int>(to.month) - static_cast<int>(from.month);
+    return std::max(0, months - (to.day < from.day ? 1 : 0));
+}
+
+constexpr int CDate::YearsBetween(const RWDate::Calendar& from, const RWDate::Calendar& to) noexcept {
+    const bool isShort = to.month < from.month || (to.month == from.month && to.day < from.day);
+    return std::max(0, to.year - from.year - (isShort ? 1 : 0));
+}
+
 inline Number CDate::Difference(const CDate& other, DateUnit unit) const noexcept {
     const CDate& earlier = *this < other ? *this : other;
     const CDate& later = *this < other ? other : *this;
-    return unit == DATE_UNIT_DAYS ? Number(later.DayNumber() - earlier.DayNumber())
-                                  : earlier.CalendarDifference(later, unit);
+    switch (unit) {
+        case DATE_UNIT_DAYS: return later.DayNumber() - earlier.DayNumber();
+        case DATE_UNIT_MONTHS: return MonthsBetween(earlier.date_.calendar(), later.date_.calendar());
+        case DATE_UNIT_YEARS: return YearsBetween(earlier.date_.calendar(), later.date_.calendar());
+        default: return 0;
+    }
 }

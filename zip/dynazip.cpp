@@ -173,6 +173,40 @@ int CallEach(HMODULE engine, UNZIPCMDSTRUCT& command, ZipMemberProc each, void* 
     return Call(proc, &command, each, userData);
 }
 
+ZIPMEMBER MemberOf(const ZIPINFO& info, int index, int code, const std::wstring& name) {
+    const bool isFolder = !name.empty() && (name.back() == L'/' || name.back() == L'\\');
+    return {index,
+            code,
+            name.c_str(),
+            info.szFileName,
+            info.szDateTime,
+            info.oSize,
+            info.cSize,
+            info.crc_32,
+            info.attr,
+            info.cMethod,
+            0,
+            isFolder,
+            (info.attr & ZIPINFO_ENCRYPTED) != 0};
+}
+
+// With an engine that tells one member a call: what its record can express.
+int WalkRecords(const wchar_t* zipFile, ZipMemberProc each, void* userData) {
+    constexpr int kMostRecords = 0x10000;  // an index has sixteen bits
+    for (int index = 0; index < kMostRecords; ++index) {
+        ZIPINFO info{};
+        const int code = Dynazip::GetIndexedZipInfo(zipFile, index, &info);
+        info.szFileName[std::size(info.szFileName) - 1] = info.szDateTime[std::size(info.szDateTime) - 1] =
+            '\0';
+        if (code == UNZIP_OUT_OF_BOUNDS) return lastCode = UNZIP_DONE;
+        if (code != UNZIP_DONE && code != UNZIP_SKIPPED) return code;
+        const std::wstring name = AnsiToRWWString(info.szFileName).str();
+        const ZIPMEMBER member = MemberOf(info, index, code, name);
+        if (each(&member, userData) != 0) return lastCode = UNZIP_CANCELLED;
+    }
+    return lastCode = UNZIP_DONE;
+}
+
 // With an engine that knows no lists. Only such a one can name a member otherwise than its file.
 int AddAlone(const wchar_t* zipFile, const ZIPSOURCE& source, int option) {
     const std::wstring path = source.file ? source.file : L"";
@@ -396,7 +430,9 @@ long Dynazip::ExtractMembers(const wchar_t* zipFile, const wchar_t* destination,
 
 long Dynazip::ForEachMember(const wchar_t* zipFile, ZipMemberProc each, void* userData) {
     const auto archive = AnsiName(zipFile);
-    if (!archive) return NotAcceptable();
+    if (!archive || !each) return NotAcceptable();
+    if (dunzipDll && !Find<DunzipEachProc>(dunzipDll, "dunzipeach"))
+        return WalkRecords(zipFile, each, userData);
     UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COUNT_ALL, *archive);
     return CallEach(dunzipDll, command, each, userData);
 }

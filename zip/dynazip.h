@@ -90,8 +90,9 @@ class QL_API Dynazip {
     static long ExtractMembers(const wchar_t* zipFile, const wchar_t* destination, const ZipExtraction& what,
                                ZipMemberProc each, void* userData);
 
-    // All members in the order of the directory, whatever their number and sizes, with the archive opened once. The
-    // same engine's.
+    // All members in the order of the directory, whatever their number and sizes, with the archive opened once. From an
+    // engine that does not come with the library: as far as its records tell them, and one that they cannot has the
+    // code 49 and no name. 16 without `each`.
     static long ForEachMember(const wchar_t* zipFile, ZipMemberProc each, void* userData);
 
     // Whether there is a member of that name; a folder is none.

@@ -72,27 +72,23 @@ TEST_F(Files, CreateKeepsWhatAFileHoldsAndReadsBytesAsTheyAre) {
     EXPECT_EQ(bytes, BytesOf(path_));
 }
 
-TEST_F(Files, AClosedFileRefusesEverything) {
+TEST_F(Files, RefuseWhatIsClosedNullOrNegative) {
     QLFile file;
     unsigned char byte = 0;
     int count = 7;
     EXPECT_FALSE(file.Read(&byte, 1, &count));
     EXPECT_FALSE(file.Write(&byte, 1, &count));
-    EXPECT_EQ(7, count);
     EXPECT_FALSE(file.Flush());
     EXPECT_FALSE(file.Delete());
-    EXPECT_EQ(0, static_cast<int>(file));
     EXPECT_EQ(nullptr, static_cast<const void*>(file));
-    EXPECT_FALSE(file.Rename(Name(path_), 1));
     ASSERT_TRUE(file.Create(OPEN_READ | OPEN_WRITE, Name(path_)));
-    EXPECT_EQ(1, static_cast<int>(file));
     EXPECT_NE(nullptr, static_cast<const void*>(file));
-    EXPECT_FALSE(file.Write(nullptr, 1, &count));
-    EXPECT_FALSE(file.Write(&byte, -1, &count));
-    EXPECT_FALSE(file.Write(&byte, 1, nullptr));
-    EXPECT_FALSE(file.Read(nullptr, 1, &count));
-    EXPECT_FALSE(file.Read(&byte, -1, &count));
-    EXPECT_FALSE(file.Read(&byte, 1, nullptr));
+    for (const auto move : {&QLFile::Read, &QLFile::Write}) {
+        EXPECT_FALSE((file.*move)(nullptr, 1, &count));
+        EXPECT_FALSE((file.*move)(&byte, -1, &count));
+        EXPECT_FALSE((file.*move)(&byte, 1, nullptr));
+    }
+    EXPECT_EQ(7, count);
 }
 
 TEST_F(Files, CopiesShareThePositionAndCloseOnTheirOwn) {
@@ -112,22 +108,20 @@ TEST_F(Files, AreCreatedReadOnlyRenamedAndDeleted) {
     QLFile file;
     ASSERT_TRUE(file.Create(OPEN_WRITE | CREATE_READ_ONLY, Name(path_)));
     EXPECT_EQ(1, Writes(file, "x")) << "the file that made it may write";
-    file.Close();
     EXPECT_EQ(CanWriteReadOnly(path_), file.Open(OPEN_WRITE, Name(path_)) != 0);
     file.Close();
     ::SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
     PutBytes(folder_ / L"taken", "");
     EXPECT_FALSE(file.Rename(Name(folder_ / L"taken"), 1));
     EXPECT_TRUE(file.Rename(Name(folder_ / L"b.bin"), 0));
-    EXPECT_EQ(Name(path_), file.GetFileName());
     EXPECT_FALSE(file.Rename(Name(folder_ / L"c.bin"), 1)) << "the kept name has no file any more";
+    EXPECT_EQ(Name(path_), file.GetFileName());
     ASSERT_TRUE(file.Open(OPEN_READ, Name(folder_ / L"b.bin")));
     file.Close();
     EXPECT_TRUE(file.Rename(Name(path_), 1));
     EXPECT_EQ(Name(path_), file.GetFileName());
     ASSERT_TRUE(file.Open(OPEN_READ, Name(path_)));
     EXPECT_TRUE(file.Delete());
-    EXPECT_FALSE(file.IsOpen());
     EXPECT_FALSE(std::filesystem::exists(path_));
 }
 
@@ -145,11 +139,6 @@ TEST_F(Files, ShareAsTheirFlagsSay) {
             EXPECT_EQ((flags & OPEN_NO_SHARE_WRITE) == 0, other.Open(OPEN_WRITE, Name(path_)) != 0) << flags;
         }
     }
-    const OtherProcess reader(path_, kShareReading);
-    QLFile file;
-    EXPECT_FALSE(file.Open(OPEN_WRITE, Name(path_)));
-    EXPECT_FALSE(file.Open(OPEN_READ | OPEN_NO_SHARE_READ, Name(path_)));
-    EXPECT_TRUE(file.Open(OPEN_READ | OPEN_NO_SHARE_WRITE, Name(path_)));
 }
 
 TEST_F(Files, HeadersAreTheirBytes) {
@@ -196,25 +185,18 @@ TEST_F(StreamBuf, ReadsWritesAndTellsItsPlace) {
     EXPECT_EQ("a", line);
     EXPECT_EQ(2, buffer.GetFilePos());
     stream.seekp(0) << "c";
-    EXPECT_TRUE(buffer.Close());
-    EXPECT_TRUE(buffer.Close());
-    EXPECT_EQ("c\nb", BytesOf(path_));
-    EXPECT_EQ(-1, buffer.GetFilePos());
-    EXPECT_EQ(-1, buffer.GetFilePos64());
-}
-
-TEST_F(StreamBuf, TellsItsPlaceInALargeFile) {
-    PutBytes(path_, "");
-    CFileStreamBuf buffer;
-    ASSERT_TRUE(buffer.Open(Name(path_), OPEN_READ | OPEN_WRITE));
     for (const long long place : {0x7fffffffLL, 0x80000000LL, 0x1'0000'0005LL}) {
         buffer.pubseekpos(place);
         EXPECT_EQ(place, buffer.GetFilePos64());
         EXPECT_EQ(place <= 0x7fffffff ? static_cast<long>(place) : -1, buffer.GetFilePos());
     }
+    EXPECT_TRUE(buffer.Close());
+    EXPECT_EQ("c\nb", BytesOf(path_));
+    EXPECT_EQ(-1, buffer.GetFilePos64());
 }
 
-TEST_F(StreamBuf, TakesItsRecordedSizeWhenClosed) {
+// A size is of the file that is open, or else of the one opened next.
+TEST_F(StreamBuf, CutsAndExtendsNoFileButItsOwn) {
     PutBytes(path_, "abcdef");
     CFileStreamBuf buffer;
     buffer.ChangeSize(4);
@@ -226,29 +208,21 @@ TEST_F(StreamBuf, TakesItsRecordedSizeWhenClosed) {
         ASSERT_TRUE(other.Open(Name(path_), OPEN_READ | OPEN_WRITE));
         other.ChangeSize(6);
     }
-    EXPECT_EQ(std::string("abcd\0\0", 6), BytesOf(path_));
+    const std::string extended("abcd\0\0", 6);
+    EXPECT_EQ(extended, BytesOf(path_));
     EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
     buffer.ChangeSize(-1);
     EXPECT_TRUE(buffer.Close());
+    buffer.ChangeSize(0);
+    EXPECT_TRUE(buffer.Close()) << "nothing is open";
+    EXPECT_FALSE(buffer.Open(Name(folder_ / L"none"), OPEN_READ));
+    EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
+    EXPECT_TRUE(buffer.Close()) << "the size was the other's";
     EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
     buffer.ChangeSize(1);
     const OtherProcess reader(path_, kShareReading);
     EXPECT_FALSE(buffer.Close());
-    EXPECT_EQ(6U, BytesOf(path_).size());
-}
-
-TEST_F(StreamBuf, CutsNoFileThatIsClosed) {
-    PutBytes(path_, "abcdef");
-    {
-        CFileStreamBuf buffer;
-        ASSERT_TRUE(buffer.Open(Name(path_), OPEN_READ));
-        EXPECT_TRUE(buffer.Close());
-        buffer.ChangeSize(0);
-        EXPECT_TRUE(buffer.Close());
-        EXPECT_FALSE(buffer.Open(Name(folder_ / L"none"), OPEN_READ));
-        ASSERT_TRUE(buffer.Open(Name(path_), OPEN_READ));  // the size was the other's
-    }
-    EXPECT_EQ("abcdef", BytesOf(path_));
+    EXPECT_EQ(extended, BytesOf(path_));
 }
 
 TEST_F(Files, TellWhatAFullDiskLost) {

@@ -1,7 +1,7 @@
-// files_child hold EVENT SHARING PATH   holds a file until it is ended, from the event on; SHARING is the sum of
-//                                       FILE_SHARE_... values
-// files_child ANYTHING                  writes its show state, as a character, and its command line into the file that
-//                                       QL_CHILD_LINE names
+// files_child hold EVENT SHARING PATH   holds a file until it is ended, from the event on; SHARING is the sum
+//                                       of FILE_SHARE_... values
+// files_child ANYTHING                  writes its show state, as a character, and its command line into the
+//                                       file that QL_CHILD_LINE names
 // A program with windows, if it shows none: others can wait until it is ready for input.
 #include <cstdlib>
 #include <filesystem>

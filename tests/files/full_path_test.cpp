@@ -73,12 +73,12 @@ TEST_F(FullPath, NamedLocationsAreTheUsersThenTheMachinesThenTheFormerOnes) {
     PutFormer(kMachine, L"Shared", L"F:\\Machine");
     PutFormer(kMachine, L"Former", L"F:\\Machine");
     PutFormer(kUser, L"Former", L"F:\\User");
-    PutFormer(kUser, L"Own", std::wstring(256, L'x'));
-    PutFormer(kUser, L"Long", std::wstring(257, L'x'));
+    PutFormer(kUser, L"Own", std::wstring(255, L'x'));
+    PutFormer(kUser, L"Long", std::wstring(256, L'x'));
     EXPECT_EQ(RWWString(L"S:\\User"), GetCaretPath(L"Shared"));
     EXPECT_EQ(RWWString(L"S:\\Common"), GetCaretPath(L"common"));
     EXPECT_EQ(RWWString(L"F:\\Machine"), GetCaretPath(L"Former"));
-    EXPECT_EQ(256U, GetCaretPath(L"Own").length());
+    EXPECT_EQ(255U, GetCaretPath(L"Own").length());
     PutFormer(kUser, L"Number", L"AA", REG_DWORD);
     for (const wchar_t* none : {L"", L"Long", L"Number"}) EXPECT_TRUE(GetCaretPath(none).isNull()) << none;
 }

@@ -82,49 +82,32 @@ TEST_F(NameQueries, ChangeTheErrorModeAsTheirHeaderSays) {
 
 // Each name is made, seen, walked, copied and removed.
 TEST_F(NameQueries, HoldForLongAndForeignNames) {
-    const std::wstring folder = folder_.path().wstring();
-    const auto ofLength = [](std::wstring path, std::size_t length) {
-        while (path.size() + 101 < length) {
-            path += L'\\' + std::wstring(99, L'd');
-            ::CreateDirectoryW(path.c_str(), nullptr);
-        }
-        return path + L'\\' + std::wstring(length - path.size() - 1, L'f');
-    };
-    const std::wstring names[] = {
-        folder + L"\\a b  c .txt",
-        folder + L"\\\u00c4\u4e2d\u6587.txt",
-        folder + L"\\\xd83d\xde00 \xd834\xdd1e.d\u00f6cx",
-        ofLength(folder, 259),
-        ofLength(L"\\\\?\\" + folder, 260 + 4),
-        ofLength(L"\\\\?\\" + folder, 1000),
-    };
+    const std::wstring folder = folder_.path().wstring(),
+                       longFolder = L"\\\\?\\" + folder + L'\\' + std::wstring(99, L'd');
+    ASSERT_TRUE(::CreateDirectoryW(longFolder.c_str(), nullptr));
+    const std::wstring names[] = {folder + L"\\a b  c .txt",
+                                  folder + L"\\\u00c4\u4e2d\xd83d\xde00 \xd834\xdd1e.d\u00f6cx",
+                                  folder + L'\\' + std::wstring(258 - folder.size(), L'f'),
+                                  longFolder + L'\\' + std::wstring(251, L'f')};
     for (const std::wstring& path : names) {
         SCOPED_TRACE(testing::PrintToString(path));
         const QLFileName name(path.c_str());
         EXPECT_EQ(QLFileName::StatusCreatable, name.GetStatus());
-        const ql::UniqueFileHandle made(
-            ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
-        ASSERT_TRUE(made);
+        PutBytes(path, "x");
         EXPECT_TRUE(name.Exists());
-        EXPECT_EQ(QLFileName::StatusInUse, name.GetStatus());
+        EXPECT_EQ(QLFileName::StatusWritable, name.GetStatus());
         QLFileName pattern(name), found;
         pattern.SetFileName(L"*");
         CDirectoryIterator walk;
         bool more = walk.First(pattern, &found);
         while (more && found != name) more = walk.Next(&found);
         EXPECT_TRUE(more) << "the walk comes by";
-    }
-    unsigned long error = 0;
-    for (const std::wstring& path : names) {
+        unsigned long error = 0;
         EXPECT_TRUE(MakeFileCopy((path + L"2").c_str(), path.c_str(), 1, error));
-        EXPECT_EQ(QLFileName::StatusWritable, Name(path + L"2").GetStatus());
+        EXPECT_TRUE(::DeleteFileW((path + L"2").c_str()));
+        EXPECT_TRUE(::DeleteFileW(path.c_str()));
     }
-    for (std::wstring path : names) {
-        ::DeleteFileW((path + L"2").c_str());
-        for (::DeleteFileW(path.c_str()); !path.ends_with(folder); path.resize(path.rfind(L'\\'))) {
-            ::RemoveDirectoryW(path.c_str());
-        }
-    }
+    EXPECT_TRUE(::RemoveDirectoryW(longFolder.c_str()));
 }
 
 TEST_F(NameQueries, ShortNamesComeBackAsTheLongOnes) {
@@ -230,32 +213,8 @@ class FitToWidth : public testing::Test {
     const HDC dc_ = ::CreateCompatibleDC(nullptr);
 };
 
-TEST_F(FitToWidth, TakesDirectoriesAwayUntilTheTextFits) {
-    const wchar_t* const forms[] = {L"C:\\one hundred\\two\\three\\f.txt", L"C:\\...\\two\\three\\f.txt",
-                                    L"C:\\...\\three\\f.txt", L"C:\\...\\f.txt"};
-    for (const wchar_t* const form : forms) {
-        EXPECT_EQ(RWWString(form), QLFileName(forms[0]).FitToWidth(dc_, WidthOf(form) + 2));
-    }
-    EXPECT_EQ(forms[1], Fitted(forms[0], WidthOf(forms[0]) + 1));
-    // What cannot be shortened stays, and the ends of the range do no harm.
-    const wchar_t* const cases[][2] = {{forms[0], forms[3]},
-                                       {L"C:\\f.txt", L"C:\\f.txt"},
-                                       {L"one/two/three", L"one/two/three"},
-                                       {L"\\\\srv\\share\\f", L"\\...\\f"},
-                                       {L"...\\a\\b\\c", L"...\\...\\b\\c"},
-                                       {L"C:\\...a\\b\\c\\d", L"C:\\...\\d"},
-                                       {L"", L""}};
-    for (const auto& [whole, shortest] : cases) {
-        for (const int width : {0, std::numeric_limits<int>::min()})
-            EXPECT_EQ(shortest, Fitted(whole, width));
-    }
-    RWWString text(forms[0]);
-    QLFileName::FitToWidth(nullptr, text, 0);
-    EXPECT_EQ(RWWString(forms[0]), text) << "nothing measures it";
-}
-
 // Whatever the width, the first of the steps that fits.
-TEST_F(FitToWidth, StopsAtTheFirstTextThatFits) {
+TEST_F(FitToWidth, TakesFoldersAwayUntilTheTextFits) {
     const std::wstring components[] = {L"i", L"Wide", L"", L"a b", L"c.d", L"MMMM", L"l", L"file.txt"};
     const auto joined = [&](std::size_t taken) {
         std::wstring text = taken == 0 ? L"C:" : L"C:\\...";
@@ -267,6 +226,21 @@ TEST_F(FitToWidth, StopsAtTheFirstTextThatFits) {
         while (taken + 1 < std::size(components) && WidthOf(joined(taken)) > width - 2) ++taken;
         EXPECT_EQ(joined(taken), Fitted(joined(0), width)) << width;
     }
+    EXPECT_EQ(RWWString(joined(7)), QLFileName(joined(0).c_str()).FitToWidth(dc_, 0));
+}
+
+TEST_F(FitToWidth, EndsOnEveryText) {
+    const wchar_t* const cases[][2] = {
+        {L"C:\\f.txt", L"C:\\f.txt"},          {L"one/two/three", L"one/two/three"},
+        {L"\\\\srv\\share\\f", L"\\...\\f"},   {L"...\\a\\b\\c", L"...\\...\\b\\c"},
+        {L"C:\\...a\\b\\c\\d", L"C:\\...\\d"}, {L"", L""}};
+    for (const auto& [whole, shortest] : cases) {
+        for (const int width : {0, std::numeric_limits<int>::min()})
+            EXPECT_EQ(shortest, Fitted(whole, width));
+    }
+    RWWString text(L"C:\\a\\b\\c");
+    QLFileName::FitToWidth(nullptr, text, 0);
+    EXPECT_EQ(RWWString(L"C:\\a\\b\\c"), text) << "nothing measures it";
 }
 
 }  // namespace

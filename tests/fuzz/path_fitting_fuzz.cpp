@@ -1,5 +1,6 @@
-// Fits a path to a width by a made-up measure: the shortening must end, keep both ends of the path and stop at the first
-// text that fits, as a component after the other would. The first bytes are the width and what seeds the measure, the rest is the path.
+// Fits a path to a width by a made-up measure: the shortening must end, keep both ends of the path and stop
+// at the first text that fits, as a component after the other would. The first bytes are the width and what
+// seeds the measure, the rest is the path.
 #include "files/path_fitting.h"
 #include "tests/fuzz/fuzz.h"
 

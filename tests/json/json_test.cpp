@@ -121,6 +121,17 @@ TEST(JsonNumber, ReadsExactlyAndLikewiseUnderALocaleWithADecimalComma) {
         {std::numeric_limits<double>::max(), {L"1.7976931348623157e308"}},
         {std::numeric_limits<double>::denorm_min(), {L"5e-324"}},
         {2.2250738585072011e-308, {L"2.2250738585072011e-308"}},
+        // A product or quotient in more digits than a double has, rounded once more, is another neighbour.
+        {0x1.6345785cf9e43p+109, {L"9007199253890324E17"}},
+        {0x1.03e7acb77f007p+85, {L"3927573E19"}},
+        {0x1.6fbd529017775p+79, {L"868300441562E12"}},
+        {0x1.869fffffe227dp+69, {L"9007199254580765E5"}},
+        {0x1.79dae6ea85447p+7, {L"188927543E-6", L"188.927543", L"0.00188927543e5"}},
+        {0x1.5fd7fe173a40fp+16, {L"9007199254192433E-11"}},
+        {0x1.bdcfe96fa6d0bp+2, {L"6965814932856357E-15", L"6.965814932856357"}},
+        {0x1p+0, {L"1" + wstring(900, L'0') + L"e-900", L"0." + wstring(900, L'0') + L"1e901"}},
+        {0x1.0000000000001p+0,
+         {L"1.00000000000000011102230246251565404236316680908203125" + wstring(900, L'0') + L"1"}},
         {-kInfinity, {L"-1e400"}},
         {kInfinity, {L"1" + manyZeros, L"1e99999999999999999999", L"1e9223372036854775807"}},
         {0, {L"0." + manyZeros + L"1", L"1e-400", L"1e-99999999999999999999", L"0e99999999999999999999"}},
@@ -242,8 +253,13 @@ TEST(JsonValue, HoldsOnlyWhatItsKindSays) {
     EXPECT_TRUE(noText.text().empty());
     EXPECT_EQ(1.5, number.number());
     EXPECT_TRUE(flag.flag());
-    EXPECT_TRUE(text.number() == 0 && !text.flag() && number.text().empty() && !number.flag());
-    EXPECT_TRUE(flag.number() == 0 && !text.Element(0) && !text.Member(L"a"));
+    EXPECT_EQ(0, text.number());
+    EXPECT_FALSE(text.flag());
+    EXPECT_EQ(L""sv, number.text());
+    EXPECT_FALSE(number.flag());
+    EXPECT_EQ(0, flag.number());
+    EXPECT_EQ(nullptr, text.Element(0));
+    EXPECT_EQ(nullptr, text.Member(L"a"));
     Value ofEachKind(JSON::Array);
     for (const auto kind : {JSON::String, JSON::Number, JSON::Object, JSON::Array, JSON::Bool, JSON::Null}) {
         ofEachKind.AddElement(std::make_unique<Value>(kind));
@@ -256,9 +272,12 @@ TEST(JsonValue, RefusedChildrenStayTheCallers) {
     auto child = std::make_unique<Value>(1.0);
     EXPECT_FALSE(object.AddElement(std::move(child)));
     EXPECT_FALSE(array.AddMember(L"a", std::move(child)));
-    EXPECT_FALSE(null.AddElement(std::move(child)) || null.AddMember(L"a", std::move(child)));
-    EXPECT_FALSE(object.AddMember(L"a", nullptr) || array.AddElement(nullptr));
-    ASSERT_TRUE(child && object.AddMember(L"a", std::move(child)));
+    EXPECT_FALSE(null.AddElement(std::move(child)));
+    EXPECT_FALSE(null.AddMember(L"a", std::move(child)));
+    EXPECT_FALSE(object.AddMember(L"a", nullptr));
+    EXPECT_FALSE(array.AddElement(nullptr));
+    ASSERT_TRUE(child);
+    ASSERT_TRUE(object.AddMember(L"a", std::move(child)));
     child = std::make_unique<Value>(2.0);
     EXPECT_FALSE(object.AddMember(L"a", std::move(child)));
     EXPECT_TRUE(child);
@@ -289,8 +308,15 @@ TEST(JsonValue, ManyMembersInAnyOrderAreFoundAndKeptSorted) {
         const wstring key = std::to_wstring(1000 + i * 367 % 1000);
         ASSERT_TRUE(object.AddMember(key, std::make_unique<Value>(RWWString(key))));
     }
+    for (int i = 0; i < 1000; i += 7) {
+        const wstring key = std::to_wstring(1000 + i);
+        EXPECT_FALSE(object.AddMember(key, std::make_unique<Value>(L"again"))) << key;
+        EXPECT_EQ(key, object.Member(key)->text());
+    }
+    EXPECT_EQ(nullptr, std::as_const(object).Member(L"1000x"));
     const auto parsed = Parse(Written(&object));
-    for (Value* tree : {&object, parsed.get()}) {
+    const auto copy = object.Clone();
+    for (Value* tree : {&object, parsed.get(), copy.get()}) {
         RWWString key;
         int next = 1000;
         for (Value* node = tree->FirstMember(key); node; node = tree->NextMember(key), ++next) {

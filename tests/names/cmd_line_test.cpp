@@ -16,6 +16,7 @@ TEST(CmdLine, SplitsNameAndSwitchesAndComposesThemAgain) {
         {L"\"C:\\My /Files\\a.qft\"/x", L"C:\\My /Files\\a.qft", L"/x", L"\"C:\\My /Files\\a.qft\" /x"},
         {L"\" a.qft \" -x", L"a.qft", L"-x", L"a.qft -x"},
         {L"\"a.qft /x", L"a.qft", L"/x", L"a.qft /x"},  // never closed
+        {L"\"\"-x", L"", L"-x", L" -x"},
         {L"C:\\a/b.txt", L"C:\\a/b.txt", L"", L"C:\\a/b.txt"},
         {L"C:\\a/b.txt /x", L"C:\\a/b.txt /x", L"", L"\"C:\\a/b.txt /x\""},
         {L"a.qft -x", L"a.qft -x", L"", L"a.qft -x"},  // a hyphen is no slash

@@ -59,6 +59,8 @@ constexpr const wchar_t* kParsed[][3] = {
     {L"http:", L"http||||-||00R", L"http://"},
     {L"file:///C:/x", LR"(file||C:/x||-||/\R)", LR"(/C:/x\)"},
     {L"x y:z/w", L"x y|z/||w|-||/0R", L"x y://z/w"},
+    {L"xy://z/w", L"xy|z/||w|-||/0R"},
+    {L"C://x", L"file|C:/||x|-||//"},
     {L"MAILTO:a.b", L"mailto|a.b|||-||00R", L"mailto:a.b"},
     {L"news:a/b", L"news|a/||b|-||00R", L"news:a/"},
     // document-management ids and plug-in items
@@ -140,6 +142,7 @@ TEST(FileName, ReplacesOnePartAndKeepsTheOthers) {
     EXPECT_EQ(L"http|srv/|a|longer name.b|.c|?x|//R", Parts(name)) << "the old tail stays";
     name.SetFileName(L"g#y");
     EXPECT_EQ(L"http|srv/|a|g|-|#y|//R", Parts(name));
+    EXPECT_EQ(0, QLFileName(L"http://srv/a/g").CompareTo(name)) << "no former extension takes part";
     name.SetExtension(L"..d ");
     name.SetPath(L"D:b");
     EXPECT_EQ(LR"(file|D:|b|g|..d|#y|0\)", Parts(name));
@@ -214,6 +217,8 @@ TEST(FileName, TellsDocumentIdsAndPluginItemsInAnyCaseOnceParsed) {
     EXPECT_EQ(RWWString(L"plugin\\{ab}"), plugin.GetPathAndFileName());
     document.SetFileName(L"");
     EXPECT_FALSE(document.IsODMADocId());
+    plugin.SetFileName(L"");
+    EXPECT_FALSE(plugin.IsPluginFileType());
 }
 
 TEST(FileName, ExpandsEnvironmentReferences) {
@@ -232,7 +237,7 @@ TEST(FileName, ExpandsEnvironmentReferences) {
         {L"::ODMA\\%QL_TEST_DOT%", LR"(::ODMA\|||%QL_TEST_DOT%|-||00)"},
     };
     for (const auto& [text, parts] : rows) EXPECT_EQ(parts, Parts(QLFileName(text))) << text;
-    RWWString text(L"%QL_TEST_LARGE%100%");
+    RWWString text(large + L"%QL_TEST_LARGE%%QL_TEST_NONE%QL_TEST_DOT%100%");
     QLFileName::SubstPathPlaceholders(text);
-    EXPECT_EQ(large + L"100%", text.str());
+    EXPECT_EQ(large + large + L"%QL_TEST_NONEone.two100%", text.str()) << "longer than the system expands";
 }

@@ -2,32 +2,65 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
 namespace {
 
+enum Owner { kOurs, kOthers };
+
 // Each recognised extension: its kinds among all, among documents and among templates.
 constexpr struct {
     const wchar_t* file;
-    int type, document, templ;
-    bool quillet;
+    FileType type, document, templ;
+    Owner owner;
 } kFiles[] = {
-    {L"a.TPL", 1, 0, 1, true},     {L"a.wpt", 2, 0, 2, true},         {L"a.dot", 3, 0, 3, true},
-    {L"a.rtf", 4, 28, 4, true},    {L"a.ttx", 5, 0, 5, true},         {L"a.qft", 6, 0, 6, true},
-    {L"a.qpt", 7, 0, 7, true},     {L"a.DocX", 9, 39, 9, true},       {L"a.dotm", 10, 0, 10, true},
-    {L"a.qll", 16, 0, 16, true},   {L"a.cmp", 17, 0, 17, true},       {L"a.ans", 18, 0, 0, true},
-    {L"a.anx", 19, 0, 0, true},    {L"a.ant", 20, 0, 0, true},        {L"a.qli", 21, 0, 0, true},
-    {L"a.qla", 22, 0, 0, true},    {L"a.qcl", 23, 0, 0, true},        {L"a.js", 24, 0, 0, false},
-    {L"a.qvc", 25, 0, 0, false},   {L"a.wpd", 26, 26, 0, false},      {L"a.doc", 27, 27, 0, false},
-    {L"a.docm", 40, 40, 0, false}, {L"a.txt", 29, 29, 0, false},      {L"a.qfd", 30, 30, 0, false},
-    {L"a.qpd", 31, 31, 0, false},  {L"a.pdf", 32, 32, 0, false},      {L"a.evy", 33, 33, 0, false},
-    {L"a.qlp", 34, 0, 0, true},    {L"a.qcat", 36, 0, 0, false},      {L"a.html", 35, 35, 0, false},
-    {L"a.HTM", 35, 35, 0, false},  {L"a.qlpmx", 37, 0, 0, true},      {L"a.qlumx", 38, 0, 0, true},
-    {L"a.cs", 41, 0, 0, false},    {L"a.jpg", 43, 0, 0, false},       {L"a.png", 44, 0, 0, false},
-    {L"a.gif", 45, 0, 0, false},   {L"a.pdb", 47, 0, 0, false},       {L"a.dll", 48, 0, 0, false},
-    {L"a", 0, 0, 0, false},        {L"a.", 0, 0, 0, false},           {L"", 0, 0, 0, false},
-    {L"a.doc.x", 0, 0, 0, false},  {L"C:\\a.doc\\b", 0, 0, 0, false}, {L".rtf", 4, 28, 4, true},
+    {L"a.TPL", FT_WP52_TEMPLATE, FT_NONE, FT_WP52_TEMPLATE, kOurs},
+    {L"a.wpt", FT_WP_TEMPLATE, FT_NONE, FT_WP_TEMPLATE, kOurs},
+    {L"a.dot", FT_WORD_TEMPLATE, FT_NONE, FT_WORD_TEMPLATE, kOurs},
+    {L"a.rtf", FT_RTF_TEMPLATE, FT_RTF_DOCUMENT, FT_RTF_TEMPLATE, kOurs},
+    {L"a.ttx", FT_TEXT_TEMPLATE, FT_NONE, FT_TEXT_TEMPLATE, kOurs},
+    {L"a.qft", FT_FORM_TEMPLATE, FT_NONE, FT_FORM_TEMPLATE, kOurs},
+    {L"a.qpt", FT_PDF_TEMPLATE, FT_NONE, FT_PDF_TEMPLATE, kOurs},
+    {L"a.DocX", FT_DOCX_TEMPLATE, FT_DOCX_DOCUMENT, FT_DOCX_TEMPLATE, kOurs},
+    {L"a.dotm", FT_DOCM_TEMPLATE, FT_NONE, FT_DOCM_TEMPLATE, kOurs},
+    {L"a.qll", FT_CLAUSE_LIBRARY, FT_NONE, FT_CLAUSE_LIBRARY, kOurs},
+    {L"a.cmp", FT_INTERVIEW_TEMPLATE, FT_NONE, FT_INTERVIEW_TEMPLATE, kOurs},
+    {L"a.ans", FT_BINARY_ANSWER_FILE, FT_NONE, FT_NONE, kOurs},
+    {L"a.anx", FT_ANSWER_FILE, FT_NONE, FT_NONE, kOurs},
+    {L"a.ant", FT_TEXT_ANSWER_FILE, FT_NONE, FT_NONE, kOurs},
+    {L"a.qli", FT_AUTO_INSTALL_FILE, FT_NONE, FT_NONE, kOurs},
+    {L"a.qla", FT_AUTO_ASSEMBLE_FILE, FT_NONE, FT_NONE, kOurs},
+    {L"a.qcl", FT_CLAUSE_FILE, FT_NONE, FT_NONE, kOurs},
+    {L"a.js", FT_INTERVIEW_FILE, FT_NONE, FT_NONE, kOthers},
+    {L"a.qvc", FT_VARIABLE_COLLECTION, FT_NONE, FT_NONE, kOthers},
+    {L"a.wpd", FT_WP_DOCUMENT, FT_WP_DOCUMENT, FT_NONE, kOthers},
+    {L"a.doc", FT_WORD_DOCUMENT, FT_WORD_DOCUMENT, FT_NONE, kOthers},
+    {L"a.docm", FT_DOCM_DOCUMENT, FT_DOCM_DOCUMENT, FT_NONE, kOthers},
+    {L"a.txt", FT_TEXT_DOCUMENT, FT_TEXT_DOCUMENT, FT_NONE, kOthers},
+    {L"a.qfd", FT_FORM_DOCUMENT, FT_FORM_DOCUMENT, FT_NONE, kOthers},
+    {L"a.qpd", FT_PDF_DOCUMENT, FT_PDF_DOCUMENT, FT_NONE, kOthers},
+    {L"a.pdf", FT_PDF_FILE, FT_PDF_FILE, FT_NONE, kOthers},
+    {L"a.evy", FT_ENVOY_FILE, FT_ENVOY_FILE, FT_NONE, kOthers},
+    {L"a.qlp", FT_PUBLISH_SETTINGS, FT_NONE, FT_NONE, kOurs},
+    {L"a.qcat", FT_CATALOG_FILE, FT_NONE, FT_NONE, kOthers},
+    {L"a.html", FT_HTML_FILE, FT_HTML_FILE, FT_NONE, kOthers},
+    {L"a.HTM", FT_HTML_FILE, FT_HTML_FILE, FT_NONE, kOthers},
+    {L"a.qlpmx", FT_PUBLISHER_ANSWER_MAPPING, FT_NONE, FT_NONE, kOurs},
+    {L"a.qlumx", FT_USER_ANSWER_MAPPING, FT_NONE, FT_NONE, kOurs},
+    {L"a.cs", FT_CS_FILE, FT_NONE, FT_NONE, kOthers},
+    {L"a.jpg", FT_JPG_FILE, FT_NONE, FT_NONE, kOthers},
+    {L"a.png", FT_PNG_FILE, FT_NONE, FT_NONE, kOthers},
+    {L"a.gif", FT_GIF_FILE, FT_NONE, FT_NONE, kOthers},
+    {L"a.pdb", FT_PDB_FILE, FT_NONE, FT_NONE, kOthers},
+    {L"a.dll", FT_DLL_FILE, FT_NONE, FT_NONE, kOthers},
+    {L"a", FT_NONE, FT_NONE, FT_NONE, kOthers},
+    {L"a.", FT_NONE, FT_NONE, FT_NONE, kOthers},
+    {L"", FT_NONE, FT_NONE, FT_NONE, kOthers},
+    {L"a.doc.x", FT_NONE, FT_NONE, FT_NONE, kOthers},
+    {L"C:\\a.doc\\b", FT_NONE, FT_NONE, FT_NONE, kOthers},
+    {L".rtf", FT_RTF_TEMPLATE, FT_RTF_DOCUMENT, FT_RTF_TEMPLATE, kOurs},
 };
 
 }  // namespace
@@ -35,12 +68,13 @@ constexpr struct {
 TEST(FileType, IsToldFromTheExtensionAlone) {
     for (const auto& row : kFiles) {
         const QLFileName name(row.file);
-        const std::vector<int> kinds = {row.type, row.document, row.templ};
-        EXPECT_EQ(kinds, (std::vector<int>{GetFileType(name), GetDocumentType(name), GetTemplateType(name)}));
-        EXPECT_EQ(kinds, (std::vector<int>{GetFileType(row.file), GetDocumentType(row.file),
-                                           GetTemplateType(row.file)}))
+        const std::vector<FileType> kinds = {row.type, row.document, row.templ};
+        EXPECT_EQ(kinds, (std::vector{GetFileType(name), GetDocumentType(name), GetTemplateType(name)}))
             << row.file;
-        EXPECT_EQ(row.quillet, IsQuilletFileType(name)) << row.file;
+        EXPECT_EQ(kinds, (std::vector{GetFileType(RWWString(row.file)), GetDocumentType(row.file),
+                                      GetTemplateType(row.file)}))
+            << row.file;
+        EXPECT_EQ(row.owner == kOurs, IsQuilletFileType(name)) << row.file;
     }
 }
 
@@ -55,22 +89,68 @@ TEST(FileType, TextIsNotParsedAsANameByGetFileTypeAlone) {
 }
 
 TEST(FileType, TemplatesKnowWhatTheyAreAssembledTo) {
-    constexpr int kAssembled[] = {0, 26, 26, 27, 28, 29, 30, 31, 0, 39, 39, 0, 0, 0, 0, 0, 0, 0};
-    for (int type = 0; type < static_cast<int>(std::size(kAssembled)); ++type) {
-        EXPECT_EQ(kAssembled[type], GetTemplateDocType(static_cast<FileType>(type))) << type;
+    const std::map<FileType, FileType> assembled = {
+        {FT_WP52_TEMPLATE, FT_WP_DOCUMENT},   {FT_WP_TEMPLATE, FT_WP_DOCUMENT},
+        {FT_WORD_TEMPLATE, FT_WORD_DOCUMENT}, {FT_RTF_TEMPLATE, FT_RTF_DOCUMENT},
+        {FT_TEXT_TEMPLATE, FT_TEXT_DOCUMENT}, {FT_FORM_TEMPLATE, FT_FORM_DOCUMENT},
+        {FT_PDF_TEMPLATE, FT_PDF_DOCUMENT},   {FT_DOCX_TEMPLATE, FT_DOCX_DOCUMENT},
+        {FT_DOCM_TEMPLATE, FT_DOCX_DOCUMENT},
+    };
+    for (int number = -1; number < 60; ++number) {
+        const auto type = static_cast<FileType>(number);
+        const auto known = assembled.find(type);
+        EXPECT_EQ(known == assembled.end() ? FT_NONE : known->second, GetTemplateDocType(type)) << number;
     }
 }
 
+// Of every kind in the order of their numbers; those without name or extension are left out.
 TEST(FileType, HasADisplayNameAndADefaultExtension) {
-    const auto facts = [](int type) {
-        const auto kind = static_cast<FileType>(type);
-        return std::wstring(GetFileName(kind)) + L'|' + GetFileExt(kind);
-    };
-    EXPECT_EQ(L"WordPerfect 5.2 Template|.tpl", facts(FT_WP52_TEMPLATE));
-    EXPECT_EQ(L"Word DOCM Template|.dotm", facts(FT_DOCM_TEMPLATE));
-    EXPECT_EQ(L"Rich Text File|.rtf", facts(FT_RTF_DOCUMENT));
-    EXPECT_EQ(L"Microsoft Word Document|.docx", facts(FT_DOCX_DOCUMENT));
-    EXPECT_EQ(L"Fillable PDF Form|.pdf", facts(FT_FILLABLE_PDF));
-    EXPECT_EQ(L"|.dll", facts(FT_DLL_FILE));
-    for (const int none : {-1, 0, 8, 15, 35, 36, 49}) EXPECT_EQ(L"|", facts(none)) << none;
+    std::wstring all;
+    for (int number = -1; number < 60; ++number) {
+        const auto type = static_cast<FileType>(number);
+        const std::wstring facts = std::wstring(GetFileName(type)) + GetFileExt(type);
+        if (!facts.empty()) all += std::to_wstring(number) + L' ' + facts + L'\n';
+    }
+    EXPECT_EQ(all,
+              LR"(1 WordPerfect 5.2 Template.tpl
+2 WordPerfect Template.wpt
+3 Word Document Template.dot
+4 Word RTF Template.rtf
+5 Text Template.ttx
+6 Quillet Form Template.qft
+7 Quillet PDF Template.qpt
+9 Word DOCX Template.docx
+10 Word DOCM Template.dotm
+16 Quillet Clause Library.qll
+17 Quillet Interview Template.cmp
+18 Quillet Binary Answer File.ans
+19 Quillet Answer File.anx
+20 Quillet Text Answer File.ant
+21 Quillet Auto-Install File.qli
+22 Quillet Auto-Assemble File.qla
+23 Quillet Clause File.qcl
+24 Quillet Interview File.js
+25 Quillet Variable Collection File.qvc
+26 WordPerfect Document.wpd
+27 Microsoft Word Document.doc
+28 Rich Text File.rtf
+29 Text File.txt
+30 Quillet Form Document.qfd
+31 Quillet PDF Document.qpd
+32 PDF File.pdf
+33 Envoy File.evy
+34 Publish Settings File.qlp
+37 Publisher Answer Mapping File.qlpmx
+38 User Answer Mapping File.qlumx
+39 Microsoft Word Document.docx
+40 Microsoft Word Document.docm
+41 .cs
+42 Fillable PDF Form.pdf
+43 .jpg
+44 .png
+45 .gif
+46 .js
+47 .pdb
+48 .dll
+)");
 }

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "tests/native/fake_names.h"
+#include "tests/native/system_memory.h"
 
 namespace {
 
@@ -50,6 +51,7 @@ std::wstring Expanded(std::wstring_view text) {
 }  // namespace
 
 BOOL SetEnvironmentVariableW(const wchar_t* name, const wchar_t* value) {
+    const fake::SystemMemory own;
     const std::lock_guard guard(g_lock);
     g_environment.erase(name);
     if (value) g_environment.emplace(name, value);
@@ -57,6 +59,7 @@ BOOL SetEnvironmentVariableW(const wchar_t* name, const wchar_t* value) {
 }
 
 DWORD ExpandEnvironmentStringsW(const wchar_t* text, wchar_t* out, DWORD capacity) {
+    const fake::SystemMemory own;
     const std::lock_guard guard(g_lock);
     const std::wstring expanded = Expanded(text);
     CopyWhole(expanded, out, capacity);

@@ -9,7 +9,29 @@
 #include <string>
 #include <string_view>
 
+#include "tests/native/ansi_page.h"
+#include "tests/native/system_memory.h"
+
 namespace {
+
+// Another ANSI code page than 1252.
+const char* g_page = nullptr;
+UINT g_mostBytesOfACharacter = 1;
+
+// By iconv; nothing when the text is not of the page.
+template <class To, class From>
+std::basic_string<To> ByPage(const char* to, const char* from, const From* text, int length) {
+    const iconv_t converter = iconv_open(to, from);
+    std::basic_string<To> result(static_cast<std::size_t>(length) * 4, To());
+    auto* in = const_cast<char*>(reinterpret_cast<const char*>(text));
+    auto* out = reinterpret_cast<char*>(result.data());
+    std::size_t inLeft = static_cast<std::size_t>(length) * sizeof(From);
+    std::size_t outLeft = result.size() * sizeof(To);
+    const bool isWhole = iconv(converter, &in, &inLeft, &out, &outLeft) == 0;
+    iconv_close(converter);
+    result.resize(isWhole ? result.size() - outLeft / sizeof(To) : 0);
+    return result;
+}
 
 // The common end of the conversions: the size alone when there is no room to fill.
 template <class Unit>
@@ -60,12 +82,7 @@ wchar_t FromAnsi(char byte) {
 
 // Code page 437, which is the usual one.
 std::wstring FromOem(const char* text, int length) {
-    static const iconv_t converter = iconv_open("WCHAR_T", "CP437");
-    std::wstring result(static_cast<std::size_t>(length), L'\0');
-    char *in = const_cast<char*>(text), *out = reinterpret_cast<char*>(result.data());
-    std::size_t inLeft = result.size(), outLeft = result.size() * sizeof(wchar_t);
-    iconv(converter, &in, &inLeft, &out, &outLeft);
-    return result;
+    return ByPage<wchar_t>("WCHAR_T", "CP437", text, length);
 }
 
 char ToAnsi(wchar_t unit) {
@@ -99,21 +116,29 @@ std::wstring Mapped(const wchar_t* text, int length, DWORD mapping) {
 
 }  // namespace
 
+fake::AnsiPage::AnsiPage(const char* name, unsigned mostBytesOfACharacter) {
+    g_page = name;
+    g_mostBytesOfACharacter = mostBytesOfACharacter;
+}
+
+fake::AnsiPage::~AnsiPage() {
+    g_page = nullptr;
+    g_mostBytesOfACharacter = 1;
+}
+
 UINT GetACP() {
     return 1252;
 }
 
 BOOL GetCPInfo(UINT, CPINFO* info) {
-    *info = {1, {'?', 0}, {}};
+    *info = {g_mostBytesOfACharacter, {'?', 0}, {}};
     return TRUE;
 }
 
-BOOL IsDBCSLeadByte(BYTE) {
-    return FALSE;
-}
-
 int MultiByteToWideChar(UINT codePage, DWORD, const char* text, int length, wchar_t* out, int capacity) {
+    const fake::SystemMemory own;
     if (codePage == CP_OEMCP) return Deliver(FromOem(text, length), out, capacity);
+    if (g_page) return Deliver(ByPage<wchar_t>("WCHAR_T", g_page, text, length), out, capacity);
     std::wstring result;
     for (const char byte : Counted(text, length)) result += FromAnsi(byte);
     return Deliver(result, out, capacity);
@@ -121,6 +146,8 @@ int MultiByteToWideChar(UINT codePage, DWORD, const char* text, int length, wcha
 
 int WideCharToMultiByte(UINT, DWORD, const wchar_t* text, int length, char* out, int capacity, const char*,
                         BOOL*) {
+    const fake::SystemMemory own;
+    if (g_page) return Deliver(ByPage<char>(g_page, "WCHAR_T", text, length), out, capacity);
     std::string result;
     for (const wchar_t unit : Counted(text, length)) result += ToAnsi(BestFit(unit));
     return Deliver(result, out, capacity);
@@ -138,10 +165,12 @@ BOOL GetStringTypeW(DWORD, const wchar_t* text, int length, WORD* classes) {
 
 int LCMapStringEx(const wchar_t*, DWORD mapping, const wchar_t* text, int length, wchar_t* out, int capacity,
                   void*, void*, std::intptr_t) {
+    const fake::SystemMemory own;
     return Deliver(Mapped(text, length, mapping), out, capacity);
 }
 
 int CompareStringOrdinal(const wchar_t* a, int lengthOfA, const wchar_t* b, int lengthOfB, BOOL) {
+    const fake::SystemMemory own;
     const int order = Mapped(a, lengthOfA, LCMAP_UPPERCASE).compare(Mapped(b, lengthOfB, LCMAP_UPPERCASE));
     return CSTR_EQUAL + (order > 0) - (order < 0);
 }

@@ -40,7 +40,8 @@ constexpr struct {
 };
 
 TEST_F(Directories, HaveDefaultsBelowTheDocumentsFoldersAndTheProgram) {
-    EXPECT_FALSE(CQlDir::GetDirectory(kPersonal).isNull() || CQlDir::GetDirectory(kPublic).isNull());
+    EXPECT_NE(L"", CQlDir::GetDirectory(kPersonal));
+    EXPECT_NE(L"", CQlDir::GetDirectory(kPublic));
     EXPECT_NE(CQlDir::GetDirectory(kPersonal), CQlDir::GetDirectory(kPublic));
     for (const auto& c : kPreferences)
         EXPECT_EQ(Below(c.base, c.tail), CQlDir::GetDirectory(c.kind)) << c.entry;
@@ -51,7 +52,13 @@ TEST_F(Directories, ArePreferencesLessOneTrailingBackslash) {
         const std::wstring stored = L"D:\\Work " + std::wstring(c.entry);
         registry_.Put(kMachine, c.section, c.entry, stored + L'\\');
         EXPECT_EQ(RWWString(stored), CQlDir::GetDirectory(c.kind));
+        const wchar_t *section = nullptr, *entry = nullptr;
+        EXPECT_TRUE(CQlDir::GetPreference(c.kind, section, entry)) << c.entry;
+        EXPECT_STREQ(c.section, section);
+        EXPECT_STREQ(c.entry, entry);
     }
+    const wchar_t* none = nullptr;
+    EXPECT_FALSE(CQlDir::GetPreference(kPersonal, none, none));
 }
 
 TEST_F(Directories, OfTheProgramIsTheLibrarysFolderWithItsBackslash) {

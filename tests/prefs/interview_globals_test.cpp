@@ -14,7 +14,9 @@ constexpr const wchar_t* kSection = L"Assembly";
 constexpr const wchar_t* kEntry = L"Unanswered Variable";
 
 using InterviewGlobals = SettingsTest;
-using Numbers = std::pair<const wchar_t*, int>;
+using Country = std::pair<const wchar_t*, int>;
+using Formats = std::pair<const wchar_t*, Unanswered::Format>;
+using enum Unanswered::Format;
 
 // The next readings see what the registry holds now.
 void PutInRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
@@ -34,7 +36,7 @@ TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirst) {
 
 TEST_F(InterviewGlobals, CountryIsOneUnlessTheTextBeginsWithAnotherNumber) {
     EXPECT_EQ(1, CQlGlobals::GetCountry());
-    for (const auto& [text, country] : {Numbers(L"44", 44),
+    for (const auto& [text, country] : {Country(L"44", 44),
                                         {L"0", 1},
                                         {L"", 1},
                                         {L"x44", 1},
@@ -48,9 +50,13 @@ TEST_F(InterviewGlobals, CountryIsOneUnlessTheTextBeginsWithAnotherNumber) {
 
 TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsText) {
     EXPECT_EQ(Unanswered::VariableStarred, CQlGlobals::GetUnansValDefFormat());
-    const Numbers kCases[] = {{L"nothing", 1},       {L"ASTERISKS", 2},  {L"*** Variable ***", 3},
-                              {L"Underscores", 4},   {L"[variable]", 5}, {L"", 3},
-                              {L"Nothing at all", 3}};
+    const Formats kCases[] = {{L"nothing", Nothing},
+                              {L"ASTERISKS", Asterisks},
+                              {L"*** Variable ***", VariableStarred},
+                              {L"Underscores", Underscores},
+                              {L"[variable]", VariableBracketed},
+                              {L"", VariableStarred},
+                              {L"Nothing at all", VariableStarred}};
     for (const auto& [text, format] : kCases) {
         PutInRegistry(kSection, kEntry, text);
         EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
@@ -59,10 +65,15 @@ TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsText) {
 
 TEST_F(InterviewGlobals, UnansweredFormatIsWrittenToTheStoreAlone) {
     PutInRegistry(kSection, kEntry, L"Nothing");
-    const Numbers kCases[] = {{L"Nothing", 1},    {L"Asterisks", 2}, {L"", 3}, {L"Underscores", 4},
-                              {L"[Variable]", 5}, {L"", 0},          {L"", 6}};
+    const Formats kCases[] = {{L"Nothing", Nothing},
+                              {L"Asterisks", Asterisks},
+                              {L"", VariableStarred},
+                              {L"Underscores", Underscores},
+                              {L"[Variable]", VariableBracketed},
+                              {L"", static_cast<Unanswered::Format>(0)},
+                              {L"", static_cast<Unanswered::Format>(6)}};
     for (const auto& [text, format] : kCases) {
-        CQlGlobals::SetUnansValDefFormat(static_cast<Unanswered::Format>(format));
+        CQlGlobals::SetUnansValDefFormat(format);
         EXPECT_EQ(RWWString(text), ThreadText(kSection, kEntry)) << format;
     }
     CQlGlobals::ClearUnansValDefFormat();
@@ -70,9 +81,14 @@ TEST_F(InterviewGlobals, UnansweredFormatIsWrittenToTheStoreAlone) {
 }
 
 TEST_F(InterviewGlobals, UnansweredFormatIsSetByThePreferencesText) {
-    const Numbers kCases[] = {
-        {L"underscores", 4}, {L"", 4},          {nullptr, 4},    {L"unknown", 4},
-        {L"[VARIABLE]", 5},  {L"Asterisks", 2}, {L"Nothing", 1}, {L"*** variable ***", 3}};
+    const Formats kCases[] = {{L"underscores", Underscores},
+                              {L"", Underscores},
+                              {nullptr, Underscores},
+                              {L"unknown", Underscores},
+                              {L"[VARIABLE]", VariableBracketed},
+                              {L"Asterisks", Asterisks},
+                              {L"Nothing", Nothing},
+                              {L"*** variable ***", VariableStarred}};
     for (const auto& [text, format] : kCases) {
         CQlGlobals::SetUnansValDefFormatFromPrefString(text);
         EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
@@ -98,11 +114,12 @@ TEST(InterviewGlobalsWithoutStores, AreTheDefaults) {
     CQlGlobals::SetUnansValDefFormat(Unanswered::Nothing);
     EXPECT_TRUE(CQlGlobals::IsMonthFirst());
     EXPECT_EQ(Unanswered::VariableStarred, CQlGlobals::GetUnansValDefFormat());
-    EXPECT_TRUE(CQlGlobals::GetMaxWhileCount() == 2147483647 &&
-                CQlGlobals::GetMaxRecursionDepth() == 2147483647);
+    EXPECT_EQ(2147483647, CQlGlobals::GetMaxWhileCount());
+    EXPECT_EQ(2147483647, CQlGlobals::GetMaxRecursionDepth());
     CDate before, date(0UL);
     CQlGlobals::GetLocalDate(&date);
-    EXPECT_TRUE(before <= date && date <= CDate());
+    EXPECT_TRUE(before <= date);
+    EXPECT_TRUE(date <= CDate());
     CQlGlobals::GetLocalDate(nullptr);
 }
 

@@ -56,42 +56,50 @@ TEST_F(MarkupOptions, LevelsHaveTheirDefaultsAndStartAgainAfterTwenty) {
     EXPECT_EQ(options.GetSeqColor(4294967295u % 20), options.GetSeqColor(4294967295u));
 }
 
-// Every boolean by its entry: the default, and the other value when that is stored.
-TEST_F(MarkupOptions, OptionsAreReadFromTheirOwnEntries) {
-    using Options = CPrettyTplOpt;
-    const struct {
-        const wchar_t* entry;
-        bool (Options::*get)() const;
-    } kOptions[] = {{L"Use Multiple Choice Options", &Options::GetUseMCOptions},
-                    {L"Enclose Labels in Markers", &Options::GetEncloseLabelsInMarkers},
-                    {L"Italic Labels", &Options::GetItalicLabels},
-                    {L"Color Markers", &Options::GetColorMarkers},
-                    {L"Color Labels", &Options::GetColorLabels},
-                    {L"Use Developer Comments For Answer Fields", &Options::GetUseDevCmtsForAnsFields},
-                    {L"Use Developer Comments For Text Blocks", &Options::GetUseDevCmtsForTextBlocks},
-                    {L"Label End of Field", &Options::GetLabelEndOfField},
-                    {L"Annotate Fields", &Options::GetAnnotateFields},
-                    {L"Annotate End", &Options::GetAnnotateEnd},
-                    {L"Bold Markers", &Options::GetBoldMarkers},
-                    {L"Bold Labels", &Options::GetBoldLabels},
-                    {L"Italic Markers", &Options::GetItalicMarkers}};
-    const wchar_t* const kKinds[] = {L"Variable Field",   L"Insertion Field", L"Conditional Text",
-                                     L"Alternative Text", L"Repeated Text",   L"Editable Text"};
-    const auto values = [&] {
-        const Options options;
-        std::string all;
-        for (const auto& option : kOptions) all += (options.*option.get)() ? '1' : '0';
-        for (unsigned i = 0; i < 6; ++i) all += options.GetProcessField(static_cast<Type>(i)) ? '1' : '0';
-        return all;
-    };
-    const std::string defaults = "1111100000000111110";
-    for (std::size_t i = 0; i < defaults.size(); ++i) {
-        const std::wstring entry = i < 13 ? kOptions[i].entry : std::wstring(L"Process ") + kKinds[i - 13];
-        std::string expected = defaults;
-        expected[i] = defaults[i] == '1' ? '0' : '1';
-        WriteQLRegBool(L"Markup View", entry.c_str(), expected[i] == '1');
-        EXPECT_EQ(expected, values()) << entry;
-        WriteQLRegBool(L"Markup View", entry.c_str(), defaults[i] == '1');
+template <auto kGet>
+bool Has(const CPrettyTplOpt& options) {
+    return (options.*kGet)();
+}
+template <Type kType>
+bool Processes(const CPrettyTplOpt& options) {
+    return options.GetProcessField(kType);
+}
+
+constexpr struct {
+    const wchar_t* entry;
+    bool (*get)(const CPrettyTplOpt&);
+    bool byDefault;
+} kFlags[] = {
+    {L"Use Multiple Choice Options", Has<&CPrettyTplOpt::GetUseMCOptions>, true},
+    {L"Enclose Labels in Markers", Has<&CPrettyTplOpt::GetEncloseLabelsInMarkers>, true},
+    {L"Italic Labels", Has<&CPrettyTplOpt::GetItalicLabels>, true},
+    {L"Color Markers", Has<&CPrettyTplOpt::GetColorMarkers>, true},
+    {L"Color Labels", Has<&CPrettyTplOpt::GetColorLabels>, true},
+    {L"Use Developer Comments For Answer Fields", Has<&CPrettyTplOpt::GetUseDevCmtsForAnsFields>, false},
+    {L"Use Developer Comments For Text Blocks", Has<&CPrettyTplOpt::GetUseDevCmtsForTextBlocks>, false},
+    {L"Label End of Field", Has<&CPrettyTplOpt::GetLabelEndOfField>, false},
+    {L"Annotate Fields", Has<&CPrettyTplOpt::GetAnnotateFields>, false},
+    {L"Annotate End", Has<&CPrettyTplOpt::GetAnnotateEnd>, false},
+    {L"Bold Markers", Has<&CPrettyTplOpt::GetBoldMarkers>, false},
+    {L"Bold Labels", Has<&CPrettyTplOpt::GetBoldLabels>, false},
+    {L"Italic Markers", Has<&CPrettyTplOpt::GetItalicMarkers>, false},
+    {L"Process Variable Field", Processes<VariableField>, true},
+    {L"Process Insertion Field", Processes<InsertionField>, true},
+    {L"Process Conditional Text", Processes<ConditionalText>, true},
+    {L"Process Alternative Text", Processes<AlternativeText>, true},
+    {L"Process Repeated Text", Processes<RepeatedText>, true},
+    {L"Process Editable Text", Processes<EditableText>, false},
+};
+
+// Every boolean by its entry: the default, and the other value, of it alone, when that is stored.
+TEST_F(MarkupOptions, FlagsAreReadFromTheirOwnEntries) {
+    for (const auto& stored : kFlags) {
+        WriteQLRegBool(L"Markup View", stored.entry, !stored.byDefault);
+        const CPrettyTplOpt options;
+        for (const auto& flag : kFlags)
+            EXPECT_EQ(flag.byDefault != (&flag == &stored), flag.get(options))
+                << stored.entry << ": " << flag.entry;
+        WriteQLRegBool(L"Markup View", stored.entry, stored.byDefault);
     }
 }
 
@@ -110,19 +118,22 @@ TEST_F(MarkupOptions, MarkersAreTheStoredTextsAndNoneIsEmpty) {
 TEST_F(MarkupOptions, ChoicesAreReadByNameIgnoringCase) {
     const struct {
         const wchar_t *scheme, *type, *style;
-        int numbers[3];
-    } kCases[] = {{L"Nested", L"ENDNOTE", L"letters", {1, 1, 1}},
-                  {L"SEQUENTIAL", L"footnote", L"Numbers", {2, 0, 0}},
-                  {L"regular", L"Endnotes", L"Roman", {0, 0, 0}},
-                  {L"gradient", L"", L"1", {0, 0, 0}}};
+        QLClrScheme colors;
+        QLAnnotType annotation;
+        QLAnnotStyle numbering;
+    } kCases[] = {
+        {L"Nested", L"ENDNOTE", L"letters", NestedColors, EndnoteAnnotations, LetteredAnnotations},
+        {L"SEQUENTIAL", L"footnote", L"Numbers", SequentialColors, FootnoteAnnotations, NumberedAnnotations},
+        {L"regular", L"Endnotes", L"Roman", RegularColors, FootnoteAnnotations, NumberedAnnotations},
+        {L"gradient", L"", L"1", RegularColors, FootnoteAnnotations, NumberedAnnotations}};
     for (const auto& c : kCases) {
         WriteQLRegString(L"Markup View", L"Color Selection", c.scheme);
         WriteQLRegString(L"Markup View", L"Annotation Type", c.type);
         WriteQLRegString(L"Markup View", L"Annotation Style", c.style);
         const CPrettyTplOpt options;
-        EXPECT_EQ(c.numbers[0], options.GetClrScheme()) << c.scheme;
-        EXPECT_EQ(c.numbers[1], options.GetAnnotType()) << c.type;
-        EXPECT_EQ(c.numbers[2], options.GetAnnotStyle()) << c.style;
+        EXPECT_EQ(c.colors, options.GetClrScheme()) << c.scheme;
+        EXPECT_EQ(c.annotation, options.GetAnnotType()) << c.type;
+        EXPECT_EQ(c.numbering, options.GetAnnotStyle()) << c.style;
     }
 }
 

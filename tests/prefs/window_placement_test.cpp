@@ -98,8 +98,8 @@ TEST(FitRect, MovesIntoTheAreaAndKeepsTheSize) {
     }
 }
 
-// A window of the tests' own ends with the process: without a window manager the system would wait two seconds
-// for each that is destroyed.
+// A window of the tests' own ends with the process: without a window manager the system would wait two
+// seconds for each that is destroyed.
 HWND NewWindow(DWORD style) {
     return ::CreateWindowExW(0, L"Static", L"placement", style, 0, 0, 0, 0, nullptr, nullptr, nullptr,
                              nullptr);
@@ -166,9 +166,10 @@ TEST_F(WindowPlacement, OfARestoredWindowIsWhatTheTextSaysAndTheScreenShows) {
     ::FillRect(dc, &client, brush);
     ::DeleteObject(brush);
     ::ReleaseDC(window, dc);
-    EXPECT_TRUE(ScreenTurns(kColor, corner.x + 2, corner.y + 2) &&
-                ScreenTurns(kColor, corner.x + client.right - 3, corner.y + client.bottom - 3));
-    EXPECT_TRUE(ScreenColor(949, 739) != kColor && ScreenColor(1250, 1000) != kColor);
+    EXPECT_TRUE(ScreenTurns(kColor, corner.x + 2, corner.y + 2));
+    EXPECT_TRUE(ScreenTurns(kColor, corner.x + client.right - 3, corner.y + client.bottom - 3));
+    EXPECT_NE(kColor, ScreenColor(949, 739));
+    EXPECT_NE(kColor, ScreenColor(1250, 1000));
 }
 
 TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
@@ -178,8 +179,10 @@ TEST_F(WindowPlacement, ComesBackAfterTheWindowMoved) {
     EXPECT_TRUE(Stored().view().ends_with(L", 100, 120, 400, 320")) << Stored().str();
     ::MoveWindow(window, 300, 310, 500, 400, TRUE);
     const HWND another = Sizable(1);
-    for (const HWND each : {window, another})
-        EXPECT_TRUE(Restore(each) && RectOf(each) == (RECT{100, 120, 400, 320}));
+    for (const HWND each : {window, another}) {
+        EXPECT_TRUE(Restore(each));
+        EXPECT_TRUE((RECT{100, 120, 400, 320} == RectOf(each)));
+    }
 }
 
 TEST_F(WindowPlacement, OfAMaximisedOrMinimisedWindowComesBackAsItWasBefore) {
@@ -203,7 +206,8 @@ TEST_F(WindowPlacement, OfAFixedWindowMovesItsCornerOnly) {
     for (const wchar_t* text :
          {L"44, 0, 1, -1, -1, -1, -1, 10, 20, 400, 300", L"44, 0, 3, -1, -1, -1, -1, 10, 20, 110, 120"}) {
         Put(text);
-        EXPECT_TRUE(Restore(window) && RectOf(window) == (RECT{10, 20, 310, 220}));
+        EXPECT_TRUE(Restore(window));
+        EXPECT_TRUE((RECT{10, 20, 310, 220} == RectOf(window)));
         EXPECT_FALSE(::IsZoomed(window));
     }
 }
@@ -221,14 +225,21 @@ TEST_F(WindowPlacement, ThatMakesNoSenseOrOfNoWindowIsRefused) {
     const HWND window = Sizable();
     const RECT before = RectOf(window);
     EXPECT_FALSE(Restore(window)) << "nothing stored";
-    for (const wchar_t* text :
-         {L"", L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400", L"44, 0, 0, -1, -1, -1, -1, 10, 10, 400, 300",
-          L"44, 0, 6, -1, -1, -1, -1, 10, 10, 400, 300", L"44, 0, 7, -1, -1, -1, -1, 10, 10, 400, 300",
-          L"44, 0, 1, -1, -1, -1, -1, 10, 10, 59, 300", L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 59",
-          L"44, 0, 1, -1, -1, -1, -1, 400, 300, 10, 10",
-          L"44, 0, 1, -1, -1, -1, -1, 2147483647, 0, -2147483648, 100"}) {
+    const std::pair<const char*, const wchar_t*> kRows[] = {
+        {"empty", L""},
+        {"ten numbers", L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400"},
+        {"hidden", L"44, 0, 0, -1, -1, -1, -1, 10, 10, 400, 300"},
+        {"minimise", L"44, 0, 6, -1, -1, -1, -1, 10, 10, 400, 300"},
+        {"minimised, not active", L"44, 0, 7, -1, -1, -1, -1, 10, 10, 400, 300"},
+        {"minimised by force", L"44, 0, 11, -1, -1, -1, -1, 10, 10, 400, 300"},
+        {"narrow", L"44, 0, 1, -1, -1, -1, -1, 10, 10, 59, 300"},
+        {"low", L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 59"},
+        {"turned over", L"44, 0, 1, -1, -1, -1, -1, 400, 300, 10, 10"},
+        {"beyond numbers", L"44, 0, 1, -1, -1, -1, -1, 2147483647, 0, -2147483648, 100"}};
+    for (const auto& [what, text] : kRows) {
         Put(text);
-        EXPECT_TRUE(!Restore(window) && before == RectOf(window)) << text;
+        EXPECT_FALSE(Restore(window)) << what;
+        EXPECT_TRUE(before == RectOf(window)) << what;
     }
     Put(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 60, 60");
     EXPECT_TRUE(Restore(window)) << "just large enough";

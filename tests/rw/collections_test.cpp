@@ -38,7 +38,7 @@ std::string Names(const RWOrdered& items) {
 
 TEST(Ordered, KeepsTheOrderOfItsInsertionsAndRefusesNullAndIndexesPastTheEnd) {
     RWCollectableString a("a"), b("b"), c("c"), d("d");
-    RWOrdered items(1);
+    RWOrdered items;
     EXPECT_EQ(nullptr, items.append(nullptr));
     EXPECT_EQ(nullptr, items.insertAt(1, &a));
     EXPECT_EQ(nullptr, items.removeAt(0));

@@ -21,8 +21,7 @@ TEST_F(File, IsInvalidWhenItCannotBeOpenedAndThenRefusesAll) {
     RWFile files[] = {RWFile(path_.c_str()), RWFile((path_ + L"/below").c_str(), L"wb"), RWFile(nullptr),
                       RWFile(path_.c_str(), nullptr)};
     for (RWFile& file : files) {
-        EXPECT_FALSE(file.isValid() || file.Read(value_) || file.Write(value_) || file.SeekTo(0) ||
-                     file.Flush());
+        EXPECT_FALSE(file.isValid() || file.Read(value_) || file.Write(value_) || file.SeekTo(0));
     }
 }
 
@@ -71,10 +70,14 @@ TEST_F(File, DoesWhatItsModeAllowsAlone) {
 
 TEST_F(File, ReadsAndWritesInAnyOrder) {
     PutBytes(path_, "\1\0\0\0\2\0\0\0\3\0\0\0"s);
-    RWFile file(path_.c_str());
-    EXPECT_TRUE(file.Read(value_) && file.Write(std::uint32_t{7}) && file.Read(value_));
-    EXPECT_EQ(3u, value_);
-    EXPECT_TRUE(file.Write(std::uint32_t{8}) && file.Flush());
+    {
+        RWFile file(path_.c_str());
+        EXPECT_TRUE(file.Read(value_));
+        EXPECT_TRUE(file.Write(std::uint32_t{7}));
+        EXPECT_TRUE(file.Read(value_));
+        EXPECT_EQ(3u, value_);
+        EXPECT_TRUE(file.Write(std::uint32_t{8}));
+    }
     EXPECT_EQ("\1\0\0\0\7\0\0\0\3\0\0\0\10\0\0\0"s, BytesOf(path_));
 }
 

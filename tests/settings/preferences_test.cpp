@@ -10,7 +10,9 @@
 
 #include "settings/lifetime.h"
 #include "settings/preference_keys.h"
+#include "settings/preference_layers.h"
 #include "settings/registry.h"
+#include "settings/scopes.h"
 #include "tests/support/private_registry.h"
 
 namespace {
@@ -92,6 +94,50 @@ TEST(PreferencesWithoutStores, AreReadFromTheRegistryEachTime) {
     EXPECT_EQ(L"two", GetQLRegString(L"Sec", L"Text", L"default"));
 }
 
+// What each layer holds and which one wins, in one line.
+std::wstring Told(const wchar_t* section, const wchar_t* entry) {
+    const PreferenceOrigin origin = FindPreference(section, entry);
+    std::wstring told;
+    for (std::size_t layer = 0; layer < kPreferenceLayers; ++layer) {
+        constexpr const wchar_t* kNames[] = {L"context", L"global", L"user", L"machine", L"default"};
+        constexpr const wchar_t* kTypes[] = {L"", L"text", L"int", L"bool", L"unreadable"};
+        const PreferenceInLayer& content = origin.layers[layer];
+        const bool wins = origin.winner == static_cast<PreferenceLayer>(layer);
+        if (content.type == PreferenceType::None && !wins) continue;
+        told += std::wstring(wins ? L"*" : L"") + kNames[layer] + L":" +
+                kTypes[static_cast<int>(content.type)] + L" " + content.value.str() + L"; ";
+    }
+    return told;
+}
+
+TEST_F(Preferences, TellWhichLayerAnswersAndLearnNothingByIt) {
+    constexpr const wchar_t* kFont = QLIE_SCRIPT_EDITOR_FONT;
+    EXPECT_EQ(L"*default: ; ", Told(L"Sec", L"Ent"));
+    EXPECT_EQ(L"*default:text Consolas:10; ", Told(QLIS_DEVELOPMENT, kFont));
+    EXPECT_EQ(L"*default:text 255,255,192; ", Told(QLIS_DEVELOPMENT, L"template sequential b 6"));
+    EXPECT_EQ(L"*default:bool True; ", Told(QLIS_DEVELOPMENT, QLIE_SCRIPT_EDITOR_AUTO_INDENT));
+    EXPECT_EQ(L"*default:int 3; ", Told(QLIS_DEVELOPMENT, QLIE_SCRIPT_EDITOR_TAB_WIDTH));
+    registry_.Put(kMachine, QLIS_DEVELOPMENT, kFont, L"machine");
+    EXPECT_EQ(L"*machine:text machine; default:text Consolas:10; ", Told(QLIS_DEVELOPMENT, kFont));
+    registry_.Put(kUser, QLIS_DEVELOPMENT, kFont, std::wstring(512, L'x'));
+    EXPECT_EQ(L"user:unreadable " + std::to_wstring(513 * sizeof(wchar_t)) +
+                  L" bytes of type 1; *machine:text machine; default:text Consolas:10; ",
+              Told(QLIS_DEVELOPMENT, kFont));
+    registry_.Put(kUser, QLIS_DEVELOPMENT, kFont, L"user");
+    EXPECT_EQ(L"user", GetQLRegString(QLIS_DEVELOPMENT, kFont, nullptr)) << "no store had learnt another";
+    registry_.Put(kUser, QLIS_DEVELOPMENT, kFont, 7);
+    EXPECT_EQ(L"*global:text user; user:int 7; machine:text machine; default:text Consolas:10; ",
+              Told(QLIS_DEVELOPMENT, kFont));
+    const QLContextScope context;
+    CQlsSettings::SetThreadRegBoolSetting(L"Other", L"Entry", true);
+    EXPECT_EQ(L"*context:bool True; ", Told(L"Other", L"Entry"));
+    EXPECT_EQ(L"global:text user; *user:int 7; machine:text machine; default:text Consolas:10; ",
+              Told(QLIS_DEVELOPMENT, kFont));
+    GetQLRegBool(L"Other", L"Absent", true);
+    registry_.Put(kUser, L"Other", L"Absent", L"since");
+    EXPECT_EQ(L"user:text since; *default: ; ", Told(L"Other", L"Absent"));
+}
+
 TEST(Lifetime, TheStartReadsWhenDatesAreVerified) {
     const std::pair<const wchar_t*, DATE_REDISPLAY_OPT> cases[] = {
         {L"never", DATE_REDISPLAY_NEVER},       {L"ALWAYS", DATE_REDISPLAY_ALWAYS},
@@ -136,7 +182,7 @@ TEST(PreferenceKeys, AreAllThereAndUnchanged) {
         EXPECT_EQ(std::wstring::npos, text.find(L'\\')) << name;
     }
     EXPECT_EQ(0xd90fd2729d78fa7a, Digest(names));
-    EXPECT_EQ(0x9b88bb7121569f59, Digest(texts));
+    EXPECT_EQ(0x58449150ccf300cb, Digest(texts));
 }
 
 TEST(PreferenceKeys, HaveDefaults) {

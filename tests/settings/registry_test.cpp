@@ -78,9 +78,6 @@ TEST_F(Registry, ReadsIntegersOfAtMostFourBytesOfAnyType) {
         unsigned value = 7;
         EXPECT_EQ(c.found, GetRegIntVal(kSection, kEntry, &value));
         EXPECT_EQ(c.value, value);
-        int number = 7;
-        EXPECT_EQ(c.found, ReadRegInt(kSection, kEntry, false, number));
-        EXPECT_EQ(static_cast<int>(c.value), number);
     }
 }
 
@@ -97,7 +94,11 @@ TEST_F(Registry, TheUsersValueWinsWhenItCanBeRead) {
     registry_.Put(kUser, kSection, kEntry, 5);
     EXPECT_EQ(L"machine", text());
     unsigned number = 0;
-    EXPECT_TRUE(GetRegIntVal(kSection, kEntry, &number) && number == 5);
+    EXPECT_TRUE(GetRegIntVal(kSection, kEntry, &number));
+    EXPECT_EQ(5u, number);
+    registry_.Put(kMachine, kSection, kEntry, 6);
+    EXPECT_TRUE(GetRegIntVal(kSection, kEntry, &number));
+    EXPECT_EQ(5u, number) << "though the machine has one";
 }
 
 TEST_F(Registry, OneRootIsReadWithoutTheOtherAndNoSectionIsTheBaseKey) {
@@ -106,15 +107,28 @@ TEST_F(Registry, OneRootIsReadWithoutTheOtherAndNoSectionIsTheBaseKey) {
     EXPECT_EQ(L"C:\\User\\\\", GetQLRegStringEx(kSection, kEntry, false));
     EXPECT_EQ(L"", GetQLRegStringEx(kSection, kEntry, true));
     EXPECT_EQ(L"C:\\User\\", GetQLProfileDirEx(kSection, kEntry, false));
-    RWWString text(L"before");
-    int number = 7;
-    EXPECT_FALSE(ReadRegString(kSection, kEntry, true, text) ||
-                 ReadRegInt(kSection, L"Number", false, number));
-    EXPECT_TRUE(text == L"before" && number == 7);
-    EXPECT_TRUE(ReadRegInt(kSection, L"Number", true, number) && number == 3);
+    RegistryValue value{REG_BINARY, {1}};
+    EXPECT_FALSE(ReadRegValue(kSection, L"Number", false, value));
+    EXPECT_EQ((RegistryValue{REG_BINARY, {1}}), value);
+    EXPECT_TRUE(ReadRegValue(kSection, L"Number", true, value));
+    EXPECT_EQ((RegistryValue{REG_DWORD, {3, 0, 0, 0}}), value);
     registry_.Put(kUser, L"", L"", L"default value");
     for (const wchar_t* none : {static_cast<const wchar_t*>(nullptr), L""})
         EXPECT_EQ(L"default value", GetQLRegStringEx(none, none, false));
+}
+
+TEST_F(Registry, ValuesOfAnyTypeAndSizeAreReadAndWrittenWhole) {
+    const RegistryValue values[] = {{REG_BINARY, {}},
+                                    {REG_MULTI_SZ, {'a', 0, 0, 0, 'b', 0, 0, 0, 0, 0}},
+                                    {0x12345678, std::vector<unsigned char>(100000, 9)}};
+    for (const RegistryValue& value : values) {
+        RegistryValue stored;
+        EXPECT_TRUE(WriteRegValue(L"New", kEntry, value)) << value.type;
+        EXPECT_TRUE(ReadRegValue(L"New", kEntry, false, stored)) << value.type;
+        EXPECT_EQ(value, stored);
+    }
+    EXPECT_TRUE(DeleteRegValue(L"New", kEntry));
+    EXPECT_FALSE(DeleteRegValue(L"New", kEntry));
 }
 
 TEST_F(Registry, BooleansAreTextsAndAnyOtherTextIsFalse) {

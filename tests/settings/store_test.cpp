@@ -56,9 +56,12 @@ TEST_F(Store, NumbersOfTheHostAreDecimalKeysOverTheirWholeRange) {
 TEST_F(Store, BooleansAndIntegersByNumberAreNotKept) {
     bool flag = true;
     int number = 7;
-    EXPECT_FALSE(store_.SetBoolSetting(kNumber, true) || store_.GetBoolSetting(kNumber, &flag, false) ||
-                 store_.SetIntSetting(kNumber, 1) || store_.GetIntSetting(kNumber, &number, 2));
-    EXPECT_TRUE(flag && number == 7);
+    EXPECT_FALSE(store_.SetBoolSetting(kNumber, true));
+    EXPECT_FALSE(store_.GetBoolSetting(kNumber, &flag, false));
+    EXPECT_FALSE(store_.SetIntSetting(kNumber, 1));
+    EXPECT_FALSE(store_.GetIntSetting(kNumber, &number, 2));
+    EXPECT_TRUE(flag);
+    EXPECT_EQ(7, number);
     EXPECT_EQ(L"{}", Document(store_));
 }
 
@@ -72,11 +75,39 @@ TEST_F(Store, ARegistrySettingIsReadOnceUntilItIsCleared) {
     EXPECT_EQ(Found(true, L"two"), Text(store_, L"Sec", L"Ent"));
 }
 
+TEST_F(Store, ASectionMayHoldWhatSeparatesItFromTheEntry) {
+    registry_.Put(kUser, L"A<-^->B", L"C", L"its own");
+    registry_.Put(kUser, L"A", L"B<-^->C", L"another one's");
+    EXPECT_EQ(Found(true, L"its own"), Text(store_, L"A<-^->B", L"C"));
+}
+
+TEST_F(Store, TextsGrowAndShrinkAndKeysMayBeLong) {
+    const std::wstring longKey(1000, L'k');
+    for (const std::size_t length : {1, 40, 3, 0, 500}) {
+        const std::wstring text(length, L't');
+        EXPECT_TRUE(store_.SetRegStrSetting(L"Sec", longKey.c_str(), text.c_str()));
+        EXPECT_EQ(Found(true, RWWString(text)), Text(store_, L"Sec", longKey.c_str())) << length;
+    }
+}
+
+TEST_F(Store, ManySettingsAreAllFoundAndAllCleared) {
+    constexpr int kMany = 2000;
+    for (int i = 0; i < kMany; ++i) store_.SetRegIntSetting(L"Sec", std::to_wstring(i).c_str(), i);
+    for (int i = 0; i < kMany; ++i) {
+        int number = -1;
+        EXPECT_TRUE(store_.GetRegIntSetting(L"Sec", std::to_wstring(i).c_str(), &number)) << i;
+        EXPECT_EQ(i, number);
+        EXPECT_TRUE(store_.ClearRegSetting(L"Sec", std::to_wstring(i).c_str())) << i;
+    }
+    EXPECT_EQ(L"{}", Document(store_));
+}
+
 TEST_F(Store, SettingNeitherReadsNorWritesTheRegistry) {
     registry_.Put(kUser, L"Sec", L"Ent", L"False");
     EXPECT_TRUE(store_.SetRegBoolSetting(L"Sec", L"Ent", true));
     bool flag = false;
-    EXPECT_TRUE(store_.GetRegBoolSetting(L"Sec", L"Ent", &flag) && flag);
+    EXPECT_TRUE(store_.GetRegBoolSetting(L"Sec", L"Ent", &flag));
+    EXPECT_TRUE(flag);
     EXPECT_EQ(L"False", GetQLRegStringEx(L"Sec", L"Ent", false));
 }
 
@@ -106,11 +137,13 @@ TEST_F(Store, ANameKeepsItsFirstType) {
 
 TEST_F(Store, MembersSetWhatTheirKeysName) {
     EXPECT_TRUE(store_.SetFromSerializedSettings(
-        LR"({"Sec<-^->Ent":3.9, "Sec<-^->Neg":-2.5, "Sec<-^->Most":1e300, "Sec<-^->Least":-1e300, "A<-^->B<-^->C":"x",
+        LR"({"Sec<-^->Ent":3.9, "Sec<-^->Neg":-2.5, "Sec<-^->Most":1e300, "Sec<-^->Least":-1e300,
+             "A<-^->B<-^->C":"x",
              "12":"twelve", "13":true, "14":7.9, "Null":null, "List":[1], "Object":{"a":1}, "<-^->":"",
              "Zero\u0000unit":"a\u0000b"})"));
     int number = 0;
-    EXPECT_TRUE(store_.GetRegIntSetting(L"Sec", L"Ent", &number) && number == 3);
+    EXPECT_TRUE(store_.GetRegIntSetting(L"Sec", L"Ent", &number));
+    EXPECT_EQ(3, number);
     EXPECT_EQ(Found(true, L"x"), Text(store_, L"A", L"B<-^->C"));
     EXPECT_EQ(Found(true, L"twelve"), Text(store_, nullptr));
     EXPECT_EQ(
@@ -150,7 +183,8 @@ TEST_F(Store, ACopySharesTheSettingsButNotTheAbortFlag) {
     CQlsSettings copy(store_);
     copy.ClearAbort();
     copy.SetStrSetting(kNumber, L"through the copy");
-    EXPECT_TRUE(store_.GetAbort() && !copy.GetAbort());
+    EXPECT_TRUE(store_.GetAbort());
+    EXPECT_FALSE(copy.GetAbort());
     EXPECT_EQ(Found(true, L"through the copy"), Text(store_, nullptr));
     CQlsSettings assigned;
     assigned = store_;

@@ -42,6 +42,7 @@ class Surface {
     Surface& operator=(const Surface&) = delete;
 
     HDC dc() const { return dc_; }
+    HBITMAP bitmap() const { return bitmap_; }  // which stays selected
     void Set(const Pixels& pixels) {
         for (int i = 0; i < width_ * height_; ++i)
             ::SetPixelV(dc_, i % width_, i / width_, pixels[static_cast<std::size_t>(i)]);
@@ -90,10 +91,12 @@ TEST(GreyedBitmap, HasTheGreyOfEveryPixelInTwentyFourBits) {
         for (const int width : {1, 5, 6, 7, 8, 33}) {
             Surface surface(width, 9, bits);
             surface.Set(Colorful(width, 9));
-            const HBITMAP greyed = CreateGreyedBitmap(surface.Deselect());
+            const HBITMAP greyed = CreateGreyedBitmap(surface.bitmap());
             BITMAP made = {};
             EXPECT_TRUE(::GetObjectW(greyed, sizeof made, &made));
-            EXPECT_TRUE(made.bmBitsPixel == 24 && made.bmWidth == width && made.bmHeight == 9) << width;
+            EXPECT_EQ(24, made.bmBitsPixel);
+            EXPECT_EQ(width, made.bmWidth);
+            EXPECT_EQ(9, made.bmHeight);
             EXPECT_EQ(Greyed(Colorful(width, 9)), PixelsOf(greyed, width, 9)) << bits << ' ' << width;
             EXPECT_EQ(Colorful(width, 9), PixelsOf(surface.Deselect(), width, 9)) << "the original";
             ::DeleteObject(greyed);
@@ -113,7 +116,8 @@ Icon GreyedIcon(const std::uint8_t* mask, int maskHeight, HBITMAP colors, bool i
     const Icon icon(::CreateIconIndirect(&info));
     ::DeleteObject(maskBitmap);
     Icon greyed(CreateGreyedIcon(icon.get()));
-    EXPECT_TRUE(icon && greyed);
+    EXPECT_TRUE(icon);
+    EXPECT_TRUE(greyed);
     return greyed;
 }
 
@@ -153,7 +157,9 @@ TEST(GreyedIcon, KeepsACursorsHotSpot) {
     const Icon greyed = GreyedIcon(opaque, 2, surface.Deselect(), false);
     ICONINFO info = {};
     EXPECT_TRUE(::GetIconInfo(greyed.get(), &info));
-    EXPECT_TRUE(!info.fIcon && info.xHotspot == 3 && info.yHotspot == 1);
+    EXPECT_FALSE(info.fIcon);
+    EXPECT_EQ(3U, info.xHotspot);
+    EXPECT_EQ(1U, info.yHotspot);
     ::DeleteObject(info.hbmMask);
     ::DeleteObject(info.hbmColor);
 }
@@ -166,15 +172,6 @@ TEST(GreyedImage, OfNoImageIsNull) {
     EXPECT_EQ(nullptr, CreateGreyedBitmap(gone));
     for (const int other : {SYSTEM_FONT, DEFAULT_PALETTE, BLACK_PEN, WHITE_BRUSH})
         EXPECT_EQ(nullptr, CreateGreyedBitmap(static_cast<HBITMAP>(::GetStockObject(other)))) << other;
-}
-
-TEST(GreyedBitmap, MayBeSelectedMeanwhile) {
-    Surface surface(4, 2, 24);
-    surface.Set(Colorful(4, 2));
-    const auto bitmap = static_cast<HBITMAP>(::GetCurrentObject(surface.dc(), OBJ_BITMAP));
-    const HBITMAP greyed = CreateGreyedBitmap(bitmap);
-    EXPECT_EQ(Greyed(Colorful(4, 2)), PixelsOf(greyed, 4, 2));
-    ::DeleteObject(greyed);
 }
 
 }  // namespace

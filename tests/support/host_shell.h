@@ -4,8 +4,8 @@
 
 #include "tests/support/start_process.h"
 
-// Runs a command of the shell of the system below Wine in a folder: for links, which Wine does not make, and for
-// thousands of files, which take it minutes. False on Windows, which needs none of that.
+// Runs a command of the shell of the system below Wine in a folder: for links, which Wine does not make, and
+// for thousands of files, which take it minutes. False on Windows, which needs none of that.
 inline bool RunInHostShell(const std::wstring& folder, const std::wstring& command) {
     using UnixName = char*(CDECL*)(const wchar_t*);
     const auto unixName = reinterpret_cast<UnixName>(reinterpret_cast<void*>(
@@ -20,14 +20,4 @@ inline bool RunInHostShell(const std::wstring& folder, const std::wstring& comma
         if (::DeleteFileW(done.c_str())) return true;
     }
     return false;
-}
-
-// Empty files named "entry 0.txt" and so on.
-inline void PutEntries(const std::wstring& folder, int count) {
-    const std::wstring last = std::to_wstring(count - 1);
-    if (RunInHostShell(folder, L"seq -f 'entry %.0f.txt' 0 " + last + L" | xargs -d '\\n' touch")) return;
-    for (int i = 0; i < count; ++i) {
-        const std::wstring path = folder + L"\\entry " + std::to_wstring(i) + L".txt";
-        ql::UniqueFileHandle(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
-    }
 }

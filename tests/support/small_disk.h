@@ -6,7 +6,8 @@
 #include "tests/support/host_shell.h"
 #include "tests/support/test_folder.h"
 
-// A disk of 1 MB that can be filled, for its own lifetime. Only where the system below Wine lets the user mount one.
+// A disk of 1 MB that can be filled, for its own lifetime. Only where the system below Wine lets the user
+// mount one.
 class SmallDisk {
   public:
     static constexpr std::size_t kSize = 1 << 20;
@@ -29,7 +30,7 @@ class SmallDisk {
     // Leaves so many bytes free, a multiple of 4096.
     void FillBut(std::size_t free) const {
         std::filesystem::remove(*this / L"filler");
-        const auto available = static_cast<std::size_t>(std::filesystem::space(root_).available);
+        const auto available = static_cast<std::size_t>(std::filesystem::space(*this / L"filler").available);
         PutBytes(*this / L"filler", std::string(available - free, 'f'));
     }
 

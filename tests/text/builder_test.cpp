@@ -69,6 +69,28 @@ TEST(SpeedStr, PrependMovesOnlyAsManyUnitsAsItPutsInFront) {
     }
 }
 
+// Where the text is shows in what a prepend moves.
+TEST(SpeedStr, HoldsExactlyTheUnitsThatItPromisesItself) {
+    const std::wstring inside(L"abwx\0\0", 6), onTheHeap = L"abwxyz";
+    for (const unsigned int length : {512U, 513U}) {
+        const std::wstring text = L"wxyz" + std::wstring(length - 4, L'-');
+        CSpeedStr appended, prepended, trimmed;
+        appended += text;
+        prepended += L"w";
+        prepended.prepend(text.substr(0, length - 1));
+        for (CSpeedStr* builder : {&appended, &prepended}) {
+            builder->trimEnd(length - 4);
+            builder->prepend(L"ab");
+            EXPECT_EQ(length == 512 ? inside : onTheHeap, TextOf(*builder)) << length;
+        }
+        trimmed += text;
+        trimmed.trimEnd(length);
+        trimmed += L"wxyz";
+        trimmed.prepend(L"ab");
+        EXPECT_EQ(inside, TextOf(trimmed)) << "trimmed to nothing, the heap is given back";
+    }
+}
+
 TEST(SpeedStr, TrimsAndClearsInBothModes) {
     for (const unsigned int length : {20U, 512U, 513U}) {
         CSpeedStr builder;

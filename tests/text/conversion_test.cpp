@@ -5,6 +5,9 @@
 #include <vector>
 
 #include "platform/win32.h"
+#ifndef _WIN32
+#include "tests/native/ansi_page.h"
+#endif
 #include "text/ansi_text.h"
 #include "text/fields.h"
 #include "text/letter_case.h"
@@ -39,6 +42,26 @@ TEST(AnsiText, ReplacesWhatTheCodePageLacks) {
               MakeRWTStringAnsiOnly(L"\u00e9\u6f22\u20ac\uff21"));  // a full-width A has a best fit
     EXPECT_EQ(L"\u20ac\u00ff", AnsiToRWWString("\x80\xFF"));
 }
+
+#ifndef _WIN32
+TEST(AnsiText, PagesOfManyBytesAreConvertedWholeAndCountedByCharacters) {
+    const std::wstring text = L"sixteen ASCII units, then \u3042\u6f22 and a zero";
+    for (const auto& [page, most] :
+         {std::pair("UTF-8", 4u), std::pair("CP932", 2u), std::pair("GB18030", 4u)}) {
+        const fake::AnsiPage ansi(page, most);
+        const std::string bytes = WideToStdString(text);
+        EXPECT_LT(text.size(), bytes.size()) << page;
+        EXPECT_EQ(text, AnsiToRWWString(bytes.c_str())) << page;
+        EXPECT_EQ(text + L'\0' + text, RWCStringToRWWString(bytes + '\0' + bytes)) << page;
+        EXPECT_EQ(static_cast<int>(text.size()) + 1, AnsiWithEntitiesCharLength((bytes + "&#65;").c_str()))
+            << page;
+    }
+    const fake::AnsiPage ansi("UTF-8", 4);
+    EXPECT_EQ(3, AnsiWithEntitiesCharLength("\xe3\x81"
+                                            "a"))
+        << "what is no character counts byte by byte";
+}
+#endif
 
 TEST(AnsiText, CountedConversionsKeepZeros) {
     std::wstring text(200, L'x');
@@ -89,6 +112,13 @@ TEST(XmlCharRef, TakesOnlyWholeReferences) {
     }
 }
 
+TEST(XmlCharRef, IsToldWithoutACursorOrAPlaceForItsValue) {
+    const wchar_t* cursor = L"&#65;";
+    EXPECT_TRUE(IsXmlCharEntityRefW(&cursor, nullptr));
+    EXPECT_STREQ(L"", cursor);
+    EXPECT_FALSE(IsXmlCharEntityRefA(nullptr, nullptr));
+}
+
 TEST(XmlCharRef, ReferencesCountAsOneCharacter) {
     EXPECT_EQ(0, AnsiWithEntitiesCharLength(nullptr));
     EXPECT_EQ(0, AnsiWithEntitiesCharLength(""));
@@ -113,20 +143,21 @@ TEST(LetterCase, IsToldFromTheFirstLettersAndWordStarts) {
 TEST(LetterCase, Changes) {
     const struct {
         const wchar_t* text;
-        int type;
+        CaseType type;
         const wchar_t* changed;
     } cases[] = {
-        {L"", 6, L""},
-        {L"HELLO World", 1, L"hello world"},
-        {L"hELLO World", 2, L"Hello world"},
-        {L"o'neil SMITH-jones 2nd", 3, L"O'neil Smith-Jones 2Nd"},
-        {L"'tis a dog's life", 3, L"'tis A Dog's Life"},
-        {L"\u00fcber stra\u00dfe", 4, L"\u00dcBER STRASSE"},
-        {L"hELLO World", 5, L"HELLO World"},
-        {L"a\u00df\xd83d\xde00z", 6, L"A S S \xd83d\xde00 Z"},  // a pair stays one character
+        {L"", CASE_SPACED_CAPITALS, L""},
+        {L"HELLO World", CASE_LOWER, L"hello world"},
+        {L"hELLO World", CASE_SENTENCE, L"Hello world"},
+        {L"o'neil SMITH-jones 2nd", CASE_TITLE, L"O'neil Smith-Jones 2Nd"},
+        {L"'tis a dog's life", CASE_TITLE, L"'tis A Dog's Life"},
+        {L"\u00fcber stra\u00dfe", CASE_UPPER, L"\u00dcBER STRASSE"},
+        {L"hELLO World", CASE_FIRST_CAPITAL, L"HELLO World"},
+        {L"a\u00df\xd83d\xde00z", CASE_SPACED_CAPITALS,
+         L"A S S \xd83d\xde00 Z"},  // a pair stays one character
     };
     for (const auto& [text, type, changed] : cases) {
-        EXPECT_EQ(changed, ChangeCase(RWWString(text), static_cast<CaseType>(type)).str()) << text << type;
+        EXPECT_EQ(changed, ChangeCase(RWWString(text), type).str()) << text << type;
     }
     for (const int other : {7, 0, 99}) {
         EXPECT_EQ(L"hELLO", ChangeCase(RWWString(L"hELLO"), static_cast<CaseType>(other)));
@@ -190,12 +221,11 @@ TEST(Fields, SplitAtTheFirstColon) {
 }
 
 TEST(Fields, ReadTruthValues) {
-    for (const bool otherwise : {false, true}) {
-        for (const wchar_t* yes : {L"True", L"yes", L"ON"}) EXPECT_TRUE(StrToBool(RWWString(yes), otherwise));
-        for (const wchar_t* no : {L"false", L"No", L"oFf"}) EXPECT_FALSE(StrToBool(RWWString(no), otherwise));
-        for (const wchar_t* other : {L"", L"1", L"0", L" on", L"yes!", L"y"}) {
-            EXPECT_EQ(otherwise, StrToBool(RWWString(other), otherwise)) << other;
-        }
+    for (const wchar_t* yes : {L"True", L"yes", L"ON"}) EXPECT_TRUE(StrToBool(yes, false)) << yes;
+    for (const wchar_t* no : {L"false", L"No", L"oFf"}) EXPECT_FALSE(StrToBool(no, true)) << no;
+    for (const wchar_t* other : {L"", L"1", L"0", L" on", L"yes!", L"y"}) {
+        EXPECT_TRUE(StrToBool(other, true)) << other;
+        EXPECT_FALSE(StrToBool(other, false)) << other;
     }
 }
 

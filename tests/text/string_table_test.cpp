@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <deque>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -62,7 +64,8 @@ TEST(StringTable, InsertsInsideAndPadsPastTheEnd) {
 TEST(StringTable, OnlySquareBracketsGrowAndOnlyToAnIndexThatATableCanHave) {
     const QLStringTable table = TableOf({L"a", L"b"});
     EXPECT_EQ(L"b", table(1));
-    EXPECT_TRUE(table(2).isNull() && table(-1).isNull());
+    EXPECT_EQ(L"", table(2));
+    EXPECT_EQ(L"", table(-1));
     EXPECT_EQ(2u, table.NumEntries());
     for (const int index : {-1, INT_MIN, INT_MAX}) {
         EXPECT_TRUE(table[index].isNull());
@@ -73,12 +76,14 @@ TEST(StringTable, OnlySquareBracketsGrowAndOnlyToAnIndexThatATableCanHave) {
 }
 
 TEST(StringTable, FindsTheFirstEqualEntry) {
-    const QLStringTable table = TableOf({L"ab", L"abc", L"ABC", L"\u00e4"});
+    const QLStringTable table = TableOf({L"ab", L"abc", L"ABC", L"\u00e4", L"ab\0c"s});
     EXPECT_EQ(1, table.Index(L"ABC", true));
     EXPECT_EQ(2, table.Index(L"ABC", false));
     EXPECT_EQ(3, table.Index(L"\u00c4", true));
     EXPECT_EQ(-1, table.Index(L"\u00c4", false));
     EXPECT_EQ(-1, table.Index(L"", true));
+    EXPECT_EQ(4, table.Index(RWWString(L"AB\0C"s), true));
+    EXPECT_EQ(4, table.Index(RWWString(L"ab\0c"s), false));
 }
 
 TEST(StringTable, DeletesEntries) {
@@ -87,6 +92,29 @@ TEST(StringTable, DeletesEntries) {
     EXPECT_EQ(L"a~c~", Joined(table));
     table.ClearEntries();
     EXPECT_EQ(0u, table.NumEntries());
+}
+
+// Changes at both ends and in between, beside a deque that takes the same.
+TEST(StringTable, KeepsItsOrderThroughChangesAtEveryPlace) {
+    QLStringTable table;
+    std::deque<std::wstring> model;
+    std::minstd_rand random(1);  // NOLINT: the same changes every time
+    for (int i = 0; i < 3000; ++i) {
+        const std::wstring text = std::to_wstring(i);
+        const auto place = static_cast<unsigned>(random() % (model.size() + 1));
+        const auto at = model.begin() + place;
+        switch (random() % 6) {
+            case 0:
+            case 1: model.push_front(text), table.PrependString(text); break;
+            case 2: model.push_back(text), table.AppendString(text); break;
+            case 3: model.insert(at, text), table.InsertString(text, place); break;
+            case 4: table.DeleteEntry(0), model.empty() ? void() : model.pop_front(); break;
+            default: table.DeleteEntry(place), at == model.end() ? model.end() : model.erase(at);
+        }
+        ASSERT_EQ(model.size(), table.NumEntries());
+        ASSERT_EQ(place < model.size() ? model[place] : std::wstring(), table(static_cast<int>(place)));
+    }
+    EXPECT_EQ(table, TableOf({model.begin(), model.end()}));
 }
 
 TEST(StringTable, CopiesAreEqualAndApart) {

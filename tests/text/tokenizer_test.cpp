@@ -45,13 +45,13 @@ TEST(TokenString, StaysAtTheEnd) {
 TEST(TokenString, ChangesDelimitersMidwayAndCopiesThem) {
     TokenString text(L"a,b c,d", L",");
     EXPECT_EQ(text.Next(), L"a");
-    text.NewDelims(L" ,");
+    text.NewDelims(L" \u20ac");
     TokenString copy(text);
-    EXPECT_EQ(text.Next(), L"b");
-    EXPECT_EQ(text.Next(), L"c");
-    EXPECT_EQ(copy.Next(), L"b");
+    EXPECT_EQ(text.Next(), L",b") << "the former delimiters are none";
+    EXPECT_EQ(copy.Next(), L",b");
+    text.NewDelims(L",");
     text = copy;
-    EXPECT_EQ(text.Next(), L"c");
+    EXPECT_EQ(text.Next(), L"c,d");
 }
 
 TEST(TokenString, CountsUnitsAndReadsNoFurtherThanItsText) {

@@ -102,7 +102,7 @@ struct Choice {
 };
 
 const Choice kChoices[] = {
-    // installed, default, by kind, docx; Word, WordPerfect, default; for docx, dot, wpt; to send docx, wpd, txt
+    // installed, usual, by kind, docx; Word, WordPerfect, default; for docx, dot, wpt; to send docx, wpd, txt
     {{}, L"Word 2010", true, false, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone},
     {{kW03, kW10}, L"", false, true, kW10, kNone, kNone, kW10, kW10, kNone, kW10, kW10, kW10},
     {{kW03, kW10}, L"word 2003", false, true, kW10, kNone, kW03, kW10, kW03, kNone, kW03, kW03, kW03},
@@ -218,7 +218,7 @@ TEST_F(Odma, FormatNamesAreTheExtensionUntilTheyAreSet) {
         SetOdmaFormatName(FT_WORD_DOCUMENT, L"Word 97");
         SetOdmaFormatName(FT_WORD_DOCUMENT, none);
         EXPECT_EQ(RWWString(L".doc"), GetOdmaFormatName(FT_WORD_DOCUMENT));
-        EXPECT_TRUE(GetQLRegString(L"File Mgt", L"DOC Format Name", nullptr).isNull());
+        EXPECT_EQ(static_cast<DWORD>(REG_NONE), PrivateRegistry::Get(L"File Mgt", L"DOC Format Name").type);
     }
     SetOdmaFormatName(FT_WORD_DOCUMENT, L".DOC");
     EXPECT_EQ(RWWString(L".DOC"), GetOdmaFormatName(FT_WORD_DOCUMENT)) << "another text than the extension";

@@ -1,6 +1,6 @@
 #include "values/number.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <cmath>
 #include <limits>
@@ -14,26 +14,32 @@
 TEST(Number, NullSpreadsAndComparesFalseWithEverything) {
     const Number null;
     const Number one = 1;
-    EXPECT_TRUE((null + 1).IsNull() && (one - null).IsNull() && (null * null).IsNull() &&
-                (null / one).IsNull() && (one / null).IsNull() && (-null).IsNull());
+    for (const Number& result : {null + 1, one - null, null * null, null / one, one / null, -null}) {
+        EXPECT_TRUE(result.IsNull());
+    }
     const Number kPairs[][2] = {{null, one}, {one, null}, {null, null}};
     for (const auto& [a, b] : kPairs) {
-        EXPECT_FALSE(a == b || a != b || a < b || a > b || a <= b || a >= b);
+        const bool answers[] = {a == b, a != b, a<b, a> b, a <= b, a >= b};
+        EXPECT_THAT(answers, testing::Each(false));
     }
-    EXPECT_TRUE(one != 2 && one < 2 && one <= 1 && one >= 1 && one == 1 && Number(2) > one);
+    const bool answers[] = {one != 2, one<2, one <= 1, one >= 1, one == 1, Number(2)> one};
+    EXPECT_THAT(answers, testing::Each(true));
 }
 
 TEST(Number, ArithmeticIsThatOfDoublesWithoutSaturation) {
     Number largest;
     largest.SetMax();
-    EXPECT_TRUE((largest + 1).IsMax() && (-largest).IsMin());
+    EXPECT_TRUE((largest + 1).IsMax());
+    EXPECT_TRUE((-largest).IsMin());
     EXPECT_EQ(2e100, (largest + largest).GetDouble());
     EXPECT_EQ(0.1 + 0.2, (Number(0.1) + 0.2).GetDouble());
     EXPECT_EQ(-2.5, (Number(5) / Number(-2)).GetDouble());
     EXPECT_TRUE(std::signbit((-Number(0)).GetDouble()));
     EXPECT_TRUE((largest * -10).IsNull()) << "-1e101 is null, however it came about";
     const Number nan = std::numeric_limits<double>::quiet_NaN();
-    EXPECT_TRUE(nan != nan && !(nan == nan) && !(nan <= nan));
+    EXPECT_TRUE(nan != nan);
+    EXPECT_FALSE(nan == nan);
+    EXPECT_FALSE(nan <= nan);
 }
 
 TEST(Number, ReservedValuesAreExactAndCanBeAddressed) {

@@ -136,7 +136,7 @@ TEST(Archive, ArchivesThatLieDoNotOpen) {
         {"stored sizes that differ", {{kFirst, record::kSize, 1}}},
         {"ratio beyond sense", {{kSecond, record::kSize + 2, 1}}},
     };
-    for (const auto& c : cases) EXPECT_EQ(Open(SampleWith(c.changes)), c.result) << c.what;
+    for (const auto& c : cases) EXPECT_EQ(c.result, Open(SampleWith(c.changes))) << c.what;
 }
 
 TEST(Archive, MembersThatLieAreNotRead) {
@@ -160,20 +160,20 @@ TEST(Archive, MembersThatLieAreNotRead) {
     };
     for (const auto& c : cases) {
         const Bytes bytes = SampleWith(c.changes);
-        EXPECT_EQ(Read(bytes, 1), c.result) << c.what;
-        EXPECT_EQ(Read(bytes, 0), Result::kOk) << c.what;
+        EXPECT_EQ(c.result, Read(bytes, 1)) << c.what;
+        EXPECT_EQ(Result::kOk, Read(bytes, 0)) << c.what;
     }
 }
 
 TEST(Archive, TwoEndsAreOneTooMany) {
     Bytes twice = Sample();
     Append(twice, Part(twice, PlaceOf(twice, kFirst)));
-    EXPECT_EQ(Read(twice, 1), Result::kInvalid);
+    EXPECT_EQ(Result::kInvalid, Read(twice, 1));
 
     const Bytes sample = Sample(), end = Part(sample, PlaceOf(sample, kEnd));
     Bytes inComment = SampleWith({{kEnd, end::kCommentSize, static_cast<int>(end.size())}});
     Append(inComment, end);
-    EXPECT_EQ(Open(inComment), Result::kInvalid);
+    EXPECT_EQ(Result::kInvalid, Open(inComment));
 }
 
 // The record of an end whose comment is all that follows, in the contents of the first of two members.
@@ -187,23 +187,23 @@ TEST(Archive, AnEndInContentsIsNoneUnlessItFollowsADirectory) {
     content[25] = static_cast<char>(comment >> 8);
     for (const char* size : {"\1\1\1\1", "\0\0\0\0", "\3\0\0\0", "\xFF\xFF\xFF\xFF"}) {
         content.replace(16, 4, size, 4);
-        EXPECT_EQ(ReadMember(written(), 0), content);
+        EXPECT_EQ(content, ReadMember(written(), 0));
     }
     content.replace(16, 4, "\4\0\0\0", 4);
-    EXPECT_EQ(Open(written()), Result::kInvalid);
+    EXPECT_EQ(Result::kInvalid, Open(written()));
 }
 
 TEST(Archive, StandsBehindAnotherFile) {
     Bytes bytes = Sample();
     bytes.insert(bytes.begin(), 1000, 'P');
-    EXPECT_EQ(ReadMember(bytes, 1), kMembers[1].content);
+    EXPECT_EQ(kMembers[1].content, ReadMember(bytes, 1));
     MemoryArchive read(bytes);
     MemoryOutput output;
     ArchiveWriter writer(output);
     writer.Copy(read.file, read.archive, {false, true});
     writer.Finish("");
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.begin() + 1000, output.bytes.begin()));
-    EXPECT_EQ(ReadMember(output.bytes, 0), kMembers[1].content);
+    EXPECT_EQ(kMembers[1].content, ReadMember(output.bytes, 0));
 }
 
 TEST(Archive, BytesBehindTheEndAreAcceptedWhileThereIsOneEnd) {
@@ -287,7 +287,7 @@ TEST(Archive, ASourceThatFailsLeavesNothingOfItself) {
 TEST(ExtraFields, TellMomentsInUtc) {
     const std::uint8_t unixTime[] = {0x55, 0x54, 5, 0, 1, 0x80, 0x3d, 0xed, 0x5e};
     const std::uint8_t ntfs[] = {0x0a, 0, 16, 0, 0, 0, 0, 0, 1, 0, 8, 0, 1, 2, 3, 4, 5, 6, 7, 8};
-    EXPECT_EQ(132'367'050'880'000'000u / 10'000'000, UtcTimeIn({unixTime, sizeof unixTime}) / 10'000'000);
+    EXPECT_EQ((11'644'473'600 + 0x5eed3d80) * 10'000'000, UtcTimeIn({unixTime, sizeof unixTime}));
     EXPECT_EQ(0x0807060504030201u, UtcTimeIn({ntfs, sizeof ntfs}));
     EXPECT_EQ(0u, UtcTimeIn({unixTime, sizeof unixTime - 1}));
 }
@@ -295,7 +295,7 @@ TEST(ExtraFields, TellMomentsInUtc) {
 TEST(Archive, CommentsOfEveryLength) {
     for (std::size_t size : {0u, 1u, 21u, 22u, 23u, 65534u, 65535u}) {
         const Bytes bytes = Written(kMembers, std::string(size, 'c'));
-        EXPECT_EQ(MemoryArchive(bytes).archive.Comment(), std::string(size, 'c'));
+        EXPECT_EQ(std::string(size, 'c'), MemoryArchive(bytes).archive.Comment());
     }
     EXPECT_EQ(ResultOf([] { Written({}, std::string(65536, 'c')); }), Result::kBadComment);
     EXPECT_EQ(ResultOf([] { Written({}, "PK\5\6"); }), Result::kBadComment);
@@ -334,14 +334,14 @@ Bytes With64BitEnd(std::uint64_t count, std::int64_t moved, bool saturated) {
 TEST(Archive, Reads64BitDirectories) {
     for (const bool saturated : {true, false}) {
         Bytes bytes = With64BitEnd(2, 0, saturated);
-        EXPECT_EQ(ReadMember(bytes, 1), kMembers[1].content);
+        EXPECT_EQ(kMembers[1].content, ReadMember(bytes, 1));
         bytes.insert(bytes.begin(), 1000, 'P');
-        EXPECT_EQ(ReadMember(bytes, 1), kMembers[1].content);
+        EXPECT_EQ(kMembers[1].content, ReadMember(bytes, 1));
     }
-    EXPECT_EQ(Open(With64BitEnd(3, 0, false)), Result::kInvalid);  // the two ends do not agree
-    EXPECT_EQ(Open(With64BitEnd(~0ull, 0, true)), Result::kInvalid);
+    EXPECT_EQ(Result::kInvalid, Open(With64BitEnd(3, 0, false)));  // the two ends do not agree
+    EXPECT_EQ(Result::kInvalid, Open(With64BitEnd(~0ull, 0, true)));
     for (const int moved : {-1, 1, -1'000'000})
-        EXPECT_EQ(Open(With64BitEnd(2, moved, true)), Result::kInvalid) << moved;
+        EXPECT_EQ(Result::kInvalid, Open(With64BitEnd(2, moved, true))) << moved;
 }
 
 // A file that is mostly zeros, of which only the other pages take memory.

@@ -139,7 +139,27 @@ TEST_F(DynazipCalls, ListsGoOneByOneToAnEngineThatKnowsNone) {
     const int codes[] = {ZIP_DONE, ZIP_BAD_REQUEST, ZIP_BAD_REQUEST, ZIP_DONE};
     for (int i = 0; i < 4; ++i) EXPECT_EQ(codes[i], files[i].code) << i;
     EXPECT_EQ(1, Dynazip::AddFilesToZip(L"a.zip", files, 1, 9));
-    EXPECT_EQ(UNZIP_BAD_REQUEST, Dynazip::ForEachMember(L"a.zip", nullptr, nullptr));
+}
+
+int QL_ZIP_CALL AppendMember(const ZIPMEMBER* member, void* told) {
+    auto& all = *static_cast<std::string*>(told);
+    all += Joined(member->index, member->code, member->ansiName, member->size, member->isFolder,
+                  member->isEncrypted);
+    return member->index;
+}
+
+TEST_F(DynazipCalls, WalksGoMemberByMemberWithAnEngineThatKnowsNone) {
+    std::strcpy(unzip_->info.szFileName, "\x80/");
+    unzip_->info.oSize = 7;
+    unzip_->info.attr = ZIPINFO_ENCRYPTED;
+    std::string told;
+    EXPECT_EQ(UNZIP_CANCELLED, Dynazip::ForEachMember(L"a.zip", AppendMember, &told));
+    EXPECT_EQ("0|0|\x80/|7|1|1|1|0|\x80/|7|1|1|", told);
+    unzip_->answer = UNZIP_OUT_OF_BOUNDS;
+    EXPECT_EQ(UNZIP_DONE, Dynazip::ForEachMember(L"a.zip", AppendMember, &told));
+    unzip_->answer = UNZIP_CUT_OFF;
+    EXPECT_EQ(UNZIP_CUT_OFF, Dynazip::ForEachMember(L"a.zip", AppendMember, &told));
+    EXPECT_EQ(UNZIP_BAD_REQUEST, Dynazip::ExtractMembers(L"a.zip", L"out", {}, AppendMember, &told));
 }
 
 TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
@@ -164,7 +184,8 @@ TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
     unzip_->answer = 25;
     time = 1, size = 2;
     EXPECT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 25);
-    EXPECT_TRUE(time == 1 && size == 2);
+    EXPECT_EQ(1, time);
+    EXPECT_EQ(2, size);
 }
 
 TEST_F(DynazipCalls, IndexedInfoIsTheEngines) {

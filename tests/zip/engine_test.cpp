@@ -115,25 +115,26 @@ TEST_F(Engine, AddsFreshensUpdatesAndDeletes) {
     WriteFile(Path("old.txt"), "old");
     WriteFile(Path("new one.txt"), "new");
     for (const int function : {ZIP_FRESHEN, ZIP_DELETE})
-        EXPECT_EQ(Zip(function, "old.txt"), 13);  // no archive
-    EXPECT_EQ(Zip(ZIP_UPDATE, "old.txt"), 0);
-    EXPECT_EQ(Zip(ZIP_UPDATE, "old.txt"), 12);
-    EXPECT_EQ(Zip(ZIP_FRESHEN, "new one.txt"), 12);
-    EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 0);
-    EXPECT_EQ(Count(), 2);
+        EXPECT_EQ(ZIP_MISSING, Zip(function, "old.txt"));  // no archive
+    EXPECT_EQ(ZIP_DONE, Zip(ZIP_UPDATE, "old.txt"));
+    EXPECT_EQ(ZIP_NOTHING_TO_DO, Zip(ZIP_UPDATE, "old.txt"));
+    EXPECT_EQ(ZIP_NOTHING_TO_DO, Zip(ZIP_FRESHEN, "new one.txt"));
+    EXPECT_EQ(ZIP_DONE, Zip(ZIP_ADD, "*.txt"));
+    EXPECT_EQ(2, Count());
     WriteFile(Path("old.txt"), "newer", 2021);
-    EXPECT_EQ(Zip(ZIP_FRESHEN, "*.txt"), 0);
+    EXPECT_EQ(ZIP_DONE, Zip(ZIP_FRESHEN, "*.txt"));
     WriteFile(Path("old.txt"), "older", 2019);
-    EXPECT_EQ(Zip(ZIP_UPDATE, "*.txt"), 12);
-    EXPECT_EQ(Extract(), 0);
-    EXPECT_EQ(ReadFile(out_ + "\\old.txt"), "newer");
-    EXPECT_EQ(ReadFile(out_ + "\\new one.txt"), "new");
-    for (const int code : {0, 12}) EXPECT_EQ(Dzip(ZipCommand(ZIP_DELETE, "\"new one.txt\"")), code);
-    EXPECT_EQ(Zip(ZIP_ADD, "*"), 0);
-    EXPECT_EQ(Count(), 2);  // not the archive itself
-    EXPECT_EQ(Dzip(ZipCommand(ZIP_DELETE, "*")), 0);
-    EXPECT_EQ(Count(), 0);
-    EXPECT_EQ(Names(folder_), "a.zip|new one.txt|old.txt|out|");
+    EXPECT_EQ(ZIP_NOTHING_TO_DO, Zip(ZIP_UPDATE, "*.txt"));
+    EXPECT_EQ(UNZIP_DONE, Extract());
+    EXPECT_EQ("newer", ReadFile(out_ + "\\old.txt"));
+    EXPECT_EQ("new", ReadFile(out_ + "\\new one.txt"));
+    for (const int code : {ZIP_DONE, ZIP_NOTHING_TO_DO})
+        EXPECT_EQ(code, Dzip(ZipCommand(ZIP_DELETE, "\"new one.txt\"")));
+    EXPECT_EQ(ZIP_DONE, Zip(ZIP_ADD, "*"));
+    EXPECT_EQ(2, Count());  // not the archive itself
+    EXPECT_EQ(ZIP_DONE, Dzip(ZipCommand(ZIP_DELETE, "*")));
+    EXPECT_EQ(0, Count());
+    EXPECT_EQ("a.zip|new one.txt|old.txt|out|", Names(folder_));
 }
 
 TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
@@ -162,7 +163,7 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
         command.lpszDate = "01/01/22";
         command.lpszStoreSuffixes = ".zip:jpg:xt";
         for (const auto flag : c.first) command.*flag = 1;
-        EXPECT_EQ(Dzip(command), 0) << c.second;
+        EXPECT_EQ(ZIP_DONE, Dzip(command)) << c.second;
         std::set<std::string> names;
         UNZIPCMDSTRUCT next = UnzipCommand(UNZIP_NEXT);
         while (Dunzip(next) == 0) {
@@ -173,7 +174,8 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
     }
     const ZIPCMDSTRUCT recursive =
         With(ZipCommand(ZIP_ADD, Quoted("in\\*.*")), &ZIPCMDSTRUCT::recurseFlag, 1);
-    EXPECT_EQ(Dzip(With(recursive, &ZIPCMDSTRUCT::noDirectoryNamesFlag, 1)), 16);  // two would have one name
+    EXPECT_EQ(ZIP_BAD_REQUEST,
+              Dzip(With(recursive, &ZIPCMDSTRUCT::noDirectoryNamesFlag, 1)));  // two would have one name
 }
 
 TEST_F(Engine, RefusesWhatItDoesNotOffer) {
@@ -186,33 +188,34 @@ TEST_F(Engine, RefusesWhatItDoesNotOffer) {
         {&ZIPCMDSTRUCT::function, 6},        {&ZIPCMDSTRUCT::afterDateFlag, 1}};
     for (const auto& number : numbers) {
         const ZIPCMDSTRUCT command = With(add(), &ZIPCMDSTRUCT::lpszDate, "13/01/22");
-        EXPECT_EQ(Dzip(With(command, number.first, number.second)), 16) << &number - numbers;
+        EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(With(command, number.first, number.second))) << &number - numbers;
     }
-    EXPECT_EQ(Dzip(With(add(), &ZIPCMDSTRUCT::addCommentFlag, 1)), 7);
-    EXPECT_EQ(Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, nullptr)), 13);
-    EXPECT_EQ(Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, "C:\\no such folder\\a.zip")), 15);
-    EXPECT_EQ(Dzip(With(add(), &ZIPCMDSTRUCT::lpszItemList, nullptr)), 12);
-    EXPECT_EQ(Dzip(With(add(), &ZIPCMDSTRUCT::wMultiVolControl, 1)), 20);
-    EXPECT_EQ(Zip(ZIP_ADD, "not there"), 18);
-    EXPECT_EQ(Zip(ZIP_ADD, "not there*"), 12);
-    EXPECT_EQ(Names(folder_), "a.txt|");
+    EXPECT_EQ(ZIP_BAD_COMMENT, Dzip(With(add(), &ZIPCMDSTRUCT::addCommentFlag, 1)));
+    EXPECT_EQ(ZIP_MISSING, Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, nullptr)));
+    EXPECT_EQ(ZIP_CANNOT_CREATE, Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, "C:\\no such folder\\a.zip")));
+    EXPECT_EQ(ZIP_NOTHING_TO_DO, Dzip(With(add(), &ZIPCMDSTRUCT::lpszItemList, nullptr)));
+    EXPECT_EQ(ZIP_VOLUMES_ASKED, Dzip(With(add(), &ZIPCMDSTRUCT::wMultiVolControl, 1)));
+    EXPECT_EQ(ZIP_FILE_MISSING, Zip(ZIP_ADD, "not there"));
+    EXPECT_EQ(ZIP_NOTHING_TO_DO, Zip(ZIP_ADD, "not there*"));
+    EXPECT_EQ("a.txt|", Names(folder_));
 
-    EXPECT_EQ(Extract(), 9);
+    EXPECT_EQ(UNZIP_MISSING, Extract());
     WriteFile(archive_, "no archive at all, whatever its name");
-    EXPECT_EQ(Extract(), 3);
-    EXPECT_EQ(Zip(ZIP_ADD, "a.txt"), 3);
+    EXPECT_EQ(UNZIP_INVALID, Extract());
+    EXPECT_EQ(ZIP_INVALID, Zip(ZIP_ADD, "a.txt"));
     MakeArchive({{"a.txt", "a"}});
-    EXPECT_EQ(Extract("b.txt"), 11);
+    EXPECT_EQ(UNZIP_NOTHING_TO_DO, Extract("b.txt"));
     for (const UnzipFlag other : {&UNZIPCMDSTRUCT::unzipStructSize, &UNZIPCMDSTRUCT::bLF2CRLFFlag})
-        EXPECT_EQ(Extract("*", {other}), 47);
-    EXPECT_EQ(Dunzip(UnzipCommand(UNZIP_FILE_TO_MEMORY + 1)), 47);
-    EXPECT_EQ(Dunzip(With(UnzipCommand(UNZIP_EXTRACT), &UNZIPCMDSTRUCT::wUnzipSubOptions, 2)), 47);
+        EXPECT_EQ(UNZIP_BAD_REQUEST, Extract("*", {other}));
+    EXPECT_EQ(UNZIP_BAD_REQUEST, Dunzip(UnzipCommand(UNZIP_FILE_TO_MEMORY + 1)));
+    EXPECT_EQ(UNZIP_BAD_REQUEST,
+              Dunzip(With(UnzipCommand(UNZIP_EXTRACT), &UNZIPCMDSTRUCT::wUnzipSubOptions, 2)));
 }
 
 TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
     WriteFile(Path("a.txt"), "a");
     WriteFile(Path("locked.txt"), "l");
-    ASSERT_EQ(Zip(ZIP_ADD, "a.txt"), 0);
+    ASSERT_EQ(ZIP_DONE, Zip(ZIP_ADD, "a.txt"));
     const std::string before = ReadFile(archive_);
     const auto open = [](const std::string& path, DWORD sharing) {
         return ql::UniqueFileHandle(
@@ -220,20 +223,21 @@ TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
     };
     {
         const auto lock = open(Path("locked.txt"), 0);
-        EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 11);
+        EXPECT_EQ(ZIP_READ_FAILED, Zip(ZIP_ADD, "*.txt"));
     }
-    EXPECT_EQ(Dzip(With(ZipCommand(ZIP_ADD, Quoted("*.txt")), &ZIPCMDSTRUCT::lpMinorStatus, Cancel)), 9);
+    EXPECT_EQ(ZIP_CANCELLED,
+              Dzip(With(ZipCommand(ZIP_ADD, Quoted("*.txt")), &ZIPCMDSTRUCT::lpMinorStatus, Cancel)));
     {
         Patience patience;
         const PendingFile other(LiteralPath(fs::path(archive_).wstring()), patience);
-        EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 1);
+        EXPECT_EQ(ZIP_BUSY, Zip(ZIP_ADD, "*.txt"));
     }
     {
         const auto reader = open(archive_, FILE_SHARE_READ);
-        EXPECT_EQ(Zip(ZIP_ADD, "*.txt"), 10);
+        EXPECT_EQ(ZIP_TEMPORARY_FILE, Zip(ZIP_ADD, "*.txt"));
     }
-    EXPECT_EQ(ReadFile(archive_), before);
-    EXPECT_EQ(Names(folder_), "a.txt|a.zip|locked.txt|");
+    EXPECT_EQ(before, ReadFile(archive_));
+    EXPECT_EQ("a.txt|a.zip|locked.txt|", Names(folder_));
 }
 
 TEST_F(Engine, CommentsAreKeptAndReplaced) {
@@ -242,22 +246,22 @@ TEST_F(Engine, CommentsAreKeptAndReplaced) {
         return Dzip(With(flagged, &ZIPCMDSTRUCT::lpszComment, comment.c_str()));
     };
     WriteFile(Path("a.txt"), "a");
-    EXPECT_EQ(write("first"), 13);
-    ASSERT_EQ(Zip(ZIP_ADD, "a.txt"), 0);
+    EXPECT_EQ(ZIP_MISSING, write("first"));
+    ASSERT_EQ(ZIP_DONE, Zip(ZIP_ADD, "a.txt"));
     for (const std::string& comment : {std::string("first"), std::string(65535, 'x'), std::string()}) {
-        ASSERT_EQ(write(comment), 0);
-        ASSERT_EQ(Zip(ZIP_ADD, "a.txt"), 0);
+        ASSERT_EQ(ZIP_DONE, write(comment));
+        ASSERT_EQ(ZIP_DONE, Zip(ZIP_ADD, "a.txt"));
         UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COMMENT_SIZE);
-        ASSERT_EQ(Dunzip(command), 0);
+        ASSERT_EQ(UNZIP_DONE, Dunzip(command));
         ASSERT_EQ(command.returnCount, static_cast<int>(comment.size()));
         std::string read(comment.size() + 2, '#');
         command.function = UNZIP_COMMENT;
         command.lpszReturnString = read.data();
-        ASSERT_EQ(Dunzip(command), 0);
+        ASSERT_EQ(UNZIP_DONE, Dunzip(command));
         EXPECT_EQ(read, comment + std::string("\0#", 2));
     }
-    EXPECT_EQ(write(std::string(65536, 'x')), 7);
-    EXPECT_EQ(Count(), 1);
+    EXPECT_EQ(ZIP_BAD_COMMENT, write(std::string(65536, 'x')));
+    EXPECT_EQ(1, Count());
 }
 
 TEST_F(Engine, ListsMembers) {
@@ -272,30 +276,28 @@ TEST_F(Engine, ListsMembers) {
         listed += std::to_string(command.index) + info_.szFileName + ' ' + std::to_string(info_.attr) + '|';
     }
     EXPECT_EQ(listed, "0a.txt 33|1sub/ 16|2sub/long name \x80?.html 65568|3sub/a.txt 32|");
-    EXPECT_EQ(Dunzip(command), 25);
+    EXPECT_EQ(UNZIP_OUT_OF_BOUNDS, Dunzip(command));
 
     command = UnzipCommand(UNZIP_INDEXED);
     command.index = 0;
-    ASSERT_EQ(Dunzip(command), 0);
+    ASSERT_EQ(UNZIP_DONE, Dunzip(command));
     EXPECT_EQ(info_.oSize, 5u);
     EXPECT_EQ(info_.crc_32, 0x3610a686u);
     EXPECT_STREQ(info_.szDateTime, "06/15/20 12:30:10");
     for (int index : {-1, 4, -2, 0x7fffffff}) {
         command.index = index;
-        EXPECT_EQ(Dunzip(command), 25) << index;
+        EXPECT_EQ(UNZIP_OUT_OF_BOUNDS, Dunzip(command)) << index;
     }
     // What ANSI does not have is listed as a wild card, which finds the member.
     for (const char* pattern : {"\"sub/long name \x80?.html\"", "a.txt"}) {
         command = With(UnzipCommand(UNZIP_COUNT_MATCHING, pattern), &UNZIPCMDSTRUCT::recurseFlag, 0);
-        EXPECT_EQ(Dunzip(command), 0);
+        EXPECT_EQ(UNZIP_DONE, Dunzip(command));
         EXPECT_EQ(command.returnCount, 1) << pattern;
     }
     command = UnzipCommand(UNZIP_NEXT_MATCHING, "A.TXT");
-    for (const int index : {0, 3}) {
-        EXPECT_EQ(Dunzip(command), 0);
-        EXPECT_EQ(command.index, index);
-    }
-    EXPECT_EQ(Dunzip(command), 25);
+    EXPECT_EQ(UNZIP_DONE, Dunzip(command));
+    EXPECT_EQ(0, command.index);
+    EXPECT_EQ(UNZIP_OUT_OF_BOUNDS, Dunzip(command));
 }
 
 TEST_F(Engine, WalksTheLargestArchiveAndSeesEveryChange) {
@@ -303,17 +305,18 @@ TEST_F(Engine, WalksTheLargestArchiveAndSeesEveryChange) {
     members.reserve(65535);
     for (int i = 0; i < 65535; ++i) members.push_back({std::to_string(i) + ".txt", ""});
     MakeArchive(members);
-    EXPECT_EQ(Count(), 65535);
+    EXPECT_EQ(65535, Count());
     UNZIPCMDSTRUCT command = With(UnzipCommand(UNZIP_NEXT), &UNZIPCMDSTRUCT::index, 65000);
     int walked = 0;
     while (Dunzip(command) == 0) ++walked;
     EXPECT_EQ(walked, 534);
     EXPECT_STREQ(info_.szFileName, "65534.txt");
     WriteFile(Path("one more.txt"), "");
-    EXPECT_EQ(Zip(ZIP_ADD, "one more.txt"), 17);
+    EXPECT_EQ(ZIP_DONE, Zip(ZIP_ADD, "one more.txt"));
+    EXPECT_EQ(65536, Count());
     for (const char* name : {"aa", "bb"}) {
         MakeArchive({{name, ""}});
-        EXPECT_EQ(Dunzip(UnzipCommand(UNZIP_NEXT)), 0);
+        EXPECT_EQ(UNZIP_DONE, Dunzip(UnzipCommand(UNZIP_NEXT)));
         EXPECT_STREQ(info_.szFileName, name);
     }
 }
@@ -325,13 +328,13 @@ TEST_F(Engine, ExtractsWithAndWithoutFolders) {
     told.lpMinorStatus = told.lpMajorStatus = Record;
     told.lpMinorUserData = &minor;
     told.lpMajorUserData = &major;
-    EXPECT_EQ(Dunzip(told), 0);
-    EXPECT_EQ(Names(out_ + "\\sub"), "deep|\u20ac.txt|");
+    EXPECT_EQ(UNZIP_DONE, Dunzip(told));
+    EXPECT_EQ("deep|\u20ac.txt|", Names(out_ + "\\sub"));
     EXPECT_EQ(::GetFileAttributesA((out_ + "\\b.txt").c_str()), DWORD{33});
     EXPECT_EQ(minor, "sub/\x80.txt:100 b.txt:100 ");
     EXPECT_EQ(major, minor);
-    EXPECT_EQ(Extract("*", {&UNZIPCMDSTRUCT::noDirectoryNamesFlag}), 49);  // b.txt is there
-    EXPECT_EQ(Names(out_), "b.txt|sub|\u20ac.txt|");
+    EXPECT_EQ(UNZIP_SKIPPED, Extract("*", {&UNZIPCMDSTRUCT::noDirectoryNamesFlag}));  // b.txt is there
+    EXPECT_EQ("b.txt|sub|\u20ac.txt|", Names(out_));
 }
 
 TEST_F(Engine, ReplacesFilesOnlyAsTheFlagsSay) {
@@ -426,7 +429,7 @@ TEST_F(Engine, SeesChangesThatPutTheTimeBack) {
 
 TEST_F(Engine, SourcesOfAListHaveAResultEach) {
     WriteFile(Path("new.txt"), "new");
-    WriteFile(Path("locked.txt"), "locked");
+    WriteFile(Path("locked.txt"), "locked", 2021);
     WriteFile(Path("old.txt"), "old", 2019);
     MakeArchive({{"old.txt", "newer"}, {"locked.txt", "former"}});
     const ql::UniqueFileHandle lock(
@@ -463,14 +466,18 @@ TEST_F(Engine, WritesNothingOutsideTheDestination) {
           "\\\\server\\share\\a", "nul", "com1.txt", "a.txt:stream", "dot.", "blank ", "a//b", "*.txt"})
         members.insert(members.end() - 1, {name, "evil"});
     MakeArchive(members);
-    for (const UnzipFlag folders : {&UNZIPCMDSTRUCT::recurseFlag, &UNZIPCMDSTRUCT::noDirectoryNamesFlag}) {
-        EXPECT_EQ(Extract("*", {&UNZIPCMDSTRUCT::overWriteFlag, folders}), 28);
-        EXPECT_EQ(Names(out_), "good.txt|");  // the others do not suffer
-        EXPECT_EQ(Names(folder_), "a.zip|out|");
+    const std::pair<UnzipFlag, const char*> cases[] = {
+        {&UNZIPCMDSTRUCT::recurseFlag, "good.txt|"},
+        // The last parts alone are used, and some of them do no harm.
+        {&UNZIPCMDSTRUCT::noDirectoryNamesFlag, "a|b|drive.txt|good.txt|root.txt|up.txt|"}};
+    for (const auto& [folders, names] : cases) {
+        EXPECT_EQ(UNZIP_CANNOT_CREATE, Extract("*", {&UNZIPCMDSTRUCT::overWriteFlag, folders}));
+        EXPECT_EQ(names, Names(out_));  // the others do not suffer
+        EXPECT_EQ("a.zip|out|", Names(folder_));
     }
-    EXPECT_EQ(ReadFile(out_ + "\\good.txt"), "good");
+    EXPECT_EQ("good", ReadFile(out_ + "\\good.txt"));
     MakeArchive({{"LABEL", "", 8}});
-    EXPECT_EQ(Extract(), 46);
+    EXPECT_EQ(UNZIP_VOLUME_LABEL, Extract());
 }
 
 TEST_F(Engine, BrokenMembersLeaveWhatIsThereAndSpareTheOthers) {
@@ -480,16 +487,16 @@ TEST_F(Engine, BrokenMembersLeaveWhatIsThereAndSpareTheOthers) {
     WriteFile(archive_, bytes);
     fs::create_directory(out_);
     const std::vector<UnzipFlag> overwrite{&UNZIPCMDSTRUCT::overWriteFlag};
-    EXPECT_EQ(Extract("*", {&UNZIPCMDSTRUCT::testFlag}), 39);
-    EXPECT_EQ(Names(out_), "");
-    EXPECT_EQ(Extract("*", overwrite), 39);
-    EXPECT_EQ(Names(out_), "good.txt|");
+    EXPECT_EQ(UNZIP_BAD_CRC, Extract("*", {&UNZIPCMDSTRUCT::testFlag}));
+    EXPECT_EQ("", Names(out_));
+    EXPECT_EQ(UNZIP_BAD_CRC, Extract("*", overwrite));
+    EXPECT_EQ("good.txt|", Names(out_));
     WriteFile(out_ + "\\bad.txt", "former");
-    EXPECT_EQ(Extract("*", overwrite), 39);
-    EXPECT_EQ(ReadFile(out_ + "\\bad.txt"), "former");
+    EXPECT_EQ(UNZIP_BAD_CRC, Extract("*", overwrite));
+    EXPECT_EQ("former", ReadFile(out_ + "\\bad.txt"));
     const UNZIPCMDSTRUCT good = UnzipCommand(UNZIP_EXTRACT, "good.txt", overwrite);
-    EXPECT_EQ(Dunzip(With(good, &UNZIPCMDSTRUCT::lpMinorStatus, Cancel)), 40);
-    EXPECT_EQ(Names(out_), "bad.txt|good.txt|");
+    EXPECT_EQ(UNZIP_CANCELLED, Dunzip(With(good, &UNZIPCMDSTRUCT::lpMinorStatus, Cancel)));
+    EXPECT_EQ("bad.txt|good.txt|", Names(out_));
 }
 
 TEST_F(Engine, GoesBetweenMemoryAndArchive) {
@@ -498,8 +505,8 @@ TEST_F(Engine, GoesBetweenMemoryAndArchive) {
     ZIPCMDSTRUCT put = ZipCommand(ZIP_MEMORY_TO_FILE, "folder\\memory.bin");
     put.lpMemBlock = content.data();
     put.lMemBlockSize = static_cast<std::int32_t>(content.size());
-    EXPECT_TRUE(Dzip(put) == 0 && Dzip(put) == 0);
-    EXPECT_EQ(Count(), 1);
+    for (int times = 0; times < 2; ++times) EXPECT_EQ(ZIP_DONE, Dzip(put));
+    EXPECT_EQ(1, Count());
     const struct {
         int offset;
         std::size_t size, count;
@@ -512,12 +519,12 @@ TEST_F(Engine, GoesBetweenMemoryAndArchive) {
         get.lpMemBlock = block.data();
         get.lMemBlockSize = static_cast<std::int32_t>(c.size);
         get.lStartingOffset = c.offset;
-        EXPECT_EQ(Dunzip(get), 0);
+        EXPECT_EQ(UNZIP_DONE, Dunzip(get));
         EXPECT_EQ(get.returnCount, static_cast<int>(c.count)) << c.offset;
         EXPECT_TRUE(block == expected) << c.offset;
     }
     for (const char* name : {"..\\a", "a b", "nul", ""})
-        EXPECT_EQ(Dzip(ZipCommand(ZIP_MEMORY_TO_FILE, name)), 16) << name;
+        EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(ZipCommand(ZIP_MEMORY_TO_FILE, name))) << name;
 }
 
 }  // namespace

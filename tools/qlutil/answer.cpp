@@ -95,10 +95,23 @@ std::wstring RenderList(const List& list) {
     return Align(rows);
 }
 
-std::wstring RenderRecord(const Record& record) {
+// Zeros, empty texts and the like say nothing of a command that failed.
+bool SaysSomething(const Node& node) {
+    return std::visit(Overloaded{
+                          [](std::nullptr_t) { return false; },
+                          [](const RWWString& text) { return !text.empty(); },
+                          [](double number) { return number != 0; },
+                          [](bool flag) { return flag; },
+                          [](const auto& several) { return !several.empty(); },
+                      },
+                      node.value);
+}
+
+std::wstring RenderRecord(const Record& record, bool hasFailed) {
     std::vector<Row> rows;
     std::wstring lists;
     for (const auto& [key, value] : record) {
+        if (hasFailed && !SaysSomething(value)) continue;
         if (const auto* list = std::get_if<List>(&value.value)) {
             lists += key + L":\n" + RenderList(*list);
         } else {
@@ -114,8 +127,8 @@ std::wstring RenderLine(const Record& record, std::size_t shown) {
     return line + L'\n';
 }
 
-std::wstring RenderPlain(const Node& node) {
-    if (const auto* record = std::get_if<Record>(&node.value)) return RenderRecord(*record);
+std::wstring RenderPlain(const Node& node, bool hasFailed) {
+    if (const auto* record = std::get_if<Record>(&node.value)) return RenderRecord(*record, hasFailed);
     if (const auto* list = std::get_if<List>(&node.value)) return RenderList(*list);
     return ToCell(node) + L'\n';
 }
@@ -134,7 +147,7 @@ std::wstring Render(const Answer& answer, bool json) {
     if (const auto* document = std::get_if<Document>(&answer.output)) return document->text.str() + L'\n';
     const auto* node = std::get_if<Node>(&answer.output);
     if (!node) return {};
-    return json ? RenderJson(*node) : RenderPlain(*node);
+    return json ? RenderJson(*node) : RenderPlain(*node, answer.status != kDone);
 }
 
 bool RenderFeed(const Feed& feed, bool json, const std::function<bool(std::wstring_view)>& print) {

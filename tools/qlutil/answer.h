@@ -18,6 +18,8 @@ using Record = std::vector<std::pair<std::wstring, Node>>;
 struct Node {
     Node(std::nullptr_t) {}  // an absent text
     Node(RWWString text) : value(std::move(text)) {}
+    Node(std::wstring_view text) : value(RWWString(text)) {}
+    Node(std::wstring text) : value(RWWString(std::move(text))) {}
     Node(const wchar_t* text) : value(RWWString(text)) {}
     Node(double number) : value(number) {}
     Node(int number) : value(static_cast<double>(number)) {}
@@ -54,12 +56,18 @@ struct Answer {
     Answer(List result) : output(Node(std::move(result))) {}
     Answer(Document document) : output(std::move(document)) {}
     Answer(Feed feed) : output(std::move(feed)) {}
-    // Failed, with what there is to print all the same.
+    // Failed, with what there is to print all the same; of a record, the plain form leaves out what says nothing.
     Answer(Node result, std::wstring why)
         : output(std::move(result)), message(std::move(why)), status(kFailed) {}
 
     static Answer Failure(std::wstring why) {
         Answer answer{Node(nullptr), std::move(why)};
+        answer.output = std::monostate();
+        return answer;
+    }
+
+    static Answer Nothing() {
+        Answer answer{Node(nullptr)};
         answer.output = std::monostate();
         return answer;
     }
@@ -73,3 +81,7 @@ struct Answer {
 std::wstring Render(const Answer& answer, bool json);
 // Hands the text of a feed over piece by piece until it is refused.
 bool RenderFeed(const Feed& feed, bool json, const std::function<bool(std::wstring_view)>& print);
+
+// Prints a part of an answer at once, for commands that go on for long: one line with --json. Whether it was
+// printed.
+bool PrintNow(const Node& part);

@@ -23,8 +23,8 @@ struct SwitchRow {
     bool takesValue = false;
 };
 
-// The words of a call after the command's own name: switches begin with "--", everything after a bare "--" is an
-// argument. Views of the words given, which must outlive this.
+// The words of a call after the command's own name: switches begin with "--", everything after a bare "--" is
+// an argument. Views of the words given, which must outlive this.
 class Arguments {
   public:
     // Throws WrongCall on a switch that is unknown, given twice, or lacks its value.

@@ -46,8 +46,9 @@ const Command* Named(std::wstring_view name) {
     return found == all.end() ? nullptr : *found;
 }
 
-// Levenshtein's distance: the fewest letters to insert, remove or replace.
-std::size_t Distance(std::wstring_view a, std::wstring_view b) {
+}  // namespace
+
+std::size_t EditDistance(std::wstring_view a, std::wstring_view b) {
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (std::size_t i = 0; i < a.size(); ++i) {
@@ -61,8 +62,6 @@ std::size_t Distance(std::wstring_view a, std::wstring_view b) {
     }
     return row.back();
 }
-
-}  // namespace
 
 CommandMatch FindCommand(std::span<const std::wstring_view> words) {
     for (std::size_t count = std::min<std::size_t>(2, words.size()); count > 0; --count) {
@@ -93,7 +92,7 @@ std::wstring HelpFor(std::span<const std::wstring_view> words) {
 std::wstring NearestName(std::wstring_view typed) {
     const auto& all = AllCommands();
     const auto nearest = std::min_element(all.begin(), all.end(), [&](const Command* a, const Command* b) {
-        return Distance(typed, a->name) < Distance(typed, b->name);
+        return EditDistance(typed, a->name) < EditDistance(typed, b->name);
     });
     return std::wstring((*nearest)->name);
 }

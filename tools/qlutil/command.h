@@ -10,7 +10,8 @@
 
 inline constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
-// How much of the library runs around a command. A command that shows the library's own start starts it itself.
+// How much of the library runs around a command. A command that shows the library's own start starts it
+// itself.
 enum class Library { kStarted, kLeftToCommand };
 
 // One row of the program: what is typed, what is shown about it, and what it does.
@@ -55,6 +56,9 @@ std::wstring UsageOf(const Command& command);
 
 // The usage of one command, of one family ("text") or, for no words, of all; empty for an unknown name.
 std::wstring HelpFor(std::span<const std::wstring_view> words);
+
+// Levenshtein's distance: the fewest letters to insert, remove or replace.
+std::size_t EditDistance(std::wstring_view a, std::wstring_view b);
 
 // The known name that is closest to a mistyped one.
 std::wstring NearestName(std::wstring_view typed);

@@ -3,11 +3,13 @@
 #include <string>
 #include <vector>
 
+#include "settings/scopes.h"
 #include "tools/qlutil/command.h"
-#include "tools/qlutil/library_run.h"
 #include "tools/qlutil/text_file.h"
 
 namespace {
+
+bool g_json = false;
 
 void Say(std::wstring_view message) {
     WriteToStream(Stream::kError, L"qlutil: " + std::wstring(message) + L'\n');
@@ -37,8 +39,9 @@ ExitStatus Print(const Answer& answer, bool json) {
 
 Answer RunCommand(const Command& command, const Arguments& arguments) {
     if (command.library == Library::kLeftToCommand) return command.run(arguments);
-    const LibraryRun library;
-    if (!library.ok()) return Answer::Failure(L"the library did not start");
+    const QLLibraryScope library;
+    const QLThreadScope thread;
+    if (!library.ok() || !thread.ok()) return Answer::Failure(L"the library did not start");
     return command.run(arguments);
 }
 
@@ -82,7 +85,7 @@ ExitStatus UnknownCommand(std::span<const std::wstring_view> words) {
 }
 
 ExitStatus Run(std::vector<std::wstring_view> words) {
-    const bool json = TakeJsonSwitch(words);
+    const bool json = g_json = TakeJsonSwitch(words);
     if (words.size() == 1 && words.front() == L"--version") words = {L"version"};
     if (words.empty()) {
         WriteToStream(Stream::kError, HelpFor({}));
@@ -98,6 +101,10 @@ ExitStatus Run(std::vector<std::wstring_view> words) {
 }
 
 }  // namespace
+
+bool PrintNow(const Node& part) {
+    return WriteToStream(Stream::kOutput, Render(Answer(part), g_json));
+}
 
 int wmain(int count, wchar_t** words) try {
     return Run({words + 1, words + count});

@@ -1,12 +1,9 @@
 #include "names/file_name.h"
 #include "names/file_type.h"
 #include "tools/qlutil/command.h"
+#include "tools/qlutil/name_problems.h"
 
 namespace {
-
-RWWString Text(std::wstring_view word) {
-    return RWWString(word);
-}
 
 RWWString SeparatorText(wchar_t separator) {
     return separator ? RWWString(&separator, 1) : RWWString();
@@ -25,6 +22,8 @@ RWWString KeptExtension(const QLFileName& name) {
 }
 
 Record Describe(const QLFileName& name) {
+    List problems;
+    for (const std::wstring& problem : ProblemsOf(name)) problems.emplace_back(problem);
     return {
         {L"scheme", name.GetScheme()},
         {L"root", KeptRoot(name)},
@@ -43,21 +42,22 @@ Record Describe(const QLFileName& name) {
         {L"isNull", name.IsNull() != 0},
         {L"isODMADocId", name.IsODMADocId() != 0},
         {L"isPlugin", name.IsPluginFileType() != 0},
+        {L"problems", std::move(problems)},
     };
 }
 
 Answer Name(const Arguments& arguments) {
-    QLFileName name(Text(arguments[0]).data());
-    if (const auto extension = arguments.Value(L"ext")) name.SetExtension(Text(*extension).data());
-    if (const auto prefix = arguments.Value(L"prepend")) name.PrependPath(Text(*prefix).data());
+    QLFileName name(arguments[0]);
+    if (const auto extension = arguments.Value(L"ext")) name.SetExtension(*extension);
+    if (const auto prefix = arguments.Value(L"prepend")) name.PrependPath(*prefix);
     if (arguments.Has(L"lower")) name.ToLower();
     if (arguments.Has(L"upper")) name.ToUpper();
     return Describe(name);
 }
 
 Answer Compare(const Arguments& arguments) {
-    const QLFileName a(Text(arguments[0]).data());
-    const QLFileName b(Text(arguments[1]).data());
+    const QLFileName a(arguments[0]);
+    const QLFileName b(arguments[1]);
     const int order = a.CompareTo(b);
     return Record{{L"result", order < 0 ? -1 : order > 0 ? 1 : 0}};
 }
@@ -65,11 +65,11 @@ Answer Compare(const Arguments& arguments) {
 Answer Kind(const Arguments& arguments) {
     List kinds;
     for (std::wstring_view word : arguments.all()) {
-        const QLFileName name(Text(word).data());
+        const QLFileName name(word);
         const FileType type = GetFileType(name);
         const FileType templateType = GetTemplateType(name);
         kinds.push_back(Record{
-            {L"file", Text(word)},
+            {L"file", word},
             {L"fileType", static_cast<int>(type)},
             {L"documentType", static_cast<int>(GetDocumentType(name))},
             {L"templateType", static_cast<int>(templateType)},
@@ -86,7 +86,9 @@ constexpr SwitchRow kNameSwitches[] = {{L"ext", true}, {L"prepend", true}, {L"lo
 
 constexpr Command kCommands[] = {
     {L"name", L"TEXT [--ext E] [--prepend P] [--lower] [--upper]",
-     L"The parts of a file name, URL, document-management id or plug-in item, and the texts made from them.",
+     L"The parts of a file name, URL, document-management id or plug-in item, the texts made from them, and "
+     L"what the "
+     L"file system would refuse.",
      kNameSwitches, 1, 1, Name},
     {L"compare", L"TEXT TEXT", L"The order of two file names: -1, 0 or 1.", {}, 2, 2, Compare},
     {L"kind", L"TEXT...", L"The kind of each file, told from its extension alone.", {}, 1, kAnyNumber, Kind},

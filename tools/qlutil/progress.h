@@ -5,8 +5,9 @@
 #include <string>
 #include <thread>
 
-// Work that can take long: from its second second on, a terminal's standard error shows what is being done and for how
-// long. The line is wiped away when the work ends; where standard error is no terminal, nothing is shown.
+// Work that can take long: from its second second on, a terminal's standard error shows what is being done
+// and for how long. The line is wiped away when the work ends; where standard error is no terminal, nothing
+// is shown.
 class Progress {
   public:
     explicit Progress(std::wstring doing);

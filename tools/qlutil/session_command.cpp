@@ -4,15 +4,16 @@
 #include <string>
 #include <system_error>
 #include <thread>
+#include <vector>
 
 #include "logging/log_line.h"
 #include "logging/log_outputs.h"
 #include "names/file_name.h"
 #include "prefs/directories.h"
 #include "settings/preferences.h"
+#include "settings/scopes.h"
 #include "settings/settings_store.h"
 #include "tools/qlutil/command.h"
-#include "tools/qlutil/library_run.h"
 #include "tools/qlutil/text_file.h"
 
 namespace {
@@ -92,50 +93,36 @@ class Story {
     List steps_;
 };
 
-// A settings context with a wanted number; the ones made on the way to it are given back at once.
-class Context {
+// Contexts get the lowest free number: those below the wanted one are taken while it is made.
+class TakenContexts {
   public:
-    explicit Context(int wanted) {
-        std::vector<int> onTheWay;
-        while ((id_ = CQlsSettings::CreateThreadSettings()) < wanted && id_ >= 0) onTheWay.push_back(id_);
-        for (int id : onTheWay) CQlsSettings::ReleaseThreadSettingsRef(id);
+    explicit TakenContexts(int count) {
+        while (count-- > 0) ids_.push_back(CQlsSettings::CreateThreadSettings());
     }
-    ~Context() { CQlsSettings::ReleaseThreadSettingsRef(id_); }
-    Context(const Context&) = delete;
-    Context& operator=(const Context&) = delete;
-
-    int id() const noexcept { return id_; }
-    CQlsSettings* Store() const { return CQlsSettings::GetSettings(id_, true); }
-
-  private:
-    int id_ = -1;
-};
-
-class Attachment {
-  public:
-    explicit Attachment(int id) : id_(id) { CQlsSettings::AttachThreadSettings(id); }
-    ~Attachment() { CQlsSettings::DetachThreadSettings(id_); }
-    Attachment(const Attachment&) = delete;
-    Attachment& operator=(const Attachment&) = delete;
+    ~TakenContexts() {
+        for (const int id : ids_) CQlsSettings::ReleaseThreadSettingsRef(id);
+    }
+    TakenContexts(const TakenContexts&) = delete;
+    TakenContexts& operator=(const TakenContexts&) = delete;
 
   private:
-    int id_;
+    std::vector<int> ids_;
 };
 
 constexpr const wchar_t* kLocations = L"Locations";
 constexpr const wchar_t* kAnswerFiles = L"Answer Files";
 constexpr const wchar_t* kTemplateFiles = L"Template Files";
 
-// The first thread's part: what it asks is loaded from the registry into its context, what it sets stays in memory.
-RWWString MakeSettings(const Context& context, Story& story) {
-    const Attachment attached(context.id());
+// The first thread's part: what it asks is loaded from the registry into its context, what it sets stays in
+// memory.
+RWWString MakeSettings(const QLContextScope& context, Story& story) {
     story.Tell(L"attach this thread to a settings context", RWWString(std::to_wstring(context.id())));
     CQlsSettings::SetThreadRegStrSetting(kLocations, kAnswerFiles, L"C:\\Session Answers");
     story.Tell(L"override the answer folder in the context", CQlDir::GetDirectory(AnswerDirectory));
     CQlsSettings::SetThreadRegStrSetting(kLocations, kTemplateFiles,
                                          GetQLProfileDir(kLocations, kTemplateFiles).data());
     RWWString settings;
-    context.Store()->GetSerializedSettings(&settings);
+    context.settings()->GetSerializedSettings(&settings);
     story.Tell(L"serialise the context", settings);
     return settings;
 }
@@ -149,10 +136,8 @@ struct Asked {
 Asked AskOnSecondThread(const RWWString& settings) {
     Asked asked;
     std::thread([&] {
-        const LibraryThread thread;
-        const Context context(0);
-        const Attachment attached(context.id());
-        context.Store()->SetFromSerializedSettings(settings.data());
+        const QLContextScope context;
+        context.settings()->SetFromSerializedSettings(settings.data());
         asked = {CQlDir::GetDirectory(TemplateDirectory), CQlDir::GetDirectory(AnswerDirectory)};
     }).join();
     return asked;
@@ -166,11 +151,15 @@ Answer Session(const Arguments& arguments) {
     Story story;
     Record answer;
     {
-        const LibraryRun library;
-        if (!library.ok()) return Answer::Failure(L"the library did not start");
+        const QLLibraryScope library;
+        const QLThreadScope thread;
+        if (!library.ok() || !thread.ok()) return Answer::Failure(L"the library did not start");
         story.StartLog();
         story.Tell(L"start the library", L"started");
-        const Context context(wanted);
+        std::optional<TakenContexts> below(std::in_place, wanted);
+        const QLContextScope context;
+        below.reset();
+        if (!context.ok()) return Answer::Failure(L"there is no room for another context");
         const RWWString settings = MakeSettings(context, story);
         const Asked asked = AskOnSecondThread(settings);
         story.Tell(L"hand the settings to a second thread and ask it for the answer folder", asked.answers);

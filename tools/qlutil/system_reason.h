@@ -2,5 +2,6 @@
 
 #include <string>
 
-// Why the system refused a file, in words for who asked: "in use by another program". The code is the system's.
+// Why the system refused a file, in words for who asked: "in use by another program". The code is the
+// system's.
 std::wstring ReasonOf(unsigned long error);

@@ -8,10 +8,6 @@
 
 namespace {
 
-RWWString Text(std::wstring_view word) {
-    return RWWString(word);
-}
-
 Record Result(RWWString text) {
     return {{L"result", std::move(text)}};
 }
@@ -22,20 +18,19 @@ constexpr int kLastCase = 7;
 Answer Case(const Arguments& arguments) {
     const int type = RequireInt(arguments[0], L"TYPE");
     if (type < kFirstCase || type > kLastCase) throw WrongCall(L"TYPE must be 1 to 7");
-    return Result(ChangeCase(Text(arguments[1]), static_cast<CaseType>(type)));
+    return Result(ChangeCase(arguments[1], static_cast<CaseType>(type)));
 }
 
 Answer CaseOf(const Arguments& arguments) {
-    return Record{{L"type", static_cast<int>(GetCase(Text(arguments[0])))}};
+    return Record{{L"type", static_cast<int>(GetCase(arguments[0]))}};
 }
 
 Answer ToScriptName(const Arguments& arguments) {
-    const RWWString prefix = arguments.count() > 1 ? Text(arguments[1]) : RWWString();
-    return Result(QLToJSVarName(Text(arguments[0]).data(), prefix.data()));
+    return Result(QLToJSVarName(arguments[0], arguments.count() > 1 ? arguments[1] : std::wstring_view()));
 }
 
 Answer FromScriptName(const Arguments& arguments) {
-    return Result(JSToQLVarName(Text(arguments[0]).data()));
+    return Result(JSToQLVarName(arguments[0]));
 }
 
 // What stands for the special characters when the call does not say: the usual escapes of each world.
@@ -51,28 +46,27 @@ constexpr EscapeTexts kMarkupTexts = {L"\n", L"\r\n", L"&#39;", L"&quot;"};
 Answer Escape(const Arguments& arguments) {
     const bool markup = arguments.Has(L"markup");
     const EscapeTexts& usual = markup ? kMarkupTexts : kScriptTexts;
-    const auto given = [&](const wchar_t* name, const wchar_t* otherwise) {
-        const auto value = arguments.Value(name);
-        return value ? Text(*value) : RWWString(otherwise);
+    const auto given = [&](const wchar_t* name, std::wstring_view otherwise) {
+        return arguments.Value(name).value_or(otherwise);
     };
-    return Result(EscapeIllegalChars(
-        Text(arguments[0]), given(L"newline", usual.newline).data(), given(L"crlf", usual.crLf).data(),
-        given(L"apostrophe", usual.apostrophe).data(), markup, given(L"quote", usual.quote).data()));
+    return Result(EscapeIllegalChars(arguments[0], given(L"newline", usual.newline),
+                                     given(L"crlf", usual.crLf), given(L"apostrophe", usual.apostrophe),
+                                     markup, given(L"quote", usual.quote)));
 }
 
 Answer Tokens(const Arguments& arguments) {
-    TokenString text(Text(arguments[1]).data(), Text(arguments[0]).data());
+    TokenString text(arguments[1], arguments[0]);
     List tokens;
     for (RWWString token = text.Next(); !token.isNull(); token = text.Next()) tokens.emplace_back(token);
     return Record{{L"tokens", std::move(tokens)}};
 }
 
 Answer Ansi(const Arguments& arguments) {
-    return Result(MakeRWTStringAnsiOnly(Text(arguments[0]).data()));
+    return Result(MakeRWTStringAnsiOnly(arguments[0]));
 }
 
 Answer CharRef(const Arguments& arguments) {
-    const RWWString text = Text(arguments[0]);
+    const RWWString text = arguments[0];
     const wchar_t* cursor = text.data();
     unsigned long value = 0;
     const bool found = IsXmlCharEntityRefW(&cursor, &value);
@@ -84,14 +78,14 @@ Answer CharRef(const Arguments& arguments) {
 
 Answer Split(const Arguments& arguments) {
     RWWString name, rest;
-    SplitField(Text(arguments[0]).data(), name, rest);
+    SplitField(arguments[0], name, rest);
     return Record{{L"name", name}, {L"rest", rest}};
 }
 
 Answer Bool(const Arguments& arguments) {
     const std::wstring_view word = arguments[1];
     if (word != L"true" && word != L"false") throw WrongCall(L"DEFAULT must be true or false");
-    return Record{{L"value", StrToBool(Text(arguments[0]), word == L"true")}};
+    return Record{{L"value", StrToBool(arguments[0], word == L"true")}};
 }
 
 constexpr SwitchRow kEscapeSwitches[] = {

@@ -6,7 +6,9 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "tools/qlutil/utf8.h"
 
@@ -71,14 +73,11 @@ bool WriteBinaryFile(std::wstring_view path, std::string_view bytes, std::wstrin
         ::_wremove(beside.c_str());
         return false;
     }
-    // The C library's rename does not replace; between the two calls the complete file stands beside.
-    if (::_waccess(target.c_str(), 0) == 0 && ::_wremove(target.c_str()) != 0) {
-        why = Cannot(L"replace", target);
-        ::_wremove(beside.c_str());
-        return false;
-    }
-    if (::_wrename(beside.c_str(), target.c_str()) == 0) return true;
-    why = Cannot(L"write", target) + L"; the text is in " + beside;
+    std::error_code error;
+    std::filesystem::rename(beside, target, error);  // replaces in one step
+    if (!error) return true;
+    why = Cannot(L"replace", target);
+    ::_wremove(beside.c_str());
     return false;
 }
 

@@ -4,12 +4,12 @@
 #include <string>
 #include <string_view>
 
-// The text of a UTF-8 file ("-" is standard input), a byte-order mark included. Nothing, and why, when it cannot be
-// read or is not UTF-8.
+// The text of a UTF-8 file ("-" is standard input), a byte-order mark included. Nothing, and why, when it
+// cannot be read or is not UTF-8.
 std::optional<std::wstring> ReadTextFile(std::wstring_view path, std::wstring& why);
 
-// Writes a whole UTF-8 file; a file that stood there is replaced only when the new one is complete. False, and why,
-// when that fails.
+// Writes a whole UTF-8 file; a file that stood there is replaced only when the new one is complete. False,
+// and why, when that fails.
 bool WriteTextFile(std::wstring_view path, std::wstring_view text, std::wstring& why);
 bool WriteBinaryFile(std::wstring_view path, std::string_view bytes,
                      std::wstring& why);  // the same for any bytes

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
+#include <iterator>
 #include <span>
 #include <string>
 #include <utility>
@@ -136,10 +137,11 @@ class Sources {
     const std::vector<Source>& All() const { return all_; }
 
   private:
-    // The name of an archive among its own files is nobody's wish.
+    // Nobody wants an archive among its own files.
     void AddFile(const std::wstring& path, const std::wstring& name) {
         std::error_code none;
-        if (!std::filesystem::equivalent(path, archive_, none)) all_.push_back({path, name});
+        const bool mayBeArchive = ::_wcsicmp(LastPart(path).c_str(), LastPart(archive_).c_str()) == 0;
+        if (!mayBeArchive || !std::filesystem::equivalent(path, archive_, none)) all_.push_back({path, name});
     }
 
     // What fits nothing stands for itself.
@@ -235,6 +237,7 @@ Answer Add(const Arguments& arguments, Progress& progress) {
 // last century.
 std::wstring SortableDate(const char* dateTime) {
     const std::string ansi = dateTime;
+    if (ansi.size() < std::size("MM/DD/YY HH:MM:SS") - 1) return {};
     const std::wstring text(ansi.begin(), ansi.end()), year = text.substr(6, 2);
     return (year < L"80" ? L"20" : L"19") + year + L'-' + text.substr(0, 2) + L'-' + text.substr(3, 2) +
            text.substr(8);
@@ -243,10 +246,14 @@ std::wstring SortableDate(const char* dateTime) {
 struct Listing {
     List rows;
     std::uint64_t size = 0, packedSize = 0;
+    std::wstring faults;
 };
 
 int QL_ZIP_CALL ListMember(const ZIPMEMBER* member, void* listing) {
     auto& all = *static_cast<Listing*>(listing);
+    if (member->code != UNZIP_DONE)
+        AddFault(all.faults,
+                 L"member " + std::to_wstring(member->index) + L" is beyond what the engine can tell");
     all.size += member->size;
     all.packedSize += member->packedSize;
     all.rows.push_back(Record{
@@ -269,10 +276,13 @@ Answer ListMembers(const Arguments& arguments, Progress&) {
     Listing listing;
     const long code = Dynazip::ForEachMember(archive.c_str(), ListMember, &listing);
     if (code != UNZIP_DONE) return Answer::Failure(L"cannot list " + archive + L": " + UnzipReason(code));
+    const std::size_t count = listing.rows.size();
     Answer answer(std::move(listing.rows));
-    const auto count = std::get<List>(std::get<Node>(answer.output).value).size();
     answer.message = std::to_wstring(count) + (count == 1 ? L" member, " : L" members, ") +
                      std::to_wstring(listing.size) + L" bytes, packed " + std::to_wstring(listing.packedSize);
+    if (listing.faults.empty()) return answer;
+    answer.status = kFailed;
+    AddFault(answer.message, listing.faults);
     return answer;
 }
 

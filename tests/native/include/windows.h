@@ -118,9 +118,9 @@ DWORD GetTickCount();
 #define CP_ACP 0
 #define CP_OEMCP 1
 #define MB_PRECOMPOSED 0x1
+#define MB_ERR_INVALID_CHARS 0x8
 #define WC_NO_BEST_FIT_CHARS 0x400
 UINT GetACP();
-BOOL IsDBCSLeadByte(BYTE byte);
 
 struct CPINFO {
     UINT MaxCharSize;
@@ -153,6 +153,8 @@ HKEY FakeRootKey(bool machine);
 #define HKEY_CURRENT_USER FakeRootKey(false)
 #define HKEY_LOCAL_MACHINE FakeRootKey(true)
 #define KEY_QUERY_VALUE 0x1
+#define KEY_SET_VALUE 0x2
+#define KEY_WOW64_32KEY 0x200
 #define KEY_READ 0x20019
 #define KEY_ALL_ACCESS 0xf003f
 #define REG_NONE 0

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <vector>
+
+namespace memory {
+
+// Blocks that operator new has handed out and that are not given back yet.
+long LiveBlocks();
+
+// One try of a call: its allocation of that number, counted from 0, fails, and no other does.
+class Attempt {
+  public:
+    explicit Attempt(unsigned turn) : turn_(turn) {}
+
+    template <class Call>
+    void operator()(Call&& call) {
+        try {
+            const Armed armed(*this);
+            call();
+        } catch (...) {
+            ADD_FAILURE() << "an exception left the call";
+        }
+    }
+    bool HasFailed() const { return hasFailed_; }  // else the call asks for fewer
+
+    static bool RefusesNext();  // for operator new
+
+  private:
+    struct Armed {
+        explicit Armed(Attempt& attempt);
+        ~Armed();
+    };
+
+    unsigned turn_;
+    bool hasFailed_ = false;
+};
+
+// A row makes its objects, puts the call to the attempt, and looks at what is left: a result, and objects that can be
+// used further.
+struct Row {
+    const char* what;
+    std::function<void(Attempt&)> run;
+};
+
+// The rows of the rooms; memory_test.cpp lists them.
+std::vector<Row> TextCalls();  // rw, text, names
+
+}  // namespace memory
