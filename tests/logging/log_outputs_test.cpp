@@ -214,31 +214,26 @@ TEST(RollingFile, WithoutBackupsIsEmptiedAndTakesTheNewHeaderTexts) {
     EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(folder.path()), {}));
 }
 
-TEST(RollingFile, ShiftsItsBackupsAndKeepsTheirTimes) {
+TEST(RollingFile, ShiftsItsBackupsIntoGapsTooAndKeepsTheirTimes) {
     const TestFolder folder;
-    const std::wstring names[] = {folder / L"Log.log", folder / L"Log1.bak", folder / L"Log2.bak",
-                                  folder / L"Log3.bak"};
-    for (DWORD i = 0; i < 4; ++i) {
-        PutBytes(names[i], std::string(1000, static_cast<char>('0' + i)));
-        SetWriteTime(names[i], {0x10000000 * (i + 1), 30'000'000 + i});
+    constexpr DWORD kBackups = 4, kGap = 3;
+    const auto path = [&](DWORD number) {
+        return folder / (number ? L"Log" + std::to_wstring(number) + L".bak" : L"Log.log").c_str();
+    };
+    const auto contentOf = [](DWORD number) { return std::string(1000, static_cast<char>('0' + number)); };
+    for (DWORD i = 0; i <= kBackups; ++i) {
+        if (i == kGap) continue;
+        PutBytes(path(i), contentOf(i));
+        SetWriteTime(path(i), {0x10000000 * (i + 1), 30'000'000 + i});
     }
-    Rolling(names[0], 3).Write(QLLOG_INFO, L"new\n");
-    for (DWORD i = 1; i < 4; ++i) {
-        EXPECT_EQ(std::string(1000, static_cast<char>('0' + i - 1)), BytesOf(names[i]));
-        EXPECT_EQ(30'000'000 + i - 1, WriteTime(names[i]).dwHighDateTime);
-        EXPECT_EQ(0x10000000 * i, WriteTime(names[i]).dwLowDateTime);
+    Rolling(path(0), kBackups).Write(QLLOG_INFO, L"new\n");
+    for (DWORD i = 1; i <= kGap; ++i) {
+        EXPECT_EQ(contentOf(i - 1), BytesOf(path(i))) << i;
+        EXPECT_EQ(30'000'000 + i - 1, WriteTime(path(i)).dwHighDateTime) << i;
+        EXPECT_EQ(0x10000000 * i, WriteTime(path(i)).dwLowDateTime) << i;
     }
-    EXPECT_TRUE(BytesOf(names[0]).starts_with("\xEF\xBB\xBF#Software"));
-}
-
-TEST(RollingFile, FillsAGapInItsBackups) {
-    const TestFolder folder;
-    PutBytes(folder / L"Log", std::string(1000, '0'));
-    PutBytes(folder / L"Log2.bak", "2");
-    Rolling(folder / L"Log", 3).Write(QLLOG_INFO, L"new\n");
-    EXPECT_EQ("2", BytesOf(folder / L"Log3.bak"));
-    EXPECT_EQ(1000u, BytesOf(folder / L"Log1.bak").size());
-    EXPECT_FALSE(std::filesystem::exists(folder / L"Log2.bak"));
+    EXPECT_FALSE(std::filesystem::exists(path(kBackups))) << "nothing moved up from the gap";
+    EXPECT_TRUE(BytesOf(path(0)).starts_with("\xEF\xBB\xBF#Software"));
 }
 
 TEST(RollingFile, StopsForGoodWhenTheOldestBackupCannotBeDeleted) {
@@ -316,20 +311,6 @@ TEST(RollingFile, ReportsAFileThatCannotBeOpenedAndStaysUsable) {
     EXPECT_EQ(
         (std::vector{L"RollingFileOutput::RollingFileOutput failed to open or create file: " + file + L"\n"}),
         debugger.All());
-}
-
-TEST(RollingFile, WhoseFolderDisappearsCostsTheOtherOutputsNothing) {
-    const TestFolder gone, folder;
-    const auto output = std::make_shared<RollingFileOutput>(Rolling(gone / L"r.log", 0));
-    QLLogger::InitializeLog(output, QLLOG_INFO);
-    QLLogger::InitializeLog((folder / L"good.log").c_str(), QLLOG_INFO);
-    for (int i = 0; i < 3; ++i) {
-        QLLogger::PutMessage(QLLOG_INFO, LongEntry(L'a').c_str());
-        // A roll-over then meets a folder that is no more.
-        if (i == 1) std::filesystem::rename(gone.path(), folder.path() / L"moved");
-    }
-    QLLogger::CloseLogs();
-    EXPECT_EQ(3u + 3 * 1202, BytesOf(folder / L"good.log").size());
 }
 
 TEST(LogLine, TakesComTextsAndAnsiTextsInTheSystemsCodePage) {

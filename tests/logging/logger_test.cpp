@@ -178,6 +178,7 @@ TEST(Logger, ACopyOfTheLoggerMayEndOnTheWritersThread) {
                   QLLogger::PutMessage(QLLOG_INFO, L"x");
                   QLLogger::PutMessage(QLLOG_WARNING, L"");
               }));
+    QLLogger::CloseLogs();  // behind the close that the copy asked for
 }
 
 TEST(Logger, FlushesWhatBuffersWhenTheQueueRunsEmpty) {
