@@ -59,19 +59,21 @@ std::vector<std::size_t> EndSignatures(const Tail& tail) {
     return found;
 }
 
-// What else looks like an end record is in nobody's way as contents of a member, before the directory, unless it closes
-// a directory itself and its comment takes the rest of the file.
+// What else looks like an end record. Behind the chosen one, some programs would take it for the end; before
+// it, only where its comment takes the rest of the file, unless it is contents of a member, before the
+// directory and closing none.
 void RefuseOthers(InputFile& file, const Tail& tail, const std::vector<std::size_t>& found,
                   std::size_t chosen) {
     for (const std::size_t other : found) {
-        if (other == chosen) continue;
+        Require(other <= chosen, Result::kInvalid);
+        if (other == chosen || CommentSize(tail, other) != BytesBehind(tail, other)) continue;
         const bool isBefore = other + kEndSize + DirectorySize(tail, chosen) <= chosen;
-        const bool reachesEnd = CommentSize(tail, other) == BytesBehind(tail, other);
-        Require(isBefore && !(reachesEnd && FollowsDirectory(file, tail, other)), Result::kInvalid);
+        Require(isBefore && !FollowsDirectory(file, tail, other), Result::kInvalid);
     }
 }
 
-// Bytes behind the end are nothing of the archive's: programs agree on it while there is but one end to be found.
+// Bytes behind the end are nothing of the archive's: programs agree on it while there is but one end to be
+// found.
 std::size_t EndBeforeOtherBytes(InputFile& file, const Tail& tail, const std::vector<std::size_t>& found) {
     const std::size_t only = found.front();
     const bool fits = FollowsDirectory(file, tail, only) || IsOfEmptyArchive(tail, only);
@@ -124,8 +126,8 @@ struct End64 {
     std::uint64_t start;
 };
 
-// The 64-bit end record, when the locator before the end record leads to one. Behind other bytes the locator misses it
-// by their size; it then stands right before the locator.
+// The 64-bit end record, when the locator before the end record leads to one. Behind other bytes the locator
+// misses it by their size; it then stands right before the locator.
 std::optional<End64> FindEnd64(InputFile& file, std::uint64_t end) {
     if (end < kLocator64Size + kEnd64Size) return std::nullopt;
     const std::uint64_t place = end - kLocator64Size, adjacent = place - kEnd64Size;
