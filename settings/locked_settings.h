@@ -1,5 +1,7 @@
 #pragma once
 
+#include <new>
+
 #include "platform/critical_section.h"
 #include "settings/settings_dictionary.h"
 #include "settings/settings_store.h"
@@ -11,7 +13,11 @@ struct LockedSettings {
     SharedLock lock;
     SettingsDictionary settings QL_GUARDED_BY(lock);
 
-    static LockedSettings& Of(CQlsSettings& store) noexcept { return *store.state_; }
+    // Throws std::bad_alloc when there was no memory for it.
+    static LockedSettings& Of(CQlsSettings& store) {
+        if (!store.state_) throw std::bad_alloc();
+        return *store.state_;
+    }
 };
 
 }  // namespace ql

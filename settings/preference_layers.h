@@ -13,13 +13,16 @@
 enum class PreferenceLayer { Context, Global, User, Machine, Default };
 inline constexpr std::size_t kPreferenceLayers = 5;
 
+// What a layer's value is.
 enum class PreferenceType { None, Text, Integer, Boolean, Unreadable };
 
+// What one layer holds.
 struct PreferenceInLayer {
     PreferenceType type = PreferenceType::None;  // None: the layer has no such value
     RWWString value;  // as text: a number in decimal, "True" or "False"; of an unreadable one, what it is
 };
 
+// What all layers hold, and which of them answers.
 struct PreferenceOrigin {
     std::array<PreferenceInLayer, kPreferenceLayers> layers;  // by PreferenceLayer
     PreferenceLayer winner = PreferenceLayer::Default;  // that of a layer without the value when none has it

@@ -9,7 +9,7 @@
 #include "settings/registry_values.h"
 #include "settings/settings_store.h"
 #include "settings/thread_store.h"
-#include "settings/trailing_backslash.h"
+#include "text/paths.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "settings/registry_values.h"
-#include "settings/trailing_backslash.h"
 #include "text/characters.h"
+#include "text/paths.h"
 
 namespace {
 

@@ -38,16 +38,12 @@ class NumberText {
 
 // Runs the call on the dictionary while nobody else reads or changes it.
 template <class Call>
-bool Locked(LockedSettings& state, Call call) {
+bool Locked(CQlsSettings& store, Call call) {
     return ql::FailureIfThrown(false, [&] {
+        LockedSettings& state = LockedSettings::Of(store);
         const ql::WriterGuard guard(state.lock);
         return call(state.settings);
     });
-}
-
-bool Assign(LockedSettings& state, const SettingKey& key, const SettingContent& content) {
-    const ql::WriterGuard guard(state.lock);
-    return state.settings.Assign(key, content);
 }
 
 std::wstring_view ViewOf(const wchar_t* text) {
@@ -87,9 +83,10 @@ std::optional<bool> ReadKnownSetting(LockedSettings& state, const SettingKey& ke
 // What is not known yet is read from the registry and known from then on, as absent too. The lock is held
 // meanwhile, so that what another thread writes comes either before the reading or after it.
 template <class Value, class Default>
-bool ReadRegistrySetting(LockedSettings& state, const wchar_t* section, const wchar_t* entry, Value* value,
+bool ReadRegistrySetting(CQlsSettings& store, const wchar_t* section, const wchar_t* entry, Value* value,
                          const Default& defaultValue) {
     return ql::FailureIfThrown(false, [&] {
+        LockedSettings& state = LockedSettings::Of(store);
         const SettingKey key(section, entry);
         if (const auto known = ReadKnownSetting(state, key, value, defaultValue)) return *known;
         const ql::WriterGuard guard(state.lock);
@@ -104,9 +101,9 @@ bool ReadRegistrySetting(LockedSettings& state, const wchar_t* section, const wc
 }
 
 template <class Value>
-bool AssignRegistrySetting(LockedSettings& state, const wchar_t* section, const wchar_t* entry, Value value) {
-    return ql::FailureIfThrown(false, [&] {
-        return Assign(state, SettingKey(section, entry), {ViewOf(value), true});
+bool AssignRegistrySetting(CQlsSettings& store, const wchar_t* section, const wchar_t* entry, Value value) {
+    return Locked(store, [&](SettingsDictionary& settings) {
+        return settings.Assign(SettingKey(section, entry), {ViewOf(value), true});
     });
 }
 
@@ -152,7 +149,8 @@ std::unique_ptr<JSON::Value> AsJson(const SettingsDictionary& settings) {
 
 }  // namespace
 
-CQlsSettings::CQlsSettings() : state_(std::make_shared<LockedSettings>()) {}
+CQlsSettings::CQlsSettings()
+    : state_(ql::FailureIfThrown(nullptr, [] { return std::make_shared<LockedSettings>(); })) {}
 
 CQlsSettings::~CQlsSettings() = default;
 
@@ -168,12 +166,14 @@ CQlsSettings& CQlsSettings::operator=(const CQlsSettings& other) noexcept {
 
 bool CQlsSettings::SetStrSetting(QlSetting setting, const wchar_t* value) {
     const SettingKey key{NumberText(setting)};
-    return ql::FailureIfThrown(false, [&] { return Assign(*state_, key, {ViewOf(value), true}); });
+    return Locked(*this, [&](SettingsDictionary& settings) {
+        return settings.Assign(key, {ViewOf(value), true});
+    });
 }
 
 bool CQlsSettings::GetStrSetting(QlSetting setting, RWWString* value, const wchar_t* defaultValue) {
     const SettingKey key{NumberText(setting)};
-    return Locked(*state_, [&](SettingsDictionary& settings) {
+    return Locked(*this, [&](SettingsDictionary& settings) {
         if (const Setting* const known = settings.Find(key)) return Take(*known, value, defaultValue);
         settings.Assign(key, {ViewOf(defaultValue), false});
         *value = defaultValue;
@@ -199,38 +199,38 @@ bool CQlsSettings::GetIntSetting(QlSetting, int*, int) {
 
 bool CQlsSettings::ClearSetting(QlSetting setting) {
     const SettingKey key{NumberText(setting)};
-    return Locked(*state_, [&](SettingsDictionary& settings) { return settings.Remove(key); });
+    return Locked(*this, [&](SettingsDictionary& settings) { return settings.Remove(key); });
 }
 
 bool CQlsSettings::GetRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value,
                                      bool defaultValue) {
-    return ReadRegistrySetting(*state_, section, entry, value, defaultValue);
+    return ReadRegistrySetting(*this, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value,
                                     int defaultValue) {
-    return ReadRegistrySetting(*state_, section, entry, value, defaultValue);
+    return ReadRegistrySetting(*this, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetRegStrSetting(const wchar_t* section, const wchar_t* entry, RWWString* value,
                                     const wchar_t* defaultValue) {
-    return ReadRegistrySetting(*state_, section, entry, value, defaultValue);
+    return ReadRegistrySetting(*this, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::SetRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool value) {
-    return AssignRegistrySetting(*state_, section, entry, value);
+    return AssignRegistrySetting(*this, section, entry, value);
 }
 
 bool CQlsSettings::SetRegIntSetting(const wchar_t* section, const wchar_t* entry, int value) {
-    return AssignRegistrySetting(*state_, section, entry, value);
+    return AssignRegistrySetting(*this, section, entry, value);
 }
 
 bool CQlsSettings::SetRegStrSetting(const wchar_t* section, const wchar_t* entry, const wchar_t* value) {
-    return AssignRegistrySetting(*state_, section, entry, value);
+    return AssignRegistrySetting(*this, section, entry, value);
 }
 
 bool CQlsSettings::ClearRegSetting(const wchar_t* section, const wchar_t* entry) {
-    return Locked(*state_,
+    return Locked(*this,
                   [&](SettingsDictionary& settings) { return settings.Remove(SettingKey(section, entry)); });
 }
 
@@ -255,8 +255,9 @@ bool CQlsSettings::GetSerializedSettings(RWWString* json) {
     return ql::FailureIfThrown(false, [&] {
         std::unique_ptr<JSON::Value> root;
         {
-            const ql::WriterGuard guard(state_->lock);
-            root = AsJson(state_->settings);
+            LockedSettings& state = LockedSettings::Of(*this);
+            const ql::ReaderGuard guard(state.lock);
+            root = AsJson(state.settings);
         }
         *json = JSON::Serialize(root.get());
         return !json->isNull();
@@ -267,10 +268,11 @@ bool CQlsSettings::SetFromSerializedSettings(const wchar_t* json) {
     return ql::FailureIfThrown(false, [&] {
         const std::unique_ptr<JSON::Value> root = JSON::Parse(ql::TextOf(json));
         if (!root || root->kind() != JSON::Object) return false;
-        const ql::WriterGuard guard(state_->lock);
+        LockedSettings& state = LockedSettings::Of(*this);
+        const ql::WriterGuard guard(state.lock);
         RWWString key;
         for (JSON::Value* member = root->FirstMember(key); member; member = root->NextMember(key)) {
-            AssignMember(state_->settings, UpToZero(key), *member);
+            AssignMember(state.settings, UpToZero(key), *member);
         }
         return true;
     });

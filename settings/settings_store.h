@@ -36,7 +36,7 @@ enum QlSetting : int {};
 // default and false, writers change nothing and answer false. Callers must keep one type per name.
 class QL_API CQlsSettings {
   public:
-    CQlsSettings();
+    CQlsSettings();  // one for which memory is too short answers every call with its failure
     virtual ~CQlsSettings();
 
     // Kept on purpose: a copy shares the settings (and their lock) with its original instead of duplicating

@@ -17,6 +17,13 @@ namespace {
 
 constexpr int kNoContext = -1;
 constexpr int kUncountedReference = 1;  // what counting on no context answers
+constexpr std::size_t kFirstCapacity = 16;
+
+std::shared_ptr<CQlsSettings> NewStore() {
+    auto store = std::make_shared<CQlsSettings>();
+    ql::LockedSettings::Of(*store);  // throws when that much memory was not there
+    return store;
+}
 
 struct Context {
     int refCount = 0;
@@ -102,8 +109,8 @@ struct ContextTable {
             Find(id)->isListed = false;
             if (Find(id)->refCount == 0) return id;
         }
+        if (freeIds.capacity() <= contexts.size()) freeIds.reserve(2 * contexts.size() + kFirstCapacity);
         contexts.emplace_back();
-        freeIds.reserve(contexts.capacity());
         return static_cast<int>(contexts.size() - 1);
     }
 
@@ -111,7 +118,7 @@ struct ContextTable {
         Context* context = Find(id);
         if (!context) return create ? nullptr : global;
         if (!context->settings && create) {
-            context->settings = std::make_shared<CQlsSettings>();
+            context->settings = NewStore();
             ++version;
         }
         return context->settings ? context->settings : global;
@@ -221,7 +228,7 @@ bool CQlsSettings::Initialize() {
         ql::CriticalSectionGuard guard(g_table.lock);
         if (g_table.slot != kTlsmNoSlot) return false;
         if (!g_table.global) {
-            g_table.global = std::make_shared<CQlsSettings>();
+            g_table.global = NewStore();
             g_table.hasGlobal = true;
             ++g_table.version;
         }

@@ -8,6 +8,23 @@
 
 struct HINSTANCE__;  // NOLINT(bugprone-reserved-identifier): the system's own name
 
+// Told how far a call is, with the item's name in ANSI; another answer than 0 cancels the call.
+struct ZipProgress {
+    ZipStatusProc proc = nullptr;
+    void* userData = nullptr;
+};
+
+// What ExtractMembers brings out, and how.
+struct ZipExtraction {
+    const wchar_t* const* names = nullptr;  // wild cards work; a member's whole path means that member alone
+    int count = 0;                          // of names; 0 for all members
+    int index = -1;                         // 0 or more: that member alone, whatever the names say
+    bool withFolders = false;               // the members' folders are made below the destination
+    bool keepsNewer = false;                // a file that is newer than its member stays
+    bool testsOnly = false;                 // nothing is written: contents and check sums are looked at
+    ZipProgress progress{};
+};
+
 // Zip archives, through the two engines "DZIP32.DLL" (writes) and "DUNZIP32.DLL" (reads), which are loaded at
 // run time by full path: from the program directory, else from the folder of this library's module. What they need in
 // turn comes from their own folder first, never by way of the current folder or PATH. Any engine with the interface of
@@ -29,24 +46,6 @@ struct HINSTANCE__;  // NOLINT(bugprone-reserved-identifier): the system's own n
 // operations that answer no code answer 0 or the empty text. Loading and freeing belong to one thread; operations may
 // run on any thread if the engine allows it, as the pair that comes with the library does. An archive that another
 // program holds is waited for, two seconds at most.
-
-// Told how far a call is, with the item's name in ANSI; another answer than 0 cancels the call.
-struct ZipProgress {
-    ZipStatusProc proc = nullptr;
-    void* userData = nullptr;
-};
-
-// What ExtractMembers brings out, and how.
-struct ZipExtraction {
-    const wchar_t* const* names = nullptr;  // wild cards work; a member's whole path means that member alone
-    int count = 0;                          // of names; 0 for all members
-    int index = -1;                         // 0 or more: that member alone, whatever the names say
-    bool withFolders = false;               // the members' folders are made below the destination
-    bool keepsNewer = false;                // a file that is newer than its member stays
-    bool testsOnly = false;                 // nothing is written: contents and check sums are looked at
-    ZipProgress progress{};
-};
-
 class QL_API Dynazip {
   public:
     // 1 when the engine is loaded (now) and has its entry point, else 0; a module without it is unloaded

@@ -46,6 +46,7 @@ struct Row {
 };
 
 // The rows of the rooms; memory_test.cpp lists them.
-std::vector<Row> TextCalls();  // rw, text, names
+std::vector<Row> TextCalls();      // rw, text, names
+std::vector<Row> SettingsCalls();  // json, settings, prefs
 
 }  // namespace memory

@@ -29,3 +29,10 @@ TEST(Memory, CallsOfTextAndNamesBearTheLossOfEachAllocation) {
         BearsEveryLoss(row);
     }
 }
+
+TEST(Memory, CallsOfSettingsBearTheLossOfEachAllocation) {
+    for (const memory::Row& row : memory::SettingsCalls()) {
+        SCOPED_TRACE(row.what);
+        BearsEveryLoss(row);
+    }
+}

@@ -109,48 +109,22 @@ TEST(FileType, HasADisplayNameAndADefaultExtension) {
     for (int number = -1; number < 60; ++number) {
         const auto type = static_cast<FileType>(number);
         const std::wstring facts = std::wstring(GetFileName(type)) + GetFileExt(type);
-        if (!facts.empty()) all += std::to_wstring(number) + L' ' + facts + L'\n';
+        if (!facts.empty()) all += std::to_wstring(number) + L' ' + facts + L'|';
     }
-    EXPECT_EQ(all,
-              LR"(1 WordPerfect 5.2 Template.tpl
-2 WordPerfect Template.wpt
-3 Word Document Template.dot
-4 Word RTF Template.rtf
-5 Text Template.ttx
-6 Quillet Form Template.qft
-7 Quillet PDF Template.qpt
-9 Word DOCX Template.docx
-10 Word DOCM Template.dotm
-16 Quillet Clause Library.qll
-17 Quillet Interview Template.cmp
-18 Quillet Binary Answer File.ans
-19 Quillet Answer File.anx
-20 Quillet Text Answer File.ant
-21 Quillet Auto-Install File.qli
-22 Quillet Auto-Assemble File.qla
-23 Quillet Clause File.qcl
-24 Quillet Interview File.js
-25 Quillet Variable Collection File.qvc
-26 WordPerfect Document.wpd
-27 Microsoft Word Document.doc
-28 Rich Text File.rtf
-29 Text File.txt
-30 Quillet Form Document.qfd
-31 Quillet PDF Document.qpd
-32 PDF File.pdf
-33 Envoy File.evy
-34 Publish Settings File.qlp
-37 Publisher Answer Mapping File.qlpmx
-38 User Answer Mapping File.qlumx
-39 Microsoft Word Document.docx
-40 Microsoft Word Document.docm
-41 .cs
-42 Fillable PDF Form.pdf
-43 .jpg
-44 .png
-45 .gif
-46 .js
-47 .pdb
-48 .dll
-)");
+    EXPECT_EQ(
+        L"1 WordPerfect 5.2 Template.tpl|2 WordPerfect Template.wpt|3 Word Document Template.dot|"
+        L"4 Word RTF Template.rtf|5 Text Template.ttx|6 Quillet Form Template.qft|"
+        L"7 Quillet PDF Template.qpt|9 Word DOCX Template.docx|10 Word DOCM Template.dotm|"
+        L"16 Quillet Clause Library.qll|17 Quillet Interview Template.cmp|"
+        L"18 Quillet Binary Answer File.ans|19 Quillet Answer File.anx|"
+        L"20 Quillet Text Answer File.ant|21 Quillet Auto-Install File.qli|"
+        L"22 Quillet Auto-Assemble File.qla|23 Quillet Clause File.qcl|24 Quillet Interview File.js|"
+        L"25 Quillet Variable Collection File.qvc|26 WordPerfect Document.wpd|"
+        L"27 Microsoft Word Document.doc|28 Rich Text File.rtf|29 Text File.txt|"
+        L"30 Quillet Form Document.qfd|31 Quillet PDF Document.qpd|32 PDF File.pdf|33 Envoy File.evy|"
+        L"34 Publish Settings File.qlp|37 Publisher Answer Mapping File.qlpmx|"
+        L"38 User Answer Mapping File.qlumx|39 Microsoft Word Document.docx|"
+        L"40 Microsoft Word Document.docm|41 .cs|42 Fillable PDF Form.pdf|43 .jpg|44 .png|45 .gif|"
+        L"46 .js|47 .pdb|48 .dll|",
+        all);
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/native/fake_names.h"
+#include "tests/native/system_memory.h"
 
 // An open key. One that is not closed is a leak, and one that is used after that a fault, which the
 // sanitizers see.
@@ -29,7 +30,13 @@ using Values = std::map<std::wstring, Value, fake::NameLess>;
 // Every key by its whole path. Paths end in a backslash, so that a key's own is the prefix of those below it.
 std::map<std::wstring, Values, fake::NameLess> g_keys = {{L"User\\", {}}, {L"Machine\\", {}}};
 std::mutex g_lock;
-using Guard = std::lock_guard<std::mutex>;
+
+// The registry's memory is the system's own.
+struct Guard {
+    explicit Guard(std::mutex& mutex) : lock(mutex) {}
+    fake::SystemMemory own;
+    std::lock_guard<std::mutex> lock;
+};
 
 // Follows names from a key, in the case that each was created with; empty when one is missing and may not be
 // created. Repeated and trailing backslashes do not count.

@@ -1,0 +1,134 @@
+#include <optional>
+
+#include "json/diagnosis.h"
+#include "json/json.h"
+#include "prefs/directories.h"
+#include "prefs/interview_globals.h"
+#include "settings/preference_layers.h"
+#include "settings/preferences.h"
+#include "settings/registry.h"
+#include "settings/scopes.h"
+#include "tests/memory/failing_memory.h"
+#include "tests/support/private_registry.h"
+
+namespace memory {
+
+namespace {
+
+// Names and texts that no string keeps in itself.
+constexpr wchar_t kSection[] = L"A section with a name of some length";
+constexpr wchar_t kEntry[] =
+    L"An entry with a name that is longer than what a usual key has room for, "
+    L"so that it is put together in memory of its own";
+constexpr wchar_t kText[] = L"a text that is longer than a string itself";
+const RWWString kKey(L"000 a key of some length");
+const RWWString kFolder(L"Documents\\a letter of some length");
+constexpr wchar_t kDocument[] =
+    LR"({"12":"a number's text of some length","Sec<-^->Ent":["\u0041",{"b":1,"a":2.5}]})";
+
+// With a started library, in a context of its own or not; afterwards a preference can be written and read.
+Row WithLibrary(const char* what, void (*call)(), bool inContext = false) {
+    return {what, [=](Attempt& attempt) {
+                const PrivateRegistry registry;
+                const QLLibraryScope library;
+                const QLThreadScope thread;
+                std::optional<QLContextScope> context;
+                if (inContext) context.emplace();
+                PrivateRegistry::Put(kUser, kSection, L"Stored", kText);
+                PrivateRegistry::Put(kMachine, kSection, L"Of the machine", kText);
+                attempt(call);
+                WriteQLRegInt(kSection, kEntry, 7);
+                EXPECT_EQ(7, GetQLRegInt(kSection, kEntry, 0));
+                unsigned stored = 0;
+                EXPECT_TRUE(GetRegIntVal(kSection, kEntry, &stored));
+                EXPECT_EQ(7u, stored);
+            }};
+}
+
+Row Json(const char* what, void (*call)()) {
+    return {what, [=](Attempt& attempt) { attempt(call); }};
+}
+
+}  // namespace
+
+std::vector<Row> SettingsCalls() {
+    return {
+        Json("a document parsed, copied, changed and written",
+             [] {
+                 const auto root = JSON::Parse(kDocument);
+                 if (!root) return;
+                 root->AddMember(kKey, root->Clone());
+                 root->Clone();
+                 JSON::Serialize(root.get());
+                 RWWString key;
+                 root->FirstMember(key);
+             }),
+        Json("a bad document diagnosed", [] { JSON::Diagnose(L"{\"a key of some length\" 1}"); }),
+        {"the library started and ended",
+         [](Attempt& attempt) {
+             attempt([] {
+                 const QLLibraryScope library;
+                 const QLContextScope context;
+             });
+             EXPECT_TRUE(QLLibraryScope().ok());
+         }},
+        WithLibrary("a text read", [] { GetQLRegString(kSection, L"Stored", kText); }),
+        WithLibrary("an absent text read", [] { _GetQLProfileString(kSection, kEntry, kText); }),
+        WithLibrary("numbers and truth values read",
+                    [] {
+                        GetQLRegInt(kSection, kEntry, 5);
+                        GetQLRegBool(kSection, L"Stored", true);
+                        GetQLRegColor(kSection, L"Stored", 0);
+                    }),
+        WithLibrary(
+            "a text written", [] { WriteQLRegString(kSection, kEntry, kText); }, true),
+        WithLibrary("a number written", [] { WriteQLRegInt(kSection, kEntry, 1); }),
+        WithLibrary("a truth value and a colour written",
+                    [] {
+                        WriteQLRegBool(kSection, L"Flag", true);
+                        WriteQLRegColor(kSection, L"Colour", 33023);
+                    }),
+        WithLibrary("a text deleted", [] { WriteQLRegString(kSection, L"Stored", nullptr); }),
+        WithLibrary("a document set and written",
+                    [] {
+                        CQlsSettings store;
+                        store.SetFromSerializedSettings(kDocument);
+                        RWWString document;
+                        store.GetSerializedSettings(&document);
+                    }),
+        WithLibrary("a context made, attached and written",
+                    [] {
+                        const QLContextScope context;
+                        CQlsSettings::SetThreadRegStrSetting(kSection, kEntry, kText);
+                    }),
+        WithLibrary("entries and sections listed",
+                    [] {
+                        EnumQLEntries entries(kSection);
+                        RWWString name;
+                        entries.GetNextEntry(name);
+                        EnumQLSections(L"", false).GetNextSection();
+                    }),
+        WithLibrary("the registry read past the stores",
+                    [] {
+                        RWWString text;
+                        GetRegStringVal(kSection, L"Stored", &text);
+                        GetQLProfileDirEx(kSection, L"Of the machine", true);
+                        GetOldQLRegString(kSection, kEntry, kText);
+                        RegistryValue value;
+                        if (ReadRegValue(kSection, L"Stored", false, value))
+                            WriteRegValue(kSection, L"Other", value);
+                        DeleteRegValue(kSection, L"Other");
+                    }),
+        WithLibrary("a preference looked up in all layers", [] { FindPreference(kSection, L"Stored"); }),
+        WithLibrary("directories and interview values",
+                    [] {
+                        CQlDir::GetDirectory(TemplateDirectory);
+                        CQlDir::SetLibraryDirectory(kFolder);
+                        CQlDir::ConvertSpecialDisplayPathToPath(kFolder);
+                        CQlGlobals::GetUnansValDefFormat();
+                        CQlGlobals::SetIsMonthFirst(false);
+                    }),
+    };
+}
+
+}  // namespace memory
