@@ -5,8 +5,8 @@
 #include <functional>
 #include <string>
 
-// A row for work on files, with what is to be done before each time and not measured. Long enough that the first time,
-// which finds the files out of the system's cache, does not decide.
+// A row for work on files, with what is to be done before each time and not measured. Long enough that the
+// first time, which finds the files out of the system's cache, does not decide.
 inline void Register(const std::string& name, const std::function<void()>& before,
                      const std::function<void()>& work) {
     benchmark::RegisterBenchmark(name.c_str(),

@@ -19,8 +19,8 @@ namespace {
 // Deflate cannot give more than this many bytes for one.
 constexpr std::uint64_t kMaxRatio = 1032;
 
-// Replaces the values that are kept as 64 bits, in the order in which they stand there. What follows them is the number
-// of the volume, where the record leaves it to them.
+// Replaces the values that are kept as 64 bits, in the order in which they stand there. What follows them is
+// the number of the volume, where the record leaves it to them.
 void Read64(Entry& entry, Field extra, std::uint16_t disk) {
     Field rest = FindExtra(extra, kExtra64).value_or(Field{});
     for (std::uint64_t* value : {&entry.size, &entry.packedSize, &entry.offset}) {
@@ -159,8 +159,8 @@ void Archive::RequireMembersInPlace(InputFile& file) const {
     }
 }
 
-// A second form of the name may stand in the local header alone, and the same bytes may be said there to be in another
-// encoding.
+// A second form of the name may stand in the local header alone, and the same bytes may be said there to be
+// in another encoding.
 void Archive::RequireSameName(const Bytes& localExtra, std::uint16_t localFlags, const Entry& entry) const {
     const std::uint8_t* record = Record(entry);
     const Field own{localExtra.data(), localExtra.size()}, name = NameIn(record);

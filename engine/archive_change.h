@@ -17,8 +17,8 @@ namespace ql::zip {
 // another of the same archive waits, and throws kBusy in the end. A link is followed.
 class ArchiveChange {
   public:
-    // Throws kMissing where the archive must exist and does not; an empty file counts as none. Throws kCannotCreate for
-    // one that is read-only.
+    // Throws kMissing where the archive must exist and does not; an empty file counts as none. Throws
+    // kCannotCreate for one that is read-only.
     ArchiveChange(const std::wstring& path, bool mustExist);
 
     const std::wstring& Place() const { return place_; }

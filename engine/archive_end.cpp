@@ -59,8 +59,8 @@ std::vector<std::size_t> EndSignatures(const Tail& tail) {
     return found;
 }
 
-// What else looks like an end record is in nobody's way as contents of a member, before the directory, unless it closes
-// a directory itself and its comment takes the rest of the file.
+// What else looks like an end record is in nobody's way as contents of a member, before the directory, unless
+// it closes a directory itself and its comment takes the rest of the file.
 void RefuseOthers(InputFile& file, const Tail& tail, const std::vector<std::size_t>& found,
                   std::size_t chosen) {
     for (const std::size_t other : found) {
@@ -71,7 +71,8 @@ void RefuseOthers(InputFile& file, const Tail& tail, const std::vector<std::size
     }
 }
 
-// Bytes behind the end are nothing of the archive's: programs agree on it while there is but one end to be found.
+// Bytes behind the end are nothing of the archive's: programs agree on it while there is but one end to be
+// found.
 std::size_t EndBeforeOtherBytes(InputFile& file, const Tail& tail, const std::vector<std::size_t>& found) {
     const std::size_t only = found.front();
     const bool fits = FollowsDirectory(file, tail, only) || IsOfEmptyArchive(tail, only);
@@ -124,8 +125,8 @@ struct End64 {
     std::uint64_t start;
 };
 
-// The 64-bit end record, when the locator before the end record leads to one. Behind other bytes the locator misses it
-// by their size; it then stands right before the locator.
+// The 64-bit end record, when the locator before the end record leads to one. Behind other bytes the locator
+// misses it by their size; it then stands right before the locator.
 std::optional<End64> FindEnd64(InputFile& file, std::uint64_t end) {
     if (end < kLocator64Size + kEnd64Size) return std::nullopt;
     const std::uint64_t place = end - kLocator64Size, adjacent = place - kEnd64Size;

@@ -14,7 +14,8 @@ namespace {
 constexpr std::size_t kChunk = 256u << 10;
 constexpr std::size_t kBuffer = 1u << 20;
 
-// Sources of this size get room for sizes of 64 bits: packing can make them a little larger, and they may grow.
+// Sources of this size get room for sizes of 64 bits: packing can make them a little larger, and they may
+// grow.
 constexpr std::uint64_t kMayBeWide = 0xf0000000;
 constexpr std::size_t kLocalExtra64Size = kExtraHeaderSize + 16;
 

@@ -23,9 +23,9 @@ struct NewEntry {
     int level = 0;  // 0 stores
 };
 
-// Writes an archive, member after member, in bounded memory but for the directory; with 64-bit fields where it needs
-// them. Everything throws kWriteFailed, and kTooBig where the directory would be larger than is read. Not an archive
-// before Finish.
+// Writes an archive, member after member, in bounded memory but for the directory; with 64-bit fields where
+// it needs them. Everything throws kWriteFailed, and kTooBig where the directory would be larger than is
+// read. Not an archive before Finish.
 class ArchiveWriter {
   public:
     explicit ArchiveWriter(OutputFile& file);
@@ -34,13 +34,13 @@ class ArchiveWriter {
     // before the first. `kept` has a value for each of the archive's entries. Comes before any Add.
     void Copy(InputFile& from, const Archive& archive, const std::vector<bool>& kept);
 
-    // A member that packing does not make smaller is stored, when it is small enough to be held whole. The last of the
-    // contents may still be on their way when it returns. What the source or the progress throws leaves the members
-    // before as they are, and nothing of this one.
+    // A member that packing does not make smaller is stored, when it is small enough to be held whole. The
+    // last of the contents may still be on their way when it returns. What the source or the progress throws
+    // leaves the members before as they are, and nothing of this one.
     void Add(const NewEntry& entry, InputFile& source, const Progress& progress);
 
-    // Throws kBadComment where the comment is too long or would be taken for the end of the archive. Answers the
-    // archive's size.
+    // Throws kBadComment where the comment is too long or would be taken for the end of the archive. Answers
+    // the archive's size.
     std::uint64_t Finish(std::string_view comment);
 
   private:

@@ -96,8 +96,8 @@ std::wstring Extraction::TargetOf(const std::string& name) const {
     return destination_ + path;
 }
 
-// Whether the flags want it. Throws where the file may not be replaced. With the flag to overwrite, an update leaves
-// only what is newer than the member.
+// Whether the flags want it. Throws where the file may not be replaced. With the flag to overwrite, an update
+// leaves only what is newer than the member.
 bool Extraction::MayReplace(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const {
     const DosTime member = TimeOf(entry), file = DosTimeOf(former.ftLastWriteTime);
     const bool isUpdate = command_.freshenFlag || command_.updateFlag;

@@ -23,8 +23,8 @@ constexpr std::size_t kEnd64Size = 56;
 constexpr std::size_t kLocator64Size = 20;
 constexpr std::size_t kExtraHeaderSize = 4;
 
-// Where the fields of each header stand. The fields from the version needed to the size of the name follow one
-// another in the same way in a local header and in the directory's record.
+// Where the fields of each header stand. The fields from the version needed to the size of the name follow
+// one another in the same way in a local header and in the directory's record.
 namespace common {
 constexpr std::size_t kVersion = 0, kFlags = 2, kMethod = 4, kTime = 6, kCrc = 10, kPackedSize = 14,
                       kSize = 18, kNameSize = 22, kEnd = 24;

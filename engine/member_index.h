@@ -9,8 +9,8 @@ namespace ql::zip {
 
 struct Entry;
 
-// Finds members by the last part of their names, case aside, in the time of a look-up. Holds places in the list that it
-// was made of, not the list.
+// Finds members by the last part of their names, case aside, in the time of a look-up. Holds places in the
+// list that it was made of, not the list.
 class MemberIndex {
   public:
     MemberIndex() = default;

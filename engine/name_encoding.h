@@ -6,8 +6,8 @@
 
 namespace ql::zip {
 
-// Names are UTF-8 inside the engines. The format knows two encodings: UTF-8, marked by a flag, and the code page of the
-// machine's consoles, which is taken to be that of the machine that wrote.
+// Names are UTF-8 inside the engines. The format knows two encodings: UTF-8, marked by a flag, and the code
+// page of the machine's consoles, which is taken to be that of the machine that wrote.
 bool IsAscii(std::string_view bytes);
 bool IsUtf8(std::string_view bytes);
 std::string Utf8FromOem(std::string_view bytes);

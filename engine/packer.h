@@ -36,9 +36,10 @@ struct Block {
     enum State { kWaiting, kInWork, kDone } state = kWaiting;
 };
 
-// Packs blocks on all cores and gives them back in their order. Blocks have one size and know the window before them, so
-// that the bytes that come out do not depend on how many cores there are. Belongs to one thread, which works along
-// while it waits: where there is one core, no other thread is started. Holds a bounded number of blocks.
+// Packs blocks on all cores and gives them back in their order. Blocks have one size and know the window
+// before them, so that the bytes that come out do not depend on how many cores there are. Belongs to one
+// thread, which works along while it waits: where there is one core, no other thread is started. Holds a
+// bounded number of blocks.
 class Packer {
   public:
     Packer();

@@ -4,12 +4,12 @@
 
 namespace ql::zip {
 
-// How long a call waits until other programs have let go of the files that it needs: two seconds in all, in short
-// steps, whatever the number of files.
+// How long a call waits until other programs have let go of the files that it needs: two seconds in all, in
+// short steps, whatever the number of files.
 class Patience {
   public:
-    // Tries until it succeeds, or fails for another reason than that a file is in use or refused, or time is up. The
-    // system's last error is that of the last try.
+    // Tries until it succeeds, or fails for another reason than that a file is in use or refused, or time is
+    // up. The system's last error is that of the last try.
     template <class Attempt>
     bool Until(const Attempt& attempt) {
         for (DWORD step = kFirstStep; !attempt(); step = step < kLastStep ? step * 2 : kLastStep) {

@@ -11,14 +11,14 @@ namespace ql::zip {
 
 enum class Former { kReplaced, kKept };
 
-// A file that is there only once it is complete. It is written beside its place under a short name that belongs to the
-// place, so that it also keeps other writers of the same file away, and takes the place in one step. The system removes
-// what is not committed, even when the process is killed; what a machine that lost its power leaves is removed by the
-// next writer of the same file.
+// A file that is there only once it is complete. It is written beside its place under a short name that
+// belongs to the place, so that it also keeps other writers of the same file away, and takes the place in one
+// step. The system removes what is not committed, even when the process is killed; what a machine that lost
+// its power leaves is removed by the next writer of the same file.
 class PendingFile final : public OutputFile {
   public:
-    // The place is a literal path. Throws kBusy while another writes the same file, kWriteFailed where the disk is
-    // full, else kCannotCreate.
+    // The place is a literal path. Throws kBusy while another writes the same file, kWriteFailed where the
+    // disk is full, else kCannotCreate.
     PendingFile(std::wstring place, Patience& patience);
     PendingFile(const PendingFile&) = delete;
     PendingFile& operator=(const PendingFile&) = delete;
@@ -28,8 +28,8 @@ class PendingFile final : public OutputFile {
     // Cuts off what was written beyond.
     void EndAt(std::uint64_t size);
     void SetTime(const FILETIME& time);
-    // Brings the bytes to the disk and the file to its place. Throws kWriteFailed; kSkipped where a file that is to be
-    // kept has come into the place; kNotReplaced where the former file cannot be replaced.
+    // Brings the bytes to the disk and the file to its place. Throws kWriteFailed; kSkipped where a file that
+    // is to be kept has come into the place; kNotReplaced where the former file cannot be replaced.
     void Commit(Former former);
 
     // The name beside the place.

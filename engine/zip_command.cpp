@@ -210,8 +210,8 @@ std::vector<Source> WantedSources(const ArchiveChange& change, std::int32_t func
     return wanted;
 }
 
-// Adds one source, or notes why not. Answers whether the change can go on: a former member of that name is not in it
-// any more.
+// Adds one source, or notes why not. Answers whether the change can go on: a former member of that name is
+// not in it any more.
 bool AddSource(ArchiveChange& change, const Source& source, int level, CallProgress& progress) {
     const Result result =
         ResultOf([&] { AddItem(change, source.item, source.item.IsFolder() ? 0 : level, progress); });

@@ -45,8 +45,8 @@ bool IsFullPath(const std::wstring& path) {
     return path.starts_with(L"\\\\") || (path.size() > 2 && path[1] == L':' && path[2] == L'\\');
 }
 
-// What an engine needs in turn comes from its own folder, the program's or the system's: never by way of the current
-// folder or of PATH.
+// What an engine needs in turn comes from its own folder, the program's or the system's: never by way of the
+// current folder or of PATH.
 HMODULE LoadEngineFile(const std::wstring& path) {
     constexpr DWORD kPlaces = LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
     return IsFullPath(path) ? ::LoadLibraryExW(path.c_str(), nullptr, kPlaces) : nullptr;

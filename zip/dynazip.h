@@ -26,13 +26,13 @@ struct ZipExtraction {
 };
 
 // Zip archives, through the two engines "DZIP32.DLL" (writes) and "DUNZIP32.DLL" (reads), which are loaded at
-// run time by full path: from the program directory, else from the folder of this library's module. What they need in
-// turn comes from their own folder first, never by way of the current folder or PATH. Any engine with the interface of
-// zip/zip_records.h will do; this library comes with a pair.
+// run time by full path: from the program directory, else from the folder of this library's module. What they
+// need in turn comes from their own folder first, never by way of the current folder or PATH. Any engine with
+// the interface of zip/zip_records.h will do; this library comes with a pair.
 //
-// The engines take ANSI names. A name is acceptable when it is null, empty, or converts to the ANSI code page without
-// loss and without a substitute, and has no double quote; a comment may have one. Anything else makes the operation
-// answer 16 and touch nothing. GetComment, which answers no code, answers the empty text then.
+// The engines take ANSI names. A name is acceptable when it is null, empty, or converts to the ANSI code page
+// without loss and without a substitute, and has no double quote; a comment may have one. Anything else makes
+// the operation answer 16 and touch nothing. GetComment, which answers no code, answers the empty text then.
 //
 // Results follow no one convention, which callers rely on:
 //   AddFileToZip, AddFilesToZip                       1 done, 0 the engine failed, 16 not acceptable
@@ -40,12 +40,13 @@ struct ZipExtraction {
 //   DeleteFileFromZip, ExtractFileFromZip,            the engine's code (0 done; ZipErrorMsg, UnzipErrorMsg),
 //   GetFileDateAndSizeFromZip, GetIndexedZipInfo,     16 not acceptable
 //   ExtractMembers, ForEachMember
-// LastEngineCode tells the code behind the first two groups: "not newer" (12) from "not there" (18), for example.
+// LastEngineCode tells the code behind the first two groups: "not newer" (12) from "not there" (18), for
+// example.
 //
-// Make sure that the engine is loaded before an operation; without it the code is ZIP_ENGINE_NOT_LOADED, and the
-// operations that answer no code answer 0 or the empty text. Loading and freeing belong to one thread; operations may
-// run on any thread if the engine allows it, as the pair that comes with the library does. An archive that another
-// program holds is waited for, two seconds at most.
+// Make sure that the engine is loaded before an operation; without it the code is ZIP_ENGINE_NOT_LOADED, and
+// the operations that answer no code answer 0 or the empty text. Loading and freeing belong to one thread;
+// operations may run on any thread if the engine allows it, as the pair that comes with the library does. An
+// archive that another program holds is waited for, two seconds at most.
 class QL_API Dynazip {
   public:
     // 1 when the engine is loaded (now) and has its entry point, else 0; a module without it is unloaded
@@ -67,38 +68,40 @@ class QL_API Dynazip {
     static long AddFileToZip(const wchar_t* zipFile, const wchar_t* directory, const wchar_t* fileName,
                              int option);
 
-    // The same for many files at once, with one rewrite of the archive: each source's `code` says what became of it (0
-    // added; ZIP_NOTHING_TO_DO, not newer; ZIP_BAD_REQUEST, not acceptable, or a source before has the same name). A
-    // source that fails does not keep the others out; where the archive cannot be written, all have that code. A source
-    // may be a folder, which becomes a member without contents. 1 when all were added, else 0. Names other than the
-    // file's own need the engine that comes with the library.
+    // The same for many files at once, with one rewrite of the archive: each source's `code` says what became
+    // of it (0 added; ZIP_NOTHING_TO_DO, not newer; ZIP_BAD_REQUEST, not acceptable, or a source before has
+    // the same name). A source that fails does not keep the others out; where the archive cannot be written,
+    // all have that code. A source may be a folder, which becomes a member without contents. 1 when all were
+    // added, else 0. Names other than the file's own need the engine that comes with the library.
     static long AddFilesToZip(const wchar_t* zipFile, ZIPSOURCE* files, int count, int option,
                               const ZipProgress& progress = {});
 
-    // A whole path means that member alone; otherwise the name is looked for in all folders, and wild cards work.
+    // A whole path means that member alone; otherwise the name is looked for in all folders, and wild cards
+    // work.
     static long DeleteFileFromZip(const wchar_t* zipFile, const wchar_t* fileName);
 
-    // To destination\fileName, without the folders of the member's name; a file that is there is replaced, at once when
-    // the new one is whole. Names as above.
+    // To destination\fileName, without the folders of the member's name; a file that is there is replaced, at
+    // once when the new one is whole. Names as above.
     static long ExtractFileFromZip(const wchar_t* zipFile, const wchar_t* fileName,
                                    const wchar_t* destination);
 
-    // Members as `what` says, each told to `each` with its code when it is done (49: left out, because the file that is
-    // there is newer). The code is that of the first member that failed. Needs the engine that comes with the library;
-    // any other answers 47.
+    // Members as `what` says, each told to `each` with its code when it is done (49: left out, because the
+    // file that is there is newer). The code is that of the first member that failed. Needs the engine that
+    // comes with the library; any other answers 47.
     static long ExtractMembers(const wchar_t* zipFile, const wchar_t* destination, const ZipExtraction& what,
                                ZipMemberProc each, void* userData);
 
-    // All members in the order of the directory, whatever their number and sizes, with the archive opened once. From an
-    // engine that does not come with the library: as far as its records tell them, and one that they cannot has the
-    // code 49 and no name. 16 without `each`.
+    // All members in the order of the directory, whatever their number and sizes, with the archive opened
+    // once. From an engine that does not come with the library: as far as its records tell them, and one that
+    // they cannot has the code 49 and no name. 16 without `each`.
     static long ForEachMember(const wchar_t* zipFile, ZipMemberProc each, void* userData);
 
     // Whether there is a member of that name; a folder is none.
     static int FileExistsInZip(const wchar_t* zipFile, const wchar_t* fileName);
 
-    // The archive's comment, up to its first zero; empty when there is none or it cannot be read. Bytes beyond ASCII that
-    // are valid UTF-8 are read as UTF-8, others as ANSI; SetComment writes so that the same text is read again.
+    // The archive's comment, up to its first zero; empty when there is none or it cannot be read. Bytes
+    // beyond ASCII that are valid UTF-8 are read as UTF-8, others as ANSI; SetComment writes so that the same
+    // text is read again.
     static RWWString GetComment(const wchar_t* zipFile);
     static int SetComment(const wchar_t* zipFile, const wchar_t* comment);
 
@@ -110,7 +113,8 @@ class QL_API Dynazip {
     // `index` counts from 0 in the directory's order. 16 when `info` is null.
     static int GetIndexedZipInfo(const wchar_t* zipFile, int index, ZIPINFO* info);
 
-    // The engine's code of the calling thread's last operation above (16 not acceptable, ZIP_ENGINE_NOT_LOADED).
+    // The engine's code of the calling thread's last operation above (16 not acceptable,
+    // ZIP_ENGINE_NOT_LOADED).
     static int LastEngineCode();
 
     // The English message for a code of the one or the other engine; never null, empty where there is none.

@@ -95,8 +95,8 @@ enum UnzipCode : int {
     UNZIP_DISK_FULL = 50,
 };
 
-// What operations of the library answer in place of either engine's code when that engine is not loaded: the system's
-// number for a module that cannot be found.
+// What operations of the library answer in place of either engine's code when that engine is not loaded: the
+// system's number for a module that cannot be found.
 constexpr int ZIP_ENGINE_NOT_LOADED = 126;
 
 // ZIPINFO::attr beyond the file attributes of the low byte.
@@ -242,9 +242,9 @@ struct ZIPMEMBER {
 // Another answer than 0 cancels the call.
 using ZipMemberProc = int(QL_ZIP_CALL*)(const ZIPMEMBER* member, void* userData);
 
-// "dunzipeach": runs a command and tells of each member that it concerns, in the order of the directory (extraction: of
-// the work). Functions: UNZIP_COUNT_ALL and UNZIP_COUNT_MATCHING (the members are told only) and UNZIP_EXTRACT. With an
-// `index` of 0 or more that member alone is meant, whatever `lpszFilespec` says.
+// "dunzipeach": runs a command and tells of each member that it concerns, in the order of the directory
+// (extraction: of the work). Functions: UNZIP_COUNT_ALL and UNZIP_COUNT_MATCHING (the members are told only)
+// and UNZIP_EXTRACT. With an `index` of 0 or more that member alone is meant, whatever `lpszFilespec` says.
 using DunzipEachProc = int(QL_ZIP_CALL*)(UNZIPCMDSTRUCT* command, ZipMemberProc each, void* userData);
 
 // A file that is to be added, and what became of it.
@@ -254,17 +254,19 @@ struct ZIPSOURCE {
     std::int32_t code;    // answered: a ZipCode; ZIP_BAD_REQUEST where a source before has the same name
 };
 
-// "dzipfiles": adds or freshens as the command's function says; the command's item list and filters have no effect. A
-// file that cannot be added does not keep the others out. Answers the code of the whole: where it is neither 0 nor
-// ZIP_NOTHING_TO_DO the archive is as it was, and every source has that code that has none of its own.
+// "dzipfiles": adds or freshens as the command's function says; the command's item list and filters have no
+// effect. A file that cannot be added does not keep the others out. Answers the code of the whole: where it
+// is neither 0 nor ZIP_NOTHING_TO_DO the archive is as it was, and every source has that code that has none
+// of its own.
 using DzipFilesProc = int(QL_ZIP_CALL*)(const ZIPCMDSTRUCT* command, ZIPSOURCE* sources, std::int32_t count);
 
 static_assert(sizeof(ZIPINFO) == 310 && offsetof(ZIPINFO, crc_32) == 16 &&
               offsetof(ZIPINFO, szDateTime) == 20 && offsetof(ZIPINFO, szFileName) == 38 &&
               offsetof(ZIPINFO, attr) == 298);
 
-// Where a field of a command record stands: behind so many bytes of numbers, and so many pointers. With pointers of
-// 32 bits that is the published form, of 188 and 142 bytes; with wider ones the same fields, packed alike.
+// Where a field of a command record stands: behind so many bytes of numbers, and so many pointers. With
+// pointers of 32 bits that is the published form, of 188 and 142 bytes; with wider ones the same fields,
+// packed alike.
 constexpr std::size_t ZipRecordOffset(std::size_t numbers, std::size_t pointers) {
     return numbers + pointers * sizeof(void*);
 }

@@ -212,7 +212,8 @@ TEST(Archive, BytesBehindTheEndAreAcceptedWhileThereIsOneEnd) {
     Append(behind, {1, 2, 3});
     EXPECT_EQ(kMembers[1].content, ReadMember(behind, 1));
     EXPECT_EQ("told", MemoryArchive(behind).archive.Comment());
-    // A later end that misses the end of the file by a byte, behind bytes and behind a comment that takes it in.
+    // A later end that misses the end of the file by a byte, behind bytes and behind a comment that takes it
+    // in.
     Append(behind, end);
     behind.pop_back();
     EXPECT_EQ(Result::kInvalid, Open(behind));

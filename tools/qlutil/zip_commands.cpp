@@ -156,8 +156,8 @@ class Sources {
         if (all_.size() == before) all_.push_back({pattern, LastPart(pattern)});
     }
 
-    // A folder is a member of its own only where nothing else tells of it. One that is a link could lead back to where
-    // it is.
+    // A folder is a member of its own only where nothing else tells of it. One that is a link could lead back
+    // to where it is.
     void AddFolder(const std::wstring& path, const std::wstring& name) {
         std::error_code none;
         bool isEmpty = true;
@@ -233,8 +233,8 @@ Answer Add(const Arguments& arguments, Progress& progress) {
 
 // --- Reading
 
-// "MM/DD/YY HH:MM:SS" with the year in full and the fields in the order in which they sort; years from 80 on are of the
-// last century.
+// "MM/DD/YY HH:MM:SS" with the year in full and the fields in the order in which they sort; years from 80 on
+// are of the last century.
 std::wstring SortableDate(const char* dateTime) {
     const std::string ansi = dateTime;
     if (ansi.size() < std::size("MM/DD/YY HH:MM:SS") - 1) return {};
