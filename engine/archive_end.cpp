@@ -59,9 +59,8 @@ std::vector<std::size_t> EndSignatures(const Tail& tail) {
     return found;
 }
 
-// What else looks like an end record. Behind the chosen one, some programs would take it for the end; before
-// it, only where its comment takes the rest of the file, unless it is contents of a member, before the
-// directory and closing none.
+// What else looks like an end record is in nobody's way as contents of a member, before the directory, unless
+// it closes a directory itself and its comment takes the rest of the file.
 void RefuseOthers(InputFile& file, const Tail& tail, const std::vector<std::size_t>& found,
                   std::size_t chosen) {
     for (const std::size_t other : found) {

@@ -215,7 +215,11 @@ void LogFile::Close() noexcept {
         CutAt(now_->position);
         ql::CountLostLines(ql::LostTo::kDisk, std::exchange(buffered_, 0));
     }
-    handle_.reset();
+    // Closed before it is forgotten: a handle that nobody knows would hold the file beyond the end of this
+    // thread.
+    ::CloseHandle(handle_.get());
+    StoresUpToHere();
+    handle_.release();
 }
 
 }  // namespace QLLoggerOutputs

@@ -1,5 +1,5 @@
-// Takes command lines apart, puts them together and takes those apart again: an ordinary one must stand still. Then
-// the same text as an open command of the registry. Each line of the input is a text.
+// Takes command lines apart, puts them together and takes those apart again: an ordinary one must stand
+// still. Then the same text as an open command of the registry. Each line of the input is a text.
 #include "names/cmd_line.h"
 #include "tests/fuzz/fuzz.h"
 #include "textproc/form_proc_program.h"
@@ -10,8 +10,8 @@ bool Has(const std::wstring& text, const wchar_t* part) {
     return text.find(part) != std::wstring::npos;
 }
 
-// Command lines whose text says all: names without quotes, references and tails, and switches that are told from them,
-// by a closing quote or by a slash that is the first.
+// Command lines whose text says all: names without quotes, references and tails, and switches that are told
+// from them, by a closing quote or by a slash that is the first.
 bool IsOrdinary(const QLCmdLine& line) {
     const std::wstring name = line.GetPathAndFileName().str(), switches = line.GetSwitches().str();
     if (line.IsRemote() || !line.GetTail().isNull() || Has(name, L"\"") || Has(name, L"%")) return false;

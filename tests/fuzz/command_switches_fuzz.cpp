@@ -1,5 +1,5 @@
-// Holds the scanner against a plain model of its rules. The first line of the input declares the names, the others
-// are scanned one after the other.
+// Holds the scanner against a plain model of its rules. The first line of the input declares the names, the
+// others are scanned one after the other.
 #include <sstream>
 #include <vector>
 

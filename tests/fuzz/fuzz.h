@@ -25,8 +25,8 @@ inline std::uint8_t TakeByte(Input& input) {
     return taken.empty() ? std::uint8_t{0} : taken[0];
 }
 
-// Inputs of odd length are one byte a unit, so that plain texts can be grown too; the others are two, the low one
-// first.
+// Inputs of odd length are one byte a unit, so that plain texts can be grown too; the others are two, the low
+// one first.
 inline std::wstring TextOf(Input input) {
     if (input.size() % 2 != 0) return {input.begin(), input.end()};
     std::wstring text;

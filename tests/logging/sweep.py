@@ -42,7 +42,7 @@ def instructions(library):
 def entries(path):
     """The numbers of the lines of a log; -1 for anything that is none."""
     numbers = []
-    for line in path.read_bytes().decode("utf-8-sig").split("\r\n"):
+    for line in (path.read_bytes() if path.exists() else b"").decode("utf-8-sig").split("\r\n"):
         whole = re.fullmatch(r"\[[^]]*\]\[\d+\]\[a\.cpp:(\d+)\]-x{200}", line)
         if whole:
             numbers.append(int(whole.group(1)))
@@ -70,8 +70,10 @@ def stop_at(child, offset):
             return f"exit status {done.returncode}", True
         queued, met = map(int, pathlib.Path(f"{file}.count").read_text().split())
         backups = sorted(file.parent.glob("s.log*.bak"), key=lambda path: -int(re.sub(r"\D", "", path.name)))
-        rolled = [path for path in [*backups, pathlib.Path(f"{file}.roll")] if path.exists()]
-        return fault(queued, entries(file)) or fault(queued, sum(map(entries, rolled), [])), bool(met)
+        *older, last, main = [[], [], *map(entries, backups), entries(pathlib.Path(f"{file}.roll"))]
+        # A roll-over that was cut short may have gone on in the first backup.
+        rolled = [sum(order, []) for order in ([*older, last, main], [*older, main, last])]
+        return fault(queued, entries(file)) or min((fault(queued, found) for found in rolled), key=len), bool(met)
 
 
 def main():

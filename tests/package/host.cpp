@@ -1,5 +1,5 @@
-// A host from start to end: it opens the document of its command line, answers by a piece of work on a second thread with
-// settings of its own, keeps what it made in an archive, and remembers where its window was.
+// A host from start to end: it opens the document of its command line, answers by a piece of work on a second
+// thread with settings of its own, keeps what it made in an archive, and remembers where its window was.
 #include <cstdio>
 #include <filesystem>
 #include <fstream>

@@ -1,7 +1,7 @@
 // Calls the engines beside it, for tests that look on from outside, and exits with the engine's code:
 //   zip_host add ARCHIVE ITEMS [LEVEL [COMMENT]] | delete ARCHIVE ITEMS | extract ARCHIVE ITEMS FOLDER
-//   zip_host ask ARCHIVE ITEM TIMES: exits with 0 when the item was there each time, else with the first
-//   code or 254
+//   zip_host ask ARCHIVE ITEM TIMES: exits with 0 when the item was there each time, else with the first code
+//   or 254
 #include <cstdlib>
 #include <string_view>
 

@@ -177,9 +177,8 @@ class Show {
           left_(Count(arguments, L"count").value_or(std::numeric_limits<int>::max())),
           follows_(arguments.Has(L"follow")) {
         for (const std::wstring_view file : arguments.all()) {
-            auto log = std::make_unique<LogReader>(std::filesystem::path(file), follows_);
-            if (!log->exists() && !follows_ && missing_.empty()) missing_ = file;
-            logs_.Add(std::move(log));
+            const bool exists = logs_.Add(std::filesystem::path(file), follows_);
+            if (!exists && !follows_ && missing_.empty()) missing_ = file;
         }
     }
 
@@ -188,8 +187,13 @@ class Show {
     std::optional<Record> Next() {
         if (left_ == 0) return std::nullopt;
         if (last_) KeepLast(static_cast<std::size_t>(*std::exchange(last_, std::nullopt)));
-        std::optional<ReadEntry> entry = kept_.empty() ? NextWanted() : std::exchange(kept_.front(), {});
-        if (!kept_.empty()) kept_.pop_front();
+        if (!kept_.empty()) {
+            const Record record = RecordOf(kept_.front());
+            kept_.pop_front();
+            --left_;
+            return record;
+        }
+        const ReadEntry* entry = NextWanted();
         for (; !entry && follows_; entry = NextWanted()) {
             ::Sleep(kPause);
             logs_.Continue();
@@ -202,15 +206,15 @@ class Show {
   private:
     static constexpr unsigned long kPause = 50;
 
-    std::optional<ReadEntry> NextWanted() {
-        std::optional<ReadEntry> entry = logs_.Next();
+    const ReadEntry* NextWanted() {
+        const ReadEntry* entry = logs_.Next();
         while (entry && !wanted_.Has(*entry)) entry = logs_.Next();
         return entry;
     }
 
     void KeepLast(std::size_t count) {
-        while (std::optional<ReadEntry> entry = NextWanted()) {
-            kept_.push_back(std::move(entry));
+        while (const ReadEntry* const entry = NextWanted()) {
+            kept_.push_back(*entry);
             if (kept_.size() > count) kept_.pop_front();
         }
     }
@@ -221,7 +225,7 @@ class Show {
     const bool follows_;
     std::wstring missing_;
     MergedLogs logs_;
-    std::deque<std::optional<ReadEntry>> kept_;
+    std::deque<ReadEntry> kept_;
 };
 
 Answer ShowLogs(const Arguments& arguments) {

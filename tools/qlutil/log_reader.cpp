@@ -42,19 +42,22 @@ std::int64_t TimeOf(std::string_view line) {
     return time;
 }
 
-// "[time][thread][place]-text"
-std::optional<ReadEntry> EntryOf(std::string_view line) {
-    if (!HasForm(line, kTimeForm)) return std::nullopt;
+// "[time][thread][place]-text"; false when a line begins no entry. The entry's own room is used again.
+bool Parse(std::string_view line, ReadEntry& entry) {
+    if (!HasForm(line, kTimeForm)) return false;
     const std::size_t thread = kTimeForm.size();
     const std::size_t threadEnd = line.find("][", thread);
-    if (threadEnd == std::string_view::npos) return std::nullopt;
+    if (threadEnd == std::string_view::npos) return false;
     const std::string_view number = line.substr(thread, threadEnd - thread);
-    const std::size_t placeEnd = line.find("]-", threadEnd);
-    if (placeEnd == std::string_view::npos || !std::all_of(number.begin(), number.end(), IsDigit))
-        return std::nullopt;
     const std::size_t place = threadEnd + 2;
-    return ReadEntry{TimeOf(line), std::string(number), std::string(line.substr(place, placeEnd - place)),
-                     std::string(line.substr(placeEnd + 2))};
+    const std::size_t placeEnd = line.find("]-", place);
+    if (placeEnd == std::string_view::npos || !std::all_of(number.begin(), number.end(), IsDigit))
+        return false;
+    entry.time = TimeOf(line);
+    entry.thread = number;
+    entry.place = line.substr(place, placeEnd - place);
+    entry.text = line.substr(placeEnd + 2);
+    return true;
 }
 
 void* OpenToRead(const std::filesystem::path& path) {
@@ -175,22 +178,22 @@ bool LogReader::IsEntry() {
 bool LogReader::Next(ReadEntry& entry) {
     while (NextLine()) {
         if (!IsEntry()) continue;
-        if (std::optional<ReadEntry> begun = EntryOf(line_)) {
-            begun->file = &main_;
-            pending_.swap(begun);
-            if (!begun) continue;
-            entry = std::move(*begun);
+        if (Parse(line_, begun_)) {
+            begun_.file = &main_;
+            std::swap(begun_, pending_);
+            if (!std::exchange(isPending_, true)) continue;
+            std::swap(begun_, entry);
             return true;
         }
-        if (!pending_) {
-            pending_ = ReadEntry{0, {}, {}, line_, &main_, 0};
-        } else if (pending_->text.size() < kLongestText) {
-            pending_->text += '\n' + line_;
+        if (!isPending_) {
+            pending_ = {0, {}, {}, line_, &main_, 0};
+            isPending_ = true;
+        } else if (pending_.text.size() < kLongestText) {
+            pending_.text += '\n' + line_;
         }
     }
-    if (!pending_) return false;
-    entry = std::move(*pending_);
-    pending_.reset();
+    if (!std::exchange(isPending_, false)) return false;
+    std::swap(pending_, entry);
     return true;
 }
 
@@ -209,23 +212,20 @@ void LogReader::Continue() {
     files_ = std::move(since);
 }
 
-std::optional<ReadEntry> MergedLogs::Next() {
-    Log* next = nullptr;
-    for (Log& log : logs_) {
-        ReadEntry read;
-        if (!log.first && log.reader->Next(read)) {
-            log.time = std::max(log.time, read.time);
-            read.order = log.time;
-            log.first = std::move(read);
+const ReadEntry* MergedLogs::Next() {
+    if (next_) next_->isRead = false;
+    next_ = nullptr;
+    for (const std::unique_ptr<Log>& log : logs_) {
+        if (!log->isRead && log->reader.Next(log->first)) {
+            log->isRead = true;
+            log->time = std::max(log->time, log->first.time);
+            log->first.order = log->time;
         }
-        if (log.first && (!next || log.time < next->time)) next = &log;
+        if (log->isRead && (!next_ || log->time < next_->time)) next_ = log.get();
     }
-    if (!next) return std::nullopt;
-    std::optional<ReadEntry> entry = std::move(next->first);
-    next->first.reset();
-    return entry;
+    return next_ ? &next_->first : nullptr;
 }
 
 void MergedLogs::Continue() {
-    for (const Log& log : logs_) log.reader->Continue();
+    for (const std::unique_ptr<Log>& log : logs_) log->reader.Continue();
 }

@@ -4,7 +4,6 @@
 #include <deque>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -70,21 +69,32 @@ class LogReader {
     Within within_ = Within::kStart;
     LineReader reader_;
     std::string line_;
-    std::optional<ReadEntry> pending_;
+    ReadEntry pending_;  // which further lines may belong to
+    ReadEntry begun_;
+    bool isPending_ = false;
 };
 
 // Several logs as one, by time.
 class MergedLogs {
   public:
-    void Add(std::unique_ptr<LogReader> log) { logs_.push_back({std::move(log), std::nullopt, 0}); }
-    std::optional<ReadEntry> Next();
+    // False when there is no such log.
+    bool Add(const std::filesystem::path& file, bool follows) {
+        logs_.push_back(std::make_unique<Log>(file, follows));
+        return logs_.back()->reader.exists();
+    }
+    // Null when there is none (yet); good until the next call.
+    const ReadEntry* Next();
     void Continue();
 
   private:
     struct Log {
-        std::unique_ptr<LogReader> reader;
-        std::optional<ReadEntry> first;
-        std::int64_t time;  // of its last entry that had one
+        Log(const std::filesystem::path& file, bool follows) : reader(file, follows) {}
+
+        LogReader reader;
+        ReadEntry first{};
+        bool isRead = false;
+        std::int64_t time = 0;  // of its last entry that had one
     };
-    std::vector<Log> logs_;
+    std::vector<std::unique_ptr<Log>> logs_;
+    Log* next_ = nullptr;
 };
