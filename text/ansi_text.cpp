@@ -19,8 +19,10 @@ constexpr unsigned long kLastCharacter = 0x10FFFF;
 // Null where the code page's own default character is "?", which is nearly everywhere: with a character of
 // the caller's the system converts several times slower, and for UTF-8 not at all.
 const char* DefaultCharacter() {
-    CPINFO info = {};
-    const bool isOwn = ::GetCPInfo(CP_ACP, &info) && info.DefaultChar[0] == '?' && info.DefaultChar[1] == 0;
+    static const bool isOwn = [] {
+        CPINFO info = {};
+        return ::GetCPInfo(CP_ACP, &info) && info.DefaultChar[0] == '?' && info.DefaultChar[1] == 0;
+    }();
     return isOwn ? nullptr : "?";
 }
 
