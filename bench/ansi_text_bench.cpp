@@ -1,5 +1,5 @@
-// Texts to the ANSI code page and back, beside the bare system calls, which answer strings of their own like the
-// library, each made at the right size.
+// Texts to the ANSI code page and back, beside the bare system calls, which answer strings of their own like
+// the library, each made at the right size.
 #include <benchmark/benchmark.h>
 
 #include <stdexcept>

@@ -1,6 +1,6 @@
 // Runs the registered benchmarks and then prints, for each work, how every peer stands to the library's own
-// implementation. Works are named "work/implementation"; the library's own comes first. bench/summary.py reads these
-// lines.
+// implementation. Works are named "work/implementation"; the library's own comes first. bench/summary.py
+// reads these lines.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// Take a thousand names apart and put each together again: drive names beside the standard library's paths, which know
-// no others on this system, and names of all kinds.
+// Take a thousand names apart and put each together again: drive names beside the standard library's paths,
+// which know no others on this system, and names of all kinds.
 #include <benchmark/benchmark.h>
 
 #include <filesystem>

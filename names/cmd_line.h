@@ -13,8 +13,8 @@
 //     C:\a/b.txt /ni                  C:\a/b.txt /ni
 //
 // Kept on purpose:
-//  - Of a text without quotes only the first slash is looked at: inside a word it is part of the name, and so is
-//    everything after it.
+//  - Of a text without quotes only the first slash is looked at: inside a word it is part of the name, and so
+//    is everything after it.
 //  - Assigning parses the other's name, as for QLFileName; its switches are copied.
 //
 // A null pointer stands for the empty text. Threads and memory: as for QLFileName.
@@ -42,8 +42,8 @@ class QL_API QLCmdLine : public QLFileName {
     void AppendSwitches(ql::TextView switches);  // after a blank, as they are
     void ClearSwitches() noexcept { switches_.clear(); }
 
-    // The names' order; for equal names that of the switches, ignoring case. Of a line and a QLFileName the names alone
-    // are compared.
+    // The names' order; for equal names that of the switches, ignoring case. Of a line and a QLFileName the
+    // names alone are compared.
     int CompareTo(const QLCmdLine& other) const noexcept;
     bool operator==(const QLCmdLine& other) const noexcept { return CompareTo(other) == 0; }
     bool operator==(const QLFileName& name) const noexcept { return QLFileName::CompareTo(name) == 0; }

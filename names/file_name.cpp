@@ -74,8 +74,8 @@ Text UpToZero(Text text) {
     return text.substr(0, text.find(L'\0'));
 }
 
-// The value of an environment reference (%NAME%), or the reference itself when there is none. Nothing when the
-// system fails.
+// The value of an environment reference (%NAME%), or the reference itself when there is none. Nothing when
+// the system fails.
 std::wstring ValueOf(const std::wstring& reference) {
     std::wstring value;
     DWORD needed = ::ExpandEnvironmentStringsW(reference.c_str(), nullptr, 0);
@@ -90,8 +90,8 @@ std::wstring ValueOf(const std::wstring& reference) {
     return value;
 }
 
-// One reference after the other, since the system cuts what it expands at 32,767 units. The second sign of an unknown
-// one may begin another.
+// One reference after the other, since the system cuts what it expands at 32,767 units. The second sign of an
+// unknown one may begin another.
 std::wstring WithValues(Text text) {
     std::wstring expanded;
     for (;;) {

@@ -13,8 +13,8 @@ using HDC = HDC__*;
 
 // The name of a file, a directory, a URL, a document-management document or a plug-in item, split into
 // scheme, root, directory, name, extension and tail, and put together again. Backslash and slash both
-// separate; the one met is kept and written back. Only the queries and temporary names at the end of the class ask the
-// disk; all else works on text alone.
+// separate; the one met is kept and written back. Only the queries and temporary names at the end of the
+// class ask the disk; all else works on text alone.
 //
 //     text                         scheme      root    dir    name          extension  tail
 //     C:\Docs\Letter.docx          file        C:      Docs   Letter        docx
@@ -41,8 +41,9 @@ using HDC = HDC__*;
 //
 // Parsing expands environment references of the form %NAME% in paths and file names; a dot that an expansion
 // brings into a name without one begins no extension. Texts have any length, a null pointer stands for the
-// empty text, and every text ends at its first zero unit. When memory ends, a name that was being changed or copied
-// is null, and a text that was asked for is empty. One object may be read by several threads or changed by one.
+// empty text, and every text ends at its first zero unit. When memory ends, a name that was being changed or
+// copied is null, and a text that was asked for is empty. One object may be read by several threads or
+// changed by one.
 class QL_API QLFileName {
   public:
     // <lmaccess.h> has macros of these names: take them back with #undef where both are used.
@@ -99,8 +100,8 @@ class QL_API QLFileName {
     // last number sign behind the last dot, whichever comes first.
     void SetFileName(ql::TextView text);
 
-    // The path of a directory's name, and the name of an entry in it as the disk has it: nothing is expanded, and what
-    // follows the last dot is the extension, whatever it holds. The tail stays.
+    // The path of a directory's name, and the name of an entry in it as the disk has it: nothing is expanded,
+    // and what follows the last dot is the extension, whatever it holds. The tail stays.
     void SetEntry(const QLFileName& directory, ql::TextView entry);
 
     // With or without its dot; blanks at the end are dropped. An empty text makes an empty extension, not
@@ -125,8 +126,8 @@ class QL_API QLFileName {
     wchar_t GetRootSeparator() const noexcept { return rootSeparator_; }
     wchar_t GetDirSeparator() const noexcept { return dirSeparator_; }
 
-    // Stores the extension with its dot and returns 1; returns 0 and leaves `out` alone when there is none (or no
-    // memory for it).
+    // Stores the extension with its dot and returns 1; returns 0 and leaves `out` alone when there is none
+    // (or no memory for it).
     int GetExtension(RWWString& out) const;
 
     int HasExtension() const noexcept { return hasExtension_; }  // "a." has one, an empty one
@@ -181,7 +182,8 @@ class QL_API QLFileName {
     static void FitToWidth(HDC dc, RWWString& text, int width);
 
     // Expands the environment references of a text, which ends at its first zero unit if it has any. Unknown
-    // references, those whose value the system does not tell, and the whole text when memory ends, stay as they are.
+    // references, those whose value the system does not tell, and the whole text when memory ends, stay as
+    // they are.
     static void SubstPathPlaceholders(RWWString& text);
 
   protected:

@@ -40,8 +40,8 @@ class QL_API RWCollectable {
     virtual bool isEqual(const RWCollectable* other) const;
 
     // Persistence of the content alone. The forms on RWFile do what the forms on the streams do. A read that
-    // fails, be it for lack of memory, leaves the stream not good and the object with the content that it had,
-    // or empty.
+    // fails, be it for lack of memory, leaves the stream not good and the object with the content that it
+    // had, or empty.
     virtual void restoreGuts(RWvistream& stream);
     virtual void restoreGuts(RWFile& file);
     virtual void saveGuts(RWvostream& stream) const;

@@ -76,8 +76,8 @@ constexpr bool RWDate::IsDate(unsigned day, unsigned month, unsigned year) noexc
            day <= daysInMonth(month, static_cast<int>(year));
 }
 
-// Months are counted from March, 3 to 14; the lengths of 31 and 30 days then follow a straight line. Years stay below
-// 14801, so that no product leaves 32 bits.
+// Months are counted from March, 3 to 14; the lengths of 31 and 30 days then follow a straight line. Years
+// stay below 14801, so that no product leaves 32 bits.
 constexpr std::uint32_t RWDate::NumberOf(unsigned day, unsigned month, unsigned year) noexcept {
     const bool endsYear = month <= 2;
     const std::uint32_t marchYear = year + kYearsBeforeZero - (endsYear ? 1 : 0);
@@ -88,8 +88,8 @@ constexpr std::uint32_t RWDate::NumberOf(unsigned day, unsigned month, unsigned 
     return daysToYear + daysToMonth + day - 1 - kDaysBeforeNumberZero;
 }
 
-// The way back multiplies by scaled reciprocals, each exact over the range that stands beside it: a year of a century
-// is the upper half of a 64-bit product whose lower half still holds the day of the year.
+// The way back multiplies by scaled reciprocals, each exact over the range that stands beside it: a year of a
+// century is the upper half of a 64-bit product whose lower half still holds the day of the year.
 constexpr RWDate::Calendar RWDate::calendar() const noexcept {
     if (dayNumber_ == 0) return {};
     // Whole cycles come off a number so great that four times it would overflow.

@@ -24,8 +24,8 @@ class QL_API RWHashDictionary : public RWCollectable {
     std::size_t entries() const noexcept { return map_.size(); }
     RWCollectable* findValue(const RWCollectable* key) const;  // null when absent
 
-    // Answers the key, or null when it is null, an equal one is present already (which is then kept), or memory
-    // ends.
+    // Answers the key, or null when it is null, an equal one is present already (which is then kept), or
+    // memory ends.
     RWCollectable* insertKeyAndValue(RWCollectable* key, RWCollectable* value);
 
     // Takes the entry out and answers its key, the value in the out-parameter, both now the caller's; null

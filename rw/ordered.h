@@ -49,8 +49,8 @@ class QL_API RWOrdered : public RWCollectable {
     auto begin() const noexcept { return places_.begin() + static_cast<std::ptrdiff_t>(first_); }
     auto end() const noexcept { return places_.end(); }
 
-    // The places before the first item are free: as many are made at once as there are items, so that the front
-    // grows as quickly as the end.
+    // The places before the first item are free: as many are made at once as there are items, so that the
+    // front grows as quickly as the end.
     std::vector<RWCollectable*> places_;
     std::size_t first_ = 0;
 };

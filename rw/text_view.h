@@ -20,8 +20,8 @@ template <class Text>
 concept CountedText =
     std::convertible_to<const Text&, std::wstring_view> && !std::convertible_to<const Text&, const wchar_t*>;
 
-// A wide text as functions take it: a pointer to units that end with a zero, null being the empty text, or any
-// counted text. Belongs to the caller and is read only during the call.
+// A wide text as functions take it: a pointer to units that end with a zero, null being the empty text, or
+// any counted text. Belongs to the caller and is read only during the call.
 class TextView : public std::wstring_view {
   public:
     constexpr TextView() noexcept = default;

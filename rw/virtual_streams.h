@@ -46,8 +46,8 @@ class QL_API RWvistream {
     bool good_ = true;
 };
 
-// The virtual streams over a buffer of the standard library, whose exceptions end as failures, and over an RWFile. None
-// owns what it works on.
+// The virtual streams over a buffer of the standard library, whose exceptions end as failures, and over an
+// RWFile. None owns what it works on.
 class QL_API RWBufferOstream final : public RWvostream {
   public:
     explicit RWBufferOstream(std::streambuf& buffer) noexcept : buffer_(buffer) {}

@@ -26,8 +26,8 @@ const char* DefaultCharacter() {
     return isOwn ? nullptr : "?";
 }
 
-// ASCII is the same in every ANSI code page, and most texts are nothing else: it is moved sixteen units at a time.
-// Each answers how much of the text's start it converted.
+// ASCII is the same in every ANSI code page, and most texts are nothing else: it is moved sixteen units at a
+// time. Each answers how much of the text's start it converted.
 std::size_t NarrowAscii(std::wstring_view text, char* bytes) {
     std::size_t at = 0;
 #ifdef _WIN32

@@ -8,8 +8,8 @@
 
 // Between wide text (UTF-16) and the process's ANSI code page. Safe to call from any thread; null is the
 // empty text. To ANSI, a character that the code page lacks becomes its best fit, else "?". To wide,
-// characters are precomposed. A conversion that the system refuses, or that memory has no room for, gives an empty
-// text.
+// characters are precomposed. A conversion that the system refuses, or that memory has no room for, gives an
+// empty text.
 
 // To the ANSI code page.
 QL_API std::string WideToStdString(ql::TextView text);

@@ -3,8 +3,8 @@
 #include "platform/export.h"
 #include "rw/wide_string.h"
 
-// Text for script code. Null texts are empty; all functions may be called from any thread. The answer is empty when
-// memory ends.
+// Text for script code. Null texts are empty; all functions may be called from any thread. The answer is
+// empty when memory ends.
 
 // The identifier for a variable's name: ASCII letters and digits stay, "$" becomes "$$", and any other unit
 // becomes "$u" and four upper-case hexadecimal digits when it is above 255, else "$" and two. Kept on

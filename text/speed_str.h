@@ -11,8 +11,8 @@
 // moves to the heap, and stays there until Clear. Units are counted and may be zero.
 //
 // Parts may be pieces of the builder's own text. Null pointers are empty texts. Views and pointers into the
-// text end with the next change. One builder is used by one thread at a time. A part that memory has no room for
-// changes nothing; ToString is then empty.
+// text end with the next change. One builder is used by one thread at a time. A part that memory has no room
+// for changes nothing; ToString is then empty.
 class QL_API CSpeedStr {
   public:
     CSpeedStr() noexcept : end_(buffer_) {}

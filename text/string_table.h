@@ -9,8 +9,8 @@ class RWvistream;
 class RWvostream;
 
 // An ordered list of texts that it owns, addressed by zero-based index; quick to change at both ends. As
-// thread-safe as the standard containers, but note that operator[] may change a constant table. When memory ends,
-// a change is refused as a whole and a text that was asked for is empty; a copy has no entries.
+// thread-safe as the standard containers, but note that operator[] may change a constant table. When memory
+// ends, a change is refused as a whole and a text that was asked for is empty; a copy has no entries.
 class QL_API QLStringTable {
   public:
     // Adding past the end pads a table up to this many entries, and is refused beyond.
@@ -43,9 +43,9 @@ class QL_API QLStringTable {
     int Index(const RWWString& text, bool ignoreCase) const;
 
     // The entry, valid until it is removed. An index past the end grows the table with empty entries up to
-    // it, on purpose and even when the table is constant. A negative index, one from kMaxPaddedEntries on, or one
-    // that memory has no room for, gives an empty text of the caller's to use that belongs to no entry, valid until
-    // the next such call.
+    // it, on purpose and even when the table is constant. A negative index, one from kMaxPaddedEntries on, or
+    // one that memory has no room for, gives an empty text of the caller's to use that belongs to no entry,
+    // valid until the next such call.
     RWWString& operator[](int index) const;
 
     // A copy of the entry, empty for an index outside the table; never grows it.
@@ -60,8 +60,9 @@ class QL_API QLStringTable {
     // The persistent form is narrow: a 32-bit little-endian count, then for each entry a 32-bit length and
     // its bytes in the ANSI code page. What that code page cannot hold comes back as its best fit or "?", and
     // a text that holds a zero unit comes back up to it. Restoring does not clear: it appends to the entries
-    // that are there, on purpose, and of a form that ends too early, or that is more than memory holds, it takes the
-    // first whole texts. A stream that was not written or read to the end, for whatever reason, is not good.
+    // that are there, on purpose, and of a form that ends too early, or that is more than memory holds, it
+    // takes the first whole texts. A stream that was not written or read to the end, for whatever reason, is
+    // not good.
     void saveOn(RWFile& file) const;
     void saveOn(RWvostream& stream) const;
     void restoreFrom(RWFile& file);

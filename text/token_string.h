@@ -16,9 +16,9 @@
 // end.
 //
 // The text's length is taken at construction and the text is meant to stay as it is; of a text that has been
-// shortened since, only what is left is read. One object is used by one thread at a time. When memory ends, an
-// object that was being made has no text, NewDelims changes nothing, and Next answers the empty text and stays
-// where it is.
+// shortened since, only what is left is read. One object is used by one thread at a time. When memory ends,
+// an object that was being made has no text, NewDelims changes nothing, and Next answers the empty text and
+// stays where it is.
 class QL_API TokenString : public RWWString {
   public:
     TokenString(ql::TextView text, ql::TextView delimiters) noexcept;

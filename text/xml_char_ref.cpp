@@ -34,7 +34,8 @@ bool TakeReference(const Unit** cursor, unsigned long* value) noexcept {
     return true;
 }
 
-// Of a code page of many bytes: the fewest that the system takes for a character, one of those that it never does.
+// Of a code page of many bytes: the fewest that the system takes for a character, one of those that it never
+// does.
 int LengthOfCharacter(const char* at, int most) {
     for (int length = 1; length <= most && at[length - 1] != '\0'; ++length) {
         if (::MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, at, length, nullptr, 0) != 0) return length;

@@ -38,8 +38,8 @@ class Attempt {
     bool hasFailed_ = false;
 };
 
-// A row makes its objects, puts the call to the attempt, and looks at what is left: a result, and objects that can be
-// used further.
+// A row makes its objects, puts the call to the attempt, and looks at what is left: a result, and objects
+// that can be used further.
 struct Row {
     const char* what;
     std::function<void(Attempt&)> run;

@@ -44,7 +44,8 @@ Row Answers(const char* what, Answer answer) {
             }};
 }
 
-// A changed object reads as the whole change left it, as it was, or as a new one, and takes the change once more.
+// A changed object reads as the whole change left it, as it was, or as a new one, and takes the change once
+// more.
 template <class Object, class Text>
 Row Changes(const char* what, Object (*make)(), void (*change)(Object&), Text (*read)(const Object&)) {
     return {what, [=](Attempt& attempt) {

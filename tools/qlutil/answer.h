@@ -56,7 +56,8 @@ struct Answer {
     Answer(List result) : output(Node(std::move(result))) {}
     Answer(Document document) : output(std::move(document)) {}
     Answer(Feed feed) : output(std::move(feed)) {}
-    // Failed, with what there is to print all the same; of a record, the plain form leaves out what says nothing.
+    // Failed, with what there is to print all the same; of a record, the plain form leaves out what says
+    // nothing.
     Answer(Node result, std::wstring why)
         : output(std::move(result)), message(std::move(why)), status(kFailed) {}
 
