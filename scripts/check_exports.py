@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""Holds the library's exports against its public headers: exactly the names marked QL_API, and of a class so marked each
-public member function and each public constant; nothing else. Holds it and
-the other programs that are shipped against what protects them: guarded stacks, checked calls, random addresses, no code
-in data.
+"""Holds the library's exports against its public headers: exactly the names marked QL_API, and of a class so marked
+each public member function and each public constant; nothing else. Holds it and the other programs that are shipped
+against what protects them: guarded stacks, checked calls, random addresses, no code in data.
 
 usage: check_exports.py TARGET LIBRARY.dll [PROGRAM...]    (silent and 0 when all holds; TARGET as the compiler has it)
 """
@@ -17,8 +16,10 @@ CLASS = re.compile(r"\b(?:class|struct)\s+QL_API\s+(?:QL_LOCK_ATTRIBUTE\([^)]*\)
 # A function or a variable: its name, an operator too, stands before "(", "[", ";" or "=".
 NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(operator[^\w\s(]+|\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]")
 # Of a member: not what is no function, or is for the caller's compiler to define.
-MEMBER = re.compile(r"(?!friend|using|typedef|template|enum|class|struct|static_assert|.*(?:= (?:delete|default|0)|\{\})$)"
-                    r"(?:static constexpr [^(]*?(\w+)(?: ?\[\w*\])? ?=|[^(=]*?(operator\b ?(?:[^\w\s(]+|[\w: ]+)|\b~?\w+) ?\()")
+MEMBER = re.compile(r"(?!friend|using|typedef|template|enum|class|struct|static_assert|"
+                    r".*(?:= (?:delete|default|0)|\{\})$)"
+                    r"(?:static constexpr [^(]*?(\w+)(?: ?\[\w*\])? ?=|"
+                    r"[^(=]*?(operator\b ?(?:[^\w\s(]+|[\w: ]+)|\b~?\w+) ?\()")
 # What the compiler adds to a class or function, before its name.
 SPOKEN_OF = re.compile(r"^(?:vtable|typeinfo|typeinfo name|VTT|guard variable|(?:non-)?virtual thunk) (?:for|to) ")
 ENTRY = re.compile(r"^\s*\[\s*\d+\](?:\s+\+base\[\s*\d+\])?\s+(?:[0-9a-f]{4,}\s+)?(\S+)\s*$")

@@ -27,8 +27,8 @@ NOTES = {
 }
 TOP = ("tools/qlutil", "the command-line host; sees the public headers only")
 BESIDE = (
-    ("tests", ("one program a room,", "on Wine’s Win32 in both", "word sizes; natively over", "a small fake of it, with",
-               "the sanitizers and the", "fuzzers")),
+    ("tests", ("one program a room,", "on Wine’s Win32 in both", "word sizes; natively over",
+               "a small fake of it, with", "the sanitizers and the", "fuzzers")),
     ("bench", ("beside peers in one", "run, ratios printed")),
 )
 

@@ -32,7 +32,10 @@ def flowed(head, lines):
         yield from wrapped(" ".join(paragraph), room) if too_long else paragraph
         paragraph = []
         lead = re.match(r"\s*(?:- )?", line)[0]
-        yield from ([lead + part for part in wrapped(line[len(lead):], room - len(lead))] if len(line) > room else [line])
+        if len(line) > room:
+            yield from (lead + part for part in wrapped(line[len(lead):], room - len(lead)))
+        else:
+            yield line
 
 
 def lines_of(text):

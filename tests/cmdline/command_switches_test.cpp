@@ -14,7 +14,7 @@ TEST(CommandSwitches, ReadLinesAsTheModelDoes) {
     const std::wstring pieces[] = {L" ",  L" ",   L" /", L"-",   L"\"", L"'",   L"=",
                                    L"na", L"naw", L"NI", L"of=", L"v?", L"x\t", L"\xe9"};
     std::mt19937 random(7);
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 4'000; ++i) {
         CCommandSwitches switches;
         ScannerModel model;
         for (const wchar_t* name : {L"na", L" naw", L"ni ", L"na=", L"of=", L"v?", L"n!", L"\u00c9"}) {

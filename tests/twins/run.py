@@ -96,7 +96,8 @@ def archives(folder):
         run(writer, "qlutil.exe", "zip", "add", archive, folder / "member.txt")
         (folder / f"out{reader}").mkdir()
         run(reader, "qlutil.exe", "zip", "extract", archive, "member.txt", folder / f"out{reader}")
-        expect((folder / "member.txt").read_bytes(), (folder / f"out{reader}" / "member.txt").read_bytes(), "the member")
+        extracted = folder / f"out{reader}" / "member.txt"
+        expect((folder / "member.txt").read_bytes(), extracted.read_bytes(), "the member")
     expect((folder / "32.zip").read_bytes(), (folder / "64.zip").read_bytes(), "the archive's bytes")
 
 
