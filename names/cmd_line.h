@@ -14,8 +14,7 @@
 //
 // Kept on purpose:
 //  - Of a text without quotes only the first slash is looked at: inside a word it is part of the name, and so
-//  - is
-//    everything after it.
+//    is everything after it.
 //  - Assigning parses the other's name, as for QLFileName; its switches are copied.
 //
 // A null pointer stands for the empty text. Threads and memory: as for QLFileName.
