@@ -7,8 +7,8 @@
 #include "cmdline/command_switches.h"
 #include "text/characters.h"
 
-// A plain model of the scanner's rules, which goes over a line a unit at a time and tries every declared name on
-// every word. What it and the scanner made of the same lines is one text each.
+// A plain model of the scanner's rules, which goes over a line a unit at a time and tries every declared name
+// on every word. What it and the scanner made of the same lines is one text each.
 class ScannerModel {
   public:
     // A name of the kind that its end says: "x=" and "x?" have values, "x!" matches nothing.
