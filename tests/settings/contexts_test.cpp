@@ -290,7 +290,9 @@ TEST_P(Writers, LeaveRegistryAndGlobalStoreAlikeAndSeeTheirOwnValue) {
             together.arrive_and_wait();
             WriteQLRegInt(L"Sec", L"Int", worker);
             WriteQLRegString(L"Sec", L"Text", text.c_str());
-            if (worker % 2 == 1) EXPECT_EQ(worker, GetQLRegInt(L"Sec", L"Int", -1));
+            if (worker % 2 == 1) {
+                EXPECT_EQ(worker, GetQLRegInt(L"Sec", L"Int", -1));
+            }
             together.arrive_and_wait();
             if (worker == 0) ExpectRegistryAndStoreToAgree(round);
         }

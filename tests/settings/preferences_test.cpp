@@ -111,7 +111,7 @@ std::wstring Told(const wchar_t* section, const wchar_t* entry) {
 }
 
 TEST_F(Preferences, TellWhichLayerAnswersAndLearnNothingByIt) {
-    constexpr const wchar_t* kFont = QLIE_SCRIPT_EDITOR_FONT;
+    const wchar_t* const kFont = QLIE_SCRIPT_EDITOR_FONT;
     EXPECT_EQ(L"*default: ; ", Told(L"Sec", L"Ent"));
     EXPECT_EQ(L"*default:text Consolas:10; ", Told(QLIS_DEVELOPMENT, kFont));
     EXPECT_EQ(L"*default:text 255,255,192; ", Told(QLIS_DEVELOPMENT, L"template sequential b 6"));
