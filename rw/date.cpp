@@ -7,6 +7,10 @@
 static_assert(RWDate(1, 1, 2000).dayNumber() == 2451545);
 static_assert(RWDate(2451605).dayOfMonth() == 1 && RWDate(2451605).month() == 3);
 
+// A host may take them by reference.
+constexpr unsigned RWDate::kFirstYear;
+constexpr unsigned RWDate::kLastYear;
+
 namespace {
 
 RWDate Today() {

@@ -16,10 +16,10 @@ CLASS = re.compile(r"\b(?:class|struct)\s+QL_API\s+(?:QL_LOCK_ATTRIBUTE\([^)]*\)
 # A function or a variable: its name, an operator too, stands before "(", "[", ";" or "=".
 NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(operator[^\w\s(]+|\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]")
 # Of a member: not what is no function, or is for the caller's compiler to define.
-MEMBER = re.compile(r"(?!friend|using|typedef|template|enum|class|struct|static_assert|"
-                    r".*(?:= (?:delete|default|0)|\{\})$)"
+MEMBER = re.compile(r"(?!friend|using|typedef|template|enum|class|struct|static_assert|inline|"
+                    r"(?:static )?constexpr [^=]*\(|.*(?:= (?:delete|default|0)|\{\})$)"
                     r"(?:static constexpr [^(]*?(\w+)(?: ?\[\w*\])? ?=|"
-                    r"[^(=]*?(operator\b ?(?:[^\w\s(]+|[\w: ]+)|\b~?\w+) ?\()")
+                    r"[^(=]*?(operator\b ?(?:[^\w\s(]+|[\w: ]+)|(?<![\w~])~?\w+) ?\()")
 # What the compiler adds to a class or function, before its name.
 SPOKEN_OF = re.compile(r"^(?:vtable|typeinfo|typeinfo name|VTT|guard variable|(?:non-)?virtual thunk) (?:for|to) ")
 ENTRY = re.compile(r"^\s*\[\s*\d+\](?:\s+\+base\[\s*\d+\])?\s+(?:[0-9a-f]{4,}\s+)?(\S+)\s*$")

@@ -15,6 +15,7 @@ std::wstring Quoted(std::wstring_view word) {
 }
 
 double RequireNumber(std::wstring_view word, std::wstring_view what) {
+    if (word == L"inf") return std::numeric_limits<double>::infinity();
     const Decimal number = ReadDecimal(word);
     if (number.isValid && number.length == word.size()) return number.value;
     throw WrongCall(std::wstring(what) + L" must be a number, not " + Quoted(word));
