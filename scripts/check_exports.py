@@ -17,7 +17,7 @@ CLASS = re.compile(r"\b(?:class|struct)\s+QL_API\s+(?:QL_LOCK_ATTRIBUTE\([^)]*\)
 NAMED = re.compile(r"\bQL_API\b(?!\s*__)[^;{=(]*?(operator[^\w\s(]+|\w+)\s*(?:\[[^\]]*\]\s*)*[(;=]")
 # Of a member: not what is no function, or is for the caller's compiler to define.
 MEMBER = re.compile(r"(?!friend|using|typedef|template|enum|class|struct|static_assert|inline|"
-                    r"(?:static )?constexpr [^=]*\(|.*(?:= (?:delete|default|0)|\{\})$)"
+                    r"(?:static )?constexpr [^=(]*(?:operator[^(]*)?\(|.*(?:= (?:delete|default|0)|\{\})$)"
                     r"(?:static constexpr [^(]*?(\w+)(?: ?\[\w*\])? ?=|"
                     r"[^(=]*?(operator\b ?(?:[^\w\s(]+|[\w: ]+)|(?<![\w~])~?\w+) ?\()")
 # What the compiler adds to a class or function, before its name.
