@@ -239,6 +239,7 @@ TEST(ServerSwitchParsers, ReadLinesAlike) {
     EXPECT_EQ(L"ignored=/x", StateOf(AutomatorCmdSwitchParser(QLCmdLine(L"/x"))));
 }
 
+#ifdef _WIN32
 // Waits for a message box of that title, answers its text and closes it; empty when none comes.
 std::wstring AnswerMessageBox(const wchar_t* title) {
     for (int tries = 0; tries < 6000; ++tries, ::Sleep(10)) {
@@ -262,5 +263,6 @@ TEST(SwitchParsers, CheckThemselves) {
     EXPECT_EQ(L"this pointer is corrupt\nThis is a serious medical condition.\nPlease report this to Orrin.",
               text.get());
 }
+#endif
 
 }  // namespace
