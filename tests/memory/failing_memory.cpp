@@ -54,6 +54,13 @@ bool Attempt::RefusesNext() {
 void* operator new(std::size_t size) {
     return Allocate(size, 0);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return Allocate(size, 0);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
 void* operator new(std::size_t size, std::align_val_t alignment) {
     return Allocate(size, static_cast<std::size_t>(alignment));
 }

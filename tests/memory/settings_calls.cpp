@@ -73,7 +73,6 @@ std::vector<Row> SettingsCalls() {
              EXPECT_TRUE(QLLibraryScope().ok());
          }},
         WithLibrary("a text read", [] { GetQLRegString(kSection, L"Stored", kText); }),
-        WithLibrary("an absent text read", [] { _GetQLProfileString(kSection, kEntry, kText); }),
         WithLibrary("numbers and truth values read",
                     [] {
                         GetQLRegInt(kSection, kEntry, 5);
