@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""Runs qlutil on the cases beside this file and on the calls of its page, and holds what it prints and answers against
-them.
+"""Runs qlutil on the cases beside this file and holds what it prints and answers against them.
 
 usage: run_cases.py QLUTIL.exe [RESULTS.xml]
 
@@ -13,9 +12,6 @@ A case file holds cases one after the other; they run in the folder of this file
     {"cmdLine": ...}               standard output, to the letter; "~ " before a line makes it a pattern
     ! unknown switch               a text that standard error holds
     = 0                            the exit status; ends the case
-
-docs/qlutil.md shows calls in its blocks of console text: "$ qlutil CALL", what it prints ("…" stands for any text, in a
-line of its own for any lines), and "(exit status N)" where that is not 0.
 """
 import pathlib
 import re
@@ -89,34 +85,9 @@ def cases_of(path):
         sys.exit(f"{case.where}: the case has no '= STATUS'")
 
 
-def page_pattern(line):
-    if line == "…":
-        return "~ (?:.*\n)*.*"
-    return "~ " + ".*".join(map(re.escape, line.split("…"))) if "…" in line else line
-
-
-def cases_of_page(path):
-    text = path.read_text(encoding="utf-8")
-    for block in re.finditer(r"^```console\n(.*?)^```$", text, re.MULTILINE | re.DOTALL):
-        first = text.count("\n", 0, block.start(1)) + 1
-        case = None
-        for number, line in enumerate(block[1].splitlines(), first):
-            if line.startswith("$ qlutil "):
-                if case:
-                    yield case
-                case = Case(f"{path.name}:{number}", line.removeprefix("$ qlutil "))
-                case.status = 0
-            elif found := re.fullmatch(r"\(exit status (\d+)\)", line):
-                case.status = int(found[1])
-            else:
-                case.stdout.append(page_pattern(line))
-        yield case
-
-
 def all_cases():
     for path in sorted((HERE / "cases").glob("*.txt")):
         yield from cases_of(path)
-    yield from cases_of_page(HERE.parent.parent / "docs" / "qlutil.md")
 
 
 def without_example(program):
