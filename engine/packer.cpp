@@ -37,7 +37,11 @@ void Pack(Block& block, std::optional<Deflater>& deflater) noexcept {
 Packer::Packer() : most_(kBlocksAThread * Threads() + 1) {}
 
 Packer::~Packer() {
-    for (std::jthread& worker : workers_) worker.request_stop();
+    {
+        const std::lock_guard lock(mutex_);
+        isEnding_ = true;
+    }
+    pushed_.notify_all();
 }
 
 std::unique_ptr<Block> Packer::Take() {
@@ -64,8 +68,7 @@ void Packer::Push(std::unique_ptr<Block> block) {
 void Packer::StartWorkers() {
     if (!workers_.empty() || Threads() == 1) return;
     try {
-        while (workers_.size() + 1 < Threads())
-            workers_.emplace_back([this](const std::stop_token& stop) { Work(stop); });
+        while (workers_.size() + 1 < Threads()) workers_.emplace_back([this] { Work(); });
     } catch (const std::system_error&) {  // Those that there are have to do.
     }
 }
@@ -76,16 +79,18 @@ Block* Packer::FindWaiting() {
     return found == queue_.end() ? nullptr : found->get();
 }
 
-void Packer::Work(const std::stop_token& stop) {
+void Packer::Work() {
     std::optional<Deflater> deflater;
     std::unique_lock lock(mutex_);
-    while (pushed_.wait(lock, stop, [this] { return FindWaiting() != nullptr; })) {
-        Block& block = *FindWaiting();
-        block.state = Block::kInWork;
+    for (;;) {
+        Block* block = nullptr;
+        pushed_.wait(lock, [&] { return isEnding_ || (block = FindWaiting()); });
+        if (isEnding_) return;
+        block->state = Block::kInWork;
         lock.unlock();
-        Pack(block, deflater);
+        Pack(*block, deflater);
         lock.lock();
-        block.state = Block::kDone;
+        block->state = Block::kDone;
         done_.notify_one();
     }
 }

@@ -60,13 +60,16 @@ class Packer {
     void Clear();
 
   private:
-    void Work(const std::stop_token& stop);
+    void Work();
     Block* FindWaiting();
     void StartWorkers();
 
     std::size_t most_;
     std::mutex mutex_;
-    std::condition_variable_any pushed_, done_;
+    // No stop tokens: in the standard library of this compiler, what waits upon an atomic can miss its wake-up
+    // for good, and a token's end may wait so.
+    bool isEnding_ = false;
+    std::condition_variable pushed_, done_;
     std::deque<std::unique_ptr<Block>> queue_;  // changed by the owner alone, behind the lock
     std::vector<std::unique_ptr<Block>> free_;
     std::optional<Deflater> own_;

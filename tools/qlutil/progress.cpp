@@ -25,8 +25,15 @@ std::wstring Line(const std::wstring& doing, int seconds) {
 }  // namespace
 
 Progress::Progress(std::wstring doing) : doing_(std::move(doing)) {
-    if (IsTerminal(Stream::kError))
-        watcher_ = std::jthread([this](const std::stop_token& stop) { Watch(stop); });
+    if (IsTerminal(Stream::kError)) watcher_ = std::jthread([this] { Watch(); });
+}
+
+Progress::~Progress() {
+    {
+        const std::lock_guard lock(mutex_);
+        hasEnded_ = true;
+    }
+    ended_.notify_all();
 }
 
 void Progress::Now(std::wstring doing) {
@@ -34,12 +41,12 @@ void Progress::Now(std::wstring doing) {
     doing_ = std::move(doing);
 }
 
-void Progress::Watch(const std::stop_token& stop) {
+void Progress::Watch() {
     const auto start = std::chrono::steady_clock::now();
     std::unique_lock lock(mutex_);
     for (int seconds = 1;; ++seconds) {
-        ended_.wait_until(lock, stop, start + std::chrono::seconds(seconds), [] { return false; });
-        if (stop.stop_requested()) return seconds > 1 ? Show(L"") : void();
+        if (ended_.wait_until(lock, start + std::chrono::seconds(seconds), [this] { return hasEnded_; }))
+            return seconds > 1 ? Show(L"") : void();
         Show(Line(doing_, seconds));
     }
 }

@@ -11,7 +11,7 @@
 class Progress {
   public:
     explicit Progress(std::wstring doing);
-    ~Progress() = default;
+    ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
@@ -19,10 +19,11 @@ class Progress {
     void Now(std::wstring doing);
 
   private:
-    void Watch(const std::stop_token& stop);
+    void Watch();
 
     std::mutex mutex_;
-    std::condition_variable_any ended_;
+    bool hasEnded_ = false;  // and no stop token: with this compiler, the end of one can wait for good
+    std::condition_variable ended_;
     std::wstring doing_;
     std::jthread watcher_;  // the last: it uses the others until it has ended
 };
