@@ -25,14 +25,9 @@ Value Read(bool (*fromStore)(const wchar_t*, const wchar_t*, Value*, Default), c
     });
 }
 
-// Writes the registry and the global store, then the thread's, with no other writer in between.
 template <class Value>
-void Write(bool (*toDefault)(const wchar_t*, const wchar_t*, Value),
-           bool (*toThread)(const wchar_t*, const wchar_t*, Value), const wchar_t* section,
-           const wchar_t* entry, Value value) {
-    const ql::CriticalSectionGuard guard(ql::SettingsTableLock());
-    toDefault(section, entry, value);
-    toThread(section, entry, value);
+void Write(const wchar_t* section, const wchar_t* entry, Value value) {
+    ql::Completes([&] { ql::WritePreference(section, entry, value); });
 }
 
 int ColorByte(unsigned long color, int index) {
@@ -62,23 +57,15 @@ unsigned long GetQLRegColor(const wchar_t* section, const wchar_t* entry, unsign
 }
 
 void WriteQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
-    if (text) {
-        return Write(CQlsSettings::SetDefRegStrSetting, CQlsSettings::SetThreadRegStrSetting, section, entry,
-                     text);
-    }
-    ql::FailureIfThrown(false, [&] {
-        const ql::CriticalSectionGuard guard(ql::SettingsTableLock());
-        ql::WriteToRegistry(section, entry, text);
-        return CQlsSettings::ClearThreadRegSetting(section, entry);
-    });
+    Write(section, entry, text);
 }
 
 void WriteQLRegInt(const wchar_t* section, const wchar_t* entry, int value) {
-    Write(CQlsSettings::SetDefRegIntSetting, CQlsSettings::SetThreadRegIntSetting, section, entry, value);
+    Write(section, entry, value);
 }
 
 void WriteQLRegBool(const wchar_t* section, const wchar_t* entry, bool value) {
-    Write(CQlsSettings::SetDefRegBoolSetting, CQlsSettings::SetThreadRegBoolSetting, section, entry, value);
+    Write(section, entry, value);
 }
 
 void WriteQLRegColor(const wchar_t* section, const wchar_t* entry, unsigned long color) {
@@ -94,5 +81,7 @@ RWWString _GetQLProfileString(const wchar_t* section, const wchar_t* entry, cons
 }
 
 RWWString GetQLProfileDir(const wchar_t* section, const wchar_t* entry) {
-    return ql::WithoutTrailingBackslash(_GetQLProfileString(section, entry, nullptr));
+    RWWString folder = _GetQLProfileString(section, entry, nullptr);
+    folder.str().resize(ql::WithoutTrailingBackslash(folder).size());  // a cut needs no memory
+    return folder;
 }

@@ -211,7 +211,9 @@ RWWString GetQLRegStringEx(const wchar_t* section, const wchar_t* entry, bool ma
 }
 
 RWWString GetQLProfileDirEx(const wchar_t* section, const wchar_t* entry, bool machine) {
-    return ql::WithoutTrailingBackslash(GetQLRegStringEx(section, entry, machine));
+    RWWString folder = GetQLRegStringEx(section, entry, machine);
+    folder.str().resize(ql::WithoutTrailingBackslash(folder).size());  // a cut needs no memory
+    return folder;
 }
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier)

@@ -188,16 +188,29 @@ bool SetOrForget(CQlsSettings& store, bool (CQlsSettings::*member)(const wchar_t
     return false;
 }
 
+template <class Value>
+using Setter = bool (CQlsSettings::*)(const wchar_t*, const wchar_t*, Value);
+
 // The registry first, then the global store.
 template <class Value>
-bool WriteDefault(bool (CQlsSettings::*member)(const wchar_t*, const wchar_t*, Value), const wchar_t* section,
-                  const wchar_t* entry, Value value) {
+bool WriteDefault(Setter<Value> member, const wchar_t* section, const wchar_t* entry, Value value) {
     return ql::FailureIfThrown(false, [&] {
         const ql::SettingKey key(section, entry);  // what needs memory comes before what changes something
         ql::CriticalSectionGuard guard(g_table.lock);
         ql::WriteToRegistry(section, entry, value);
         return g_table.global && SetOrForget(*g_table.global, member, key, section, entry, value);
     });
+}
+
+template <class Value>
+void WriteDefaultAndThread(Setter<Value> member, const wchar_t* section, const wchar_t* entry, Value value) {
+    const ql::SettingKey key(section, entry);
+    ql::CriticalSectionGuard guard(g_table.lock);
+    const auto own = g_table.ThreadStore(true);
+    ql::WriteToRegistry(section, entry, value);
+    if (!g_table.global) return;
+    SetOrForget(*g_table.global, member, key, section, entry, value);
+    if (own != g_table.global) SetOrForget(*own, member, key, section, entry, value);
 }
 
 bool HasWritableStore() {
@@ -209,8 +222,20 @@ bool HasWritableStore() {
 
 }  // namespace
 
-ql::CriticalSection& ql::SettingsTableLock() {
-    return g_table.lock;
+void ql::WritePreference(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
+    if (text) return WriteDefaultAndThread(&CQlsSettings::SetRegStrSetting, section, entry, text);
+    const ql::SettingKey key(section, entry);
+    ql::CriticalSectionGuard guard(g_table.lock);
+    WriteToRegistry(section, entry, text);
+    if (const auto own = g_table.ThreadStore(true)) own->ClearRegSetting(section, entry);
+}
+
+void ql::WritePreference(const wchar_t* section, const wchar_t* entry, int value) {
+    WriteDefaultAndThread(&CQlsSettings::SetRegIntSetting, section, entry, value);
+}
+
+void ql::WritePreference(const wchar_t* section, const wchar_t* entry, bool value) {
+    WriteDefaultAndThread(&CQlsSettings::SetRegBoolSetting, section, entry, value);
 }
 
 bool ql::HasSettingsStores() {

@@ -2,15 +2,17 @@
 
 #include <memory>
 
-#include "platform/critical_section.h"
 #include "settings/settings_store.h"
 
 // What the everyday accessors need of the table of settings stores beside its public members.
 namespace ql {
 
-// Held by every writer from the registry to the last store, so that they agree whoever else writes; a thread
-// may take it again. Taken before the lock of any store.
-CriticalSection& SettingsTableLock();
+// To the registry, the global store and the calling thread's, in this order, with no other writer in between.
+// A store that has no memory for the value forgets the former one and reads the registry again. A null text
+// deletes the registry's value, and clears the thread's store. Throws std::bad_alloc before anything changes.
+void WritePreference(const wchar_t* section, const wchar_t* entry, const wchar_t* text);
+void WritePreference(const wchar_t* section, const wchar_t* entry, int value);
+void WritePreference(const wchar_t* section, const wchar_t* entry, bool value);
 
 // Whether there are stores to ask: not before CQlsSettings::Initialize, and not after Uninitialize.
 bool HasSettingsStores();

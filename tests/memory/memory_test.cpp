@@ -30,8 +30,7 @@ TEST(Memory, CallsOfTextAndNamesBearTheLossOfEachAllocation) {
     }
 }
 
-// Three calls still lose a value in a store at one allocation each.
-TEST(Memory, DISABLED_CallsOfSettingsBearTheLossOfEachAllocation) {
+TEST(Memory, CallsOfSettingsBearTheLossOfEachAllocation) {
     for (const memory::Row& row : memory::SettingsCalls()) {
         SCOPED_TRACE(row.what);
         BearsEveryLoss(row);

@@ -20,6 +20,7 @@ constexpr wchar_t kSection[] = L"A section with a name of some length";
 constexpr wchar_t kEntry[] =
     L"An entry with a name that is longer than what a usual key has room for, "
     L"so that it is put together in memory of its own";
+constexpr wchar_t kNumber[] = L"The number of an entry";
 constexpr wchar_t kText[] = L"a text that is longer than a string itself";
 const RWWString kKey(L"000 a key of some length");
 const RWWString kFolder(L"Documents\\a letter of some length");
@@ -37,10 +38,15 @@ Row WithLibrary(const char* what, void (*call)(), bool inContext = false) {
                 PrivateRegistry::Put(kUser, kSection, L"Stored", kText);
                 PrivateRegistry::Put(kMachine, kSection, L"Of the machine", kText);
                 attempt(call);
-                WriteQLRegInt(kSection, kEntry, 7);
-                EXPECT_EQ(7, GetQLRegInt(kSection, kEntry, 0));
+                for (const wchar_t* entry : {kEntry, L"Short", L"Stored"}) {
+                    RWWString stored;
+                    if (GetRegStringVal(kSection, entry, &stored))
+                        EXPECT_EQ(stored, GetQLRegString(kSection, entry, nullptr)) << "the store differs";
+                }
+                WriteQLRegInt(kSection, kNumber, 7);
+                EXPECT_EQ(7, GetQLRegInt(kSection, kNumber, 0));
                 unsigned stored = 0;
-                EXPECT_TRUE(GetRegIntVal(kSection, kEntry, &stored));
+                EXPECT_TRUE(GetRegIntVal(kSection, kNumber, &stored));
                 EXPECT_EQ(7u, stored);
             }};
 }
@@ -75,13 +81,20 @@ std::vector<Row> SettingsCalls() {
         WithLibrary("a text read", [] { GetQLRegString(kSection, L"Stored", kText); }),
         WithLibrary("numbers and truth values read",
                     [] {
-                        GetQLRegInt(kSection, kEntry, 5);
-                        GetQLRegBool(kSection, L"Stored", true);
+                        GetQLRegInt(kSection, kNumber, 5);
+                        GetQLRegBool(kSection, L"Flag", true);
                         GetQLRegColor(kSection, L"Stored", 0);
                     }),
         WithLibrary(
             "a text written", [] { WriteQLRegString(kSection, kEntry, kText); }, true),
-        WithLibrary("a number written", [] { WriteQLRegInt(kSection, kEntry, 1); }),
+        WithLibrary(
+            "a text written over the context's own",
+            [] {
+                CQlsSettings::SetThreadRegStrSetting(kSection, L"Short", L"own");
+                WriteQLRegString(kSection, L"Short", kText);
+            },
+            true),
+        WithLibrary("a number written", [] { WriteQLRegInt(kSection, kNumber, 1); }),
         WithLibrary("a truth value and a colour written",
                     [] {
                         WriteQLRegBool(kSection, L"Flag", true);
