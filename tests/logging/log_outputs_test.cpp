@@ -3,11 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <regex>
+#include <utility>
 
 #include "logging/log_line.h"
 #include "logging/os_description.h"
 #include "platform/bstr.h"
-#include "platform/unique_handle.h"
+#include "tests/support/open_file.h"
 #include "tests/support/test_folder.h"
 
 using QLLoggerOutputs::FileOutput;
@@ -15,7 +16,9 @@ using QLLoggerOutputs::RollingFileOutput;
 
 namespace {
 
-const std::string kStars(53, '*');
+const std::string kMark = "\xEF\xBB\xBF", kStars(53, '*');
+const std::wstring kAnew =
+    L"Quillet Server RollingFileOutput::BackupAndStartAnew, re-creating main log file\n";
 
 // What goes to the debugger meanwhile. The system tells a text as an exception that somebody may look at.
 class DebuggerTexts {
@@ -25,7 +28,8 @@ class DebuggerTexts {
     DebuggerTexts(const DebuggerTexts&) = delete;
     DebuggerTexts& operator=(const DebuggerTexts&) = delete;
 
-    static const std::vector<std::wstring>& All() { return s_texts; }
+    // Those since the last look.
+    static std::vector<std::wstring> Take() { return std::exchange(s_texts, {}); }
 
   private:
     static LONG WINAPI Look(EXCEPTION_POINTERS* pointers) {
@@ -42,24 +46,12 @@ class DebuggerTexts {
     void* hook_;
 };
 
-ql::UniqueFileHandle OpenFile(const std::wstring& path, DWORD access, DWORD share) {
-    return ql::UniqueFileHandle(
-        ::CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr));
-}
-
-FILETIME WriteTime(const std::wstring& path) {
-    WIN32_FILE_ATTRIBUTE_DATA data = {};
-    ::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data);
-    return data.ftLastWriteTime;
-}
-
-void SetWriteTime(const std::wstring& path, FILETIME time) {
-    ::SetFileTime(OpenFile(path, GENERIC_WRITE, 0).get(), nullptr, nullptr, &time);
-}
-
-RollingFileOutput Rolling(const std::wstring& file, int backups, int limit = 0) {
-    return RollingFileOutput(file.c_str(), L"Soft", L"today", L"1.2", backups, limit, 7);
-}
+struct Rolling : RollingFileOutput {
+    explicit Rolling(const std::wstring& file, int backups, int limit = 0)
+        : RollingFileOutput(file.c_str(), L"Soft", L"today", L"1.2", backups, limit, 7) {}
+    using RollingFileOutput::GetFileLastWriteTime, RollingFileOutput::SetFileLastWriteTime;
+    void Put(const std::wstring& text) { Write(QLLOG_INFO, text.c_str()); }
+};
 
 // More than the smallest limit, so that each one written makes the log roll.
 std::wstring LongEntry(wchar_t letter) {
@@ -71,257 +63,208 @@ bool HoldsEntryOf(const std::wstring& file, char letter) {
                               "\r\n") != std::string::npos;
 }
 
+class LogFiles : public testing::Test {
+  protected:
+    const TestFolder folder_;
+    const std::wstring file_ = folder_ / L"r.log", backup_ = folder_ / L"r1.bak";
+    const DebuggerTexts debugger_;
+};
+using FileOutputs = LogFiles;
+using RollingFile = LogFiles;
+
 }  // namespace
 
-TEST(FileOutput, StartsAfreshInUtf8WithAMarkAndReplacesLoneSurrogates) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"plain.log";
-    PutBytes(file, "old");
-    FileOutput output(file.c_str());
-    for (const wchar_t* text :
-         {L"a\n", L"", L"\xE9\x20AC\xD83D\xDE00\n", L"\xD83Dx\xDE00\n", L"\xDE00\xD83D"}) {
+TEST_F(FileOutputs, StartAfreshInUtf8WithAMarkAndReplaceLoneSurrogates) {
+    PutBytes(file_, "old");
+    FileOutput output(file_.c_str());
+    for (const wchar_t* text : {L"a\n", L"", L"\xE9\x20AC\xD83D\xDE00\n", L"\xD83Dx\xDE00\n", L"\xDE00\xD83D",
+                                static_cast<const wchar_t*>(nullptr)})
         output.Write(QLLOG_INFO, text);
-    }
-    output.Write(QLLOG_INFO, nullptr);
-    EXPECT_EQ("\xEF\xBB\xBF", BytesOf(file)) << "lines are buffered";
+    EXPECT_EQ(kMark, BytesOf(file_)) << "lines are buffered";
     output.Flush();
-    const std::string written =
-        "\xEF\xBB\xBF"
-        "a\r\n\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\r\n\xEF\xBF\xBDx\xEF\xBF\xBD\r\n\xEF\xBF\xBD\xEF\xBF\xBD";
-    EXPECT_EQ(written, BytesOf(file));
+    const std::string written = kMark +
+                                "a\r\n\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\r\n\xEF\xBF\xBDx\xEF\xBF\xBD\r\n"
+                                "\xEF\xBF\xBD\xEF\xBF\xBD";
+    EXPECT_EQ(written, BytesOf(file_));
     output.Close();
     output.Write(QLLOG_INFO, L"after the close");
     output.Flush();
-    EXPECT_EQ(written, BytesOf(file));
+    EXPECT_EQ(written, BytesOf(file_));
 }
 
-TEST(FileOutput, KeepsPairsTogetherInTextsLongerThanItsBuffer) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"long.log";
+TEST_F(FileOutputs, KeepPairsTogetherInTextsLongerThanTheirBuffer) {
     std::wstring text = L"x";
-    std::string expected = "\xEF\xBB\xBFx";
+    std::string expected = kMark + "x";
     for (int i = 0; i < 50'000; ++i) {
         text += L"\xD83D\xDE00";
         expected += "\xF0\x9F\x98\x80";
     }
-    FileOutput(file.c_str()).Write(QLLOG_INFO, text.c_str());
-    EXPECT_EQ(expected, BytesOf(file));
+    FileOutput(file_.c_str()).Write(QLLOG_INFO, text.c_str());
+    EXPECT_EQ(expected, BytesOf(file_));
 }
 
-TEST(FileOutput, LetsOthersReadButNotWriteOrRename) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"plain.log";
-    FileOutput output(file.c_str());
-    EXPECT_TRUE(OpenFile(file, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE));
-    EXPECT_FALSE(OpenFile(file, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE));
-    EXPECT_FALSE(::MoveFileW(file.c_str(), (folder / L"moved.log").c_str()));
-    FileOutput second(file.c_str());
-    EXPECT_FALSE(second.IsOpen());
+TEST_F(FileOutputs, LetOthersReadButNotWriteOrRename) {
+    FileOutput output(file_.c_str());
+    EXPECT_TRUE(OpenFile(file_, kShareAll));
+    EXPECT_FALSE(OpenFile(file_, kShareAll, GENERIC_WRITE));
+    EXPECT_FALSE(::MoveFileW(file_.c_str(), backup_.c_str()));
     EXPECT_TRUE(output.IsOpen());
-    second.Write(QLLOG_INFO, L"dropped");
     FileOutput copy = output;
     copy.Write(QLLOG_INFO, L"from the copy");
+    for (const wchar_t* file : {file_.c_str(), (folder_ / L"none\\r.log").c_str(), L""}) {
+        FileOutput shut(*file ? file : nullptr);
+        EXPECT_FALSE(shut.IsOpen()) << file;
+        shut.Write(QLLOG_INFO, L"dropped");
+        shut.Flush();
+    }
     output.Close();
     copy.Write(QLLOG_INFO, L"too late");
-    EXPECT_EQ(
-        "\xEF\xBB\xBF"
-        "from the copy",
-        BytesOf(file));
+    EXPECT_EQ(kMark + "from the copy", BytesOf(file_));
 }
 
-TEST(FileOutput, ThatCannotBeOpenedIgnoresWrites) {
-    const TestFolder folder;
-    FileOutput(nullptr).Write(QLLOG_INFO, L"x");
-    FileOutput missing((folder / L"none\\plain.log").c_str());
-    missing.Write(QLLOG_INFO, L"x");
-    missing.Flush();
-}
-
-// A device that is always full, where the system under the tests has one.
-TEST(FileOutput, OnAFullDiskCountsItsLinesAndCostsTheOtherOutputsNothing) {
-    const TestFolder folder;
-    const wchar_t* const full = L"\\\\?\\unix\\dev\\full";
-    if (!OpenFile(full, GENERIC_WRITE, FILE_SHARE_READ)) GTEST_SKIP() << "there is no full device here";
+TEST_F(FileOutputs, OnAFullDiskCountTheirLinesAndCostTheOtherOutputsNothing) {
+    QL_SKIP_WITHOUT_FULL_DEVICE();
     const std::uint32_t before = QLLogger::LostLines();
-    QLLogger::InitializeLog(full, QLLOG_INFO);
-    QLLogger::InitializeLog((folder / L"good.log").c_str(), QLLOG_INFO);
+    for (const wchar_t* file : {kFullDevice, file_.c_str()}) QLLogger::InitializeLog(file, QLLOG_INFO);
     const std::wstring line(999, L'x');
     for (int i = 0; i < 1000; ++i) QLLogger::PutMessage(QLLOG_INFO, line.c_str());
     QLLogger::CloseLogs();
-    EXPECT_EQ(3u + 999'000, BytesOf(folder / L"good.log").size());
+    EXPECT_EQ(kMark.size() + 999'000, BytesOf(file_).size());
     EXPECT_EQ(before + 1000, QLLogger::LostLines());
 }
 
-TEST(RollingFile, StartsWithItsHeaderAndEndsEachEntryWithStars) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"r.log";
-    RollingFileOutput output = Rolling(file, 0);
-    output.Write(QLLOG_INFO, L"first\n");
-    output.Write(QLLOG_INFO, L"");
+TEST_F(RollingFile, StartsWithItsHeaderAndEndsEachEntryWithStars) {
+    Rolling output(file_, 0);
+    output.Put(L"first\n");
+    output.Put(L"");
     wchar_t os[256];
     GetOSDescription(os, 256);
-    const std::string osLine = "#OS: " + std::string(os, os + std::wcslen(os)) + "\r\n";
-    const std::string bytes = BytesOf(file);
-    EXPECT_TRUE(bytes.starts_with("\xEF\xBB\xBF#Software: Soft\r\n#Version: 1.2\r\n#Build date: today\r\n" +
-                                  osLine + "#Username: "));
+    const std::string bytes = BytesOf(file_),
+                      start = kMark + "#Software: Soft\r\n#Version: 1.2\r\n#Build date: today\r\n#OS: " +
+                              std::string(os, os + std::wcslen(os)) + "\r\n#Username: ";
+    EXPECT_EQ(start, bytes.substr(0, start.size()));
     const std::regex rest(
-        "\r\n#Username: [^\r]+\r\n#Computer name: [^\r]+\r\n"
-        "#Log-Date: \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\r\n\\*{53}\r\nfirst\r\n"
-        "\\*{53}\r\n\\*{53}\r\n$");
-    EXPECT_TRUE(std::regex_search(bytes, rest)) << bytes;
+        "[^\r]+\r\n#Computer name: [^\r]+\r\n#Log-Date: \\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\r\n"
+        "\\*{53}\r\nfirst\r\n\\*{53}\r\n\\*{53}\r\n");
+    EXPECT_TRUE(std::regex_match(bytes.substr(start.size()), rest)) << bytes;
 }
 
-TEST(RollingFile, ContinuesAFileThatHasContent) {
-    const TestFolder folder;
+TEST_F(RollingFile, ContinuesAFileThatHasContent) {
     for (const auto& [before, hasHeader] : {std::pair("abcd", false), {"abc", true}, {"", true}}) {
-        const std::wstring file = folder / L"r.log";
-        PutBytes(file, before);
-        Rolling(file, 0).Write(QLLOG_INFO, L"x\n");
-        const std::string bytes = BytesOf(file);
+        PutBytes(file_, before);
+        Rolling(file_, 0).Put(L"x\n");
+        const std::string bytes = BytesOf(file_);
         EXPECT_EQ(hasHeader, bytes.find("#Software") != std::string::npos) << before;
-        EXPECT_TRUE(bytes.starts_with(before) && bytes.ends_with("x\r\n" + kStars + "\r\n")) << before;
+        EXPECT_TRUE(bytes.starts_with(before)) << bytes;
+        EXPECT_TRUE(bytes.ends_with("x\r\n" + kStars + "\r\n")) << bytes;
     }
 }
 
-TEST(RollingFile, RollsWhenPositionAndLengthExceedTheLimitOfAtLeastAThousand) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"r.log";
-    PutBytes(file, std::string(900, 'o'));
-    RollingFileOutput output = Rolling(file, 1, 500);
-    output.Write(QLLOG_INFO, std::wstring(100, L'\x20AC').c_str());  // 1000 by characters, more by bytes
-    EXPECT_FALSE(std::filesystem::exists(folder / L"r1.bak"));
-    output.Write(QLLOG_INFO, L"y");
-    EXPECT_TRUE(std::filesystem::exists(folder / L"r1.bak"));
-    EXPECT_TRUE(BytesOf(file).ends_with("\r\ny" + kStars + "\r\n"));
+TEST_F(RollingFile, RollsWhenPositionAndLengthExceedTheLimitOfAtLeastAThousand) {
+    PutBytes(file_, std::string(900, 'o'));
+    Rolling output(file_, 1, 500);
+    output.Put(std::wstring(100, L'\x20AC'));  // 1000 by characters, more by bytes
+    EXPECT_FALSE(std::filesystem::exists(backup_));
+    output.Put(L"y");
+    EXPECT_TRUE(std::filesystem::exists(backup_));
+    EXPECT_TRUE(BytesOf(file_).ends_with("\r\ny" + kStars + "\r\n"));
 }
 
-TEST(RollingFile, WithoutBackupsIsEmptiedAndTakesTheNewHeaderTexts) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"r.log";
-    const DebuggerTexts debugger;
-    RollingFileOutput output = Rolling(file, 0);
+TEST_F(RollingFile, WithoutBackupsIsEmptiedAndTakesTheNewHeaderTexts) {
+    Rolling output(file_, 0);
     output.SetBuildDate(L"tomorrow");
     output.SetVersionString(nullptr);
-    output.Write(QLLOG_INFO, LongEntry(L'a').c_str());
-    output.Write(QLLOG_INFO, LongEntry(L'b').c_str());
-    EXPECT_TRUE(HoldsEntryOf(file, 'b'));
-    EXPECT_FALSE(HoldsEntryOf(file, 'a'));
+    for (const wchar_t letter : {L'a', L'b'}) output.Put(LongEntry(letter));
+    EXPECT_TRUE(HoldsEntryOf(file_, 'b'));
+    EXPECT_FALSE(HoldsEntryOf(file_, 'a'));
     EXPECT_TRUE(
-        BytesOf(file).starts_with("\xEF\xBB\xBF#Software: Soft\r\n#Version: \r\n#Build date: tomorrow\r\n"));
-    const std::wstring anew =
-        L"Quillet Server RollingFileOutput::BackupAndStartAnew, re-creating main log file\n";
-    EXPECT_EQ((std::vector{anew, anew}), debugger.All());
-    EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(folder.path()), {}));
+        BytesOf(file_).starts_with(kMark + "#Software: Soft\r\n#Version: \r\n#Build date: tomorrow\r\n"));
+    EXPECT_EQ((std::vector{kAnew, kAnew}), debugger_.Take());
+    EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(folder_.path()), {}));
 }
 
-TEST(RollingFile, ShiftsItsBackupsIntoGapsTooAndKeepsTheirTimes) {
-    const TestFolder folder;
+TEST_F(RollingFile, ShiftsItsBackupsIntoGapsTooAndKeepsTheirTimes) {
     constexpr DWORD kBackups = 4, kGap = 3;
     const auto path = [&](DWORD number) {
-        return folder / (number ? L"Log" + std::to_wstring(number) + L".bak" : L"Log.log").c_str();
+        return folder_ / (number ? L"Log" + std::to_wstring(number) + L".bak" : L"Log.log").c_str();
     };
     const auto contentOf = [](DWORD number) { return std::string(1000, static_cast<char>('0' + number)); };
+    Rolling other(file_, 0);
     for (DWORD i = 0; i <= kBackups; ++i) {
         if (i == kGap) continue;
         PutBytes(path(i), contentOf(i));
-        SetWriteTime(path(i), {0x10000000 * (i + 1), 30'000'000 + i});
+        other.SetFileLastWriteTime(path(i).c_str(), {0x10000000 * (i + 1), 30'000'000 + i});
     }
-    Rolling(path(0), kBackups).Write(QLLOG_INFO, L"new\n");
+    Rolling(path(0), kBackups).Put(L"new\n");
     for (DWORD i = 1; i <= kGap; ++i) {
         EXPECT_EQ(contentOf(i - 1), BytesOf(path(i))) << i;
-        EXPECT_EQ(30'000'000 + i - 1, WriteTime(path(i)).dwHighDateTime) << i;
-        EXPECT_EQ(0x10000000 * i, WriteTime(path(i)).dwLowDateTime) << i;
+        WIN32_FILE_ATTRIBUTE_DATA data = {};
+        ::GetFileAttributesExW(path(i).c_str(), GetFileExInfoStandard, &data);
+        EXPECT_EQ(30'000'000 + i - 1, data.ftLastWriteTime.dwHighDateTime) << i;
+        EXPECT_EQ(0x10000000 * i, data.ftLastWriteTime.dwLowDateTime) << i;
     }
-    EXPECT_FALSE(std::filesystem::exists(path(kBackups))) << "nothing moved up from the gap";
-    EXPECT_TRUE(BytesOf(path(0)).starts_with("\xEF\xBB\xBF#Software"));
+    EXPECT_EQ(30'000'000u, other.GetFileLastWriteTime(path(1).c_str()).dwHighDateTime);
+    EXPECT_EQ(0u, other.GetFileLastWriteTime(path(kBackups).c_str()).dwHighDateTime)
+        << "nothing moved up from the gap";
+    EXPECT_TRUE(BytesOf(path(0)).starts_with(kMark + "#Software"));
 }
 
-TEST(RollingFile, StopsForGoodWhenTheOldestBackupCannotBeDeleted) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"r.log";
-    PutBytes(file, std::string(1000, '0'));
-    PutBytes(folder / L"r1.bak", "1");
-    const DebuggerTexts debugger;
-    RollingFileOutput output = Rolling(file, 1);
-    {
-        const ql::UniqueFileHandle held =
-            OpenFile(folder / L"r1.bak", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
-        output.Write(QLLOG_INFO, L"x");
+// The oldest backup cannot be deleted, or no other one be renamed, while somebody reads it.
+TEST_F(RollingFile, StopsForGoodRatherThanLoseItsOldestBackupButIsEmptiedWhenARenameFails) {
+    const std::wstring start = L"RollingFileOutput::BackupAndStartAnew: Failed to ";
+    const struct {
+        int backups;
+        std::string begin;
+        std::vector<std::wstring> told;
+    } cases[] = {
+        {1, std::string(1000, '0'), {start + L"delete backup log file: " + backup_ + L"\n"}},
+        {2,
+         kMark + "#Software",
+         {start + L"rename log file\n\tfrom: " + backup_ + L"\n\tto: " + (folder_ / L"r2.bak") + L"\n",
+          kAnew}}};
+    for (const auto& [backups, begin, told] : cases) {
+        PutBytes(file_, std::string(1000, '0'));
+        PutBytes(backup_, "1");
+        Rolling output(file_, backups);
+        {
+            const auto held = OpenFile(backup_, kShareAll);
+            output.Put(L"x\n");
+        }
+        output.Put(L"y\n");
+        EXPECT_EQ("1", BytesOf(backup_)) << backups;
+        EXPECT_EQ(told, debugger_.Take()) << backups;
+        EXPECT_EQ(begin, BytesOf(file_).substr(0, begin.size())) << backups;
+        EXPECT_EQ(backups == 2, BytesOf(file_).ends_with("y\r\n" + kStars + "\r\n"));
     }
-    output.Write(QLLOG_INFO, L"y");
-    EXPECT_EQ(std::string(1000, '0'), BytesOf(file));
-    EXPECT_EQ("1", BytesOf(folder / L"r1.bak"));
-    EXPECT_EQ((std::vector{L"RollingFileOutput::BackupAndStartAnew: Failed to delete backup log file: " +
-                           (folder / L"r1.bak") + L"\n"}),
-              debugger.All());
 }
 
-TEST(RollingFile, EmptiesTheMainFileWhenARenameFails) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"r.log";
-    PutBytes(file, std::string(1000, '0'));
-    PutBytes(folder / L"r1.bak", "1");
-    const DebuggerTexts debugger;
-    RollingFileOutput output = Rolling(file, 2);
-    const ql::UniqueFileHandle held =
-        OpenFile(folder / L"r1.bak", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
-    output.Write(QLLOG_INFO, L"x\n");
-    EXPECT_EQ("1", BytesOf(folder / L"r1.bak"));
-    EXPECT_TRUE(BytesOf(file).starts_with("\xEF\xBB\xBF#Software"));
-    EXPECT_EQ(L"RollingFileOutput::BackupAndStartAnew: Failed to rename log file\n\tfrom: " +
-                  (folder / L"r1.bak") + L"\n\tto: " + (folder / L"r2.bak") + L"\n",
-              debugger.All().at(0));
-}
-
-TEST(RollingFile, GivesItsHeirsTheTimesOfFiles) {
-    struct Heir : RollingFileOutput {
-        using RollingFileOutput::GetFileLastWriteTime, RollingFileOutput::SetFileLastWriteTime;
-        using RollingFileOutput::RollingFileOutput;
-    };
-    const TestFolder folder;
-    const QLFileName other((folder / L"other").c_str()), none((folder / L"none").c_str());
-    PutBytes(folder / L"other", "");
-    Heir heir((folder / L"r.log").c_str(), L"", L"", L"", 0, 0, 1u);
-    heir.SetFileLastWriteTime(other, {0x10000000, 30'000'000});
-    EXPECT_EQ(30'000'000u, heir.GetFileLastWriteTime(other).dwHighDateTime);
-    EXPECT_EQ(0x10000000u, WriteTime(folder / L"other").dwLowDateTime);
-    EXPECT_EQ(0u, heir.GetFileLastWriteTime(none).dwHighDateTime);
-}
-
-TEST(RollingFile, RollsUnderAReaderThatSharesEverything) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"r.log";
-    RollingFileOutput output = Rolling(file, 1);
-    output.Write(QLLOG_INFO, LongEntry(L'a').c_str());
-    const ql::UniqueFileHandle reader =
-        OpenFile(file, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+TEST_F(RollingFile, RollsUnderAReaderThatSharesEverything) {
+    Rolling output(file_, 1);
+    output.Put(LongEntry(L'a'));
+    const auto reader = OpenFile(file_, kShareAll | FILE_SHARE_DELETE);
     ASSERT_TRUE(reader);
-    output.Write(QLLOG_INFO, LongEntry(L'b').c_str());
-    EXPECT_TRUE(HoldsEntryOf(folder / L"r1.bak", 'a'));
-    EXPECT_TRUE(HoldsEntryOf(file, 'b'));
+    output.Put(LongEntry(L'b'));
+    EXPECT_TRUE(HoldsEntryOf(backup_, 'a'));
+    EXPECT_TRUE(HoldsEntryOf(file_, 'b'));
 }
 
-TEST(RollingFile, ReportsAFileThatCannotBeOpenedAndStaysUsable) {
-    const TestFolder folder;
-    const DebuggerTexts debugger;
-    const std::wstring file = folder / (L"none\\" + std::wstring(300, L'n') + L".log").c_str();
-    RollingFileOutput output = Rolling(file, 1);
-    output.Write(QLLOG_INFO, L"x");
+TEST_F(RollingFile, ReportsAFileThatCannotBeOpenedAndStaysUsable) {
+    const std::wstring file = folder_ / (L"none\\" + std::wstring(300, L'n') + L".log").c_str();
+    Rolling output(file, 1);
+    output.Put(L"x");
     output.Flush();
     EXPECT_EQ(
         (std::vector{L"RollingFileOutput::RollingFileOutput failed to open or create file: " + file + L"\n"}),
-        debugger.All());
+        debugger_.Take());
 }
 
-TEST(LogLine, TakesComTextsAndAnsiTextsInTheSystemsCodePage) {
-    const TestFolder folder;
-    const std::wstring file = folder / L"a.log";
+TEST_F(LogFiles, TakeComTextsAndAnsiTextsInTheSystemsCodePage) {
     char ansi[8] = {};
     ::WideCharToMultiByte(CP_ACP, 0, L"\xE9", -1, ansi, sizeof ansi, nullptr, nullptr);
-    QLLogger::InitializeLog(file.c_str(), QLLOG_INFO);
+    QLLogger::InitializeLog(file_.c_str(), QLLOG_INFO);
     wchar_t comText[] = L"com \x20AC ";
     BSTR text = ::SysAllocString(comText);
     QLLoggerLevelInserter(QLLOG_INFO, ansi, 1) << _bstr_t(text, false) << ansi << LogMessageFinish();
     QLLogger::CloseLogs();
-    EXPECT_TRUE(BytesOf(file).ends_with("[\xC3\xA9:1]-com \xE2\x82\xAC \xC3\xA9\r\n")) << BytesOf(file);
+    EXPECT_TRUE(BytesOf(file_).ends_with("[\xC3\xA9:1]-com \xE2\x82\xAC \xC3\xA9\r\n")) << BytesOf(file_);
 }

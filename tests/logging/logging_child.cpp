@@ -1,9 +1,8 @@
-// logging_child WAY FILE [OFFSET]: queues lines and ends in that way.
+// logging_child WAY FILE: queues lines and ends in that way.
 #include <atomic>
 #include <climits>
 #include <cstdlib>
 #include <cwchar>
-#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -12,7 +11,7 @@
 
 #include "logging/log_line.h"
 #include "logging/log_outputs.h"
-#include "tests/logging/stopped_thread.h"
+#include "platform/win32.h"
 
 namespace {
 
@@ -22,8 +21,13 @@ using QLLoggerOutputs::RollingFileOutput;
 constexpr int kLines = 20'000;
 constexpr int kEnd = 5;  // what every way answers
 
+// Without memory: a thread that ends while it takes some may leave none to the others.
 void PutLines(int first, int end) {
-    for (int i = first; i < end; ++i) QLLogger::PutMessage(QLLOG_INFO, (std::to_wstring(i) + L'\n').c_str());
+    for (int i = first; i < end; ++i) {
+        wchar_t line[16];
+        std::swprintf(line, std::size(line), L"%d\n", i);
+        QLLogger::PutMessage(QLLOG_INFO, line);
+    }
 }
 
 struct ExitsWhenDestroyed {
@@ -78,7 +82,7 @@ struct OddRow {
 constexpr OddRow kOddRows[] = {
     {L"exits first", EndProcess, Nothing, true},          {L"exits last", EndProcess, Nothing, false},
     {L"exits in close first", Nothing, EndProcess, true}, {L"closes slowly", Nothing, Dawdle, true},
-    {L"closes slowly, alone", Nothing, Dawdle, false},
+    {L"closes slowly, alone", Nothing, Dawdle, false},    {L"closes from within", UseTheLog, Nothing, true},
 };
 
 // Wine may crash when it ends a thread that it has not yet started in full.
@@ -113,20 +117,15 @@ int LogBesideAnOddOutput(const OddRow& row, const wchar_t* file) {
     WaitUntilTheWriterRuns();
     PutLines(0, kLines);
     g_allPut = true;
+    if (row.amid == UseTheLog) return kEnd;  // in the writer's hands or in those of the end
     CloseBeside();
     ::Sleep(row.amid == EndProcess ? INFINITE : 10);
     return kEnd;
 }
 
-// An output that closes the log from within, in the writer's hands or in those of the end.
-int CloseFromWithin(const wchar_t* file) {
-    QLLogger::InitializeLog(std::make_shared<OddOutput>(UseTheLog), QLLOG_DEBUG);
-    QLLogger::InitializeLog(file, QLLOG_INFO);
-    WaitUntilTheWriterRuns();
-    PutLines(0, kLines);
-    g_allPut = true;
-    QLLogger::PutMessage(QLLOG_DEBUG, L"1000\n");
-    return kEnd;
+void Spin() {
+    const unsigned spins = ::GetTickCount() * 2654435761u % 2'000'000;
+    for (volatile unsigned left = spins; left > 0;) left = left - 1;
 }
 
 // The end races with a close; FILE holds all lines whoever wins.
@@ -135,62 +134,44 @@ int RaceWithAClose(const wchar_t* file) {
     WaitUntilTheWriterRuns();
     PutLines(0, kLines);
     CloseBeside();
-    const unsigned spins = ::GetTickCount() * 2654435761u % 2'000'000;
-    for (volatile unsigned left = spins; left > 0;) left = left - 1;
+    Spin();
     ::ExitProcess(kEnd);
 }
 
-int RollUntilTheEnd(const wchar_t* file) {
-    QLLogger::InitializeLog(std::make_shared<RollingFileOutput>(file, L"child", L"", L"", 1000, 2000, 1u),
+void OpenRollingLog(const wchar_t* file, int backups, int limit) {
+    QLLogger::InitializeLog(std::make_shared<RollingFileOutput>(file, L"child", L"", L"", backups, limit, 1u),
                             QLLOG_INFO);
-    WaitUntilTheWriterRuns();
-    PutLines(0, 500);
-    return kEnd;
 }
 
 // Entries without end; FILE.closed tells that the first thousand are on disk for good.
 int WriteUntilKilled(const wchar_t* file) {
-    for (const int limit : {INT_MAX, 4'000'000}) {
-        QLLogger::InitializeLog(std::make_shared<RollingFileOutput>(file, L"child", L"", L"", 1, limit, 1u),
-                                QLLOG_INFO);
-        if (limit != INT_MAX) continue;
-        PutLines(0, 1000);
-        QLLogger::CloseLogs();
-        FileOutput((std::wstring(file) + L".closed").c_str());
-    }
+    OpenRollingLog(file, 1, INT_MAX);
+    PutLines(0, 1000);
+    QLLogger::CloseLogs();
+    FileOutput((std::wstring(file) + L".closed").c_str());
+    OpenRollingLog(file, 1, 4'000'000);
     for (int i = 1000;; ++i) {
         PutLines(i, i + 1);
         if (i % 100 == 0) ::Sleep(1);
     }
 }
 
-// Ends while a thread stands still at an instruction of the library. FILE and FILE.roll have the lines of one
-// caller; FILE.count says how many of them were queued, and whether the instruction was met.
-int EndWhileStopped(const wchar_t* file, unsigned long offset) {
-    const std::wstring rolled = std::wstring(file) + L".roll";
-    std::atomic<int> queued = 0;
+// Ends while another thread logs, wherever that is then, and answers how many lines it had queued by then.
+// FILE and the rolling FILE.log have them.
+int EndAmidLines(const wchar_t* file) {
+    static std::atomic<int> queued = 0;
     QLLogger::InitializeLog(file, QLLOG_INFO);
-    QLLogger::InitializeLog(
-        std::make_shared<RollingFileOutput>(rolled.c_str(), L"child", L"", L"", 100, 1000, 1u),
-        QLLOG_WARNING);
+    OpenRollingLog((std::wstring(file) + L".log").c_str(), 100, 2000);
     WaitUntilTheWriterRuns();
-    const StoppedThread stopped(offset);
-    std::thread([&queued] {
-        constexpr int kPairs = 12;
-        for (; queued < kPairs; ++queued) {
-            QLLoggerLevelInserter(QLLOG_INFO | QLLOG_WARNING, "a.cpp", queued)
-                << std::wstring(200, L'x') << LogMessageFinish();
-            if (queued % 4 == 3) ::Sleep(15);
+    std::thread([] {
+        for (;; ++queued) {
+            PutLines(queued, queued + 1);
+            if (queued % 64 == 63) QLLogger::FlushLogs();
         }
-        QLLogger::FlushLogs();
-        QLLogger::CloseLogs();
-        ++queued;  // the mark of the end
     }).detach();
-    for (int i = 0; i < 100 && queued < 13 && !stopped.isMet(); ++i) ::Sleep(2);
-    ::Sleep(5);  // for what goes on beside
-    std::ofstream(std::string(file, file + std::wcslen(file)) + ".count")
-        << std::min(queued.load(), 12) << ' ' << stopped.isMet();
-    return kEnd;
+    while (queued == 0) ::Sleep(0);
+    Spin();
+    return queued;
 }
 
 }  // namespace
@@ -202,11 +183,9 @@ int wmain(int argc, wchar_t** argv) {
     for (const OddRow& row : kOddRows) {
         if (row.way == way) return LogBesideAnOddOutput(row, file);
     }
-    if (way == L"closes from within") return CloseFromWithin(file);
     if (way == L"races") return RaceWithAClose(file);
     if (way == L"killed") return WriteUntilKilled(file);
-    if (way == L"rolling") return RollUntilTheEnd(file);
-    if (way == L"stopped") return EndWhileStopped(file, std::stoul(argv[3], nullptr, 16));
+    if (way == L"amid lines") return EndAmidLines(file);
     if (way == L"early") {
         QLLogger::CloseLogs();
         PutLines(0, kLines);

@@ -1,4 +1,4 @@
-// logging_loader LIBRARY FILE: loads the library, queues lines and frees it until the system says that it is
+// logging_loader WAY FILE: loads the library, queues lines and frees it until the system says that it is
 // gone.
 #include <filesystem>
 #include <string>
@@ -7,6 +7,7 @@
 
 namespace {
 
+constexpr wchar_t kLibrary[] = L"Quillet.Platform.Native.Util.dll";
 constexpr int kLines = 20'000;
 
 template <class Function>
@@ -24,7 +25,7 @@ void WaitUntilTheWriterRuns(const wchar_t* file) {
 
 int wmain(int argc, wchar_t** argv) {
     if (argc < 3) return 2;
-    const HMODULE library = ::LoadLibraryW(argv[1]);
+    const HMODULE library = ::LoadLibraryW(kLibrary);
     const auto initialize =
         Find<void(const wchar_t*, int)>(library, "_ZN8QLLogger13InitializeLogEPKw10QLLogLevel");
     const auto put = Find<void(int, const wchar_t*)>(library, "_ZN8QLLogger10PutMessageE10QLLogLevelPKw");
@@ -39,5 +40,5 @@ int wmain(int argc, wchar_t** argv) {
         WaitUntilTheWriterRuns(argv[2]);
     }
     for (int i = 0; i < 3; ++i) ::FreeLibrary(library);
-    return ::GetModuleHandleW(argv[1]) ? 5 : 4;
+    return ::GetModuleHandleW(kLibrary) ? 5 : 4;
 }
