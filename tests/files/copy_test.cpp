@@ -4,8 +4,7 @@
 
 #include "files/backup.h"
 #include "files/same_file.h"
-#include "tests/support/other_process.h"
-#include "tests/support/small_disk.h"
+#include "tests/support/open_file.h"
 #include "tests/support/test_folder.h"
 
 namespace {
@@ -63,6 +62,9 @@ TEST_F(Copies, GoToDevicesAndComeFromThem) {
     EXPECT_TRUE(Copy(L"NUL", a_));
     EXPECT_TRUE(Copy(b_, L"NUL"));
     EXPECT_EQ("", BytesOf(b_));
+    QL_SKIP_WITHOUT_FULL_DEVICE();
+    EXPECT_FALSE(Copy(kFullDevice, a_));
+    EXPECT_EQ(DWORD{ERROR_DISK_FULL}, ::GetLastError());
 }
 
 TEST_F(Copies, LoseNothingWhenTheyFailAndSayWhy) {
@@ -82,13 +84,13 @@ TEST_F(Copies, LoseNothingWhenTheyFailAndSayWhy) {
     EXPECT_FALSE(Copy(b_, folder_ / L"none", true));
     EXPECT_EQ(static_cast<unsigned long>(ERROR_FILE_NOT_FOUND), error_);
     {
-        const OtherProcess holder(a_, kShareNothing);
+        const auto holder = OpenFile(a_, kShareNothing);
         expectFailure(L"b", L"a", ERROR_SHARING_VIOLATION);
         EXPECT_FALSE(Copy(b_, a_, true));
         EXPECT_EQ(static_cast<unsigned long>(ERROR_SHARING_VIOLATION), error_);
     }
     {
-        const OtherProcess holder(b_, kShareReading), sourceHolder(a_, kShareReading);
+        const auto holder = OpenFile(b_, kShareReading), sourceHolder = OpenFile(a_, kShareReading);
         expectFailure(L"b", L"a", ERROR_SHARING_VIOLATION);
         EXPECT_TRUE(Copy(folder_ / L"c", a_, true)) << "others may read both";
     }
@@ -96,25 +98,6 @@ TEST_F(Copies, LoseNothingWhenTheyFailAndSayWhy) {
     EXPECT_FALSE(MakeFileCopy(b_.c_str(), nullptr, 1, error_));
     EXPECT_EQ("the source", BytesOf(a_));
     EXPECT_EQ("the destination", BytesOf(b_));
-}
-
-// The end of a file is moved on this disk without giving out room for it.
-TEST_F(Copies, LoseNothingOnAFullDisk) {
-    const SmallDisk disk;
-    QL_SKIP_UNLESS_MOUNTED(disk);
-    const std::wstring destination = disk / L"destination";
-    PutBytes(a_, Bytes(600'000));
-    PutBytes(destination, "the destination");
-    disk.FillBut(400'000 / 4096 * 4096);
-    for (const std::wstring& file : {destination, disk / L"new"}) {
-        EXPECT_FALSE(Copy(file, a_));
-        EXPECT_EQ(DWORD{ERROR_DISK_FULL}, ::GetLastError());
-    }
-    EXPECT_EQ("the destination", BytesOf(destination));
-    EXPECT_FALSE(std::filesystem::exists(disk / L"new"));
-    std::filesystem::remove(disk / L"filler");
-    EXPECT_TRUE(Copy(destination, a_));
-    EXPECT_TRUE(Bytes(600'000) == BytesOf(destination));
 }
 
 // Not every volume numbers its files.
@@ -126,11 +109,8 @@ TEST_F(Copies, TellFilesApartByNumberOrByPlace) {
     EXPECT_EQ(Sameness::kUnknown, ql::Compare({1, 0}, {1, 0}));
     PutBytes(a_, "x");
     PutBytes(b_, "x");
-    const auto open = [](const std::wstring& file) {
-        return ql::UniqueFileHandle(
-            ::CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    };
-    const auto a = open(a_), b = open(b_), again = open(folder_ / L"A");
+    const auto a = OpenFile(a_, kShareReading), b = OpenFile(b_, kShareReading),
+               again = OpenFile(folder_ / L"A", kShareReading);
     EXPECT_TRUE(ql::LieAtOnePlace(a.get(), again.get()));
     EXPECT_FALSE(ql::LieAtOnePlace(a.get(), b.get()));
     EXPECT_TRUE(ql::AreOneFile(a.get(), again.get()));
@@ -140,64 +120,43 @@ TEST_F(Copies, TellFilesApartByNumberOrByPlace) {
 using Backups = Copies;
 
 TEST_F(Backups, MoveFromTheFirstLevelToTheSecond) {
-    const struct {
-        const wchar_t *file, *first, *second;
-    } kCases[] = {{L"Letter.docx", L"Letter.~docx1", L"Letter.~docx2"},
-                  {L"Letter", L"Letter.~1", L"Letter.~2"},
-                  {L"Letter.old.rtf", L"Letter.old.~rtf1", L"Letter.old.~rtf2"}};
-    for (const auto& c : kCases) {
+    const wchar_t* const cases[][3] = {{L"Letter.docx", L"Letter.~docx1", L"Letter.~docx2"},
+                                       {L"Letter", L"Letter.~1", L"Letter.~2"},
+                                       {L"Letter.old.rtf", L"Letter.old.~rtf1", L"Letter.old.~rtf2"}};
+    for (const auto& [file, first, second] : cases) {
         wchar_t message[64] = L"untouched";
         for (const char* contents : {"one", "two", "three"}) {
-            PutBytes(folder_ / c.file, contents);
-            EXPECT_TRUE(BackupFile(QLFileName((folder_ / c.file).c_str()), message, 64));
+            PutBytes(folder_ / file, contents);
+            EXPECT_TRUE(BackupFile(QLFileName((folder_ / file).c_str()), message, 64));
         }
-        EXPECT_EQ("three", BytesOf(folder_ / c.file));
-        EXPECT_EQ("three", BytesOf(folder_ / c.first));
-        EXPECT_EQ("two", BytesOf(folder_ / c.second));
+        EXPECT_EQ("three", BytesOf(folder_ / file));
+        EXPECT_EQ("three", BytesOf(folder_ / first));
+        EXPECT_EQ("two", BytesOf(folder_ / second));
         EXPECT_STREQ(L"untouched", message);
     }
 }
 
 TEST_F(Backups, SayWhichLevelFailedAndKeepTheRest) {
-    const QLFileName file((folder_ / L"a.txt").c_str());
+    const std::wstring path = folder_ / L"a.txt", first = folder_ / L"a.~txt1", second = folder_ / L"a.~txt2";
+    const QLFileName file(path.c_str());
     wchar_t message[64] = L"";
-    PutBytes(folder_ / L"a.txt", "now");
-    PutBytes(folder_ / L"a.~txt1", "before");
+    PutBytes(path, "now");
+    PutBytes(first, "before");
     {
-        const OtherProcess holder(folder_ / L"a.~txt1", kShareReading);
+        const auto holder = OpenFile(first, kShareReading);
         EXPECT_FALSE(BackupFile(file, message, 8));
         EXPECT_EQ(DWORD{ERROR_SHARING_VIOLATION}, ::GetLastError());
         EXPECT_STREQ(L"Unable ", message);
     }
-    EXPECT_EQ("before", BytesOf(folder_ / L"a.~txt2"));
-    std::filesystem::remove(folder_ / L"a.~txt2");
-    std::filesystem::create_directory(folder_ / L"a.~txt2");
+    EXPECT_EQ("before", BytesOf(second));
+    std::filesystem::remove(second);
+    std::filesystem::create_directory(second);
     EXPECT_FALSE(BackupFile(file, message, 64));
     EXPECT_STREQ(L"Unable to do second-level backup.", message);
     for (const int noRoom : {0, -1}) EXPECT_FALSE(BackupFile(file, message, noRoom));
     EXPECT_FALSE(BackupFile(file, nullptr, 64));
-    EXPECT_EQ("now", BytesOf(folder_ / L"a.txt"));
-    EXPECT_EQ("before", BytesOf(folder_ / L"a.~txt1"));
-}
-
-TEST_F(Backups, KeepOneWholeOnAFullDiskHoweverOften) {
-    const SmallDisk disk;
-    QL_SKIP_UNLESS_MOUNTED(disk);
-    const std::wstring path = disk / L"a.txt", whole = disk / L"a.~txt2";
-    const QLFileName file(path.c_str());
-    wchar_t message[64] = L"";
-    PutBytes(path, "before");
-    ASSERT_TRUE(BackupFile(file, message, 64));
-    PutBytes(path, Bytes(200'000));
-    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
-    disk.FillBut(40'960);
-    for (const char* time : {"first", "second", "third"}) {
-        EXPECT_FALSE(BackupFile(file, message, 64)) << time;
-        EXPECT_STREQ(L"Unable to do first-level backup.", message) << time;
-        EXPECT_EQ("before", BytesOf(whole)) << time;
-        EXPECT_FALSE(std::filesystem::exists(disk / L"a.~txt1")) << time;
-    }
-    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ("now", BytesOf(path));
+    EXPECT_EQ("before", BytesOf(first));
 }
 
 }  // namespace

@@ -6,8 +6,7 @@
 #include <vector>
 
 #include "files/file.h"
-#include "tests/support/host_shell.h"
-#include "tests/support/other_process.h"
+#include "tests/support/open_file.h"
 #include "tests/support/test_folder.h"
 
 namespace {
@@ -106,7 +105,7 @@ TEST_F(Directories, AreDeletedWithTheFilesThatCanBeRemovedButNotWithSubdirectori
     Make({L"plain", L"full", L"full\\sub"}, {L"plain\\a.txt", L"plain\\b", L"full\\c", L"full\\sub\\d"});
     ::SetFileAttributesW((folder_ / L"plain\\b").c_str(), FILE_ATTRIBUTE_READONLY);
     {
-        const OtherProcess holder(folder_ / L"plain\\a.txt", kShareAll);
+        const auto holder = OpenFile(folder_ / L"plain\\a.txt", kShareAll);
         Delete(L"plain");
         EXPECT_TRUE(Exists(L"plain\\a.txt"));
         EXPECT_FALSE(Exists(L"plain\\b"));
@@ -129,21 +128,6 @@ TEST_F(Directories, TheCurrentOneIsLeftForTheTemporaryOne) {
     EXPECT_FALSE(Exists(L"Sub"));
     EXPECT_TRUE(std::filesystem::equivalent(L".", QLGetTempPath().str()));
     std::filesystem::current_path(before);
-}
-
-TEST_F(Directories, LinksInThemAreNotFollowed) {
-    Make({L"sub", L"files", L"other"}, {L"other\\kept", L"guarded"});
-    ASSERT_TRUE(
-        ::CreateHardLinkW((folder_ / L"files\\hard").c_str(), (folder_ / L"guarded").c_str(), nullptr));
-    Delete(L"files");
-    EXPECT_FALSE(Exists(L"files"));
-    EXPECT_EQ("x", BytesOf(folder_ / L"guarded"));
-    const std::wstring link = folder_ / L"sub\\folder";
-    if (!RunInHostShell(folder_.path().wstring(), L"ln -s ../other sub/folder"))
-        ::CreateSymbolicLinkW(link.c_str(), (folder_ / L"other").c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY);
-    if (!std::filesystem::exists(link)) GTEST_SKIP() << "no links to be had here";
-    Delete(L"sub");
-    EXPECT_TRUE(Exists(L"other\\kept"));
 }
 
 }  // namespace

@@ -3,10 +3,16 @@
 #include <gtest/gtest.h>
 
 #include "files/program_name.h"
-#include "tests/support/other_process.h"
+#include "platform/unique_handle.h"
 #include "tests/support/test_folder.h"
 
 namespace {
+
+std::wstring ChildProgram() {
+    wchar_t path[MAX_PATH];
+    ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::filesystem::path(path).replace_filename("files_child.exe").wstring();
+}
 
 class Launching : public testing::Test {
   protected:
@@ -63,25 +69,19 @@ TEST(OwnCommandLine, BeginsBehindTheProgramsName) {
     EXPECT_TRUE(std::wstring_view(::GetCommandLineW()).ends_with(GetOwnCommandLine()));
 }
 
-TEST_F(Launching, FailsWithoutAProgram) {
-    PutBytes(folder_ / L"text.exe", "no program");
-    for (const std::wstring& program :
-         {folder_ / L"none.exe", folder_ / L"text.exe", std::wstring(), std::wstring(L"http://srv/a.exe")}) {
-        EXPECT_FALSE(LaunchApplication(QLCmdLine(program.c_str()), SW_SHOW))
-            << testing::PrintToString(program);
-    }
-}
-
 // Of a program without windows: Wine itself keeps what tells that one with windows is idle.
-TEST_F(Launching, KeepsNoHandle) {
+TEST_F(Launching, FailsWithoutAProgramAndKeepsNoHandle) {
     wchar_t system[MAX_PATH];
     ::GetSystemDirectoryW(system, MAX_PATH);
-    QLCmdLine program(QLFileName((system + std::wstring(L"\\cmd.exe")).c_str())),
-        missing((folder_ / L"none.exe").c_str());
+    QLCmdLine program(QLFileName((system + std::wstring(L"\\cmd.exe")).c_str()));
     program.SetSwitches(L"/c exit");
+    PutBytes(folder_ / L"text.exe", "no program");
+    const std::wstring others[] = {folder_ / L"none.exe", folder_ / L"text.exe", L"", L"http://srv/a.exe"};
     const auto launch = [&] {
         ASSERT_TRUE(LaunchApplication(program, SW_HIDE));
-        EXPECT_FALSE(LaunchApplication(missing, SW_HIDE));
+        for (const std::wstring& other : others)
+            EXPECT_FALSE(LaunchApplication(QLCmdLine(other.c_str()), SW_SHOW))
+                << testing::PrintToString(other);
     };
     launch();
     const std::uintptr_t before = NextHandle();
