@@ -13,37 +13,40 @@
 #include <utility>
 #include <vector>
 
-#include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "tests/support/private_registry.h"
+#include "tests/support/start_process.h"
 #include "tests/support/test_folder.h"
 
 namespace {
 
 constexpr const wchar_t* kTitle = L"Folder for answers";
 
-// Windows of the system's dialogs on one thread: the folder dialog, which has a tree, and message boxes.
+// Windows of the system's dialogs in one process: the folder dialog, which has a tree, and message boxes.
 struct Dialogs {
-    HWND folder = nullptr;
-    HWND box = nullptr;
+    DWORD process;
+    HWND folder = nullptr, box = nullptr;
 };
 
 BOOL CALLBACK Sort(HWND window, LPARAM data) {
+    auto& dialogs = *reinterpret_cast<Dialogs*>(data);
+    DWORD process = 0;
+    ::GetWindowThreadProcessId(window, &process);
     wchar_t name[32] = {};
     ::GetClassNameW(window, name, 32);
-    if (std::wstring_view(name) != L"#32770" || !::IsWindowVisible(window)) return TRUE;
+    const bool isDialog = std::wstring_view(name) == L"#32770" && ::IsWindowVisible(window);
+    if (process != dialogs.process || !isDialog) return TRUE;
     const bool hasTree = ::FindWindowExW(window, nullptr, L"SysTreeView32", nullptr) != nullptr;
-    auto& dialogs = *reinterpret_cast<Dialogs*>(data);
     (hasTree ? dialogs.folder : dialogs.box) = window;
     return TRUE;
 }
 
-// Plays the user, on a thread of its own, while the test's thread or another one shows a dialog. What is
-// still open a second after the last act is cancelled, so that a failure does not become a hang.
+// Plays the user, on a thread of its own, while this process or another one shows a dialog. What is still
+// open a second after the last act is cancelled, so that a failure does not become a hang.
 class User {
   public:
-    explicit User(std::function<void(User&)> acts, DWORD screen = ::GetCurrentThreadId())
-        : screen_(screen), thread_([this, acts = std::move(acts)] {
+    explicit User(std::function<void(User&)> acts, DWORD process = ::GetCurrentProcessId())
+        : process_(process), thread_([this, acts = std::move(acts)] {
               acts(*this);
               for (int waited = 0; !done_; waited += 10, ::Sleep(10))
                   if (waited > 1000) CancelAll();
@@ -89,8 +92,8 @@ class User {
     HWND Folder() { return Wait(&Dialogs::folder); }
 
     Dialogs Open() const {
-        Dialogs dialogs;
-        ::EnumThreadWindows(screen_, &Sort, reinterpret_cast<LPARAM>(&dialogs));
+        Dialogs dialogs{process_};
+        ::EnumWindows(&Sort, reinterpret_cast<LPARAM>(&dialogs));
         return dialogs;
     }
 
@@ -108,7 +111,7 @@ class User {
             if (window) ::PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
     }
 
-    DWORD screen_;
+    DWORD process_;
     std::atomic<bool> done_ = false;
     std::thread thread_;
 };
@@ -281,15 +284,9 @@ TEST_F(BrowseForFolder, QlutilPrintsTheFolderThatTheUserPicks) {
     const std::wstring answer = outer_ + L"\\answer";
     ql::UniqueFileHandle file(
         ::CreateFileW(answer.c_str(), GENERIC_WRITE, 0, &inherited, CREATE_ALWAYS, 0, nullptr));
-    STARTUPINFOW startup = {};
-    startup.cb = sizeof startup;
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = file.get();
-    std::wstring line = L"qlutil.exe pick-folder --title \"Folder for answers\" --start \"" + outer_ + L'"';
-    PROCESS_INFORMATION process = {};
-    ASSERT_TRUE(::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                                 &process));
-    const ql::UniqueKernelHandle thread(process.hThread), program(process.hProcess);
+    const auto program = StartProcess(
+        L"qlutil.exe pick-folder --title \"Folder for answers\" --start \"" + outer_ + L'"', file.get());
+    ASSERT_TRUE(program);
     {
         const User user(
             [](User& u) {
@@ -297,7 +294,7 @@ TEST_F(BrowseForFolder, QlutilPrintsTheFolderThatTheUserPicks) {
                 u.Type(L"inner");
                 u.Press(IDOK);
             },
-            process.dwThreadId);
+            ::GetProcessId(program.get()));
         EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(program.get(), 60'000));
     }
     DWORD status = 1;

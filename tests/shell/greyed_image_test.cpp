@@ -11,95 +11,75 @@
 
 namespace {
 
-using Pixels = std::vector<COLORREF>;  // row by row from the top
+using Pixels = std::vector<std::uint32_t>;  // 0xRRGGBB, row by row from the top
 
-constexpr COLORREF kBlack = RGB(0, 0, 0);
-constexpr COLORREF kWhite = RGB(255, 255, 255);
-constexpr COLORREF kMagenta = RGB(255, 0, 255);
+constexpr std::uint32_t kBlack = 0, kWhite = 0xFFFFFF, kMagenta = 0xFF00FF;
 
-COLORREF GreyOf(COLORREF color) {
-    const unsigned grey = ql::GreyOf(GetBValue(color), GetGValue(color), GetRValue(color));
-    return RGB(grey, grey, grey);
+std::uint32_t GreyOf(std::uint32_t color) {
+    return 0x010101u * static_cast<unsigned>(ql::GreyOf(color & 0xFF, color >> 8 & 0xFF, color >> 16));
 }
 
-// A surface to paint on and look at, as wide and high as the test says.
-class Surface {
-  public:
-    Surface(int width, int height, WORD bits = 32) : width_(width), height_(height) {
-        BITMAPINFO info = {};
-        info.bmiHeader = {sizeof info.bmiHeader, width, height, 1, bits, BI_RGB, 0, 0, 0, 0, 0};
-        void* memory = nullptr;
-        bitmap_ = ::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &memory, nullptr, 0);
-        dc_ = ::CreateCompatibleDC(nullptr);
-        before_ = ::SelectObject(dc_, bitmap_);
-    }
-    ~Surface() {
-        Deselect();
-        ::DeleteDC(dc_);
-        ::DeleteObject(bitmap_);
-    }
-    Surface(const Surface&) = delete;
-    Surface& operator=(const Surface&) = delete;
-
-    HDC dc() const { return dc_; }
-    HBITMAP bitmap() const { return bitmap_; }  // which stays selected
-    void Set(const Pixels& pixels) {
-        for (int i = 0; i < width_ * height_; ++i)
-            ::SetPixelV(dc_, i % width_, i / width_, pixels[static_cast<std::size_t>(i)]);
-    }
-    Pixels Get() const {
-        Pixels pixels;
-        for (int i = 0; i < width_ * height_; ++i) pixels.push_back(::GetPixel(dc_, i % width_, i / width_));
-        return pixels;
-    }
-    HBITMAP Deselect() {
-        ::SelectObject(dc_, before_);
-        return bitmap_;
-    }
-
-  private:
-    int width_;
-    int height_;
-    HBITMAP bitmap_;
-    HDC dc_;
-    HGDIOBJ before_;
+struct DeletesObject {
+    void operator()(HGDIOBJ object) const { ::DeleteObject(object); }
 };
+using Bitmap = std::unique_ptr<HBITMAP__, DeletesObject>;
 
-Pixels PixelsOf(HBITMAP bitmap, int width, int height) {
-    Surface surface(width, height);
-    const HDC source = ::CreateCompatibleDC(nullptr);
-    const HGDIOBJ before = ::SelectObject(source, bitmap);
-    ::BitBlt(surface.dc(), 0, 0, width, height, source, 0, 0, SRCCOPY);
-    ::SelectObject(source, before);
-    ::DeleteDC(source);
-    return surface.Get();
+HDC Memory() {
+    static const HDC dc = ::CreateCompatibleDC(nullptr);
+    return dc;
 }
 
-Pixels Colorful(int width, int height) {
-    Pixels pixels;
-    for (int i = 0; i < width * height; ++i) pixels.push_back(RGB(i * 37 % 256, i * 91 % 256, i * 53 % 256));
+BITMAPINFO Layout(int width, int height, WORD bits) {
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof info.bmiHeader, width, height, 1, bits, BI_RGB, 0, 0, 0, 0, 0};
+    return info;
+}
+
+Bitmap BitmapOf(const Pixels& pixels, int width, WORD bits) {
+    const int height = static_cast<int>(pixels.size()) / width;
+    const BITMAPINFO own = Layout(width, height, bits), fromTheTop = Layout(width, -height, 32);
+    void* memory = nullptr;
+    Bitmap bitmap(::CreateDIBSection(nullptr, &own, DIB_RGB_COLORS, &memory, nullptr, 0));
+    EXPECT_EQ(height, ::SetDIBits(Memory(), bitmap.get(), 0, static_cast<UINT>(height), pixels.data(),
+                                  &fromTheTop, DIB_RGB_COLORS));
+    return bitmap;
+}
+
+Pixels PixelsOf(const Bitmap& bitmap, int width, int height) {
+    Pixels pixels(static_cast<std::size_t>(width * height));
+    BITMAPINFO fromTheTop = Layout(width, -height, 32);
+    EXPECT_EQ(height, ::GetDIBits(Memory(), bitmap.get(), 0, static_cast<UINT>(height), pixels.data(),
+                                  &fromTheTop, DIB_RGB_COLORS));
+    for (std::uint32_t& pixel : pixels) pixel &= 0xFFFFFF;
     return pixels;
 }
 
-Pixels Greyed(Pixels pixels) {
-    for (COLORREF& pixel : pixels) pixel = GreyOf(pixel);
-    return pixels;
+// While the work is done the bitmap is selected.
+template <class Work>
+auto Selected(const Bitmap& bitmap, Work work) {
+    const HGDIOBJ before = ::SelectObject(Memory(), bitmap.get());
+    const auto result = work();
+    ::SelectObject(Memory(), before);
+    return result;
 }
 
 TEST(GreyedBitmap, HasTheGreyOfEveryPixelInTwentyFourBits) {
     for (const WORD bits : {WORD{24}, WORD{32}}) {
         for (const int width : {1, 5, 6, 7, 8, 33}) {
-            Surface surface(width, 9, bits);
-            surface.Set(Colorful(width, 9));
-            const HBITMAP greyed = CreateGreyedBitmap(surface.bitmap());
+            Pixels colors, greys;
+            for (unsigned i = 0; i < 9u * static_cast<unsigned>(width); ++i) {
+                colors.push_back(i * 0x355B25 & 0xFFFFFF);
+                greys.push_back(GreyOf(colors.back()));
+            }
+            const Bitmap original = BitmapOf(colors, width, bits);
+            const Bitmap greyed(Selected(original, [&] { return CreateGreyedBitmap(original.get()); }));
             BITMAP made = {};
-            EXPECT_TRUE(::GetObjectW(greyed, sizeof made, &made));
+            EXPECT_TRUE(::GetObjectW(greyed.get(), sizeof made, &made));
             EXPECT_EQ(24, made.bmBitsPixel);
             EXPECT_EQ(width, made.bmWidth);
             EXPECT_EQ(9, made.bmHeight);
-            EXPECT_EQ(Greyed(Colorful(width, 9)), PixelsOf(greyed, width, 9)) << bits << ' ' << width;
-            EXPECT_EQ(Colorful(width, 9), PixelsOf(surface.Deselect(), width, 9)) << "the original";
-            ::DeleteObject(greyed);
+            EXPECT_EQ(greys, PixelsOf(greyed, width, 9)) << bits << ' ' << width;
+            EXPECT_EQ(colors, PixelsOf(original, width, 9)) << bits << ' ' << width;
         }
     }
 }
@@ -121,24 +101,22 @@ Icon GreyedIcon(const std::uint8_t* mask, int maskHeight, HBITMAP colors, bool i
     return greyed;
 }
 
-Pixels Drawn(HICON icon, COLORREF background) {
-    Surface surface(4, 2);
-    surface.Set(Pixels(8, background));
-    EXPECT_TRUE(::DrawIconEx(surface.dc(), 0, 0, icon, 4, 2, 0, nullptr, DI_NORMAL));
-    return surface.Get();
+Pixels Drawn(const Icon& icon, std::uint32_t background) {
+    const Bitmap surface = BitmapOf(Pixels(8, background), 4, 32);
+    EXPECT_TRUE(Selected(
+        surface, [&] { return ::DrawIconEx(Memory(), 0, 0, icon.get(), 4, 2, 0, nullptr, DI_NORMAL); }));
+    return PixelsOf(surface, 4, 2);
 }
 
 TEST(GreyedIcon, IsGreyWhereOpaqueAndClearWhereMasked) {
-    const Pixels colors = {RGB(255, 0, 0), RGB(0, 255, 0), RGB(0, 0, 255), kBlack,
-                           kWhite,         kBlack,         RGB(1, 2, 3),   kWhite};
+    const Pixels colors = {0xFF0000, 0x00FF00, 0x0000FF, kBlack, kWhite, kBlack, 0x010203, kWhite};
     const std::uint8_t mask[] = {0x10, 0, 0x80 | 0x40, 0};  // set: the last above, the first two below
-    Surface surface(4, 2, 24);
-    surface.Set(colors);
-    const Icon greyed = GreyedIcon(mask, 2, surface.Deselect());
-    for (const COLORREF background : {kBlack, kWhite, kMagenta}) {
-        const Pixels expected = {GreyOf(colors[0]), GreyOf(colors[1]), GreyOf(colors[2]), background,
-                                 background,        background,        GreyOf(colors[6]), GreyOf(colors[7])};
-        EXPECT_EQ(expected, Drawn(greyed.get(), background)) << background;
+    const Icon greyed = GreyedIcon(mask, 2, BitmapOf(colors, 4, 24).get());
+    for (const std::uint32_t background : {kBlack, kWhite, kMagenta}) {
+        Pixels expected;
+        for (const std::uint32_t color : colors) expected.push_back(GreyOf(color));
+        for (const std::size_t masked : {3u, 4u, 5u}) expected[masked] = background;
+        EXPECT_EQ(expected, Drawn(greyed, background)) << background;
     }
 }
 
@@ -146,15 +124,14 @@ TEST(GreyedIcon, OfBlackAndWhiteIsGreyToo) {
     // Above the mask, below black and white: black, white, clear, inverting in the first row.
     const std::uint8_t halves[] = {0x30, 0, 0x00, 0, 0x50, 0, 0xf0, 0};
     const Icon greyed = GreyedIcon(halves, 4, nullptr);
-    const COLORREF black = GreyOf(kBlack);
+    const std::uint32_t black = GreyOf(kBlack);
     const Pixels expected = {black, kWhite, kMagenta, kMagenta, kWhite, kWhite, kWhite, kWhite};
-    EXPECT_EQ(expected, Drawn(greyed.get(), kMagenta));
+    EXPECT_EQ(expected, Drawn(greyed, kMagenta));
 }
 
 TEST(GreyedIcon, KeepsACursorsHotSpot) {
-    Surface surface(4, 2, 24);
     const std::uint8_t opaque[4] = {};
-    const Icon greyed = GreyedIcon(opaque, 2, surface.Deselect(), false);
+    const Icon greyed = GreyedIcon(opaque, 2, BitmapOf(Pixels(8), 4, 24).get(), false);
     ICONINFO info = {};
     EXPECT_TRUE(::GetIconInfo(greyed.get(), &info));
     EXPECT_FALSE(info.fIcon);
