@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <sstream>
 #include <string>
@@ -59,42 +60,45 @@ class DynazipCalls : public testing::Test {
     Recording *zip_ = nullptr, *unzip_ = nullptr;
 };
 
-// Size, function, level and the flags quiet, grow, without folders' names, recurse, comment.
-std::string Settings(const ZIPCMDSTRUCT& zip) {
-    return Joined(zip.zipStructSize, zip.function, zip.compFactor, zip.quietFlag, zip.growExistingFlag,
-                  zip.noDirectoryNamesFlag, zip.recurseFlag, zip.addCommentFlag);
+// Of the command that an engine was called with.
+TEST_F(DynazipCalls, FillTheRecords) {
+    EXPECT_EQ(1, Dynazip::AddFileToZip(L"C:\\a \u20ac.zip", L"C:\\in", L"b c.txt", 7));
+    EXPECT_EQ("C:\\a \x80.zip|\"C:\\in\\b c.txt\"|", Joined(zip_->archive, zip_->items));
+    const ZIPCMDSTRUCT& zip = zip_->zip;
+    const auto flags = [&zip] {
+        return Joined(zip.zipStructSize, zip.quietFlag, zip.growExistingFlag, zip.noDirectoryNamesFlag,
+                      zip.recurseFlag, zip.addCommentFlag);
+    };
+    EXPECT_EQ("188|1|1|1|0|0|", flags());
+    EXPECT_EQ("3|7|", Joined(zip.function, zip.compFactor));
+    zip_->answer = ZIP_NOTHING_TO_DO;
+    EXPECT_EQ(0, Dynazip::AddFileToZip(L"a", nullptr, L"b", 0));
+    EXPECT_STREQ("\"\\b\"", zip_->items);
+    EXPECT_EQ(ZIP_NOTHING_TO_DO, Dynazip::DeleteFileFromZip(L"a.zip", L"b c.txt"));
+    EXPECT_EQ("2|5|\"b c.txt\"|trash|", Joined(zip.function, zip.compFactor, zip_->items, zip_->place));
+
+    unzip_->answer = UNZIP_CANCELLED;
+    EXPECT_EQ(UNZIP_CANCELLED, Dynazip::ExtractFileFromZip(L"a.zip", L"b c.txt", L"C:\\out"));
+    const UNZIPCMDSTRUCT& unzip = unzip_->unzip;
+    EXPECT_EQ("142|8|-1|\"b c.txt\"|C:\\out|",
+              Joined(unzip.unzipStructSize, unzip.function, unzip.index, unzip_->items, unzip_->place));
+    EXPECT_EQ("1|1|1|1|0|0|", Joined(unzip.overWriteFlag, unzip.noDirectoryNamesFlag, unzip.recurseFlag,
+                                     unzip.noDirectoryItemsFlag, unzip.testFlag, unzip.freshenFlag));
 }
 
-TEST_F(DynazipCalls, AddAndDeleteFill) {
-    EXPECT_EQ(Dynazip::AddFileToZip(L"C:\\a \u20ac.zip", L"C:\\in", L"b c.txt", 7), 1);
-    EXPECT_EQ(Joined(zip_->archive, zip_->items), "C:\\a \x80.zip|\"C:\\in\\b c.txt\"|");
-    EXPECT_EQ(Settings(zip_->zip), "188|3|7|1|1|1|0|0|");
-    zip_->answer = 12;
-    EXPECT_EQ(Dynazip::AddFileToZip(L"a", nullptr, L"b", 0), 0);
-    EXPECT_STREQ(zip_->items, "\"\\b\"");
-    EXPECT_EQ(Dynazip::DeleteFileFromZip(L"a.zip", L"b c.txt"), 12);
-    EXPECT_EQ(Joined(zip_->zip.function, zip_->zip.compFactor, zip_->items, zip_->place),
-              "2|5|\"b c.txt\"|trash|");
-}
-
-TEST_F(DynazipCalls, ExtractFills) {
-    unzip_->answer = 39;
-    EXPECT_EQ(Dynazip::ExtractFileFromZip(L"a.zip", L"b c.txt", L"C:\\out"), 39);
-    const UNZIPCMDSTRUCT& told = unzip_->unzip;
-    EXPECT_EQ(Joined(told.unzipStructSize, told.function, told.index, unzip_->items, unzip_->place),
-              "142|8|-1|\"b c.txt\"|C:\\out|");
-    EXPECT_EQ(Joined(told.overWriteFlag, told.noDirectoryNamesFlag, told.recurseFlag,
-                     told.noDirectoryItemsFlag, told.testFlag, told.freshenFlag),
-              "1|1|1|1|0|0|");
-}
-
-TEST_F(DynazipCalls, ExistsCountsWhatMatches) {
-    EXPECT_EQ(Dynazip::FileExistsInZip(L"a.zip", L"b"), 0);
-    EXPECT_EQ(unzip_->unzip.function, 3);
-    unzip_->count = 2;
-    EXPECT_EQ(Dynazip::FileExistsInZip(L"a.zip", L"b"), 1);
-    unzip_->answer = 9;
-    EXPECT_EQ(Dynazip::FileExistsInZip(L"a.zip", L"b"), 0);
+TEST_F(DynazipCalls, ExistsCountsWhatMatchesAndIndexedInfoIsTheEngines) {
+    for (const auto& [count, answer, exists] : {std::array{0, 0, 0}, {2, 0, 1}, {2, 9, 0}}) {
+        unzip_->count = count;
+        unzip_->answer = answer;
+        EXPECT_EQ(exists, Dynazip::FileExistsInZip(L"a.zip", L"b")) << count << ' ' << answer;
+        EXPECT_EQ(UNZIP_COUNT_MATCHING, unzip_->unzip.function);
+    }
+    unzip_->answer = UNZIP_DONE;
+    unzip_->info.crc_32 = 77;
+    ZIPINFO info{};
+    EXPECT_EQ(UNZIP_DONE, Dynazip::GetIndexedZipInfo(L"a.zip", 5, &info));
+    EXPECT_EQ("7|5|77|", Joined(unzip_->unzip.function, unzip_->unzip.index, info.crc_32));
+    EXPECT_EQ(ZIP_BAD_REQUEST, Dynazip::GetIndexedZipInfo(L"a.zip", 5, nullptr));
 }
 
 TEST_F(DynazipCalls, CommentsAreReadInOneCallWithRoomForTheLongest) {
@@ -188,14 +192,6 @@ TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
     EXPECT_EQ(2, size);
 }
 
-TEST_F(DynazipCalls, IndexedInfoIsTheEngines) {
-    unzip_->info.crc_32 = 77;
-    ZIPINFO info{};
-    EXPECT_EQ(Dynazip::GetIndexedZipInfo(L"a.zip", 5, &info), 0);
-    EXPECT_EQ(Joined(unzip_->unzip.function, unzip_->unzip.index, info.crc_32), "7|5|77|");
-    EXPECT_EQ(Dynazip::GetIndexedZipInfo(L"a.zip", 5, nullptr), 16);
-}
-
 // The answers of all operations on names, and whether there is a comment.
 std::vector<long> Answers(const wchar_t* archive, const wchar_t* name, const wchar_t* folder) {
     std::int64_t time;
@@ -241,30 +237,25 @@ class DynazipLoading : public testing::Test {
 TEST_F(DynazipLoading, LoadsOnceUntilFreedAndAgain) {
     for (int round = 0; round < 2; ++round) {
         for (int times = 0; times < 2; ++times) EXPECT_TRUE(IsLoaded());
-        EXPECT_TRUE(::GetModuleHandleW(kZipEngine) && ::GetModuleHandleW(kUnzipEngine));
+        for (const wchar_t* engine : {kZipEngine, kUnzipEngine}) EXPECT_TRUE(::GetModuleHandleW(engine));
         for (int times = 0; times < 2; ++times) Free();
-        EXPECT_FALSE(::GetModuleHandleW(kZipEngine) || ::GetModuleHandleW(kUnzipEngine));
+        for (const wchar_t* engine : {kZipEngine, kUnzipEngine}) EXPECT_FALSE(::GetModuleHandleW(engine));
     }
 }
 
 TEST_F(DynazipLoading, WithoutEnginesEachOperationFails) {
-    PutAway(kZipEngine);
-    PutAway(kUnzipEngine);
-    EXPECT_EQ(Dynazip::IsZipDllLoaded(), 0);
-    EXPECT_EQ(Dynazip::IsUnZipDllLoaded(), 0);
-    EXPECT_EQ(Answers(L"a", L"a", L"a"), (std::vector<long>{0, 126, 126, 0, 0, 126, 126, 0}));
+    for (const wchar_t* engine : {kZipEngine, kUnzipEngine}) PutAway(engine);
+    EXPECT_EQ(0, Dynazip::IsZipDllLoaded());
+    EXPECT_EQ(0, Dynazip::IsUnZipDllLoaded());
+    EXPECT_EQ((std::vector<long>{0, 126, 126, 0, 0, 126, 126, 0}), Answers(L"a", L"a", L"a"));
     EXPECT_EQ(ZIP_ENGINE_NOT_LOADED, Dynazip::LastEngineCode());
     EXPECT_STREQ(L"The zip engine is not loaded", Dynazip::ZipErrorMsg(ZIP_ENGINE_NOT_LOADED));
+    const std::wstring library = Beside(L"Quillet.Platform.Native.Util.dll");
+    ASSERT_TRUE(::CopyFileW(library.c_str(), Beside(kZipEngine).c_str(), FALSE));
+    EXPECT_EQ(0, Dynazip::IsZipDllLoaded()) << "a module without the entry point";
+    EXPECT_FALSE(::GetModuleHandleW(kZipEngine)) << "is unloaded again";
     PutBack(kZipEngine);
-    EXPECT_EQ(Dynazip::IsZipDllLoaded(), 1);
-}
-
-TEST_F(DynazipLoading, AModuleWithoutTheEntryPointIsUnloadedAgain) {
-    PutAway(kZipEngine);
-    ASSERT_TRUE(
-        ::CopyFileW(Beside(L"Quillet.Platform.Native.Util.dll").c_str(), Beside(kZipEngine).c_str(), FALSE));
-    EXPECT_EQ(Dynazip::IsZipDllLoaded(), 0);
-    EXPECT_FALSE(::GetModuleHandleW(kZipEngine));
+    EXPECT_EQ(1, Dynazip::IsZipDllLoaded());
 }
 
 TEST(DynazipRecords, StartFromTheirDefaults) {
@@ -282,12 +273,12 @@ TEST(DynazipRecords, StartFromTheirDefaults) {
 }
 
 TEST(DynazipMessages, HaveTheirCodes) {
-    EXPECT_STREQ(Dynazip::ZipErrorMsg(16), L"Invalid combination of control parameters");
-    EXPECT_STREQ(Dynazip::ZipErrorMsg(21), L"Improper use of Multi-Volume Zip file");
-    EXPECT_STREQ(Dynazip::UnzipErrorMsg(50), L"Disk full");
-    EXPECT_STREQ(Dynazip::UnzipErrorMsg(25), L"Index out of bounds");
-    for (int code : {-1, 0, 22, 1000}) EXPECT_STREQ(Dynazip::ZipErrorMsg(code), L"") << code;
-    for (int code : {-1, 0, 1, 10, 24, 43, 51}) EXPECT_STREQ(Dynazip::UnzipErrorMsg(code), L"") << code;
+    EXPECT_STREQ(L"Invalid combination of control parameters", Dynazip::ZipErrorMsg(ZIP_BAD_REQUEST));
+    EXPECT_STREQ(L"Improper use of Multi-Volume Zip file", Dynazip::ZipErrorMsg(ZIP_VOLUMES));
+    EXPECT_STREQ(L"Disk full", Dynazip::UnzipErrorMsg(UNZIP_DISK_FULL));
+    EXPECT_STREQ(L"Index out of bounds", Dynazip::UnzipErrorMsg(UNZIP_OUT_OF_BOUNDS));
+    for (const int code : {-1, 0, 22, 1000}) EXPECT_STREQ(L"", Dynazip::ZipErrorMsg(code)) << code;
+    for (const int code : {-1, 0, 1, 10, 24, 43, 51}) EXPECT_STREQ(L"", Dynazip::UnzipErrorMsg(code)) << code;
 }
 
 }  // namespace
