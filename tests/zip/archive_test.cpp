@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -76,25 +75,21 @@ void Append(Bytes& bytes, const Bytes& more) {
     bytes.insert(bytes.end(), more.begin(), more.end());
 }
 
-TEST(Archive, StoresWhatPackingDoesNotMakeSmaller) {
-    MemoryArchive read(Written({{"a", "abcdefgh", 32, 9}, {"b", "", 32, 9}}, ""));
-    EXPECT_EQ(read.Content(0), "abcdefgh");
-    for (const Entry& entry : read.archive.Entries()) EXPECT_EQ(entry.method, kStored);
-}
-
-// Chunks and the buffer end inside members.
+// Chunks and the buffer end inside members; what packing does not make smaller is stored.
 TEST(Archive, TakesMembersOfEverySize) {
     std::string noise;
     for (std::uint32_t i = 0, x = 1; i < 3'000'000; ++i)
         noise += static_cast<char>((x = x * 1664525 + 1013904223) >> 24);
     std::vector<Member> members;
-    for (std::size_t size : {262143u, 262144u, 262145u, 524288u, 1048575u, 3000000u}) {
-        members.push_back({"stored " + std::to_string(size), noise.substr(0, size)});
-        members.push_back({"packed " + std::to_string(size), noise.substr(0, size), 32, 1});
+    for (const int level : {0, 1, 9}) {
+        for (const std::size_t size : {0u, 8u, 262143u, 262144u, 262145u, 524288u, 1048575u, 3000000u})
+            members.push_back({std::to_string(size), noise.substr(0, size), 32, level});
     }
-    const Bytes bytes = Written(members, "");
+    MemoryArchive read(Written(members, ""));
     for (std::size_t i = 0; i < members.size(); ++i) {
-        EXPECT_TRUE(ReadMember(bytes, i) == members[i].content) << members[i].name;
+        EXPECT_TRUE(read.Content(i) == members[i].content) << members[i].name << " at " << members[i].level;
+        if (members[i].content.size() > 8) continue;
+        EXPECT_EQ(kStored, read.archive.Entries()[i].method) << members[i].name;
     }
 }
 
@@ -106,74 +101,78 @@ TEST(Archive, RefusesEveryPieceOfAnArchive) {
     }
 }
 
-struct Lie {
-    const char* what;
-    std::vector<Change> changes;
-    Result result = Result::kInvalid;
-};
-
-TEST(Archive, ArchivesThatLieDoNotOpen) {
-    const Lie cases[] = {
-        {"one member more", {{kEnd, end::kCountHere, 1}, {kEnd, end::kCount, 1}}},
-        {"one member less", {{kEnd, end::kCountHere, -1}, {kEnd, end::kCount, -1}}},
+TEST(Archive, ArchivesThatLieDoNotOpenAndMembersThatLieAreNotRead) {
+    const struct {
+        const char* what;
+        bool opens;
+        std::vector<Change> changes;
+        Result result = Result::kInvalid;
+    } cases[] = {
+        {"one member more", false, {{kEnd, end::kCountHere, 1}, {kEnd, end::kCount, 1}}},
+        {"one member less", false, {{kEnd, end::kCountHere, -1}, {kEnd, end::kCount, -1}}},
         {"65,535 members",
+         false,
          {{kEnd, end::kCountHere, -3},
           {kEnd, end::kCountHere + 1, -1},
           {kEnd, end::kCount, -3},
           {kEnd, end::kCount + 1, -1}}},
-        {"counts that differ", {{kEnd, end::kCountHere, -1}}, Result::kMultiVolume},
-        {"second disk", {{kEnd, end::kDisk, 1}}, Result::kMultiVolume},
-        {"member of another disk", {{kSecond, record::kDisk, 1}}, Result::kMultiVolume},
-        {"directory too far", {{kEnd, end::kOffset + 2, 1}}, Result::kTruncated},
-        {"directory too long", {{kEnd, end::kSize + 2, 1}}, Result::kTruncated},
-        {"directory too short", {{kEnd, end::kSize, -1}, {kEnd, end::kOffset, 1}}},
-        {"no record", {{kSecond, 0, 1}}},
-        {"record beyond the directory", {{kSecond, record::kCommentSize + 1, 1}}},
-        {"overlap", {{kSecond, record::kOffset, -1}}},
-        {"member beyond the directory", {{kSecond, record::kOffset + 3, 1}}},
-        {"header into the directory", {{kSecond, record::kOffset, 40}}},
-        {"packed size into the directory", {{kSecond, record::kPackedSize, 1}}},
-        {"stored sizes that differ", {{kFirst, record::kSize, 1}}},
-        {"ratio beyond sense", {{kSecond, record::kSize + 2, 1}}},
-    };
-    for (const auto& c : cases) EXPECT_EQ(c.result, Open(SampleWith(c.changes))) << c.what;
-}
-
-TEST(Archive, MembersThatLieAreNotRead) {
-    const Lie cases[] = {
-        {"no local header", {{kLocal, 0, 1}}},
-        {"other local name", {{kLocal, kLocalSize, 1}}},
-        {"other local size", {{kLocal, local::kSize, 1}}},
-        {"other local method", {{kLocal, local::kMethod, 1}}},
-        {"local name too long", {{kLocal, local::kNameSize, 1}}},
-        {"local extra field too long", {{kLocal, local::kExtraSize + 1, 1}}},
-        {"size too small", {{kSecond, record::kSize, -1}, {kLocal, local::kSize, -1}}},
-        {"size too great", {{kSecond, record::kSize, 1}, {kLocal, local::kSize, 1}}},
-        {"packed size too small", {{kSecond, record::kPackedSize, -1}, {kLocal, local::kPackedSize, -1}}},
-        {"wrong check sum", {{kSecond, record::kCrc, 1}, {kLocal, local::kCrc, 1}}, Result::kBadCrc},
-        {"no deflate stream", {{kLocal, kLocalSize + 5, 0x07}}},
-        {"encrypted", {{kSecond, record::kFlags, 1}, {kLocal, local::kFlags, 1}}, Result::kEncrypted},
-        {"encrypted in one place", {{kLocal, local::kFlags, 1}}},
+        {"counts that differ", false, {{kEnd, end::kCountHere, -1}}, Result::kMultiVolume},
+        {"second disk", false, {{kEnd, end::kDisk, 1}}, Result::kMultiVolume},
+        {"member of another disk", false, {{kSecond, record::kDisk, 1}}, Result::kMultiVolume},
+        {"directory too far", false, {{kEnd, end::kOffset + 2, 1}}, Result::kTruncated},
+        {"directory too long", false, {{kEnd, end::kSize + 2, 1}}, Result::kTruncated},
+        {"directory too short", false, {{kEnd, end::kSize, -1}, {kEnd, end::kOffset, 1}}},
+        {"no record", false, {{kSecond, 0, 1}}},
+        {"record beyond the directory", false, {{kSecond, record::kCommentSize + 1, 1}}},
+        {"overlap", false, {{kSecond, record::kOffset, -1}}},
+        {"member beyond the directory", false, {{kSecond, record::kOffset + 3, 1}}},
+        {"header into the directory", false, {{kSecond, record::kOffset, 40}}},
+        {"packed size into the directory", false, {{kSecond, record::kPackedSize, 1}}},
+        {"stored sizes that differ", false, {{kFirst, record::kSize, 1}}},
+        {"ratio beyond sense", false, {{kSecond, record::kSize + 2, 1}}},
+        {"no local header", true, {{kLocal, 0, 1}}},
+        {"other local name", true, {{kLocal, kLocalSize, 1}}},
+        {"other local size", true, {{kLocal, local::kSize, 1}}},
+        {"other local method", true, {{kLocal, local::kMethod, 1}}},
+        {"local name too long", true, {{kLocal, local::kNameSize, 1}}},
+        {"local extra field too long", true, {{kLocal, local::kExtraSize + 1, 1}}},
+        {"size too small", true, {{kSecond, record::kSize, -1}, {kLocal, local::kSize, -1}}},
+        {"size too great", true, {{kSecond, record::kSize, 1}, {kLocal, local::kSize, 1}}},
+        {"packed size too small",
+         true,
+         {{kSecond, record::kPackedSize, -1}, {kLocal, local::kPackedSize, -1}}},
+        {"wrong check sum", true, {{kSecond, record::kCrc, 1}, {kLocal, local::kCrc, 1}}, Result::kBadCrc},
+        {"no deflate stream", true, {{kLocal, kLocalSize + 5, 0x07}}},
+        {"encrypted", true, {{kSecond, record::kFlags, 1}, {kLocal, local::kFlags, 1}}, Result::kEncrypted},
+        {"encrypted in one place", true, {{kLocal, local::kFlags, 1}}},
         {"unknown method",
+         true,
          {{kSecond, record::kMethod, 4}, {kLocal, local::kMethod, 4}},
-         Result::kUnknownMethod},
-    };
+         Result::kUnknownMethod}};
     for (const auto& c : cases) {
         const Bytes bytes = SampleWith(c.changes);
         EXPECT_EQ(c.result, Read(bytes, 1)) << c.what;
-        EXPECT_EQ(Result::kOk, Read(bytes, 0)) << c.what;
+        EXPECT_EQ(c.opens ? Result::kOk : c.result, Read(bytes, 0)) << c.what;
     }
 }
 
-TEST(Archive, TwoEndsAreOneTooMany) {
-    Bytes twice = Sample();
-    Append(twice, Part(twice, PlaceOf(twice, kFirst)));
-    EXPECT_EQ(Result::kInvalid, Read(twice, 1));
-
+// Behind the archive itself, behind bytes that follow it, and behind a comment that takes it in; each also
+// where it misses the end of the file by a byte.
+TEST(Archive, TwoEndsAreOneTooManyButOtherBytesBehindTheEndAreAccepted) {
     const Bytes sample = Sample(), end = Part(sample, PlaceOf(sample, kEnd));
-    Bytes inComment = SampleWith({{kEnd, end::kCommentSize, static_cast<int>(end.size())}});
-    Append(inComment, end);
-    EXPECT_EQ(Result::kInvalid, Open(inComment));
+    Bytes behind = sample, twice = sample;
+    Append(behind, {1, 2, 3});
+    EXPECT_EQ(kMembers[1].content, ReadMember(behind, 1));
+    EXPECT_EQ("told", MemoryArchive(behind).archive.Comment());
+    Append(twice, Part(sample, PlaceOf(sample, kFirst)));
+    EXPECT_EQ(Result::kInvalid, Read(twice, 1));
+    for (const int missing : {0, 1}) {
+        const int size = static_cast<int>(end.size()) - missing;
+        for (Bytes bytes : {behind, SampleWith({{kEnd, end::kCommentSize, size}})}) {
+            bytes.insert(bytes.end(), end.begin(), end.end() - missing);
+            EXPECT_EQ(Result::kInvalid, Open(bytes)) << missing << " of " << bytes.size();
+        }
+    }
 }
 
 // The record of an end whose comment is all that follows, in the contents of the first of two members.
@@ -204,23 +203,6 @@ TEST(Archive, StandsBehindAnotherFile) {
     writer.Finish("");
     EXPECT_TRUE(std::equal(bytes.begin(), bytes.begin() + 1000, output.bytes.begin()));
     EXPECT_EQ(kMembers[1].content, ReadMember(output.bytes, 0));
-}
-
-TEST(Archive, BytesBehindTheEndAreAcceptedWhileThereIsOneEnd) {
-    const Bytes sample = Sample(), end = Part(sample, PlaceOf(sample, kEnd));
-    Bytes behind = sample;
-    Append(behind, {1, 2, 3});
-    EXPECT_EQ(kMembers[1].content, ReadMember(behind, 1));
-    EXPECT_EQ("told", MemoryArchive(behind).archive.Comment());
-    // A later end that misses the end of the file by a byte, behind bytes and behind a comment that takes it
-    // in.
-    Append(behind, end);
-    behind.pop_back();
-    EXPECT_EQ(Result::kInvalid, Open(behind));
-    Bytes inComment = SampleWith({{kEnd, end::kCommentSize, static_cast<int>(end.size()) - 1}});
-    Append(inComment, end);
-    inComment.pop_back();
-    EXPECT_EQ(Result::kInvalid, Open(inComment));
 }
 
 // Its members would be moved to where the directory says that they are, and be lost for good.
@@ -257,7 +239,7 @@ TEST(Archive, PacksAboutAsSmallAsOneStream) {
     std::string text;
     for (std::uint32_t i = 0, x = 1; text.size() < 3'000'000; ++i)
         text += "word " + std::to_string((x = x * 1664525 + 1013904223) >> 22) + (i % 9 == 0 ? "\n" : " ");
-    for (const int level : {1, 6, 9}) {
+    for (const int level : {1, 9}) {
         uLongf whole = compressBound(static_cast<uLong>(text.size()));
         Bytes packed(whole);
         compress2(packed.data(), &whole, reinterpret_cast<const Bytef*>(text.data()),
@@ -345,44 +327,31 @@ TEST(Archive, Reads64BitDirectories) {
         EXPECT_EQ(Result::kInvalid, Open(With64BitEnd(2, moved, true))) << moved;
 }
 
-// A file that is mostly zeros, of which only the other pages take memory.
+// A file that is mostly zeros, of which only the other writes take memory.
 class SparseFile final : public InputFile, public OutputFile {
   public:
     std::uint64_t Size() const override { return size_; }
     void WriteAt(std::uint64_t offset, const std::uint8_t* data, std::size_t size) override {
-        size_ = std::max(size_, offset + size);
-        ForEachPart(offset, size, [&](Page page, std::size_t at, std::size_t done, std::size_t count) {
-            const bool isZero = std::memcmp(data + done, kZeros.data(), count) == 0;
-            if (isZero && !pages_.contains(page)) return;
-            std::copy_n(data + done, count,
-                        pages_.try_emplace(page, kZeros).first->second.begin() + Offset(at));
-        });
+        Grow(std::max(size_, offset + size));
+        constexpr std::size_t kSmall = 4096;  // zeros, too, which may stand over what was there
+        const bool isZero = size > 0 && *data == 0 && std::memcmp(data, data + 1, size - 1) == 0;
+        if (!isZero || size < kSmall) writes_.push_back({offset, {data, data + size}});
     }
     std::size_t ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) override {
         size = static_cast<std::size_t>(std::min<std::uint64_t>(size, size_ - std::min(size_, offset)));
-        ForEachPart(offset, size, [&](Page page, std::size_t at, std::size_t done, std::size_t count) {
-            const auto found = pages_.find(page);
-            std::copy_n((found == pages_.end() ? kZeros : found->second).begin() + Offset(at), count,
-                        into + done);
-        });
+        std::fill_n(into, size, std::uint8_t{0});
+        for (const auto& [at, bytes] : writes_) {
+            const std::uint64_t from = std::max(at, offset), to = std::min(at + bytes.size(), offset + size);
+            if (from < to)
+                std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(from - at),
+                            static_cast<std::ptrdiff_t>(to - from), into + (from - offset));
+        }
         return size;
     }
     void Grow(std::uint64_t size) { size_ = size; }
 
   private:
-    using Page = std::uint64_t;
-    static constexpr std::size_t kPage = 64u << 10;
-    static std::ptrdiff_t Offset(std::size_t at) { return static_cast<std::ptrdiff_t>(at); }
-    template <class Use>
-    static void ForEachPart(std::uint64_t offset, std::size_t size, const Use& use) {
-        for (std::size_t done = 0, count; done < size; done += count) {
-            const std::size_t at = static_cast<std::size_t>((offset + done) % kPage);
-            count = std::min(size - done, kPage - at);
-            use((offset + done) / kPage, at, done, count);
-        }
-    }
-    const Bytes kZeros = Bytes(kPage);
-    std::map<Page, Bytes> pages_;
+    std::vector<std::pair<std::uint64_t, Bytes>> writes_;
     std::uint64_t size_ = 0;
 };
 
@@ -405,17 +374,13 @@ TEST(Archive, WritesAndChangesMembersAndArchivesBeyondFourGigabytes) {
     EXPECT_EQ(kLarge, archive.Entries()[0].packedSize);
     for (const auto& [index, content] : {std::pair{1u, "small"}, {2u, "also small"}}) {
         EXPECT_LT(kLarge, archive.Entries()[index].offset);
-        std::string read;
-        EntryReader(second, archive)
-            .Read(archive.Entries()[index],
-                  [&](const std::uint8_t* data, std::size_t size) { read.append(data, data + size); });
-        EXPECT_EQ(content, read);
+        EXPECT_EQ(content, ContentOf(second, archive, index));
     }
     EXPECT_NO_THROW(archive.DataStart(second, archive.Entries()[0]));
 }
 
 TEST(Archive, HoldsMoreMembersThanTheShortEndCanCount) {
-    for (const std::size_t count : {65534u, 65535u, 65536u}) {
+    for (const std::size_t count : {65535u, 65536u}) {
         MemoryOutput output;
         ArchiveWriter writer(output);
         for (std::size_t i = 0; i < count; ++i) Add(writer, {std::to_string(i), ""});

@@ -42,17 +42,19 @@ struct MemoryOutput final : OutputFile {
     Bytes bytes;
 };
 
+inline std::string ContentOf(InputFile& file, const Archive& archive, std::size_t index) {
+    std::string content;
+    EntryReader(file, archive)
+        .Read(archive.Entries().at(index),
+              [&](const std::uint8_t* data, std::size_t size) { content.append(data, data + size); });
+    return content;
+}
+
 // An archive in memory, which must be one.
 struct MemoryArchive {
     explicit MemoryArchive(const Bytes& content)
         : bytes(content), file(bytes.data(), bytes.size()), archive(file) {}
-    std::string Content(std::size_t index) {
-        std::string content;
-        EntryReader(file, archive)
-            .Read(archive.Entries().at(index),
-                  [&](const std::uint8_t* data, std::size_t size) { content.append(data, data + size); });
-        return content;
-    }
+    std::string Content(std::size_t index) { return ContentOf(file, archive, index); }
     const Bytes bytes;
     MemoryInput file;
     const Archive archive;
