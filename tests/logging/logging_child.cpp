@@ -116,10 +116,10 @@ int LogBesideAnOddOutput(const OddRow& row, const wchar_t* file) {
     if (!row.isFirst) QLLogger::InitializeLog(odd, QLLOG_INFO);
     WaitUntilTheWriterRuns();
     PutLines(0, kLines);
-    g_allPut = true;
-    if (row.amid == UseTheLog) return kEnd;  // in the writer's hands or in those of the end
-    CloseBeside();
-    ::Sleep(row.amid == EndProcess ? INFINITE : 10);
+    const bool usesTheLog = row.amid == UseTheLog;  // in the writer's hands or in those of the end
+    if (!usesTheLog) CloseBeside();
+    g_allPut = true;  // not before: an output may end the process at once
+    if (!usesTheLog) ::Sleep(row.amid == EndProcess ? INFINITE : 10);
     return kEnd;
 }
 
