@@ -161,7 +161,7 @@ int WriteUntilKilled(const wchar_t* file) {
 int EndAmidLines(const wchar_t* file) {
     static std::atomic<int> queued = 0;
     QLLogger::InitializeLog(file, QLLOG_INFO);
-    OpenRollingLog((std::wstring(file) + L".log").c_str(), 100, 2000);
+    OpenRollingLog((std::wstring(file) + L".log").c_str(), 1000, 2000);
     WaitUntilTheWriterRuns();
     std::thread([] {
         for (;; ++queued) {
