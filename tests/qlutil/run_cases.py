@@ -24,8 +24,7 @@ import signal
 import subprocess
 import sys
 import tempfile
-import threading
-from subprocess import PIPE
+from concurrent.futures import ThreadPoolExecutor
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent))
@@ -39,33 +38,15 @@ class Program:
     def __init__(self, path):
         self.path = path
 
-    def run(self, words, text="", room=resource.RLIM_INFINITY, **options):
+    def run(self, words, text="", room=resource.RLIM_INFINITY, cwd=HERE, stderr=subprocess.PIPE):
         """The exit status, and what was printed and said."""
         def limit():
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (room, resource.RLIM_INFINITY))
 
-        done = subprocess.run([WINE, self.path, *words], input=text.encode(), timeout=SECONDS, check=False,
-                              preexec_fn=limit, **({"cwd": HERE, "stdout": PIPE, "stderr": PIPE} | options))
+        done = subprocess.run([WINE, self.path, *words], input=text.encode(), stdout=subprocess.PIPE, stderr=stderr,
+                              cwd=cwd, timeout=SECONDS, check=False, preexec_fn=limit)
         return done.returncode, done.stdout.decode(), (done.stderr or b"").decode().replace("\r", "")
-
-    @contextlib.contextmanager
-    def repeating(self, calls):
-        """Makes the calls again and again in the meantime."""
-        ended = threading.Event()
-
-        def repeat():
-            while calls and not ended.is_set():
-                for words in calls:
-                    self.run(words)
-
-        thread = threading.Thread(target=repeat)
-        thread.start()
-        try:
-            yield
-        finally:
-            ended.set()
-            thread.join()
 
     @contextlib.contextmanager
     def forgetting(self, calls):
@@ -107,8 +88,12 @@ class Case:
 
     def fault(self, program):
         """What is wrong with the program's answer; empty when nothing is."""
-        with program.repeating(self.meanwhile):
-            status, out, err = program.run(self.words, "\n".join(self.stdin), room=self.room)
+        with ThreadPoolExecutor() as pool:
+            answer = pool.submit(program.run, self.words, "\n".join(self.stdin), room=self.room)
+            while self.meanwhile and not answer.done():
+                for words in self.meanwhile:
+                    program.run(words)
+            status, out, err = answer.result()
         if status != self.status:
             return f"exit status {status}, not {self.status}; it said: {err}"
         if not re.fullmatch(self.pattern(), out):
