@@ -19,7 +19,7 @@ from results import WINE, report  # noqa: E402: the path comes first
 
 SECONDS = 60
 # Pages about no interface of their own.
-PROSE = {"architecture", "gallery", "hosts", "performance", "preferences"}
+PROSE = {"architecture", "gallery", "hosts", "performance", "preferences", "qlutil"}
 
 BLOCK = re.compile(r"^```(\w+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 

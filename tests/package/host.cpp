@@ -40,10 +40,6 @@ class Log {
     Log& operator=(const Log&) = delete;
 };
 
-void Say(QLLogLevel level, const wchar_t* what, const wchar_t* of) {
-    QLLoggerLevelInserter(level, __FILE__, __LINE__) << what << L": " << of << LogMessageFinish();
-}
-
 // A piece of work that must not see the user's own choice: its context has a document's settings on top.
 RWWString DateOrderUnder(const wchar_t* document) {
     RWWString order;
@@ -62,12 +58,13 @@ bool Keep(const std::filesystem::path& folder, const QLFileName& document) {
     const RWWString name = document.GetFileName();
     std::ofstream(folder / name.str()) << "Dear Ms. Smith";
     if (!Dynazip::IsZipDllLoaded()) {
-        Say(QLLOG_ERROR, L"there is no engine beside the program", L"DZIP32.DLL");
+        QLLogLine(QLLOG_ERROR) << L"there is no engine beside the program: DZIP32.DLL";
         return false;
     }
     const std::wstring archive = (folder / L"kept.zip").wstring();
     if (Dynazip::AddFileToZip(archive.c_str(), folder.c_str(), name.data(), 6) == 1) return true;
-    Say(QLLOG_ERROR, L"not kept", name.data());
+    QLLogLine(QLLOG_ERROR) << L"not kept: " << document << L", "
+                           << Dynazip::ZipErrorMsg(Dynazip::LastEngineCode());
     return false;
 }
 
@@ -91,7 +88,7 @@ int Run(const std::filesystem::path& folder) {
     const bool kept = Keep(folder, document);
     std::printf("%s\n", kept ? "kept" : "not kept; the log says why");
     Remember(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, 300");
-    Say(QLLOG_INFO, L"ends", kept ? L"done" : L"failed");
+    QLLogLine(QLLOG_INFO) << L"ends: " << (kept ? L"done" : L"failed");
     return kept ? kDone : kFailed;
 }
 
