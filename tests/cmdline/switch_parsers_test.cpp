@@ -3,65 +3,16 @@
 #include <cstdint>
 #include <future>
 #include <iterator>
-#include <memory>
 #include <string>
-#include <utility>
 
 #include "files/full_path.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"
-#include "tools/qlutil/switch_accessors.h"
+#include "tests/cmdline/parser_state.h"
 
 namespace {
 
 using Main = QuilletCmdSwitchParser;
-
-template <class Parser, class Rows>
-void AppendTexts(std::wstring& state, const Parser& parser, const Rows& rows) {
-    for (const auto& [key, get] : rows) {
-        if (const wchar_t* const text = (parser.*get)()) state += std::wstring(L" ") + key + L"=" + text;
-    }
-}
-
-template <class Parser, class Rows>
-void AppendFlags(std::wstring& state, const Parser& parser, const Rows& rows) {
-    for (const auto& [key, get] : rows) {
-        if ((parser.*get)()) state += std::wstring(L" ") + key;
-    }
-}
-
-void AppendNumber(std::wstring& state, const wchar_t* name, long value, long initial) {
-    if (value != initial) state += std::wstring(L" ") + name + L"=" + std::to_wstring(value);
-}
-
-void AppendList(std::wstring& state, const wchar_t* name, const QLStringTable& list) {
-    for (unsigned i = 0; i < list.NumEntries(); ++i)
-        state += std::wstring(L" ") + name + L"=" + list(static_cast<int>(i)).str();
-}
-
-// All that differs from the state without switches.
-std::wstring StateOf(Main& parser) {
-    std::wstring state;
-    AppendTexts(state, parser, kMainTexts);
-    AppendFlags(state, parser, kMainFlags);
-    AppendNumber(state, L"mode", parser.GetLibMode(), LIBMODE_UNDECIDED);
-    AppendNumber(state, L"exit", parser.GetExit(), EXIT_UNDECIDED);
-    AppendNumber(state, L"type", parser.GetOutputFileType(), OUTPUT_NOT_GIVEN);
-    AppendNumber(state, L"ask", parser.GetInitialAskState(), INITIALASK_DEFAULT);
-    AppendNumber(state, L"copies", parser.GetPrintCopies(), 1);
-    AppendList(state, L"overlay", parser.GetOverlayFiles());
-    AppendList(state, L"ignored", parser.GetIgnoredWords());
-    return state.empty() ? state : state.substr(1);
-}
-
-std::wstring StateOf(const ServerCmdSwitches& parser) {
-    std::wstring state;
-    AppendTexts(state, parser, kServerTexts);
-    AppendFlags(state, parser, kServerFlags);
-    AppendNumber(state, L"copies", parser.GetPrintCopies(), 1);
-    AppendList(state, L"ignored", parser.GetIgnoredWords());
-    return state.empty() ? state : state.substr(1);
-}
 
 std::wstring Below(const RWWString& directory, const wchar_t* name) {
     return MakeFullPath(QLFileName(name), directory.data(), nullptr).GetPathAndFileName().str();
@@ -132,7 +83,7 @@ TEST(MainSwitchParser, ReadsLines) {
 #ifdef _WIN32  // natively a long is longer
         {L"/pc=99999999999", L"copies=2147483647"},
 #endif
-        {L"/ov=a.qlo /ov=b.qlo", L"overlay=b.qlo"},  // a repeated value: the last
+        {L"/ov=a.qlo /ov=b.qlo /pc=2", L"overlay=b.qlo copies=2"},  // a repeated value: the last
         {L"/typedesc=d /desc=\"a /b 'c'\" \"/cl=d=\"e",
          L"clauseName=d=e description=a /b 'c typeDescription=d"},  // the last quote goes
         {L"\"C:\\a /b.qft\" -tf=\"C:\\a b\\c.qft\" \"-ed=\"", L"tplPath=C:\\a b\\c.qft editFile="},
@@ -160,34 +111,12 @@ TEST(MainSwitchParser, ReadsLines) {
     }
 }
 
-TEST(MainSwitchParser, CopiesOwnTheirTexts) {
-    auto parser = std::make_unique<Main>(L"/desc=first /ov=a.qlo");
-    Main copy(*parser);
-    EXPECT_NE(copy.GetDescription(), parser->GetDescription());
-    parser->ParseSwitches(L"/desc=other /ov=b.qlo");
-    EXPECT_EQ(L"description=other overlay=a.qlo overlay=b.qlo", StateOf(*parser));
-    parser.reset();
-    EXPECT_EQ(L"description=first overlay=a.qlo", StateOf(copy));
-}
-
 TEST(MainSwitchParser, ReadsLongLines) {
     const std::wstring value(100'000, L'x');
     std::wstring line = L"/desc=" + value;
     for (int i = 0; i < 10'000; ++i) line += L" /pt=" + std::to_wstring(i);
     Main parser(line.c_str());
     EXPECT_EQ(L"tray=9999 description=" + value, StateOf(parser));
-}
-
-TEST(MainSwitchParser, KeepsAModeThatShowsOrHides) {
-    Main parser(nullptr);
-    for (const auto& [mode, kept] : {std::pair{LIBMODE_NONE, LIBMODE_NONE},
-                                     {LIBMODE_UNDECIDED, LIBMODE_UNDECIDED},
-                                     {LIBMODE_HIDDEN, LIBMODE_HIDDEN},
-                                     {LIBMODE_NONE, LIBMODE_HIDDEN},
-                                     {LIBMODE_SHOWN, LIBMODE_HIDDEN}}) {
-        parser.SetLibMode(mode);
-        EXPECT_EQ(kept, parser.GetLibMode()) << mode;
-    }
 }
 
 TEST(MainSwitchParser, TellsWhatWasGiven) {
@@ -197,24 +126,24 @@ TEST(MainSwitchParser, TellsWhatWasGiven) {
         {L"a.qft /af=x", L" asmSwitch answerFileSet libraryVisible"},
         {L"/qla=a /qli= /ed= /ov=", L" qLASwitch qLISwitch editSet overlay libraryVisible"}};
     for (const auto& [line, given] : lines) {
-        std::wstring state;
-        AppendFlags(state, Main(line), kMainGiven);
-        EXPECT_EQ(given, state);
+        EXPECT_EQ(given, Flags(Main(line), kMainGiven)) << line;
     }
 }
 
-TEST(MainSwitchParser, TakesACommandLineValue) {
-    Main parser(QLCmdLine(L"\"C:\\My Files\\a.anx\" /ni /mo /kig"));
-    EXPECT_EQ(L"tplPath=C:\\My Files\\a.anx noInterview keepInterviewGroupSet modelDocument",
+TEST(MainSwitchParser, TakesACommandLineValueAndFurtherLines) {
+    Main parser(QLCmdLine(L"\"C:\\My Files\\a.anx\" /ni /mo /kig /ov=a.qlo"));
+    EXPECT_EQ(L"tplPath=C:\\My Files\\a.anx noInterview keepInterviewGroupSet modelDocument overlay=a.qlo",
               StateOf(parser));
-    parser.ParseSwitches(L"/pr");
-    EXPECT_EQ(L"tplPath=C:\\My Files\\a.anx noInterview print", StateOf(parser))
+    parser.ParseSwitches(L"/pr /ov=b.qlo");
+    EXPECT_EQ(L"tplPath=C:\\My Files\\a.anx noInterview print overlay=a.qlo overlay=b.qlo", StateOf(parser))
         << "mo and kig: the last line";
-    Main odma(QLCmdLine(L"::ODMA\\7 /")), two(QLCmdLine(L"::ODMA\\7 /x"));
-    EXPECT_EQ(L"tplPath=::ODMA\\7", StateOf(odma)) << "one character is no switch";
-    EXPECT_EQ(L"tplPath=::ODMA\\7 ignored=/x", StateOf(two));
-    Main here(QLCmdLine(L"a.qft"));
-    EXPECT_EQ(L"tplPath=" + Here(L"a.qft"), StateOf(here));
+    const Line lines[] = {{L"::ODMA\\7 /", L"tplPath=::ODMA\\7"},  // one character is no switch
+                          {L"::ODMA\\7 /x", L"tplPath=::ODMA\\7 ignored=/x"},
+                          {L"a.qft", L"tplPath=" + Here(L"a.qft")}};
+    for (const auto& [line, state] : lines) {
+        Main value{QLCmdLine(line)};
+        EXPECT_EQ(state, StateOf(value));
+    }
 }
 
 TEST(ServerSwitchParsers, ReadLinesAlike) {
