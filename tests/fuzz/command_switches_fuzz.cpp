@@ -6,18 +6,13 @@
 
 #include "cmdline/command_switches.h"
 #include "tests/fuzz/fuzz.h"
+#include "text/blanks.h"
 #include "text/characters.h"
 
 namespace {
 
-std::wstring Trimmed(const std::wstring& text) {
-    const std::size_t first = text.find_first_not_of(L' ');
-    return first == std::wstring::npos ? L"" : text.substr(first, text.find_last_not_of(L' ') + 1 - first);
-}
-
-std::wstring Upper(std::wstring text) {
-    ql::MakeUpper(text);
-    return text;
+std::wstring Trimmed(std::wstring_view text) {
+    return std::wstring(ql::WithoutBlanks(text));
 }
 
 bool IsPrefix(const std::wstring& text, std::size_t at) {
@@ -67,7 +62,7 @@ struct Model {
         }
         const std::wstring token = part.substr(IsPrefix(part, 0) ? 1 : 0);
         for (auto& [name, known] : switches) {
-            if (token.empty() || known.kind == SWITCH_NONE || !Upper(token).starts_with(Upper(name)))
+            if (token.empty() || known.kind == SWITCH_NONE || !ql::StartsWithIgnoringCase(token, name))
                 continue;
             known.isFound = true;
             const std::size_t value = token.find(L'=') + 1;

@@ -85,6 +85,10 @@ TEST(ErrorBox, IsReplacedAndAnswersTheFormerOne) {
     ASSERT_NE(nullptr, system);
     ql::ShowErrorBox(L"Title", L"text");
     EXPECT_EQ(L"Title: text", g_shown);
+    ql::CheckObject(&g_shown, static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(&g_shown)));
+    EXPECT_EQ(L"Title: text", g_shown);
+    ql::CheckObject(&g_shown, 0);
+    EXPECT_TRUE(g_shown.starts_with(L"Bad Mojo: this pointer is corrupt\nThis is a serious")) << g_shown;
     EXPECT_EQ(&Remember, ql::SetErrorBox(nullptr));
     EXPECT_EQ(system, ql::SetErrorBox(system));
 }

@@ -38,26 +38,6 @@ TEST(Strings, TakeANullPointerForTheEmptyText) {
     EXPECT_FALSE(RWCString("x") == kNoBytes);
 }
 
-TEST(WideString, KeepsZeroUnits) {
-    RWWString text(L"a\0b", 3);
-    EXPECT_FALSE(text == L"a");
-    text += L'\0';
-    text.resize(6);
-    EXPECT_EQ(L"a\0b\0\0\0"s, text.str());
-    EXPECT_EQ(L'\0', text.data()[text.length()]);
-}
-
-TEST(WideString, AppendsAndPrependsItself) {
-    RWWString text(L"0123456789abcdef");
-    text += text;
-    EXPECT_EQ(L"0123456789abcdef0123456789abcdef", text);
-    text.resize(3);
-    text.prepend(text.view().substr(1));
-    EXPECT_EQ(L"12012", text);
-    text.assign(text.view().substr(3));
-    EXPECT_EQ(L"12", text);
-}
-
 TEST(WideString, DoesWhatTheStandardTextsDo) {
     const std::wstring texts[] = {L"",      L"\0"s, L"\0\0"s, L"B",      L"a",           L"a\0b"s,
                                   L"one t", L"two", L"one",   L"\u7fff", L"one two one", L"\u8000"};
@@ -74,6 +54,7 @@ TEST(WideString, DoesWhatTheStandardTextsDo) {
             EXPECT_EQ(a == b, text == view);
             EXPECT_EQ(a + b, text + other);
             EXPECT_EQ(b + a, RWWString(text).prepend(b));
+            EXPECT_EQ(b, RWWString(text).assign(b));
             EXPECT_EQ(a.starts_with(b), text.starts_with(other));
             EXPECT_EQ(a.ends_with(b), text.ends_with(other));
             EXPECT_EQ(a == b ? 1u : 2u, (std::unordered_set<RWWString>{text, b, view}.size()));
@@ -89,6 +70,15 @@ TEST(WideString, DoesWhatTheStandardTextsDo) {
         std::wostringstream out;
         out << RWWString(a) << L'.';
         EXPECT_EQ(a + L'.', out.str());
+        RWWString text(a.data(), a.size());
+        text += L'\0';
+        text += text;
+        text.prepend(text.view().substr(a.size()));
+        EXPECT_EQ(L'\0' + a + L'\0' + a + L'\0' + a + L'\0', text) << "taken from itself";
+        text.resize(1);
+        text.resize(3);
+        EXPECT_EQ(L"\0\0\0"s, text.str());
+        EXPECT_EQ(L'\0', text.data()[text.length()]);
     }
 }
 

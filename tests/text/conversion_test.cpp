@@ -107,14 +107,12 @@ TEST(LetterCase, Changes) {
         {L"'tis a dog's life", CASE_TITLE, L"'tis A Dog's Life"},
         {L"\u00fcber stra\u00dfe", CASE_UPPER, L"\u00dcBER STRASSE"},
         {L"hELLO World", CASE_FIRST_CAPITAL, L"HELLO World"},
-        {L"a\u00df\xd83d\xde00z", CASE_SPACED_CAPITALS,
-         L"A S S \xd83d\xde00 Z"},  // a pair stays one character
+        {L"a\u00df\xd83d\xde00z", CASE_SPACED_CAPITALS, L"A S S \xd83d\xde00 Z"},  // a pair stays one
+        {L"hELLO", CASE_UNKNOWN, L"hELLO"},
+        {L"hELLO", static_cast<CaseType>(99), L"hELLO"},
     };
     for (const auto& [text, type, changed] : cases) {
         EXPECT_EQ(changed, ChangeCase(RWWString(text), type).str()) << text << type;
-    }
-    for (const int other : {7, 0, 99}) {
-        EXPECT_EQ(L"hELLO", ChangeCase(RWWString(L"hELLO"), static_cast<CaseType>(other)));
     }
 }
 
