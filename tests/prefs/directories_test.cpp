@@ -130,8 +130,12 @@ TEST_F(Directories, HaveADisplayFormFoundIgnoringCaseAndByTheLeadingTextAlone) {
                   {ToPath, Below(kPublic, L"\\x"), L"public DOCUMENTS\\x"},
                   {ToPath, L"Document", L"Document"}};
     for (const auto& c : kCases) {
-        if (c.ways != ToPath) EXPECT_EQ(c.display, CQlDir::ConvertPathToSpecialDisplayPath(c.path));
-        if (c.ways != ToDisplay) EXPECT_EQ(c.path, CQlDir::ConvertSpecialDisplayPathToPath(c.display));
+        if (c.ways != ToPath) {
+            EXPECT_EQ(c.display, CQlDir::ConvertPathToSpecialDisplayPath(c.path));
+        }
+        if (c.ways != ToDisplay) {
+            EXPECT_EQ(c.path, CQlDir::ConvertSpecialDisplayPathToPath(c.display));
+        }
     }
 }
 

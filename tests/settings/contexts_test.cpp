@@ -273,7 +273,9 @@ TEST_F(Contexts, WritersLeaveRegistryAndGlobalStoreAlikeAndSeeTheirOwnValue) {
                 Meet(arrived, count);
                 WriteQLRegInt(L"Sec", L"Int", worker);
                 WriteQLRegString(L"Sec", L"Text", std::to_wstring(worker).c_str());
-                if (hasOwn) EXPECT_EQ(worker, GetQLRegInt(L"Sec", L"Int", -1));
+                if (hasOwn) {
+                    EXPECT_EQ(worker, GetQLRegInt(L"Sec", L"Int", -1));
+                }
                 Meet(arrived, count);
                 if (worker == 0) ExpectRegistryAndGlobalStoreToAgree(round);
             }
