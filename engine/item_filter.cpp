@@ -13,7 +13,7 @@ NamePatterns Patterns(const char* items) {
     return NamePatterns(SplitItems(Utf8FromAnsi(items)), true);
 }
 
-// "MM/DD/YY"; years from 80 on are of the last century.
+// "MM/DD/YY".
 DosTime ParseDate(const char* text) {
     const std::string_view date = text ? text : "";
     Require(date.size() == 8 && date[2] == '/' && date[5] == '/', Result::kBadRequest);
@@ -24,7 +24,7 @@ DosTime ParseDate(const char* text) {
     };
     const int month = number(0), day = number(3), year = number(6);
     Require(month >= 1 && month <= 12 && day >= 1 && day <= 31, Result::kBadRequest);
-    return ToDosTime({year < 80 ? 2000 + year : 1900 + year, month, day, 0, 0, 0});
+    return ToDosTime({ZipFullYear(year), month, day, 0, 0, 0});
 }
 
 }  // namespace

@@ -5,51 +5,16 @@
 
 #include "engine/letter_case.h"
 #include "platform/win32.h"
+#include "text/unicode.h"
 
 namespace ql::zip {
 namespace {
 
-void AppendUtf8(std::string& text, char16_t c) {
-    const auto put = [&](unsigned byte) { text += static_cast<char>(byte); };
-    if (c < 0x80) return put(c);
-    if (c < 0x800) {
-        put(0xc0u | c >> 6);
-    } else {
-        put(0xe0u | c >> 12);
-        put(0x80u | (c >> 6 & 0x3f));
-    }
-    put(0x80u | (c & 0x3f));
-}
-
-struct Decoded {
-    char32_t c;
-    std::size_t length;  // 0 where the bytes are no code point
-};
-
-unsigned ByteAt(std::string_view bytes, std::size_t i) {
-    return static_cast<unsigned char>(bytes[i]);
-}
-
-// Shortest forms only, no surrogates, nothing beyond the last code point.
-Decoded DecodeUtf8(std::string_view bytes) {
-    constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
-    const unsigned lead = ByteAt(bytes, 0);
-    if (lead < 0x80) return {lead, 1};
-    const std::size_t length = lead >= 0xf0 ? 4 : lead >= 0xe0 ? 3 : 2;
-    if (lead < 0xc2 || lead > 0xf4 || bytes.size() < length) return {lead, 0};
-    char32_t c = lead & (0x7fu >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((ByteAt(bytes, i) & 0xc0) != 0x80) return {lead, 0};
-        c = c << 6 | (ByteAt(bytes, i) & 0x3f);
-    }
-    const bool valid = c >= kSmallest[length] && c <= 0x10ffff && (c < 0xd800 || c > 0xdfff);
-    return {valid ? c : lead, valid ? length : 0};
-}
-
+// A byte that belongs to no character stands for itself.
 char32_t TakeCodePoint(std::string_view& utf8) {
-    const Decoded next = DecodeUtf8(utf8);
-    utf8.remove_prefix(std::max<std::size_t>(next.length, 1));
-    return next.c;
+    const Utf8Character next = FirstOfUtf8(utf8);
+    utf8.remove_prefix(std::max<std::size_t>(next.bytes, 1));
+    return next.character;
 }
 
 // As names are compared: the case aside, and the two separators alike.
@@ -67,7 +32,7 @@ bool IsAscii(std::string_view bytes) {
 
 bool IsUtf8(std::string_view bytes) {
     while (!bytes.empty()) {
-        const std::size_t length = DecodeUtf8(bytes).length;
+        const std::size_t length = FirstOfUtf8(bytes).bytes;
         if (length == 0) return false;
         bytes.remove_prefix(length);
     }
@@ -81,8 +46,10 @@ std::string Utf8FromOem(std::string_view bytes) {
     std::vector<wchar_t> wide(bytes.size());
     const int length = ::MultiByteToWideChar(CP_OEMCP, 0, bytes.data(), size, wide.data(), size);
     std::string text;
-    for (int i = 0; i < length; ++i)
-        AppendUtf8(text, static_cast<char16_t>(wide[static_cast<std::size_t>(i)]));
+    for (std::wstring_view rest(wide.data(), static_cast<std::size_t>(length)); !rest.empty();) {
+        char buffer[kMostUtf8Bytes];
+        text.append(buffer, PutUtf8(buffer, TakeCharacter(rest)));
+    }
     return text;
 }
 

@@ -66,8 +66,8 @@ class Packer {
 
     std::size_t most_;
     std::mutex mutex_;
-    // No stop tokens: in the standard library of this compiler, what waits upon an atomic can miss its wake-up
-    // for good, and a token's end may wait so.
+    // No stop tokens: in this compiler's standard library what waits upon an atomic can miss its wake-up for
+    // good, and a token's end may wait so.
     bool isEnding_ = false;
     std::condition_variable pushed_, done_;
     std::deque<std::unique_ptr<Block>> queue_;  // changed by the owner alone, behind the lock

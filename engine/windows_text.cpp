@@ -2,6 +2,7 @@
 
 #include "engine/name_encoding.h"
 #include "platform/win32.h"
+#include "text/unicode.h"
 
 namespace ql::zip {
 namespace {
@@ -26,7 +27,7 @@ std::string Narrow(UINT codePage, DWORD flags, std::wstring_view text) {
 // A pair of surrogates is one character, which ANSI does not have.
 std::wstring WithoutPairs(std::string_view utf8) {
     std::wstring wide;
-    for (char32_t c : CodePoints(utf8)) wide += c < 0x10000 ? static_cast<wchar_t>(c) : L'?';
+    for (char32_t c : CodePoints(utf8)) wide += c < kFirstSupplementary ? static_cast<wchar_t>(c) : L'?';
     return wide;
 }
 

@@ -4,27 +4,18 @@
 #include <string_view>
 
 #include "names/file_type.h"
-#include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"
 #include "settings/preference_keys.h"
 #include "settings/registry.h"
+#include "settings/registry_values.h"
 #include "textproc/form_proc.h"
 
 namespace {
 
 RWWString FormerLocation(HKEY root, const RWWString& name) {
-    constexpr const wchar_t* kFormerLocations = L"SOFTWARE\\Brellwick\\Quillet 6\\Locations";
-    wchar_t path[256 + 1] = {};  // a stored text need not end in a zero
-    DWORD size = sizeof path - sizeof(wchar_t), type = REG_NONE;
-    ql::UniqueRegKey key;
-    if (::RegOpenKeyExW(root, kFormerLocations, 0, KEY_READ, key.put()) != ERROR_SUCCESS ||
-        ::RegQueryValueExW(key.get(), name.data(), nullptr, &type, reinterpret_cast<BYTE*>(path), &size) !=
-            ERROR_SUCCESS ||
-        (type != REG_SZ && type != REG_EXPAND_SZ)) {
-        return {};
-    }
-    return path;
+    constexpr std::size_t kMostUnits = 256;
+    return ql::ReadForeignText(root, L"SOFTWARE\\Brellwick\\Quillet 6\\Locations", name.data(), kMostUnits);
 }
 
 RWWString DirectoryOfKind(FileType kind) {

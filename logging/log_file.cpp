@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "logging/lost_lines.h"
+#include "text/unicode.h"
 
 namespace QLLoggerOutputs {
 
@@ -13,48 +14,6 @@ namespace {
 constexpr std::wstring_view kByteOrderMark = L"\xFEFF";
 constexpr std::size_t kLongestUnit = 3;
 constexpr std::wstring_view kDiskFull = L"the disk was full";
-constexpr char32_t kReplacement = 0xFFFD;
-
-constexpr bool IsHighSurrogate(wchar_t unit) noexcept {
-    return (unit & 0xFC00) == 0xD800;
-}
-constexpr bool IsLowSurrogate(wchar_t unit) noexcept {
-    return (unit & 0xFC00) == 0xDC00;
-}
-
-// The character that begins a text, and how many units it takes.
-struct Character {
-    char32_t code;
-    std::size_t units;
-};
-Character FirstCharacter(std::wstring_view text) noexcept {
-    const wchar_t unit = text[0];
-    if (IsHighSurrogate(unit) && text.size() > 1 && IsLowSurrogate(text[1])) {
-        return {0x10000u + ((unit & 0x3FFu) << 10) + (text[1] & 0x3FFu), 2};
-    }
-    const bool alone = IsHighSurrogate(unit) || IsLowSurrogate(unit);
-    return {alone ? kReplacement : static_cast<char32_t>(unit), 1};
-}
-
-char* PutTail(char* out, char32_t code, int bytes) noexcept {
-    for (int shift = 6 * (bytes - 1); shift >= 0; shift -= 6) {
-        *out++ = static_cast<char>(0x80u | ((code >> shift) & 0x3Fu));
-    }
-    return out;
-}
-
-char* PutBeyondAscii(char* out, char32_t code) noexcept {
-    if (code < 0x800) {
-        *out++ = static_cast<char>(0xC0u | (code >> 6));
-        return PutTail(out, code, 1);
-    }
-    if (code < 0x10000) {
-        *out++ = static_cast<char>(0xE0u | (code >> 12));
-        return PutTail(out, code, 2);
-    }
-    *out++ = static_cast<char>(0xF0u | (code >> 18));
-    return PutTail(out, code, 3);
-}
 
 // Converts a text for which there is room.
 char* Put(char* out, std::wstring_view text) noexcept {
@@ -66,9 +25,8 @@ char* Put(char* out, std::wstring_view text) noexcept {
             text.remove_prefix(1);
             continue;
         }
-        const Character character = FirstCharacter(text);
-        out = PutBeyondAscii(out, character.code);
-        text.remove_prefix(character.units);
+        const char32_t character = ql::TakeCharacter(text);
+        out = ql::PutUtf8(out, ql::IsSurrogate(character) ? ql::kReplacementCharacter : character);
     }
     return out;
 }
@@ -178,7 +136,7 @@ bool LogFile::Encode(std::wstring_view text) noexcept {
     while (!text.empty()) {
         std::size_t units = text.size() < kMost ? text.size() : kMost;
         // A pair stays together.
-        if (units < text.size() && IsHighSurrogate(text[units - 1])) --units;
+        if (units < text.size() && ql::IsHighSurrogate(text[units - 1])) --units;
         if (!MakeRoom(units * kLongestUnit)) return false;
         char* const end = Put(buffer_.data() + now_->used, text.substr(0, units));
         now_->used = static_cast<std::size_t>(end - buffer_.data());

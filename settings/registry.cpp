@@ -317,6 +317,15 @@ bool ReadFromRegistry(const wchar_t* section, const wchar_t* entry, bool& value)
     return true;
 }
 
+RWWString ReadForeignText(HKEY root, const std::wstring& path, const wchar_t* entry, std::size_t mostUnits) {
+    std::vector<wchar_t> units(mostUnits + 1);  // a stored text need not end in a zero
+    auto bytes = static_cast<DWORD>(mostUnits * sizeof(wchar_t));
+    DWORD type = REG_NONE;
+    if (!Query(root, path, entry, units.data(), bytes, type) || (type != REG_SZ && type != REG_EXPAND_SZ))
+        return {};
+    return units.data();
+}
+
 void WriteToRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
     if (text) {
         Put(section, entry, REG_SZ, text, (std::wcslen(text) + 1) * sizeof(wchar_t));

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+
+#include "platform/win32.h"
 #include "rw/wide_string.h"
 
 // The library's own way to single preferences in the registry. Registry errors are ignored; what runs out of
@@ -15,5 +18,9 @@ bool ReadFromRegistry(const wchar_t* section, const wchar_t* entry, bool& value)
 void WriteToRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* text);
 void WriteToRegistry(const wchar_t* section, const wchar_t* entry, int value);
 void WriteToRegistry(const wchar_t* section, const wchar_t* entry, bool value);
+
+// A text of another product's key; empty where there is none, or one of more units. No entry stands for the
+// key's own value.
+RWWString ReadForeignText(HKEY root, const std::wstring& path, const wchar_t* entry, std::size_t mostUnits);
 
 }  // namespace ql

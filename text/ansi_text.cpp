@@ -10,11 +10,9 @@
 
 #include "platform/failure.h"
 #include "platform/win32.h"
+#include "text/unicode.h"
 
 namespace {
-
-constexpr unsigned long kFirstSupplementary = 0x10000;
-constexpr unsigned long kLastCharacter = 0x10FFFF;
 
 // Null where the code page's own default character is "?", which is nearly everywhere: with a character of
 // the caller's the system converts several times slower, and for UTF-8 not at all.
@@ -133,12 +131,6 @@ std::wstring ToWideByChunks(std::string_view text) {
     return wide;
 }
 
-std::wstring Utf16Of(unsigned long character) {
-    if (character < kFirstSupplementary) return {static_cast<wchar_t>(character)};
-    const unsigned long offset = character - kFirstSupplementary;
-    return {static_cast<wchar_t>(0xD800 + (offset >> 10)), static_cast<wchar_t>(0xDC00 + (offset & 0x3FF))};
-}
-
 }  // namespace
 
 std::string WideToStdString(ql::TextView text) {
@@ -166,7 +158,9 @@ RWWString MakeRWTStringAnsiOnly(ql::TextView text) {
 }
 
 unsigned char WideCharToSingleByte(unsigned long ch) {
-    if (ch > kLastCharacter) return '_';
-    const std::string bytes = WideToStdString(Utf16Of(ch));
+    if (ch > ql::kLastCharacter) return '_';
+    std::wstring character;
+    ql::AppendUtf16(character, static_cast<char32_t>(ch));
+    const std::string bytes = WideToStdString(character);
     return static_cast<unsigned char>(bytes.empty() ? '_' : bytes.front());
 }

@@ -6,15 +6,11 @@
 
 #include "platform/failure.h"
 #include "text/characters.h"
+#include "text/unicode.h"
 
 namespace {
 
 constexpr wchar_t kSharpS = 0x00DF;
-
-// A surrogate pair is one character: nothing goes between its units.
-constexpr bool IsLowSurrogate(wchar_t unit) {
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
 
 bool IsSpacedCapitals(std::wstring_view text) {
     return text.size() > 4 && text[1] == L' ' && ql::IsUpperLetter(text[2]) && text[3] == L' ' &&
@@ -71,7 +67,8 @@ std::wstring Spaced(std::wstring_view text) {
     std::wstring spaced;
     spaced.reserve(2 * text.size());
     for (const wchar_t unit : text) {
-        if (!spaced.empty() && !IsLowSurrogate(unit)) spaced += L' ';
+        // Nothing goes between the units of a pair.
+        if (!spaced.empty() && !ql::IsLowSurrogate(unit)) spaced += L' ';
         spaced += unit;
     }
     return spaced;

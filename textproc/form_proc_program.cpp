@@ -2,26 +2,17 @@
 
 #include <string>
 
-#include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
+#include "settings/registry_values.h"
 
 namespace {
 
 // Empty when there is none, or when it is longer than a path can be.
 RWWString OpenCommand(const wchar_t* documentClass) {
-    const std::wstring path = std::wstring(documentClass) + L"\\shell\\open\\command";
-    wchar_t command[260 + 1] = {};  // a stored text need not end in a zero
-    DWORD size = sizeof command - sizeof(wchar_t), type = REG_NONE;
-    ql::UniqueRegKey key;
-    if (::RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, key.put()) != ERROR_SUCCESS ||
-        ::RegQueryValueExW(key.get(), nullptr, nullptr, &type, reinterpret_cast<BYTE*>(command), &size) !=
-            ERROR_SUCCESS ||
-        (type != REG_SZ && type != REG_EXPAND_SZ)) {
-        return {};
-    }
-    return command;
+    return ql::ReadForeignText(HKEY_CLASSES_ROOT, std::wstring(documentClass) + L"\\shell\\open\\command",
+                               nullptr, MAX_PATH);
 }
 
 }  // namespace

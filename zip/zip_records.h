@@ -16,6 +16,12 @@
 // cancels the call.
 using ZipStatusProc = int(QL_ZIP_CALL*)(const char* item, int percent, void* userData);
 
+// Dates have years of two digits. Those from 80 on, where the format's own time begins, are of the last
+// century.
+constexpr int ZipFullYear(int twoDigits) {
+    return twoDigits < 80 ? 2000 + twoDigits : 1900 + twoDigits;
+}
+
 // ZIPCMDSTRUCT::function.
 enum ZipFunction : std::int32_t {
     ZIP_NONE = 0,

@@ -112,8 +112,8 @@ int LogBesideAnOddOutput(const OddRow& row, const wchar_t* file) {
     if (!row.isFirst) QLLogger::InitializeLog(odd, QLLOG_INFO);
     WaitUntilTheWriterRuns();
     PutLines(0, kLines);
-    g_allPut = true;
     CloseBeside();
+    g_allPut = true;  // not before: an output may end the process at once
     ::Sleep(row.amid == EndProcess ? INFINITE : 10);
     return kEnd;
 }

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "json/json.h"
-#include "tools/qlutil/utf8.h"
+#include "text/unicode.h"
 
 namespace {
 
@@ -137,7 +137,7 @@ std::wstring RenderJson(const Node& node) {
     const JsonValue tree = ToJson(node);
     RWWString text = JSON::Serialize(tree.get());
     // UTF-8 has no form for half a pair; the escaped form has one.
-    if (HasLoneSurrogate(text)) text = JSON::Serialize(tree.get(), true);
+    if (ql::HasLoneSurrogate(text)) text = JSON::Serialize(tree.get(), true);
     return text.str() + L'\n';
 }
 

@@ -1,9 +1,9 @@
 #include "json/diagnosis.h"
 #include "json/json.h"
+#include "text/unicode.h"
 #include "tools/qlutil/bad_document.h"
 #include "tools/qlutil/command.h"
 #include "tools/qlutil/text_file.h"
-#include "tools/qlutil/utf8.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ Answer Format(const Arguments& arguments) {
     const bool pretty = arguments.Has(L"pretty");
     RWWString written = JSON::Serialize(root.get(), arguments.Has(L"ascii"), pretty);
     // UTF-8 has no form for half a pair; the escaped form has one.
-    if (HasLoneSurrogate(written)) written = JSON::Serialize(root.get(), true, pretty);
+    if (ql::HasLoneSurrogate(written)) written = JSON::Serialize(root.get(), true, pretty);
     return Document{std::move(written)};
 }
 

@@ -10,10 +10,10 @@
 #include "logging/log_line.h"
 #include "logging/log_outputs.h"
 #include "platform/win32.h"
+#include "text/unicode.h"
 #include "tools/qlutil/command.h"
 #include "tools/qlutil/log_reader.h"
 #include "tools/qlutil/progress.h"
-#include "tools/qlutil/utf8.h"
 
 namespace {
 
@@ -129,8 +129,8 @@ Wanted WantedBy(const Arguments& arguments) {
         const int number = RequireInt(valueOf(L"thread"), L"--thread");
         wanted.thread = std::to_string(number);
     }
-    wanted.place = ToUtf8(valueOf(L"place"));
-    wanted.text = ToUtf8(valueOf(L"grep"));
+    wanted.place = ql::ToUtf8(valueOf(L"place"));
+    wanted.text = ql::ToUtf8(valueOf(L"grep"));
     return wanted;
 }
 
@@ -141,7 +141,7 @@ std::optional<int> Count(const Arguments& arguments, std::wstring_view name) {
 
 // The text of a log, in which something else may have written.
 RWWString Text(const std::string& bytes) {
-    if (std::optional<std::wstring> text = FromUtf8(bytes)) return RWWString(std::move(*text));
+    if (std::optional<std::wstring> text = ql::FromUtf8(bytes)) return RWWString(std::move(*text));
     std::wstring text;
     for (const char byte : bytes) text += (byte & 0x80) ? L'\xFFFD' : static_cast<wchar_t>(byte);
     return RWWString(std::move(text));

@@ -10,7 +10,7 @@
 #include <memory>
 #include <system_error>
 
-#include "tools/qlutil/utf8.h"
+#include "text/unicode.h"
 
 namespace {
 
@@ -56,13 +56,13 @@ std::optional<std::wstring> ReadTextFile(std::wstring_view path, std::wstring& w
         why = Cannot(L"read", path);
         return std::nullopt;
     }
-    std::optional<std::wstring> text = FromUtf8(bytes);
+    std::optional<std::wstring> text = ql::FromUtf8(bytes);
     if (!text) why = std::wstring(path) + L" is not UTF-8 text";
     return text;
 }
 
 bool WriteTextFile(std::wstring_view path, std::wstring_view text, std::wstring& why) {
-    return WriteBinaryFile(path, ToUtf8(text), why);
+    return WriteBinaryFile(path, ql::ToUtf8(text), why);
 }
 
 bool WriteBinaryFile(std::wstring_view path, std::string_view bytes, std::wstring& why) {
@@ -92,6 +92,6 @@ bool WriteToStream(Stream stream, std::wstring_view text) {
         return std::fputws(std::wstring(text).c_str(), file) >= 0 && std::fflush(file) == 0;
     }
     ::_setmode(::_fileno(file), _O_BINARY);
-    const std::string bytes = ToUtf8(text);
+    const std::string bytes = ql::ToUtf8(text);
     return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() && std::fflush(file) == 0;
 }

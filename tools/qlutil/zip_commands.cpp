@@ -15,6 +15,7 @@
 #include "tools/qlutil/command.h"
 #include "tools/qlutil/progress.h"
 #include "zip/dynazip.h"
+#include "zip/zip_records.h"
 
 namespace {
 
@@ -233,14 +234,13 @@ Answer Add(const Arguments& arguments, Progress& progress) {
 
 // --- Reading
 
-// "MM/DD/YY HH:MM:SS" with the year in full and the fields in the order in which they sort; years from 80 on
-// are of the last century.
+// "MM/DD/YY HH:MM:SS" with the year in full and the fields in the order in which they sort.
 std::wstring SortableDate(const char* dateTime) {
     const std::string ansi = dateTime;
     if (ansi.size() < std::size("MM/DD/YY HH:MM:SS") - 1) return {};
-    const std::wstring text(ansi.begin(), ansi.end()), year = text.substr(6, 2);
-    return (year < L"80" ? L"20" : L"19") + year + L'-' + text.substr(0, 2) + L'-' + text.substr(3, 2) +
-           text.substr(8);
+    const std::wstring text(ansi.begin(), ansi.end());
+    return std::to_wstring(ZipFullYear(std::stoi(ansi.substr(6, 2)))) + L'-' + text.substr(0, 2) + L'-' +
+           text.substr(3, 2) + text.substr(8);
 }
 
 struct Listing {
