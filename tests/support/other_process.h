@@ -35,8 +35,7 @@ class OtherProcess {
         ::TerminateProcess(process_.get(), 0);
         ::WaitForSingleObject(process_.get(), 60'000);
     }
-    OtherProcess(const OtherProcess&) = delete;
-    OtherProcess& operator=(const OtherProcess&) = delete;
+    OtherProcess& operator=(OtherProcess&&) = delete;
 
   private:
     ql::UniqueKernelHandle process_;

@@ -21,8 +21,7 @@ class SmallDisk {
     ~SmallDisk() {
         if (isMounted_) RunInHostShell(folder_.path().wstring(), L"umount -l disk");
     }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
+    SmallDisk& operator=(SmallDisk&&) = delete;
 
     bool IsMounted() const { return isMounted_; }
     std::wstring operator/(const wchar_t* name) const { return root_ + L'\\' + name; }
