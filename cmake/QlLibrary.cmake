@@ -16,6 +16,7 @@ if(QL_NATIVE)
   add_library(ql_util STATIC ${QL_SOURCES} ${fakes})
   target_link_libraries(ql_util PUBLIC ql_options Threads::Threads)
   target_compile_definitions(ql_util PUBLIC QL_UTIL_STATIC)
+  ql_precompile(ql_util)
   return()
 endif()
 
@@ -29,6 +30,7 @@ set_target_properties(ql_util PROPERTIES
   ARCHIVE_OUTPUT_NAME QuilletNativeUtil
   CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 target_compile_definitions(ql_util PRIVATE QL_UTIL_BUILD)
+ql_precompile(ql_util platform/win32.h)
 target_link_libraries(ql_util PRIVATE $<BUILD_INTERFACE:ql_options> $<BUILD_INTERFACE:ql_shipped>
   advapi32 gdi32 mpr ntdll ole32 shell32 user32)
 target_include_directories(ql_util INTERFACE

@@ -44,6 +44,8 @@ class QL_API QuilletCmdSwitchParser {
     // The line's file is the template, whatever its kind, completed against the current directory.
     explicit QuilletCmdSwitchParser(const QLCmdLine& commandLine);
 
+    // Reads a line on top of what was read before: what it does not give stays, but for the flags of sig, kig
+    // and mo, overlays are added, and the ignored words are this line's. Null is a line of nothing.
     void ParseSwitches(const wchar_t* commandLine);
 
     // Changes the mode while it is LIBMODE_UNDECIDED or LIBMODE_NONE; the other two stay.
@@ -53,12 +55,17 @@ class QL_API QuilletCmdSwitchParser {
     // addresses have more.
     void CheckThis(unsigned long expected) const;
 
+    // What switches choose: is= the answers asked at first; as or qs the kind of output; lf=, qi=, ll, sl, hl
+    // and others the library's window; ex or nx what the program does when it is done.
     INITIALASKSTATE GetInitialAskState() const noexcept { return initialAskState_; }
     OutputFileType GetOutputFileType() const noexcept { return outputFileType_; }
     FormProc GetFormProc() const noexcept { return FP_NONE; }  // no switch sets it
     LibMode GetLibMode() const noexcept { return libMode_; }
     ExitBehavior GetExit() const noexcept { return exit_; }
 
+    // The text of a switch, null when not given, in this order: tf= or the file in front; af= or an answer
+    // file in front; na=; of=; lf=; qi= or qli=; qa=, qla= or a list of assemblies in front; if=; df=; sto=;
+    // cl=; pt= and ps= (their first words); desc=; pathdesc=; typedesc=; namedesc=; ed=.
     const wchar_t* GetTplPath() const noexcept { return TextOf(kTplPath); }
     const wchar_t* GetAnswerFile() const noexcept { return TextOf(kAnswerFile); }
     const wchar_t* GetNewAnswerFile() const noexcept { return TextOf(kNewAnswerFile); }
@@ -78,16 +85,21 @@ class QL_API QuilletCmdSwitchParser {
     const wchar_t* GetNameDescription() const noexcept { return TextOf(kNameDescription); }
     const wchar_t* GetEditFile() const noexcept { return TextOf(kEditFile); }
 
+    // Whether there is such a file; an answer file may be a new one.
     bool IsAsmSwitch() const noexcept { return GetTplPath() != nullptr; }
     bool IsQLASwitch() const noexcept { return GetQLAFile() != nullptr; }
     bool IsQLISwitch() const noexcept { return GetQLIFile() != nullptr; }
     bool IsEditSet() const noexcept { return GetEditFile() != nullptr; }
     bool IsAnswerFileSet() const noexcept { return GetAnswerFile() || GetNewAnswerFile(); }
     bool IsOverlay() const { return overlayFiles_.NumEntries() > 0; }
+    // LIBMODE_SHOWN, and also LIBMODE_UNDECIDED.
     bool IsLibraryVisible() const noexcept {
         return libMode_ == LIBMODE_UNDECIDED || libMode_ == LIBMODE_SHOWN;
     }
 
+    // Whether a flag was given, in this order: ni or an; sa or sap; sap; la; ll; na; sw; db; pr or fp; pb;
+    // po; pa; pd; pw; cd; da; register or regserver, and no unregister; nw or naw; stw; si; dde; automation;
+    // embedding; ss or ssn; ssn; fia; sig; kig; mo.
     bool IsNoInterview() const noexcept { return flags_[kNoInterview]; }
     bool IsSaveAnswers() const noexcept { return flags_[kSaveAnswers]; }
     bool IsSaveAnswersPrompt() const noexcept { return flags_[kSaveAnswersPrompt]; }
@@ -120,6 +132,8 @@ class QL_API QuilletCmdSwitchParser {
 
     // 1 when not given, 0 when what was given does not start with a digit.
     long GetPrintCopies() const noexcept { return printCopies_; }
+
+    // The texts of all ov=, in their order, as given; the caller may change the table.
     QLStringTable& GetOverlayFiles() noexcept { return overlayFiles_; }
 
     // The words of the last line that no switch claimed: a misspelt switch is among them.

@@ -16,6 +16,7 @@
 class QL_API ServerCmdSwitches {
   public:
     const wchar_t* GetFileName() const noexcept { return Text(fileName_); }  // a full path
+    // The first words of pt= and ps=.
     const wchar_t* GetTray() const noexcept { return Text(tray_); }
     const wchar_t* GetPageSize() const noexcept { return Text(pageSize_); }
     // 1 when not given, 0 when what was given does not start with a digit.
@@ -39,8 +40,10 @@ class QL_API ServerCmdSwitches {
     void CheckThis(unsigned long expected) const;
 
   protected:
-    explicit ServerCmdSwitches(const wchar_t* commandLine);  // null: nothing is given
-    explicit ServerCmdSwitches(const QLCmdLine& commandLine);
+    explicit ServerCmdSwitches(const wchar_t* commandLine);    // null: nothing is given
+    explicit ServerCmdSwitches(const QLCmdLine& commandLine);  // its name, and its switches
+
+    // A copy owns its texts.
     ServerCmdSwitches(const ServerCmdSwitches&) = default;
     ServerCmdSwitches& operator=(const ServerCmdSwitches&) = default;
     ~ServerCmdSwitches() = default;
@@ -78,13 +81,13 @@ class QL_API ServerCmdSwitches {
 // The command line of the form filler.
 class QL_API FillerCmdSwitchParser : public ServerCmdSwitches {
   public:
-    explicit FillerCmdSwitchParser(const wchar_t* commandLine);
-    explicit FillerCmdSwitchParser(const QLCmdLine& commandLine);
+    explicit FillerCmdSwitchParser(const wchar_t* commandLine);    // null: nothing is given
+    explicit FillerCmdSwitchParser(const QLCmdLine& commandLine);  // its name, and its switches
 };
 
 // The command line of the form automator.
 class QL_API AutomatorCmdSwitchParser : public ServerCmdSwitches {
   public:
-    explicit AutomatorCmdSwitchParser(const wchar_t* commandLine);
-    explicit AutomatorCmdSwitchParser(const QLCmdLine& commandLine);
+    explicit AutomatorCmdSwitchParser(const wchar_t* commandLine);    // null: nothing is given
+    explicit AutomatorCmdSwitchParser(const QLCmdLine& commandLine);  // its name, and its switches
 };

@@ -17,6 +17,7 @@
 class QL_API CDirectoryIterator {
   public:
     CDirectoryIterator() noexcept;
+    // See above: copies begin without a search, moves take it along.
     CDirectoryIterator(const CDirectoryIterator& other) noexcept;
     CDirectoryIterator(CDirectoryIterator&& other) noexcept;
     CDirectoryIterator& operator=(const CDirectoryIterator& other) noexcept;

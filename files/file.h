@@ -41,10 +41,12 @@ class QL_API QLFile {
     // Renames the named file on the disk; the object takes the new name over when `adoptName` is set.
     int Rename(const QLFileName& newName, int adoptName);
 
+    // Whether it is open; the file may be gone from the disk all the same.
     int IsOpen() const noexcept { return handle_ != kClosed; }
     operator int() const noexcept { return IsOpen(); }
     operator const void*() const noexcept { return IsOpen() ? this : nullptr; }
     explicit operator bool() const noexcept { return IsOpen() != 0; }
+    // The name last opened, created or adopted, also when that failed or it is closed.
     const QLFileName& GetFileName() const noexcept { return fileName_; }
 
   private:

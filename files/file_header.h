@@ -9,6 +9,7 @@ class RWvostream;
 // The 128 bytes at the start of a file of the product's own, written and read as they are. Their layout
 // belongs to the programs that use them.
 struct FILE_HEADER {  // NOLINT(readability-identifier-naming): the name is settled
+    // As the program laid them out.
     unsigned char bytes[128];
 };
 static_assert(sizeof(FILE_HEADER) == 128);

@@ -40,9 +40,10 @@ class QL_API CFileStreamBuf : public __gnu_cxx::stdio_filebuf<char> {
     long GetFilePos();
     long long GetFilePos64();  // wherever it is
 
-    const QLFileName& GetFileName() const noexcept { return fileName_; }
+    const QLFileName& GetFileName() const noexcept { return fileName_; }  // as Open keeps it
 
   protected:
+    // As every stream buffer has them; bytes that the system does not take are remembered for Flush.
     int_type overflow(int_type unit = traits_type::eof()) override;
     std::streamsize xsputn(const char* bytes, std::streamsize count) override;
 

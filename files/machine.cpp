@@ -31,6 +31,7 @@ using IsWow64ProcessFunction = BOOL(WINAPI*)(HANDLE, PBOOL);
 }  // namespace
 
 bool Is64BitWindows() noexcept {
+    if (sizeof(void*) == 8) return true;
     const auto isWow64Process =
         FunctionOf<IsWow64ProcessFunction>(::GetModuleHandleW(L"kernel32"), "IsWow64Process");
     BOOL emulated = FALSE;

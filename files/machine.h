@@ -5,7 +5,7 @@
 // What the machine, the user and a program file are. Any thread; nothing is remembered but the system's own
 // functions.
 
-QL_API bool Is64BitWindows() noexcept;  // whether this 32-bit process runs on 64-bit Windows
+QL_API bool Is64BitWindows() noexcept;  // false too when a 32-bit process gets no answer
 QL_API bool CanWriteToHKLM() noexcept;  // the product's own machine key; false when the key does not exist
 QL_API bool IsAdminUser() noexcept;     // whether the caller's token is a member of the Administrators
 

@@ -35,10 +35,12 @@ enum ValueKind : int { String = 0, Number = 1, Object = 2, Array = 3, Bool = 4, 
 //     RWWString document = JSON::Serialize(&settings);  // {"12":"C:\\Temp"}
 class QL_API Value {
   public:
+    // A String, a Number or a Bool; a text is copied.
     explicit Value(const RWWString& text);
     explicit Value(const wchar_t* text);  // a null pointer is the empty text
     explicit Value(double number) noexcept;
     explicit Value(bool flag) noexcept;
+
     explicit Value(ValueKind kind) noexcept;  // an empty text, 0, an empty container, false, null
     ~Value();
     Value(const Value&) = delete;
@@ -47,7 +49,7 @@ class QL_API Value {
     // A copy of the node and of all below it, which shares nothing with it. Null when memory is short.
     std::unique_ptr<Value> Clone() const noexcept;
 
-    ValueKind kind() const noexcept { return kind_; }
+    ValueKind kind() const noexcept { return kind_; }  // settled at construction
 
     // The content; of a node of another kind the empty text, 0 and false. The text may hold zero units, is
     // not null-ended, and lives as long as the root.

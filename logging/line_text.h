@@ -16,10 +16,11 @@ class LineText {
     LineText(const LineText&) = delete;
     LineText& operator=(const LineText&) = delete;
 
+    // What is there so far; the view ends with the next change.
     std::size_t size() const noexcept { return size_; }
     std::wstring_view View() const noexcept { return {begin_, size_}; }
 
-    // Characters for the caller to fill.
+    // So many characters at the end, for the caller to fill; throws std::bad_alloc.
     wchar_t* Extend(std::size_t count) {
         if (count > capacity_ - size_) Grow(count);
         wchar_t* const added = begin_ + size_;
@@ -27,9 +28,12 @@ class LineText {
         return added;
     }
 
+    // Like Extend; the text must not be a piece of this one.
     void Append(std::wstring_view text) { std::copy(text.begin(), text.end(), Extend(text.size())); }
-    void CutTo(std::size_t size) noexcept { size_ = size; }
 
+    void CutTo(std::size_t size) noexcept { size_ = size; }  // at most the present size
+
+    // Puts a text in the place of the first `count` characters, of which there must be so many.
     void ReplaceFront(std::size_t count, std::wstring_view text) {
         if (text.size() != count) MoveFrom(count, text.size());
         std::copy(text.begin(), text.end(), begin_);

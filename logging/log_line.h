@@ -58,11 +58,13 @@ class QL_API QLLoggerLevelInserter {
     QLLoggerLevelInserter& operator<<(const std::string& text) noexcept;
     QLLoggerLevelInserter& operator<<(char character) noexcept;
 
-    // Numbers as a stream prints them by default, in no locale: six significant digits, a bool as 1 or 0.
+    // 1 or 0.
     template <std::same_as<bool> Bool>  // nothing converts to it
     QLLoggerLevelInserter& operator<<(Bool flag) noexcept {
         return *this << (flag ? L'1' : L'0');
     }
+
+    // Numbers as a stream prints them by default, in no locale: six significant digits of those with a point.
     QLLoggerLevelInserter& operator<<(short number) noexcept;
     QLLoggerLevelInserter& operator<<(unsigned short number) noexcept;
     QLLoggerLevelInserter& operator<<(int number) noexcept;
@@ -79,11 +81,11 @@ class QL_API QLLoggerLevelInserter {
     requires(!QLLoggable<Value>) QLLoggerLevelInserter& operator<<(const Value&) =
         delete;  // the line does not take this type
 
-    void operator<<(const LogMessageFinish& finish) noexcept;
+    void operator<<(const LogMessageFinish& finish) noexcept;  // emits the line
 
   protected:
-    void Close() noexcept;  // emits the line
-    bool IsEmitted() const noexcept { return isEmitted_; }
+    void Close() noexcept;                                  // emits the line
+    bool IsEmitted() const noexcept { return isEmitted_; }  // at least once
 
   private:
     template <class Change>
@@ -106,6 +108,7 @@ class QL_API QLLoggerLevelInserter {
 // file name alone. Finished by hand, it is not emitted once more.
 class QL_API QLLogLine : public QLLoggerLevelInserter {
   public:
+    // The caller's place by default; a file as __FILE__ gives it, null is the empty name.
     explicit QLLogLine(QLLogLevel level, const char* file = __builtin_FILE(),
                        int line = __builtin_LINE()) noexcept;
     ~QLLogLine() override;

@@ -26,6 +26,8 @@ class QL_API FileOutput : public IBufferedLogOutput {
   public:
     // A file that cannot be opened is not reported; writes then do nothing.
     explicit FileOutput(const wchar_t* fileName) noexcept;
+
+    // A copy shares the file.
     FileOutput(const FileOutput&) noexcept;
     FileOutput& operator=(const FileOutput&) noexcept;
 

@@ -59,12 +59,14 @@ class QL_API IBufferedLogOutput : public ILogOutput {
 // What a host may queue itself. The same message may be queued several times.
 class QL_API LogMessage {
   public:
+    // What the writer does with it.
     enum MessageType : std::int32_t { kWrite = 0, kFlush = 1, kClose = 2 };
 
     virtual ~LogMessage();
-    MessageType type() const noexcept { return type_; }
+    MessageType type() const noexcept { return type_; }  // settled at construction
 
   protected:
+    // For the three classes below: the writer takes a message for the one that its type says.
     explicit LogMessage(MessageType type) noexcept : type_(type) {}
     LogMessage(const LogMessage&) noexcept = default;
     LogMessage& operator=(const LogMessage&) noexcept = default;
@@ -76,9 +78,11 @@ class QL_API LogMessage {
 // A line to be written.
 class QL_API WriteLogMessage : public LogMessage {
   public:
+    // The text is written as it is: a line feed at its end is the caller's to give.
     WriteLogMessage(QLLogLevel level, std::wstring text) noexcept
         : LogMessage(kWrite), text_(std::move(text)), level_(level) {}
 
+    // What it was made with; the text lives as long as the message.
     const wchar_t* text() const noexcept { return text_.c_str(); }
     QLLogLevel level() const noexcept { return level_; }
 
@@ -96,6 +100,7 @@ class QL_API FlushLogMessage : public LogMessage {
 // Signals an event, which stays its creator's, when it is destroyed: the close is then done.
 class QL_API CloseLogMessage : public LogMessage {
   public:
+    // An event's handle, open until it is signalled; null for none.
     explicit CloseLogMessage(void* event) noexcept : LogMessage(kClose), event_(event) {}
     CloseLogMessage(const CloseLogMessage&) = delete;
     CloseLogMessage& operator=(const CloseLogMessage&) = delete;
@@ -115,8 +120,10 @@ enum class QLLogBacklog { kWait, kDrop };
 //     QLLogger::CloseLogs();
 class QL_API QLLogger {
   public:
+    // Copies are the one log: the class has no state of its own.
     QLLogger(const QLLogger&) = default;
     QLLogger& operator=(const QLLogger&) = default;
+
     // As CloseLogs; the library's own logger does so at the process's end.
     virtual ~QLLogger();
 
@@ -147,7 +154,7 @@ class QL_API QLLogger {
     // How many lines this process has lost so far.
     static std::uint32_t LostLines() noexcept;
 
-    static QLLogger& GetLogger() noexcept;
+    static QLLogger& GetLogger() noexcept;  // the library's own object
 
   protected:
     QLLogger() noexcept = default;

@@ -21,26 +21,32 @@
 class QL_API QLCmdLine : public QLFileName {
   public:
     QLCmdLine() noexcept = default;
+    // The text of a line, split as above.
     QLCmdLine(const wchar_t* text);
     template <ql::CountedText Text>
     QLCmdLine(const Text& text) {
         SetCmdLine(text);
     }
+
+    // The parts as QLFileName takes them, and switches, whose surrounding blanks are dropped.
     QLCmdLine(ql::TextView path, ql::TextView name, ql::TextView ext, ql::TextView switches);
     QLCmdLine(const QLFileName& name) : QLFileName(name) {}  // every field, no switches
+    // A copy has every field; assigning parses, as said above.
     QLCmdLine(const QLCmdLine& other) noexcept;
     QLCmdLine& operator=(const QLCmdLine& other);
 
     // The name in its form for command lines, and the switches after a blank when there are any.
     RWWString GetCmdLine() const override;
     int IsNull() const override;  // neither a name nor switches
-    void Reset() override;
+    void Reset() override;        // back to neither
 
+    // Replaces name and switches by those of a line's text, split as above.
     void SetCmdLine(ql::TextView text);
-    RWWString GetSwitches() const;
-    void SetSwitches(ql::TextView switches);     // blanks around them are dropped
-    void AppendSwitches(ql::TextView switches);  // after a blank, as they are
-    void ClearSwitches() noexcept { switches_.clear(); }
+
+    RWWString GetSwitches() const;                        // as one text; empty when there are none
+    void SetSwitches(ql::TextView switches);              // blanks around them are dropped
+    void AppendSwitches(ql::TextView switches);           // after a blank, as they are
+    void ClearSwitches() noexcept { switches_.clear(); }  // the name stays
 
     // The names' order; for equal names that of the switches, ignoring case. Of a line and a QLFileName the
     // names alone are compared.

@@ -32,8 +32,7 @@ using HDC = HDC__*;
 //  - Any two or more units before the first colon are a scheme, whatever they hold; a single one is a drive.
 //  - "PLUGIN\{" is told in this case alone, "::ODMA\" in any.
 //  - Only a blank followed by a slash makes GetCmdLine quote, since it would be read as a switch; a blank
-//  - alone
-//    does not.
+//    alone does not.
 //  - Both case changes lower the scheme; ToLower raises the tail.
 //  - SetFileName without a new tail keeps the old one, SetPathAndFileName keeps the separators of the former
 //    name unless the new one has a path, and SetPath of an empty text makes the name local, hence no longer
@@ -47,10 +46,13 @@ using HDC = HDC__*;
 // changed by one.
 class QL_API QLFileName {
   public:
-    // <lmaccess.h> has macros of these names: take them back with #undef where both are used.
+    // What CanAccess asks for, to be added up. <lmaccess.h> has macros of these names: take them back with
+    // #undef where both are used.
     static constexpr int ACCESS_READ = 4;
     static constexpr int ACCESS_WRITE = 2;
 
+    // Schemes, as GetScheme answers them; a document-management id and a plug-in item begin with the last
+    // two.
     static constexpr wchar_t FILE[] = L"file";
     static constexpr wchar_t HTTP[] = L"http";
     static constexpr wchar_t HTTPS[] = L"https";
@@ -63,6 +65,7 @@ class QL_API QLFileName {
     static constexpr wchar_t ODMADOCID[] = L"::ODMA\\";
 
     QLFileName() noexcept = default;  // null
+    // As SetPathAndFileName.
     QLFileName(const wchar_t* pathAndName);
     template <ql::CountedText Text>
     QLFileName(const Text& pathAndName) {
@@ -70,6 +73,8 @@ class QL_API QLFileName {
     }
     // The name is taken as it is given, dots and all. There always is an extension, if an empty one.
     QLFileName(ql::TextView path, ql::TextView name, ql::TextView ext);
+
+    // A copy has every field; assigning parses the other's text.
     QLFileName(const QLFileName& other) noexcept;
     QLFileName& operator=(const QLFileName& other);
 
@@ -132,6 +137,8 @@ class QL_API QLFileName {
     int GetExtension(RWWString& out) const;
 
     int HasExtension() const noexcept { return hasExtension_; }  // "a." has one, an empty one
+
+    // What its form says: nothing is asked of the system. An id needs a text behind its prefix.
     int HasRoot() const noexcept { return !Part(kRoot).empty(); }
     int IsRemote() const noexcept { return isRemote_; }
     int IsODMADocId() const noexcept;
@@ -142,6 +149,7 @@ class QL_API QLFileName {
     int CompareTo(const QLFileName& other) const noexcept;
     bool operator==(const QLFileName& other) const noexcept { return CompareTo(other) == 0; }
 
+    // Change the case of all parts, but for the two exceptions above.
     void ToLower();
     void ToUpper();
 
@@ -164,6 +172,7 @@ class QL_API QLFileName {
     int IsDirectory() const;
     Status GetStatus() const;
 
+    // The whole name by its share where its drive is one of the network, and in its long form.
     RWWString GetUNCPathAndFileName() const;
     RWWString GetLongPathAndFileName() const;
     RWWString GetShortPath() const;     // of the path, and always one more backslash

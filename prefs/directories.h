@@ -42,7 +42,7 @@ enum QuilletDirectories : int {
 // library directories, which are the user-interface thread's.
 class QL_API CQlDir {
   public:
-    static RWWString GetDirectory(QuilletDirectories kind);
+    static RWWString GetDirectory(QuilletDirectories kind);  // as above; nothing is made on the disk
 
     // The enumeration's name of a kind ("TemplateDirectory"); null beyond it.
     static const wchar_t* GetName(QuilletDirectories kind) noexcept;

@@ -26,7 +26,7 @@ class QL_API CQlGlobals {
     // "Date Detection" of the section "Interview": whether typed dates begin with the month. Only the text
     // "Day Month Year" says no.
     static bool IsMonthFirst();
-    static void SetIsMonthFirst(bool isMonthFirst);
+    static void SetIsMonthFirst(bool isMonthFirst);  // in the store alone
 
     // "Country" of the section "Provider": the number that the text begins with; 1 when there is none or it
     // is 0.

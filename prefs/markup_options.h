@@ -52,7 +52,9 @@ extern QL_API const bool DEF_COLOR_ANNOT_LABELS;
 // GetColors answers what its first call found.
 class QL_API CPrettyTplOpt {
   public:
-    CPrettyTplOpt();
+    CPrettyTplOpt();  // reads the preferences
+
+    // A copy has its own texts and colours, GetColors' included.
     CPrettyTplOpt(const CPrettyTplOpt&);
     CPrettyTplOpt& operator=(const CPrettyTplOpt&);
     virtual ~CPrettyTplOpt();
@@ -68,6 +70,7 @@ class QL_API CPrettyTplOpt {
     }
     const wchar_t* GetEndText(QLPrettyTplFieldType type) const noexcept { return KindOf(type).end.data(); }
 
+    // The text's colour and its background's, for RegularColors.
     unsigned long GetFieldColor(QLPrettyTplFieldType type) const noexcept { return KindOf(type).color; }
     unsigned long GetFieldBColor(QLPrettyTplFieldType type) const noexcept { return KindOf(type).bColor; }
 
@@ -77,6 +80,7 @@ class QL_API CPrettyTplOpt {
     unsigned long GetNestColor(unsigned level) const noexcept { return nested_[level % kLevels]; }
     unsigned long GetNestBColor(unsigned level) const noexcept { return nestedB_[level % kLevels]; }
 
+    // "Color Selection", "Annotation Type" and "Annotation Style"; the default for a text of none of theirs.
     QLClrScheme GetClrScheme() const noexcept { return scheme_; }
     QLAnnotType GetAnnotType() const noexcept { return annotType_; }
     QLAnnotStyle GetAnnotStyle() const noexcept { return annotStyle_; }
@@ -86,6 +90,8 @@ class QL_API CPrettyTplOpt {
     bool GetUseDevCmtsForTextBlocks() const noexcept { return options_[kUseDevCmtsForTextBlocks]; }
     bool GetUseMCOptions() const noexcept { return options_[kUseMCOptions]; }
 
+    // The switches of the same names: labels within the markers, and at the end of a field too; fields and
+    // their ends annotated; markers and labels of annotations bold, italic, in colour.
     bool GetEncloseLabelsInMarkers() const noexcept { return options_[kEncloseLabelsInMarkers]; }
     bool GetLabelEndOfField() const noexcept { return options_[kLabelEndOfField]; }
     bool GetAnnotateFields() const noexcept { return options_[kAnnotateFields]; }

@@ -17,6 +17,8 @@ BEHIND = re.compile(r"^(.*[;,{}]|.*\))\s+// (?!NOLINT)(.*)$")
 CODE = re.compile(r"(?<!`)`([^`]+)`(?!`)")
 NAME = re.compile(r"(?:\w+::)*[A-Za-z_]\w+(?:\(\))?")
 FENCE = re.compile(r"^```")
+# A function whose body follows, rather than a class or a table.
+BODY = re.compile(r"^(?!\s*(?:class|struct|union|enum|namespace)\b).*\)[\w\s]*\{$")
 # The parser of the maker loses itself in these.
 SPECIALIZATION = re.compile(r"^struct std::")
 
@@ -32,15 +34,16 @@ def code_span(match):
 
 def run_after(lines, at):
     """The end of the lines that the comment before `at` speaks for, 0 when it speaks for one declaration alone."""
-    end, depth, declarations = at, 0, 0
+    end, depth, declarations, inside_body = at, 0, 0, False
     while end < len(lines) and lines[end].strip() and not COMMENT.match(lines[end]):
         depth += lines[end].count("{") - lines[end].count("}")
         if depth < 0 or lines[end].lstrip().startswith(("#", "public:", "private:", "protected:")):
             break
         if depth == 0 and lines[end].rstrip().split("//")[0].rstrip().endswith((";", "}")):
             declarations += 1
+        inside_body = depth > 0 and (inside_body or bool(BODY.match(lines[end])))
         end += 1
-        if depth > 0 and declarations == 0:
+        if depth > 0 and declarations == 0 and not inside_body:
             return 0  # a class or a table: its members speak for themselves
     return end if declarations > 1 else 0
 

@@ -27,6 +27,7 @@ struct PreferenceOrigin {
     std::array<PreferenceInLayer, kPreferenceLayers> layers;  // by PreferenceLayer
     PreferenceLayer winner = PreferenceLayer::Default;  // that of a layer without the value when none has it
 
+    // By its layer, which must be one of the five.
     const PreferenceInLayer& operator[](PreferenceLayer layer) const noexcept {
         return layers[static_cast<std::size_t>(layer)];
     }

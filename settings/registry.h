@@ -38,10 +38,10 @@ QL_API bool GetRegBoolVal(const wchar_t* section, const wchar_t* entry, bool* va
 
 // What lies in the registry under a name, whatever its type and size.
 struct RegistryValue {
-    unsigned long type = 0;  // REG_SZ and its like
-    std::vector<unsigned char> bytes;
+    unsigned long type = 0;            // REG_SZ and its like
+    std::vector<unsigned char> bytes;  // a text's are UTF-16, its ending zero, if it has one, included
 
-    bool operator==(const RegistryValue&) const = default;
+    bool operator==(const RegistryValue&) const = default;  // same type, same bytes
 };
 
 // One root's value; false, and the out-parameter as it was, when there is none. Writing and deleting touch

@@ -29,7 +29,7 @@ class QL_API QLLibraryScope {
     QLLibraryScope(const QLLibraryScope&) = delete;
     QLLibraryScope& operator=(const QLLibraryScope&) = delete;
 
-    bool ok() const noexcept { return ok_; }
+    bool ok() const noexcept { return ok_; }  // whether the library runs
 
   private:
     bool ok_;
@@ -44,7 +44,7 @@ class QL_API QLThreadScope {
     QLThreadScope(const QLThreadScope&) = delete;
     QLThreadScope& operator=(const QLThreadScope&) = delete;
 
-    bool ok() const noexcept { return ok_; }
+    bool ok() const noexcept { return ok_; }  // whether the thread is initialised
 
   private:
     bool owns_;
@@ -61,8 +61,8 @@ class QL_API QLContextScope {
     QLContextScope(const QLContextScope&) = delete;
     QLContextScope& operator=(const QLContextScope&) = delete;
 
-    bool ok() const noexcept { return attached_; }
-    int id() const noexcept { return id_; }  // -1 when no context could be made
+    bool ok() const noexcept { return attached_; }  // to this context
+    int id() const noexcept { return id_; }         // -1 when no context could be made
 
     // The context's own store, valid while the context has references; null when not ok.
     CQlsSettings* settings() const noexcept;

@@ -18,6 +18,7 @@ using HWND = HWND__*;
 //     if (browser.Show() == CBrowseForFolder::Chosen) Use(browser.GetFolder());
 class QL_API CBrowseForFolder {
   public:
+    // What came of Show.
     enum Result : int { Chosen = 0, Cancelled = 1, Failed = 2 };
 
     // The owner is disabled while the dialog is open; null for none.

@@ -20,6 +20,7 @@ class QL_API CSpeedStr {
     CSpeedStr(const CSpeedStr&) = delete;
     CSpeedStr& operator=(const CSpeedStr&) = delete;
 
+    // Puts a part at the end; `count` units, zeros among them too.
     void append(const wchar_t* text, unsigned int count);
     void append(ql::TextView text) { AppendUnits(text.data(), text.size()); }
     void append(const CSpeedStr& text) { AppendUnits(text.Begin(), text.length()); }
@@ -31,6 +32,7 @@ class QL_API CSpeedStr {
         }
     }
 
+    // As append.
     CSpeedStr& operator+=(ql::TextView text) { return append(text), *this; }
     CSpeedStr& operator+=(const CSpeedStr& text) { return append(text), *this; }
     CSpeedStr& operator+=(wchar_t unit) { return append(unit), *this; }
@@ -42,6 +44,7 @@ class QL_API CSpeedStr {
     // A text on the heap is always moved as a whole.
     void prepend(ql::TextView text);
 
+    // In units; no such place is the zero unit.
     unsigned int length() const noexcept {
         return static_cast<unsigned int>(overflow_ ? overflow_->length() : InlineLength());
     }

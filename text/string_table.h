@@ -17,8 +17,8 @@ class QL_API QLStringTable {
     static constexpr unsigned int kMaxPaddedEntries = 1u << 24;
 
     QLStringTable();
-    explicit QLStringTable(int capacity);  // a sizing hint, not a limit
-    QLStringTable(const QLStringTable& other) noexcept;
+    explicit QLStringTable(int capacity);                           // a sizing hint, not a limit
+    QLStringTable(const QLStringTable& other) noexcept;             // of every entry
     QLStringTable& operator=(const QLStringTable& other) noexcept;  // unchanged when memory ends
     virtual ~QLStringTable();
 
@@ -32,9 +32,9 @@ class QL_API QLStringTable {
     bool InsertString(ql::TextView text, unsigned int index);
 
     void DeleteEntry(unsigned int index);  // an index past the end removes nothing
-    void ClearEntries();
+    void ClearEntries();                   // removes all
 
-    unsigned int NumEntries() const;
+    unsigned int NumEntries() const;  // indices are below it
 
     // The collection of RWCollectableWString, owned by the table and valid as long as it.
     const RWOrdered& GetTable() const { return table_; }

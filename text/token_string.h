@@ -21,7 +21,10 @@
 // stays where it is.
 class QL_API TokenString : public RWWString {
   public:
+    // Both texts are copied.
     TokenString(ql::TextView text, ql::TextView delimiters) noexcept;
+
+    // A copy goes on from the same place.
     TokenString(const TokenString&) = default;
     TokenString& operator=(const TokenString&) = default;
     virtual ~TokenString() = default;

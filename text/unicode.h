@@ -9,10 +9,11 @@
 // string throws std::bad_alloc when there is no memory for it.
 namespace ql {
 
-inline constexpr char32_t kReplacementCharacter = 0xFFFD;
-inline constexpr char32_t kFirstSupplementary = 0x10000;  // the first that takes two units
-inline constexpr char32_t kLastCharacter = 0x10FFFF;
+inline constexpr char32_t kReplacementCharacter = 0xFFFD;  // stands for what is none
+inline constexpr char32_t kFirstSupplementary = 0x10000;   // the first that takes two units
+inline constexpr char32_t kLastCharacter = 0x10FFFF;       // of Unicode
 
+// The first half of a pair of units, its second half, and either.
 constexpr bool IsHighSurrogate(char32_t unit) noexcept {
     return unit >= 0xD800 && unit <= 0xDBFF;
 }
@@ -34,6 +35,7 @@ constexpr char32_t TakeCharacter(std::wstring_view& text) noexcept {
     return character;
 }
 
+// One unit, or two from kFirstSupplementary on; the character is at most kLastCharacter.
 inline void AppendUtf16(std::wstring& text, char32_t character) {
     if (character < kFirstSupplementary) {
         text += static_cast<wchar_t>(character);
@@ -44,7 +46,7 @@ inline void AppendUtf16(std::wstring& text, char32_t character) {
     text += static_cast<wchar_t>(0xDC00 + (offset & 0x3FF));
 }
 
-inline constexpr std::size_t kMostUtf8Bytes = 4;
+inline constexpr std::size_t kMostUtf8Bytes = 4;  // of one character
 
 // Writes at most that many bytes; answers where they end. A surrogate takes three.
 constexpr char* PutUtf8(char* out, char32_t character) noexcept {
@@ -60,12 +62,14 @@ constexpr char* PutUtf8(char* out, char32_t character) noexcept {
     return out;
 }
 
-// The first character of bytes that are not empty, and how many of them it takes: none where they begin none
-// in its shortest form, or a surrogate.
+// A character, and how many bytes it takes.
 struct Utf8Character {
-    char32_t character;
-    std::size_t bytes;
+    char32_t character;  // the first byte where none is well formed
+    std::size_t bytes;   // 0 where none is
 };
+
+// The first character of bytes that are not empty. None is well formed where they begin none in its shortest
+// form, or a surrogate.
 constexpr Utf8Character FirstOfUtf8(std::string_view bytes) noexcept {
     constexpr char32_t kSmallest[] = {0, 0, 0x80, 0x800, kFirstSupplementary};
     const auto lead = static_cast<unsigned char>(bytes[0]);
@@ -108,6 +112,7 @@ inline std::optional<std::wstring> FromUtf8(std::string_view bytes) {
     return text;
 }
 
+// Whether there is a surrogate without its partner, which UTF-8 has no form for.
 constexpr bool HasLoneSurrogate(std::wstring_view text) noexcept {
     while (!text.empty()) {
         if (IsSurrogate(TakeCharacter(text))) return true;

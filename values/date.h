@@ -40,9 +40,10 @@ enum DateUnit : int {
 //  - Amounts of 32000 units and more, either way, add nothing.
 class QL_API CDate {
   public:
-    static const RWDate nullDate;
+    static const RWDate nullDate;  // 1 January 10000
 
     CDate() = default;  // today by the local clock
+    // The day of a record: as the next.
     constexpr explicit CDate(const tagQL_DATE& date) noexcept : CDate(date.day, date.month, date.year) {}
     // Day number 0 when the three form no date of the years 1 to 10000.
     constexpr CDate(unsigned day, unsigned month, unsigned year) noexcept : date_(day, month, year) {}
@@ -55,9 +56,9 @@ class QL_API CDate {
     constexpr bool IsNull() const noexcept { return DayNumber() == kNullNumber; }
     constexpr void SetNull() noexcept { date_ = RWDate(kNullNumber); }
 
-    constexpr std::uint32_t DayNumber() const noexcept { return date_.dayNumber(); }
-    constexpr unsigned Day() const noexcept { return date_.dayOfMonth(); }  // 0 for no date
-    constexpr unsigned Month() const noexcept { return date_.month(); }     // 1 January; 0 for no date
+    constexpr std::uint32_t DayNumber() const noexcept { return date_.dayNumber(); }  // Julian
+    constexpr unsigned Day() const noexcept { return date_.dayOfMonth(); }            // 0 for no date
+    constexpr unsigned Month() const noexcept { return date_.month(); }  // 1 January; 0 for no date
     constexpr unsigned Year() const noexcept { return date_.year(); }  // 0 for no date and before the year 1
 
     // 1 Sunday to 7 Saturday; for no date as if 0 were a day like others.

@@ -21,6 +21,7 @@ class RWvostream;
 //  - A result that happens to be -1e101 is null.
 class QL_API Number {
   public:
+    // The doubles that stand for null and the two limits; stored answers hold them.
     static constexpr double m_noNumber = -1e101;
     static constexpr double m_maxNumber = 1e100;
     static constexpr double m_minNumber = -1e100;
@@ -28,9 +29,11 @@ class QL_API Number {
     constexpr Number() noexcept = default;                       // null
     constexpr Number(double value) noexcept : m_value(value) {}  // not explicit: a double is a number
 
+    // As it is kept, also where it stands for null or a limit.
     constexpr double GetDouble() const noexcept { return m_value; }
     constexpr void SetDouble(double value) noexcept { m_value = value; }
 
+    // Whether it is one of the three, exactly; and making it so.
     constexpr bool IsNull() const noexcept { return m_value == m_noNumber; }
     constexpr void SetNull() noexcept { m_value = m_noNumber; }
     constexpr bool IsMax() const noexcept { return m_value == m_maxNumber; }

@@ -10,8 +10,8 @@ struct HINSTANCE__;  // NOLINT(bugprone-reserved-identifier): the system's own n
 
 // Told how far a call is, with the item's name in ANSI; another answer than 0 cancels the call.
 struct ZipProgress {
-    ZipStatusProc proc = nullptr;
-    void* userData = nullptr;
+    ZipStatusProc proc = nullptr;  // null: nobody is told
+    void* userData = nullptr;      // handed to it, and not looked at
 };
 
 // What ExtractMembers brings out, and how.
@@ -22,7 +22,7 @@ struct ZipExtraction {
     bool withFolders = false;               // the members' folders are made below the destination
     bool keepsNewer = false;                // a file that is newer than its member stays
     bool testsOnly = false;                 // nothing is written: contents and check sums are looked at
-    ZipProgress progress{};
+    ZipProgress progress{};                 // told how far the whole call is
 };
 
 // Zip archives, through the two engines "DZIP32.DLL" (writes) and "DUNZIP32.DLL" (reads), which are loaded at
@@ -52,7 +52,9 @@ class QL_API Dynazip {
     // 1 when the engine is loaded (now) and has its entry point, else 0; a module without it is unloaded
     // again. It stays loaded until it is freed.
     static int IsZipDllLoaded();
-    static int IsUnZipDllLoaded();
+    static int IsUnZipDllLoaded();  // the same of the engine that reads
+
+    // Unload the engine, if it is loaded. No operation may be running on any thread.
     static void FreeZipDll();
     static void FreeUnZipDll();
 

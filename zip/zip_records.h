@@ -114,107 +114,148 @@ constexpr std::uint32_t ZIPINFO_LONG_NAME = 65536;
 // Item lists hold file names separated by blanks; a name with blanks stands in double quotes; "*" and "?" are
 // wild cards in the name part.
 struct ZIPCMDSTRUCT {
-    std::int32_t zipStructSize;
-    std::int32_t function;
-    const char* lpszZIPFile;
-    const char* lpszItemList;
+    std::int32_t zipStructSize;  // the record's own size; with another one the call is refused
+    std::int32_t function;       // a ZipFunction
+    const char* lpszZIPFile;     // the archive; to add makes it, with ZIP_UPDATE, ZIP_ADD or from memory
+    const char* lpszItemList;    // the files, or the members to delete, or the one name for a block of memory
+
+    // Told how far the whole call is, and each item; null: nobody is told.
     ZipStatusProc lpMajorStatus;
     void* lpMajorUserData;
     ZipStatusProc lpMinorStatus;
     void* lpMinorUserData;
-    std::int32_t dosifyFlag;
-    std::int32_t recurseFlag;
-    std::int32_t compFactor;  // 0 (store) to 9
+
+    std::int32_t dosifyFlag;   // not offered: other than 0 is refused (ZIP_BAD_REQUEST)
+    std::int32_t recurseFlag;  // names are looked for in the folders below too; a named folder is taken whole
+    std::int32_t compFactor;   // 0 (store) to 9
+
+    // Without effect.
     std::int32_t quietFlag;
     std::int32_t pathForTempFlag;
     const char* lpszTempPath;
+
+    // Not offered: other than 0 is refused (ZIP_BAD_REQUEST).
     std::int32_t fixFlag;
     std::int32_t fixHarderFlag;
     std::int32_t includeVolumeFlag;
-    std::int32_t deleteOriginalFlag;
-    std::int32_t growExistingFlag;
-    std::int32_t noDirectoryNamesFlag;
-    std::int32_t convertLFtoCRLFFlag;
+
+    std::int32_t deleteOriginalFlag;    // the files go when the archive is whole; folders stay
+    std::int32_t growExistingFlag;      // without effect
+    std::int32_t noDirectoryNamesFlag;  // members are named without their folders
+    std::int32_t convertLFtoCRLFFlag;   // not offered: other than 0 is refused
+
+    // The archive's comment becomes lpszComment, which must not be null then.
     std::int32_t addCommentFlag;
     const char* lpszComment;
+
+    // Only files that were changed on the day lpszDate ("MM/DD/YY", years from 80 on of the last century) or
+    // later.
     std::int32_t afterDateFlag;
     const char* lpszDate;
-    std::int32_t oldAsLatestFlag;
+
+    std::int32_t oldAsLatestFlag;  // the archive's file gets the time of its latest member
+
+    // Only names that the one item list has, and none that the other has; both hold for folders below too.
     std::int32_t includeOnlyFollowingFlag;
     const char* lpszIncludeFollowing;
     std::int32_t excludeFollowingFlag;
     const char* lpszExcludeFollowing;
-    std::int32_t noDirectoryEntriesFlag;
-    std::int32_t includeSysHiddenFlag;
+
+    std::int32_t noDirectoryEntriesFlag;  // folders that are taken whole are no members of their own
+    std::int32_t includeSysHiddenFlag;    // wild cards find hidden files and the system's too
+
+    // Names that end so are stored: suffixes with or without their dot, between any of " ,;:".
     std::int32_t dontCompressTheseSuffixesFlag;
     const char* lpszStoreSuffixes;
-    std::int32_t bDiagnostic;
-    std::int32_t encryptFlag;
-    const char* lpszEncryptCode;
-    void* lpMessageDisplay;
-    void* lpMessageDisplayData;
-    std::uint16_t wMultiVolControl;
-    std::uint16_t wZipSubOptions;
+
+    std::int32_t bDiagnostic;        // without effect
+    std::int32_t encryptFlag;        // not offered: other than 0 is refused
+    const char* lpszEncryptCode;     // without effect
+    void* lpMessageDisplay;          // without effect
+    void* lpMessageDisplayData;      // without effect
+    std::uint16_t wMultiVolControl;  // not offered: other than 0 is refused (ZIP_VOLUMES_ASKED)
+    std::uint16_t wZipSubOptions;    // not offered: other than 0 is refused
+
+    // Without effect.
     std::int32_t lResv1;
     std::int32_t lResv2;
     void* lpRenameProc;
     void* lpRenameUserData;
     const char* lpszExtProgTitle;
+
+    // The contents for ZIP_MEMORY_TO_FILE, and how many bytes they are.
     void* lpMemBlock;
     std::int32_t lMemBlockSize;
 };
 
 // What is told of a member.
 struct ZIPINFO {
-    std::uint16_t index;
-    std::uint32_t oSize;
-    std::uint32_t cSize;
-    std::uint16_t cMethod;
-    std::uint16_t cOption;
-    std::uint16_t cPathType;
-    std::uint32_t crc_32;
-    char szDateTime[18];  // "MM/DD/YY HH:MM:SS"
-    char szFileName[260];
-    std::uint32_t attr;
-    std::uint32_t reserved1;
-    std::uint32_t reserved2;
+    std::uint16_t index;      // in the directory's order, from 0; members beyond 65,535 have no record
+    std::uint32_t oSize;      // bytes, unpacked; a member of 4 GiB or more has no record
+    std::uint32_t cSize;      // bytes, packed
+    std::uint16_t cMethod;    // of the format: 0 stored, 8 deflated
+    std::uint16_t cOption;    // how hard the packer tried, 0 to 3
+    std::uint16_t cPathType;  // 0
+    std::uint32_t crc_32;     // of the unpacked contents
+    char szDateTime[18];      // "MM/DD/YY HH:MM:SS", local
+    char szFileName[260];     // with its folders; a folder's ends with a slash; a longer one has no record
+    std::uint32_t attr;       // file attributes, ZIPINFO_ENCRYPTED, ZIPINFO_LONG_NAME
+    std::uint32_t reserved1;  // 0
+    std::uint32_t reserved2;  // 0
 };
 
 // A call of the engine that reads.
 struct UNZIPCMDSTRUCT {
-    std::int32_t unzipStructSize;
-    std::int32_t function;
-    const char* lpszZIPFile;
-    ZIPINFO* zInfo;
-    const char* lpszFilespec;  // an item list of names in the archive
-    std::int32_t index;
-    const char* lpszDestination;
+    std::int32_t unzipStructSize;  // the record's own size; with another one the call is refused
+    std::int32_t function;         // an UnzipFunction
+    const char* lpszZIPFile;       // the archive
+    ZIPINFO* zInfo;                // answered where a function describes a member; must not be null then
+    const char* lpszFilespec;      // an item list of names in the archive
+    std::int32_t index;            // of a member, in the directory's order from 0
+    const char* lpszDestination;   // the folder to extract to, made if need be; empty: the current one
+
+    // What happens to a file that is there: with no flag it stays (UNZIP_SKIPPED). Freshen replaces older
+    // ones and adds none, update replaces older ones and adds the others, overwrite replaces all; update with
+    // overwrite leaves only those newer than the member.
     std::int32_t freshenFlag;
     std::int32_t updateFlag;
     std::int32_t overWriteFlag;
-    std::int32_t quietFlag;
-    std::int32_t testFlag;
-    std::int32_t noDirectoryNamesFlag;
-    std::int32_t recurseFlag;
-    std::int32_t noDirectoryItemsFlag;
+
+    std::int32_t quietFlag;             // without effect
+    std::int32_t testFlag;              // extraction writes nothing, but reads contents and check sums
+    std::int32_t noDirectoryNamesFlag;  // all goes into the destination itself; folders are left out
+    std::int32_t recurseFlag;           // names are looked for in the folders below too
+    std::int32_t noDirectoryItemsFlag;  // folders do not count as members that match
+
+    // Told how far each item is, and the whole call; null: nobody is told.
     ZipStatusProc lpMinorStatus;
     void* lpMinorUserData;
     ZipStatusProc lpMajorStatus;
     void* lpMajorUserData;
-    std::int32_t returnCount;
+
+    std::int32_t returnCount;  // answered: members, or bytes of a comment or block
+    // Where UNZIP_COMMENT writes. The engine is not told its size: with 65,536 bytes any comment fits.
     char* lpszReturnString;
-    std::int32_t bDiagnostic;
-    std::int32_t bLF2CRLFFlag;
+
+    std::int32_t bDiagnostic;   // without effect
+    std::int32_t bLF2CRLFFlag;  // not offered: other than 0 is refused where contents are read
+
+    // Without effect; encrypted members answer UNZIP_ENCRYPTED.
     std::int32_t decryptFlag;
     const char* lpszDecryptCode;
     void* lpMessageDisplay;
     void* lpMessageDisplayData;
-    std::uint16_t wUnzipSubOptions;
+
+    std::uint16_t wUnzipSubOptions;  // UNZIP_OVERWRITE_READ_ONLY or 0
+
+    // Without effect.
     std::int32_t lResv1;
     std::int32_t lResv2;
     void* lpRenameProc;
     void* lpRenameUserData;
     const char* lpszExtProgTitle;
+
+    // UNZIP_FILE_TO_MEMORY: the block, its size, and the first byte of the contents to go there.
     void* lpMemBlock;
     std::int32_t lMemBlockSize;
     std::int32_t lStartingOffset;
@@ -230,19 +271,19 @@ using DunzipProc = int(QL_ZIP_CALL*)(UNZIPCMDSTRUCT*);
 
 // A member, told in full. The texts are the engine's, as long as the call-back that gets them runs.
 struct ZIPMEMBER {
-    std::int32_t index;    // in the directory's order, from 0
-    std::int32_t code;     // of what was done with the member: 0, or why not
-    const wchar_t* name;   // true and whole
-    const char* ansiName;  // as ZIPINFO has it, but whole
-    const char* dateTime;  // "MM/DD/YY HH:MM:SS", local
-    std::uint64_t size;    // unpacked
-    std::uint64_t packedSize;
-    std::uint32_t crc;
+    std::int32_t index;        // in the directory's order, from 0
+    std::int32_t code;         // of what was done with the member: 0, or why not
+    const wchar_t* name;       // true and whole
+    const char* ansiName;      // as ZIPINFO has it, but whole
+    const char* dateTime;      // "MM/DD/YY HH:MM:SS", local
+    std::uint64_t size;        // unpacked
+    std::uint64_t packedSize;  // as it lies in the archive
+    std::uint32_t crc;         // of the unpacked contents
     std::uint32_t attributes;  // as ZIPINFO::attr
-    std::uint16_t method;
-    std::uint16_t flags;  // of the format
-    std::int32_t isFolder;
-    std::int32_t isEncrypted;
+    std::uint16_t method;      // of the format
+    std::uint16_t flags;       // of the format
+    std::int32_t isFolder;     // 1 or 0
+    std::int32_t isEncrypted;  // 1 or 0
 };
 
 // Another answer than 0 cancels the call.
@@ -255,7 +296,7 @@ using DunzipEachProc = int(QL_ZIP_CALL*)(UNZIPCMDSTRUCT* command, ZipMemberProc 
 
 // A file that is to be added, and what became of it.
 struct ZIPSOURCE {
-    const wchar_t* file;
+    const wchar_t* file;  // where it is
     const wchar_t* name;  // in the archive, with its folders; null: the last part of the file's own
     std::int32_t code;    // answered: a ZipCode; ZIP_BAD_REQUEST where a source before has the same name
 };

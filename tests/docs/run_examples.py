@@ -19,13 +19,9 @@ from results import WINE, report  # noqa: E402: the path comes first
 
 SECONDS = 60
 # Pages about no interface of their own.
-PROSE = {"architecture", "gallery", "hosts", "performance", "preferences"}
+PROSE = {"architecture", "gallery", "hosts", "performance", "preferences", "qlutil"}
 
 BLOCK = re.compile(r"^```(\w+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
-
-
-class PageFault(Exception):
-    pass
 
 
 def example_of(page):
@@ -34,7 +30,7 @@ def example_of(page):
     blocks = list(BLOCK.finditer(text))
     programs = [at for at, block in enumerate(blocks) if block[1] == "cpp" and "\nint main(" in block[2]]
     if len(programs) != 1:
-        raise PageFault(f"has {len(programs) or 'no'} programs, not one (a cpp block with 'int main(')")
+        sys.exit(f"docs/{page.name} has {len(programs) or 'no'} programs, not one (a cpp block with 'int main(')")
     program, following = blocks[programs[0]], blocks[programs[0] + 1:]
     answer = following[0][2] if following and following[0][1] == "text" else None
     return program[2], text.count("\n", 0, program.start(2)) + 1, answer
@@ -47,13 +43,13 @@ def extract(page, source):
 
 def fault_of(page, programs):
     """What is wrong with the page's example; empty when nothing is."""
+    expected = example_of(page)[2]
+    if expected is None:
+        return "does not say in a text block what its program prints"
     try:
-        _, _, expected = example_of(page)
-        if expected is None:
-            return "does not say in a text block what its program prints"
         done = subprocess.run([WINE, programs / f"example_{page.stem}.exe"], stdin=subprocess.DEVNULL,
                               capture_output=True, timeout=SECONDS, check=False, cwd=programs)
-    except (PageFault, subprocess.TimeoutExpired) as fault:
+    except subprocess.TimeoutExpired as fault:
         return str(fault)
     got = done.stdout.decode("utf-8", "replace").replace("\r\n", "\n")
     if got != expected:
@@ -64,20 +60,12 @@ def fault_of(page, programs):
 
 def main():
     if sys.argv[1] == "--extract":
-        page, source = map(pathlib.Path, sys.argv[2:])
-        try:
-            return extract(page, source)
-        except PageFault as fault:
-            sys.exit(f"docs/{page.name} {fault}")
+        return extract(*map(pathlib.Path, sys.argv[2:]))
     programs = pathlib.Path(sys.argv[1]).resolve()
     pages = sorted(page for page in (ROOT / "docs").glob("*.md") if page.stem not in PROSE)
-    failed = 0
-    for page in pages:
-        fault = fault_of(page, programs)
-        failed += bool(fault)
-        if fault:
-            print(f"docs/{page.name} {fault}")
-    return report(len(pages) - failed, failed, *sys.argv[2:])
+    faults = [f"docs/{page.name} {fault}" for page in pages if (fault := fault_of(page, programs))]
+    print("\n".join(faults), end="\n" if faults else "")
+    return report(len(pages) - len(faults), len(faults), *sys.argv[2:])
 
 
 if __name__ == "__main__":

@@ -62,6 +62,6 @@ void Check(const std::wstring& text) {
 
 }  // namespace
 
-void Try(Input input) {
+FUZZER(CmdLine, "", " ", "\"", "/", "a b.c", "C:\\", "%1", "/ddeex", ".exe", "\n") {
     ForEachLine(input, Check);
 }

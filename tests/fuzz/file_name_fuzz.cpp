@@ -70,6 +70,7 @@ void Check(const std::wstring& text) {
 
 }  // namespace
 
-void Try(Input input) {
+FUZZER(FileName, "", "a", "b.c", "\\", "/", ":", ".", "?", "#", "http://", "C:", "::ODMA\\", "PLUGIN\\{x}",
+       "\"", " ", "\n") {
     ForEachLine(input, Check);
 }

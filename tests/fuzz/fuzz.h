@@ -1,15 +1,27 @@
 #pragma once
 
+#ifndef QL_FUZZER
+#include <gtest/gtest.h>
+#endif
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <random>
 #include <span>
 #include <string>
 
-// What the fuzzers share. Each is one file, which defines Try.
+// What the fuzzers share. Each is one file with one FUZZER, a function of its input: a program that searches
+// for inputs that break it, and in the test program of its room a test of generated ones.
 
-inline void Expect(bool holds) {
-    if (!holds) std::abort();
+inline void Expect(bool holds, [[maybe_unused]] const char* file = __builtin_FILE(),
+                   [[maybe_unused]] int line = __builtin_LINE()) {
+    if (holds) return;
+#ifdef QL_FUZZER
+    std::abort();
+#else
+    ADD_FAILURE_AT(file, line) << "what must hold of every input does not";
+#endif
 }
 
 using Input = std::span<const std::uint8_t>;
@@ -46,10 +58,36 @@ void ForEachLine(Input input, Check check) {
     }
 }
 
-void Try(Input input);
+// FUZZER(Name, head, pieces...): what generated inputs begin with and consist of, besides any bytes.
+#ifdef QL_FUZZER
+#define FUZZER(name, ...)                                                               \
+    static void Try(Input input);                                                       \
+    extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) { \
+        Try({data, size});                                                              \
+        return 0;                                                                       \
+    }                                                                                   \
+    static void Try(Input input)
+#else
+#define FUZZER(name, ...)                  \
+    static void Try(Input input);          \
+    TEST(Generated, name) {                \
+        TryGenerated(&Try, {__VA_ARGS__}); \
+    }                                      \
+    static void Try(Input input)
 
-// NOLINTNEXTLINE(misc-definitions-in-headers)
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Try({data, size});
-    return 0;
+// The same inputs every time, of odd lengths: one byte a unit.
+inline void TryGenerated(void (*tryOne)(Input), const std::vector<std::string>& pieces) {
+    std::minstd_rand random(7);  // NOLINT
+    for (int i = 0; i < 1000; ++i) {
+        std::string bytes = pieces.front();
+        for (auto left = random() % 40; left > 0; --left) {
+            const std::size_t piece = random() % (pieces.size() + 1);
+            bytes += piece > 0 && piece < pieces.size() ? pieces[piece]
+                                                        : std::string(1, static_cast<char>(random() >> 8));
+        }
+        if (bytes.size() % 2 == 0) bytes += ' ';
+        tryOne({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+        ASSERT_FALSE(testing::Test::HasFailure()) << testing::PrintToString(bytes);
+    }
 }
+#endif

@@ -64,7 +64,7 @@ void CheckFault(std::wstring_view text, const JSON::Fault& fault) {
 
 }  // namespace
 
-void Try(Input input) {
+FUZZER(Json) {
     const std::wstring text = TextOf(input);
     const auto tree = JSON::Parse(text);
     const auto fault = JSON::Diagnose(text);

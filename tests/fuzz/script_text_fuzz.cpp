@@ -36,7 +36,7 @@ void CheckEscapes(const std::wstring& text) {
 
 }  // namespace
 
-void Try(Input input) {
+FUZZER(ScriptText, "", "$", "u", "12", "aF", "\n", "\r", "\\", "'", "</script>", "<") {
     const std::wstring text = TextOf(input);
     CheckNames(text);
     CheckEscapes(text);

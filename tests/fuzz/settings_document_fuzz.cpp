@@ -52,7 +52,7 @@ RWWString Expected(JSON::Value& tree) {
 
 }  // namespace
 
-void Try(Input input) {
+FUZZER(SettingsDocument) {
     const std::wstring text = TextOf(input);
     CQlsSettings store;
     const bool accepted = store.SetFromSerializedSettings(text.c_str());

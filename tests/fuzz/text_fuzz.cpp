@@ -6,39 +6,52 @@
 
 namespace {
 
-// What is left in the model after a prepend to a text that is still in the object.
-std::wstring Prepended(const std::wstring& text, const std::wstring& front) {
-    std::wstring result = text;
-    result.resize(text.size() + front.size());
-    for (std::size_t i = 0; i < front.size() && i < text.size(); ++i) result[front.size() + i] = text[i];
-    return result.replace(0, front.size(), front);
-}
+// What the builder's text should be, and whether it has moved to the heap.
+struct Model {
+    static constexpr std::size_t kInside = 512;
+    std::wstring text;
+    bool onHeap = false;
+
+    void Become(std::wstring next) {
+        text = std::move(next);
+        onHeap = !text.empty() && (onHeap || text.size() > kInside);
+    }
+    // Inside the object, no more units move than are put in front; those behind them stay, or are zero.
+    void Prepend(const std::wstring& front) {
+        if (onHeap || text.size() + front.size() > kInside) return Become(front + text);
+        std::wstring next = text;
+        next.resize(text.size() + front.size());
+        for (std::size_t i = 0; i < front.size() && i < text.size(); ++i) next[front.size() + i] = text[i];
+        Become(next.replace(0, front.size(), front));
+    }
+};
 
 void Build(Input program) {
     CSpeedStr builder;
-    std::wstring model;
-    bool onHeap = false;
-    while (!program.empty() && model.size() < 4000) {
+    Model model;
+    while (!program.empty() && model.text.size() < 4000) {
         const std::uint8_t operation = TakeByte(program), operand = TakeByte(program);
-        const std::wstring part(operand, static_cast<wchar_t>(L'a' + operand % 26));
-        switch (operation % 6) {
-            case 0: builder += part.c_str(), model += part; break;
-            case 1: builder += RWWString(part), model += part; break;
-            case 2: builder += L'x', model += L'x'; break;
-            case 3: builder += builder, model += std::wstring(model); break;
-            case 4:
-                builder.prepend(part.c_str());
-                model = onHeap || model.size() + part.size() > 512 ? part + model : Prepended(model, part);
-                break;
-            case 5:
-                builder.trimEnd(operand);
-                model.resize(model.size() - std::min<std::size_t>(operand, model.size()));
-                if (model.empty()) onHeap = false;
-                break;
+        const std::size_t size = model.text.size(), own = std::min<std::size_t>(operand, size);
+        const std::size_t brim = std::max(Model::kInside - 1 + operand % 3, size) - size;
+        std::wstring part;
+        while (part.size() < (operation & 64 ? brim : operand))
+            part += static_cast<wchar_t>(L'a' + (operand + part.size()) % 26);
+        const std::wstring_view piece(builder.data() + own, size - own);
+        const std::wstring pieceText(piece);
+        switch (operation % 8) {
+            case 0: builder += part.c_str(), model.Become(model.text + part); break;
+            case 1: builder += RWWString(part), model.Become(model.text + part); break;
+            case 2: builder += L'x', model.Become(model.text + L'x'); break;
+            case 3: builder += builder, model.Become(model.text + model.text); break;
+            case 4: builder.trimEnd(operand), model.Become(model.text.substr(0, size - own)); break;
+            case 5: builder.append(piece), model.Become(model.text + pieceText); break;
+            case 6: builder.prepend(piece), model.Prepend(pieceText); break;
+            default: builder.prepend(part), model.Prepend(part);
         }
-        onHeap = onHeap || model.size() > 512;
-        Expect(builder.ToString() == std::wstring_view(model) && builder.length() == model.size());
+        Expect(builder.ToString() == std::wstring_view(model.text));
+        Expect(builder.length() == model.text.size());
         Expect(builder.data()[builder.length()] == L'\0');
+        Expect(builder[operand] == (operand < model.text.size() ? model.text[operand] : L'\0'));
     }
 }
 
@@ -57,10 +70,10 @@ std::wstring NextToken(const std::wstring& text, const std::wstring& delimiters,
 }
 
 void Split(Input program) {
-    const std::wstring delimiters{static_cast<wchar_t>(TakeByte(program)),
-                                  static_cast<wchar_t>(TakeByte(program)), L'\u20ac'};
-    std::wstring text(program.begin(), program.end());
-    for (wchar_t& unit : text) unit = unit < 250 ? unit : L'\u20ac';
+    constexpr std::wstring_view kUnits = L" ,\"a\u00e4\u20ac";
+    std::wstring text;
+    while (!program.empty()) text += kUnits[TakeByte(program) % kUnits.size()];
+    const std::wstring delimiters = text.substr(0, 2);
     TokenString tokens{RWWString(text), RWWString(delimiters)};
     for (std::size_t at = 0; at < text.size();)
         Expect(tokens.Next() == std::wstring_view(NextToken(text, delimiters, at)));
@@ -69,7 +82,7 @@ void Split(Input program) {
 
 }  // namespace
 
-void Try(Input input) {
+FUZZER(Text, "") {
     Build(input);
     Split(input);
 }

@@ -27,7 +27,7 @@ Reference ReferenceAt(const std::string& text, std::size_t at) {
 
 }  // namespace
 
-void Try(Input input) {
+FUZZER(XmlCharRef, "", "&#", "x", "X", ";", "41", "4294967295", "aF", "g") {
     const std::string text(input.begin(), std::ranges::find(input, std::uint8_t{0}));
     const std::wstring wide(text.begin(), text.end());
     for (std::size_t at = 0; at <= text.size(); ++at) {

@@ -61,6 +61,6 @@ void Read(Input input) {
 
 }  // namespace
 
-void Try(Input input) {
+FUZZER(ZipReader) {
     Expect(ResultOf([&] { Read(input); }) != Result::kNoMemory);
 }

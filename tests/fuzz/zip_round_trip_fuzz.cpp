@@ -34,7 +34,7 @@ void ExpectMembers(const Bytes& bytes, const std::vector<const Member*>& members
 
 }  // namespace
 
-void Try(Input input) {
+FUZZER(ZipRoundTrip) {
     const std::vector<Member> members = MembersOf(input);
     std::vector<const Member*> all, kept;
     std::vector<bool> isKept;

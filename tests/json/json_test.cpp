@@ -7,7 +7,6 @@
 #include <cwchar>
 #include <limits>
 #include <string>
-#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -37,16 +36,13 @@ wstring Rewritten(std::wstring_view document, bool asciiOnly = false, bool prett
 TEST(JsonParse, AcceptsAndNormalises) {
     constexpr std::pair<std::wstring_view, std::wstring_view> kRows[] = {
         {L" \t\n\f\r[ \t\n\f\r] \t\n\f\r", L"[]"},
-        {L" true ", L"true"},
-        {L"false", L"false"},
-        {L"[[],{},[[{}]]]", L"[[],{},[[{}]]]"},
+        {L"[[],{},[[{}]],false, true ]\0x"sv, L"[[],{},[[{}]],false,true]"},
         {L"{\"b\":1,\"a\":{},\"a\":[[]],\"\":null}", L"{\"\":null,\"a\":{},\"b\":1}"},
         {L"{\"\\u0062\":1,\"b\":2}", L"{\"b\":1}"},
         {L"{\"\uFFFD\":3,\"\\ud83d\":2,\"z\":1,\"Z\":0}", L"{\"Z\":0,\"z\":1,\"\xd83d\":2,\"\uFFFD\":3}"},
         {L"\"\\\"\\\\\\/\\b\\f\\n\\r\\t\"", L"\"\\\"\\\\\\/\\b\\f\\n\\r\\t\""},
         {L"\"a/\t\n\x1f\"", L"\"a\\/\\t\\n\\u001f\""},
         {L"\"\\u00E9\\u00e9\\u0041\"", L"\"\u00e9\u00e9A\""},
-        {L"true\0false"sv, L"true"},
     };
     for (const auto& [document, written] : kRows)
         EXPECT_EQ(wstring(written), Rewritten(document)) << wstring(document);
@@ -65,7 +61,6 @@ TEST(JsonParse, RefusesAndDiagnosisPointsAtTheFirstFault) {
         {L"\r\n\n\r  ]", 4, 3, L"a value", L"]"},
         {L"[1,]", 1, 4, L"a value", L"]"},
         {L"[1 2]", 1, 4, L", or ]", L"a number"},
-        {L"[,1]", 1, 2, L"a value or ]", L","},
         {L"[{]", 1, 3, L"a key or }", L"]"},
         {L"[\"a\"", 1, 5, L", or ]", L"the end of the text"},
         {L"{\"a\":1,}", 1, 8, L"a key", L"}"},
@@ -77,16 +72,13 @@ TEST(JsonParse, RefusesAndDiagnosisPointsAtTheFirstFault) {
         {L"truest", 1, 1, L"a value", L"truest"},
         {L"abcdefghijklmnopqrstuvwxyz", 1, 1, L"a value", L"abcdefghijklmnop"},
         {L"1.", 1, 3, L"a digit", L"the end of the text"},
-        {L".5", 1, 1, L"a value", L"."},
         {L"1e+", 1, 4, L"a digit", L"the end of the text"},
-        {L"-", 1, 2, L"a digit", L"the end of the text"},
         {L"0x10", 1, 2, L"the end of the text", L"x"},
         {L"[1 -]", 1, 4, L", or ]", L"a number"},
         {L"\"abc", 1, 5, L"a closing double quote", L"the end of the text"},
         {L"\"abc\\", 1, 6, kEscape, L"the end of the text"},
         {L"\"a\0b\""sv, 1, 3, L"a closing double quote", L"the end of the text"},
         {L"[\"C:\\dir\"]", 1, 6, kEscape, L"d"},
-        {L"\"\\U0041\"", 1, 3, kEscape, L"U"},
         {L"\"\\\u00e9\"", 1, 3, kEscape, L"U+00E9"},
         {L"\"\\u12\"", 1, 6, L"a hexadecimal digit", L"\""},
         {L"\"\\u123g\"", 1, 7, L"a hexadecimal digit", L"g"},
@@ -94,16 +86,15 @@ TEST(JsonParse, RefusesAndDiagnosisPointsAtTheFirstFault) {
         {L"\uFEFF{}", 1, 1, L"a value", L"U+FEFF"},
         {L"[\u0661]", 1, 2, L"a value or ]", L"U+0661"},
         {L"// no\n1", 1, 1, L"a value", L"/"},
-        {L"'a'", 1, 1, L"a value", L"'"},
     };
     for (const auto& row : kRows) {
-        EXPECT_FALSE(Parse(row.document)) << wstring(row.document);
+        SCOPED_TRACE(testing::PrintToString(wstring(row.document)));
+        EXPECT_FALSE(Parse(row.document));
         const auto fault = JSON::Diagnose(row.document);
-        ASSERT_TRUE(fault) << wstring(row.document);
-        EXPECT_EQ(std::tie(row.line, row.column, row.expected),
-                  std::tie(fault->line, fault->column, fault->expected))
-            << wstring(row.document);
-        EXPECT_EQ(wstring(row.found), fault->found.str()) << wstring(row.document);
+        ASSERT_TRUE(fault);
+        EXPECT_EQ(std::pair(row.line, row.column), std::pair(fault->line, fault->column));
+        EXPECT_EQ(row.expected, fault->expected);
+        EXPECT_EQ(wstring(row.found), fault->found.str());
     }
     EXPECT_FALSE(JSON::Diagnose(L"[1, {\"a\": null}]"));
 }
@@ -113,9 +104,8 @@ TEST(JsonNumber, ReadsExactlyAndLikewiseUnderALocaleWithADecimalComma) {
     const std::wstring manyZeros(400, L'0');
     const std::pair<double, std::vector<wstring>> kRows[] = {
         {1, {L"01", L"0." + manyZeros + L"1e401", L"1" + manyZeros + L"e-400"}},
-        {-7.5, {L"-007.50", L"-75e-1"}},
+        {-7.5, {L"-007.50", L"-75E-1", L"-0.75e+1"}},
         {0.1, {L"0.1", L"1e-1"}},
-        {100, {L"1E2", L"1e+2"}},
         {9007199254740992, {L"9007199254740993"}},
         {9007199254740994, {L"9007199254740993.0000000000000000000000001"}},
         {std::numeric_limits<double>::max(), {L"1.7976931348623157e308"}},
@@ -124,10 +114,7 @@ TEST(JsonNumber, ReadsExactlyAndLikewiseUnderALocaleWithADecimalComma) {
         // A product or quotient in more digits than a double has, rounded once more, is another neighbour.
         {0x1.6345785cf9e43p+109, {L"9007199253890324E17"}},
         {0x1.03e7acb77f007p+85, {L"3927573E19"}},
-        {0x1.6fbd529017775p+79, {L"868300441562E12"}},
-        {0x1.869fffffe227dp+69, {L"9007199254580765E5"}},
         {0x1.79dae6ea85447p+7, {L"188927543E-6", L"188.927543", L"0.00188927543e5"}},
-        {0x1.5fd7fe173a40fp+16, {L"9007199254192433E-11"}},
         {0x1.bdcfe96fa6d0bp+2, {L"6965814932856357E-15", L"6.965814932856357"}},
         {0x1p+0, {L"1" + wstring(900, L'0') + L"e-900", L"0." + wstring(900, L'0') + L"1e901"}},
         {0x1.0000000000001p+0,
@@ -136,16 +123,9 @@ TEST(JsonNumber, ReadsExactlyAndLikewiseUnderALocaleWithADecimalComma) {
         {kInfinity, {L"1" + manyZeros, L"1e99999999999999999999", L"1e9223372036854775807"}},
         {0, {L"0." + manyZeros + L"1", L"1e-400", L"1e-99999999999999999999", L"0e99999999999999999999"}},
     };
-#ifdef _WIN32
-    constexpr const char* kGerman = "German";
-    constexpr bool kMustHaveGerman = true;
-#else
-    constexpr const char* kGerman = "de_DE.UTF-8";
-    constexpr bool kMustHaveGerman = false;
-#endif
-    for (const char* locale : {"C", kGerman}) {
-        const bool isSet = std::setlocale(LC_ALL, locale);
-        EXPECT_TRUE(isSet || !kMustHaveGerman);
+    // The last one is known on Windows, the other one on some other systems.
+    for (const char* locale : {"C", "de_DE.UTF-8", "German"}) {
+        std::setlocale(LC_ALL, locale);
         for (const auto& [value, documents] : kRows) {
             for (const wstring& document : documents) {
                 const auto node = Parse(document);
@@ -172,13 +152,12 @@ TEST(JsonNumber, IsWrittenWithFiveDecimalsAtMost) {
     }
     for (const double nothing : {0.0000001, -0.000001, -0.0}) EXPECT_EQ(L"0", written(nothing)) << nothing;
     for (const double none : {kInfinity, -kInfinity, std::nan("")}) EXPECT_EQ(L"null", written(none)) << none;
-    EXPECT_EQ(L"0.00001", written(0.000005));
-    EXPECT_EQ(L"0.33333", written(1.0 / 3));
-    EXPECT_EQ(L"1", written(0.999999));
-    EXPECT_EQ(L"100000", written(99999.999999));
-    EXPECT_EQ(L"0.50001", written(0.500015)) << "the double is just below";
-    EXPECT_EQ(L"0.01562", written(0.015625)) << "exact halves go to the even neighbour";
-    EXPECT_EQ(L"0.04688", written(0.046875));
+    const std::pair<double, const wchar_t*> kRows[] = {
+        {0.000005, L"0.00001"},    {1.0 / 3, L"0.33333"},
+        {99999.999999, L"100000"}, {0.500015, L"0.50001"},  // the double is just below
+        {0.015625, L"0.01562"},    {0.046875, L"0.04688"},  // exact halves go to the even neighbour
+    };
+    for (const auto& [number, text] : kRows) EXPECT_EQ(text, written(number)) << number;
     EXPECT_EQ(310u, written(-std::numeric_limits<double>::max()).size());
 }
 
@@ -222,8 +201,7 @@ TEST(JsonText, EveryUnitSurvivesARoundTripAloneAndAmongOthers) {
             ASSERT_EQ(document.Element(i)->text(), back->Element(i)->text()) << i;
         }
     }
-    EXPECT_EQ(L"\xd83d\xde00"sv, Parse(L"\"\\uD83D\\uDE00\"")->text());
-    EXPECT_EQ(L"\xde00\0\xd83d"sv, Parse(L"\"\\ude00\\u0000\xd83d\"")->text());
+    EXPECT_EQ(L"\xde00\0\xd83d"sv, Parse(L"\"\\uDe00\\u0000\xd83d\"")->text());
 }
 
 TEST(JsonSerialize, PrettyBreaksLinesInContainersEvenInEmptyOnes) {
@@ -248,18 +226,14 @@ TEST(JsonSerialize, UnknownKindGoesToTheAssertionHandler) {
 
 TEST(JsonValue, HoldsOnlyWhatItsKindSays) {
     const Value text(L"a"), noText(static_cast<const wchar_t*>(nullptr)), number(1.5), flag(true);
-    EXPECT_EQ(L"a"sv, text.text());
+    for (const Value* value : {&text, &noText, &number, &flag}) {
+        EXPECT_EQ(value == &text ? L"a"sv : L""sv, value->text());
+        EXPECT_EQ(value == &number ? 1.5 : 0, value->number());
+        EXPECT_EQ(value == &flag, value->flag());
+        EXPECT_EQ(nullptr, value->Element(0));
+        EXPECT_EQ(nullptr, value->Member(L"a"));
+    }
     EXPECT_EQ(JSON::String, noText.kind());
-    EXPECT_TRUE(noText.text().empty());
-    EXPECT_EQ(1.5, number.number());
-    EXPECT_TRUE(flag.flag());
-    EXPECT_EQ(0, text.number());
-    EXPECT_FALSE(text.flag());
-    EXPECT_EQ(L""sv, number.text());
-    EXPECT_FALSE(number.flag());
-    EXPECT_EQ(0, flag.number());
-    EXPECT_EQ(nullptr, text.Element(0));
-    EXPECT_EQ(nullptr, text.Member(L"a"));
     Value ofEachKind(JSON::Array);
     for (const auto kind : {JSON::String, JSON::Number, JSON::Object, JSON::Array, JSON::Bool, JSON::Null}) {
         ofEachKind.AddElement(std::make_unique<Value>(kind));
@@ -270,10 +244,9 @@ TEST(JsonValue, HoldsOnlyWhatItsKindSays) {
 TEST(JsonValue, RefusedChildrenStayTheCallers) {
     Value object(JSON::Object), array(JSON::Array), null(JSON::Null);
     auto child = std::make_unique<Value>(1.0);
-    EXPECT_FALSE(object.AddElement(std::move(child)));
-    EXPECT_FALSE(array.AddMember(L"a", std::move(child)));
-    EXPECT_FALSE(null.AddElement(std::move(child)));
-    EXPECT_FALSE(null.AddMember(L"a", std::move(child)));
+    for (Value* other : {&object, &null}) EXPECT_FALSE(other->AddElement(std::move(child))) << other->kind();
+    for (Value* other : {&array, &null})
+        EXPECT_FALSE(other->AddMember(L"a", std::move(child))) << other->kind();
     EXPECT_FALSE(object.AddMember(L"a", nullptr));
     EXPECT_FALSE(array.AddElement(nullptr));
     ASSERT_TRUE(child);
@@ -308,12 +281,8 @@ TEST(JsonValue, ManyMembersInAnyOrderAreFoundAndKeptSorted) {
         const wstring key = std::to_wstring(1000 + i * 367 % 1000);
         ASSERT_TRUE(object.AddMember(key, std::make_unique<Value>(RWWString(key))));
     }
-    for (int i = 0; i < 1000; i += 7) {
-        const wstring key = std::to_wstring(1000 + i);
+    for (const wchar_t* key : {L"1000", L"1491", L"1999"})
         EXPECT_FALSE(object.AddMember(key, std::make_unique<Value>(L"again"))) << key;
-        EXPECT_EQ(key, object.Member(key)->text());
-    }
-    EXPECT_EQ(nullptr, std::as_const(object).Member(L"1000x"));
     const auto parsed = Parse(Written(&object));
     const auto copy = object.Clone();
     for (Value* tree : {&object, parsed.get(), copy.get()}) {
@@ -325,8 +294,7 @@ TEST(JsonValue, ManyMembersInAnyOrderAreFoundAndKeptSorted) {
             ASSERT_EQ(node, tree->Member(key));
         }
         EXPECT_EQ(2000, next);
-        EXPECT_EQ(nullptr, tree->Member(L"1000x"));
-        EXPECT_EQ(nullptr, tree->Member(L""));
+        for (const wchar_t* absent : {L"1000x", L""}) EXPECT_EQ(nullptr, std::as_const(*tree).Member(absent));
     }
 }
 

@@ -3,22 +3,25 @@
 #include <atomic>
 #include <cstdlib>
 #include <new>
-#include <utility>
 
 #include "tests/native/system_memory.h"
 
 namespace {
 
 std::atomic<long> g_liveBlocks = 0;
-thread_local memory::Attempt* t_attempt = nullptr;
 
-void* Allocate(std::size_t size, std::size_t alignment) {
-    if (memory::Attempt::RefusesNext()) throw std::bad_alloc();
+// Null when there is none.
+void* Allocate(std::size_t size, std::size_t alignment = 0) {
+    if (memory::Attempt::RefusesNext()) return nullptr;
     void* const block = alignment > 0
                             ? std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment)
-                            : std::malloc(size > 0 ? size : 1);
+                            : std::malloc(size);
+    if (block) ++g_liveBlocks;
+    return block;
+}
+
+void* OrThrow(void* block) {
     if (!block) throw std::bad_alloc();
-    ++g_liveBlocks;
     return block;
 }
 
@@ -29,40 +32,23 @@ void GiveBack(void* block) {
 
 }  // namespace
 
-namespace memory {
-
-long LiveBlocks() {
+long memory::LiveBlocks() {
     return g_liveBlocks;
 }
 
-Attempt::Armed::Armed(Attempt& attempt) {
-    t_attempt = &attempt;
+bool memory::Attempt::RefusesNext() {
+    if (!current_ || current_->hasFailed_ || fake::SystemMemory::IsUsed()) return false;
+    return current_->hasFailed_ = current_->turn_-- == 0;
 }
-
-Attempt::Armed::~Armed() {
-    t_attempt = nullptr;
-}
-
-bool Attempt::RefusesNext() {
-    if (!t_attempt || t_attempt->hasFailed_ || fake::SystemMemory::IsUsed()) return false;
-    t_attempt->hasFailed_ = t_attempt->turn_-- == 0;
-    return t_attempt->hasFailed_;
-}
-
-}  // namespace memory
 
 void* operator new(std::size_t size) {
-    return Allocate(size, 0);
+    return OrThrow(Allocate(size));
 }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    try {
-        return Allocate(size, 0);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
+    return Allocate(size);
 }
 void* operator new(std::size_t size, std::align_val_t alignment) {
-    return Allocate(size, static_cast<std::size_t>(alignment));
+    return OrThrow(Allocate(size, static_cast<std::size_t>(alignment)));
 }
 void operator delete(void* block) noexcept {
     GiveBack(block);

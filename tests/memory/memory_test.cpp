@@ -7,32 +7,21 @@ namespace {
 // A call that asks for more would be no call to try one allocation after the other.
 constexpr unsigned kMostAllocations = 1000;
 
-void BearsEveryLoss(const memory::Row& row) {
-    memory::Attempt whole(kMostAllocations);
-    row.run(whole);  // what is made once and kept is made here
-    ASSERT_FALSE(whole.HasFailed());
-    for (unsigned turn = 0; !testing::Test::HasFailure(); ++turn) {
-        SCOPED_TRACE("allocation " + std::to_string(turn));
-        const long former = memory::LiveBlocks();
-        memory::Attempt attempt(turn);
-        row.run(attempt);
-        EXPECT_EQ(former, memory::LiveBlocks()) << "blocks leak";
-        if (!attempt.HasFailed()) return;
-    }
-}
-
 }  // namespace
 
-TEST(Memory, CallsOfTextAndNamesBearTheLossOfEachAllocation) {
-    for (const memory::Row& row : memory::TextCalls()) {
-        SCOPED_TRACE(row.what);
-        BearsEveryLoss(row);
-    }
-}
-
-TEST(Memory, CallsOfSettingsBearTheLossOfEachAllocation) {
-    for (const memory::Row& row : memory::SettingsCalls()) {
-        SCOPED_TRACE(row.what);
-        BearsEveryLoss(row);
+TEST(Memory, CallsBearTheLossOfEachAllocation) {
+    for (const auto& rows : {memory::TextCalls(), memory::SettingsCalls()}) {
+        for (const memory::Row& row : rows) {
+            memory::Attempt attempt(kMostAllocations);
+            row.run(attempt);  // what is made once and kept is made here
+            ASSERT_FALSE(attempt.HasFailed()) << row.what;
+            for (unsigned turn = 0; turn == 0 || attempt.HasFailed(); ++turn) {
+                const long former = memory::LiveBlocks();
+                attempt = memory::Attempt(turn);
+                row.run(attempt);
+                EXPECT_EQ(former, memory::LiveBlocks()) << "blocks leak";
+                ASSERT_FALSE(HasFailure()) << row.what << ", allocation " << turn;
+            }
+        }
     }
 }

@@ -51,25 +51,21 @@ Row WithLibrary(const char* what, void (*call)(), bool inContext = false) {
             }};
 }
 
-Row Json(const char* what, void (*call)()) {
-    return {what, [=](Attempt& attempt) { attempt(call); }};
-}
-
 }  // namespace
 
 std::vector<Row> SettingsCalls() {
     return {
-        Json("a document parsed, copied, changed and written",
-             [] {
-                 const auto root = JSON::Parse(kDocument);
-                 if (!root) return;
-                 root->AddMember(kKey, root->Clone());
-                 root->Clone();
-                 JSON::Serialize(root.get());
-                 RWWString key;
-                 root->FirstMember(key);
-             }),
-        Json("a bad document diagnosed", [] { JSON::Diagnose(L"{\"a key of some length\" 1}"); }),
+        Calls("a document parsed, copied, changed and written",
+              [] {
+                  const auto root = JSON::Parse(kDocument);
+                  if (!root) return;
+                  root->AddMember(kKey, root->Clone());
+                  root->Clone();
+                  JSON::Serialize(root.get());
+                  RWWString key;
+                  root->FirstMember(key);
+              }),
+        Calls("a bad document diagnosed", [] { JSON::Diagnose(L"{\"a key of some length\" 1}"); }),
         {"the library started and ended",
          [](Attempt& attempt) {
              attempt([] {
@@ -78,51 +74,43 @@ std::vector<Row> SettingsCalls() {
              });
              EXPECT_TRUE(QLLibraryScope().ok());
          }},
-        WithLibrary("a text read", [] { GetQLRegString(kSection, L"Stored", kText); }),
-        WithLibrary("numbers and truth values read",
+        WithLibrary("preferences read",
                     [] {
+                        GetQLRegString(kSection, L"Stored", kText);
                         GetQLRegInt(kSection, kNumber, 5);
                         GetQLRegBool(kSection, L"Flag", true);
                         GetQLRegColor(kSection, L"Stored", 0);
+                        FindPreference(kSection, L"Stored");
                     }),
         WithLibrary(
-            "a text written", [] { WriteQLRegString(kSection, kEntry, kText); }, true),
-        WithLibrary(
-            "a text written over the context's own",
+            "texts written, one over the context's own",
             [] {
                 CQlsSettings::SetThreadRegStrSetting(kSection, L"Short", L"own");
                 WriteQLRegString(kSection, L"Short", kText);
+                WriteQLRegString(kSection, kEntry, kText);
             },
             true),
-        WithLibrary("a number written", [] { WriteQLRegInt(kSection, kNumber, 1); }),
-        WithLibrary("a truth value and a colour written",
+        WithLibrary("preferences written and deleted",
                     [] {
+                        WriteQLRegInt(kSection, kNumber, 1);
                         WriteQLRegBool(kSection, L"Flag", true);
                         WriteQLRegColor(kSection, L"Colour", 33023);
+                        WriteQLRegString(kSection, L"Stored", nullptr);
                     }),
-        WithLibrary("a text deleted", [] { WriteQLRegString(kSection, L"Stored", nullptr); }),
-        WithLibrary("a document set and written",
+        WithLibrary("a document set and written, and a context of its own",
                     [] {
                         CQlsSettings store;
                         store.SetFromSerializedSettings(kDocument);
                         RWWString document;
                         store.GetSerializedSettings(&document);
-                    }),
-        WithLibrary("a context made, attached and written",
-                    [] {
                         const QLContextScope context;
                         CQlsSettings::SetThreadRegStrSetting(kSection, kEntry, kText);
                     }),
-        WithLibrary("entries and sections listed",
-                    [] {
-                        EnumQLEntries entries(kSection);
-                        RWWString name;
-                        entries.GetNextEntry(name);
-                        EnumQLSections(L"", false).GetNextSection();
-                    }),
-        WithLibrary("the registry read past the stores",
+        WithLibrary("the registry listed and read past the stores",
                     [] {
                         RWWString text;
+                        EnumQLEntries(kSection).GetNextEntry(text);
+                        EnumQLSections(L"", false).GetNextSection();
                         GetRegStringVal(kSection, L"Stored", &text);
                         GetQLProfileDirEx(kSection, L"Of the machine", true);
                         GetOldQLRegString(kSection, kEntry, kText);
@@ -131,7 +119,6 @@ std::vector<Row> SettingsCalls() {
                             WriteRegValue(kSection, L"Other", value);
                         DeleteRegValue(kSection, L"Other");
                     }),
-        WithLibrary("a preference looked up in all layers", [] { FindPreference(kSection, L"Stored"); }),
         WithLibrary("directories and interview values",
                     [] {
                         CQlDir::GetDirectory(TemplateDirectory);

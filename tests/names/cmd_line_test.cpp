@@ -43,22 +43,18 @@ TEST(CmdLine, ChangesSwitches) {
     EXPECT_TRUE(line.IsNull());
 }
 
-TEST(CmdLine, ComparesWithANameByTheNameAlone) {
-    const QLCmdLine line(RWWString(L"C:\\a.qft /x"));
-    const QLFileName name(std::wstring(L"C:\\A.qft")), other(L"C:\\b.qft");
-    EXPECT_TRUE(line == name);
-    EXPECT_TRUE(name == line);
-    EXPECT_TRUE(line != other);
-    EXPECT_TRUE(other != line);
-    EXPECT_FALSE(line != name);
-    EXPECT_FALSE(other == line);
-}
-
-TEST(CmdLine, ComparesNamesFirstAndAssignsByText) {
+TEST(CmdLine, ComparesByTheNameFirstAndAssignsByText) {
     const QLCmdLine a(L"C:\\A.QFT /X"), b(L"c:\\a.qft /x"), c(L"c:\\a.qft /y"), d(L"c:\\b.qft /a");
+    const QLFileName name(std::wstring(L"C:\\A.qft")), other(L"C:\\b.qft");
     EXPECT_EQ(a, b);
     EXPECT_LT(b.CompareTo(c), 0);
     EXPECT_LT(c.CompareTo(d), 0);
+    EXPECT_TRUE(a == name);
+    EXPECT_TRUE(name == c);
+    EXPECT_TRUE(a != other);
+    EXPECT_TRUE(other != c);
+    EXPECT_FALSE(c != name);
+    EXPECT_FALSE(other == a);
     QLCmdLine copy;
     copy = QLCmdLine(QLFileName(L"ftp://srv/a.txt?q"));
     EXPECT_EQ(copy.GetTail(), L"") << "left out of the text";

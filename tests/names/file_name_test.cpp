@@ -89,15 +89,16 @@ TEST(FileName, SplitsATextAndComposesItAgain) {
 TEST(FileName, TakesEveryWideTextUpToItsFirstZeroUnit) {
     const std::wstring standard(L"C:\\d\\a.txt\0.exe", 16);
     const RWWString text = standard;
-    const QLFileName expected(standard.c_str());
-    EXPECT_EQ(Parts(expected), Parts(text));
-    EXPECT_EQ(Parts(expected), Parts(standard));
-    EXPECT_EQ(Parts(expected), Parts(std::wstring_view(standard)));
-    EXPECT_EQ(Parts(QLFileName(L"C:\\d", L"a", L"b")),
-              Parts({std::wstring(L"C:\\d\0e", 6), std::wstring_view(L"a\0c", 3), RWWString(L"b\0d", 3)}));
+    const std::wstring expected = Parts(standard.c_str());
+    EXPECT_EQ(expected, Parts(text));
+    EXPECT_EQ(expected, Parts(standard));
+    EXPECT_EQ(expected, Parts(std::wstring_view(standard)));
     QLFileName name;
     name.SetPathAndFileName(text);
-    EXPECT_EQ(Parts(expected), Parts(name));
+    EXPECT_EQ(expected, Parts(name));
+    EXPECT_EQ(LR"(file|C:\|a|b.c|.d||\\)", Parts({std::wstring(L"C:\\a\0e", 6),
+                                                  std::wstring_view(L"b.c\0e", 5), RWWString(L".d \0e", 5)}));
+    EXPECT_EQ(RWWString(L"a."), QLFileName(nullptr, L"a", nullptr).GetPathAndFileName());
 }
 
 TEST(FileName, IsNullWhenNothingIsLeftOfTheText) {
@@ -109,31 +110,21 @@ TEST(FileName, IsNullWhenNothingIsLeftOfTheText) {
         EXPECT_EQ(L"||||-||/0", Parts(name)) << "the former separators stay";
         name.Reset();
         EXPECT_EQ(Parts(QLFileName()), Parts(name));
+        name.SetPath(text);
+        EXPECT_FALSE(name.IsNull());
     }
-    QLFileName local;
-    local.SetPath(nullptr);
-    EXPECT_FALSE(local.IsNull());
 }
 
 TEST(FileName, KeepsFieldsOnCopyButTextOnlyOnAssignment) {
     const QLFileName ftp(L"ftp://srv/f?x");
-    QLFileName copy(ftp);
+    QLFileName copy(ftp), assigned;
     EXPECT_EQ(L"ftp|srv/||f|-|?x|/0R", Parts(copy));
     copy.SetFileName(L"g");
     EXPECT_EQ(L"ftp|srv/||f|-|?x|/0R", Parts(ftp));
-    QLFileName assigned;
     assigned = ftp;
     EXPECT_EQ(L"ftp|srv/||f|-||/0R", Parts(assigned));
-
-    QLFileName self(L"C:\\a\\b.c");
-    self = *&self;
-    EXPECT_EQ(RWWString(L"C:\\a\\b.c"), self.GetPathAndFileName());
-}
-
-TEST(FileName, BuildsFromThreeParts) {
-    const QLFileName name(L"C:\\a", L"b.c", L".d  ");
-    EXPECT_EQ(LR"(file|C:\|a|b.c|.d||\\)", Parts(name));
-    EXPECT_EQ(RWWString(L"a."), QLFileName(nullptr, L"a", nullptr).GetPathAndFileName());
+    assigned = *&assigned;
+    EXPECT_EQ(L"ftp|srv/||f|-||/0R", Parts(assigned));
 }
 
 TEST(FileName, ReplacesOnePartAndKeepsTheOthers) {
@@ -172,13 +163,13 @@ TEST(FileName, PrependsAPathInPlaceOfTheRoot) {
 
 TEST(FileName, SetRootTakesTheSeparatorThatEndsIt) {
     struct Opened : QLFileName {
-        using QLFileName::QLFileName;
         using QLFileName::SetRoot;
     };
     const wchar_t* const rows[][2] = {
-        {L"D:/", L"file|D:/|a|b|-||/\\"}, {L"D:", L"file|D:\\|a|b|-||\\\\"}, {L"", L"file||a|b|-||0\\"}};
+        {L"D:/", L"file|D:/|||-||/0"}, {L"D:", L"file|D:\\|||-||\\0"}, {L"", L"file||||-||00"}};
     for (const auto& [root, parts] : rows) {
-        Opened name(L"C:\\a\\b");
+        Opened name;
+        name.SetPathAndFileName(L"C:\\");
         name.SetRoot(root);
         EXPECT_EQ(parts, Parts(name));
     }
@@ -197,28 +188,27 @@ TEST(FileName, ComparesPartByPartIgnoringCase) {
     EXPECT_NE(QLFileName(L"a"), QLFileName(L"b"));
 }
 
-TEST(FileName, ChangesCaseButForSchemeAndTail) {
-    QLFileName name(L"http://Srv/Dir/File.Ext?Tail");
-    name.ToUpper();
-    EXPECT_EQ(RWWString(L"http://SRV/DIR/FILE.EXT?TAIL"), name.GetPathAndFileName());
-    name.ToLower();
-    EXPECT_EQ(RWWString(L"http://srv/dir/file.ext?TAIL"), name.GetPathAndFileName());
-}
-
-TEST(FileName, TellsDocumentIdsAndPluginItemsInAnyCaseOnceParsed) {
-    QLFileName document(L"::ODMA\\Ab");
-    QLFileName plugin(L"PLUGIN\\{Ab}");
-    document.ToLower();
-    plugin.ToLower();
-    EXPECT_TRUE(document.IsODMADocId());
-    EXPECT_FALSE(document.IsPluginFileType());
-    EXPECT_EQ(RWWString(L"::ODMA\\ab"), document.GetPathAndFileName());
-    EXPECT_TRUE(plugin.IsPluginFileType());
-    EXPECT_EQ(RWWString(L"plugin\\{ab}"), plugin.GetPathAndFileName());
-    document.SetFileName(L"");
-    EXPECT_FALSE(document.IsODMADocId());
-    plugin.SetFileName(L"");
-    EXPECT_FALSE(plugin.IsPluginFileType());
+TEST(FileName, ChangesCaseButForSchemeAndTailAndStaysOfItsKind) {
+    const struct {
+        const wchar_t *text, *lower, *upper;
+        int isDocument, isPlugin;
+    } rows[] = {
+        {L"http://Srv/Dir/File.Ext?a", L"http://srv/dir/file.ext?A", L"http://SRV/DIR/FILE.EXT?A", 0, 0},
+        {L"::ODMA\\Ab", L"::ODMA\\ab", L"::ODMA\\AB", 1, 0},
+        {L"PLUGIN\\{Ab}", L"plugin\\{ab}", L"PLUGIN\\{AB}", 0, 1},
+    };
+    for (const auto& [text, lower, upper, isDocument, isPlugin] : rows) {
+        QLFileName name(text);
+        name.ToLower();
+        EXPECT_EQ(RWWString(lower), name.GetPathAndFileName());
+        EXPECT_EQ(isDocument, name.IsODMADocId()) << text;
+        EXPECT_EQ(isPlugin, name.IsPluginFileType()) << text;
+        name.ToUpper();
+        EXPECT_EQ(RWWString(upper), name.GetPathAndFileName());
+        name.SetFileName(L"");
+        EXPECT_FALSE(name.IsODMADocId()) << text;
+        EXPECT_FALSE(name.IsPluginFileType()) << text;
+    }
 }
 
 TEST(FileName, ExpandsEnvironmentReferences) {

@@ -2,80 +2,89 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace {
 
-enum Owner { kOurs, kOthers };
+std::string Narrow(const wchar_t* text) {
+    std::string narrow;
+    for (; *text; ++text) narrow += static_cast<char>(*text);
+    return narrow;
+}
 
-// Each recognised extension: its kinds among all, among documents and among templates.
-constexpr struct {
-    const wchar_t* file;
-    FileType type, document, templ;
-    Owner owner;
-} kFiles[] = {
-    {L"a.TPL", FT_WP52_TEMPLATE, FT_NONE, FT_WP52_TEMPLATE, kOurs},
-    {L"a.wpt", FT_WP_TEMPLATE, FT_NONE, FT_WP_TEMPLATE, kOurs},
-    {L"a.dot", FT_WORD_TEMPLATE, FT_NONE, FT_WORD_TEMPLATE, kOurs},
-    {L"a.rtf", FT_RTF_TEMPLATE, FT_RTF_DOCUMENT, FT_RTF_TEMPLATE, kOurs},
-    {L"a.ttx", FT_TEXT_TEMPLATE, FT_NONE, FT_TEXT_TEMPLATE, kOurs},
-    {L"a.qft", FT_FORM_TEMPLATE, FT_NONE, FT_FORM_TEMPLATE, kOurs},
-    {L"a.qpt", FT_PDF_TEMPLATE, FT_NONE, FT_PDF_TEMPLATE, kOurs},
-    {L"a.DocX", FT_DOCX_TEMPLATE, FT_DOCX_DOCUMENT, FT_DOCX_TEMPLATE, kOurs},
-    {L"a.dotm", FT_DOCM_TEMPLATE, FT_NONE, FT_DOCM_TEMPLATE, kOurs},
-    {L"a.qll", FT_CLAUSE_LIBRARY, FT_NONE, FT_CLAUSE_LIBRARY, kOurs},
-    {L"a.cmp", FT_INTERVIEW_TEMPLATE, FT_NONE, FT_INTERVIEW_TEMPLATE, kOurs},
-    {L"a.ans", FT_BINARY_ANSWER_FILE, FT_NONE, FT_NONE, kOurs},
-    {L"a.anx", FT_ANSWER_FILE, FT_NONE, FT_NONE, kOurs},
-    {L"a.ant", FT_TEXT_ANSWER_FILE, FT_NONE, FT_NONE, kOurs},
-    {L"a.qli", FT_AUTO_INSTALL_FILE, FT_NONE, FT_NONE, kOurs},
-    {L"a.qla", FT_AUTO_ASSEMBLE_FILE, FT_NONE, FT_NONE, kOurs},
-    {L"a.qcl", FT_CLAUSE_FILE, FT_NONE, FT_NONE, kOurs},
-    {L"a.js", FT_INTERVIEW_FILE, FT_NONE, FT_NONE, kOthers},
-    {L"a.qvc", FT_VARIABLE_COLLECTION, FT_NONE, FT_NONE, kOthers},
-    {L"a.wpd", FT_WP_DOCUMENT, FT_WP_DOCUMENT, FT_NONE, kOthers},
-    {L"a.doc", FT_WORD_DOCUMENT, FT_WORD_DOCUMENT, FT_NONE, kOthers},
-    {L"a.docm", FT_DOCM_DOCUMENT, FT_DOCM_DOCUMENT, FT_NONE, kOthers},
-    {L"a.txt", FT_TEXT_DOCUMENT, FT_TEXT_DOCUMENT, FT_NONE, kOthers},
-    {L"a.qfd", FT_FORM_DOCUMENT, FT_FORM_DOCUMENT, FT_NONE, kOthers},
-    {L"a.qpd", FT_PDF_DOCUMENT, FT_PDF_DOCUMENT, FT_NONE, kOthers},
-    {L"a.pdf", FT_PDF_FILE, FT_PDF_FILE, FT_NONE, kOthers},
-    {L"a.evy", FT_ENVOY_FILE, FT_ENVOY_FILE, FT_NONE, kOthers},
-    {L"a.qlp", FT_PUBLISH_SETTINGS, FT_NONE, FT_NONE, kOurs},
-    {L"a.qcat", FT_CATALOG_FILE, FT_NONE, FT_NONE, kOthers},
-    {L"a.html", FT_HTML_FILE, FT_HTML_FILE, FT_NONE, kOthers},
-    {L"a.HTM", FT_HTML_FILE, FT_HTML_FILE, FT_NONE, kOthers},
-    {L"a.qlpmx", FT_PUBLISHER_ANSWER_MAPPING, FT_NONE, FT_NONE, kOurs},
-    {L"a.qlumx", FT_USER_ANSWER_MAPPING, FT_NONE, FT_NONE, kOurs},
-    {L"a.cs", FT_CS_FILE, FT_NONE, FT_NONE, kOthers},
-    {L"a.jpg", FT_JPG_FILE, FT_NONE, FT_NONE, kOthers},
-    {L"a.png", FT_PNG_FILE, FT_NONE, FT_NONE, kOthers},
-    {L"a.gif", FT_GIF_FILE, FT_NONE, FT_NONE, kOthers},
-    {L"a.pdb", FT_PDB_FILE, FT_NONE, FT_NONE, kOthers},
-    {L"a.dll", FT_DLL_FILE, FT_NONE, FT_NONE, kOthers},
-    {L"a", FT_NONE, FT_NONE, FT_NONE, kOthers},
-    {L"a.", FT_NONE, FT_NONE, FT_NONE, kOthers},
-    {L"", FT_NONE, FT_NONE, FT_NONE, kOthers},
-    {L"a.doc.x", FT_NONE, FT_NONE, FT_NONE, kOthers},
-    {L"C:\\a.doc\\b", FT_NONE, FT_NONE, FT_NONE, kOthers},
-    {L".rtf", FT_RTF_TEMPLATE, FT_RTF_DOCUMENT, FT_RTF_TEMPLATE, kOurs},
-};
+std::string Told(const char* what, FileType type) {
+    return type == FT_NONE ? "" : what + std::to_string(type);
+}
+
+// What a file of that name is among all kinds, documents and templates, and whether it is ours.
+std::string KindsOf(const std::wstring& file) {
+    const QLFileName name(file);
+    EXPECT_EQ(GetFileType(name), GetFileType(RWWString(file)));
+    EXPECT_EQ(GetDocumentType(name), GetDocumentType(file.c_str()));
+    EXPECT_EQ(GetTemplateType(name), GetTemplateType(file.c_str()));
+    return Told(" ", GetFileType(name)) + Told(" document ", GetDocumentType(name)) +
+           Told(" template ", GetTemplateType(name)) + (IsQuilletFileType(name) ? " ours" : "");
+}
 
 }  // namespace
 
-TEST(FileType, IsToldFromTheExtensionAlone) {
-    for (const auto& row : kFiles) {
-        const QLFileName name(row.file);
-        const std::vector<FileType> kinds = {row.type, row.document, row.templ};
-        EXPECT_EQ(kinds, (std::vector{GetFileType(name), GetDocumentType(name), GetTemplateType(name)}))
-            << row.file;
-        EXPECT_EQ(kinds, (std::vector{GetFileType(RWWString(row.file)), GetDocumentType(row.file),
-                                      GetTemplateType(row.file)}))
-            << row.file;
-        EXPECT_EQ(row.owner == kOurs, IsQuilletFileType(name)) << row.file;
+// Every kind that has a name or an extension: both, the kinds of a file of that extension, and what it is
+// assembled to.
+TEST(FileType, HasANameAnExtensionAndTheKindsOfItsFiles) {
+    std::string facts;
+    for (int number = -1; number < 60; ++number) {
+        const auto type = static_cast<FileType>(number);
+        const std::wstring extension = GetFileExt(type);
+        const std::string name = Narrow(GetFileName(type)) + Narrow(extension.c_str());
+        const std::string assembled = Told(" to ", GetTemplateDocType(type));
+        if (!(name + assembled).empty())
+            facts += std::to_string(number) + " " + name + ":" + KindsOf(L"a" + extension) + assembled + "\n";
     }
+    EXPECT_EQ(
+        "1 WordPerfect 5.2 Template.tpl: 1 template 1 ours to 26\n"
+        "2 WordPerfect Template.wpt: 2 template 2 ours to 26\n"
+        "3 Word Document Template.dot: 3 template 3 ours to 27\n"
+        "4 Word RTF Template.rtf: 4 document 28 template 4 ours to 28\n"
+        "5 Text Template.ttx: 5 template 5 ours to 29\n"
+        "6 Quillet Form Template.qft: 6 template 6 ours to 30\n"
+        "7 Quillet PDF Template.qpt: 7 template 7 ours to 31\n"
+        "9 Word DOCX Template.docx: 9 document 39 template 9 ours to 39\n"
+        "10 Word DOCM Template.dotm: 10 template 10 ours to 39\n"
+        "16 Quillet Clause Library.qll: 16 template 16 ours\n"
+        "17 Quillet Interview Template.cmp: 17 template 17 ours\n"
+        "18 Quillet Binary Answer File.ans: 18 ours\n19 Quillet Answer File.anx: 19 ours\n"
+        "20 Quillet Text Answer File.ant: 20 ours\n21 Quillet Auto-Install File.qli: 21 ours\n"
+        "22 Quillet Auto-Assemble File.qla: 22 ours\n23 Quillet Clause File.qcl: 23 ours\n"
+        "24 Quillet Interview File.js: 24\n25 Quillet Variable Collection File.qvc: 25\n"
+        "26 WordPerfect Document.wpd: 26 document 26\n27 Microsoft Word Document.doc: 27 document 27\n"
+        "28 Rich Text File.rtf: 4 document 28 template 4 ours\n29 Text File.txt: 29 document 29\n"
+        "30 Quillet Form Document.qfd: 30 document 30\n31 Quillet PDF Document.qpd: 31 document 31\n"
+        "32 PDF File.pdf: 32 document 32\n33 Envoy File.evy: 33 document 33\n"
+        "34 Publish Settings File.qlp: 34 ours\n37 Publisher Answer Mapping File.qlpmx: 37 ours\n"
+        "38 User Answer Mapping File.qlumx: 38 ours\n"
+        "39 Microsoft Word Document.docx: 9 document 39 template 9 ours\n"
+        "40 Microsoft Word Document.docm: 40 document 40\n41 .cs: 41\n"
+        "42 Fillable PDF Form.pdf: 32 document 32\n43 .jpg: 43\n44 .png: 44\n45 .gif: 45\n46 .js: 24\n"
+        "47 .pdb: 47\n48 .dll: 48\n",
+        facts);
+}
+
+TEST(FileType, IsToldFromTheLastExtensionInAnyCase) {
+    const std::pair<const wchar_t*, const char*> cases[] = {
+        {L"a.TPL", " 1 template 1 ours"},
+        {L"a.DocX", " 9 document 39 template 9 ours"},
+        {L".rtf", " 4 document 28 template 4 ours"},
+        {L"a.html", " 35 document 35"},
+        {L"a.HTM", " 35 document 35"},
+        {L"a.qcat", " 36"},
+        {L"a.doc.x", ""},
+        {L"C:\\a.doc\\b", ""},
+        {L"a", ""},
+        {L"a.", ""},
+        {L"", ""},
+    };
+    for (const auto& [file, kinds] : cases) EXPECT_EQ(kinds, KindsOf(file)) << file;
 }
 
 TEST(FileType, TextIsNotParsedAsANameByGetFileTypeAlone) {
@@ -86,45 +95,4 @@ TEST(FileType, TextIsNotParsedAsANameByGetFileTypeAlone) {
     EXPECT_EQ(FT_WORD_DOCUMENT, GetDocumentType(L"\"a.doc\""));
     EXPECT_EQ(FT_NONE, GetFileType(L"http://srv/a.htm?x"));
     EXPECT_EQ(FT_HTML_FILE, GetDocumentType(L"http://srv/a.htm?x"));
-}
-
-TEST(FileType, TemplatesKnowWhatTheyAreAssembledTo) {
-    const std::map<FileType, FileType> assembled = {
-        {FT_WP52_TEMPLATE, FT_WP_DOCUMENT},   {FT_WP_TEMPLATE, FT_WP_DOCUMENT},
-        {FT_WORD_TEMPLATE, FT_WORD_DOCUMENT}, {FT_RTF_TEMPLATE, FT_RTF_DOCUMENT},
-        {FT_TEXT_TEMPLATE, FT_TEXT_DOCUMENT}, {FT_FORM_TEMPLATE, FT_FORM_DOCUMENT},
-        {FT_PDF_TEMPLATE, FT_PDF_DOCUMENT},   {FT_DOCX_TEMPLATE, FT_DOCX_DOCUMENT},
-        {FT_DOCM_TEMPLATE, FT_DOCX_DOCUMENT},
-    };
-    for (int number = -1; number < 60; ++number) {
-        const auto type = static_cast<FileType>(number);
-        const auto known = assembled.find(type);
-        EXPECT_EQ(known == assembled.end() ? FT_NONE : known->second, GetTemplateDocType(type)) << number;
-    }
-}
-
-// Of every kind in the order of their numbers; those without name or extension are left out.
-TEST(FileType, HasADisplayNameAndADefaultExtension) {
-    std::wstring all;
-    for (int number = -1; number < 60; ++number) {
-        const auto type = static_cast<FileType>(number);
-        const std::wstring facts = std::wstring(GetFileName(type)) + GetFileExt(type);
-        if (!facts.empty()) all += std::to_wstring(number) + L' ' + facts + L'|';
-    }
-    EXPECT_EQ(
-        L"1 WordPerfect 5.2 Template.tpl|2 WordPerfect Template.wpt|3 Word Document Template.dot|"
-        L"4 Word RTF Template.rtf|5 Text Template.ttx|6 Quillet Form Template.qft|"
-        L"7 Quillet PDF Template.qpt|9 Word DOCX Template.docx|10 Word DOCM Template.dotm|"
-        L"16 Quillet Clause Library.qll|17 Quillet Interview Template.cmp|"
-        L"18 Quillet Binary Answer File.ans|19 Quillet Answer File.anx|"
-        L"20 Quillet Text Answer File.ant|21 Quillet Auto-Install File.qli|"
-        L"22 Quillet Auto-Assemble File.qla|23 Quillet Clause File.qcl|24 Quillet Interview File.js|"
-        L"25 Quillet Variable Collection File.qvc|26 WordPerfect Document.wpd|"
-        L"27 Microsoft Word Document.doc|28 Rich Text File.rtf|29 Text File.txt|"
-        L"30 Quillet Form Document.qfd|31 Quillet PDF Document.qpd|32 PDF File.pdf|33 Envoy File.evy|"
-        L"34 Publish Settings File.qlp|37 Publisher Answer Mapping File.qlpmx|"
-        L"38 User Answer Mapping File.qlumx|39 Microsoft Word Document.docx|"
-        L"40 Microsoft Word Document.docm|41 .cs|42 Fillable PDF Form.pdf|43 .jpg|44 .png|45 .gif|"
-        L"46 .js|47 .pdb|48 .dll|",
-        all);
 }

@@ -2,13 +2,18 @@
 
 namespace fake {
 
-// For the life of the object the ANSI code page is another one than 1252, by its name in iconv.
-class AnsiPage {
-  public:
-    AnsiPage(const char* name, unsigned mostBytesOfACharacter);
-    ~AnsiPage();
-    AnsiPage(const AnsiPage&) = delete;
-    AnsiPage& operator=(const AnsiPage&) = delete;
+// The ANSI code page by its name in iconv; null is 1252.
+struct Page {
+    const char* name = nullptr;
+    unsigned mostBytesOfACharacter = 1;
+};
+inline Page g_page;
+
+// For the life of the object the ANSI code page is another one.
+struct AnsiPage {
+    AnsiPage(const char* name, unsigned mostBytesOfACharacter) { g_page = {name, mostBytesOfACharacter}; }
+    ~AnsiPage() { g_page = {}; }
+    AnsiPage& operator=(AnsiPage&&) = delete;
 };
 
 }  // namespace fake

@@ -28,14 +28,14 @@ struct Value {
 using Values = std::map<std::wstring, Value, fake::NameLess>;
 
 // Every key by its whole path. Paths end in a backslash, so that a key's own is the prefix of those below it.
-std::map<std::wstring, Values, fake::NameLess> g_keys = {{L"User\\", {}}, {L"Machine\\", {}}};
+HKEY__ g_roots[] = {{L"User\\"}, {L"Machine\\"}};
+std::map<std::wstring, Values, fake::NameLess> g_keys = {{g_roots[0].path, {}}, {g_roots[1].path, {}}};
 std::mutex g_lock;
 
 // The registry's memory is the system's own.
 struct Guard {
-    explicit Guard(std::mutex& mutex) : lock(mutex) {}
-    fake::SystemMemory own;
-    std::lock_guard<std::mutex> lock;
+    fake::SystemMemory own{};
+    std::lock_guard<std::mutex> lock{g_lock};
 };
 
 // Follows names from a key, in the case that each was created with; empty when one is missing and may not be
@@ -54,7 +54,7 @@ std::wstring Follow(std::wstring path, const wchar_t* names, bool mayCreate) {
 }
 
 LSTATUS Open(HKEY parent, const wchar_t* names, bool mayCreate, HKEY* opened) {
-    const Guard guard(g_lock);
+    const Guard guard;
     std::wstring path = Follow(parent->path, names, mayCreate);
     if (path.empty()) return ERROR_FILE_NOT_FOUND;
     *opened = new HKEY__{std::move(path)};
@@ -75,10 +75,7 @@ LSTATUS CopyName(std::wstring_view text, wchar_t* name, DWORD* length) {
 
 }  // namespace
 
-HKEY FakeRootKey(bool machine) {
-    static HKEY__ roots[] = {{L"User\\"}, {L"Machine\\"}};
-    return &roots[machine];
-}
+const HKEY HKEY_CURRENT_USER = &g_roots[0], HKEY_LOCAL_MACHINE = &g_roots[1];
 
 LSTATUS RegOpenKeyExW(HKEY parent, const wchar_t* path, DWORD, REGSAM, HKEY* opened) {
     return Open(parent, path, false, opened);
@@ -95,7 +92,7 @@ LSTATUS RegCloseKey(HKEY key) {
 }
 
 LSTATUS RegDeleteTreeW(HKEY parent, const wchar_t* path) {
-    const Guard guard(g_lock);
+    const Guard guard;
     const std::wstring top = Follow(parent->path, path, false);
     if (top.empty()) return ERROR_FILE_NOT_FOUND;
     std::erase_if(g_keys, [&](const auto& key) { return key.first.starts_with(top); });
@@ -103,7 +100,7 @@ LSTATUS RegDeleteTreeW(HKEY parent, const wchar_t* path) {
 }
 
 LSTATUS RegQueryValueExW(HKEY key, const wchar_t* name, DWORD*, DWORD* type, BYTE* bytes, DWORD* count) {
-    const Guard guard(g_lock);
+    const Guard guard;
     const Values& values = g_keys.at(key->path);
     const auto found = values.find(NameOf(name));
     if (found == values.end()) return ERROR_FILE_NOT_FOUND;
@@ -116,19 +113,19 @@ LSTATUS RegQueryValueExW(HKEY key, const wchar_t* name, DWORD*, DWORD* type, BYT
 }
 
 LSTATUS RegSetValueExW(HKEY key, const wchar_t* name, DWORD, DWORD type, const BYTE* bytes, DWORD count) {
-    const Guard guard(g_lock);
+    const Guard guard;
     g_keys.at(key->path)[NameOf(name)] = {type, std::vector<BYTE>(bytes, bytes + count)};
     return ERROR_SUCCESS;
 }
 
 LSTATUS RegDeleteValueW(HKEY key, const wchar_t* name) {
-    const Guard guard(g_lock);
+    const Guard guard;
     return g_keys.at(key->path).erase(NameOf(name)) > 0 ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND;
 }
 
 LSTATUS RegEnumKeyExW(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD*, wchar_t*, DWORD*,
                       FILETIME*) {
-    const Guard guard(g_lock);
+    const Guard guard;
     auto entry = g_keys.find(key->path);
     if (entry == g_keys.end()) return ERROR_KEY_DELETED;
     for (++entry; entry != g_keys.end() && entry->first.starts_with(key->path); ++entry) {
@@ -140,7 +137,7 @@ LSTATUS RegEnumKeyExW(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD
 }
 
 LSTATUS RegEnumValueW(HKEY key, DWORD index, wchar_t* name, DWORD* length, DWORD*, DWORD*, BYTE*, DWORD*) {
-    const Guard guard(g_lock);
+    const Guard guard;
     const Values& values = g_keys.at(key->path);
     return index < values.size() ? CopyName(std::next(values.begin(), index)->first, name, length)
                                  : ERROR_NO_MORE_ITEMS;

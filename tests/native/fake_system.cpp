@@ -37,11 +37,10 @@ std::wstring WindowsPath(const std::filesystem::path& path) {
 std::wstring Expanded(std::wstring_view text) {
     std::wstring result;
     while (!text.empty()) {
-        const std::size_t end = text.find(L'%', text.front() == L'%' ? 1 : 0);
-        const auto value = text.front() == L'%' && end != text.npos
-                               ? g_environment.find(std::wstring(text.substr(1, end - 1)))
-                               : g_environment.end();
-        const bool isKnown = value != g_environment.end();
+        const bool mayBegin = text.front() == L'%';
+        const std::size_t end = text.find(L'%', mayBegin);
+        const auto value = g_environment.find(std::wstring(text.substr(mayBegin, end - mayBegin)));
+        const bool isKnown = mayBegin && end != text.npos && value != g_environment.end();
         result += isKnown ? value->second : text.substr(0, end);
         text.remove_prefix(std::min(isKnown ? end + 1 : end, text.size()));
     }

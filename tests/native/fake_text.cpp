@@ -14,9 +14,7 @@
 
 namespace {
 
-// Another ANSI code page than 1252.
-const char* g_page = nullptr;
-UINT g_mostBytesOfACharacter = 1;
+using fake::g_page;
 
 // By iconv; nothing when the text is not of the page.
 template <class To, class From>
@@ -47,8 +45,8 @@ int Deliver(const std::basic_string<Unit>& result, Unit* out, int capacity) {
 }
 
 template <class Unit>
-std::basic_string<Unit> Counted(const Unit* text, int length) {
-    return {text, text + length};
+std::basic_string_view<Unit> Counted(const Unit* text, int length) {
+    return {text, static_cast<std::size_t>(length)};
 }
 
 // --- Code page 1252
@@ -80,11 +78,6 @@ wchar_t FromAnsi(char byte) {
     return code >= 0x80 && code <= 0x9f ? kUpperControls[code - 0x80] : static_cast<wchar_t>(code);
 }
 
-// Code page 437, which is the usual one.
-std::wstring FromOem(const char* text, int length) {
-    return ByPage<wchar_t>("WCHAR_T", "CP437", text, length);
-}
-
 char ToAnsi(wchar_t unit) {
     const std::size_t control = kUpperControls.find(unit);
     if (control != kUpperControls.npos) return static_cast<char>(control + 0x80);
@@ -107,38 +100,29 @@ wchar_t MapCase(wchar_t unit) {
 }
 
 std::wstring Mapped(const wchar_t* text, int length, DWORD mapping) {
-    std::wstring result = Counted(text, length);
-    std::transform(
-        result.begin(), result.end(), result.begin(),
-        mapping == LCMAP_UPPERCASE ? MapCase<towupper_l, towlower_l> : MapCase<towlower_l, towupper_l>);
+    const auto map =
+        mapping == LCMAP_UPPERCASE ? MapCase<towupper_l, towlower_l> : MapCase<towlower_l, towupper_l>;
+    std::wstring result(Counted(text, length));
+    for (wchar_t& unit : result) unit = map(unit);
     return result;
 }
 
 }  // namespace
-
-fake::AnsiPage::AnsiPage(const char* name, unsigned mostBytesOfACharacter) {
-    g_page = name;
-    g_mostBytesOfACharacter = mostBytesOfACharacter;
-}
-
-fake::AnsiPage::~AnsiPage() {
-    g_page = nullptr;
-    g_mostBytesOfACharacter = 1;
-}
 
 UINT GetACP() {
     return 1252;
 }
 
 BOOL GetCPInfo(UINT, CPINFO* info) {
-    *info = {g_mostBytesOfACharacter, {'?', 0}, {}};
+    *info = {g_page.mostBytesOfACharacter, {'?', 0}, {}};
     return TRUE;
 }
 
 int MultiByteToWideChar(UINT codePage, DWORD, const char* text, int length, wchar_t* out, int capacity) {
     const fake::SystemMemory own;
-    if (codePage == CP_OEMCP) return Deliver(FromOem(text, length), out, capacity);
-    if (g_page) return Deliver(ByPage<wchar_t>("WCHAR_T", g_page, text, length), out, capacity);
+    // 437 is the usual one of the console.
+    if (const char* const page = codePage == CP_OEMCP ? "CP437" : g_page.name)
+        return Deliver(ByPage<wchar_t>("WCHAR_T", page, text, length), out, capacity);
     std::wstring result;
     for (const char byte : Counted(text, length)) result += FromAnsi(byte);
     return Deliver(result, out, capacity);
@@ -147,7 +131,7 @@ int MultiByteToWideChar(UINT codePage, DWORD, const char* text, int length, wcha
 int WideCharToMultiByte(UINT, DWORD, const wchar_t* text, int length, char* out, int capacity, const char*,
                         BOOL*) {
     const fake::SystemMemory own;
-    if (g_page) return Deliver(ByPage<char>(g_page, "WCHAR_T", text, length), out, capacity);
+    if (g_page.name) return Deliver(ByPage<char>(g_page.name, "WCHAR_T", text, length), out, capacity);
     std::string result;
     for (const wchar_t unit : Counted(text, length)) result += ToAnsi(BestFit(unit));
     return Deliver(result, out, capacity);

@@ -11,13 +11,9 @@
 namespace {
 
 // The system's numbers are multiples of four.
-DWORD NewThreadId() {
-    static std::atomic<DWORD> last = 0;
-    return last += 4;
-}
-
+std::atomic<DWORD> g_lastId = 0;
+thread_local DWORD t_id = g_lastId += 4;
 thread_local DWORD t_lastError = ERROR_SUCCESS;
-thread_local DWORD t_id = NewThreadId();
 
 // An event, or a thread, which is one that is set when it ends.
 struct Object {
@@ -33,17 +29,13 @@ Object& At(HANDLE handle) {
 }
 
 // One lock and one signal for all objects. Never destroyed: threads still wait when the program ends.
-struct Waiting {
-    std::mutex lock{};
-    std::condition_variable changed{};
-};
-
-Waiting& g_waiting = *new Waiting;
+std::mutex& g_lock = *new std::mutex;
+std::condition_variable& g_changed = *new std::condition_variable;
 
 BOOL Set(Object& object) {
-    const std::lock_guard guard(g_waiting.lock);
+    const std::lock_guard guard(g_lock);
     object.isSet = true;
-    g_waiting.changed.notify_all();
+    g_changed.notify_all();
     return TRUE;
 }
 
@@ -57,39 +49,22 @@ void SetLastError(DWORD error) {
     t_lastError = error;
 }
 
-DWORD TlsAlloc() {
-    pthread_key_t key = 0;
-    return pthread_key_create(&key, nullptr) == 0 ? key : TLS_OUT_OF_INDEXES;
-}
-
-BOOL TlsFree(DWORD index) {
-    return pthread_key_delete(index) == 0;
-}
-
-void* TlsGetValue(DWORD index) {
-    SetLastError(ERROR_SUCCESS);
-    return pthread_getspecific(index);
-}
-
-BOOL TlsSetValue(DWORD index, void* value) {
-    return pthread_setspecific(index, value) == 0;
-}
-
 DWORD FlsAlloc(void (*atThreadsEnd)(void*)) {
     pthread_key_t key = 0;
     return pthread_key_create(&key, atThreadsEnd) == 0 ? key : FLS_OUT_OF_INDEXES;
 }
 
 BOOL FlsFree(DWORD index) {
-    return TlsFree(index);
+    return pthread_key_delete(index) == 0;
 }
 
 void* FlsGetValue(DWORD index) {
-    return TlsGetValue(index);
+    SetLastError(ERROR_SUCCESS);
+    return pthread_getspecific(index);
 }
 
 BOOL FlsSetValue(DWORD index, void* value) {
-    return TlsSetValue(index, value);
+    return pthread_setspecific(index, value) == 0;
 }
 
 HANDLE CreateEventW(SECURITY_ATTRIBUTES*, BOOL manualReset, BOOL initialState, const wchar_t*) {
@@ -100,20 +75,13 @@ BOOL SetEvent(HANDLE event) {
     return Set(At(event));
 }
 
-DWORD WaitForSingleObject(HANDLE object, DWORD milliseconds) {
-    return WaitForMultipleObjects(1, &object, FALSE, milliseconds);
-}
-
 DWORD WaitForMultipleObjects(DWORD count, const HANDLE* objects, BOOL, DWORD milliseconds) {
     const HANDLE* const end = objects + count;
     const HANDLE* set = end;
-    const auto anyIsSet = [&] {
-        set = std::find_if(objects, end, [](HANDLE handle) { return At(handle).isSet; });
-        return set != end;
-    };
-    std::unique_lock guard(g_waiting.lock);
-    if (!g_waiting.changed.wait_for(guard, std::chrono::milliseconds(milliseconds), anyIsSet))
-        return WAIT_TIMEOUT;
+    const auto isSet = [](HANDLE handle) { return At(handle).isSet; };
+    const auto anyIsSet = [&] { return (set = std::find_if(objects, end, isSet)) != end; };
+    std::unique_lock guard(g_lock);
+    if (!g_changed.wait_for(guard, std::chrono::milliseconds(milliseconds), anyIsSet)) return WAIT_TIMEOUT;
     At(*set).isSet = At(*set).manualReset;
     return WAIT_OBJECT_0 + static_cast<DWORD>(set - objects);
 }
@@ -126,7 +94,7 @@ BOOL CloseHandle(HANDLE object) {
 HANDLE CreateThread(SECURITY_ATTRIBUTES*, std::size_t, DWORD (*run)(void*), void* argument, DWORD,
                     DWORD* id) {
     const Reference thread(new Object{true, false});
-    const DWORD newId = NewThreadId();
+    const DWORD newId = g_lastId += 4;
     if (id) *id = newId;
     std::thread([thread, newId, run, argument] {
         t_id = newId;

@@ -7,8 +7,7 @@ class SystemMemory {
   public:
     SystemMemory() { ++depth_; }
     ~SystemMemory() { --depth_; }
-    SystemMemory(const SystemMemory&) = delete;
-    SystemMemory& operator=(const SystemMemory&) = delete;
+    SystemMemory& operator=(SystemMemory&&) = delete;
 
     static bool IsUsed() { return depth_ > 0; }
 

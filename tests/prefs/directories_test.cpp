@@ -40,8 +40,7 @@ constexpr struct {
 };
 
 TEST_F(Directories, HaveDefaultsBelowTheDocumentsFoldersAndTheProgram) {
-    EXPECT_NE(L"", CQlDir::GetDirectory(kPersonal));
-    EXPECT_NE(L"", CQlDir::GetDirectory(kPublic));
+    for (const auto each : {kPersonal, kPublic}) EXPECT_NE(L"", CQlDir::GetDirectory(each)) << each;
     EXPECT_NE(CQlDir::GetDirectory(kPersonal), CQlDir::GetDirectory(kPublic));
     for (const auto& c : kPreferences)
         EXPECT_EQ(Below(c.base, c.tail), CQlDir::GetDirectory(c.kind)) << c.entry;
@@ -63,8 +62,8 @@ TEST_F(Directories, ArePreferencesLessOneTrailingBackslash) {
 
 TEST_F(Directories, OfTheProgramIsTheLibrarysFolderWithItsBackslash) {
     const RWWString program = CQlDir::GetDirectory(ProgramDirectory);
-    EXPECT_TRUE(program.view().ends_with(L'\\'));
     EXPECT_EQ(program, CQlDir::GetDirectory(ProgramDirectoryCopy));
+    EXPECT_EQ(L'\\', program.view().back());
 #ifdef _WIN32
     const RWWString library = program + L"Quillet.Platform.Native.Util.dll";
     EXPECT_EQ(::GetModuleHandleW(L"Quillet.Platform.Native.Util.dll"), ::GetModuleHandleW(library.data()));
@@ -110,32 +109,34 @@ TEST_F(Directories, OfTheLibraryUsedLastIsAPreference) {
 }
 
 TEST_F(Directories, HaveADisplayFormFoundIgnoringCaseAndByTheLeadingTextAlone) {
-    const std::pair<RWWString, const wchar_t*> cases[] = {
-        {Below(kPersonal, L"\\letters\\a.docx"), L"Documents\\letters\\a.docx"},
-        {Below(kPersonal, L"\\"), L"Documents\\"},
-        {Below(kPublic, L"\\Quillet Author"), L"Public Documents\\Quillet Author"},
-        {L"D:\\Documents\\letters", L"D:\\Documents\\letters"},
-        {L"", L""},
-        {L"\\", L"\\"}};
-    for (const auto& [path, display] : cases) {
-        EXPECT_EQ(display, CQlDir::ConvertPathToSpecialDisplayPath(path));
-        EXPECT_EQ(path, CQlDir::ConvertSpecialDisplayPathToPath(display));
-    }
-    const std::pair<const wchar_t*, RWWString> undisplayed[] = {
-        {L"documents\\letters", Below(kPersonal, L"\\letters")},
-        {L"DOCUMENTS", Below(kPersonal, L"\\")},
-        {L"DocumentsOld\\x", Below(kPersonal, L"\\Old\\x")},
-        {L"Documents\\\\x", Below(kPersonal, L"\\\\x")},
-        {L"public DOCUMENTS\\x", Below(kPublic, L"\\x")},
-        {L"Document", L"Document"},
-    };
-    for (const auto& [display, path] : undisplayed)
-        EXPECT_EQ(path, CQlDir::ConvertSpecialDisplayPathToPath(display));
     std::wstring lower = Below(kPersonal, L"\\x").str();
     for (wchar_t& unit : lower) unit = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(unit)));
-    EXPECT_EQ(L"Documents\\x", CQlDir::ConvertPathToSpecialDisplayPath(RWWString(lower)));
-    EXPECT_EQ(L"Documents\\", CQlDir::ConvertPathToSpecialDisplayPath(Below(kPersonal, L"")));
-    EXPECT_EQ(L"Documents\\Old\\x", CQlDir::ConvertPathToSpecialDisplayPath(Below(kPersonal, L"Old\\x")));
+    enum Ways { Both, ToDisplay, ToPath };
+    const struct {
+        Ways ways;
+        RWWString path;
+        const wchar_t* display;
+    } kCases[] = {{Both, Below(kPersonal, L"\\letters\\a.docx"), L"Documents\\letters\\a.docx"},
+                  {Both, Below(kPersonal, L"\\"), L"Documents\\"},
+                  {Both, Below(kPublic, L"\\Quillet Author"), L"Public Documents\\Quillet Author"},
+                  {Both, L"D:\\Documents\\letters", L"D:\\Documents\\letters"},
+                  {Both, L"", L""},
+                  {ToDisplay, RWWString(lower), L"Documents\\x"},
+                  {ToDisplay, Below(kPersonal, L""), L"Documents\\"},
+                  {ToDisplay, Below(kPersonal, L"Old\\x"), L"Documents\\Old\\x"},
+                  {ToPath, Below(kPersonal, L"\\"), L"DOCUMENTS"},
+                  {ToPath, Below(kPersonal, L"\\Old\\x"), L"DocumentsOld\\x"},
+                  {ToPath, Below(kPersonal, L"\\\\x"), L"Documents\\\\x"},
+                  {ToPath, Below(kPublic, L"\\x"), L"public DOCUMENTS\\x"},
+                  {ToPath, L"Document", L"Document"}};
+    for (const auto& c : kCases) {
+        if (c.ways != ToPath) {
+            EXPECT_EQ(c.display, CQlDir::ConvertPathToSpecialDisplayPath(c.path));
+        }
+        if (c.ways != ToDisplay) {
+            EXPECT_EQ(c.path, CQlDir::ConvertSpecialDisplayPathToPath(c.display));
+        }
+    }
 }
 
 }  // namespace

@@ -14,8 +14,6 @@ constexpr const wchar_t* kSection = L"Assembly";
 constexpr const wchar_t* kEntry = L"Unanswered Variable";
 
 using InterviewGlobals = SettingsTest;
-using Country = std::pair<const wchar_t*, int>;
-using Formats = std::pair<const wchar_t*, Unanswered::Format>;
 using enum Unanswered::Format;
 
 // The next readings see what the registry holds now.
@@ -26,7 +24,7 @@ void PutInRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* 
 
 TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirst) {
     EXPECT_TRUE(CQlGlobals::IsMonthFirst());
-    for (const wchar_t* text : {L"", L"Month Day Year", L"Day Month Years", L"none"}) {
+    for (const wchar_t* text : {L"Month Day Year", L"Day Month Years"}) {
         PutInRegistry(L"Interview", L"Date Detection", text);
         EXPECT_TRUE(CQlGlobals::IsMonthFirst()) << text;
     }
@@ -36,62 +34,53 @@ TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirst) {
 
 TEST_F(InterviewGlobals, CountryIsOneUnlessTheTextBeginsWithAnotherNumber) {
     EXPECT_EQ(1, CQlGlobals::GetCountry());
-    for (const auto& [text, country] : {Country(L"44", 44),
-                                        {L"0", 1},
-                                        {L"", 1},
-                                        {L"x44", 1},
-                                        {L" 49 Germany", 49},
-                                        {L"-7", -7},
-                                        {L"99999999999", 2147483647}}) {
+    for (const auto& [text, country] :
+         {std::pair(L" 49 Germany", 49), {L"0", 1}, {L"x44", 1}, {L"-7", -7}, {L"99999999999", 2147483647}}) {
         PutInRegistry(L"Provider", L"Country", text);
         EXPECT_EQ(country, CQlGlobals::GetCountry()) << text;
     }
 }
 
-TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsText) {
-    EXPECT_EQ(Unanswered::VariableStarred, CQlGlobals::GetUnansValDefFormat());
-    const Formats kCases[] = {{L"nothing", Nothing},
-                              {L"ASTERISKS", Asterisks},
-                              {L"*** Variable ***", VariableStarred},
-                              {L"Underscores", Underscores},
-                              {L"[variable]", VariableBracketed},
-                              {L"", VariableStarred},
-                              {L"Nothing at all", VariableStarred}};
-    for (const auto& [text, format] : kCases) {
-        PutInRegistry(kSection, kEntry, text);
-        EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
+TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsTextAndWrittenToTheStoreAlone) {
+    const struct {
+        const wchar_t* text;
+        Unanswered::Format format;
+        const wchar_t* written;
+    } kCases[] = {{L"nothing", Nothing, L"Nothing"},
+                  {L"", VariableStarred, L""},
+                  {L"ASTERISKS", Asterisks, L"Asterisks"},
+                  {L"*** variable ***", VariableStarred, L""},
+                  {L"Underscores", Underscores, L"Underscores"},
+                  {L"Nothing at all", VariableStarred, L""},
+                  {L"[variable]", VariableBracketed, L"[Variable]"}};
+    for (const auto& c : kCases) {
+        PutInRegistry(kSection, kEntry, c.text);
+        EXPECT_EQ(c.format, CQlGlobals::GetUnansValDefFormat()) << c.text;
+        CQlGlobals::SetUnansValDefFormat(c.format);
+        EXPECT_EQ(c.written, ThreadText(kSection, kEntry));
     }
-}
-
-TEST_F(InterviewGlobals, UnansweredFormatIsWrittenToTheStoreAlone) {
-    PutInRegistry(kSection, kEntry, L"Nothing");
-    const Formats kCases[] = {{L"Nothing", Nothing},
-                              {L"Asterisks", Asterisks},
-                              {L"", VariableStarred},
-                              {L"Underscores", Underscores},
-                              {L"[Variable]", VariableBracketed},
-                              {L"", static_cast<Unanswered::Format>(0)},
-                              {L"", static_cast<Unanswered::Format>(6)}};
-    for (const auto& [text, format] : kCases) {
-        CQlGlobals::SetUnansValDefFormat(format);
-        EXPECT_EQ(RWWString(text), ThreadText(kSection, kEntry)) << format;
+    for (const int none : {0, 6}) {
+        CQlGlobals::SetUnansValDefFormat(static_cast<Unanswered::Format>(none));
+        EXPECT_EQ(L"", ThreadText(kSection, kEntry)) << none;
     }
     CQlGlobals::ClearUnansValDefFormat();
-    EXPECT_EQ(Unanswered::Nothing, CQlGlobals::GetUnansValDefFormat()) << "the registry's";
+    EXPECT_EQ(VariableBracketed, CQlGlobals::GetUnansValDefFormat()) << "the registry's";
 }
 
-TEST_F(InterviewGlobals, UnansweredFormatIsSetByThePreferencesText) {
-    const Formats kCases[] = {{L"underscores", Underscores},
-                              {L"", Underscores},
-                              {nullptr, Underscores},
-                              {L"unknown", Underscores},
-                              {L"[VARIABLE]", VariableBracketed},
-                              {L"Asterisks", Asterisks},
-                              {L"Nothing", Nothing},
-                              {L"*** variable ***", VariableStarred}};
-    for (const auto& [text, format] : kCases) {
+TEST_F(InterviewGlobals, UnansweredFormatIsSetByThePreferencesTextAndKeptByAnyOther) {
+    Unanswered::Format former = VariableStarred;
+    for (const auto& [text, format] : {std::pair(L"underscores", Underscores),
+                                       {L"[VARIABLE]", VariableBracketed},
+                                       {L"Asterisks", Asterisks},
+                                       {L"Nothing", Nothing},
+                                       {L"*** variable ***", VariableStarred}}) {
+        for (const wchar_t* other : {L"", static_cast<const wchar_t*>(nullptr), L"unknown"}) {
+            CQlGlobals::SetUnansValDefFormatFromPrefString(other);
+            EXPECT_EQ(former, CQlGlobals::GetUnansValDefFormat()) << other;
+        }
         CQlGlobals::SetUnansValDefFormatFromPrefString(text);
         EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
+        former = format;
     }
 }
 

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Runs qlutil on the cases beside this file and holds what it prints and answers against them.
+"""Runs qlutil on the cases beside this file, and on the calls of docs/qlutil.md, and holds what it prints and answers
+against them. What the calls of a file or a block set among the preferences is removed after them.
 
 usage: run_cases.py QLUTIL.exe [RESULTS.xml]
 
@@ -9,10 +10,12 @@ A case file holds cases one after the other; they run in the folder of this file
     $ --json name 'C:\\a.txt'      the call, split as a shell splits words
     < some text                    standard input, a line each
     % 20                           the bytes that a file may grow to, as on a full disk
+    & prefs set Section Entry x    another call, made again and again while the case's own runs
     {"cmdLine": ...}               standard output, to the letter; "~ " before a line makes it a pattern
     ! unknown switch               a text that standard error holds
     = 0                            the exit status; ends the case
 """
+import contextlib
 import pathlib
 import re
 import resource
@@ -20,30 +23,61 @@ import shlex
 import signal
 import subprocess
 import sys
+import tempfile
+from concurrent.futures import ThreadPoolExecutor
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent))
-from results import WINE, report  # noqa: E402: the path comes first
+from guide import sections  # noqa: E402: the path comes first
+from results import WINE, report  # noqa: E402
 
 SECONDS = 60
 
 
+class Program:
+    def __init__(self, path):
+        self.path = path
+
+    def run(self, words, text="", room=resource.RLIM_INFINITY, cwd=HERE, stderr=subprocess.PIPE):
+        """The exit status, and what was printed and said."""
+        def limit():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (room, resource.RLIM_INFINITY))
+
+        done = subprocess.run([WINE, self.path, *words], input=text.encode(), stdout=subprocess.PIPE, stderr=stderr,
+                              cwd=cwd, timeout=SECONDS, check=False, preexec_fn=limit)
+        return done.returncode, done.stdout.decode(), (done.stderr or b"").decode().replace("\r", "")
+
+    @contextlib.contextmanager
+    def forgetting(self, calls):
+        """Removes the preferences that the calls set."""
+        try:
+            yield
+        finally:
+            for words in ([word for word in call if word != "--json"] for call in calls):
+                if words[:2] == ["prefs", "set"]:
+                    self.run(["prefs", "unset", *words[2:4]])
+
+
 class Case:
     def __init__(self, where, call):
-        self.where, self.call = where, call
-        self.stdin, self.stdout, self.stderr, self.status = [], [], [], None
+        self.where, self.call, self.words = where, call, shlex.split(call)
+        self.stdin, self.stdout, self.stderr, self.meanwhile, self.status = [], [], [], [], None
         self.room = resource.RLIM_INFINITY
 
     def take(self, line):
         """Adds a line of the case file; True when the case is complete."""
-        if line.startswith("< "):
-            self.stdin.append(line[2:])
-        elif line.startswith("% "):
-            self.room = int(line[2:])
-        elif line.startswith("! "):
-            self.stderr.append(line[2:])
-        elif line.startswith("= "):
-            self.status = int(line[2:])
+        kind, rest = line[:2], line[2:]
+        if kind == "< ":
+            self.stdin.append(rest)
+        elif kind == "% ":
+            self.room = int(rest)
+        elif kind == "& ":
+            self.meanwhile.append(shlex.split(rest))
+        elif kind == "! ":
+            self.stderr.append(rest)
+        elif kind == "= ":
+            self.status = int(rest)
         else:
             self.stdout.append(line)
         return self.status is not None
@@ -52,18 +86,16 @@ class Case:
         lines = (line[2:] if line.startswith("~ ") else re.escape(line) for line in self.stdout)
         return "".join(line + "\n" for line in lines)
 
-    def limit(self):
-        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-        resource.setrlimit(resource.RLIMIT_FSIZE, (self.room, resource.RLIM_INFINITY))
-
     def fault(self, program):
         """What is wrong with the program's answer; empty when nothing is."""
-        done = subprocess.run([WINE, program, *shlex.split(self.call)], input="\n".join(self.stdin).encode(),
-                              capture_output=True, timeout=SECONDS, check=False, cwd=HERE,
-                              preexec_fn=self.limit)
-        out, err = done.stdout.decode("utf-8"), done.stderr.decode("utf-8").replace("\r", "")
-        if done.returncode != self.status:
-            return f"exit status {done.returncode}, not {self.status}; it said: {err}"
+        with ThreadPoolExecutor() as pool:
+            answer = pool.submit(program.run, self.words, "\n".join(self.stdin), room=self.room)
+            while self.meanwhile and not answer.done():
+                for words in self.meanwhile:
+                    program.run(words)
+            status, out, err = answer.result()
+        if status != self.status:
+            return f"exit status {status}, not {self.status}; it said: {err}"
         if not re.fullmatch(self.pattern(), out):
             return f"printed:\n{out}instead of:\n" + "\n".join(self.stdout)
         missing = [text for text in self.stderr if text not in err]
@@ -85,32 +117,50 @@ def cases_of(path):
         sys.exit(f"{case.where}: the case has no '= STATUS'")
 
 
-def all_cases():
-    for path in sorted((HERE / "cases").glob("*.txt")):
-        yield from cases_of(path)
+def faults_of_file(program, path):
+    """Of each case what is wrong with it, empty when nothing is."""
+    cases = list(cases_of(path))
+    with program.forgetting(case.words for case in cases):
+        for case in cases:
+            fault = case.fault(program)
+            yield fault and f"{case.where}: qlutil {case.call}\n{fault}"
 
 
-def without_example(program):
-    """The commands whose help shows no call of their own."""
-    said = subprocess.run([WINE, program, "help"], capture_output=True, timeout=SECONDS, check=True).stdout.decode()
-    for command in re.split(r"^(?=qlutil )", said, flags=re.MULTILINE)[1:]:
+def faults_of_block(program, calls, files):
+    """The same of each call of a block in a page, whose calls share a new folder."""
+    with program.forgetting(words for words, _, _ in calls), tempfile.TemporaryDirectory() as folder:
+        for name, text in files.items():
+            (pathlib.Path(folder) / name).write_text(text, encoding="utf-8")
+        for words, pattern, expected in calls:
+            status, out, _ = program.run(words, cwd=folder, stderr=subprocess.STDOUT)
+            as_shown = status == expected and re.fullmatch(pattern, out)
+            yield "" if as_shown else f"docs/qlutil.md: qlutil {shlex.join(words)}\nends with status {status}:\n{out}"
+
+
+def faults_of_guide(program):
+    for heading, blocks in sections():
+        if not any(calls for calls, _ in blocks):
+            yield f"docs/qlutil.md: \"{heading}\" has no call"
+        for calls, files in blocks:
+            yield from faults_of_block(program, calls, files)
+
+
+def faults_of_help(program):
+    """Of each command whether its help shows a call of its own."""
+    for command in re.split(r"^(?=qlutil )", program.run(["help"])[1], flags=re.MULTILINE)[1:]:
         name = re.match(r"qlutil ((?:[a-z-]+ ?)+)(?![A-Z\[])", command)[1].strip()
-        if f"    Example: qlutil {name}" not in command and f"    Example: qlutil --json {name}" not in command:
-            yield name
+        shown = re.search(rf"^    Example: qlutil (--json )?{name}\b", command, re.MULTILINE)
+        yield "" if shown else f"qlutil help {name}: shows no example"
 
 
 def main():
-    program = pathlib.Path(sys.argv[1]).resolve()
-    lacking = list(without_example(program))
-    for name in lacking:
-        print(f"qlutil help {name}: shows no example")
-    passed, failed = 1 - bool(lacking), len(lacking)
-    for case in all_cases():
-        fault = case.fault(program)
-        passed, failed = passed + (not fault), failed + bool(fault)
-        if fault:
-            print(f"{case.where}: qlutil {case.call}\n{fault}")
-    return report(passed, failed, *sys.argv[2:])
+    program = Program(pathlib.Path(sys.argv[1]).resolve())
+    faults = [*faults_of_help(program), *faults_of_guide(program)]
+    for path in sorted((HERE / "cases").glob("*.txt")):
+        faults += faults_of_file(program, path)
+    wrong = list(filter(None, faults))
+    print(*wrong, sep="\n", end="\n" if wrong else "")
+    return report(len(faults) - len(wrong), len(wrong), *sys.argv[2:])
 
 
 if __name__ == "__main__":

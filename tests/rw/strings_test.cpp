@@ -13,99 +13,73 @@ using namespace std::string_literals;
 namespace {
 
 const wchar_t* const kNoText = nullptr;
+const char* const kNoBytes = nullptr;
 
 }  // namespace
 
-TEST(WideString, TakesANullPointerForTheEmptyText) {
+TEST(Strings, TakeANullPointerForTheEmptyText) {
     RWWString text(kNoText);
-    EXPECT_TRUE(text.isNull());
     EXPECT_STREQ(L"", text.data());
     EXPECT_TRUE(text == kNoText);
+    EXPECT_EQ(0u, text.find(kNoText));
+    EXPECT_EQ(0u, RWWString(kNoText, 3).length());
 
     text = L"x";
     text.append(kNoText).prepend(kNoText) += kNoText;
     EXPECT_EQ(L"x", text + kNoText);
     EXPECT_FALSE(text == kNoText);
-
-    text = kNoText;
-    EXPECT_EQ(0u, text.length());
-}
-
-TEST(WideString, KeepsZeroUnits) {
-    RWWString text(L"a\0b", 3);
-    EXPECT_FALSE(text == L"a");
-    text += L'\0';
-    EXPECT_EQ(L"a\0b\0"s, text.str());
-    text.resize(6);
-    EXPECT_EQ(L"a\0b\0\0\0"s, text.str());
-    EXPECT_EQ(L'\0', text.data()[text.length()]);
-}
-
-TEST(WideString, AppendsAndPrependsItself) {
-    RWWString text(L"0123456789abcdef");
-    text += text;
-    EXPECT_EQ(L"0123456789abcdef0123456789abcdef", text);
-    text.resize(3);
-    text.prepend(text.view().substr(1));
-    EXPECT_EQ(L"12012", text);
-    text.assign(text.view().substr(3));
-    EXPECT_EQ(L"12", text);
-}
-
-TEST(WideString, TakesNothingFromANullPointerWithACount) {
-    EXPECT_TRUE(RWWString(kNoText, 3).empty());
-    EXPECT_TRUE(RWCString(nullptr, 3).empty());
-}
-
-TEST(WideString, ReadsAndComparesAsTheStandardTextsDo) {
-    const std::wstring standard = L"one two one";
-    const std::wstring_view view = standard;
-    const RWWString text = view;
-    EXPECT_EQ(view, text);
-    EXPECT_EQ(standard, text);
-    EXPECT_NE(text, view.substr(1));
-    EXPECT_LT(text, std::wstring_view(L"one u"));
-    EXPECT_GT(text, L"one");
     EXPECT_GT(text, kNoText);
-    EXPECT_LT(text, standard + L'!');
-    EXPECT_EQ(standard, std::wstring(text.begin(), text.end()));
-    EXPECT_EQ(std::hash<std::wstring_view>()(view), std::hash<RWWString>()(text));
-    EXPECT_EQ(1u, (std::unordered_set<RWWString>{view, text, standard}).size());
-
-    std::wostringstream out;
-    out << text << L'.';
-    EXPECT_EQ(L"one two one."s, out.str());
-}
-
-TEST(WideString, FindsAndCutsAsTheStandardTextsDo) {
-    const std::wstring standard = L"one two one";
-    const RWWString text = standard;
-    for (std::size_t from = 0; from <= standard.size() + 1; ++from) {
-        EXPECT_EQ(standard.find(L"one", from), text.find(L"one", from)) << from;
-        EXPECT_EQ(standard.rfind(L"one", from), text.rfind(RWWString(L"one"), from)) << from;
-        EXPECT_EQ(standard.find(L'o', from), text.find(L'o', from)) << from;
-        EXPECT_EQ(standard.rfind(L'o', from), text.rfind(L'o', from)) << from;
-        EXPECT_EQ(from < standard.size() ? standard.substr(from, 3) : L""s, text.substr(from, 3)) << from;
-    }
-    EXPECT_EQ(0u, text.find(kNoText));
-    EXPECT_TRUE(text.starts_with(L"one t"));
-    EXPECT_FALSE(text.ends_with(L"two"));
-}
-
-TEST(WideString, OrdersByCodeUnit) {
-    EXPECT_LT(RWWString(L"B"), RWWString(L"a"));
-    EXPECT_LT(RWWString(L"a"), RWWString(L"ab"));
-    EXPECT_LT(RWWString(L"\u7fff"), RWWString(L"\u8000"));
-    EXPECT_LT(RWWString(), RWWString(L"\0", 1));
-}
-
-TEST(NarrowString, TakesANullPointerForTheEmptyText) {
-    const char* none = nullptr;
-    const RWCString text(none);
+    text = kNoText;
     EXPECT_TRUE(text.isNull());
-    EXPECT_STREQ("", text.data());
-    EXPECT_TRUE(text == none);
-    EXPECT_FALSE(RWCString("x") == none);
+
+    EXPECT_STREQ("", RWCString(kNoBytes).data());
+    EXPECT_TRUE(RWCString(kNoBytes, 3).isNull());
+    EXPECT_TRUE(RWCString() == kNoBytes);
+    EXPECT_FALSE(RWCString("x") == kNoBytes);
+}
+
+TEST(WideString, DoesWhatTheStandardTextsDo) {
+    const std::wstring texts[] = {L"",      L"\0"s, L"\0\0"s, L"B",      L"a",           L"a\0b"s,
+                                  L"one t", L"two", L"one",   L"\u7fff", L"one two one", L"\u8000"};
+    for (const std::wstring& a : texts) {
+        for (const std::wstring& b : texts) {
+            SCOPED_TRACE(testing::PrintToString(a) + " and " + testing::PrintToString(b));
+            const std::wstring_view view = b;
+            const RWWString text = a, other = view;
+            EXPECT_EQ(a <=> b, text <=> other);
+            EXPECT_EQ(a <=> b, text <=> b);
+            EXPECT_EQ(a <=> b, text <=> view);
+            EXPECT_EQ(a == b, text == other);
+            EXPECT_EQ(a == b, text == b);
+            EXPECT_EQ(a == b, text == view);
+            EXPECT_EQ(a + b, text + other);
+            EXPECT_EQ(b + a, RWWString(text).prepend(b));
+            EXPECT_EQ(b, RWWString(text).assign(b));
+            EXPECT_EQ(a.starts_with(b), text.starts_with(other));
+            EXPECT_EQ(a.ends_with(b), text.ends_with(other));
+            EXPECT_EQ(a == b ? 1u : 2u, (std::unordered_set<RWWString>{text, b, view}.size()));
+            EXPECT_EQ(a.rfind(b), text.rfind(b));
+            for (std::size_t from = 0; from <= a.size() + 1; ++from) {
+                EXPECT_EQ(a.find(b, from), text.find(b, from)) << from;
+                EXPECT_EQ(a.rfind(b, from), text.rfind(other, from)) << from;
+                EXPECT_EQ(a.find(b[0], from), text.find(b[0], from)) << from;
+                EXPECT_EQ(a.rfind(b[0], from), text.rfind(b[0], from)) << from;
+                EXPECT_EQ(from < a.size() ? a.substr(from, b.size()) : L""s, text.substr(from, b.size()));
+            }
+        }
+        std::wostringstream out;
+        out << RWWString(a) << L'.';
+        EXPECT_EQ(a + L'.', out.str());
+        RWWString text(a.data(), a.size());
+        text += L'\0';
+        text += text;
+        text.prepend(text.view().substr(a.size()));
+        EXPECT_EQ(L'\0' + a + L'\0' + a + L'\0' + a + L'\0', text) << "taken from itself";
+        text.resize(1);
+        text.resize(3);
+        EXPECT_EQ(L"\0\0\0"s, text.str());
+        EXPECT_EQ(L'\0', text.data()[text.length()]);
+    }
 }
 
 TEST(NarrowString, KeepsZeroBytesAndOrdersByUnsignedByte) {
@@ -115,13 +89,9 @@ TEST(NarrowString, KeepsZeroBytesAndOrdersByUnsignedByte) {
     EXPECT_LT(RWCString("a"), RWCString("a\0", 2));
 }
 
-TEST(TextHash, OfPiecesIsThatOfTheWhole) {
-    const unsigned whole = ql::TextHash().Add(L"Section<-^->Entry").Value();
-    EXPECT_EQ(whole, ql::TextHash().Add(L"Section").Add(L"").Add(L"<-^->").Add(L"Entry").Value());
-    EXPECT_NE(whole, ql::TextHash().Add(L"Section<-^->entry").Value());
+TEST(TextHash, OfPiecesIsThatOfTheWholeInEitherWidth) {
+    const unsigned whole = ql::TextHash().Add(L"Section<-^->\u00ff").Value();
+    EXPECT_EQ(whole, ql::TextHash().Add("Section").Add("").Add(L"<-^->").Add("\xff").Value());
+    EXPECT_NE(whole, ql::TextHash().Add(L"section<-^->\u00ff").Value());
     EXPECT_NE(ql::TextHash().Add(L"ab").Value(), ql::TextHash().Add(L"ba").Value());
-}
-
-TEST(TextHash, IsTheSameForNarrowTextOfTheSameUnits) {
-    EXPECT_EQ(ql::TextHash().Add(L"\u00ff").Value(), ql::TextHash().Add("\xff").Value());
 }

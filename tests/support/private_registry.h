@@ -8,8 +8,7 @@
 
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
-#include "settings/settings_store.h"
-#include "settings/thread_slots.h"
+#include "settings/scopes.h"
 
 // NOLINTBEGIN(performance-no-int-to-ptr): the system's own constants
 inline const HKEY kUser = HKEY_CURRENT_USER;
@@ -91,29 +90,8 @@ class PrivateRegistry {
 #endif
 };
 
-// A thread that uses settings.
-struct SettingsThread {
-    SettingsThread() {
-        EXPECT_TRUE(TlsmInitializeThread());
-        EXPECT_TRUE(CQlsSettings::InitializeThread());
-    }
-    ~SettingsThread() {
-        CQlsSettings::UninitializeThread();
-        TlsmUninitializeThread();
-    }
-};
-
-// The process's stores, from start to end.
-struct SettingsProcess {
-    SettingsProcess() {
-        EXPECT_TRUE(TlsmInitialize());
-        EXPECT_TRUE(CQlsSettings::Initialize());
-    }
-    ~SettingsProcess() {
-        CQlsSettings::Uninitialize();
-        EXPECT_TRUE(TlsmUninitialize());
-    }
-};
+using SettingsThread = QLThreadScope;
+using SettingsProcess = QLLibraryScope;
 
 // On a thread of a process that has settings, over a private registry.
 class SettingsTest : public testing::Test {

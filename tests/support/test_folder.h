@@ -24,8 +24,7 @@ class TestFolder {
             std::filesystem::remove_all(path_, ignored);
         }
     }
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
+    TestFolder& operator=(TestFolder&&) = delete;
 
     std::wstring operator/(const wchar_t* name) const { return (path_ / name).wstring(); }
     const std::filesystem::path& path() const { return path_; }

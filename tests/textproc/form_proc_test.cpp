@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "prefs/directories.h"
@@ -12,10 +14,6 @@
 #include "textproc/odma.h"
 
 namespace {
-
-void Install(FormProc processor) {
-    WriteQLRegString(GetFormProcRegName(processor).data(), L"Template Files", L"W:\\Templates");
-}
 
 using Processors = SettingsTest;
 
@@ -37,24 +35,20 @@ TEST_F(Processors, HaveFactsThatDifferByVersionOnlyWhereTheyShould) {
                   Facts(processor));
         EXPECT_EQ(FT_WP_TEMPLATE, GetTextFileType(processor));
     }
-    const std::pair<FormProc, std::wstring> words[] = {{FP_WORD2003, L"Word 2003"},
-                                                       {FP_WORD2007, L"Word 2007"},
-                                                       {FP_WORD2010, L"Word 2010"},
-                                                       {FP_WORD2013, L"Word 2013"}};
-    for (const auto& [processor, name] : words) {
-        EXPECT_EQ(
-            L"Word Proc\\" + name + L"|" + name + L"|winword.exe|OpusApp|WinWord|System|Word.Document.8",
-            Facts(processor));
-        EXPECT_EQ(FT_WORD_TEMPLATE, GetTextFileType(processor));
+    const wchar_t* const word = L"|winword.exe|OpusApp|WinWord|System|Word.Document.8";
+    const wchar_t* const server = L"|QuilformServer|QuilformCommand|Quillet Automator";
+    const std::tuple<FormProc, const wchar_t*, std::wstring, FileType> others[] = {
+        {FP_WORD2003, L"Word 2003", word, FT_WORD_TEMPLATE},
+        {FP_WORD2007, L"Word 2007", word, FT_WORD_TEMPLATE},
+        {FP_WORD2010, L"Word 2010", word, FT_WORD_TEMPLATE},
+        {FP_WORD2013, L"Word 2013", word, FT_WORD_TEMPLATE},
+        {FP_AUTOMATOR, L"Quillet Automator", L"|qlauto.exe|Quillet6AutomatorWnd32" + std::wstring(server),
+         FT_NONE},
+        {FP_FILLER, L"Quillet Filler", L"|qlfill.exe|Quillet6FillerWnd32" + std::wstring(server), FT_NONE}};
+    for (const auto& [processor, name, facts, type] : others) {
+        EXPECT_EQ(std::wstring(L"Word Proc\\") + name + L"|" + name + facts, Facts(processor));
+        EXPECT_EQ(type, GetTextFileType(processor)) << name;
     }
-    EXPECT_EQ(
-        L"Word Proc\\Quillet Automator|Quillet Automator|qlauto.exe|Quillet6AutomatorWnd32|QuilformServer|"
-        L"QuilformCommand|Quillet Automator",
-        Facts(FP_AUTOMATOR));
-    EXPECT_EQ(
-        L"Word Proc\\Quillet Filler|Quillet Filler|qlfill.exe|Quillet6FillerWnd32|QuilformServer|"
-        L"QuilformCommand|Quillet Automator",
-        Facts(FP_FILLER));
     EXPECT_STREQ(L"", GetFormProcName(FP_TEXT));
     for (const int none : {0, 5, 11, 27, 201, -1}) {
         const auto processor = static_cast<FormProc>(none);
@@ -92,60 +86,44 @@ constexpr FormProc kNone = FP_NONE, kW03 = FP_WORD2003, kW07 = FP_WORD2007, kW10
                    kP17 = FP_WP17;
 
 // What is installed and preferred ("Default", "Send to Default"), and what is found and chosen then.
-struct Choice {
+const struct {
     std::vector<FormProc> installed;
     const wchar_t* usual;
-    bool sendByKind, savesDocx;
-    FormProc word, wordPerfect, byDefault;
-    FormProc forDocx, forDot, forWpt;
-    FormProc toSendDocx, toSendWpd, toSendTxt;
-};
-
-const Choice kChoices[] = {
-    // installed, usual, by kind, docx; Word, WordPerfect, default; for docx, dot, wpt; to send docx, wpd, txt
-    {{}, L"Word 2010", true, false, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone, kNone},
-    {{kW03, kW10}, L"", false, true, kW10, kNone, kNone, kW10, kW10, kNone, kW10, kW10, kW10},
-    {{kW03, kW10}, L"word 2003", false, true, kW10, kNone, kW03, kW10, kW03, kNone, kW03, kW03, kW03},
-    {{kW03, kW10}, L"Word 2003", true, true, kW10, kNone, kW03, kW10, kW03, kNone, kW10, kW03, kW03},
+    bool sendByKind;
+    std::vector<FormProc> chosen;
+} kChoices[] = {
+    // Word, WordPerfect, installed, default; for docx, dot, wpt; to send docx, wpd, txt
+    {{}, L"Word 2010", true, std::vector(10, kNone)},
+    {{kW03, kW10}, L"", false, {kW10, kNone, kW10, kNone, kW10, kW10, kNone, kW10, kW10, kW10}},
+    {{kW03, kW10}, L"word 2003", false, {kW10, kNone, kW10, kW03, kW10, kW03, kNone, kW03, kW03, kW03}},
+    {{kW03, kW10}, L"Word 2003", true, {kW10, kNone, kW10, kW03, kW10, kW03, kNone, kW10, kW03, kW03}},
     {{kW03, kP13, kP15},
      L"WordPerfect 13",
      true,
-     false,
-     kW03,
-     kP15,
-     kP13,
-     kNone,
-     kW03,
-     kP13,
-     kP13,
-     kP13,
-     kP13},
-    {{kW13, kP15, kP17}, L"Word 2013", true, true, kW13, kP17, kW13, kW13, kW13, kP17, kW13, kP17, kW13},
-    {{kP14, kP16}, L"Word 2013", false, false, kNone, kP16, kNone, kNone, kNone, kP16, kP16, kP16, kP16},
-    {{kW07}, L"Quillet Automator", false, true, kW07, kNone, kNone, kW07, kW07, kNone, kW07, kW07, kW07},
+     {kW03, kP15, kW03, kP13, kNone, kW03, kP13, kP13, kP13, kP13}},
+    {{kW13, kP15, kP17}, L"Word 2013", true, {kW13, kP17, kW13, kW13, kW13, kW13, kP17, kW13, kP17, kW13}},
+    {{kP14, kP16}, L"Word 2013", false, {kNone, kP16, kP16, kNone, kNone, kNone, kP16, kP16, kP16, kP16}},
+    {{kW07}, L"Quillet Automator", false, {kW07, kNone, kW07, kNone, kW07, kW07, kNone, kW07, kW07, kW07}},
 };
 
 TEST(ProcessorChoice, FollowsThePreferences) {
-    for (const Choice& choice : kChoices) {
-        SCOPED_TRACE(testing::PrintToString(choice.installed) + testing::PrintToString(choice.usual));
+    for (const auto& [installed, usual, sendByKind, chosen] : kChoices) {
+        SCOPED_TRACE(testing::PrintToString(installed) + testing::PrintToString(usual));
         const PrivateRegistry registry;
         const SettingsProcess process;
         const SettingsThread thread;
-        for (const FormProc processor : choice.installed) Install(processor);
-        WriteQLRegString(L"Word Proc", L"Default", choice.usual);
-        WriteQLRegBool(L"Word Proc", L"Send to Default", choice.sendByKind);
-        EXPECT_EQ(choice.savesDocx, CanSaveInWord2007Format());
-        EXPECT_EQ(choice.word, GetMSWordVersion());
-        EXPECT_EQ(choice.wordPerfect, GetWordPerfectVersion());
-        EXPECT_EQ(choice.word != kNone ? choice.word : choice.wordPerfect, GetInstalledTextFormProc());
-        EXPECT_EQ(choice.byDefault, GetDefaultTextFormProc());
-        EXPECT_EQ(GetTextFileType(choice.byDefault), GetDefaultTextFileType());
-        EXPECT_EQ(choice.forDocx, GetFormProcType(FT_DOCX_TEMPLATE));
-        EXPECT_EQ(choice.forDot, GetFormProcType(FT_WORD_TEMPLATE));
-        EXPECT_EQ(choice.forWpt, GetFormProcType(FT_WP_TEMPLATE));
-        EXPECT_EQ(choice.toSendDocx, GetSendDocToTextFormProc(L"a.docx"));
-        EXPECT_EQ(choice.toSendWpd, GetSendDocToTextFormProc(L"a.wpd"));
-        EXPECT_EQ(choice.toSendTxt, GetSendDocToTextFormProc(L"a.txt"));
+        for (const FormProc processor : installed)
+            WriteQLRegString(GetFormProcRegName(processor).data(), L"Template Files", L"W:\\Templates");
+        WriteQLRegString(L"Word Proc", L"Default", usual);
+        WriteQLRegBool(L"Word Proc", L"Send to Default", sendByKind);
+        EXPECT_EQ(chosen[0] != kNone && chosen[0] != kW03, CanSaveInWord2007Format());
+        EXPECT_EQ(chosen,
+                  (std::vector{GetMSWordVersion(), GetWordPerfectVersion(), GetInstalledTextFormProc(),
+                               GetDefaultTextFormProc(), GetFormProcType(FT_DOCX_TEMPLATE),
+                               GetFormProcType(FT_WORD_TEMPLATE), GetFormProcType(FT_WP_TEMPLATE),
+                               GetSendDocToTextFormProc(L"a.docx"), GetSendDocToTextFormProc(L"a.wpd"),
+                               GetSendDocToTextFormProc(L"a.txt")}));
+        EXPECT_EQ(GetTextFileType(GetDefaultTextFormProc()), GetDefaultTextFileType());
         EXPECT_EQ(FP_TEXT, GetFormProcType(FT_TEXT_TEMPLATE));
         EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(FT_FORM_TEMPLATE));
         EXPECT_EQ(FP_AUTOMATOR, GetFormProcType(FT_PDF_TEMPLATE));

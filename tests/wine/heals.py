@@ -58,6 +58,9 @@ class House:
                                 stdout=subprocess.PIPE, env=os.environ | {"XDG_CACHE_HOME": str(self.cache.parent)},
                                 **options)
 
+    def crowd(self, **options):
+        return [self.start(*CALL, checkout=number % 2, **options) for number in range(10)]
+
     def works(self):
         started = self.start(*CALL)
         if started.wait(150) != STATUS:
@@ -85,35 +88,34 @@ class House:
 
 def many_at_once(house):
     house.stop()
-    calls = [house.start(*CALL, checkout=number % 2) for number in range(20)]
-    answers = {call.wait(150) for call in calls}
+    answers = {call.wait(150) for call in house.crowd()}
     if answers != {STATUS}:
-        raise Fault(f"of twenty calls at once some answered {answers}")
+        raise Fault(f"of many calls at once some answered {answers}")
     if len(house.keepers()) != 1:
         raise Fault(f"there are {len(house.keepers())} keepers")
 
 
 def killed_at_random(house):
     house.stop()
-    calls = [house.start(*CALL, checkout=number % 2, start_new_session=True) for number in range(20)]
-    for call in calls:
+    for call in house.crowd(start_new_session=True):
         time.sleep(random.uniform(0, 0.2))
         os.killpg(call.pid, signal.SIGKILL)
         call.wait()
 
 
-def state_is_lost(house):
+def keeps_its_server(house, spoil):
     server = house.works()
-    house.state.unlink()
+    spoil()
     if house.works() != server:
         raise Fault("another server was started beside the living one")
+
+
+def state_is_lost(house):
+    keeps_its_server(house, house.state.unlink)
 
 
 def state_is_of_another_prefix(house):
-    server = house.works()
-    house.state.write_text(f"{os.getpid()} :4711\n")
-    if house.works() != server:
-        raise Fault("another server was started beside the living one")
+    keeps_its_server(house, lambda: house.state.write_text(f"{os.getpid()} :4711\n"))
 
 
 def first_call_may_write_nothing(house):
@@ -131,21 +133,24 @@ def server_without_keeper(house):
     time.sleep(2)
 
 
+def kill(processes):
+    for process in processes:
+        os.kill(process, signal.SIGKILL)
+
+
 def keeper_is_killed(house):
     house.works()
-    for keeper in house.keepers():
-        os.kill(keeper, signal.SIGKILL)
+    kill(house.keepers())
 
 
 def screen_is_killed(house):
     house.works()
-    for screen in house.screens():
-        os.kill(screen, signal.SIGKILL)
+    kill(house.screens())
     time.sleep(0.5)
 
 
 def server_is_killed(house):
-    os.kill(house.works(), signal.SIGKILL)
+    kill([house.works()])
 
 
 BREAKAGES = (many_at_once, killed_at_random, state_is_lost, state_is_of_another_prefix, first_call_may_write_nothing,

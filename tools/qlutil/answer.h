@@ -67,12 +67,6 @@ struct Answer {
         return answer;
     }
 
-    static Answer Nothing() {
-        Answer answer{Node(nullptr)};
-        answer.output = std::monostate();
-        return answer;
-    }
-
     std::variant<std::monostate, Node, Document, Feed> output;
     std::wstring message;  // for standard error
     ExitStatus status = kDone;
@@ -82,7 +76,3 @@ struct Answer {
 std::wstring Render(const Answer& answer, bool json);
 // Hands the text of a feed over piece by piece until it is refused.
 bool RenderFeed(const Feed& feed, bool json, const std::function<bool(std::wstring_view)>& print);
-
-// Prints a part of an answer at once, for commands that go on for long: one line with --json. Whether it was
-// printed.
-bool PrintNow(const Node& part);

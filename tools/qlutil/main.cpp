@@ -9,8 +9,6 @@
 
 namespace {
 
-bool g_json = false;
-
 void Say(std::wstring_view message) {
     WriteToStream(Stream::kError, L"qlutil: " + std::wstring(message) + L'\n');
 }
@@ -37,22 +35,28 @@ ExitStatus Print(const Answer& answer, bool json) {
                                                                                                 : kFailed;
 }
 
-Answer RunCommand(const Command& command, const Arguments& arguments) {
-    if (command.library == Library::kLeftToCommand) return command.run(arguments);
+ExitStatus Answered(const Command& command, const Arguments& arguments, bool json) {
+    const Answer answer = command.run(arguments);
+    const ExitStatus printed = Print(answer, json);
+    if (!answer.message.empty()) Say(answer.message);
+    return answer.status == kDone ? printed : answer.status;
+}
+
+// What a command finds while it is printed needs the library as the command itself does.
+ExitStatus RunCommand(const Command& command, const Arguments& arguments, bool json) {
+    if (command.library == Library::kLeftToCommand) return Answered(command, arguments, json);
     const QLLibraryScope library;
     const QLThreadScope thread;
-    if (!library.ok() || !thread.ok()) return Answer::Failure(L"the library did not start");
-    return command.run(arguments);
+    if (library.ok() && thread.ok()) return Answered(command, arguments, json);
+    Say(L"the library did not start");
+    return kFailed;
 }
 
 ExitStatus Execute(const Command& command, std::span<const std::wstring_view> words, bool json) try {
     const Arguments arguments(words, command.switches);
     if (arguments.count() < command.fewest) throw WrongCall(L"an argument is missing");
     if (arguments.count() > command.most) throw WrongCall(L"there are too many arguments");
-    const Answer answer = RunCommand(command, arguments);
-    const ExitStatus printed = Print(answer, json);
-    if (!answer.message.empty()) Say(answer.message);
-    return answer.status == kDone ? printed : answer.status;
+    return RunCommand(command, arguments, json);
 } catch (const WrongCall& wrong) {
     Say(wrong.why());
     WriteToStream(Stream::kError, L"usage: " + UsageOf(command));
@@ -85,7 +89,7 @@ ExitStatus UnknownCommand(std::span<const std::wstring_view> words) {
 }
 
 ExitStatus Run(std::vector<std::wstring_view> words) {
-    const bool json = g_json = TakeJsonSwitch(words);
+    const bool json = TakeJsonSwitch(words);
     if (words.size() == 1 && words.front() == L"--version") words = {L"version"};
     if (words.empty()) {
         WriteToStream(Stream::kError, HelpFor({}));
@@ -101,10 +105,6 @@ ExitStatus Run(std::vector<std::wstring_view> words) {
 }
 
 }  // namespace
-
-bool PrintNow(const Node& part) {
-    return WriteToStream(Stream::kOutput, Render(Answer(part), g_json));
-}
 
 int wmain(int count, wchar_t** words) try {
     return Run({words + 1, words + count});

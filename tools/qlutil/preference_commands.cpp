@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <chrono>
+#include <deque>
 #include <iterator>
 #include <limits>
 #include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <thread>
@@ -398,8 +400,8 @@ Snapshot TakeSnapshot(std::optional<std::wstring_view> section) {
     return snapshot;
 }
 
-List Changes(const Snapshot& before, const Snapshot& now) {
-    List changes;
+std::deque<Record> Changes(const Snapshot& before, const Snapshot& now) {
+    std::deque<Record> changes;
     const auto add = [&](const Preference& at, const wchar_t* change, Node value) {
         changes.push_back(Record{{L"section", at.section},
                                  {L"entry", at.entry},
@@ -420,22 +422,45 @@ List Changes(const Snapshot& before, const Snapshot& now) {
     return changes;
 }
 
+// Looks again and again for what has changed since it last looked, and tells of one change after the other.
+class Watcher {
+  public:
+    Watcher(std::optional<std::wstring_view> section, int most)
+        : section_(section), left_(most), seen_(TakeSnapshot(section)) {}
+
+    std::optional<Record> Next() {
+        if (left_ == 0) return std::nullopt;
+        while (changes_.empty()) Look();
+        --left_;
+        Record change = std::move(changes_.front());
+        changes_.pop_front();
+        return change;
+    }
+
+  private:
+    static constexpr auto kPause = std::chrono::milliseconds(200);
+
+    void Look() {
+        std::this_thread::sleep_for(kPause);
+        Snapshot now = TakeSnapshot(section_);
+        changes_ = Changes(seen_, now);
+        seen_ = std::move(now);
+    }
+
+    const std::optional<std::wstring_view> section_;
+    int left_;
+    Snapshot seen_;
+    std::deque<Record> changes_;
+};
+
 Answer Watch(const Arguments& arguments) {
-    constexpr auto kPause = std::chrono::milliseconds(200);
+    constexpr std::size_t kShown = 4;  // all there is
     const auto section = arguments.count() > 0 ? std::optional(arguments[0]) : std::nullopt;
     const auto given = arguments.Value(L"count");
-    int left = given ? RequireInt(*given, L"N") : std::numeric_limits<int>::max();
-    if (left < 0) throw WrongCall(L"N must not be negative");
-    for (Snapshot before = TakeSnapshot(section); left > 0;) {
-        std::this_thread::sleep_for(kPause);
-        Snapshot now = TakeSnapshot(section);
-        for (Node& change : Changes(before, now)) {
-            if (left-- <= 0) break;
-            if (!PrintNow(change)) return Answer::Failure(L"cannot write to standard output");
-        }
-        before = std::move(now);
-    }
-    return Answer::Nothing();
+    const int most = given ? RequireInt(*given, L"N") : std::numeric_limits<int>::max();
+    if (most < 0) throw WrongCall(L"N must not be negative");
+    const auto watcher = std::make_shared<Watcher>(section, most);
+    return Feed{[watcher] { return watcher->Next(); }, kShown, true};
 }
 
 constexpr SwitchRow kGetSwitches[] = {{L"int"}, {L"bool"}, {L"color"}, {L"default", true}, {L"empty"}};

@@ -46,7 +46,7 @@ void Progress::Watch() {
     std::unique_lock lock(mutex_);
     for (int seconds = 1;; ++seconds) {
         if (ended_.wait_until(lock, start + std::chrono::seconds(seconds), [this] { return hasEnded_; }))
-            return seconds > 1 ? Show(L"") : void();
+            return seconds > 1 ? Show({}) : void();
         Show(Line(doing_, seconds));
     }
 }

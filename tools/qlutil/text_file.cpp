@@ -6,18 +6,18 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <memory>
-#include <system_error>
 
+#include "platform/win32.h"
 #include "text/unicode.h"
+#include "tools/qlutil/system_reason.h"
 
 namespace {
 
 struct FileCloser {
     void operator()(std::FILE* file) const noexcept { std::fclose(file); }
 };
-using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
+using OpenedFile = std::unique_ptr<std::FILE, FileCloser>;
 
 std::wstring SystemReason() {
     const char* reason = std::strerror(errno);
@@ -35,7 +35,7 @@ bool ReadAll(std::FILE* file, std::string& bytes) {
 }
 
 bool WriteAll(const std::wstring& path, std::string_view bytes) {
-    OpenFile file(::_wfopen(path.c_str(), L"wb"));
+    OpenedFile file(::_wfopen(path.c_str(), L"wb"));
     if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) return false;
     // Not every C library's close tells that the rest was not written.
     return std::fflush(file.get()) == 0 && std::fclose(file.release()) == 0;
@@ -49,7 +49,7 @@ std::FILE* FileOf(Stream stream) {
 
 std::optional<std::wstring> ReadTextFile(std::wstring_view path, std::wstring& why) {
     const bool standardInput = path == L"-";
-    const OpenFile file(standardInput ? nullptr : ::_wfopen(std::wstring(path).c_str(), L"rb"));
+    const OpenedFile file(standardInput ? nullptr : ::_wfopen(std::wstring(path).c_str(), L"rb"));
     if (standardInput) ::_setmode(::_fileno(stdin), _O_BINARY);
     std::string bytes;
     if ((!file && !standardInput) || !ReadAll(standardInput ? stdin : file.get(), bytes)) {
@@ -69,14 +69,12 @@ bool WriteBinaryFile(std::wstring_view path, std::string_view bytes, std::wstrin
     const std::wstring target(path);
     const std::wstring beside = target + L".new";
     if (!WriteAll(beside, bytes)) {
-        why = Cannot(L"write", beside);
+        why = Cannot(L"write", path);
         ::_wremove(beside.c_str());
         return false;
     }
-    std::error_code error;
-    std::filesystem::rename(beside, target, error);  // replaces in one step
-    if (!error) return true;
-    why = Cannot(L"replace", target);
+    if (::MoveFileExW(beside.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) return true;  // in one step
+    why = L"cannot replace " + target + L": " + ReasonOf(::GetLastError());
     ::_wremove(beside.c_str());
     return false;
 }

@@ -1,0 +1,247 @@
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <typeinfo>
+
+#include "rw/date.h"
+#include "rw/file.h"
+#include "rw/hash_dictionary.h"
+#include "rw/ordered.h"
+#include "rw/virtual_streams.h"
+#include "tests/support/test_folder.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+// Counts its living objects; those of the same number are equal.
+class Counted : public RWCollectable {
+  public:
+    explicit Counted(unsigned number) : number_(number) { ++living; }
+    Counted(const Counted& other) : RWCollectable(other), number_(other.number_) { ++living; }
+    ~Counted() override { --living; }
+    unsigned hash() const override { return number_ % 2; }
+    bool isEqual(const RWCollectable* other) const override {
+        const auto* counted = dynamic_cast<const Counted*>(other);
+        return counted && counted->number_ == number_;
+    }
+
+    static inline int living = 0;
+
+  private:
+    unsigned number_;
+};
+
+struct OwningOrdered : RWOrdered {
+    ~OwningOrdered() override { clearAndDestroy(); }
+};
+
+std::string Joined(const RWOrdered& items) {
+    std::string joined;
+    RWOrderedIterator next(items);
+    while (const auto* text = static_cast<const RWCollectableString*>(next())) joined += text->str() + '|';
+    return joined;
+}
+
+// Whether the stream was still good after it.
+bool Restore(RWCollectable& value, const std::string& bytes) {
+    std::stringbuf buffer(bytes);
+    RWBufferIstream stream(buffer);
+    value.restoreGuts(stream);
+    return stream.good();
+}
+
+// Takes four bytes and no more.
+struct NarrowBuffer : std::streambuf {
+    NarrowBuffer() { setp(taken, taken + sizeof taken); }
+    char taken[4] = {};
+};
+
+}  // namespace
+
+TEST(Ordered, KeepsTheOrderOfItsInsertionsAndRefusesNullAndIndexesPastTheEnd) {
+    RWCollectableString a("a"), b("b"), c("c"), d("d");
+    RWOrdered items;
+    EXPECT_EQ(nullptr, items.append(nullptr));
+    EXPECT_EQ(nullptr, items.insertAt(1, &a));
+    EXPECT_EQ(nullptr, items.removeAt(0));
+    EXPECT_EQ(&b, items.append(&b));
+    EXPECT_EQ(&d, items.insertAt(1, &d));
+    EXPECT_EQ(&c, items.insertAt(1, &c));
+    EXPECT_EQ(&a, items.prepend(&a));
+    EXPECT_EQ("a|b|c|d|", Joined(items));
+    EXPECT_EQ(&b, items.removeAt(1));
+    EXPECT_EQ(&d, items.removeAt(2));
+    EXPECT_EQ("a|c|", Joined(items));
+    items.clear();
+    EXPECT_EQ(0u, items.entries());
+}
+
+TEST(HashDictionary, FindsByEqualityAmongKeysOfOneHash) {
+    std::deque<Counted> keys, values;
+    RWHashDictionary dictionary;
+    for (unsigned i = 0; i < 100; ++i) {
+        keys.emplace_back(i);
+        values.emplace_back(i);
+        EXPECT_EQ(&keys[i], dictionary.insertKeyAndValue(&keys[i], &values[i]));
+    }
+    Counted known(42), unknown(100);
+    EXPECT_EQ(nullptr, dictionary.insertKeyAndValue(&known, &known));
+    EXPECT_EQ(&values[42], dictionary.findValue(&known));
+    EXPECT_EQ(nullptr, dictionary.findValue(&unknown));
+
+    RWCollectable* value = nullptr;
+    EXPECT_EQ(&keys[42], dictionary.removeKeyAndValue(&known, value));
+    EXPECT_EQ(&values[42], value);
+    const Counted* const kAbsent[] = {&known, nullptr};
+    for (const Counted* absent : kAbsent) {
+        value = &known;
+        EXPECT_EQ(nullptr, dictionary.findValue(absent));
+        EXPECT_EQ(nullptr, dictionary.removeKeyAndValue(absent, value));
+        EXPECT_EQ(nullptr, value);
+    }
+    EXPECT_EQ(99u, dictionary.entries());
+    EXPECT_EQ(nullptr, dictionary.insertKeyAndValue(nullptr, &known));
+    EXPECT_EQ(&known, dictionary.insertKeyAndValue(&known, nullptr)) << "a value may be null";
+}
+
+TEST(Collections, DestroyTheirItemsOnlyWhenAsked) {
+    RWOrdered items;
+    RWHashDictionary dictionary;
+    for (unsigned i = 0; i < 3; ++i) {
+        items.append(new Counted(i));
+        dictionary.insertKeyAndValue(new Counted(i), new Counted(i));
+    }
+    const std::unique_ptr<RWCollectable> removed(items.removeAt(1));
+    const std::unique_ptr<RWCollectable> copy(items.copy());
+    EXPECT_EQ(3u,
+              static_cast<RWHashDictionary&>(*std::unique_ptr<RWCollectable>(dictionary.copy())).entries());
+    EXPECT_EQ(9, Counted::living);
+    items.clearAndDestroy();
+    dictionary.clearAndDestroy();
+    EXPECT_EQ(1, Counted::living);
+    EXPECT_EQ(0u, items.entries());
+    EXPECT_EQ(2u, static_cast<RWOrdered&>(*copy).entries());
+    EXPECT_EQ(dictionary.end(), dictionary.begin());
+}
+
+// Texts by content, collections by their items, all else by identity.
+TEST(Collectables, CompareAndCopyWithinTheirClass) {
+    RWCollectableString a("a"), alsoA("a"), upper("A"), zero(RWCString("a\0", 2));
+    RWCollectableWString wideA(L"a"), wideUpper(L"A");
+    const RWCollectable plain;
+    const RWHashDictionary dictionary;
+    RWOrdered none, ofA, ofAlsoA, ofWideA;
+    ofA.append(&a);
+    ofAlsoA.append(&alsoA);
+    ofWideA.append(&wideA);
+    const std::initializer_list<const RWCollectable*> kDifferent = {
+        &upper, &a, &zero, &wideUpper, &wideA, &plain, &none, &ofA, &ofWideA, &dictionary};
+    for (const RWCollectable* object : kDifferent) {
+        SCOPED_TRACE(typeid(*object).name());
+        const std::unique_ptr<RWCollectable> copy(object->copy()), fresh(object->newSpecies());
+        for (const RWCollectable* other : {copy.get(), fresh.get()}) {
+            EXPECT_STREQ(typeid(*object).name(), typeid(*other).name());
+            EXPECT_EQ(object->isA(), other->isA());
+        }
+        EXPECT_FALSE(object->isEqual(nullptr));
+        for (const RWCollectable* other : kDifferent) {
+            EXPECT_EQ(object == other, object->isEqual(other));
+            EXPECT_EQ(object == other, object->compareTo(other) == 0);
+            EXPECT_EQ(-other->compareTo(object), object->compareTo(other));
+        }
+    }
+    EXPECT_TRUE(ofA.isEqual(&ofAlsoA));
+    EXPECT_EQ(1, a.compareTo(&upper));
+    EXPECT_EQ(-1, a.compareTo(&zero));
+    EXPECT_EQ(1, wideA.compareTo(&wideUpper));
+    const std::unique_ptr<RWCollectable> copy(wideA.copy());
+    EXPECT_EQ(0, copy->compareTo(&wideA));
+    EXPECT_EQ(copy->hash(), wideA.hash());
+}
+
+TEST(VirtualStreams, CarryValuesAsLittleEndianBytes) {
+    std::stringbuf buffer;
+    RWBufferOstream out(buffer);
+    out << std::uint32_t{0xfffefdfc} << 0.5;
+    RWDate(29, 2, 2000).saveOn(out);
+    out.put("", 0);
+    EXPECT_TRUE(out.good());
+    EXPECT_EQ("\xfc\xfd\xfe\xff\0\0\0\0\0\0\xe0\x3f\x94\x68\x25\0"s, buffer.str());
+
+    RWBufferIstream in(buffer);
+    std::uint32_t count = 0;
+    double number = 0;
+    RWDate date(1, 1, 1);
+    EXPECT_TRUE((in >> count >> number).good());
+    EXPECT_EQ(0xfffefdfcu, count);
+    EXPECT_EQ(0.5, number);
+    for (int i = 0; i < 2; ++i) {  // the second time finds nothing
+        date.restoreFrom(in);
+        EXPECT_EQ(2451604u, date.dayNumber());
+    }
+}
+
+TEST(VirtualStreams, StayBadOnceAGetOrPutHasFailed) {
+    std::stringbuf buffer("abc"s);
+    RWBufferIstream in(buffer);
+    std::uint32_t value = 0;
+    EXPECT_FALSE((in >> value).good());
+    value = 0;
+    buffer.str("abcd");
+    EXPECT_FALSE((in >> value).good());
+    EXPECT_EQ(0u, value);
+
+    NarrowBuffer narrow;
+    RWBufferOstream out(narrow);
+    EXPECT_TRUE((out << std::uint32_t{1}).good());
+    EXPECT_FALSE((out << 2.0).good());
+    EXPECT_FALSE(out.put("", 0).good());
+    EXPECT_EQ('\1', narrow.taken[0]);
+}
+
+TEST(CollectableString, KeepsItsContentWhenTheBytesEndTooEarly) {
+    RWCollectableString text("kept");
+    for (const std::string& bytes : {""s, "\1\0\0"s, "\1\0\0\0"s, "\4\0\0\0abc"s, "\xff\xff\xff\xff..."s}) {
+        EXPECT_FALSE(Restore(text, bytes));
+        EXPECT_EQ("kept", text.str());
+    }
+    EXPECT_TRUE(Restore(text, "\0\0\0\0left"s));
+    EXPECT_TRUE(text.isNull());
+}
+
+TEST(Ordered, KeepsItsItemsAndTheWholeOnesOfMalformedBytes) {
+    const std::pair<std::string, std::string> cases[] = {
+        {""s, ""s},
+        {"\1\0\0\0"s, ""s},
+        {"\2\0\0\0\1\0\0\0b\1\0\0"s, "b|"s},
+        {"\2\0\0\0\1\0\0\0b\2\0\0\0\0"s, "b|"s},
+        {"\xff\xff\xff\xff\0\0\0\0\0\0\0\0"s, "||"s},
+        {"\1\0\0\0\xff\xff\xff\xff"s + "a"s, ""s},
+    };
+    for (const auto& [bytes, added] : cases) {
+        OwningOrdered items;
+        items.append(new RWCollectableString("a"));
+        EXPECT_FALSE(Restore(items, bytes)) << testing::PrintToString(bytes);
+        EXPECT_EQ("a|" + added, Joined(items)) << testing::PrintToString(bytes);
+    }
+}
+
+TEST(Ordered, GoesThroughAFileAndBackAsCountedTexts) {
+    const TestFolder folder;
+    OwningOrdered items, restored;
+    const std::string longerThanAnyChunk = std::string(200'001, 'x') + "end";
+    for (const std::string& text : {"a\0\xff"s, ""s, "\r\n\x1a"s, longerThanAnyChunk})
+        items.append(new RWCollectableString(text));
+    RWFile file((folder / L"ordered").c_str(), L"w+b");
+    items.saveGuts(file);
+    EXPECT_TRUE(file.SeekTo(0));
+    for (int i = 0; i < 2; ++i) restored.restoreGuts(file);  // the second time finds nothing
+    EXPECT_TRUE(items == restored);
+    const std::string bytes = BytesOf(folder / L"ordered");
+    EXPECT_EQ("\4\0\0\0\3\0\0\0a\0\xff\0\0\0\0\3\0\0\0\r\n\x1a\x44\x0d\3\0x"s, bytes.substr(0, 27));
+    EXPECT_EQ(bytes.size(), items.binaryStoreSize());
+}
