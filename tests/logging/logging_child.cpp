@@ -1,8 +1,9 @@
-// logging_child WAY FILE: queues lines and ends in that way.
+// logging_child WAY FILE [OFFSET]: queues lines and ends in that way.
 #include <atomic>
 #include <climits>
 #include <cstdlib>
 #include <cwchar>
+#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -12,6 +13,7 @@
 #include "logging/log_line.h"
 #include "logging/log_outputs.h"
 #include "platform/win32.h"
+#include "tests/logging/stopped_thread.h"
 
 namespace {
 
@@ -174,6 +176,35 @@ int EndAmidLines(const wchar_t* file) {
     return queued;
 }
 
+// Ends while a thread stands still at an instruction of the library. FILE and FILE.roll have the lines of one
+// caller; FILE.count says how many of them were queued, and whether the instruction was met.
+int EndWhileStopped(const wchar_t* file, unsigned long offset) {
+    const std::wstring rolled = std::wstring(file) + L".roll";
+    std::atomic<int> queued = 0;
+    QLLogger::InitializeLog(file, QLLOG_INFO);
+    QLLogger::InitializeLog(
+        std::make_shared<RollingFileOutput>(rolled.c_str(), L"child", L"", L"", 100, 1000, 1u),
+        QLLOG_WARNING);
+    WaitUntilTheWriterRuns();
+    const StoppedThread stopped(offset);
+    std::thread([&queued] {
+        constexpr int kPairs = 12;
+        for (; queued < kPairs; ++queued) {
+            QLLoggerLevelInserter(QLLOG_INFO | QLLOG_WARNING, "a.cpp", queued)
+                << std::wstring(200, L'x') << LogMessageFinish();
+            if (queued % 4 == 3) ::Sleep(15);
+        }
+        QLLogger::FlushLogs();
+        QLLogger::CloseLogs();
+        ++queued;  // the mark of the end
+    }).detach();
+    for (int i = 0; i < 100 && queued < 13 && !stopped.isMet(); ++i) ::Sleep(2);
+    ::Sleep(5);  // for what goes on beside
+    std::ofstream(std::string(file, file + std::wcslen(file)) + ".count")
+        << std::min(queued.load(), 12) << ' ' << stopped.isMet();
+    return kEnd;
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -186,6 +217,7 @@ int wmain(int argc, wchar_t** argv) {
     if (way == L"races") return RaceWithAClose(file);
     if (way == L"killed") return WriteUntilKilled(file);
     if (way == L"amid lines") return EndAmidLines(file);
+    if (way == L"stopped") return EndWhileStopped(file, std::stoul(argv[3], nullptr, 16));
     if (way == L"early") {
         QLLogger::CloseLogs();
         PutLines(0, kLines);

@@ -69,7 +69,7 @@ TEST_F(DynazipCalls, FillTheRecords) {
         return Joined(zip.zipStructSize, zip.quietFlag, zip.growExistingFlag, zip.noDirectoryNamesFlag,
                       zip.recurseFlag, zip.addCommentFlag);
     };
-    EXPECT_EQ("188|1|1|1|0|0|", flags());
+    EXPECT_EQ(Joined(sizeof zip) + "1|1|1|0|0|", flags());
     EXPECT_EQ("3|7|", Joined(zip.function, zip.compFactor));
     zip_->answer = ZIP_NOTHING_TO_DO;
     EXPECT_EQ(0, Dynazip::AddFileToZip(L"a", nullptr, L"b", 0));
@@ -80,7 +80,7 @@ TEST_F(DynazipCalls, FillTheRecords) {
     unzip_->answer = UNZIP_CANCELLED;
     EXPECT_EQ(UNZIP_CANCELLED, Dynazip::ExtractFileFromZip(L"a.zip", L"b c.txt", L"C:\\out"));
     const UNZIPCMDSTRUCT& unzip = unzip_->unzip;
-    EXPECT_EQ("142|8|-1|\"b c.txt\"|C:\\out|",
+    EXPECT_EQ(Joined(sizeof unzip) + "8|-1|\"b c.txt\"|C:\\out|",
               Joined(unzip.unzipStructSize, unzip.function, unzip.index, unzip_->items, unzip_->place));
     EXPECT_EQ("1|1|1|1|0|0|", Joined(unzip.overWriteFlag, unzip.noDirectoryNamesFlag, unzip.recurseFlag,
                                      unzip.noDirectoryItemsFlag, unzip.testFlag, unzip.freshenFlag));
@@ -262,12 +262,12 @@ TEST(DynazipRecords, StartFromTheirDefaults) {
     ZIPCMDSTRUCT zip, zipZero{};
     std::memset(&zip, 0xcc, sizeof zip);
     Dynazip::InitZIPCmdStruct(&zip);
-    zipZero.zipStructSize = 188, zipZero.function = 6, zipZero.compFactor = 5;
+    zipZero.zipStructSize = sizeof zipZero, zipZero.function = 6, zipZero.compFactor = 5;
     EXPECT_EQ(std::memcmp(&zip, &zipZero, sizeof zip), 0);
     UNZIPCMDSTRUCT unzip, unzipZero{};
     std::memset(&unzip, 0xcc, sizeof unzip);
     Dynazip::InitUNZIPCmdStruct(&unzip);
-    unzipZero.unzipStructSize = 142, unzipZero.index = -1;
+    unzipZero.unzipStructSize = sizeof unzipZero, unzipZero.index = -1;
     unzipZero.noDirectoryNamesFlag = unzipZero.recurseFlag = unzipZero.noDirectoryItemsFlag = 1;
     EXPECT_EQ(std::memcmp(&unzip, &unzipZero, sizeof unzip), 0);
 }
