@@ -39,8 +39,9 @@ constexpr int MAX_PATH = 260;
 // NOLINTNEXTLINE(performance-no-int-to-ptr): the system's own
 inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(std::intptr_t{-1});
 
-constexpr int ERROR_SUCCESS = 0, ERROR_FILE_NOT_FOUND = 2, ERROR_INSUFFICIENT_BUFFER = 122,
-              ERROR_MORE_DATA = 234, ERROR_NO_MORE_ITEMS = 259, ERROR_KEY_DELETED = 1018;
+constexpr int ERROR_SUCCESS = 0, ERROR_FILE_NOT_FOUND = 2, ERROR_ACCESS_DENIED = 5,
+              ERROR_INSUFFICIENT_BUFFER = 122, ERROR_MORE_DATA = 234, ERROR_NO_MORE_ITEMS = 259,
+              ERROR_KEY_DELETED = 1018;
 DWORD GetLastError();
 void SetLastError(DWORD error);
 
