@@ -39,8 +39,10 @@ bool Is64BitWindows() noexcept {
 }
 
 bool CanWriteToHKLM() noexcept {
+    // The machine's values are those of the 32-bit view, whatever the word size of the program.
+    constexpr REGSAM kAccess = KEY_ALL_ACCESS | KEY_WOW64_32KEY;
     ql::UniqueRegKey key;
-    return ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Quillet\\Author", 0, KEY_ALL_ACCESS, key.put()) ==
+    return ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Quillet\\Author", 0, kAccess, key.put()) ==
            ERROR_SUCCESS;
 }
 
