@@ -111,9 +111,10 @@ TEST_F(FileOutputs, LetOthersReadButNotWriteOrRename) {
     EXPECT_TRUE(output.IsOpen());
     FileOutput copy = output;
     copy.Write(QLLOG_INFO, L"from the copy");
-    for (const wchar_t* file : {file_.c_str(), (folder_ / L"none\\r.log").c_str(), L""}) {
-        FileOutput shut(*file ? file : nullptr);
-        EXPECT_FALSE(shut.IsOpen()) << file;
+    const std::wstring inNoFolder = folder_ / L"none\\r.log";
+    for (const wchar_t* file : {file_.c_str(), inNoFolder.c_str(), static_cast<const wchar_t*>(nullptr)}) {
+        FileOutput shut(file);
+        EXPECT_FALSE(shut.IsOpen()) << testing::PrintToString(file);
         shut.Write(QLLOG_INFO, L"dropped");
         shut.Flush();
     }
