@@ -82,6 +82,6 @@ RWWString _GetQLProfileString(const wchar_t* section, const wchar_t* entry, cons
 
 RWWString GetQLProfileDir(const wchar_t* section, const wchar_t* entry) {
     RWWString folder = _GetQLProfileString(section, entry, nullptr);
-    folder.str().resize(ql::WithoutTrailingBackslash(folder).size());  // a cut needs no memory
+    ql::CutTrailingBackslash(folder.str());
     return folder;
 }

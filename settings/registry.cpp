@@ -212,7 +212,7 @@ RWWString GetQLRegStringEx(const wchar_t* section, const wchar_t* entry, bool ma
 
 RWWString GetQLProfileDirEx(const wchar_t* section, const wchar_t* entry, bool machine) {
     RWWString folder = GetQLRegStringEx(section, entry, machine);
-    folder.str().resize(ql::WithoutTrailingBackslash(folder).size());  // a cut needs no memory
+    ql::CutTrailingBackslash(folder.str());
     return folder;
 }
 
