@@ -3,7 +3,7 @@
 # lies over a copy of the first. Sourced by scripts/setup. BITS is 32 or 64.
 
 # Higher numbers make older prefixes be built again.
-readonly prefix_version=1
+readonly prefix_version=2
 
 # What each word size is called by the distribution, by its libraries' folders, and by the cross-compiler.
 readonly -A debian_architecture=([32]=i386 [64]=amd64)
@@ -13,6 +13,8 @@ readonly -A target=([32]=i686-w64-mingw32 [64]=x86_64-w64-mingw32)
 readonly -A runtime=([32]=$cache/wine [64]=$cache/wine64)
 readonly -A prefix_name=([32]=prefix [64]=prefix64)
 readonly -A environment_name=([32]=wine.env [64]=wine64.env)
+# The loader of the programs' own word size: another starts them as children, which a kill of the loader leaves behind.
+readonly -A loader=([32]=wine [64]=wine64)
 readonly -A wrapper=([32]=$scripts/wine [64]=$scripts/wine64)
 
 # zlib_for BITS: user32.dll needs this library.
@@ -70,7 +72,7 @@ describe_runtime() {
     for ((; bits >= 32; bits -= 32)); do
         libraries+=${libraries:+:}$root/usr/lib/${multiarch[$bits]}:$root/lib/${multiarch[$bits]}
     done
-    describe "$root/usr/lib/wine/"{wine,wineserver} "$libraries"
+    describe "$root/usr/lib/wine/${loader[$1]}" "$root/usr/lib/wine/wineserver" "$libraries"
 }
 
 # staged COMMAND...: with the cache folder that new things are made in.
@@ -153,9 +155,9 @@ wine_is_ready() (
 
 # try_installed_wine BITS
 try_installed_wine() {
-    command -v wine >/dev/null && command -v wineserver >/dev/null || return
+    command -v "${loader[$1]}" >/dev/null && command -v wineserver >/dev/null || return
     begin "trying the Wine that is installed for $1-bit programs" ''
-    make_prefix "$1" "$(describe "$(command -v wine)" "$(command -v wineserver)")" && return
+    make_prefix "$1" "$(describe "$(command -v "${loader[$1]}")" "$(command -v wineserver)")" && return
     say 'it does not run them; making one that does'
     return 1
 }
