@@ -59,6 +59,21 @@ class Program:
                     self.run(["prefs", "unset", *words[2:4]])
 
 
+@contextlib.contextmanager
+def clean_folder():
+    """Removes what the cases write, also what a run left that was killed."""
+    def clean():
+        subprocess.run([WINE, "cmd", "/c", r"del /f /q C:\windows\Temp\ql_*& "
+                        r"for /d %f in (C:\windows\Temp\ql_*) do rmdir /s /q %f"],
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=SECONDS, check=False)
+
+    clean()
+    try:
+        yield
+    finally:
+        clean()
+
+
 class Case:
     def __init__(self, where, call):
         self.where, self.call, self.words = where, call, shlex.split(call)
@@ -156,8 +171,9 @@ def faults_of_help(program):
 def main():
     program = Program(pathlib.Path(sys.argv[1]).resolve())
     faults = [*faults_of_help(program), *faults_of_guide(program)]
-    for path in sorted((HERE / "cases").glob("*.txt")):
-        faults += faults_of_file(program, path)
+    with clean_folder():
+        for path in sorted((HERE / "cases").glob("*.txt")):
+            faults += faults_of_file(program, path)
     wrong = list(filter(None, faults))
     print(*wrong, sep="\n", end="\n" if wrong else "")
     return report(len(faults) - len(wrong), len(wrong), *sys.argv[2:])
