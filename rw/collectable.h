@@ -24,7 +24,9 @@ enum RWClassId : unsigned {
 // orders by address, and persists as nothing. Collectables are as thread-safe as the standard containers.
 class QL_API RWCollectable {
   public:
-    RWCollectable() noexcept = default;
+    RWCollectable() noexcept = default;  // nothing to begin with
+
+    // There is no content to copy.
     RWCollectable(const RWCollectable&) noexcept = default;
     RWCollectable& operator=(const RWCollectable&) noexcept = default;
 
@@ -35,6 +37,9 @@ class QL_API RWCollectable {
     virtual ~RWCollectable();
 
     virtual std::size_t binaryStoreSize() const;  // bytes that saveGuts writes
+
+    // The order is negative, zero or positive. Null and objects of unrelated classes are never equal, and stand
+    // in the order of their addresses. Texts that are equal hash alike.
     virtual int compareTo(const RWCollectable* other) const;
     virtual unsigned hash() const;
     virtual bool isEqual(const RWCollectable* other) const;
@@ -52,6 +57,7 @@ class QL_API RWCollectable {
 // Persists as a 32-bit length and the bytes.
 class QL_API RWCollectableString : public RWCollectable, public RWCString {
   public:
+    // Empty, or with a text.
     RWCollectableString() noexcept = default;
     explicit RWCollectableString(RWCString text) noexcept : RWCString(std::move(text)) {}
 
@@ -59,9 +65,12 @@ class QL_API RWCollectableString : public RWCollectable, public RWCString {
     RWCollectable* copy() const override;
     RWClassId isA() const override { return kRWCollectableString; }
     std::size_t binaryStoreSize() const override;
+
+    // By the bytes.
     int compareTo(const RWCollectable* other) const override;
     unsigned hash() const override;
     bool isEqual(const RWCollectable* other) const override;
+
     using RWCollectable::restoreGuts;
     using RWCollectable::saveGuts;
     void restoreGuts(RWvistream& stream) override;
@@ -72,12 +81,15 @@ class QL_API RWCollectableString : public RWCollectable, public RWCString {
 // its own: tables of texts persist as narrow strings.
 class QL_API RWCollectableWString : public RWCollectable, public RWWString {
   public:
+    // Empty, or with a text.
     RWCollectableWString() noexcept = default;
     explicit RWCollectableWString(RWWString text) noexcept : RWWString(std::move(text)) {}
 
     RWCollectable* newSpecies() const override;
     RWCollectable* copy() const override;
     RWClassId isA() const override { return kRWCollectableWString; }
+
+    // By the code units.
     int compareTo(const RWCollectable* other) const override;
     unsigned hash() const override;
     bool isEqual(const RWCollectable* other) const override;

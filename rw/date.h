@@ -15,6 +15,7 @@ class RWvostream;
 // plain value.
 class QL_API RWDate {
   public:
+    // What a date made of day, month and year may have.
     static constexpr unsigned kFirstYear = 1;
     static constexpr unsigned kLastYear = 10000;
 
@@ -22,19 +23,21 @@ class QL_API RWDate {
     struct Calendar {
         unsigned day = 0;    // 1 to 31
         unsigned month = 0;  // 1 to 12
-        int year = 0;
+        int year = 0;        // as the calendar is carried back: 0 comes before 1
     };
 
     RWDate();  // today by the local clock
-    constexpr RWDate(unsigned day, unsigned month,
-                     unsigned year) noexcept  // 0 when they form no date of those years
-        : dayNumber_(IsDate(day, month, year) ? NumberOf(day, month, year) : 0) {}
-    constexpr explicit RWDate(std::uint32_t dayNumber) noexcept : dayNumber_(dayNumber) {}
 
-    constexpr std::uint32_t dayNumber() const noexcept { return dayNumber_; }
+    // No date when the three form none of those years.
+    constexpr RWDate(unsigned day, unsigned month, unsigned year) noexcept
+        : dayNumber_(IsDate(day, month, year) ? NumberOf(day, month, year) : 0) {}
+
+    constexpr explicit RWDate(std::uint32_t dayNumber) noexcept : dayNumber_(dayNumber) {}  // any number
+
+    constexpr std::uint32_t dayNumber() const noexcept { return dayNumber_; }  // 0 for no date
     constexpr Calendar calendar() const noexcept;  // the next three at the price of one
-    constexpr unsigned dayOfMonth() const noexcept { return calendar().day; }
-    constexpr unsigned month() const noexcept { return calendar().month; }
+    constexpr unsigned dayOfMonth() const noexcept { return calendar().day; }  // 0 for no date
+    constexpr unsigned month() const noexcept { return calendar().month; }     // 0 for no date
     constexpr unsigned year() const noexcept;  // 0 for no date and before the year 1
     constexpr unsigned weekDay() const noexcept { return dayNumber_ % 7 + 1; }  // 1 Monday to 7 Sunday
 
@@ -45,6 +48,7 @@ class QL_API RWDate {
     // fields are zero (and the month's day is none) for number 0.
     void extract(std::tm* fields) const;
 
+    // Write and read the number. A write that fails shows in the stream, on a file in nothing.
     void saveOn(RWFile& file) const;
     void saveOn(RWvostream& stream) const;
     void restoreFrom(RWFile& file);        // unchanged when the read fails

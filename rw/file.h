@@ -15,6 +15,7 @@ class QL_API RWFile {
     // tells whether that worked.
     explicit RWFile(const wchar_t* path, const wchar_t* mode = L"r+b");
 
+    // Whether the file is open.
     bool isValid() const noexcept { return file_ != nullptr; }
 
     // Each moves all the bytes asked for and answers true, or answers false; what a failed read leaves in its

@@ -21,8 +21,8 @@ class QL_API RWHashDictionary : public RWCollectable {
   public:
     RWHashDictionary() = default;
 
-    std::size_t entries() const noexcept { return map_.size(); }
-    RWCollectable* findValue(const RWCollectable* key) const;  // null when absent
+    std::size_t entries() const noexcept { return map_.size(); }  // how many
+    RWCollectable* findValue(const RWCollectable* key) const;     // null when absent
 
     // Answers the key, or null when it is null, an equal one is present already (which is then kept), or
     // memory ends.

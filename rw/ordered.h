@@ -12,7 +12,7 @@ class QL_API RWOrdered : public RWCollectable {
   public:
     explicit RWOrdered(std::size_t capacity = 0) noexcept;  // a hint, not a limit
 
-    std::size_t entries() const noexcept { return places_.size() - first_; }
+    std::size_t entries() const noexcept { return places_.size() - first_; }  // how many
     RWCollectable* operator[](std::size_t index) const noexcept {
         return places_[first_ + index];
     }  // unchecked
@@ -24,9 +24,9 @@ class QL_API RWOrdered : public RWCollectable {
     RWCollectable* insertAt(std::size_t index, RWCollectable* item);
 
     RWCollectable* removeAt(std::size_t index);  // the item, now the caller's; null past the end
-    void clear() noexcept;
-    void clearAndDestroy();  // deletes every item
-    void swap(RWOrdered& other) noexcept;
+    void clear() noexcept;                       // lets go of the items
+    void clearAndDestroy();                      // deletes every item
+    void swap(RWOrdered& other) noexcept;        // the items of both
 
     // As many entries and pairwise isEqual.
     bool operator==(const RWOrdered& other) const;
@@ -58,6 +58,7 @@ class QL_API RWOrdered : public RWCollectable {
 // Walks a collection from first to last; a change of the collection ends the walk's validity.
 class QL_API RWOrderedIterator {
   public:
+    // Stands before the first item of a collection, which outlives it.
     explicit RWOrderedIterator(const RWOrdered& collection) noexcept : collection_(collection) {}
 
     RWCollectable* operator()() noexcept;  // the next item, null after the last

@@ -24,6 +24,7 @@ concept CountedText =
 // any counted text. Belongs to the caller and is read only during the call.
 class TextView : public std::wstring_view {
   public:
+    // The empty text; one up to its zero; a counted one.
     constexpr TextView() noexcept = default;
     constexpr TextView(const wchar_t* text) noexcept : std::wstring_view(TextOf(text)) {}
     template <CountedText Text>

@@ -14,11 +14,13 @@ class QL_API RWvostream {
   public:
     virtual ~RWvostream();
 
+    // Write bytes, or a value's; good tells whether all were.
     RWvostream& put(const void* bytes, std::size_t count);
     RWvostream& operator<<(std::uint32_t value) { return put(&value, sizeof value); }
     RWvostream& operator<<(double value) { return put(&value, sizeof value); }
-    bool good() const noexcept { return good_; }
-    void fail() noexcept { good_ = false; }  // for what cannot be written
+
+    bool good() const noexcept { return good_; }  // until something fails
+    void fail() noexcept { good_ = false; }       // for what cannot be written
 
   private:
     // Writes all the bytes, or answers false.
@@ -33,11 +35,13 @@ class QL_API RWvistream {
   public:
     virtual ~RWvistream();
 
+    // Read so many bytes, or a value's; good tells whether all were.
     RWvistream& get(void* bytes, std::size_t count);
     RWvistream& operator>>(std::uint32_t& value) { return get(&value, sizeof value); }
     RWvistream& operator>>(double& value) { return get(&value, sizeof value); }
-    bool good() const noexcept { return good_; }
-    void fail() noexcept { good_ = false; }  // for what was read but cannot be kept
+
+    bool good() const noexcept { return good_; }  // until something fails
+    void fail() noexcept { good_ = false; }       // for what was read but cannot be kept
 
   private:
     // Reads all the bytes, or answers false.
@@ -46,10 +50,10 @@ class QL_API RWvistream {
     bool good_ = true;
 };
 
-// The virtual streams over a buffer of the standard library, whose exceptions end as failures, and over an
-// RWFile. None owns what it works on.
+// A stream into a buffer of the standard library, whose exceptions end as failures.
 class QL_API RWBufferOstream final : public RWvostream {
   public:
+    // Writes into a buffer, which outlives it.
     explicit RWBufferOstream(std::streambuf& buffer) noexcept : buffer_(buffer) {}
 
   private:
@@ -57,9 +61,10 @@ class QL_API RWBufferOstream final : public RWvostream {
     std::streambuf& buffer_;
 };
 
-// From a buffer, which outlives it.
+// A stream from such a buffer.
 class QL_API RWBufferIstream final : public RWvistream {
   public:
+    // Reads a buffer, which outlives it.
     explicit RWBufferIstream(std::streambuf& buffer) noexcept : buffer_(buffer) {}
 
   private:
@@ -67,9 +72,10 @@ class QL_API RWBufferIstream final : public RWvistream {
     std::streambuf& buffer_;
 };
 
-// To a file, which outlives it.
+// A stream into a file.
 class QL_API RWFileOstream final : public RWvostream {
   public:
+    // Writes into a file, which outlives it.
     explicit RWFileOstream(RWFile& file) noexcept : file_(file) {}
 
   private:
@@ -77,9 +83,10 @@ class QL_API RWFileOstream final : public RWvostream {
     RWFile& file_;
 };
 
-// From a file, which outlives it.
+// A stream from a file.
 class QL_API RWFileIstream final : public RWvistream {
   public:
+    // Reads a file, which outlives it.
     explicit RWFileIstream(RWFile& file) noexcept : file_(file) {}
 
   private:

@@ -17,25 +17,31 @@
 // std::length_error for a text that no memory holds), and the string is then as it was.
 class RWWString {
   public:
-    static constexpr std::size_t npos = std::wstring::npos;
+    static constexpr std::size_t npos = std::wstring::npos;  // no place, and as a count: to the end
 
-    RWWString() noexcept = default;
+    RWWString() noexcept = default;  // the empty text
+
+    // A text up to its zero, or of so many units; a copy of a counted text.
     RWWString(const wchar_t* text) : text_(ql::TextOf(text)) {}
     RWWString(const wchar_t* text, std::size_t count) : text_(text ? text : L"", text ? count : 0) {}
     RWWString(std::wstring text) noexcept : text_(std::move(text)) {}
     RWWString(std::wstring_view text) : text_(text) {}
 
+    // Holds this text from now on, which may be a part of the string itself.
     RWWString& operator=(const wchar_t* text) { return assign(text); }
     RWWString& assign(ql::TextView text) {
         text_.assign(text);
         return *this;
     }
 
+    // How many units, and whether there are none.
     std::size_t length() const noexcept { return text_.size(); }
     std::size_t size() const noexcept { return text_.size(); }
     bool isNull() const noexcept { return text_.empty(); }
     bool empty() const noexcept { return text_.empty(); }
-    const wchar_t* data() const noexcept { return text_.c_str(); }  // null-ended
+
+    // The units, a zero behind them; the index is not checked.
+    const wchar_t* data() const noexcept { return text_.c_str(); }
     const wchar_t* c_str() const noexcept { return text_.c_str(); }
     const wchar_t* begin() const noexcept { return text_.data(); }
     const wchar_t* end() const noexcept { return text_.data() + text_.size(); }
@@ -67,6 +73,7 @@ class RWWString {
         return from < size() ? text_.substr(from, count) : std::wstring();
     }
 
+    // Each adds at the end, but for prepend, and answers the string. The text may be a part of the string.
     RWWString& append(ql::TextView text) {
         text_.append(text);
         return *this;
@@ -82,7 +89,7 @@ class RWWString {
     RWWString& operator+=(ql::TextView text) { return append(text); }
     RWWString& operator+=(wchar_t unit) { return append(unit); }
     void resize(std::size_t length) { text_.resize(length); }  // new units are zero
-    void clear() noexcept { text_.clear(); }
+    void clear() noexcept { text_.clear(); }                   // to the empty text
 
     // Comparison is by code unit.
     friend bool operator==(const RWWString& a, const RWWString& b) noexcept { return a.text_ == b.text_; }
