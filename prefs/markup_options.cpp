@@ -163,11 +163,12 @@ void CPrettyTplOpt::LoadLevels() {
 void CPrettyTplOpt::LoadKinds() {
     static_assert(std::size(kKindRows) == kKinds);
     for (const KindRow& row : kKindRows) {
-        kinds_[row.type] = {.color = LoadColor(row.color),
-                            .bColor = LoadColor(row.background),
-                            .process = GetQLRegBool(QLIS_ANNOTATION, row.processEntry, row.process),
-                            .begin = GetFieldMarker(row.beginEntry, row.begin),
-                            .end = GetFieldMarker(row.endEntry, row.end)};
+        kinds_[static_cast<std::size_t>(row.type)] = {
+            .color = LoadColor(row.color),
+            .bColor = LoadColor(row.background),
+            .process = GetQLRegBool(QLIS_ANNOTATION, row.processEntry, row.process),
+            .begin = GetFieldMarker(row.beginEntry, row.begin),
+            .end = GetFieldMarker(row.endEntry, row.end)};
     }
 }
 

@@ -38,8 +38,8 @@ class QL_API RWCollectable {
 
     virtual std::size_t binaryStoreSize() const;  // bytes that saveGuts writes
 
-    // The order is negative, zero or positive. Null and objects of unrelated classes are never equal, and stand
-    // in the order of their addresses. Texts that are equal hash alike.
+    // The order is negative, zero or positive. Null and objects of unrelated classes are never equal, and
+    // stand in the order of their addresses. Texts that are equal hash alike.
     virtual int compareTo(const RWCollectable* other) const;
     virtual unsigned hash() const;
     virtual bool isEqual(const RWCollectable* other) const;

@@ -61,8 +61,9 @@ std::wstring_view StoredText(const wchar_t* units, std::size_t bytes) {
 }
 
 int LittleEndian(const BYTE (&bytes)[kNumberBytes]) {
-    return static_cast<int>(bytes[0] | bytes[1] << 8 | bytes[2] << 16 |
-                            static_cast<unsigned>(bytes[3]) << 24);
+    unsigned number = 0;
+    for (std::size_t place = kNumberBytes; place-- > 0;) number = number << 8 | bytes[place];
+    return static_cast<int>(number);
 }
 
 bool Query(HKEY root, const std::wstring& path, const wchar_t* entry, void* buffer, DWORD& bytes,

@@ -80,7 +80,7 @@ TEST_F(Store, ASectionMayHoldWhatSeparatesItFromTheEntry) {
 
 TEST_F(Store, TextsGrowAndShrinkAndKeysMayBeLong) {
     const std::wstring longKey(1000, L'k');
-    for (const std::size_t length : {1, 40, 3, 0, 500}) {
+    for (const std::size_t length : {1u, 40u, 3u, 0u, 500u}) {
         const std::wstring text(length, L't');
         EXPECT_TRUE(store_.SetRegStrSetting(L"Sec", longKey.c_str(), text.c_str()));
         EXPECT_EQ(Found(true, RWWString(text)), Text(store_, L"Sec", longKey.c_str())) << length;

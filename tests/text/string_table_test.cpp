@@ -85,7 +85,7 @@ TEST(StringTable, KeepsItsOrderThroughChangesAtEveryPlace) {
     for (int i = 0; i < 3000; ++i) {
         const std::wstring text = std::to_wstring(i);
         const auto place = static_cast<unsigned>(random() % (model.size() + 1));
-        const auto at = model.begin() + place;
+        const auto at = model.begin() + static_cast<std::ptrdiff_t>(place);
         switch (random() % 6) {
             case 0:
             case 1: model.push_front(text), table.PrependString(text); break;
