@@ -6,9 +6,12 @@ if(NOT QL_NATIVE)
   # it.
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libssp.a OUTPUT_VARIABLE guard
                   OUTPUT_STRIP_TRAILING_WHITESPACE)
-  target_compile_options(ql_shipped INTERFACE -fstack-protector-strong)
-  # Calls can be checked only where the compiler optimises.
-  target_compile_definitions(ql_shipped INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+  option(QL_GUARDED "Guard stacks and check calls; without, bench/guards measures what they cost" ON)
+  if(QL_GUARDED)
+    target_compile_options(ql_shipped INTERFACE -fstack-protector-strong)
+    # Calls can be checked only where the compiler optimises.
+    target_compile_definitions(ql_shipped INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+  endif()
   target_link_options(ql_shipped INTERFACE -Wl,--dynamicbase,--nxcompat)
   if(CMAKE_SIZEOF_VOID_P EQUAL 8)
     target_link_options(ql_shipped INTERFACE -Wl,--high-entropy-va)
@@ -21,4 +24,6 @@ if(NOT QL_NATIVE)
     -ffile-prefix-map=${PROJECT_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
   target_compile_options(ql_shipped INTERFACE -Wdate-time "$<$<CONFIG:Release>:${release_options}>")
   target_link_options(ql_shipped INTERFACE -Wl,--no-insert-timestamp)
+  # A PDB as well, in the build's folder: the names of the functions for debuggers that read no others.
+  target_link_options(ql_shipped INTERFACE $<$<CONFIG:Release>:-Wl,--pdb=>)
 endif()
