@@ -20,8 +20,9 @@ if(NOT QL_NATIVE)
 
   # Symbols for a host's debugger, which scripts/release puts beside the programs; and the same bytes whoever builds
   # them, wherever and whenever.
+  # The last one goes first, and the build may lie within the sources.
   set(release_options -g
-    -ffile-prefix-map=${PROJECT_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
   target_compile_options(ql_shipped INTERFACE -Wdate-time "$<$<CONFIG:Release>:${release_options}>")
   target_link_options(ql_shipped INTERFACE -Wl,--no-insert-timestamp)
   # A PDB as well, in the build's folder: the names of the functions for debuggers that read no others.
