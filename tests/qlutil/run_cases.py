@@ -4,23 +4,23 @@ against them. What the calls of a file or a block set among the preferences is r
 
 usage: run_cases.py QLUTIL.exe [RESULTS.xml]
 
-A case file holds cases one after the other; they run in the folder of this file:
+A case file holds cases one after the other, a blank line between them; they run in the folder of this file:
 
     # a remark
     $ --json name 'C:\\a.txt'      the call, split as a shell splits words
+    + prefs set Section Entry x    another call, made before it, which must be done
     < some text                    standard input, a line each
     % 20                           the bytes that a file may grow to, as on a full disk
     & prefs set Section Entry x    another call, made again and again while the case's own runs
     {"cmdLine": ...}               standard output, to the letter; "~ " before a line makes it a pattern
-    ! unknown switch               a text that standard error holds
-    = 0                            the exit status; ends the case
+    : left out 1 settings          a text that standard error holds, while the call is done (exit status 0)
+    ! there is no file             the same of a call that fails (1)
+    ? unknown switch               the same of a call that is wrong (2)
 """
 import contextlib
 import pathlib
 import re
-import resource
 import shlex
-import signal
 import subprocess
 import sys
 import tempfile
@@ -29,7 +29,7 @@ from concurrent.futures import ThreadPoolExecutor
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent))
 from guide import sections  # noqa: E402: the path comes first
-from results import WINE, report  # noqa: E402
+from results import NO_LIMIT, WINE, file_limit, report  # noqa: E402
 
 SECONDS = 60
 
@@ -38,14 +38,10 @@ class Program:
     def __init__(self, path):
         self.path = path
 
-    def run(self, words, text="", room=resource.RLIM_INFINITY, cwd=HERE, stderr=subprocess.PIPE):
+    def run(self, words, text="", room=NO_LIMIT, cwd=HERE, stderr=subprocess.PIPE):
         """The exit status, and what was printed and said."""
-        def limit():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (room, resource.RLIM_INFINITY))
-
         done = subprocess.run([WINE, self.path, *words], input=text.encode(), stdout=subprocess.PIPE, stderr=stderr,
-                              cwd=cwd, timeout=SECONDS, check=False, preexec_fn=limit)
+                              cwd=cwd, timeout=SECONDS, check=False, preexec_fn=file_limit(room))
         return done.returncode, done.stdout.decode(), (done.stderr or b"").decode().replace("\r", "")
 
     @contextlib.contextmanager
@@ -75,70 +71,53 @@ def clean_folder():
 
 
 class Case:
-    def __init__(self, where, call):
-        self.where, self.call, self.words = where, call, shlex.split(call)
-        self.stdin, self.stdout, self.stderr, self.meanwhile, self.status = [], [], [], [], None
-        self.room = resource.RLIM_INFINITY
+    def __init__(self, where, call, lines):
+        self.where, self.words = f"{where}: qlutil {call}", shlex.split(call)
+        self.marked = {mark: [line[2:] for line in lines if line.startswith(f"{mark} ")] for mark in "+<%&:!?"}
+        self.stdout = [line for line in lines if line[0] not in self.marked or line[1:2] != " "]
+        self.status = 1 if self.marked["!"] else 2 if self.marked["?"] else 0
 
-    def take(self, line):
-        """Adds a line of the case file; True when the case is complete."""
-        kind, rest = line[:2], line[2:]
-        if kind == "< ":
-            self.stdin.append(rest)
-        elif kind == "% ":
-            self.room = int(rest)
-        elif kind == "& ":
-            self.meanwhile.append(shlex.split(rest))
-        elif kind == "! ":
-            self.stderr.append(rest)
-        elif kind == "= ":
-            self.status = int(rest)
-        else:
-            self.stdout.append(line)
-        return self.status is not None
-
-    def pattern(self):
-        lines = (line[2:] if line.startswith("~ ") else re.escape(line) for line in self.stdout)
-        return "".join(line + "\n" for line in lines)
+    def other_calls(self, mark):
+        return [shlex.split(call) for call in self.marked[mark]]
 
     def fault(self, program):
         """What is wrong with the program's answer; empty when nothing is."""
+        for words in self.other_calls("+"):
+            if program.run(words)[0]:
+                return f"{shlex.join(words)}, made before it, fails"
         with ThreadPoolExecutor() as pool:
-            answer = pool.submit(program.run, self.words, "\n".join(self.stdin), room=self.room)
-            while self.meanwhile and not answer.done():
-                for words in self.meanwhile:
+            answer = pool.submit(program.run, self.words, "\n".join(self.marked["<"]),
+                                 room=int(*self.marked["%"] or [NO_LIMIT]))
+            while self.marked["&"] and not answer.done():
+                for words in self.other_calls("&"):
                     program.run(words)
             status, out, err = answer.result()
         if status != self.status:
             return f"exit status {status}, not {self.status}; it said: {err}"
-        if not re.fullmatch(self.pattern(), out):
+        patterns = (line[2:] if line.startswith("~ ") else re.escape(line) for line in self.stdout)
+        if not re.fullmatch("".join(f"{pattern}\n" for pattern in patterns), out):
             return f"printed:\n{out}instead of:\n" + "\n".join(self.stdout)
-        missing = [text for text in self.stderr if text not in err]
+        missing = [text for mark in ":!?" for text in self.marked[mark] if text not in err]
         return f"did not say {missing}, but: {err}" if missing else ""
 
 
 def cases_of(path):
-    case = None
-    for number, line in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
-        if case is None:
-            if line.startswith("$ "):
-                case = Case(f"{path.name}:{number}", line[2:])
-            elif line and not line.startswith("#"):
-                sys.exit(f"{path.name}:{number}: a case begins with '$ '")
-        elif case.take(line):
-            yield case
-            case = None
-    if case is not None:
-        sys.exit(f"{case.where}: the case has no '= STATUS'")
+    text = path.read_text(encoding="utf-8")
+    for block in re.finditer(r"(?:.+\n)+", text):
+        call = re.match(r"(?:# .*\n)*\$ (.*)\n", block[0])
+        where = f"{path.name}:{text.count(chr(10), 0, block.start()) + 1}"
+        if not call:
+            sys.exit(f"{where}: a case begins with '$ '")
+        yield Case(where, call[1], block[0][call.end():].splitlines())
 
 
 def faults_of_file(program, path):
     """Of each case what is wrong with it, empty when nothing is."""
     cases = list(cases_of(path))
-    with program.forgetting(case.words for case in cases):
+    with program.forgetting(words for case in cases for words in (case.words, *case.other_calls("+"))):
         for case in cases:
             fault = case.fault(program)
-            yield fault and f"{case.where}: qlutil {case.call}\n{fault}"
+            yield fault and f"{case.where}\n{fault}"
 
 
 def faults_of_block(program, calls, files):

@@ -9,9 +9,10 @@ import pathlib
 import subprocess
 import sys
 import tempfile
+import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
-from results import WINE, report  # noqa: E402: the path comes first
+from results import WINE, run_own_cases  # noqa: E402: the path comes first
 
 PROGRAMS = {bits: pathlib.Path(folder).resolve() for bits, folder in zip((32, 64), sys.argv[1:3])}
 TWINS = ((32, 64), (64, 32))
@@ -19,115 +20,90 @@ BASE = "SOFTWARE\\Quillet\\Author"
 SECTION = "Twins"
 
 
-class Fault(Exception):
-    pass
-
-
 def qlutil(bits, *arguments):
     done = subprocess.run([WINE, PROGRAMS[bits] / "qlutil.exe", "--json", *map(str, arguments)],
                           stdin=subprocess.DEVNULL, capture_output=True, timeout=120, check=False)
     if done.returncode:
-        raise Fault(f"{arguments} of {bits} bits: status {done.returncode}, {done.stderr.decode()}")
+        raise AssertionError(f"{arguments} of {bits} bits: status {done.returncode}, {done.stderr.decode()}")
     return json.loads(done.stdout)
 
 
-def expect(expected, actual, what):
-    if expected != actual:
-        raise Fault(f"{what}: {actual!r}, not {expected!r}")
+def registry(*arguments):
+    return subprocess.run([WINE, "reg", *arguments, "/f", "/reg:32"], capture_output=True, check=False).returncode
 
 
-def their_word_sizes(_):
-    for bits in PROGRAMS:
-        expect(bits, qlutil(bits, "version")["bits"], "the word size")
-
-
-def one_user(_):
-    for writer, reader in TWINS:
-        for switch, value in (("--int", 7 + writer), ("--bool", True), ("--color", "1,2,3"), (None, "text ä \\ /")):
-            switches = [switch] if switch else []
-            qlutil(writer, "prefs", "set", SECTION, f"from {writer}", str(value).lower(), *switches)
-            expect(qlutil(writer, "prefs", "get", SECTION, f"from {writer}", *switches),
-                   qlutil(reader, "prefs", "get", SECTION, f"from {writer}", *switches), f"a value {switch}")
-
-
-def one_machine(_):
-    """A value of the machine is the same for both, in whichever view of the registry an installer put it."""
-    subprocess.run([WINE, "reg", "add", f"HKLM\\{BASE}\\{SECTION}", "/v", "machine", "/d", "x", "/f", "/reg:32"],
-                   capture_output=True, check=True)
-    for bits in PROGRAMS:
-        expect("x", qlutil(bits, "prefs", "get", SECTION, "machine")["value"], f"the machine's value for {bits} bits")
-
-
-def both_at_once(_):
+def at_once(work, of):
     with concurrent.futures.ThreadPoolExecutor(4) as pool:
-        list(pool.map(lambda number: qlutil((32, 64)[number % 2], "prefs", "set", SECTION, f"n{number}", number,
-                                            "--int"), range(16)))
-    for bits in PROGRAMS:
-        found = {row["entry"]: row["value"] for row in qlutil(bits, "prefs", "list", SECTION)}
-        expect({f"n{number}": number for number in range(16)},
-               {entry: int(value) for entry, value in found.items() if entry[0] == "n"}, f"what {bits} bits list")
+        list(pool.map(work, of))
 
 
-def settings_documents(folder):
-    for bits in PROGRAMS:
-        qlutil(bits, "prefs", "export", folder / f"{bits}.json")
-    expect((folder / "32.json").read_bytes(), (folder / "64.json").read_bytes(), "the exported document")
-    for writer, reader in TWINS:
-        qlutil(reader, "prefs", "import", folder / f"{writer}.json")
+class Twins(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def files(self, pattern):
+        return [(self.folder / pattern.format(bits)).read_bytes() for bits in PROGRAMS]
+
+    def test_one_user(self):
+        for writer, reader in TWINS:
+            name = f"from {writer}"
+            for value, *switches in (7 + writer, "--int"), ("true", "--bool"), ("1,2,3", "--color"), ("ä \\ /",):
+                qlutil(writer, "prefs", "set", SECTION, name, value, *switches)
+                own, other = (qlutil(bits, "prefs", "get", SECTION, name, *switches) for bits in (writer, reader))
+                self.assertEqual(own, other)
+
+    def test_one_machine(self):
+        """A value of the machine is the same for both, in whichever view of the registry an installer put it."""
+        self.assertEqual(0, registry("add", f"HKLM\\{BASE}\\{SECTION}", "/v", "machine", "/d", "x"))
+        for bits in PROGRAMS:
+            self.assertEqual("x", qlutil(bits, "prefs", "get", SECTION, "machine")["value"], bits)
+
+    def test_both_at_once(self):
+        at_once(lambda n: qlutil((32, 64)[n % 2], "prefs", "set", SECTION, f"n{n}", n, "--int"), range(16))
+        for bits in PROGRAMS:
+            found = {row["entry"]: row["value"] for row in qlutil(bits, "prefs", "list", SECTION)}
+            self.assertEqual({f"n{n}": n for n in range(16)},
+                             {entry: int(value) for entry, value in found.items() if entry[0] == "n"}, bits)
+
+    def test_settings_documents(self):
+        for bits in PROGRAMS:
+            qlutil(bits, "prefs", "export", self.folder / f"{bits}.json")
+        self.assertEqual(*self.files("{}.json"))
+        for writer, reader in TWINS:
+            qlutil(reader, "prefs", "import", self.folder / f"{writer}.json")
+
+    def test_one_log(self):
+        at_once(lambda bits: qlutil(bits, "log", "write", self.folder / f"{bits}.log", 4, "a line ä"), PROGRAMS)
+        self.assertEqual(*(log.rpartition(b"]")[2] for log in self.files("{}.log")))
+
+    def test_archives(self):
+        (self.folder / "member.txt").write_bytes(bytes(range(256)) * 400)
+        for writer, reader in TWINS:
+            archive, out = self.folder / f"{writer}.zip", self.folder / f"out{reader}"
+            out.mkdir()
+            qlutil(writer, "zip", "add", archive, self.folder / "member.txt")
+            qlutil(reader, "zip", "extract", archive, "member.txt", out)
+        self.assertEqual(*self.files("{}.zip"))
+        self.assertEqual(self.files("member.txt"), self.files("out{}/member.txt"))
+
+    def test_one_system(self):
+        for program in PROGRAMS.values():
+            self.assertEqual(*(qlutil(bits, "file", "exe", program / "qlutil.exe") for bits in PROGRAMS))
+        machines = [qlutil(bits, "machine") for bits in PROGRAMS]
+        self.assertEqual([32, 64], [machine["bits"] for machine in machines])
+        for key in "is64BitWindows", "isAdminUser", "canWriteToHKLM":
+            self.assertEqual(*(machine[key] for machine in machines), key)
+        # All folders; those of the program itself as seen from its folder, the first.
+        rows = [qlutil(bits, "dirs") for bits in PROGRAMS]
+        self.assertEqual(*([row | {"path": row["path"].replace(of[0]["path"], "")} for row in of] for of in rows))
 
 
-def one_log(folder):
-    with concurrent.futures.ThreadPoolExecutor(2) as pool:
-        list(pool.map(lambda bits: qlutil(bits, "log", "write", folder / f"{bits}.log", 4, "a line ä"), PROGRAMS))
-    lines = {bits: (folder / f"{bits}.log").read_bytes().rpartition(b"]")[2] for bits in PROGRAMS}
-    expect(lines[32], lines[64], "the logged line")
-
-
-def archives(folder):
-    (folder / "member.txt").write_bytes(bytes(range(256)) * 400)
-    for writer, reader in TWINS:
-        archive = folder / f"{writer}.zip"
-        qlutil(writer, "zip", "add", archive, folder / "member.txt")
-        out = folder / f"out{reader}"
-        out.mkdir()
-        qlutil(reader, "zip", "extract", archive, "member.txt", out)
-        expect((folder / "member.txt").read_bytes(), (out / "member.txt").read_bytes(), "the member")
-    expect((folder / "32.zip").read_bytes(), (folder / "64.zip").read_bytes(), "the archive's bytes")
-
-
-def folders(bits):
-    """All of them; those of the program itself as seen from its folder, the first."""
-    rows = qlutil(bits, "dirs")
-    return [row | {"path": row["path"].replace(rows[0]["path"], "")} for row in rows]
-
-
-def one_system(_):
-    for program in PROGRAMS.values():
-        answers = [qlutil(bits, "file", "exe", program / "qlutil.exe") for bits in PROGRAMS]
-        expect(answers[0], answers[1], f"Is32BitExe of {program}")
-    for key in "is64BitWindows", "isAdminUser", "canWriteToHKLM":
-        answers = [qlutil(bits, "machine")[key] for bits in PROGRAMS]
-        expect(answers[0], answers[1], key)
-    expect(folders(32), folders(64), "the folders")
-
-
-CASES = (their_word_sizes, one_user, one_machine, both_at_once, settings_documents, one_log, archives, one_system)
-
-
-def main():
-    failed = 0
-    for case in CASES:
-        with tempfile.TemporaryDirectory() as folder:
-            try:
-                case(pathlib.Path(folder))
-            except (Fault, subprocess.SubprocessError, OSError, ValueError) as fault:
-                failed += 1
-                print(f"{case.__name__}: {fault}")
+def tearDownModule():
     for root in "HKCU", "HKLM":
-        subprocess.run([WINE, "reg", "delete", f"{root}\\{BASE}\\{SECTION}", "/f", "/reg:32"], capture_output=True,
-                       check=False)
-    return report(len(CASES) - failed, failed, *sys.argv[3:])
+        registry("delete", f"{root}\\{BASE}\\{SECTION}")
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run_own_cases(*sys.argv[3:]))

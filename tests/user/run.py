@@ -10,44 +10,16 @@ import pathlib
 import subprocess
 import sys
 import tempfile
+import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
-from results import WINE, report  # noqa: E402: the path comes first
+from results import WINE, run_own_cases, windows_path  # noqa: E402: the path comes first
 
 PROGRAMS = pathlib.Path(sys.argv[1]).resolve()
 DENIED = "Denied"
 KEY = f"SOFTWARE\\Quillet\\Author\\{DENIED}"
 
-
-class Place:
-    """A folder that nobody may write to, with a file of that kind and one that nobody may read; an open one beside."""
-
-    def __init__(self, folder):
-        self.closed, self.open = folder / "closed", folder / "open"
-        self.kept, self.secret, self.source = self.closed / "kept.txt", self.open / "secret.txt", self.open / "a.txt"
-        self.closed.mkdir()
-        self.open.mkdir()
-        for file in self.kept, self.secret, self.source:
-            file.write_text("as it was")
-        self.kept.chmod(0o444)
-        self.secret.chmod(0)
-        self.closed.chmod(0o555)
-
-    def tree(self):
-        return {path.name for path in self.closed.iterdir()}, self.kept.read_text()
-
-
-def windows_path(path):
-    return "Z:" + str(path).replace("/", "\\")
-
-
-def qlutil(*arguments):
-    done = subprocess.run([WINE, PROGRAMS / "qlutil.exe", "--json", *map(str, arguments)], stdin=subprocess.DEVNULL,
-                          capture_output=True, timeout=60, check=False)
-    return done.returncode, done.stdout.decode(), done.stderr.decode()
-
-
-# Calls that must fail, with what stands for the paths of a Place; nothing in the closed folder may change.
+# Calls that must fail, with what stands for the paths; nothing in the closed folder may change.
 REFUSED = (
     "file copy {closed}/new.txt {source}",
     "file copy {kept} {source}",
@@ -62,51 +34,52 @@ REFUSED = (
 )
 
 
-def refusal_fault(what, *arguments):
-    status, _, said = qlutil(*arguments)
-    return [f"{what} ends with status {status} and says {said!r}"] if status != 1 or not said else []
+def qlutil(*arguments):
+    done = subprocess.run([WINE, PROGRAMS / "qlutil.exe", "--json", *arguments], stdin=subprocess.DEVNULL,
+                          capture_output=True, timeout=60, check=False)
+    return done.returncode, done.stdout.decode(), done.stderr.decode()
 
 
-def faults_on_disk(place):
-    before = place.tree()
-    paths = {name: windows_path(path) for name, path in vars(place).items()}
-    for call in REFUSED:
-        yield from refusal_fault(call, *(word.format(**paths).replace("/", "\\") for word in call.split()))
-        if place.tree() != before:
-            yield f"{call} changed the closed folder: {place.tree()}"
-    for file, writable in (place.kept, False), (place.source, True):
-        answer = json.loads(qlutil("file", "status", windows_path(file))[1])
-        if answer["canWrite"] != writable:
-            yield f"the status of {file.name} is {answer}"
+class User(unittest.TestCase):
+    def assert_refused(self, *arguments):
+        status, _, said = qlutil(*arguments)
+        self.assertEqual(1, status)
+        self.assertNotEqual("", said)
 
+    @unittest.skipIf(os.geteuid() == 0, "nothing on the disk is denied to root")
+    def test_writes_nothing_where_it_may_not(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        closed, opened = pathlib.Path(folder.name, "closed"), pathlib.Path(folder.name, "open")
+        kept, secret, source = closed / "kept.txt", opened / "secret.txt", opened / "a.txt"
+        for place in closed, opened:
+            place.mkdir()
+        for file in kept, secret, source:
+            file.write_text("as it was")
+        for path, mode in (kept, 0o444), (secret, 0), (closed, 0o555):
+            path.chmod(mode)
+        self.addCleanup(closed.chmod, 0o755)
+        paths = {"closed": closed, "open": opened, "kept": kept, "secret": secret, "source": source}
+        paths = {name: windows_path(path) for name, path in paths.items()}
+        for call in REFUSED:
+            with self.subTest(call):
+                self.assert_refused(*(word.format(**paths).replace("/", "\\") for word in call.split()))
+                self.assertEqual([kept], list(closed.iterdir()))
+                self.assertEqual("as it was", kept.read_text())
+        for file, writable in ("kept", False), ("source", True):
+            self.assertEqual(writable, json.loads(qlutil("file", "status", paths[file])[1])["canWrite"], file)
 
-def faults_in_registry(_):
-    def key(what):
-        return subprocess.run([WINE, PROGRAMS / "deny_key.exe", what, KEY], check=False).returncode
+    def test_leaves_no_value_in_a_denied_key(self):
+        def key(what):
+            return subprocess.run([WINE, PROGRAMS / "deny_key.exe", what, KEY], check=False).returncode
 
-    if key("deny"):
-        yield "the key could not be denied"
-    try:
-        yield from refusal_fault("a write to a denied key", "prefs", "set", DENIED, "entry", "1")
-        if qlutil("prefs", "get", DENIED, "entry")[0] != 1:
-            yield "a write to a denied key left a value"
-    finally:
-        key("allow")
-        subprocess.run([WINE, "reg", "delete", f"HKCU\\{KEY}", "/f"], capture_output=True, check=False)
-
-
-def main():
-    cases = [faults_in_registry] if os.geteuid() == 0 else [faults_in_registry, faults_on_disk]
-    failed = 0
-    with tempfile.TemporaryDirectory() as folder:
-        place = Place(pathlib.Path(folder))
-        for case in cases:
-            faults = list(case(place))
-            failed += bool(faults)
-            print("".join(f"{fault}\n" for fault in faults), end="")
-        place.closed.chmod(0o755)
-    return report(len(cases) - failed, failed, *sys.argv[2:])
+        remove = [WINE, "reg", "delete", f"HKCU\\{KEY}", "/f"]
+        self.addCleanup(subprocess.run, remove, capture_output=True, check=False)
+        self.addCleanup(key, "allow")
+        self.assertEqual(0, key("deny"))
+        self.assert_refused("prefs", "set", DENIED, "entry", "1")
+        self.assertEqual(1, qlutil("prefs", "get", DENIED, "entry")[0], "a value is there")
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run_own_cases(*sys.argv[2:]))

@@ -6,7 +6,6 @@ usage: heals.py [RESULTS.xml]
 import os
 import pathlib
 import random
-import resource
 import shutil
 import signal
 import socket
@@ -14,18 +13,15 @@ import subprocess
 import sys
 import tempfile
 import time
+import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(ROOT / "tests"))
-from results import report  # noqa: E402: the path comes first
+from results import file_limit, run_own_cases  # noqa: E402: the path comes first
 
 CACHE = pathlib.Path(os.environ.get("XDG_CACHE_HOME") or pathlib.Path.home() / ".cache") / "quillet-native-util"
 STATUS = 7
 CALL = ["cmd", "/c", "exit", str(STATUS)]
-
-
-class Fault(Exception):
-    pass
 
 
 def processes_with(link, target):
@@ -61,20 +57,6 @@ class House:
     def crowd(self, **options):
         return [self.start(*CALL, checkout=number % 2, **options) for number in range(10)]
 
-    def works(self):
-        started = self.start(*CALL)
-        if started.wait(150) != STATUS:
-            raise Fault(f"the next call answers {started.returncode}")
-        screen = self.start("--display").communicate(timeout=150)[0].decode().strip()
-        with socket.socket(socket.AF_UNIX) as connection:
-            connection.connect(f"/tmp/.X11-unix/X{screen[1:]}")
-        pid, named = self.state.read_text().split()
-        if len(self.screens()) != 1:
-            raise Fault(f"there are {len(self.screens())} screens")
-        if named != screen:
-            raise Fault(f"the state names the screen {named}, not {screen}")
-        return int(pid)
-
     def screens(self):
         return [pid for pid in processes_with("cwd", self.prefix)
                 if pathlib.Path(f"/proc/{pid}/comm").read_text() == "Xvfb\n"]
@@ -86,95 +68,74 @@ class House:
         self.start("--stop").wait(100)
 
 
-def many_at_once(house):
-    house.stop()
-    answers = {call.wait(150) for call in house.crowd()}
-    if answers != {STATUS}:
-        raise Fault(f"of many calls at once some answered {answers}")
-    if len(house.keepers()) != 1:
-        raise Fault(f"there are {len(house.keepers())} keepers")
+class Heals(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(folder.cleanup)
+        cls.house = House(pathlib.Path(folder.name))
 
+    @classmethod
+    def tearDownClass(cls):
+        cls.house.stop()
+        if cls.house.screens():
+            raise AssertionError("a screen stayed behind")
 
-def killed_at_random(house):
-    house.stop()
-    for call in house.crowd(start_new_session=True):
-        time.sleep(random.uniform(0, 0.2))
-        os.killpg(call.pid, signal.SIGKILL)
-        call.wait()
+    def server(self):
+        """The server of a house whose next call works, as it must after all that the cases do."""
+        self.assertEqual(STATUS, self.house.start(*CALL).wait(150), "the next call's answer")
+        screen = self.house.start("--display").communicate(timeout=150)[0].decode().strip()
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.connect(f"/tmp/.X11-unix/X{screen[1:]}")
+        pid, named = self.house.state.read_text().split()
+        self.assertEqual(1, len(self.house.screens()))
+        self.assertEqual(screen, named)
+        return int(pid)
 
+    def tearDown(self):
+        self.server()
 
-def keeps_its_server(house, spoil):
-    server = house.works()
-    spoil()
-    if house.works() != server:
-        raise Fault("another server was started beside the living one")
+    def test_many_at_once(self):
+        self.house.stop()
+        self.assertEqual({STATUS}, {call.wait(150) for call in self.house.crowd()})
+        self.assertEqual(1, len(self.house.keepers()))
 
+    def test_killed_at_random(self):
+        for seed in random.sample(range(1 << 16), 2):
+            with self.subTest(seed=seed):
+                moments = random.Random(seed)
+                self.house.stop()
+                for call in self.house.crowd(start_new_session=True):
+                    time.sleep(moments.uniform(0, 0.2))
+                    os.killpg(call.pid, signal.SIGKILL)
+                    call.wait()
+                self.server()
 
-def state_is_lost(house):
-    keeps_its_server(house, house.state.unlink)
+    def test_keeps_its_server_whatever_becomes_of_the_state(self):
+        for spoil in (self.house.state.unlink, lambda: self.house.state.write_text(f"{os.getpid()} :4711\n")):
+            server = self.server()
+            spoil()
+            self.assertEqual(server, self.server())
 
+    def test_first_call_may_write_nothing(self):
+        self.house.stop()
+        self.house.start(*CALL, preexec_fn=file_limit(0)).wait(150)
 
-def state_is_of_another_prefix(house):
-    keeps_its_server(house, lambda: house.state.write_text(f"{os.getpid()} :4711\n"))
+    def test_server_without_keeper(self):
+        self.house.stop()
+        environment = os.environ | {"WINEPREFIX": str(self.house.prefix), "WINEDEBUG": "-all", "WINEARCH": "win32"}
+        script = f"source {self.house.cache}/wine.env; unset TMPDIR DISPLAY; exec \"$wine\" cmd /c ping -n 30 localhost"
+        subprocess.Popen(["bash", "-c", script], env=environment, stdin=subprocess.DEVNULL,
+                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        time.sleep(2)
 
-
-def first_call_may_write_nothing(house):
-    house.stop()
-    no_room = (0, resource.RLIM_INFINITY)
-    house.start(*CALL, preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, no_room)).wait(150)
-
-
-def server_without_keeper(house):
-    house.stop()
-    environment = os.environ | {"WINEPREFIX": str(house.prefix), "WINEDEBUG": "-all", "WINEARCH": "win32"}
-    script = f"source {house.cache}/wine.env; unset TMPDIR DISPLAY; exec \"$wine\" cmd /c ping -n 30 localhost"
-    subprocess.Popen(["bash", "-c", script], env=environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
-                     stderr=subprocess.DEVNULL)
-    time.sleep(2)
-
-
-def kill(processes):
-    for process in processes:
-        os.kill(process, signal.SIGKILL)
-
-
-def keeper_is_killed(house):
-    house.works()
-    kill(house.keepers())
-
-
-def screen_is_killed(house):
-    house.works()
-    kill(house.screens())
-    time.sleep(0.5)
-
-
-def server_is_killed(house):
-    kill([house.works()])
-
-
-BREAKAGES = (many_at_once, killed_at_random, state_is_lost, state_is_of_another_prefix, first_call_may_write_nothing,
-             server_without_keeper, keeper_is_killed, server_is_killed, screen_is_killed, killed_at_random)
-
-
-def main():
-    seed = random.randrange(1 << 16)
-    random.seed(seed)
-    failed = 0
-    with tempfile.TemporaryDirectory() as folder:
-        house = House(pathlib.Path(folder))
-        for breakage in BREAKAGES:
-            try:
-                breakage(house)
-                house.works()
-            except (Fault, OSError, subprocess.TimeoutExpired) as fault:
-                failed += 1
-                print(f"{breakage.__name__} (seed {seed}): {fault}")
-        house.stop()
-        if house.screens():
-            sys.exit("a screen stayed behind")
-    return report(len(BREAKAGES) - failed, failed, *sys.argv[1:])
+    def test_killed_parts(self):
+        for part, pause in (self.house.keepers, 0), (lambda: [self.server()], 0), (self.house.screens, 0.5):
+            self.server()
+            for process in part():
+                os.kill(process, signal.SIGKILL)
+            time.sleep(pause)
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run_own_cases(*sys.argv[1:]))

@@ -3,13 +3,12 @@
 
 usage: judges.py HOST.EXE QLUTIL.exe RESULTS.xml
 """
+import functools
 import json
 import os
 import pathlib
 import random
-import resource
 import shutil
-import signal
 import struct
 import subprocess
 import sys
@@ -20,7 +19,7 @@ import zipfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 sys.path.insert(0, str(ROOT / "tests"))
-from results import WINE, report  # noqa: E402: the path comes first
+from results import NO_LIMIT, WINE, file_limit, run_own_cases, windows_path  # noqa: E402: the path comes first
 
 HOST, QLUTIL = (pathlib.Path(argument).resolve() for argument in sys.argv[1:3])
 RANDOM_BYTES = random.Random(7).randbytes(300_000)
@@ -36,18 +35,9 @@ TREE = {
 }
 
 
-def windows_path(path):
-    return "Z:" + str(path).replace("/", "\\")
-
-
-def start(*arguments, program=HOST, room=resource.RLIM_INFINITY, **options):
-    """A program that may let files grow to so many bytes, as on a full disk."""
-    def limit():
-        signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-        resource.setrlimit(resource.RLIMIT_FSIZE, (room, resource.RLIM_INFINITY))
-
+def start(*arguments, program=HOST, room=NO_LIMIT, **options):
     return subprocess.Popen([WINE, program, *map(str, arguments)], stdout=subprocess.PIPE,
-                            stdin=subprocess.DEVNULL, preexec_fn=limit, **options)
+                            stdin=subprocess.DEVNULL, preexec_fn=file_limit(room), **options)
 
 
 def host(*arguments, **options):
@@ -85,40 +75,29 @@ def run(*command, cwd=None):
                    env=os.environ | {"LC_ALL": "C.UTF-8"})
 
 
-def with_zipfile(archive, folder, method=zipfile.ZIP_DEFLATED):
-    with zipfile.ZipFile(archive, "w", method) as out:
+class Pipe:
+    """A file that cannot be rewound: sizes and check sums come after the data."""
+
+    def __init__(self, file):
+        self.write, self.flush = file.write, file.flush
+
+
+def with_zipfile(archive, _, method=zipfile.ZIP_DEFLATED, through=lambda file: file, wide=False):
+    with open(archive, "wb") as file, zipfile.ZipFile(through(file), "w") as out:
         for name, content in TREE.items():
             info = zipfile.ZipInfo(name, (2024, 2, 29, 23, 59, 58))
             info.compress_type = method
             info.extra = struct.pack("<HHI", 0xCAFE, 4, 1)
-            out.writestr(info, content)
-        out.comment = b"made elsewhere"
-
-
-def streamed(archive, folder):
-    """Sizes and check sums after the data, in a file that cannot be rewound."""
-
-    class Pipe:
-        def __init__(self, file):
-            self.write, self.flush = file.write, file.flush
-
-    with open(archive, "wb") as file, zipfile.ZipFile(Pipe(file), "w", zipfile.ZIP_DEFLATED) as out:
-        for name, content in TREE.items():
-            out.writestr(name, content)
-
-
-def wide(archive, folder):
-    with zipfile.ZipFile(archive, "w", zipfile.ZIP_DEFLATED) as out:
-        for name, content in TREE.items():
-            with out.open(name, "w", force_zip64=True) as member:
+            with out.open(info, "w", force_zip64=wide) as member:
                 member.write(content)
+        out.comment = b"made elsewhere"
 
 
 MAKERS = {
     "zipfile": with_zipfile,
-    "zipfile stored": lambda archive, folder: with_zipfile(archive, folder, zipfile.ZIP_STORED),
-    "streamed": streamed,
-    "64-bit fields": wide,
+    "zipfile stored": functools.partial(with_zipfile, method=zipfile.ZIP_STORED),
+    "streamed": functools.partial(with_zipfile, through=Pipe),
+    "64-bit fields": functools.partial(with_zipfile, wide=True),
     "zip": lambda archive, folder: run("zip", "-qr", archive, ".", cwd=folder),
     "zip without folders' entries, best": lambda archive, folder: run("zip", "-qrD9", archive, ".", cwd=folder),
     "7z": lambda archive, folder: run("7z", "a", "-bd", "-y", "-tzip", "-mcu=on", archive, ".", cwd=folder),
@@ -287,12 +266,5 @@ class FullDisk(InFolder):
         self.assertEqual(read_tree(to), {"random.bin": b"former"})
 
 
-def main():
-    results = unittest.TextTestRunner(verbosity=2).run(
-        unittest.defaultTestLoader.loadTestsFromModule(sys.modules["__main__"]))
-    bad = {getattr(test, "test_case", test).id() for test, _ in results.failures + results.errors}
-    return report(results.testsRun - len(bad), len(bad), sys.argv[3])
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(run_own_cases(*sys.argv[3:]))
