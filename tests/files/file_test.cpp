@@ -74,8 +74,7 @@ TEST_F(Files, RefuseWhatIsClosedNullOrNegative) {
     QLFile file;
     unsigned char byte = 0;
     int count = 7;
-    EXPECT_FALSE(file.Read(&byte, 1, &count));
-    EXPECT_FALSE(file.Write(&byte, 1, &count));
+    for (const auto move : {&QLFile::Read, &QLFile::Write}) EXPECT_FALSE((file.*move)(&byte, 1, &count));
     EXPECT_FALSE(file.Flush());
     EXPECT_FALSE(file.Delete());
     EXPECT_EQ(nullptr, static_cast<const void*>(file));
@@ -149,7 +148,7 @@ TEST_F(Files, HeadersAreTheirBytes) {
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(header.bytes), 128), BytesOf(path_));
     RWFile file(path_.c_str(), L"rb");
     EXPECT_FALSE(ReadHeader(file, nullptr));
-    EXPECT_TRUE(ReadHeader(file, &back));
+    EXPECT_TRUE(ReadHeader(file, &back)) << "where it was";
     EXPECT_EQ(0, std::memcmp(&header, &back, sizeof header));
     EXPECT_FALSE(ReadHeader(file, &back)) << "at the end";
     EXPECT_FALSE(WriteHeader(file, header)) << "opened for reading";

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <limits>
+#include <tuple>
 
 #include "files/directory_iterator.h"
 #include "files/file_copy.h"
@@ -31,22 +32,19 @@ TEST_F(NameQueries, AccessIsForRootedLocalNamesAndStatusTellsWhatCouldBeDone) {
     ::SetFileAttributesW(Put(L"read.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     ASSERT_TRUE(::SetCurrentDirectoryW(folder.c_str()));
     constexpr auto kAny = static_cast<QLFileName::Status>(-1);
-    const struct {
-        std::wstring text;
-        std::string access;
-        QLFileName::Status status;
-    } cases[] = {{file, "open read write exists ", QLFileName::StatusWritable},
-                 {folder + L"\\read.txt", "open read exists ", QLFileName::StatusReadOnly},
-                 {folder, "open read write exists folder ", kAny},
-                 {folder + L"\\", "open read write ", kAny},
-                 {folder + L"\\.\\a.txt", "open read write exists ", QLFileName::StatusWritable},
-                 {folder + L"\\..", "open read write exists folder ", kAny},
-                 {folder + L"\\new", "", QLFileName::StatusCreatable},
-                 {folder + L"\\none\\a.txt", "", QLFileName::StatusNotCreatable},
-                 {L"a.txt", "", kAny},
-                 {L".\\a.txt", "", kAny},
-                 {L"http://srv/a.txt", "", QLFileName::StatusUnknown},
-                 {L"", "", kAny}};
+    const std::tuple<std::wstring, std::string, QLFileName::Status> cases[] = {
+        {file, "open read write exists ", QLFileName::StatusWritable},
+        {folder + L"\\read.txt", "open read exists ", QLFileName::StatusReadOnly},
+        {folder, "open read write exists folder ", kAny},
+        {folder + L"\\", "open read write ", kAny},
+        {folder + L"\\.\\a.txt", "open read write exists ", QLFileName::StatusWritable},
+        {folder + L"\\..", "open read write exists folder ", kAny},
+        {folder + L"\\new", "", QLFileName::StatusCreatable},
+        {folder + L"\\none\\a.txt", "", QLFileName::StatusNotCreatable},
+        {L"a.txt", "", kAny},
+        {L".\\a.txt", "", kAny},
+        {L"http://srv/a.txt", "", QLFileName::StatusUnknown},
+        {L"", "", kAny}};
     constexpr int kReadAndWrite = QLFileName::ACCESS_READ | QLFileName::ACCESS_WRITE;
     for (const auto& [text, access, status] : cases) {
         const QLFileName name = Name(text);
@@ -192,51 +190,28 @@ TEST_F(TemporaryNames, AreFreeAndKeepFolderAndExtension) {
     EXPECT_TRUE(second.Exists());
 }
 
-class FitToWidth : public testing::Test {
-  protected:
-    ~FitToWidth() override { ::DeleteDC(dc_); }
-
-    int WidthOf(const std::wstring& text) const {
-        SIZE size = {};
-        EXPECT_TRUE(::GetTextExtentPoint32W(dc_, text.c_str(), static_cast<int>(text.size()), &size));
-        return static_cast<int>(size.cx);
-    }
-    std::wstring Fitted(RWWString text, int width) const {
-        QLFileName::FitToWidth(dc_, text, width);
-        return text.str();
-    }
-
-    const HDC dc_ = ::CreateCompatibleDC(nullptr);
-};
-
-// Whatever the width, the first of the steps that fits.
-TEST_F(FitToWidth, TakesFoldersAwayUntilTheTextFits) {
-    const std::wstring components[] = {L"i", L"Wide", L"", L"a b", L"c.d", L"MMMM", L"l", L"file.txt"};
-    const auto joined = [&](std::size_t taken) {
-        std::wstring text = taken == 0 ? L"C:" : L"C:\\...";
-        for (std::size_t i = taken; i < std::size(components); ++i) text += L'\\' + components[i];
+// Whatever the width, of the steps the first that fits: how is held by generated texts and measures.
+TEST(FitToWidth, TakesFoldersAwayUntilTheDevicesTextFits) {
+    const HDC dc = ::CreateCompatibleDC(nullptr);
+    const auto fitted = [&](RWWString text, int width) {
+        QLFileName::FitToWidth(dc, text, width);
         return text;
     };
-    for (int width = WidthOf(joined(0)) + 3; width > 0; --width) {
-        std::size_t taken = 0;
-        while (taken + 1 < std::size(components) && WidthOf(joined(taken)) > width - 2) ++taken;
-        EXPECT_EQ(joined(taken), Fitted(joined(0), width)) << width;
-    }
-    EXPECT_EQ(RWWString(joined(7)), QLFileName(joined(0).c_str()).FitToWidth(dc_, 0));
-}
-
-TEST_F(FitToWidth, EndsOnEveryText) {
+    const RWWString path = L"C:\\Wide\\MMMM\\file.txt", shorter = L"C:\\...\\MMMM\\file.txt";
+    SIZE size = {};
+    EXPECT_TRUE(::GetTextExtentPoint32W(dc, path.data(), static_cast<int>(path.length()), &size));
+    EXPECT_EQ(path, fitted(path, size.cx + 2));
+    EXPECT_EQ(shorter, fitted(path, size.cx + 1));
     const wchar_t* const cases[][2] = {
         {L"C:\\f.txt", L"C:\\f.txt"},          {L"one/two/three", L"one/two/three"},
         {L"\\\\srv\\share\\f", L"\\...\\f"},   {L"...\\a\\b\\c", L"...\\...\\b\\c"},
         {L"C:\\...a\\b\\c\\d", L"C:\\...\\d"}, {L"", L""}};
     for (const auto& [whole, shortest] : cases) {
-        for (const int width : {0, std::numeric_limits<int>::min()})
-            EXPECT_EQ(shortest, Fitted(whole, width));
+        EXPECT_EQ(shortest, QLFileName(whole).FitToWidth(dc, 0));
+        EXPECT_EQ(shortest, fitted(whole, std::numeric_limits<int>::min()));
     }
-    RWWString text(L"C:\\a\\b\\c");
-    QLFileName::FitToWidth(nullptr, text, 0);
-    EXPECT_EQ(RWWString(L"C:\\a\\b\\c"), text) << "nothing measures it";
+    EXPECT_EQ(path, QLFileName(path.data()).FitToWidth(nullptr, 0)) << "nothing measures it";
+    ::DeleteDC(dc);
 }
 
 }  // namespace

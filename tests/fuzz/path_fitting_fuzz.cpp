@@ -4,7 +4,7 @@
 #include "files/path_fitting.h"
 #include "tests/fuzz/fuzz.h"
 
-FUZZER(PathFitting) {
+FUZZER(PathFitting, "", "\\", "...", "\\...\\") {
     if (input.size() < 3) return;
     const int width = TakeByte(input) * 8 - 64;
     const unsigned seed = TakeByte(input), failsAt = TakeByte(input);

@@ -100,10 +100,10 @@ BOOL GetVersionExW(OSVERSIONINFOW* version) {
     return TRUE;
 }
 
+// The day alone: nothing that builds natively asks for the time of day.
 void GetLocalTime(SYSTEMTIME* now) {
     const time_t clock = time(nullptr);
     const tm local = *localtime(&clock);
-    const auto word = [](long value) { return static_cast<WORD>(value); };
-    *now = {word(local.tm_year + 1900), word(local.tm_mon + 1), word(local.tm_wday), word(local.tm_mday),
-            word(local.tm_hour),        word(local.tm_min),     word(local.tm_sec),  0};
+    const auto word = [](int value) { return static_cast<WORD>(value); };
+    *now = {word(local.tm_year + 1900), word(local.tm_mon + 1), word(local.tm_wday), word(local.tm_mday)};
 }

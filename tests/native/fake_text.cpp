@@ -109,10 +109,6 @@ std::wstring Mapped(const wchar_t* text, int length, DWORD mapping) {
 
 }  // namespace
 
-UINT GetACP() {
-    return 1252;
-}
-
 BOOL GetCPInfo(UINT, CPINFO* info) {
     *info = {g_page.mostBytesOfACharacter, {'?', 0}, {}};
     return TRUE;

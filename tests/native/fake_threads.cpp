@@ -13,7 +13,6 @@ namespace {
 // The system's numbers are multiples of four.
 std::atomic<DWORD> g_lastId = 0;
 thread_local DWORD t_id = g_lastId += 4;
-thread_local DWORD t_lastError = ERROR_SUCCESS;
 
 // An event, or a thread, which is one that is set when it ends.
 struct Object {
@@ -41,30 +40,14 @@ BOOL Set(Object& object) {
 
 }  // namespace
 
-DWORD GetLastError() {
-    return t_lastError;
-}
-
-void SetLastError(DWORD error) {
-    t_lastError = error;
-}
-
 DWORD FlsAlloc(void (*atThreadsEnd)(void*)) {
     pthread_key_t key = 0;
     return pthread_key_create(&key, atThreadsEnd) == 0 ? key : FLS_OUT_OF_INDEXES;
 }
 
-BOOL FlsFree(DWORD index) {
-    return pthread_key_delete(index) == 0;
-}
-
 void* FlsGetValue(DWORD index) {
     SetLastError(ERROR_SUCCESS);
     return pthread_getspecific(index);
-}
-
-BOOL FlsSetValue(DWORD index, void* value) {
-    return pthread_setspecific(index, value) == 0;
 }
 
 HANDLE CreateEventW(SECURITY_ATTRIBUTES*, BOOL manualReset, BOOL initialState, const wchar_t*) {
@@ -110,14 +93,6 @@ extern "C" BOOLEAN RtlDllShutdownInProgress() {
 
 DWORD GetCurrentThreadId() {
     return t_id;
-}
-
-DWORD GetCurrentProcessId() {
-    return static_cast<DWORD>(getpid());
-}
-
-void Sleep(DWORD milliseconds) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
 }
 
 DWORD GetTickCount() {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cwctype>
+#include <tuple>
 
 #include "settings/preferences.h"
 #include "tests/support/private_registry.h"
@@ -20,41 +21,37 @@ RWWString Below(QuilletDirectories base, const wchar_t* tail) {
     return RWWString(directory + tail);
 }
 
-constexpr struct {
-    QuilletDirectories kind;
-    const wchar_t *section, *entry;
-    QuilletDirectories base;
-    const wchar_t* tail;
-} kPreferences[] = {
-    {JavaScriptDirectory, L"Locations", L"JavaScript Files", ProgramDirectory, L"\\ServerFiles"},
-    {PersonalDictionaryFile, L"Spelling", L"Personal Dictionary", kPersonal,
-     L"\\Quillet Author\\Spelling\\Personal Dictionary.tlx"},
-    {LibraryDirectory, L"Locations", L"Library Files", kPersonal, L"\\Quillet Author"},
-    {TemplateSetDirectory, L"Locations", L"Template Sets", kPublic, L"\\Quillet Author\\Templates"},
-    {FormDocumentDirectory, L"Locations", L"Form Document Files", kPersonal, L""},
-    {AnswerDirectory, L"Locations", L"Answer Files", kPersonal, L"\\Quillet Author\\Answers"},
-    {AnswerDirectoryAlias, L"Locations", L"Answer Files", kPersonal, L"\\Quillet Author\\Answers"},
-    {TemplateDirectory, L"Locations", L"Template Files", kPersonal, L"\\Quillet Author\\Templates"},
-    {PublishDirectory, L"Locations", L"Publish Settings Files", kPersonal, L"\\Quillet Author\\Publish"},
-    {CatalogDirectory, L"Locations", L"Catalog Files", kPublic, L"\\Quillet Author\\Catalog Files"},
+// The kind, its preference, and where it lies without one.
+constexpr std::tuple<QuilletDirectories, const wchar_t*, const wchar_t*, QuilletDirectories, const wchar_t*>
+    kPreferences[] = {
+        {JavaScriptDirectory, L"Locations", L"JavaScript Files", ProgramDirectory, L"\\ServerFiles"},
+        {PersonalDictionaryFile, L"Spelling", L"Personal Dictionary", kPersonal,
+         L"\\Quillet Author\\Spelling\\Personal Dictionary.tlx"},
+        {LibraryDirectory, L"Locations", L"Library Files", kPersonal, L"\\Quillet Author"},
+        {TemplateSetDirectory, L"Locations", L"Template Sets", kPublic, L"\\Quillet Author\\Templates"},
+        {FormDocumentDirectory, L"Locations", L"Form Document Files", kPersonal, L""},
+        {AnswerDirectory, L"Locations", L"Answer Files", kPersonal, L"\\Quillet Author\\Answers"},
+        {AnswerDirectoryAlias, L"Locations", L"Answer Files", kPersonal, L"\\Quillet Author\\Answers"},
+        {TemplateDirectory, L"Locations", L"Template Files", kPersonal, L"\\Quillet Author\\Templates"},
+        {PublishDirectory, L"Locations", L"Publish Settings Files", kPersonal, L"\\Quillet Author\\Publish"},
+        {CatalogDirectory, L"Locations", L"Catalog Files", kPublic, L"\\Quillet Author\\Catalog Files"},
 };
 
 TEST_F(Directories, HaveDefaultsBelowTheDocumentsFoldersAndTheProgram) {
-    for (const auto each : {kPersonal, kPublic}) EXPECT_NE(L"", CQlDir::GetDirectory(each)) << each;
     EXPECT_NE(CQlDir::GetDirectory(kPersonal), CQlDir::GetDirectory(kPublic));
-    for (const auto& c : kPreferences)
-        EXPECT_EQ(Below(c.base, c.tail), CQlDir::GetDirectory(c.kind)) << c.entry;
+    for (const auto& [kind, section, entry, base, tail] : kPreferences)
+        EXPECT_EQ(Below(base, tail), CQlDir::GetDirectory(kind)) << entry;
 }
 
 TEST_F(Directories, ArePreferencesLessOneTrailingBackslash) {
-    for (const auto& c : kPreferences) {
-        const std::wstring stored = L"D:\\Work " + std::wstring(c.entry);
-        registry_.Put(kMachine, c.section, c.entry, stored + L'\\');
-        EXPECT_EQ(RWWString(stored), CQlDir::GetDirectory(c.kind));
-        const wchar_t *section = nullptr, *entry = nullptr;
-        EXPECT_TRUE(CQlDir::GetPreference(c.kind, section, entry)) << c.entry;
-        EXPECT_STREQ(c.section, section);
-        EXPECT_STREQ(c.entry, entry);
+    for (const auto& [kind, section, entry, base, tail] : kPreferences) {
+        const std::wstring stored = L"D:\\Work " + std::wstring(entry);
+        registry_.Put(kMachine, section, entry, stored + L'\\');
+        EXPECT_EQ(RWWString(stored), CQlDir::GetDirectory(kind));
+        const wchar_t *itsSection = nullptr, *itsEntry = nullptr;
+        EXPECT_TRUE(CQlDir::GetPreference(kind, itsSection, itsEntry)) << entry;
+        EXPECT_STREQ(section, itsSection);
+        EXPECT_STREQ(entry, itsEntry);
     }
     const wchar_t* none = nullptr;
     EXPECT_FALSE(CQlDir::GetPreference(kPersonal, none, none));
@@ -112,29 +109,26 @@ TEST_F(Directories, HaveADisplayFormFoundIgnoringCaseAndByTheLeadingTextAlone) {
     std::wstring lower = Below(kPersonal, L"\\x").str();
     for (wchar_t& unit : lower) unit = static_cast<wchar_t>(std::towlower(static_cast<wint_t>(unit)));
     enum Ways { Both, ToDisplay, ToPath };
-    const struct {
-        Ways ways;
-        RWWString path;
-        const wchar_t* display;
-    } kCases[] = {{Both, Below(kPersonal, L"\\letters\\a.docx"), L"Documents\\letters\\a.docx"},
-                  {Both, Below(kPersonal, L"\\"), L"Documents\\"},
-                  {Both, Below(kPublic, L"\\Quillet Author"), L"Public Documents\\Quillet Author"},
-                  {Both, L"D:\\Documents\\letters", L"D:\\Documents\\letters"},
-                  {Both, L"", L""},
-                  {ToDisplay, RWWString(lower), L"Documents\\x"},
-                  {ToDisplay, Below(kPersonal, L""), L"Documents\\"},
-                  {ToDisplay, Below(kPersonal, L"Old\\x"), L"Documents\\Old\\x"},
-                  {ToPath, Below(kPersonal, L"\\"), L"DOCUMENTS"},
-                  {ToPath, Below(kPersonal, L"\\Old\\x"), L"DocumentsOld\\x"},
-                  {ToPath, Below(kPersonal, L"\\\\x"), L"Documents\\\\x"},
-                  {ToPath, Below(kPublic, L"\\x"), L"public DOCUMENTS\\x"},
-                  {ToPath, L"Document", L"Document"}};
-    for (const auto& c : kCases) {
-        if (c.ways != ToPath) {
-            EXPECT_EQ(c.display, CQlDir::ConvertPathToSpecialDisplayPath(c.path));
+    const std::tuple<Ways, RWWString, const wchar_t*> kCases[] = {
+        {Both, Below(kPersonal, L"\\letters\\a.docx"), L"Documents\\letters\\a.docx"},
+        {Both, Below(kPersonal, L"\\"), L"Documents\\"},
+        {Both, Below(kPublic, L"\\Quillet Author"), L"Public Documents\\Quillet Author"},
+        {Both, L"D:\\Documents\\letters", L"D:\\Documents\\letters"},
+        {Both, L"", L""},
+        {ToDisplay, RWWString(lower), L"Documents\\x"},
+        {ToDisplay, Below(kPersonal, L""), L"Documents\\"},
+        {ToDisplay, Below(kPersonal, L"Old\\x"), L"Documents\\Old\\x"},
+        {ToPath, Below(kPersonal, L"\\"), L"DOCUMENTS"},
+        {ToPath, Below(kPersonal, L"\\Old\\x"), L"DocumentsOld\\x"},
+        {ToPath, Below(kPersonal, L"\\\\x"), L"Documents\\\\x"},
+        {ToPath, Below(kPublic, L"\\x"), L"public DOCUMENTS\\x"},
+        {ToPath, L"Document", L"Document"}};
+    for (const auto& [ways, path, display] : kCases) {
+        if (ways != ToPath) {
+            EXPECT_EQ(display, CQlDir::ConvertPathToSpecialDisplayPath(path));
         }
-        if (c.ways != ToDisplay) {
-            EXPECT_EQ(c.path, CQlDir::ConvertSpecialDisplayPathToPath(c.display));
+        if (ways != ToDisplay) {
+            EXPECT_EQ(path, CQlDir::ConvertSpecialDisplayPathToPath(display));
         }
     }
 }

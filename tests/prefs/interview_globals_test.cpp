@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <tuple>
 
 #include "settings/settings_store.h"
 #include "tests/support/private_registry.h"
@@ -41,23 +42,24 @@ TEST_F(InterviewGlobals, CountryIsOneUnlessTheTextBeginsWithAnotherNumber) {
     }
 }
 
-TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsTextAndWrittenToTheStoreAlone) {
-    const struct {
-        const wchar_t* text;
-        Unanswered::Format format;
-        const wchar_t* written;
-    } kCases[] = {{L"nothing", Nothing, L"Nothing"},
-                  {L"", VariableStarred, L""},
-                  {L"ASTERISKS", Asterisks, L"Asterisks"},
-                  {L"*** variable ***", VariableStarred, L""},
-                  {L"Underscores", Underscores, L"Underscores"},
-                  {L"Nothing at all", VariableStarred, L""},
-                  {L"[variable]", VariableBracketed, L"[Variable]"}};
-    for (const auto& c : kCases) {
-        PutInRegistry(kSection, kEntry, c.text);
-        EXPECT_EQ(c.format, CQlGlobals::GetUnansValDefFormat()) << c.text;
-        CQlGlobals::SetUnansValDefFormat(c.format);
-        EXPECT_EQ(c.written, ThreadText(kSection, kEntry));
+TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsTextAndKeptByAnyOther) {
+    const std::tuple<const wchar_t*, Unanswered::Format, const wchar_t*> kCases[] = {
+        {L"underscores", Underscores, L"Underscores"},
+        {L"ASTERISKS", Asterisks, L"Asterisks"},
+        {L"Nothing", Nothing, L"Nothing"},
+        {L"*** variable ***", VariableStarred, L""},
+        {L"[VARIABLE]", VariableBracketed, L"[Variable]"}};
+    Unanswered::Format former = VariableStarred;
+    for (const auto& [text, format, written] : kCases) {
+        for (const wchar_t* other : {L"", static_cast<const wchar_t*>(nullptr), L"Nothing at all"}) {
+            CQlGlobals::SetUnansValDefFormatFromPrefString(other);
+            EXPECT_EQ(former, CQlGlobals::GetUnansValDefFormat()) << other;
+        }
+        CQlGlobals::SetUnansValDefFormatFromPrefString(text);
+        EXPECT_EQ(written, ThreadText(kSection, kEntry));
+        PutInRegistry(kSection, kEntry, text);
+        EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
+        former = format;
     }
     for (const int none : {0, 6}) {
         CQlGlobals::SetUnansValDefFormat(static_cast<Unanswered::Format>(none));
@@ -65,23 +67,6 @@ TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsTextAndWrittenToTheStoreAl
     }
     CQlGlobals::ClearUnansValDefFormat();
     EXPECT_EQ(VariableBracketed, CQlGlobals::GetUnansValDefFormat()) << "the registry's";
-}
-
-TEST_F(InterviewGlobals, UnansweredFormatIsSetByThePreferencesTextAndKeptByAnyOther) {
-    Unanswered::Format former = VariableStarred;
-    for (const auto& [text, format] : {std::pair(L"underscores", Underscores),
-                                       {L"[VARIABLE]", VariableBracketed},
-                                       {L"Asterisks", Asterisks},
-                                       {L"Nothing", Nothing},
-                                       {L"*** variable ***", VariableStarred}}) {
-        for (const wchar_t* other : {L"", static_cast<const wchar_t*>(nullptr), L"unknown"}) {
-            CQlGlobals::SetUnansValDefFormatFromPrefString(other);
-            EXPECT_EQ(former, CQlGlobals::GetUnansValDefFormat()) << other;
-        }
-        CQlGlobals::SetUnansValDefFormatFromPrefString(text);
-        EXPECT_EQ(format, CQlGlobals::GetUnansValDefFormat()) << text;
-        former = format;
-    }
 }
 
 TEST_F(InterviewGlobals, AThreadsOwnStoreHidesItsValuesFromOthers) {

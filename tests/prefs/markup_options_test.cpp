@@ -21,22 +21,21 @@ using MarkupOptions = SettingsTest;
 
 TEST_F(MarkupOptions, KindsHaveTheirDefaults) {
     const CPrettyTplOpt options;
-    const struct {
-        unsigned long color;
-        const wchar_t *begin, *end;
-    } kKinds[] = {{Rgb(0, 0, 255), L"[", L"]"},
-                  {Rgb(152, 0, 200), L"[", L"]"},
-                  {Rgb(0, 128, 0), L"[", L"]"},
-                  {Rgb(0, 128, 0), L"][", L"]["},
-                  {Rgb(180, 0, 0), L"[", L"]"},
-                  {Rgb(0, 128, 128), L"[", L"]"},
-                  {0, L"", L""}};
+    const std::tuple<unsigned long, const wchar_t*, const wchar_t*> kKinds[] = {
+        {Rgb(0, 0, 255), L"[", L"]"},
+        {Rgb(152, 0, 200), L"[", L"]"},
+        {Rgb(0, 128, 0), L"[", L"]"},
+        {Rgb(0, 128, 0), L"][", L"]["},
+        {Rgb(180, 0, 0), L"[", L"]"},
+        {Rgb(0, 128, 128), L"[", L"]"},
+        {0, L"", L""}};
     for (unsigned i = 0; i < std::size(kKinds); ++i) {
         const auto type = static_cast<Type>(i);
-        EXPECT_EQ(kKinds[i].color, options.GetFieldColor(type)) << i;
+        const auto& [color, begin, end] = kKinds[i];
+        EXPECT_EQ(color, options.GetFieldColor(type)) << i;
         EXPECT_EQ(i < 6 ? kWhite : 0, options.GetFieldBColor(type)) << i;
-        EXPECT_STREQ(kKinds[i].begin, options.GetBeginText(type)) << i;
-        EXPECT_STREQ(kKinds[i].end, options.GetEndText(type)) << i;
+        EXPECT_STREQ(begin, options.GetBeginText(type)) << i;
+        EXPECT_STREQ(end, options.GetEndText(type)) << i;
     }
     EXPECT_FALSE(options.GetProcessField(static_cast<Type>(6)));
     EXPECT_EQ(0u, options.GetFieldColor(static_cast<Type>(-1)));

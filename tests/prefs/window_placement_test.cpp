@@ -4,6 +4,8 @@
 
 #include <climits>
 #include <cstring>
+#include <tuple>
+#include <utility>
 
 #include "platform/win32.h"
 #include "prefs/fit_rect.h"
@@ -29,47 +31,40 @@ std::pair<bool, WINDOWPLACEMENT> Parsed(const std::wstring& text, WINDOWPLACEMEN
 }
 
 TEST(PlacementText, IsTheElevenNumbersBothWays) {
-    const struct {
-        WINDOWPLACEMENT placement;
-        const wchar_t* text;
-    } kCases[] = {
+    const std::pair<WINDOWPLACEMENT, const wchar_t*> kCases[] = {
         {{44, 2, 3, {0, -32000}, {-8, 7}, {INT_MIN, -5, INT_MAX, 0}},
          L"44, 2, 3, 0, -32000, -8, 7, -2147483648, -5, 2147483647, 0"},
         {{44, 0xffffffff, 2, {}, {}, {}}, L"44, -1, 2, 0, 0, 0, 0, 0, 0, 0, 0"},
     };
-    for (const auto& c : kCases) {
+    for (const auto& [placement, expected] : kCases) {
         RWWString text;
-        PlacementToString(c.placement, text);
-        EXPECT_EQ(c.text, text);
-        EXPECT_TRUE(Parsed(c.text) == std::pair(true, c.placement)) << c.text;
+        PlacementToString(placement, text);
+        EXPECT_EQ(expected, text);
+        EXPECT_TRUE(Parsed(expected) == std::pair(true, placement)) << expected;
     }
 }
 
-TEST(PlacementText, IsReadWithAnySeparators) {
-    const WINDOWPLACEMENT expected = {44, 0, 1, {-1, -1}, {-1, 12}, {10, 10, 400, 300}};
-    const std::wstring longest(63, L'9');
-    for (const std::wstring& text : {std::wstring(L"x44   0\t1,,-1 -1/-1:12 10 10 400 300, 12, text"),
-                                     std::wstring(L"-, 0, 1, -1, -1, -1, 12-3, 10-, 10--, 400, 300-"),
-                                     longest + L" 0 1 -1 -1 -1 12 10 10 400 300 " + longest + L'9'})
-        EXPECT_TRUE(Parsed(text) == std::pair(true, expected)) << text;
-    const WINDOWPLACEMENT held = {44, 0, 1, {INT_MAX, INT_MIN}, {-5, 0}, {0, 0, 0, 0}};
-    EXPECT_TRUE(Parsed(L"44 0 1 99999999999 -99999999999 -5-7 --5 - 0 0 0") == std::pair(true, held));
-}
-
-TEST(PlacementText, WithoutElevenNumbersFailsAndChangesNothing) {
-    const WINDOWPLACEMENT before = {1, 2, 3, {4, 5}, {6, 7}, {8, 9, 10, 11}};
-    for (const std::wstring& text :
-         {std::wstring(), std::wstring(L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, "),
-          L"44, " + std::wstring(64, L'0') + L", 1, -1, -1, -1, -1, 10, 10, 400, 300, 5, 6"})
-        EXPECT_TRUE(Parsed(text, before) == std::pair(false, before)) << text;
+// With any separators, and whole or not at all.
+TEST(PlacementText, IsElevenNumbersAtLeast) {
+    const WINDOWPLACEMENT before = {1, 2, 3, {4, 5}, {6, 7}, {8, 9, 10, 11}},
+                          usual = {44, 0, 1, {-1, -1}, {-1, 12}, {10, 10, 400, 300}},
+                          held = {44, 0, 1, {INT_MAX, INT_MIN}, {-5, 0}, {0, 0, 0, 0}};
+    const std::wstring longest(63, L'9'), tooLong(64, L'0');
+    const std::pair<std::wstring, WINDOWPLACEMENT> cases[] = {
+        {L"x44   0\t1,,-1 -1/-1:12 10 10 400 300, 12, text", usual},
+        {L"-, 0, 1, -1, -1, -1, 12-3, 10-, 10--, 400, 300-", usual},
+        {longest + L" 0 1 -1 -1 -1 12 10 10 400 300 " + longest + L'9', usual},
+        {L"44 0 1 99999999999 -99999999999 -5-7 --5 - 0 0 0", held},
+        {L"", before},
+        {L"44, 0, 1, -1, -1, -1, -1, 10, 10, 400, ", before},
+        {L"44, " + tooLong + L", 1, -1, -1, -1, -1, 10, 10, 400, 300, 5, 6", before}};
+    for (const auto& [text, read] : cases)
+        EXPECT_TRUE(Parsed(text, before) == std::pair(!(read == before), read)) << text;
 }
 
 TEST(FitRect, MovesIntoTheAreaAndKeepsTheSize) {
     constexpr RECT kMain = {0, 0, 1000, 800};
-    const struct {
-        const char* what;
-        RECT area, rect, fitted;
-    } kCases[] = {
+    const std::tuple<const char*, RECT, RECT, RECT> kCases[] = {
         {"inside", kMain, {10, 20, 400, 300}, {10, 20, 400, 300}},
         {"one pixel from the right and bottom", kMain, {899, 699, 999, 799}, {899, 699, 999, 799}},
         {"touches the right and bottom", kMain, {900, 700, 1000, 800}, {899, 699, 999, 799}},
@@ -80,11 +75,11 @@ TEST(FitRect, MovesIntoTheAreaAndKeepsTheSize) {
         {"wider than numbers go", kMain, {INT_MIN, 0, INT_MAX, 100}, {0, 0, INT_MAX, 100}},
         {"far away", kMain, {INT_MAX - 50, 0, INT_MAX, 50}, {949, 0, 999, 50}},
     };
-    for (const auto& c : kCases) {
-        RECT rect = c.rect;
-        EXPECT_EQ(!(c.rect == c.fitted), ql::FitRect(c.area, rect)) << c.what;
-        EXPECT_TRUE(rect == c.fitted)
-            << c.what << ": " << rect.left << ' ' << rect.top << ' ' << rect.right << ' ' << rect.bottom;
+    for (const auto& [what, area, before, fitted] : kCases) {
+        RECT rect = before;
+        EXPECT_EQ(!(before == fitted), ql::FitRect(area, rect)) << what;
+        EXPECT_TRUE(rect == fitted) << what << ": " << rect.left << ' ' << rect.top << ' ' << rect.right
+                                    << ' ' << rect.bottom;
     }
 }
 

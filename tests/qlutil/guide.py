@@ -1,18 +1,16 @@
-"""The calls that docs/qlutil.md shows, with what it says they print.
-
-A block "console" holds calls one after the other, which share a folder of their own:
-
-    $ qlutil CALL          the call; words with blanks stand in double quotes
-    what it prints         "…" stands for any text; on a line of its own, for any lines
-    (exit status 1)        when it is not 0
-
-A block "text NAME" is a file of that name in the folder of the next block of calls. Every heading has calls.
-"""
+"""The calls that docs/qlutil.md shows, with what it says they print."""
 import pathlib
 import re
 import shlex
 
 PAGE = pathlib.Path(__file__).resolve().parent.parent.parent / "docs" / "qlutil.md"
+# A block "console" holds calls one after the other, which share a folder of their own:
+#
+#     $ qlutil CALL          the call; words with blanks stand in double quotes
+#     what it prints         "…" stands for any text; on a line of its own, for any lines
+#     (exit status 1)        when it is not 0
+#
+# A block "text NAME" is a file of that name in the folder of the next block of calls. Every heading has calls.
 FENCE = re.compile(r"^```(\w+)(?: (\S+))?\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 CALL = re.compile(r"^\$ qlutil (.*)\n((?:(?!\$ ).*\n)*?)(?:\(exit status (\d)\)\n)?(?=\$ |\Z)", re.MULTILINE)
 

@@ -3,19 +3,6 @@
 against them. What the calls of a file or a block set among the preferences is removed after them.
 
 usage: run_cases.py QLUTIL.exe [RESULTS.xml]
-
-A case file holds cases one after the other, a blank line between them; they run in the folder of this file:
-
-    # a remark
-    $ --json name 'C:\\a.txt'      the call, split as a shell splits words
-    + prefs set Section Entry x    another call, made before it, which must be done
-    < some text                    standard input, a line each
-    % 20                           the bytes that a file may grow to, as on a full disk
-    & prefs set Section Entry x    another call, made again and again while the case's own runs
-    {"cmdLine": ...}               standard output, to the letter; "~ " before a line makes it a pattern
-    : left out 1 settings          a text that standard error holds, while the call is done (exit status 0)
-    ! there is no file             the same of a call that fails (1)
-    ? unknown switch               the same of a call that is wrong (2)
 """
 import contextlib
 import pathlib
@@ -55,21 +42,25 @@ class Program:
                     self.run(["prefs", "unset", *words[2:4]])
 
 
-@contextlib.contextmanager
 def clean_folder():
     """Removes what the cases write, also what a run left that was killed."""
-    def clean():
-        subprocess.run([WINE, "cmd", "/c", r"del /f /q C:\windows\Temp\ql_*& "
-                        r"for /d %f in (C:\windows\Temp\ql_*) do rmdir /s /q %f"],
-                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=SECONDS, check=False)
-
-    clean()
-    try:
-        yield
-    finally:
-        clean()
+    subprocess.run([WINE, "cmd", "/c", r"del /f /q C:\windows\Temp\ql_*& "
+                    r"for /d %f in (C:\windows\Temp\ql_*) do rmdir /s /q %f"],
+                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=SECONDS, check=False)
 
 
+# A case file holds cases one after the other, a blank line between them; they run in the folder of this file:
+#
+#     # a remark
+#     $ --json name 'C:\a.txt'      the call, split as a shell splits words
+#     + prefs set Section Entry x    another call, made before it, which must be done
+#     < some text                    standard input, a line each
+#     % 20                           the bytes that a file may grow to, as on a full disk
+#     & prefs set Section Entry x    another call, made again and again while the case's own runs
+#     {"cmdLine": ...}               standard output, to the letter; "~ " before a line makes it a pattern
+#     : left out 1 settings          a text that standard error holds, while the call is done (exit status 0)
+#     ! there is no file             the same of a call that fails (1)
+#     ? unknown switch               the same of a call that is wrong (2)
 class Case:
     def __init__(self, where, call, lines):
         self.where, self.words = f"{where}: qlutil {call}", shlex.split(call)
@@ -150,9 +141,10 @@ def faults_of_help(program):
 def main():
     program = Program(pathlib.Path(sys.argv[1]).resolve())
     faults = [*faults_of_help(program), *faults_of_guide(program)]
-    with clean_folder():
-        for path in sorted((HERE / "cases").glob("*.txt")):
-            faults += faults_of_file(program, path)
+    clean_folder()
+    for path in sorted((HERE / "cases").glob("*.txt")):
+        faults += faults_of_file(program, path)
+    clean_folder()
     wrong = list(filter(None, faults))
     print(*wrong, sep="\n", end="\n" if wrong else "")
     return report(len(faults) - len(wrong), len(wrong), *sys.argv[2:])

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <iterator>
@@ -21,25 +20,6 @@
 namespace {
 
 constexpr const wchar_t* kTitle = L"Folder for answers";
-
-// Windows of the system's dialogs in one process: the folder dialog, which has a tree, and message boxes.
-struct Dialogs {
-    DWORD process;
-    HWND folder = nullptr, box = nullptr;
-};
-
-BOOL CALLBACK Sort(HWND window, LPARAM data) {
-    auto& dialogs = *reinterpret_cast<Dialogs*>(data);
-    DWORD process = 0;
-    ::GetWindowThreadProcessId(window, &process);
-    wchar_t name[32] = {};
-    ::GetClassNameW(window, name, 32);
-    const bool isDialog = std::wstring_view(name) == L"#32770" && ::IsWindowVisible(window);
-    if (process != dialogs.process || !isDialog) return TRUE;
-    const bool hasTree = ::FindWindowExW(window, nullptr, L"SysTreeView32", nullptr) != nullptr;
-    (hasTree ? dialogs.folder : dialogs.box) = window;
-    return TRUE;
-}
 
 // Plays the user, on a thread of its own, while this process or another one shows a dialog. What is still
 // open a second after the last act is cancelled, so that a failure does not become a hang.
@@ -73,7 +53,7 @@ class User {
     std::wstring Title() { return TextOf(Folder()); }
     // The message of the box that is up, which is closed.
     std::wstring CloseBox() {
-        const HWND box = Wait(&Dialogs::box);
+        const HWND box = Wait(Dialog::kBox);
         constexpr int kMessageText = 0xFFFF;
         std::wstring text = TextOf(::GetDlgItem(box, kMessageText));
         ::SendMessageW(box, WM_CLOSE, 0, 0);
@@ -82,6 +62,8 @@ class User {
     }
 
   private:
+    enum class Dialog { kFolder, kBox };
+
     static std::wstring TextOf(HWND window) {
         wchar_t text[400] = {};
         ::SendMessageW(window, WM_GETTEXT, 400, reinterpret_cast<LPARAM>(text));
@@ -89,26 +71,32 @@ class User {
     }
 
     HWND Edit() { return ::FindWindowExW(Folder(), nullptr, L"Edit", nullptr); }
-    HWND Folder() { return Wait(&Dialogs::folder); }
+    HWND Folder() { return Wait(Dialog::kFolder); }
 
-    Dialogs Open() const {
-        Dialogs dialogs{process_};
-        ::EnumWindows(&Sort, reinterpret_cast<LPARAM>(&dialogs));
-        return dialogs;
+    // The process's folder dialog, which has a tree, or its message box, when one is up.
+    HWND Open(Dialog wanted) const {
+        HWND window = nullptr;
+        while ((window = ::FindWindowExW(nullptr, window, L"#32770", nullptr)) != nullptr) {
+            DWORD process = 0;
+            ::GetWindowThreadProcessId(window, &process);
+            const HWND tree = ::FindWindowExW(window, nullptr, L"SysTreeView32", nullptr);
+            const Dialog found = tree ? Dialog::kFolder : Dialog::kBox;
+            if (process == process_ && found == wanted && ::IsWindowVisible(window)) break;
+        }
+        return window;
     }
 
-    HWND Wait(HWND Dialogs::*wanted) {
+    HWND Wait(Dialog wanted) {
         for (int tries = 0; tries < 2000; ++tries, ::Sleep(10)) {
-            if (const HWND window = Open().*wanted) return window;
+            if (const HWND window = Open(wanted)) return window;
         }
         ADD_FAILURE() << "the dialog does not come up";
         return nullptr;
     }
 
     void CancelAll() const {
-        const Dialogs dialogs = Open();
-        for (const HWND window : {dialogs.box, dialogs.folder})
-            if (window) ::PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
+        for (const Dialog each : {Dialog::kBox, Dialog::kFolder})
+            if (const HWND window = Open(each)) ::PostMessageW(window, WM_COMMAND, IDCANCEL, 0);
     }
 
     DWORD process_;
@@ -182,10 +170,9 @@ class Reluctant : public CBrowseForFolder {
 TEST_F(BrowseForFolder, ATypedNameIsTakenWhenItExistsAndTheHostAgrees) {
     const std::wstring gone = outer_ + L"\\gone";
     PutBytes(outer_ + L"\\file", "");
-    const struct {
-        std::wstring typed, folder;
-    } kCases[] = {{inner_, inner_}, {L"  " + inner_ + L"\\ ", inner_}, {L"inner", inner_},
-                  {L"C:", L"C:\\"}, {L"inner/../inner", inner_},       {L"", outer_}};
+    const std::pair<std::wstring, std::wstring> kCases[] = {
+        {inner_, inner_}, {L"  " + inner_ + L"\\ ", inner_}, {L"inner", inner_},
+        {L"C:", L"C:\\"}, {L"inner/../inner", inner_},       {L"", outer_}};
     Reluctant browser(std::size(kCases) + 1);
     browser.SetStartFolder(outer_);
     const User user([&](User& u) {
@@ -195,8 +182,8 @@ TEST_F(BrowseForFolder, ATypedNameIsTakenWhenItExistsAndTheHostAgrees) {
             u.Press(IDOK);
             EXPECT_EQ(L"There is no folder \"" + folder + L"\".", u.CloseBox());
         }
-        for (const auto& c : kCases) {
-            u.Type(c.typed.c_str());
+        for (const auto& [typed, folder] : kCases) {
+            u.Type(typed.c_str());
             u.PressAndWait(IDOK);
         }
         u.Press(IDOK);
@@ -207,7 +194,7 @@ TEST_F(BrowseForFolder, ATypedNameIsTakenWhenItExistsAndTheHostAgrees) {
     EXPECT_EQ(CBrowseForFolder::Chosen, browser.Show());
     EXPECT_EQ(RWWString(inner_), browser.GetFolder());
     ASSERT_EQ(std::size(kCases) + 2, browser.asked.size());
-    for (std::size_t i = 0; i < std::size(kCases); ++i) EXPECT_EQ(kCases[i].folder, browser.asked[i]);
+    for (std::size_t i = 0; i < std::size(kCases); ++i) EXPECT_EQ(kCases[i].second, browser.asked[i]);
 }
 
 TEST_F(BrowseForFolder, AStartOutOfReachSelectsNothing) {

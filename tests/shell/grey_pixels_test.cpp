@@ -10,12 +10,10 @@
 namespace {
 
 TEST(GreyPixels, AreLuminanceHalfWayToWhite) {
-    const struct {
-        unsigned blue, green, red;
-        int grey;
-    } kCases[] = {{0, 0, 0, 128},   {255, 255, 255, 255}, {255, 0, 0, 142},     {0, 255, 0, 202},
-                  {0, 0, 255, 166}, {128, 128, 128, 192}, {200, 200, 200, 228}, {1, 2, 3, 129}};
-    for (const auto& c : kCases) EXPECT_EQ(c.grey, ql::GreyOf(c.blue, c.green, c.red)) << c.grey;
+    const unsigned kCases[][4] = {{0, 0, 0, 128},       {255, 255, 255, 255}, {255, 0, 0, 142},
+                                  {0, 255, 0, 202},     {0, 0, 255, 166},     {128, 128, 128, 192},
+                                  {200, 200, 200, 228}, {1, 2, 3, 129}};
+    for (const auto& [blue, green, red, grey] : kCases) EXPECT_EQ(grey, ql::GreyOf(blue, green, red)) << grey;
 }
 
 // Every count crosses from blocks to single pixels elsewhere; the bytes around must stay, and the sanitizers

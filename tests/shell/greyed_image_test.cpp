@@ -19,10 +19,12 @@ std::uint32_t GreyOf(std::uint32_t color) {
     return 0x010101u * static_cast<unsigned>(ql::GreyOf(color & 0xFF, color >> 8 & 0xFF, color >> 16));
 }
 
-struct DeletesObject {
-    void operator()(HGDIOBJ object) const { ::DeleteObject(object); }
+struct Frees {
+    void operator()(HBITMAP bitmap) const { ::DeleteObject(bitmap); }
+    void operator()(HICON icon) const { ::DestroyIcon(icon); }
 };
-using Bitmap = std::unique_ptr<HBITMAP__, DeletesObject>;
+using Bitmap = std::unique_ptr<HBITMAP__, Frees>;
+using Icon = std::unique_ptr<HICON__, Frees>;
 
 HDC Memory() {
     static const HDC dc = ::CreateCompatibleDC(nullptr);
@@ -84,17 +86,11 @@ TEST(GreyedBitmap, HasTheGreyOfEveryPixelInTwentyFourBits) {
     }
 }
 
-struct DestroysIcon {
-    void operator()(HICON icon) const { ::DestroyIcon(icon); }
-};
-using Icon = std::unique_ptr<HICON__, DestroysIcon>;
-
 // What is made of an icon or cursor. Rows of the mask are two bytes, of which the first four bits count.
 Icon GreyedIcon(const std::uint8_t* mask, int maskHeight, HBITMAP colors, bool isIcon = true) {
-    const HBITMAP maskBitmap = ::CreateBitmap(4, maskHeight, 1, 1, mask);
-    ICONINFO info = {isIcon, 3, 1, maskBitmap, colors};
+    const Bitmap maskBitmap(::CreateBitmap(4, maskHeight, 1, 1, mask));
+    ICONINFO info = {isIcon, 3, 1, maskBitmap.get(), colors};
     const Icon icon(::CreateIconIndirect(&info));
-    ::DeleteObject(maskBitmap);
     Icon greyed(CreateGreyedIcon(icon.get()));
     EXPECT_TRUE(icon);
     EXPECT_TRUE(greyed);
@@ -137,8 +133,7 @@ TEST(GreyedIcon, KeepsACursorsHotSpot) {
     EXPECT_FALSE(info.fIcon);
     EXPECT_EQ(3U, info.xHotspot);
     EXPECT_EQ(1U, info.yHotspot);
-    ::DeleteObject(info.hbmMask);
-    ::DeleteObject(info.hbmColor);
+    const Bitmap itsMask(info.hbmMask), itsColors(info.hbmColor);
 }
 
 TEST(GreyedImage, OfNoImageIsNull) {

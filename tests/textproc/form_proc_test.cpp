@@ -86,12 +86,7 @@ constexpr FormProc kNone = FP_NONE, kW03 = FP_WORD2003, kW07 = FP_WORD2007, kW10
                    kP17 = FP_WP17;
 
 // What is installed and preferred ("Default", "Send to Default"), and what is found and chosen then.
-const struct {
-    std::vector<FormProc> installed;
-    const wchar_t* usual;
-    bool sendByKind;
-    std::vector<FormProc> chosen;
-} kChoices[] = {
+const std::tuple<std::vector<FormProc>, const wchar_t*, bool, std::vector<FormProc>> kChoices[] = {
     // Word, WordPerfect, installed, default; for docx, dot, wpt; to send docx, wpd, txt
     {{}, L"Word 2010", true, std::vector(10, kNone)},
     {{kW03, kW10}, L"", false, {kW10, kNone, kW10, kNone, kW10, kW10, kNone, kW10, kW10, kW10}},

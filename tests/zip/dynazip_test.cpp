@@ -273,10 +273,8 @@ TEST(DynazipRecords, StartFromTheirDefaults) {
 }
 
 TEST(DynazipMessages, HaveTheirCodes) {
-    EXPECT_STREQ(L"Invalid combination of control parameters", Dynazip::ZipErrorMsg(ZIP_BAD_REQUEST));
     EXPECT_STREQ(L"Improper use of Multi-Volume Zip file", Dynazip::ZipErrorMsg(ZIP_VOLUMES));
     EXPECT_STREQ(L"Disk full", Dynazip::UnzipErrorMsg(UNZIP_DISK_FULL));
-    EXPECT_STREQ(L"Index out of bounds", Dynazip::UnzipErrorMsg(UNZIP_OUT_OF_BOUNDS));
     for (const int code : {-1, 0, 22, 1000}) EXPECT_STREQ(L"", Dynazip::ZipErrorMsg(code)) << code;
     for (const int code : {-1, 0, 1, 10, 24, 43, 51}) EXPECT_STREQ(L"", Dynazip::UnzipErrorMsg(code)) << code;
 }

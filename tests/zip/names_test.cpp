@@ -2,6 +2,8 @@
 
 #include <sstream>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "engine/dos_time.h"
@@ -56,15 +58,15 @@ TEST(ItemList, Splits) {
 }
 
 TEST(ItemList, WildCards) {
-    const struct {
-        bool matches;
-        const char32_t *pattern, *text;
-    } cases[] = {{true, U"*", U""},      {true, U"*.*", U"nodot"},      {true, U"*.txt", U"a.txt"},
-                 {true, U"a?c", U"abc"}, {true, U"a*b*c", U"axxbyybc"}, {true, U"**a", U"ba"},
-                 {true, U"", U""},       {true, U"*.a.*", U"x.a.y"},    {false, U"*.txt", U"a.txtx"},
-                 {false, U"a?c", U"ac"}, {false, U"a*b*c", U"axxbyyb"}, {false, U"", U"a"},
-                 {false, U"?", U""},     {false, U"abc", U"abcd"},      {false, U"a*", U"b"}};
-    for (const auto& c : cases) EXPECT_EQ(c.matches, MatchesWildCards(c.pattern, c.text)) << &c - cases;
+    const std::tuple<bool, const char32_t*, const char32_t*> cases[] = {
+        {true, U"*", U""},      {true, U"*.*", U"nodot"},      {true, U"*.txt", U"a.txt"},
+        {true, U"a?c", U"abc"}, {true, U"a*b*c", U"axxbyybc"}, {true, U"**a", U"ba"},
+        {true, U"", U""},       {true, U"*.a.*", U"x.a.y"},    {false, U"*.txt", U"a.txtx"},
+        {false, U"a?c", U"ac"}, {false, U"a*b*c", U"axxbyyb"}, {false, U"", U"a"},
+        {false, U"?", U""},     {false, U"abc", U"abcd"},      {false, U"a*", U"b"}};
+    for (const auto& [matches, pattern, text] : cases)
+        EXPECT_EQ(matches, MatchesWildCards(pattern, text))
+            << testing::PrintToString(std::pair(pattern, text));
     // Stars without end cost no more than the product of the lengths.
     std::u32string stars;
     for (int i = 0; i < 2000; ++i) stars += U"*a";
@@ -72,17 +74,15 @@ TEST(ItemList, WildCards) {
 }
 
 TEST(NamePatterns, HoldFoldersAndNamesApart) {
-    const struct {
-        const char *pattern, *name;
-        bool here, below;
-    } cases[] = {{"a.txt", "A.TXT", true, true},           {"a.txt", "sub/a.txt", false, true},
-                 {"sub\\*.txt", "sub/a.txt", true, true},  {"sub/*.txt", "sub/deep/a.txt", false, true},
-                 {"su*/a.txt", "sub/a.txt", false, false}, {"sub/*.txt", "other/sub/a.txt", false, false},
-                 {"\u00c4*", "\u00e4b", true, true},       {"?.txt", "\u20ac.txt", true, true},
-                 {"folder/", "folder/", true, true},       {"*", "folder/", true, true}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(NamePatterns({c.pattern}, false).Match(c.name), c.here) << c.pattern << ' ' << c.name;
-        EXPECT_EQ(NamePatterns({c.pattern}, true).Match(c.name), c.below) << c.pattern << ' ' << c.name;
+    const std::tuple<const char*, const char*, bool, bool> cases[] = {
+        {"a.txt", "A.TXT", true, true},           {"a.txt", "sub/a.txt", false, true},
+        {"sub\\*.txt", "sub/a.txt", true, true},  {"sub/*.txt", "sub/deep/a.txt", false, true},
+        {"su*/a.txt", "sub/a.txt", false, false}, {"sub/*.txt", "other/sub/a.txt", false, false},
+        {"\u00c4*", "\u00e4b", true, true},       {"?.txt", "\u20ac.txt", true, true},
+        {"folder/", "folder/", true, true},       {"*", "folder/", true, true}};
+    for (const auto& [pattern, name, here, below] : cases) {
+        EXPECT_EQ(here, NamePatterns({pattern}, false).Match(name)) << pattern << ' ' << name;
+        EXPECT_EQ(below, NamePatterns({pattern}, true).Match(name)) << pattern << ' ' << name;
     }
     EXPECT_FALSE(NamePatterns({}, true).Match("a"));
 }

@@ -6,6 +6,7 @@
 // one UTF-16 unit, as there, though it is wider here. Errors are those of the system.
 
 #include <pthread.h>
+#include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -42,8 +43,9 @@ inline const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(std::intptr_
 constexpr int ERROR_SUCCESS = 0, ERROR_FILE_NOT_FOUND = 2, ERROR_ACCESS_DENIED = 5,
               ERROR_INSUFFICIENT_BUFFER = 122, ERROR_MORE_DATA = 234, ERROR_NO_MORE_ITEMS = 259,
               ERROR_KEY_DELETED = 1018;
-DWORD GetLastError();
-void SetLastError(DWORD error);
+inline thread_local DWORD t_lastError = ERROR_SUCCESS;
+inline constexpr auto GetLastError = [] { return t_lastError; };
+inline constexpr auto SetLastError = [](DWORD error) { t_lastError = error; };
 
 // --- Threads
 
@@ -64,9 +66,11 @@ inline constexpr auto ReleaseSRWLockShared = [](SRWLOCK* lock) { lock->unlock_sh
 // What ends with a thread is here every thread's value.
 constexpr DWORD FLS_OUT_OF_INDEXES = 0xffffffff, TLS_OUT_OF_INDEXES = FLS_OUT_OF_INDEXES;
 DWORD FlsAlloc(void (*atThreadsEnd)(void*));
-BOOL FlsFree(DWORD index);
+inline constexpr auto FlsFree = [](DWORD index) -> BOOL { return pthread_key_delete(index) == 0; };
 void* FlsGetValue(DWORD index);
-BOOL FlsSetValue(DWORD index, void* value);
+inline constexpr auto FlsSetValue = [](DWORD index, void* value) -> BOOL {
+    return pthread_setspecific(index, value) == 0;
+};
 inline constexpr auto TlsAlloc = [] { return FlsAlloc(nullptr); };
 inline constexpr auto& TlsFree = FlsFree;
 inline constexpr auto& TlsGetValue = FlsGetValue;
@@ -82,15 +86,15 @@ inline constexpr auto WaitForSingleObject = [](HANDLE object, DWORD milliseconds
 BOOL CloseHandle(HANDLE object);
 HANDLE CreateThread(SECURITY_ATTRIBUTES*, std::size_t, DWORD (*run)(void*), void* argument, DWORD, DWORD* id);
 DWORD GetCurrentThreadId();
-DWORD GetCurrentProcessId();
-void Sleep(DWORD milliseconds);
+inline constexpr auto GetCurrentProcessId = [] { return static_cast<DWORD>(getpid()); };
+inline constexpr auto Sleep = [](DWORD milliseconds) { usleep(1000 * milliseconds); };
 DWORD GetTickCount();
 
 // --- Text
 
 constexpr int CP_ACP = 0, CP_OEMCP = 1;
-constexpr DWORD MB_PRECOMPOSED = 0x1, MB_ERR_INVALID_CHARS = 0x8, WC_NO_BEST_FIT_CHARS = 0x400;
-UINT GetACP();
+constexpr DWORD MB_PRECOMPOSED = 0x1, MB_ERR_INVALID_CHARS = 0x8;
+inline constexpr auto GetACP = [] { return UINT{1252}; };
 struct CPINFO {
     UINT MaxCharSize;
     BYTE DefaultChar[2], LeadByte[12];
@@ -150,7 +154,7 @@ struct OSVERSIONINFOW {
 BOOL GetVersionExW(OSVERSIONINFOW* version);
 
 struct SYSTEMTIME {
-    WORD wYear, wMonth, wDayOfWeek, wDay, wHour, wMinute, wSecond, wMilliseconds;
+    WORD wYear, wMonth, wDayOfWeek, wDay;
 };
 void GetLocalTime(SYSTEMTIME* now);
 
