@@ -343,7 +343,8 @@ TEST(Archive, HoldsMoreMembersThanTheShortEndCanCount) {
         std::vector<Change> changes;
         Result result = Result::kInvalid;
     } lies[] = {{"ends that differ", {{kEnd, end::kSize, 1}}},
-                {"far more members", {{kEnd64, end64::kCountHere + 6, 1}, {kEnd64, end64::kCount + 6, 1}}},
+                {"beyond memory", {{kEnd64, end64::kCountHere + 6, 1}, {kEnd64, end64::kCount + 6, 1}}},
+                {"beyond 32 bits", {{kEnd64, end64::kCountHere + 3, 127}, {kEnd64, end64::kCount + 3, 127}}},
                 {"counts that differ", {{kEnd64, end64::kCountHere, 1}}, Result::kMultiVolume},
                 {"no such end", {{kEnd64, 0, 1}}},
                 {"no locator", {{kLocator, 0, 1}}},
