@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "text/characters.h"
 
 namespace {
@@ -31,13 +29,15 @@ TEST(Characters, CompareIgnoringCaseByUpperCasedUnits) {
 }
 
 TEST(Characters, ClassesAndCaseComeFromFixedTables) {
-    for (const wchar_t letter : {L'a', L'Z', L'\u00e4', L'\u0436', L'\u6c34'})
-        EXPECT_TRUE(ql::IsLetter(letter));
-    for (const wchar_t other : {L'1', L'_', L' ', L'\0', L'\xd83d'}) EXPECT_FALSE(ql::IsLetter(other));
-    EXPECT_TRUE(ql::IsUpperLetter(L'\u00c4'));
-    EXPECT_FALSE(ql::IsLowerLetter(L'\u00c4'));
-    EXPECT_TRUE(ql::IsLowerLetter(L'\u00e4'));
-    EXPECT_FALSE(ql::IsUpperLetter(L'\u00e4'));
+    const std::wstring units(L"aZ\u00e4\u00c4\u0436\u6c341_ \0\xd83d", 11);
+    const auto those = [&units](bool (*isOne)(wchar_t)) {
+        std::wstring told;
+        for (const wchar_t unit : units) told += isOne(unit) ? unit : L'.';
+        return told;
+    };
+    EXPECT_EQ(L"aZ\u00e4\u00c4\u0436\u6c34.....", those(ql::IsLetter));
+    EXPECT_EQ(L".Z.\u00c4.......", those(ql::IsUpperLetter));
+    EXPECT_EQ(L"a.\u00e4.\u0436......", those(ql::IsLowerLetter));
     std::wstring text(L"i\0\u00df\u00ff\xde00", 5);  // no Turkish i, no double s, half a pair
     ql::MakeUpper(text);
     EXPECT_EQ(text, std::wstring(L"I\0\u00df\u0178\xde00", 5));

@@ -1,31 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "text/token_string.h"
 
 namespace {
 
 TEST(TokenString, SplitsAndStaysAtTheEnd) {
-    const struct {
-        const wchar_t *text, *delimiters;
-        std::vector<std::wstring> tokens;
-    } cases[] = {
-        {nullptr, nullptr, {L""}},
-        {L" , ", L" ,", {L""}},
-        {L"a b", L"", {L"a b"}},
-        {L"x \"a b\"\"c\"d", L" ", {L"x", L"a b", L"c", L"d"}},
-        {L"a\"b c\"", L" ", {L"a\"b", L"c\""}},  // quotes inside a token
-        {L"a\"b", L"\"", {L"a", L"b"}},          // a quote that is a delimiter opens nothing
-        {L"a \"\" b", L" ", {L"a", L"", L"b"}},  // the empty token looks like the end
-        {L"end \"", L" ", {L"end", L"", L""}},
-    };
-    for (const auto& [text, delimiters, tokens] : cases) {
-        TokenString split(text, delimiters);
-        for (int times = 0; times < 2; ++times, split.Init())
-            for (const std::wstring& token : tokens) EXPECT_EQ(token, split.Next()) << text;
-    }
+    EXPECT_EQ(L"", TokenString(nullptr, nullptr).Next());
+    TokenString text(L"x \"a b\"\"c\"d\" \"\" \"", L" ");
+    for (int times = 0; times < 2; ++times, text.Init())
+        for (const wchar_t* token : {L"x", L"a b", L"c", L"d\"", L"", L"", L""})
+            EXPECT_EQ(token, text.Next());
 }
 
 TEST(TokenString, ChangesDelimitersMidwayAndCopiesThem) {
@@ -41,10 +25,8 @@ TEST(TokenString, ChangesDelimitersMidwayAndCopiesThem) {
 }
 
 TEST(TokenString, CountsUnitsAndReadsNoFurtherThanItsText) {
-    const RWWString zeros(L"a\0b\0\0c", 6);
-    TokenString text(zeros, RWWString(L"\0", 1));
-    EXPECT_EQ(text.Next(), L"a");
-    EXPECT_EQ(text.Next(), L"b");
+    TokenString text(RWWString(L"a\0b\0\0c", 6), RWWString(L"\0", 1));
+    for (const wchar_t* token : {L"a", L"b"}) EXPECT_EQ(token, text.Next());
     text.resize(5);
     EXPECT_TRUE(text.Next().isNull()) << "shortened";
     text.append(L"cd");
