@@ -50,20 +50,26 @@ RWWString Expected(JSON::Value& tree) {
     return JSON::Serialize(&root);
 }
 
-}  // namespace
-
-FUZZER(SettingsDocument) {
-    const std::wstring text = TextOf(input);
-    CQlsSettings store;
+void Check(const std::wstring& text) {
+    CQlsSettings store, again;
     const bool accepted = store.SetFromSerializedSettings(text.c_str());
     const RWWString document = Document(store);
     const auto tree = JSON::Parse(std::wstring_view(text.c_str()));
     Expect(accepted == (tree && tree->kind() == JSON::Object));
     Expect(document == (accepted ? Expected(*tree) : RWWString(L"{}")));
 
-    CQlsSettings again;
     Expect(again.SetFromSerializedSettings(document.data()));
     Expect(Document(again) == document);
     Expect(!again.SetFromSerializedSettings((document + L"x").data()));
     Expect(Document(again) == document);
+}
+
+}  // namespace
+
+FUZZER(SettingsDocument, "\"\":0", ",\"A<-^->B<-^->C\":\"x\"", ",\"12\":true", ",\"12\":\"\\ud83d\\\\\"",
+       ",\"12\":-7.9", ",\"Zero\\u0000\":\"a\\u0000b\"", ",\"Zero\":1e300", ",\"A<-^->\":-1e300",
+       ",\"List\":[null,{\"a\":1}]") {
+    const std::wstring text = TextOf(input);
+    Check(text);
+    Check(L'{' + text + L'}');
 }

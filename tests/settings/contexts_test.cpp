@@ -1,14 +1,15 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
+#include <optional>
 #include <thread>
-#include <vector>
 
 #include "settings/preferences.h"
 #include "settings/registry.h"
 #include "settings/scopes.h"
 #include "settings/settings_store.h"
 #include "settings/thread_slots.h"
+#include "tests/support/on_threads.h"
 #include "tests/support/private_registry.h"
 
 namespace {
@@ -22,19 +23,6 @@ constexpr int kNoContext = -1;
 
 Settings* GlobalStore() {
     return Settings::GetSettings(kNoContext, false);
-}
-
-// Runs the work on so many threads that use settings.
-template <class Work>
-void OnThreads(int count, Work work) {
-    std::vector<std::thread> threads;
-    for (int worker = 0; worker < count; ++worker) {
-        threads.emplace_back([=] {
-            const SettingsThread thread;
-            work(worker);
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
 }
 
 TEST(ThreadSlots, AnswerFailureUnlessInitialised) {
@@ -87,13 +75,13 @@ TEST_F(Slots, EachThreadHasItsOwnValues) {
 TEST(ContextsWithoutStores, AnswerFailure) {
     RWWString text(L"before");
     int number = 7;
-    EXPECT_EQ((Answers{kNoContext, kNoContext, 0}),
+    EXPECT_EQ((Answers{kNoContext, kNoContext, 0, false, false, false, false, false, false}),
               (Answers{Settings::CreateThreadSettings(), Settings::GetCurThreadSettings(),
-                       Settings::AddThreadSettingsRef(0)}));
-    EXPECT_EQ(Answers(6), (Answers{Settings::AttachThreadSettings(0), Settings::DetachThreadSettings(0),
-                                   Settings::InitializeThread(), Settings::SetThreadIntSetting(kNumber, 1),
-                                   Settings::GetThreadStrSetting(kNumber, &text, L"default"),
-                                   Settings::GetDefRegIntSetting(L"Sec", L"Ent", &number, 5)}));
+                       Settings::AddThreadSettingsRef(0), Settings::AttachThreadSettings(0),
+                       Settings::DetachThreadSettings(0), Settings::InitializeThread(),
+                       Settings::SetThreadIntSetting(kNumber, 1),
+                       Settings::GetThreadStrSetting(kNumber, &text, L"default"),
+                       Settings::GetDefRegIntSetting(L"Sec", L"Ent", &number, 5)}));
     EXPECT_EQ(nullptr, GlobalStore());
     EXPECT_EQ(L"before", text);
     EXPECT_EQ(7, number);
@@ -123,23 +111,15 @@ TEST_F(Contexts, TheLowestFreeIdIsHandedOut) {
     for (const int id : {3, 7, 30, 40}) EXPECT_EQ(id, Settings::CreateThreadSettings());
 }
 
-TEST_F(Contexts, ReferencesAreCountedAndTheLastTakesTheStoreAlong) {
+TEST_F(Contexts, ReferencesAreCountedAndTheLastTakesTheStoreAlongAlsoFromThreadsThatReadIt) {
     const int id = Settings::CreateThreadSettings();
-    Settings::GetSettings(id, true)->SetStrSetting(kNumber, L"old");
-    EXPECT_EQ((Answers{2, 1}),
+    EXPECT_TRUE(Settings::AttachThreadSettings(id));
+    EXPECT_EQ((Answers{3, 2}),
               (Answers{Settings::AddThreadSettingsRef(id), Settings::ReleaseThreadSettingsRef(id)}));
+    Settings::SetThreadRegStrSetting(L"Sec", L"Ent", L"former");
     EXPECT_NE(GlobalStore(), Settings::GetSettings(id, false));
-    EXPECT_EQ(0, Settings::ReleaseThreadSettingsRef(id));
+    for (const int left : {1, 0}) EXPECT_EQ(left, Settings::ReleaseThreadSettingsRef(id));
     EXPECT_EQ(GlobalStore(), Settings::GetSettings(id, false));
-    EXPECT_EQ(id, Settings::CreateThreadSettings());
-    RWWString text;
-    EXPECT_FALSE(Settings::GetSettings(id, true)->GetStrSetting(kNumber, &text, nullptr));
-}
-
-TEST_F(Contexts, AnIdInUseAgainLeavesNoReaderOnItsFormerStore) {
-    const int id = Settings::CreateThreadSettings();
-    Settings::AttachThreadSettings(id);
-    for (int references = 2; references > 0; --references) Settings::ReleaseThreadSettingsRef(id);
     Settings::GetSettings(id, true)->SetRegStrSetting(L"Sec", L"Ent", L"former");
     EXPECT_EQ(L"former", ThreadText(L"Sec", L"Ent"));
     EXPECT_EQ(id, Settings::CreateThreadSettings());
@@ -189,51 +169,42 @@ TEST_F(Contexts, AThreadStillAttachedFromBeforeARestartIsAttachedToNothing) {
     EXPECT_EQ(2, Settings::ReleaseThreadSettingsRef(Settings::GetCurThreadSettings()));
 }
 
-TEST_F(Contexts, AThreadThatEndsAttachedKeepsItsReferenceAndOneNotInitialisedGetsNone) {
+TEST_F(Contexts, AnAttachedThreadReadsTheGlobalStoreUntilItsFirstWriteAndEndsWithItsReference) {
     const int id = Settings::CreateThreadSettings();
     Settings::SetThreadRegStrSetting(L"Sec", L"Ent", L"global");
-    std::thread([id] {
-        EXPECT_FALSE(Settings::AttachThreadSettings(id));
+    OnThreads(1, [id](int) {
+        EXPECT_FALSE(Settings::AttachThreadSettings(id)) << "not initialised";
+        const SettingsThread thread;
+        EXPECT_TRUE(Settings::AttachThreadSettings(id));
         EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
-    }).join();
-    OnThreads(1, [id](int) { EXPECT_TRUE(Settings::AttachThreadSettings(id)); });
-    for (const int left : {1, 0}) EXPECT_EQ(left, Settings::ReleaseThreadSettingsRef(id));
-}
-
-TEST_F(Contexts, AnAttachedThreadReadsTheGlobalStoreUntilItsFirstWrite) {
-    Settings::SetThreadRegStrSetting(L"Sec", L"Ent", L"global");
-    Settings::AttachThreadSettings(Settings::CreateThreadSettings());
-    EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
-    bool flag = false;
-    EXPECT_TRUE(Settings::SetThreadBoolSetting(kNumber, true)) << "which keeps nothing";
-    EXPECT_FALSE(Settings::GetThreadBoolSetting(kNumber, &flag, true));
-    EXPECT_FALSE(flag);
-    EXPECT_EQ(L"", ThreadText(L"Sec", L"Ent"));
-    EXPECT_TRUE(Settings::SetThreadIntSetting(kNumber, 1)) << "which keeps nothing";
-    EXPECT_TRUE(Settings::SetThreadStrSetting(kNumber, L"own"));
-    OnThreads(1, [](int) {
-        RWWString text;
-        EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
-        EXPECT_FALSE(Settings::GetThreadStrSetting(kNumber, &text, L"default"));
+        bool flag = true;
+        EXPECT_TRUE(Settings::SetThreadBoolSetting(kNumber, false)) << "which keeps nothing";
+        EXPECT_FALSE(Settings::GetThreadBoolSetting(kNumber, &flag, false));
+        EXPECT_TRUE(flag);
+        EXPECT_EQ(L"", ThreadText(L"Sec", L"Ent"));
+        EXPECT_TRUE(Settings::SetThreadIntSetting(kNumber, 1)) << "which keeps nothing";
+        EXPECT_TRUE(Settings::SetThreadStrSetting(kNumber, L"own"));
+        for (const bool was : {true, false}) EXPECT_EQ(was, Settings::ClearThreadRegSetting(L"Sec", L"Ent"));
     });
-    for (const bool was : {true, false}) EXPECT_EQ(was, Settings::ClearThreadRegSetting(L"Sec", L"Ent"));
+    RWWString text;
+    EXPECT_EQ(L"global", ThreadText(L"Sec", L"Ent"));
+    EXPECT_FALSE(Settings::GetThreadStrSetting(kNumber, &text, L"default"));
+    EXPECT_EQ(1, Settings::ReleaseThreadSettingsRef(id));
 }
 
 TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {
-    Settings::AttachThreadSettings(Settings::CreateThreadSettings());
-    Settings::SetThreadRegIntSetting(L"Sec", L"Int", 1);
-    Settings::SetThreadRegBoolSetting(L"Sec", L"Bool", false);
+    const QLContextScope context;
+    context.settings()->SetFromSerializedSettings(
+        LR"({"Sec<-^->Bool":false,"Sec<-^->Int":1,"Sec<-^->Text":"own"})");
+    const RWWString own = DocumentOf(*context.settings());
     EXPECT_TRUE(Settings::SetDefRegIntSetting(L"Sec", L"Int", -2));
     EXPECT_TRUE(Settings::SetDefRegBoolSetting(L"Sec", L"Bool", true));
     EXPECT_TRUE(Settings::SetDefRegStrSetting(L"Sec", L"Text", L"x"));
+    EXPECT_EQ((PrivateRegistry::Stored{REG_DWORD, {0xfe, 0xff, 0xff, 0xff}}), registry_.Get(L"Sec", L"Int"));
     EXPECT_EQ(L"True", GetQLRegStringEx(L"Sec", L"Bool", false));
     EXPECT_EQ(L"x", GetQLRegStringEx(L"Sec", L"Text", false));
-    EXPECT_EQ((PrivateRegistry::Stored{REG_DWORD, {0xfe, 0xff, 0xff, 0xff}}), registry_.Get(L"Sec", L"Int"));
-    EXPECT_EQ(1, GetQLRegInt(L"Sec", L"Int", 0));
-    EXPECT_FALSE(GetQLRegBool(L"Sec", L"Bool", true));
-    int number = 0;
-    EXPECT_TRUE(Settings::GetDefRegIntSetting(L"Sec", L"Int", &number));
-    EXPECT_EQ(-2, number);
+    EXPECT_EQ(own, DocumentOf(*context.settings()));
+    EXPECT_EQ(LR"({"Sec<-^->Bool":true,"Sec<-^->Int":-2,"Sec<-^->Text":"x"})", DocumentOf(*GlobalStore()));
     bool flag = false;
     EXPECT_TRUE(Settings::GetDefRegBoolSetting(L"Sec", L"Bool", &flag));
     EXPECT_TRUE(flag);
@@ -267,29 +238,33 @@ TEST_F(Contexts, WritersLeaveRegistryAndGlobalStoreAlikeAndSeeTheirOwnValue) {
     for (const int count : {2, 8}) {
         std::atomic<int> arrived = 0;
         OnThreads(count, [&arrived, count](int worker) {
-            const bool hasOwn = worker % 2 == 1;
-            if (hasOwn) Settings::AttachThreadSettings(Settings::CreateThreadSettings());
+            const SettingsThread thread;
             for (int round = 0; round < 250; ++round) {
+                std::optional<QLContextScope> context;
+                if (worker % 2 == 1) context.emplace();
                 Meet(arrived, count);
                 WriteQLRegInt(L"Sec", L"Int", worker);
                 WriteQLRegString(L"Sec", L"Text", std::to_wstring(worker).c_str());
-                if (hasOwn) {
+                DocumentOf(*GlobalStore());
+                if (context) {
                     EXPECT_EQ(worker, GetQLRegInt(L"Sec", L"Int", -1));
+                    std::thread([&] { EXPECT_TRUE(QLContextScope(context->id()).ok()); }).join();
                 }
                 Meet(arrived, count);
                 if (worker == 0) ExpectRegistryAndGlobalStoreToAgree(round);
             }
         });
     }
+    EXPECT_EQ(0, Settings::CreateThreadSettings()) << "no context is left";
 }
 
 TEST_F(Contexts, WritersReadClearAttachAndRestartWithoutHarm) {
     OnThreads(8, [](int worker) {
+        const SettingsThread thread;
         const std::wstring own = std::to_wstring(worker);
         for (int round = 0; round < 200; ++round) {
             WriteQLRegInt(L"Sec", L"Int", round);
             WriteQLRegString(L"Sec", own.c_str(), round % 3 == 0 ? nullptr : own.c_str());
-            GetQLRegInt(L"Sec", L"Int", -1);
             const QLContextScope context;
             Settings::SetThreadRegStrSetting(L"Sec", own.c_str(), own.c_str());
             ThreadText(L"Sec", L"0");
@@ -301,41 +276,11 @@ TEST_F(Contexts, WritersReadClearAttachAndRestartWithoutHarm) {
     ExpectRegistryAndGlobalStoreToAgree(0);
 }
 
-// Each thread has its own setting in the global store and one with all others, and then a context of its own,
-// which is filled from a document, joined by a helper, and leaves nothing behind.
-TEST_F(Contexts, ManyThreadsRecycleContextsAndShareTheGlobalStoreAndLoseNothing) {
-    OnThreads(8, [](int worker) {
-        const std::wstring own = std::to_wstring(worker);
-        const std::wstring document = L"{\"Own<-^->Value\":" + own + L"}";
-        for (int round = 0; round < 100; ++round) {
-            RWWString text;
-            EXPECT_TRUE(Settings::SetThreadRegStrSetting(L"Global", own.c_str(), own.c_str()));
-            EXPECT_EQ(RWWString(own), ThreadText(L"Global", own.c_str()));
-            GlobalStore()->SetStrSetting(kNumber, own.c_str());
-            GlobalStore()->GetStrSetting(kNumber, &text, own.c_str());
-            EXPECT_EQ(1u, text.length());
-            if (round % 7 == 0) GlobalStore()->ClearSetting(kNumber);
-            EXPECT_TRUE(GlobalStore()->GetSerializedSettings(&text));
-            EXPECT_NE(RWWString::npos, text.view().find(L"Global<-^->" + own));
-            const QLContextScope context;
-            ASSERT_TRUE(context.ok());
-            EXPECT_TRUE(context.settings()->SetFromSerializedSettings(document.c_str()));
-            EXPECT_EQ(L"", ThreadText(L"Global", own.c_str()));
-            if (round % 25 > 0) continue;
-            std::thread([&] {
-                const QLContextScope joined(context.id());
-                EXPECT_EQ(worker, GetQLRegInt(L"Own", L"Value", -1));
-            }).join();
-        }
-    });
-    EXPECT_EQ(0, Settings::CreateThreadSettings());
-}
-
 // --- scopes
 
 TEST(Scopes, SeveralComponentsStartTheLibraryOnceAndTheLastEndsIt) {
     const PrivateRegistry registry;
-    {
+    for (int run = 0; run < 2; ++run) {
         const QLLibraryScope first;
         EXPECT_TRUE(first.ok());
         Settings* const global = GlobalStore();
@@ -351,7 +296,6 @@ TEST(Scopes, SeveralComponentsStartTheLibraryOnceAndTheLastEndsIt) {
         EXPECT_FALSE(TlsmIsThreadInitialized());
     }
     EXPECT_EQ(nullptr, GlobalStore());
-    EXPECT_TRUE(QLLibraryScope().ok()) << "once more";
 }
 
 TEST(Scopes, WhatCannotStartLeavesNothingBegun) {
@@ -372,14 +316,13 @@ TEST(Scopes, WhatCannotStartLeavesNothingBegun) {
 }
 
 TEST_F(Contexts, AScopeThatCannotAttachLeavesNoContextBehind) {
-    const int free = Settings::CreateThreadSettings() + 1;
-    Settings::AttachThreadSettings(free - 1);
-    {
+    const int own = Settings::CreateThreadSettings();
+    Settings::AttachThreadSettings(own);
+    for (int times = 0; times < 2; ++times) {
         const QLContextScope refused;
         EXPECT_FALSE(refused.ok());
-        EXPECT_EQ(free, refused.id());
+        EXPECT_EQ(own + 1, refused.id());
     }
-    EXPECT_EQ(free, Settings::CreateThreadSettings());
     EXPECT_EQ(2, Settings::ReleaseThreadSettingsRef(Settings::GetCurThreadSettings()));
 }
 

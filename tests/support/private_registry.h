@@ -4,10 +4,10 @@
 
 #include <ostream>
 #include <string>
-#include <vector>
 
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
+#include "settings/registry.h"
 #include "settings/scopes.h"
 
 // NOLINTBEGIN(performance-no-int-to-ptr): the system's own constants
@@ -62,18 +62,11 @@ class PrivateRegistry {
     }
 
     // What the current user's key holds; REG_NONE without bytes when it holds nothing.
-    struct Stored {
-        DWORD type = REG_NONE;
-        std::vector<BYTE> bytes{};
-        bool operator==(const Stored&) const = default;
-    };
+    using Stored = RegistryValue;
     static Stored Get(const wchar_t* section, const wchar_t* entry) {
-        DWORD type = REG_NONE;
-        BYTE bytes[64];
-        DWORD count = sizeof bytes;
-        const auto key = Create(kUser, Path(section));
-        if (::RegQueryValueExW(key.get(), entry, nullptr, &type, bytes, &count) != ERROR_SUCCESS) return {};
-        return {type, {bytes, bytes + count}};
+        Stored stored;
+        ReadRegValue(section, entry, false, stored);
+        return stored;
     }
 
   private:
@@ -105,4 +98,10 @@ inline RWWString ThreadText(const wchar_t* section, const wchar_t* entry) {
     RWWString text;
     CQlsSettings::GetThreadRegStrSetting(section, entry, &text);
     return text;
+}
+
+inline RWWString DocumentOf(CQlsSettings& store) {
+    RWWString document;
+    EXPECT_TRUE(store.GetSerializedSettings(&document));
+    return document;
 }
