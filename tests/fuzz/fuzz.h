@@ -10,6 +10,7 @@
 #include <random>
 #include <span>
 #include <string>
+#include <vector>
 
 // What the fuzzers share. Each is one file with one FUZZER, a function of its input: a program that searches
 // for inputs that break it, and in the test program of its room a test of generated ones.

@@ -1,6 +1,5 @@
 // Documents and trees: what is parsed and written is the same tree when parsed again, in every form of the
 // writer, and the diagnosis finds a fault exactly where the parser refuses.
-#include <vector>
 
 #include "json/diagnosis.h"
 #include "json/json.h"
@@ -62,13 +61,19 @@ void CheckFault(std::wstring_view text, const JSON::Fault& fault) {
     Expect(fault.expected && *fault.expected && !fault.found.isNull());
 }
 
-}  // namespace
-
-FUZZER(Json) {
-    const std::wstring text = TextOf(input);
+void Check(const std::wstring& text) {
     const auto tree = JSON::Parse(text);
     const auto fault = JSON::Diagnose(text);
     Expect(!tree == fault.has_value());
     if (fault) CheckFault(text, *fault);
     if (tree) CheckForms(*tree);
+}
+
+}  // namespace
+
+FUZZER(Json, "[[", "\"a\",", "\"\\u00e9/\n\",", "{\"b\":[],\"a\":true},", "{},", "[[-0.015625],null],",
+       "false,", "7e5,") {
+    const std::wstring text = TextOf(input);
+    Check(text);
+    Check(text + L"0]]");
 }

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <limits>
 #include <tuple>
-#include <vector>
 
 namespace {
 
@@ -19,10 +18,6 @@ constexpr auto kNoUnit = static_cast<DateUnit>(3);
 constexpr int kJulianDayOf1970 = 2440588;
 constexpr const wchar_t* kMonthNames[] = {L"JAN", L"FEB", L"MAR", L"APR", L"MAY", L"JUN",
                                           L"JUL", L"AUG", L"SEP", L"OCT", L"NOV", L"DEC"};
-
-chrono::year_month_day Chrono(int year, unsigned month, unsigned day) {
-    return chrono::year(year) / chrono::month(month) / chrono::day(day);
-}
 
 chrono::sys_days SysDays(const CDate& date) {
     return chrono::sys_days(chrono::days(static_cast<int>(date.DayNumber()) - kJulianDayOf1970));
@@ -60,24 +55,18 @@ Ymd Sum(const CDate& date, double amount, DateUnit unit) {
     return year < 1582 || year > 9999 ? Fields(Null()) : Fields(sum);
 }
 
-// Every month is taken for an endless one: the greatest count of months that does not lead past the other
-// date.
+// The greatest count of months that does not lead past the other date, were every month endless.
 int MonthsBetween(const CDate& date, const CDate& other) {
-    auto [year, month, day] = Fields(date);
-    int months = -1;
-    for (; Ymd(year, month, day) <= Fields(other); ++months) {
-        year += static_cast<int>(month / 12);
-        month = month % 12 + 1;
-    }
-    return months;
+    const auto monthOf = [](const CDate& of) { return static_cast<int>(of.Year() * 12 + of.Month()); };
+    return monthOf(other) - monthOf(date) - (other.Day() < date.Day());
 }
 
 }  // namespace
 
 TEST(Date, EveryDayFrom1582To10000AgreesWithTheStandardCalendar) {
-    const chrono::sys_days last = Chrono(10000, 12, 31);
+    const chrono::sys_days first = chrono::year(1582) / 1 / 1, last = chrono::year(10000) / 12 / 31;
     std::uint32_t number = CDate(1, 1, 1582).DayNumber();
-    for (chrono::sys_days day = Chrono(1582, 1, 1); day <= last; day += chrono::days(1), ++number) {
+    for (chrono::sys_days day = first; day <= last; day += chrono::days(1), ++number) {
         const CDate date(static_cast<unsigned long>(number));
         const auto [year, month, dayOfMonth] = Fields(chrono::year_month_day(day));
         ASSERT_EQ(Fields(date), std::tie(year, month, dayOfMonth)) << number;
@@ -85,7 +74,7 @@ TEST(Date, EveryDayFrom1582To10000AgreesWithTheStandardCalendar) {
         ASSERT_EQ(CDate(dayOfMonth, month, static_cast<unsigned>(year)), date);
         ASSERT_EQ(date.DayOfWeek(), chrono::weekday(day).c_encoding() + 1) << number;
         ASSERT_EQ(date.IsValid(), year <= 9999);
-        ASSERT_EQ(date.IsNull(), day == chrono::sys_days(Chrono(10000, 1, 1)));
+        ASSERT_EQ(date.IsNull(), Ymd(10000, 1, 1) == Fields(date));
         ASSERT_STREQ(kMonthNames[month - 1], date.MonthStr());
     }
     EXPECT_EQ(number, CDate(31, 12, 10000).DayNumber() + 1);
@@ -95,16 +84,14 @@ TEST(Date, EveryDayFrom1582To10000AgreesWithTheStandardCalendar) {
 
 TEST(Date, ThreeNumbersThatFormNoDateGiveNumberZero) {
     constexpr unsigned kMost = std::numeric_limits<unsigned>::max();
-    constexpr unsigned kBad[][3] = {{31, 2, 2020}, {29, 2, 1900}, {31, 4, 2020}, {0, 1, 2020},
-                                    {1, 0, 2020},  {1, 13, 2020}, {1, 1, 0},     {1, 1, 10001},
-                                    {kMost, 1, 1}, {1, kMost, 1}, {1, 1, kMost}};
-    for (const auto& [day, month, year] : kBad) {
-        const CDate date(day, month, year);
-        EXPECT_EQ(0U, date.DayNumber()) << day << '.' << month << '.' << year;
-        EXPECT_FALSE(date.IsValid() || date.IsNull());
-        EXPECT_EQ(Ymd(0, 0, 0), Fields(date));
-        EXPECT_STREQ(L"", date.MonthStr());
-    }
+    constexpr unsigned kBad[][3] = {{29, 2, 1900}, {31, 4, 2020}, {0, 1, 2020},  {1, 0, 2020},
+                                    {1, 13, 2020}, {1, 1, 0},     {1, 1, 10001}, {kMost, 1, 1},
+                                    {1, kMost, 1}, {1, 1, kMost}};
+    for (const auto& [day, month, year] : kBad)
+        EXPECT_EQ(0U, CDate(day, month, year).DayNumber()) << day << '.' << month << '.' << year;
+    EXPECT_FALSE(CDate(0UL).IsValid());
+    EXPECT_EQ(Ymd(0, 0, 0), Fields(CDate(0UL)));
+    EXPECT_STREQ(L"", CDate(0UL).MonthStr());
 }
 
 TEST(Date, AnyNumberIsSafeAndTheCalendarRepeatsEvery400Years) {
@@ -130,12 +117,11 @@ TEST(Date, StepsWrapAndDecrementMovesForward) {
 }
 
 TEST(Date, RecordIsTakenOnlyWhenValid) {
-    CDate date(1, 2, 2003);
-    for (const tagQL_DATE& bad : {tagQL_DATE{31, 2, 2020}, tagQL_DATE{1, 1, 10000}, tagQL_DATE{0, 0, 0}}) {
+    CDate date(29, 2, 2020);
+    for (const tagQL_DATE& bad : {tagQL_DATE{31, 2, 2020}, tagQL_DATE{1, 1, 10000}}) {
         date.SetTBDate(bad);
-        EXPECT_EQ(CDate(1, 2, 2003), date);
+        EXPECT_EQ(CDate(29, 2, 2020), date);
     }
-    date.SetTBDate({29, 2, 2020});
     tagQL_DATE record;
     date.GetTBDate(&record);
     EXPECT_EQ(Ymd(2020, 2, 29), Ymd(record.year, record.month, record.day));
@@ -150,10 +136,11 @@ TEST(DateAdd, AgreesWithTheStandardCalendar) {
                                 CDate(31, 12, 9998), CDate(1, 1, 1581),   CDate(31, 12, 1581),
                                 CDate(1UL),          CDate(0UL)};
     for (CDate date(1, 1, 1804); date <= CDate(31, 12, 2203); date += 5) dates.push_back(date);
+    const double amounts[] = {
+        0.9,     1.0,     -1.0,     -2.0,    5.0,      12.0,     -13.0,        25.0,
+        -1199.0, 31999.9, -31999.9, 32000.0, -32000.0, HUGE_VAL, std::nan(""), Number().GetDouble()};
     for (const CDate& date : dates) {
-        for (const double amount :
-             {0.0, 0.9, 1.0, -1.0, -2.0, 5.0, 12.0, -13.0, 25.0, -1199.0, 4801.0, 31999.9, -31999.9, 32000.0,
-              -32000.0, HUGE_VAL, std::nan(""), Number().GetDouble()}) {
+        for (const double amount : amounts) {
             for (const DateUnit unit : {kDays, kMonths, kYears, kNoUnit, static_cast<DateUnit>(-1)}) {
                 ASSERT_EQ(Sum(date, amount, unit), Fields(date.Add(amount, unit)))
                     << date.DayNumber() << " + " << amount << " to " << unit;
@@ -178,7 +165,6 @@ TEST(DateDifference, EveryDayOfACycleAgreesWithAPlainModel) {
 TEST(DateDifference, Edges) {
     const CDate none(0UL), last2020(31, 12, 2020);
     const std::tuple<CDate, CDate, DateUnit, double> kCases[] = {
-        {Null(), CDate(31, 12, 9999), kDays, 1},
         {Null(), CDate(1, 1, 9999), kYears, 1},
         {none, CDate(0xFFFFFFFFUL), kDays, 4294967295.0},
         {none, last2020, kYears, 2020},
