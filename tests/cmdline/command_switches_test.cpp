@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 // The lines that the rules were made for.
 TEST(CommandSwitches, ReadsWhatUsersWrite) {
     CCommandSwitches switches;
@@ -22,5 +20,3 @@ TEST(CommandSwitches, ReadsWhatUsersWrite) {
     EXPECT_EQ(nullptr, switches.FindSwitch(nullptr));
     EXPECT_FALSE(CCommandSwitch(L"", SWITCH_FLAG).Matches(nullptr));
 }
-
-}  // namespace

@@ -57,7 +57,7 @@ const char* FirstFailure() {
     return JSON::Parse(std::wstring(kDepth, L'[')) ? "refused unclosed" : nullptr;
 }
 
-DWORD WINAPI Run(void* failure) {
+DWORD WINAPI Try(void* failure) {
     *static_cast<const char**>(failure) = FirstFailure();
     return 0;
 }
@@ -67,7 +67,7 @@ DWORD WINAPI Run(void* failure) {
 TEST(JsonDepth, TenMillionLevelsAreNoMatterOnASmallStack) {
     const char* failure = "run";
     const ql::UniqueKernelHandle thread(
-        ::CreateThread(nullptr, kStackBytes, &Run, &failure, kExactly, nullptr));
+        ::CreateThread(nullptr, kStackBytes, &Try, &failure, kExactly, nullptr));
     ::WaitForSingleObject(thread.get(), INFINITE);
     EXPECT_STREQ(nullptr, failure);
 }

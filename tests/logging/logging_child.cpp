@@ -3,9 +3,9 @@
 #include <climits>
 #include <cstdlib>
 #include <cwchar>
+#include <filesystem>
 #include <fstream>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -47,9 +47,7 @@ std::atomic<bool> g_allPut = false;
 class OddOutput : public ILogOutput {
   public:
     using Deed = void (*)();
-    explicit OddOutput(
-        Deed amid, Deed atClose = [] {})
-        : amid_(amid), atClose_(atClose) {}
+    OddOutput(Deed amid, Deed atClose) : amid_(amid), atClose_(atClose) {}
     void Write(QLLogLevel, const wchar_t* text) override {
         if (std::wcscmp(text, L"1000\n") != 0) return;
         while (!g_allPut) ::Sleep(1);
@@ -63,16 +61,16 @@ class OddOutput : public ILogOutput {
 };
 
 void Nothing() {}
+void Dawdle() {
+    ::Sleep(30);
+}
 void EndProcess() {
     ::ExitProcess(kEnd);
 }
 void UseTheLog() {
-    QLLogger::InitializeLog(std::make_shared<OddOutput>(Nothing), QLLOG_WARNING);
+    QLLogger::InitializeLog(std::make_shared<OddOutput>(Nothing, Nothing), QLLOG_WARNING);
     QLLogger::FlushLogs();
     QLLogger::CloseLogs();
-}
-void Dawdle() {
-    ::Sleep(30);
 }
 
 // How an output misbehaves, and whether it stands before the file or behind.
@@ -140,9 +138,9 @@ int RaceWithAClose(const wchar_t* file) {
     ::ExitProcess(kEnd);
 }
 
-void OpenRollingLog(const wchar_t* file, int backups, int limit) {
+void OpenRollingLog(const wchar_t* file, int backups, int limit, QLLogLevel level = QLLOG_INFO) {
     QLLogger::InitializeLog(std::make_shared<RollingFileOutput>(file, L"child", L"", L"", backups, limit, 1u),
-                            QLLOG_INFO);
+                            level);
 }
 
 // Entries without end; FILE.closed tells that the first thousand are on disk for good.
@@ -179,29 +177,25 @@ int EndAmidLines(const wchar_t* file) {
 // Ends while a thread stands still at an instruction of the library. FILE and FILE.roll have the lines of one
 // caller; FILE.count says how many of them were queued, and whether the instruction was met.
 int EndWhileStopped(const wchar_t* file, unsigned long offset) {
-    const std::wstring rolled = std::wstring(file) + L".roll";
     std::atomic<int> queued = 0;
+    std::atomic<bool> isDone = false;
     QLLogger::InitializeLog(file, QLLOG_INFO);
-    QLLogger::InitializeLog(
-        std::make_shared<RollingFileOutput>(rolled.c_str(), L"child", L"", L"", 100, 1000, 1u),
-        QLLOG_WARNING);
+    OpenRollingLog((std::wstring(file) + L".roll").c_str(), 100, 1000, QLLOG_WARNING);
     WaitUntilTheWriterRuns();
     const StoppedThread stopped(offset);
-    std::thread([&queued] {
-        constexpr int kPairs = 12;
-        for (; queued < kPairs; ++queued) {
+    std::thread([&] {
+        for (; queued < 12; ++queued) {
             QLLoggerLevelInserter(QLLOG_INFO | QLLOG_WARNING, "a.cpp", queued)
                 << std::wstring(200, L'x') << LogMessageFinish();
             if (queued % 4 == 3) ::Sleep(15);
         }
         QLLogger::FlushLogs();
         QLLogger::CloseLogs();
-        ++queued;  // the mark of the end
+        isDone = true;
     }).detach();
-    for (int i = 0; i < 100 && queued < 13 && !stopped.isMet(); ++i) ::Sleep(2);
+    for (int i = 0; i < 100 && !isDone && !stopped.isMet(); ++i) ::Sleep(2);
     ::Sleep(5);  // for what goes on beside
-    std::ofstream(std::string(file, file + std::wcslen(file)) + ".count")
-        << std::min(queued.load(), 12) << ' ' << stopped.isMet();
+    std::ofstream(std::filesystem::path(file) += ".count") << queued << ' ' << stopped.isMet();
     return kEnd;
 }
 

@@ -9,16 +9,11 @@ namespace {
 
 constexpr wchar_t kLibrary[] = L"Quillet.Platform.Native.Util.dll";
 constexpr int kLines = 20'000;
+constexpr std::uintmax_t kByteOrderMark = 3;
 
 template <class Function>
 Function* Find(HMODULE library, const char* name) {
     return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(library, name)));
-}
-
-// Wine may crash when it ends a thread that it has not yet started in full.
-void WaitUntilTheWriterRuns(const wchar_t* file) {
-    constexpr std::uintmax_t kByteOrderMark = 3;
-    while (std::filesystem::file_size(file) <= kByteOrderMark) ::Sleep(1);
 }
 
 }  // namespace
@@ -37,7 +32,8 @@ int wmain(int argc, wchar_t** argv) {
         put(kInfo, (std::to_wstring(i) + L'\n').c_str());
         if (i > 0) continue;
         flush();
-        WaitUntilTheWriterRuns(argv[2]);
+        // Wine may crash when it ends a thread that it has not yet started in full.
+        while (std::filesystem::file_size(argv[2]) <= kByteOrderMark) ::Sleep(1);
     }
     for (int i = 0; i < 3; ++i) ::FreeLibrary(library);
     return ::GetModuleHandleW(kLibrary) ? 5 : 4;

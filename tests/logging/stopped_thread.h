@@ -16,8 +16,7 @@ class StoppedThread {
         original_ = Put(kBreakpoint);
     }
     ~StoppedThread() { Put(original_); }
-    StoppedThread(const StoppedThread&) = delete;
-    StoppedThread& operator=(const StoppedThread&) = delete;
+    StoppedThread& operator=(StoppedThread&&) = delete;
 
     bool isMet() const { return isMet_; }
 

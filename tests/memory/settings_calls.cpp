@@ -74,13 +74,16 @@ std::vector<Row> SettingsCalls() {
              });
              EXPECT_TRUE(QLLibraryScope().ok());
          }},
-        WithLibrary("preferences read",
+        WithLibrary("preferences, directories and interview values read",
                     [] {
                         GetQLRegString(kSection, L"Stored", kText);
                         GetQLRegInt(kSection, kNumber, 5);
                         GetQLRegBool(kSection, L"Flag", true);
                         GetQLRegColor(kSection, L"Stored", 0);
                         FindPreference(kSection, L"Stored");
+                        CQlDir::GetDirectory(TemplateDirectory);
+                        CQlDir::ConvertSpecialDisplayPathToPath(kFolder);
+                        CQlGlobals::GetUnansValDefFormat();
                     }),
         WithLibrary(
             "texts written, one over the context's own",
@@ -90,12 +93,14 @@ std::vector<Row> SettingsCalls() {
                 WriteQLRegString(kSection, kEntry, kText);
             },
             true),
-        WithLibrary("preferences written and deleted",
+        WithLibrary("preferences, directories and interview values written and deleted",
                     [] {
                         WriteQLRegInt(kSection, kNumber, 1);
                         WriteQLRegBool(kSection, L"Flag", true);
                         WriteQLRegColor(kSection, L"Colour", 33023);
                         WriteQLRegString(kSection, L"Stored", nullptr);
+                        CQlDir::SetLibraryDirectory(kFolder);
+                        CQlGlobals::SetIsMonthFirst(false);
                     }),
         WithLibrary("a document set and written, and a context of its own",
                     [] {
@@ -118,14 +123,6 @@ std::vector<Row> SettingsCalls() {
                         if (ReadRegValue(kSection, L"Stored", false, value))
                             WriteRegValue(kSection, L"Other", value);
                         DeleteRegValue(kSection, L"Other");
-                    }),
-        WithLibrary("directories and interview values",
-                    [] {
-                        CQlDir::GetDirectory(TemplateDirectory);
-                        CQlDir::SetLibraryDirectory(kFolder);
-                        CQlDir::ConvertSpecialDisplayPathToPath(kFolder);
-                        CQlGlobals::GetUnansValDefFormat();
-                        CQlGlobals::SetIsMonthFirst(false);
                     }),
     };
 }

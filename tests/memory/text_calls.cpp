@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <sstream>
-#include <string>
 
 #include "names/cmd_line.h"
 #include "names/file_type.h"
@@ -21,6 +20,9 @@
 namespace memory {
 
 namespace {
+
+using Line = QLCmdLine;
+using Table = QLStringTable;
 
 // Texts that no string keeps in itself.
 const RWWString kText(L"A text that is longer: it has \u00e9 and 'quotes' & \"more\"");
@@ -57,40 +59,40 @@ Row Changes(const char* what, Object (*make)(), void (*change)(Object&), Text (*
             }};
 }
 
-Row ChangesName(const char* what, void (*change)(QLCmdLine&)) {
-    return Changes<QLCmdLine, std::wstring>(
-        what, [] { return QLCmdLine(QLFileName(kName)); }, change,
-        [](const QLCmdLine& line) { return line.GetCmdLine().str(); });
+Row ChangesName(const char* what, void (*change)(Line&)) {
+    return Changes<Line, RWWString>(
+        what, [] { return Line(QLFileName(kName)); }, change,
+        [](const Line& line) { return line.GetCmdLine(); });
 }
 
-QLStringTable ThreeEntries() {
-    QLStringTable table;
+Table ThreeEntries() {
+    Table table;
     for (int i = 0; i < 3; ++i) table.AppendString(kText);
     return table;
 }
 
-const QLStringTable& Table() {
-    static const QLStringTable table = ThreeEntries();
+const Table& Kept() {
+    static const Table table = ThreeEntries();
     return table;
 }
 
-std::wstring Joined(const QLStringTable& table) {
+std::wstring Joined(const Table& table) {
     RWWString text;
     table.AppendToString(text);
     return text.str();
 }
 
-Row ChangesTable(const char* what, void (*change)(QLStringTable&)) {
-    return Changes<QLStringTable, std::wstring>(what, ThreeEntries, change, Joined);
+Row ChangesTable(const char* what, void (*change)(Table&)) {
+    return Changes<Table, std::wstring>(what, ThreeEntries, change, Joined);
 }
 
-Row Builds(const char* what, std::size_t former, void (*change)(CSpeedStr&), bool takesEffect = true) {
+Row Builds(const char* what, std::size_t former, void (*change)(CSpeedStr&)) {
     return {what, [=](Attempt& attempt) {
                 const std::wstring text(former, L'a');
                 CSpeedStr builder;
                 builder += text;
                 attempt([&] { change(builder); });
-                EXPECT_EQ(takesEffect && !attempt.HasFailed(), builder.ToString() != text);
+                EXPECT_EQ(!attempt.HasFailed(), builder.ToString() != text);
                 builder += L'!';
                 EXPECT_EQ(L'!', builder[builder.length() - 1]);
             }};
@@ -99,17 +101,17 @@ Row Builds(const char* what, std::size_t former, void (*change)(CSpeedStr&), boo
 void SaveTable(Attempt& attempt) {
     std::stringbuf buffer;
     RWBufferOstream stream(buffer);
-    attempt([&] { Table().saveOn(stream); });
+    attempt([&] { Kept().saveOn(stream); });
     EXPECT_NE(attempt.HasFailed(), stream.good());
-    if (stream.good()) EXPECT_EQ(Table().binaryStoreSize(), buffer.str().size());
+    if (stream.good()) EXPECT_EQ(Kept().binaryStoreSize(), buffer.str().size());
 }
 
 void RestoreTable(Attempt& attempt) {
     std::stringbuf buffer;
     RWBufferOstream out(buffer);
-    Table().saveOn(out);
+    Kept().saveOn(out);
     RWBufferIstream stream(buffer);
-    QLStringTable table;
+    Table table;
     attempt([&] { table.restoreFrom(stream); });
     EXPECT_NE(attempt.HasFailed(), stream.good());
     for (unsigned i = 0; i < table.NumEntries(); ++i) EXPECT_EQ(kText, table(static_cast<int>(i)));
@@ -175,52 +177,39 @@ std::vector<Row> TextCalls() {
         Builds("CSpeedStr moves to the heap", 500, [](CSpeedStr& text) { text += kText; }),
         Builds("CSpeedStr grows", 1000, [](CSpeedStr& text) { text += kBeyondTheBuilder; }),
         Builds("CSpeedStr takes a text in front", 500, [](CSpeedStr& text) { text.prepend(kText); }),
-        Builds(
-            "CSpeedStr is asked for more than there can be", 5,
-            [](CSpeedStr& text) { text.append(L"x", 0xFFFFFFFF); }, false),
-        Answers("CSpeedStr::ToString",
-                [] {
-                    CSpeedStr builder;
-                    builder += kText.view().substr(0, 30);
-                    return builder.ToString();
-                }),
+        Answers("CSpeedStr::ToString", [] { return (CSpeedStr() += kText).ToString(); }),
         {"TokenString::Next", NextToken},
         Calls("TokenString is made",
               [] { TokenString(kText, kText).NewDelims(L"\u4e00\u4e01\u4e02\u4e03\u4e04"); }),
-        ChangesTable("AppendString", [](QLStringTable& table) { table.AppendString(kText); }),
-        ChangesTable("PrependString", [](QLStringTable& table) { table.PrependString(kText); }),
-        ChangesTable("InsertString far beyond the end",
-                     [](QLStringTable& table) { table.InsertString(kText, 40); }),
-        ChangesTable("QLStringTable is assigned", [](QLStringTable& table) { table = QLStringTable(table); }),
-        Calls("QLStringTable is copied", [] { QLStringTable(Table()).NumEntries(); }),
+        ChangesTable("AppendString", [](Table& table) { table.AppendString(kText); }),
+        ChangesTable("PrependString", [](Table& table) { table.PrependString(kText); }),
+        ChangesTable("InsertString far beyond the end", [](Table& table) { table.InsertString(kText, 40); }),
+        ChangesTable("QLStringTable is assigned", [](Table& table) { table = Table(table); }),
+        Calls("QLStringTable is copied", [] { Table(Kept()).NumEntries(); }),
         {"QLStringTable grows by a bracket",
          [](Attempt& attempt) {
-             const QLStringTable table = ThreeEntries();
+             const Table table = ThreeEntries();
              attempt([&] { table[30] = L"x"; });
              EXPECT_EQ(kText, table(2));
          }},
-        Answers("QLStringTable::operator()", [] { return Table()(1); }),
+        Answers("QLStringTable::operator()", [] { return Kept()(1); }),
         {"QLStringTable::saveOn", SaveTable},
         {"QLStringTable::restoreFrom", RestoreTable},
         {"RWOrdered and RWHashDictionary take items", Collect},
         Copies<RWOrdered>("RWOrdered is copied"),
         Copies<RWHashDictionary>("RWHashDictionary is copied"),
         Copies<RWCollectableString>("RWCollectableString is copied"),
-        ChangesName("SetPathAndFileName", [](QLCmdLine& name) { name.SetPathAndFileName(kName); }),
-        ChangesName("SetPath",
-                    [](QLCmdLine& name) { name.SetPath(L"\\\\another server of some length\\share"); }),
-        ChangesName("SetFileName", [](QLCmdLine& name) { name.SetFileName(kText); }),
-        ChangesName("SetExtension", [](QLCmdLine& name) { name.SetExtension(kText); }),
-        ChangesName("PrependPath",
-                    [](QLCmdLine& name) { name.PrependPath(L"C:\\some\\path\\of\\some\\length"); }),
-        ChangesName("ToUpper", [](QLCmdLine& name) { name.ToUpper(); }),
-        ChangesName("ToLower", [](QLCmdLine& name) { name.ToLower(); }),
-        ChangesName("SetCmdLine",
-                    [](QLCmdLine& line) { line.SetCmdLine(L"\"C:\\a long name.of\" /and-long-switches"); }),
-        ChangesName("SetSwitches", [](QLCmdLine& line) { line.SetSwitches(kText); }),
-        ChangesName("AppendSwitches", [](QLCmdLine& line) { line.AppendSwitches(kText); }),
-        ChangesName("QLCmdLine is assigned",
-                    [](QLCmdLine& line) { line = QLCmdLine(L"C:\\dir", L"a name", L"ext", kText); }),
+        ChangesName("SetPathAndFileName", [](Line& line) { line.SetPathAndFileName(kName); }),
+        ChangesName("SetPath", [](Line& line) { line.SetPath(L"\\\\another server of some length\\share"); }),
+        ChangesName("SetFileName", [](Line& line) { line.SetFileName(kText); }),
+        ChangesName("SetExtension", [](Line& line) { line.SetExtension(kText); }),
+        ChangesName("PrependPath", [](Line& line) { line.PrependPath(L"C:\\some\\path\\of\\length"); }),
+        ChangesName("ToUpper", [](Line& line) { line.ToUpper(); }),
+        ChangesName("ToLower", [](Line& line) { line.ToLower(); }),
+        ChangesName("SetCmdLine", [](Line& line) { line.SetCmdLine(L"\"C:\\a long name\" /and-switches"); }),
+        ChangesName("SetSwitches", [](Line& line) { line.SetSwitches(kText); }),
+        ChangesName("AppendSwitches", [](Line& line) { line.AppendSwitches(kText); }),
+        ChangesName("it is assigned", [](Line& line) { line = Line(L"C:\\dir", L"a name", L"ext", kText); }),
         {"SubstPathPlaceholders",
          [](Attempt& attempt) {
              const RWWString former(L"a %REFERENCE_TO_NOTHING% and more");
@@ -228,19 +217,17 @@ std::vector<Row> TextCalls() {
              attempt([&] { QLFileName::SubstPathPlaceholders(text); });
              EXPECT_EQ(former, text);
          }},
-        Answers("GetCmdLine", [] { return QLCmdLine(kName, L"a /x", L"ext", kText).GetCmdLine(); }),
+        Answers("GetCmdLine", [] { return Line(kName, L"a /x", L"ext", kText).GetCmdLine(); }),
         Answers("GetPath", [] { return QLFileName(kName).GetPath(); }),
         Answers("GetRoot", [] { return QLFileName(kName).GetRoot(); }),
         Answers("GetFileName", [] { return QLFileName(kName).GetFileName(); }),
         Answers("GetTail", [] { return QLFileName(kName).GetTail(); }),
-        {"GetExtension",
-         [](Attempt& attempt) {
-             const QLFileName name(kName);
-             RWWString extension;
-             int isThere = 0;
-             attempt([&] { isThere = name.GetExtension(extension); });
-             EXPECT_EQ(extension, isThere ? L".extension" : L"");
-         }},
+        Answers("GetExtension",
+                [] {
+                    RWWString extension;
+                    QLFileName(kName).GetExtension(extension);
+                    return extension;
+                }),
         Calls("GetDocumentType", [] { GetDocumentType(L"C:\\a path of some length\\a.longextension"); }),
     };
 }

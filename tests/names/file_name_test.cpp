@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "platform/win32.h"
 
 namespace {
@@ -24,17 +22,14 @@ std::wstring Parts(const QLFileName& name) {
 constexpr const wchar_t* kParsed[][3] = {
     // local names
     {LR"(C:/a\b/c.d)", LR"(file|C:/|a\b|c|.d||//)"},
-    {LR"(\a\b)", LR"(file||a|b|-||\\)"},
     {L"/", L"file||||-||/0"},
     {LR"(a\\b)", LR"(file||a\|b|-||0\)"},
     {L"C:", L"file|C:|||-||00"},
     {L"C:file.txt", L"file|C:||file|.txt||00"},
-    {LR"(C:a\b)", LR"(file|C:|a|b|-||0\)"},
     {LR"(C:\a:b)", LR"(file|C:\||a:b|-||\0)"},
     {L"C:x:y", LR"(file|C:|x:y||-||0\)", LR"(C:x:y\)"},
     {L":", LR"(file||:||-||0\)", LR"(:\)"},
     {L"::x", L"file|::||x|-||00"},
-    {LR"(::ODMA\)", LR"(file|::|ODMA||-||0\)"},
     // names without a path
     {L"a.", L"|||a|.||00"},
     {L".profile", L"||||.profile||00"},
@@ -51,7 +46,6 @@ constexpr const wchar_t* kParsed[][3] = {
     {LR"(\\srv\a:\x)", LR"(file|\\srv\|a:\x||-||\\)", LR"(\\srv\a:\x\)"},
     // URLs
     {L"FTP://srv/a/b/f.htm?x=1#top", L"ftp|srv/|a/b|f|.htm|?x=1#top|//R", L"ftp://srv/a/b/f.htm"},
-    {L"https://srv", L"https|srv|||-||00R"},
     {L"https://srv/", L"https|srv/|||-||/0R"},
     {L"http:srv", L"http|srv|||-||00R", L"http://srv"},
     {L"http:/srv/x", L"http|srv/||x|-||/0R", L"http://srv/x"},
@@ -59,7 +53,6 @@ constexpr const wchar_t* kParsed[][3] = {
     {L"http:", L"http||||-||00R", L"http://"},
     {L"file:///C:/x", LR"(file||C:/x||-||/\R)", LR"(/C:/x\)"},
     {L"x y:z/w", L"x y|z/||w|-||/0R", L"x y://z/w"},
-    {L"xy://z/w", L"xy|z/||w|-||/0R"},
     {L"C://x", L"file|C:/||x|-||//"},
     {L"MAILTO:a.b", L"mailto|a.b|||-||00R", L"mailto:a.b"},
     {L"news:a/b", L"news|a/||b|-||00R", L"news:a/"},
@@ -88,28 +81,21 @@ TEST(FileName, SplitsATextAndComposesItAgain) {
 
 TEST(FileName, TakesEveryWideTextUpToItsFirstZeroUnit) {
     const std::wstring standard(L"C:\\d\\a.txt\0.exe", 16);
-    const RWWString text = standard;
-    const std::wstring expected = Parts(standard.c_str());
-    EXPECT_EQ(expected, Parts(text));
-    EXPECT_EQ(expected, Parts(standard));
-    EXPECT_EQ(expected, Parts(std::wstring_view(standard)));
     QLFileName name;
-    name.SetPathAndFileName(text);
-    EXPECT_EQ(expected, Parts(name));
+    name.SetPathAndFileName(RWWString(standard));
+    for (const QLFileName& other : {QLFileName(standard), QLFileName(std::wstring_view(standard)), name})
+        EXPECT_EQ(LR"(file|C:\|d|a|.txt||\\)", Parts(other));
     EXPECT_EQ(LR"(file|C:\|a|b.c|.d||\\)", Parts({std::wstring(L"C:\\a\0e", 6),
                                                   std::wstring_view(L"b.c\0e", 5), RWWString(L".d \0e", 5)}));
     EXPECT_EQ(RWWString(L"a."), QLFileName(nullptr, L"a", nullptr).GetPathAndFileName());
 }
 
 TEST(FileName, IsNullWhenNothingIsLeftOfTheText) {
-    for (const wchar_t* text :
-         {static_cast<const wchar_t*>(nullptr), L"", L"  ", L"\"", L"\"\"", L" \" \" "}) {
+    for (const wchar_t* text : {static_cast<const wchar_t*>(nullptr), L"  ", L"\"", L"\"\"", L" \" \" "}) {
         QLFileName name(L"http://srv/a.b?c");
         name.SetPathAndFileName(text);
         EXPECT_TRUE(name.IsNull());
         EXPECT_EQ(L"||||-||/0", Parts(name)) << "the former separators stay";
-        name.Reset();
-        EXPECT_EQ(Parts(QLFileName()), Parts(name));
         name.SetPath(text);
         EXPECT_FALSE(name.IsNull());
     }
@@ -118,11 +104,10 @@ TEST(FileName, IsNullWhenNothingIsLeftOfTheText) {
 TEST(FileName, KeepsFieldsOnCopyButTextOnlyOnAssignment) {
     const QLFileName ftp(L"ftp://srv/f?x");
     QLFileName copy(ftp), assigned;
-    EXPECT_EQ(L"ftp|srv/||f|-|?x|/0R", Parts(copy));
     copy.SetFileName(L"g");
+    EXPECT_EQ(L"ftp|srv/||g|-|?x|/0R", Parts(copy));
     EXPECT_EQ(L"ftp|srv/||f|-|?x|/0R", Parts(ftp));
     assigned = ftp;
-    EXPECT_EQ(L"ftp|srv/||f|-||/0R", Parts(assigned));
     assigned = *&assigned;
     EXPECT_EQ(L"ftp|srv/||f|-||/0R", Parts(assigned));
 }
@@ -146,9 +131,8 @@ TEST(FileName, PrependsAPathInPlaceOfTheRoot) {
         {L"sub\\a.txt", L"D:\\Work", L"D:\\Work\\sub\\a.txt"},
         {L"/sub/a", L"w", L"w/sub\\a"},
         {L"C:\\sub\\a", L"\\\\srv\\s\\", L"\\\\srv\\s\\sub\\a"},
-        {L"C:\\sub\\a", L"", L"sub\\a"},
         {L"a.b", L"http://srv/", L"http://srv/a.b"},
-        {L"sub\\a", nullptr, L"sub\\a"},
+        {L"C:\\sub\\a", nullptr, L"sub\\a"},
     };
     for (const auto& [text, prefix, composed] : rows) {
         QLFileName name(text);
@@ -159,20 +143,6 @@ TEST(FileName, PrependsAPathInPlaceOfTheRoot) {
     bare.SetPathAndFileName(L"x");
     bare.PrependPath(L"p");
     EXPECT_EQ(RWWString(L"p/x"), bare.GetPathAndFileName()) << "joined by the former name's separator";
-}
-
-TEST(FileName, SetRootTakesTheSeparatorThatEndsIt) {
-    struct Opened : QLFileName {
-        using QLFileName::SetRoot;
-    };
-    const wchar_t* const rows[][2] = {
-        {L"D:/", L"file|D:/|||-||/0"}, {L"D:", L"file|D:\\|||-||\\0"}, {L"", L"file||||-||00"}};
-    for (const auto& [root, parts] : rows) {
-        Opened name;
-        name.SetPathAndFileName(L"C:\\");
-        name.SetRoot(root);
-        EXPECT_EQ(parts, Parts(name));
-    }
 }
 
 TEST(FileName, ComparesPartByPartIgnoringCase) {

@@ -3,7 +3,6 @@
 #include <deque>
 #include <memory>
 #include <sstream>
-#include <string>
 #include <typeinfo>
 
 #include "rw/date.h"
@@ -54,12 +53,6 @@ bool Restore(RWCollectable& value, const std::string& bytes) {
     return stream.good();
 }
 
-// Takes four bytes and no more.
-struct NarrowBuffer : std::streambuf {
-    NarrowBuffer() { setp(taken, taken + sizeof taken); }
-    char taken[4] = {};
-};
-
 }  // namespace
 
 TEST(Ordered, KeepsTheOrderOfItsInsertionsAndRefusesNullAndIndexesPastTheEnd) {
@@ -73,9 +66,8 @@ TEST(Ordered, KeepsTheOrderOfItsInsertionsAndRefusesNullAndIndexesPastTheEnd) {
     EXPECT_EQ(&c, items.insertAt(1, &c));
     EXPECT_EQ(&a, items.prepend(&a));
     EXPECT_EQ("a|b|c|d|", Joined(items));
-    EXPECT_EQ(&b, items.removeAt(1));
-    EXPECT_EQ(&d, items.removeAt(2));
-    EXPECT_EQ("a|c|", Joined(items));
+    for (RWCollectable* second : {&b, &c, &d}) EXPECT_EQ(second, items.removeAt(1));
+    EXPECT_EQ("a|", Joined(items));
     items.clear();
     EXPECT_EQ(0u, items.entries());
 }
@@ -88,16 +80,14 @@ TEST(HashDictionary, FindsByEqualityAmongKeysOfOneHash) {
         values.emplace_back(i);
         EXPECT_EQ(&keys[i], dictionary.insertKeyAndValue(&keys[i], &values[i]));
     }
-    Counted known(42), unknown(100);
+    Counted known(42);
     EXPECT_EQ(nullptr, dictionary.insertKeyAndValue(&known, &known));
     EXPECT_EQ(&values[42], dictionary.findValue(&known));
-    EXPECT_EQ(nullptr, dictionary.findValue(&unknown));
 
     RWCollectable* value = nullptr;
     EXPECT_EQ(&keys[42], dictionary.removeKeyAndValue(&known, value));
     EXPECT_EQ(&values[42], value);
-    const Counted* const kAbsent[] = {&known, nullptr};
-    for (const Counted* absent : kAbsent) {
+    for (const Counted* absent : {&known, static_cast<Counted*>(nullptr)}) {
         value = &known;
         EXPECT_EQ(nullptr, dictionary.findValue(absent));
         EXPECT_EQ(nullptr, dictionary.removeKeyAndValue(absent, value));
@@ -115,17 +105,17 @@ TEST(Collections, DestroyTheirItemsOnlyWhenAsked) {
         items.append(new Counted(i));
         dictionary.insertKeyAndValue(new Counted(i), new Counted(i));
     }
+    const std::unique_ptr<RWCollectable> copies[] = {std::unique_ptr<RWCollectable>(items.copy()),
+                                                     std::unique_ptr<RWCollectable>(dictionary.copy())};
     const std::unique_ptr<RWCollectable> removed(items.removeAt(1));
-    const std::unique_ptr<RWCollectable> copy(items.copy());
-    EXPECT_EQ(3u,
-              static_cast<RWHashDictionary&>(*std::unique_ptr<RWCollectable>(dictionary.copy())).entries());
     EXPECT_EQ(9, Counted::living);
     items.clearAndDestroy();
     dictionary.clearAndDestroy();
     EXPECT_EQ(1, Counted::living);
     EXPECT_EQ(0u, items.entries());
-    EXPECT_EQ(2u, static_cast<RWOrdered&>(*copy).entries());
     EXPECT_EQ(dictionary.end(), dictionary.begin());
+    EXPECT_EQ(3u, static_cast<RWOrdered&>(*copies[0]).entries());
+    EXPECT_EQ(3u, static_cast<RWHashDictionary&>(*copies[1]).entries());
 }
 
 // Texts by content, collections by their items, all else by identity.
@@ -174,8 +164,7 @@ TEST(VirtualStreams, CarryValuesAsLittleEndianBytes) {
     RWBufferOstream out(buffer);
     out << std::uint32_t{0xfffefdfc} << 0.5;
     RWDate(29, 2, 2000).saveOn(out);
-    out.put("", 0);
-    EXPECT_TRUE(out.good());
+    EXPECT_TRUE(out.put("", 0).good());
     EXPECT_EQ("\xfc\xfd\xfe\xff\0\0\0\0\0\0\xe0\x3f\x94\x68\x25\0"s, buffer.str());
 
     RWBufferIstream in(buffer);
@@ -192,48 +181,32 @@ TEST(VirtualStreams, CarryValuesAsLittleEndianBytes) {
 }
 
 TEST(VirtualStreams, StayBadOnceAGetOrPutHasFailed) {
-    std::stringbuf buffer("abc"s);
+    std::stringbuf buffer("abc"s), full("abc"s, std::ios::in);
     RWBufferIstream in(buffer);
     std::uint32_t value = 0;
     EXPECT_FALSE((in >> value).good());
-    value = 0;
+    value = 7;
     buffer.str("abcd");
     EXPECT_FALSE((in >> value).good());
-    EXPECT_EQ(0u, value);
-
-    NarrowBuffer narrow;
-    RWBufferOstream out(narrow);
-    EXPECT_TRUE((out << std::uint32_t{1}).good());
+    EXPECT_EQ(7u, value);
+    RWBufferOstream out(full);
     EXPECT_FALSE((out << 2.0).good());
     EXPECT_FALSE(out.put("", 0).good());
-    EXPECT_EQ('\1', narrow.taken[0]);
 }
 
-TEST(CollectableString, KeepsItsContentWhenTheBytesEndTooEarly) {
+TEST(Collectables, KeepWhatTheyHaveAndTheWholeItemsOfMalformedBytes) {
     RWCollectableString text("kept");
     for (const std::string& bytes : {""s, "\1\0\0"s, "\1\0\0\0"s, "\4\0\0\0abc"s, "\xff\xff\xff\xff..."s}) {
         EXPECT_FALSE(Restore(text, bytes));
         EXPECT_EQ("kept", text.str());
+        OwningOrdered items;
+        items.append(new RWCollectableString("a"));
+        EXPECT_FALSE(Restore(items, bytes.empty() ? bytes : "\3\0\0\0\1\0\0\0b\0\0\0\0"s + bytes));
+        EXPECT_EQ(bytes.empty() ? "a|" : "a|b||", Joined(items)) << testing::PrintToString(bytes);
+        EXPECT_FALSE(Restore(items, "\xff\xff\xff\xff\0\0\0\0"s)) << "a count that no file could hold";
     }
     EXPECT_TRUE(Restore(text, "\0\0\0\0left"s));
     EXPECT_TRUE(text.isNull());
-}
-
-TEST(Ordered, KeepsItsItemsAndTheWholeOnesOfMalformedBytes) {
-    const std::pair<std::string, std::string> cases[] = {
-        {""s, ""s},
-        {"\1\0\0\0"s, ""s},
-        {"\2\0\0\0\1\0\0\0b\1\0\0"s, "b|"s},
-        {"\2\0\0\0\1\0\0\0b\2\0\0\0\0"s, "b|"s},
-        {"\xff\xff\xff\xff\0\0\0\0\0\0\0\0"s, "||"s},
-        {"\1\0\0\0\xff\xff\xff\xff"s + "a"s, ""s},
-    };
-    for (const auto& [bytes, added] : cases) {
-        OwningOrdered items;
-        items.append(new RWCollectableString("a"));
-        EXPECT_FALSE(Restore(items, bytes)) << testing::PrintToString(bytes);
-        EXPECT_EQ("a|" + added, Joined(items)) << testing::PrintToString(bytes);
-    }
 }
 
 TEST(Ordered, GoesThroughAFileAndBackAsCountedTexts) {

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 #include "tests/support/test_folder.h"
 
 using namespace std::string_literals;
@@ -48,13 +46,12 @@ TEST_F(File, IsBinaryInEveryModeAndDoesWhatTheModeAllowsAlone) {
 TEST_F(File, ReadsAndWritesInAnyOrder) {
     {
         RWFile file(path_.c_str(), L"w+b");
-        EXPECT_TRUE(file.Write(std::uint32_t{0x01020304}));
-        EXPECT_TRUE(file.Write("\2\0\0\0\3\0\0\0", 8));
-        EXPECT_TRUE(file.Write(-2.0));
+        EXPECT_TRUE(file.Write("\4\3\2\1\2\0\0\0", 8));
         EXPECT_TRUE(file.SeekTo(4));
         EXPECT_TRUE(file.Read(value_));
         EXPECT_EQ(2u, value_);
         EXPECT_TRUE(file.Write(std::uint32_t{7}));
+        EXPECT_TRUE(file.Write(-2.0));
     }
     EXPECT_EQ("\4\3\2\1\2\0\0\0\7\0\0\0\0\0\0\0\0\0\0\xc0"s, BytesOf(path_));
     RWFile file(path_.c_str());

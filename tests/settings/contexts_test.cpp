@@ -33,43 +33,38 @@ TEST(ThreadSlots, AnswerFailureUnlessInitialised) {
     TlsmUninitializeThread();
 }
 
-class Slots : public testing::Test {
-  protected:
-    Slots() { EXPECT_TRUE(TlsmInitialize()); }
-    ~Slots() override {
-        TlsmFree(0);
-        EXPECT_TRUE(TlsmUninitialize());
-    }
-};
-
-TEST_F(Slots, AreSixtyFourAndBeginAgainAtZeroOnceAnyIsFreed) {
-    EXPECT_FALSE(TlsmInitialize());
+TEST(ThreadSlots, AreSixtyFourAndBeginAgainAtZeroOnceAnyIsFreed) {
+    for (const bool isFirst : {true, false}) EXPECT_EQ(isFirst, TlsmInitialize());
     for (unsigned long slot = 0; slot < 64; ++slot) EXPECT_EQ(slot, TlsmAlloc());
     EXPECT_FALSE(TlsmFree(64));
     EXPECT_EQ(kTlsmNoSlot, TlsmAlloc());
     EXPECT_TRUE(TlsmFree(63));
     EXPECT_EQ(0u, TlsmAlloc());
-    TlsmUninitialize();
-    TlsmInitialize();
+    EXPECT_TRUE(TlsmUninitialize());
+    EXPECT_TRUE(TlsmInitialize());
     EXPECT_EQ(1u, TlsmAlloc()) << "only TlsmFree lowers the count";
+    EXPECT_TRUE(TlsmFree(0));
+    EXPECT_TRUE(TlsmUninitialize());
 }
 
-TEST_F(Slots, EachThreadHasItsOwnValues) {
+TEST(ThreadSlots, HoldEachThreadsOwnValues) {
     int here = 0;
+    EXPECT_TRUE(TlsmInitialize());
     EXPECT_EQ((Answers{false, true, true, false}),
               (Answers{TlsmSetValue(5, &here), TlsmInitializeThread(), TlsmSetValue(5, &here),
                        TlsmSetValue(64, &here)}));
     EXPECT_EQ(nullptr, TlsmGetValue(64));
-    std::thread([] {
+    OnThreads(1, [](int) {
         EXPECT_EQ((Answers{false, true}), (Answers{TlsmIsThreadInitialized(), TlsmInitializeThread()}));
         EXPECT_EQ(nullptr, TlsmGetValue(5));
         TlsmUninitializeThread();
-    }).join();
+    });
     EXPECT_EQ(&here, TlsmGetValue(5));
     EXPECT_TRUE(TlsmInitializeThread());
     EXPECT_EQ(nullptr, TlsmGetValue(5)) << "initialised once more";
     TlsmUninitializeThread();
     EXPECT_FALSE(TlsmIsThreadInitialized());
+    EXPECT_TRUE(TlsmUninitialize());
 }
 
 TEST(ContextsWithoutStores, AnswerFailure) {
@@ -89,15 +84,12 @@ TEST(ContextsWithoutStores, AnswerFailure) {
     Settings::Uninitialize();
 }
 
-TEST(ContextsWithoutStores, StartOnceAndKeepTheirStoreWhenTheSlotComesLater) {
+TEST(ContextsWithoutStores, KeepTheirStoreWhenTheSlotComesLater) {
     EXPECT_FALSE(Settings::Initialize()) << "no thread slot";
     Settings* const global = GlobalStore();
-    ASSERT_NE(nullptr, global);
     EXPECT_TRUE(TlsmInitialize());
-    for (const bool isFirst : {true, false}) {
-        EXPECT_EQ(isFirst, Settings::Initialize());
-        EXPECT_EQ(global, GlobalStore());
-    }
+    for (const bool isFirst : {true, false}) EXPECT_EQ(isFirst, Settings::Initialize());
+    EXPECT_EQ(global, GlobalStore());
     Settings::Uninitialize();
     EXPECT_TRUE(TlsmUninitialize());
 }

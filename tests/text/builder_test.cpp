@@ -2,8 +2,6 @@
 
 #include "text/speed_str.h"
 
-namespace {
-
 TEST(SpeedStr, TakesEveryKindOfPart) {
     CSpeedStr part, builder;
     part += L"three";
@@ -15,5 +13,3 @@ TEST(SpeedStr, TakesEveryKindOfPart) {
     builder.Clear();
     EXPECT_TRUE(builder.isNull());
 }
-
-}  // namespace

@@ -2,8 +2,6 @@
 
 #include "text/characters.h"
 
-namespace {
-
 TEST(Characters, CompareIgnoringCaseByUpperCasedUnits) {
     const struct {
         std::wstring a, b;
@@ -44,5 +42,3 @@ TEST(Characters, ClassesAndCaseComeFromFixedTables) {
     ql::MakeLower(text);
     EXPECT_EQ(text, std::wstring(L"i\0\u00df\u00ff\xde00", 5));
 }
-
-}  // namespace

@@ -2,8 +2,6 @@
 
 #include "text/token_string.h"
 
-namespace {
-
 TEST(TokenString, SplitsAndStaysAtTheEnd) {
     EXPECT_EQ(L"", TokenString(nullptr, nullptr).Next());
     TokenString text(L"x \"a b\"\"c\"d\" \"\" \"", L" ");
@@ -32,5 +30,3 @@ TEST(TokenString, CountsUnitsAndReadsNoFurtherThanItsText) {
     text.append(L"cd");
     EXPECT_EQ(text.Next(), L"c") << "longer than at construction";
 }
-
-}  // namespace

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 TEST(Unicode, EveryCharacterComesBackFromBothForms) {
     std::wstring all;
     std::size_t bytes = 0;
@@ -35,5 +33,3 @@ TEST(Unicode, BytesThatAreNoUtf8AreRefused) {
         EXPECT_EQ(std::nullopt, ql::FromUtf8("ok" + std::string(bytes))) << testing::PrintToString(bytes);
     }
 }
-
-}  // namespace
