@@ -20,9 +20,8 @@ inline std::wstring List(const wchar_t* name, const QLStringTable& list) {
 template <class Parser, class Rows>
 std::wstring Texts(const Parser& parser, const Rows& rows) {
     std::wstring told;
-    for (const auto& [key, get] : rows) {
+    for (const auto& [key, get] : rows)
         if (const wchar_t* const text = (parser.*get)()) told += std::wstring(L" ") + key + L"=" + text;
-    }
     return told;
 }
 

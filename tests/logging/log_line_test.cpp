@@ -80,10 +80,7 @@ TEST(LogLine, HoldsPlaceAndTextsOfEveryKindInTheirOrder) {
 TEST(LogLine, FinishedTwiceRepeatsItsText) {
     const Calls lines = LinesOf([] {
         QLLoggerLevelInserter line(QLLOG_INFO, nullptr, 1);
-        LogMessageFinish finish;
-        line << finish;
-        line << L"one" << finish;
-        line << L"two" << finish;
+        for (const wchar_t* text : {L"", L"one", L"two"}) line << text << LogMessageFinish();
         line << L"never finished";
     });
     EXPECT_EQ((Calls{L"[:1]-one", L"[:1]-onetwo"}), lines);

@@ -12,28 +12,23 @@
 
 namespace {
 
-class OnWrite : public Recorder {
-  public:
-    explicit OnWrite(void (*action)()) : action_(action) {}
+struct OnWrite : Recorder {
+    explicit OnWrite(void (*deed)()) : action(deed) {}
     void Write(QLLogLevel level, const wchar_t* text) override {
         Recorder::Write(level, text);
-        action_();
+        action();
     }
-
-  private:
-    void (*action_)();
+    void (*const action)();
 };
 
 // Holds the writer at the first line until it is opened.
-class Gate : public Recorder {
-  public:
+struct Gate : Recorder {
     void Write(QLLogLevel level, const wchar_t* text) override {
         isHeld = true;
         while (!isOpen) std::this_thread::yield();
         Recorder::Write(level, text);
     }
-    std::atomic<bool> isHeld = false;
-    std::atomic<bool> isOpen = false;
+    std::atomic<bool> isHeld = false, isOpen = false;
 };
 
 // Lines that wait for the writer.
@@ -116,8 +111,7 @@ TEST(Logger, AThrowingOutputCostsTheLaterOutputsThatLineAlone) {
                             QLLOG_INFO);
     EXPECT_EQ((Calls{L"4:1 line was lost: an output failed\n", L"4:second", L"close"}),
               CallsDuring(QLLOG_INFO, [] {
-                  QLLogger::PutMessage(QLLOG_INFO, L"first");
-                  QLLogger::PutMessage(QLLOG_INFO, L"second");
+                  for (const wchar_t* text : {L"first", L"second"}) QLLogger::PutMessage(QLLOG_INFO, text);
               }));
     EXPECT_EQ(before + 1, QLLogger::LostLines());
 }

@@ -32,32 +32,21 @@ void PutLines(int first, int end) {
     }
 }
 
-struct ExitsWhenDestroyed {
-    bool armed = false;
-    ~ExitsWhenDestroyed() {
-        if (!armed) return;
-        PutLines(kLines, 2 * kLines);
-        std::exit(kEnd);
-    }
-} g_exits;
-
 std::atomic<bool> g_allPut = false;
 
 // Does something odd at one line, when all are queued, and at its close.
-class OddOutput : public ILogOutput {
-  public:
+struct OddOutput : ILogOutput {
     using Deed = void (*)();
-    OddOutput(Deed amid, Deed atClose) : amid_(amid), atClose_(atClose) {}
+    OddOutput(Deed whenAmid, Deed whenClosed) : amid(whenAmid), atClose(whenClosed) {}
     void Write(QLLogLevel, const wchar_t* text) override {
         if (std::wcscmp(text, L"1000\n") != 0) return;
         while (!g_allPut) ::Sleep(1);
-        amid_();
+        amid();
     }
     void Flush() override {}
-    void Close() override { atClose_(); }
+    void Close() override { atClose(); }
 
-  private:
-    const Deed amid_, atClose_;
+    const Deed amid, atClose;
 };
 
 void Nothing() {}
@@ -128,16 +117,6 @@ void Spin() {
     for (volatile unsigned left = spins; left > 0;) left = left - 1;
 }
 
-// The end races with a close; FILE holds all lines whoever wins.
-int RaceWithAClose(const wchar_t* file) {
-    QLLogger::InitializeLog(file, QLLOG_INFO);
-    WaitUntilTheWriterRuns();
-    PutLines(0, kLines);
-    CloseBeside();
-    Spin();
-    ::ExitProcess(kEnd);
-}
-
 void OpenRollingLog(const wchar_t* file, int backups, int limit, QLLogLevel level = QLLOG_INFO) {
     QLLogger::InitializeLog(std::make_shared<RollingFileOutput>(file, L"child", L"", L"", backups, limit, 1u),
                             level);
@@ -205,10 +184,8 @@ int wmain(int argc, wchar_t** argv) {
     if (argc < 3) return 2;
     const std::wstring_view way = argv[1];
     const wchar_t* const file = argv[2];
-    for (const OddRow& row : kOddRows) {
+    for (const OddRow& row : kOddRows)
         if (row.way == way) return LogBesideAnOddOutput(row, file);
-    }
-    if (way == L"races") return RaceWithAClose(file);
     if (way == L"killed") return WriteUntilKilled(file);
     if (way == L"amid lines") return EndAmidLines(file);
     if (way == L"stopped") return EndWhileStopped(file, std::stoul(argv[3], nullptr, 16));
@@ -219,11 +196,16 @@ int wmain(int argc, wchar_t** argv) {
     QLLogger::InitializeLog(file, QLLOG_INFO);
     WaitUntilTheWriterRuns();
     if (way != L"early") PutLines(0, kLines);
+    if (way == L"races") {
+        CloseBeside();
+        Spin();
+        ::ExitProcess(kEnd);
+    }
     if (way == L"killed when idle") {
         ::Sleep(200);
         ::TerminateProcess(::GetCurrentProcess(), kEnd);
     }
     if (way == L"thread") std::thread(EndProcess).join();
-    g_exits.armed = way == L"static";
+    if (way == L"static") std::atexit([] { PutLines(kLines, 2 * kLines); });
     return kEnd;
 }

@@ -8,8 +8,7 @@
 #include "logging/logger.h"
 
 // What an output was asked, one text a call: "1:text", "flush", "close". Read it after CloseLogs.
-class Recorder : public ILogOutput {
-  public:
+struct Recorder : ILogOutput {
     void Write(QLLogLevel level, const wchar_t* text) override {
         calls.push_back(std::to_wstring(level) + L':' + text);
     }

@@ -28,19 +28,17 @@ TEST_F(File, IsInvalidWhenItCannotBeOpenedAndThenRefusesAll) {
 
 TEST_F(File, IsBinaryInEveryModeAndDoesWhatTheModeAllowsAlone) {
     const std::string bytes = "\r\n\n\x1a\r\xff\0end"s;
-    std::string read(bytes.size(), ' ');
-    for (const wchar_t* mode : {L"w", L"wb", L"wt"}) {
-        EXPECT_TRUE(RWFile(path_.c_str(), mode).Write(bytes.data(), bytes.size()));
+    for (const auto& [writing, reading] : {std::pair(L"w", L"r"), {L"wb", L"rb"}, {L"wt", L"rt"}}) {
+        std::string read(bytes.size(), ' ');
+        EXPECT_TRUE(RWFile(path_.c_str(), writing).Write(bytes.data(), bytes.size()));
         EXPECT_EQ(bytes, BytesOf(path_));
-    }
-    for (const wchar_t* mode : {L"r", L"rt", L"r+"}) {
-        EXPECT_TRUE(RWFile(path_.c_str(), mode).Read(read.data(), read.size()));
+        EXPECT_TRUE(RWFile(path_.c_str(), reading).Read(read.data(), read.size()));
         EXPECT_EQ(bytes, read);
+        EXPECT_FALSE(RWFile(path_.c_str(), reading).Write(value_));
+        EXPECT_EQ(bytes, BytesOf(path_));
+        EXPECT_FALSE(RWFile(path_.c_str(), writing).Read(value_));
+        EXPECT_EQ("", BytesOf(path_));
     }
-    EXPECT_FALSE(RWFile(path_.c_str(), L"rb").Write(value_));
-    EXPECT_EQ(bytes, BytesOf(path_));
-    EXPECT_FALSE(RWFile(path_.c_str(), L"wb").Read(value_));
-    EXPECT_EQ("", BytesOf(path_));
 }
 
 TEST_F(File, ReadsAndWritesInAnyOrder) {

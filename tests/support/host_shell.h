@@ -16,8 +16,7 @@ inline bool RunInHostShell(const std::wstring& folder, const std::wstring& comma
     // No handle comes back: the shell is no process of Wine's.
     StartProcess(L"\"Z:\\bin\\sh\" -c \"cd '" + std::wstring(place.begin(), place.end()) + L"' && " +
                  command + L"; touch 'host is done'\"");
-    for (int tries = 0; tries < 3000; ++tries, ::Sleep(10)) {
+    for (int tries = 0; tries < 3000; ++tries, ::Sleep(10))
         if (::DeleteFileW(done.c_str())) return true;
-    }
     return false;
 }

@@ -83,9 +83,8 @@ TEST(LetterCase, IsToldFromTheFirstLettersAndWordStarts) {
         {CASE_UPPER, {L"HELLO", L"HEllo world"}},
         {CASE_SPACED_CAPITALS, {L"S P Q", L"S P Q R"}},
     };
-    for (const auto& [type, texts] : cases) {
+    for (const auto& [type, texts] : cases)
         for (const wchar_t* text : texts) EXPECT_EQ(type, GetCase(RWWString(text))) << text;
-    }
 }
 
 TEST(LetterCase, Changes) {
@@ -105,9 +104,8 @@ TEST(LetterCase, Changes) {
         {L"hELLO", CASE_UNKNOWN, L"hELLO"},
         {L"hELLO", static_cast<CaseType>(99), L"hELLO"},
     };
-    for (const auto& [text, type, changed] : cases) {
+    for (const auto& [text, type, changed] : cases)
         EXPECT_EQ(changed, ChangeCase(RWWString(text), type).str()) << text << type;
-    }
 }
 
 TEST(ScriptName, EscapesAllButAsciiLettersAndDigitsAndMalformedEscapesStand) {

@@ -38,12 +38,10 @@ TEST(Number, ArithmeticIsThatOfDoublesWithoutSaturation) {
     EXPECT_TRUE(std::signbit((-Number(0)).GetDouble()));
     EXPECT_TRUE((largest * -10).IsNull()) << "-1e101 is null, however it came about";
     EXPECT_EQ(-1e101, *&Number::m_noNumber);
-    Number number = Number::m_minNumber;
-    EXPECT_TRUE(number.IsMin());
-    EXPECT_EQ(-1e100, number.GetDouble());
-    number.SetDouble(std::nextafter(1e100, 0));
-    EXPECT_FALSE(number.IsMax());
-    EXPECT_FALSE((-number).IsMin());
+    EXPECT_EQ(-1e100, *&Number::m_minNumber);
+    largest.SetDouble(std::nextafter(1e100, 0));
+    EXPECT_FALSE(largest.IsMax());
+    EXPECT_FALSE((-largest).IsMin());
 }
 
 TEST(Number, DivisionByZeroThrowsAFloatZeroAcrossTheLibraryEvenForNull) {
