@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cstdint>
-
 #include "files/full_path.h"
-#include "platform/message_box.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"
 #include "tests/cmdline/parser_state.h"
@@ -148,20 +145,5 @@ TEST(ServerSwitchParsers, ReadLinesAlike) {
     EXPECT_EQ(L"fileName=::ODMA\\7", StateOf(FillerCmdSwitchParser(QLCmdLine(L"::ODMA\\7 /"))));
     EXPECT_EQ(L"ignored=/x", StateOf(AutomatorCmdSwitchParser(QLCmdLine(L"/x"))));
 }
-
-#ifndef _WIN32  // the library keeps to itself what stands for the box
-TEST(SwitchParsers, CheckThemselves) {
-    static int boxes = 0;
-    ql::SetErrorBox([](const wchar_t*, const wchar_t*) { ++boxes; });
-    const Main parser(nullptr);
-    const FillerCmdSwitchParser server(nullptr);
-    for (const unsigned long lost : {0, 1}) {
-        parser.CheckThis(lost + static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(&parser)));
-        server.CheckThis(lost + static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(&server)));
-        EXPECT_EQ(2 * lost, static_cast<unsigned long>(boxes));
-    }
-    ql::SetErrorBox(nullptr);
-}
-#endif
 
 }  // namespace

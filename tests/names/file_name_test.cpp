@@ -101,13 +101,9 @@ TEST(FileName, IsNullWhenNothingIsLeftOfTheText) {
     }
 }
 
-TEST(FileName, KeepsFieldsOnCopyButTextOnlyOnAssignment) {
-    const QLFileName ftp(L"ftp://srv/f?x");
-    QLFileName copy(ftp), assigned;
-    copy.SetFileName(L"g");
-    EXPECT_EQ(L"ftp|srv/||g|-|?x|/0R", Parts(copy));
-    EXPECT_EQ(L"ftp|srv/||f|-|?x|/0R", Parts(ftp));
-    assigned = ftp;
+TEST(FileName, KeepsItsTextOnlyOnAssignment) {
+    QLFileName assigned;
+    assigned = QLFileName(L"ftp://srv/f?x");
     assigned = *&assigned;
     EXPECT_EQ(L"ftp|srv/||f|-||/0R", Parts(assigned));
 }

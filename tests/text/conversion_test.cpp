@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <utility>
-
 #include "platform/win32.h"
 #ifndef _WIN32
 #include "tests/native/ansi_page.h"
@@ -67,7 +65,6 @@ TEST(AnsiText, ReplacesWhatTheCodePageLacksAndWhatIsNoCharacter) {
 TEST(XmlCharRef, IsToldWithoutACursorOrAPlaceForItsValue) {
     const wchar_t* cursor = L"&#65;";
     EXPECT_TRUE(IsXmlCharEntityRefW(&cursor, nullptr));
-    EXPECT_STREQ(L"", cursor);
     EXPECT_FALSE(IsXmlCharEntityRefA(nullptr, nullptr));
     EXPECT_EQ(0, AnsiWithEntitiesCharLength(nullptr));
     EXPECT_EQ(8, AnsiWithEntitiesCharLength("a&#x41;&#&#6;&#6")) << "half references are plain text";
