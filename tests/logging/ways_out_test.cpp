@@ -12,11 +12,11 @@ namespace {
 constexpr DWORD kEnded = 5;  // what the children answer
 constexpr DWORD kPatience = 60'000;
 
-ql::UniqueKernelHandle Start(const wchar_t* program, std::wstring_view way, const std::wstring& file) {
+ql::UniqueKernelHandle Start(const wchar_t* program, const std::wstring& way, const std::wstring& file) {
     wchar_t own[MAX_PATH] = {};
     ::GetModuleFileNameW(nullptr, own, MAX_PATH);
     const std::wstring path = std::filesystem::path(own).replace_filename(program);
-    return StartProcess(L'"' + path + L"\" \"" + std::wstring(way) + L"\" \"" + file + L'"');
+    return StartProcess(L'"' + path + L"\" \"" + way + L"\" \"" + file + L'"');
 }
 
 DWORD ExitCode(const ql::UniqueKernelHandle& process) {
@@ -63,24 +63,24 @@ void ExpectCounted(const std::vector<int>& entries, std::size_t atLeast) {
 
 constexpr wchar_t kChild[] = L"logging_child.exe";
 struct Way {
-    std::wstring_view name;
+    std::wstring name;
     int rounds = 3;
     int lines = 20'000;
     const wchar_t* program = kChild;
 };
-constexpr Way kWays[] = {{L"return"},
-                         {L"thread"},
-                         {L"static", 3, 40'000},
-                         {L"early"},
-                         {L"killed when idle", 1},
-                         {L"exits first"},
-                         {L"exits last"},
-                         {L"exits in close first"},
-                         {L"closes slowly"},
-                         {L"closes slowly, alone"},
-                         {L"closes from within"},
-                         {L"races", 20},
-                         {L"frees the library", 5, 20'000, L"logging_loader.exe"}};
+const Way kWays[] = {{L"return"},
+                     {L"thread"},
+                     {L"static", 3, 40'000},
+                     {L"early"},
+                     {L"killed when idle", 1},
+                     {L"exits first"},
+                     {L"exits last"},
+                     {L"exits in close first"},
+                     {L"closes slowly"},
+                     {L"closes slowly, alone"},
+                     {L"closes from within"},
+                     {L"races", 20},
+                     {L"frees the library", 5, 20'000, L"logging_loader.exe"}};
 
 // More of them: QL_RACES=1000
 int Rounds(int usual) {
