@@ -42,19 +42,20 @@ std::wstring NestedDocument() {
 // What cannot be done so deep; null when all can.
 const char* FirstFailure() {
     if (!CutStack()) return "the stack is not small";
-    const std::wstring document = NestedDocument();
-    auto tree = JSON::Parse(document);
-    if (!tree || JSON::Serialize(tree.get()).str() != document) return "parsed and written";
-    const auto copy = tree->Clone();
-    tree.reset();
-    if (!copy || JSON::Serialize(copy.get()).str() != document) return "copied and destroyed";
-    tree = std::make_unique<JSON::Value>(JSON::Array);
+    if (JSON::Parse(std::wstring(kDepth, L'['))) return "refused unclosed";
+    auto tree = std::make_unique<JSON::Value>(JSON::Array);
     for (std::size_t i = 1; i < kDepth; ++i) {
         auto outer = std::make_unique<JSON::Value>(JSON::Array);
         if (!outer->AddElement(std::move(tree))) return "made by hand";
         tree = std::move(outer);
     }
-    return JSON::Parse(std::wstring(kDepth, L'[')) ? "refused unclosed" : nullptr;
+    tree.reset();
+    const std::wstring document = NestedDocument();
+    tree = JSON::Parse(document);
+    if (!tree || JSON::Serialize(tree.get()).str() != document) return "parsed and written";
+    const auto copy = tree->Clone();
+    tree.reset();
+    return copy && JSON::Serialize(copy.get()).str() == document ? nullptr : "copied and destroyed";
 }
 
 DWORD WINAPI Try(void* failure) {
