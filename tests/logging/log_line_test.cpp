@@ -57,7 +57,9 @@ TEST(LogLine, EndsWithItsStatementAndFindsItsPlaceItself) {
 
 TEST(LogLine, KeepsUpWithTheClock) {
     const Calls lines = CallsDuring(QLLOG_INFO, [] {
-        for (int line = 0; line < 2; ++line, ::Sleep(1100)) QLLogLine(QLLOG_INFO) << L"x";
+        QLLogLine(QLLOG_INFO) << L"x";
+        ::Sleep(1100);
+        QLLogLine(QLLOG_INFO) << L"x";
     });
     EXPECT_NE(lines[0].substr(0, lines[0].find(L']')), lines[1].substr(0, lines[1].find(L']')));
 }
