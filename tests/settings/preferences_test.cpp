@@ -34,12 +34,12 @@ TEST_F(Preferences, WhatIsWrittenIsStoredInItsFormAndReadWithoutTheRegistry) {
     WriteQLRegString(L"Sec", L"Text", L"xy");
     WriteQLRegInt(L"Sec", L"Int", -2);
     WriteQLRegBool(L"Sec", L"Bool", true);
-    WriteQLRegColor(L"Sec", L"Colour", 33023);
+    WriteQLRegColor(L"Sec", L"Colour", 0x30201);
     const auto* text = reinterpret_cast<const BYTE*>(L"xy");
     EXPECT_EQ((Stored{REG_SZ, {text, text + sizeof L"xy"}}), registry_.Get(L"Sec", L"Text"));
     ::RegDeleteTreeW(kUser, PrivateRegistry::Path(L"Sec").c_str());
-    EXPECT_EQ(33023u, GetQLRegColor(L"Sec", L"Colour", 0));
-    EXPECT_EQ(LR"({"Sec<-^->Bool":true,"Sec<-^->Colour":"255,128,0","Sec<-^->Int":-2,"Sec<-^->Text":"xy"})",
+    EXPECT_EQ(0x30201u, GetQLRegColor(L"Sec", L"Colour", 0));
+    EXPECT_EQ(LR"({"Sec<-^->Bool":true,"Sec<-^->Colour":"1,2,3","Sec<-^->Int":-2,"Sec<-^->Text":"xy"})",
               DocumentOf(*CQlsSettings::GetSettings(-1, false)));
 }
 
