@@ -56,9 +56,9 @@ TEST_F(Registry, ReadsTextOutOfAnyStoredBytes) {
 TEST_F(Registry, ReadsIntegersOfAtMostFourBytesOfAnyType) {
     const BYTE bytes[8] = {0x78, 0x56, 0x34, 0xf2, 0xff, 0xff, 0xff, 0xff};
     const unsigned values[] = {0, 0x78, 0x5678, 0x345678, 0xf2345678, 7, 7, 7, 7};
-    for (const DWORD type : {REG_DWORD, REG_SZ, REG_BINARY, REG_QWORD}) {
+    for (const int type : {REG_DWORD, REG_SZ, REG_BINARY, REG_QWORD}) {
         for (std::size_t count = 0; count <= sizeof bytes; ++count) {
-            PutUser(type, bytes, count);
+            PutUser(static_cast<DWORD>(type), bytes, count);
             unsigned value = 7;
             EXPECT_EQ(count <= 4, GetRegIntVal(kSection, kEntry, &value)) << type << " " << count;
             EXPECT_EQ(values[count], value) << type << " " << count;
