@@ -94,6 +94,7 @@ TEST_F(Preferences, TellWhichLayerAnswersAndLearnNothingByIt) {
     const std::pair<const wchar_t*, const wchar_t*> ofDefaults[] = {
         {QLIE_SCRIPT_EDITOR_FONT, L"*default:text Consolas:10; "},
         {L"template sequential b 6", L"*default:text 255,255,192; "},
+        {L"template nested 1", L"*default:text 0,128,0; "},
         {QLIE_SCRIPT_EDITOR_AUTO_INDENT, L"*default:bool True; "},
         {QLIE_SCRIPT_EDITOR_TAB_WIDTH, L"*default:int 3; "},
         {L"Ent", L"*default: ; "}};
