@@ -258,7 +258,7 @@ TEST(JsonValue, WalkVisitsMembersInKeyOrderEvenWhileOthersAreAdded) {
     EXPECT_EQ(2, document->FirstMember(key)->number());
     ASSERT_TRUE(document->AddMember(L"a", std::make_unique<Value>(0.0)));  // behind the walk
     ASSERT_TRUE(document->AddMember(L"c", std::make_unique<Value>(3.0)));  // before it
-    for (const double next : {3, 4}) EXPECT_EQ(next, document->NextMember(key)->number());
+    for (const double next : {3.0, 4.0}) EXPECT_EQ(next, document->NextMember(key)->number());
     EXPECT_EQ(nullptr, document->NextMember(key));
     for (const wchar_t* memberless : {L"{}", L"[1]"}) EXPECT_EQ(nullptr, Parse(memberless)->FirstMember(key));
     EXPECT_EQ(L"d", key.str()) << "left alone where there is none";
