@@ -268,7 +268,9 @@ int QL_ZIP_CALL Overlook(const ZIPMEMBER*, void*) {
 
 void RegisterMembers(std::size_t count) {
     const auto members = std::make_shared<ManyMembers>(count);
-    const std::string work = "zip_members_" + std::to_string(count);
+    const auto named = [count](const char* what) {
+        return "zip members, " + std::string(what) + '/' + std::to_string(count) + "/engine";
+    };
     const auto nothing = [] {};
     const auto ask = [members](std::int32_t function, std::int32_t index) {
         ZIPINFO info;
@@ -280,16 +282,16 @@ void RegisterMembers(std::size_t count) {
         command.lMemBlockSize = sizeof content;
         Check(ql::zip::RunUnzip(command) == ql::zip::Result::kOk, "the engine does not answer");
     };
-    Register(work + "/list_all", nothing, [members] {
+    Register(named("list all"), nothing, [members] {
         UNZIPCMDSTRUCT command = members->Command(UNZIP_COUNT_ALL);
         command.index = -1;
         Check(ql::zip::RunUnzipEach(command, Overlook, nullptr) == ql::zip::Result::kOk,
               "the engine does not list");
     });
-    Register(work + "/record_by_index", nothing, [ask] { ask(UNZIP_INDEXED, 50); });
-    Register(work + "/ask_for_one", nothing, [ask] { ask(UNZIP_COUNT_MATCHING, -1); });
-    Register(work + "/extract_one_to_memory", nothing, [ask] { ask(UNZIP_FILE_TO_MEMORY, -1); });
-    Register(work + "/change_comment", nothing, [members] {
+    Register(named("record by index"), nothing, [ask] { ask(UNZIP_INDEXED, 50); });
+    Register(named("ask for one"), nothing, [ask] { ask(UNZIP_COUNT_MATCHING, -1); });
+    Register(named("extract one"), nothing, [ask] { ask(UNZIP_FILE_TO_MEMORY, -1); });
+    Register(named("change comment"), nothing, [members] {
         ZIPCMDSTRUCT command{};
         command.zipStructSize = sizeof command;
         command.function = ZIP_ADD;
