@@ -21,8 +21,8 @@ ShownValue Show(const RegistryValue& value) {
     if (TextOfRegValue(value, text)) return {text, L"text"};
     if (int number = 0; NumberOfRegValue(value, number)) return {number, L"int"};
     constexpr std::size_t kShown = 32;
-    std::wstring bytes =
-        Hexadecimal({value.bytes.begin(), value.bytes.begin() + std::min(value.bytes.size(), kShown)});
+    const auto shown = static_cast<std::ptrdiff_t>(std::min(value.bytes.size(), kShown));
+    std::wstring bytes = Hexadecimal({value.bytes.begin(), value.bytes.begin() + shown});
     if (value.bytes.size() > kShown) bytes += L"...";
     return {RWWString(L"type " + std::to_wstring(value.type) + L", " + std::to_wstring(value.bytes.size()) +
                       L" bytes: " + bytes),
