@@ -19,8 +19,7 @@ if(NOT QL_NATIVE)
   target_link_libraries(ql_shipped INTERFACE ${guard})
 
   # Symbols for a host's debugger, which scripts/release puts beside the programs; and the same bytes whoever builds
-  # them, wherever and whenever.
-  # The last one goes first, and the build may lie within the sources.
+  # them, wherever and whenever. Of the maps the last is tried first, and the build may lie within the sources.
   set(release_options -g
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
   target_compile_options(ql_shipped INTERFACE -Wdate-time "$<$<CONFIG:Release>:${release_options}>")
