@@ -1,6 +1,7 @@
 // logging_child WAY FILE [OFFSET]: queues lines and ends in that way.
 #include <atomic>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <cwchar>
 #include <filesystem>
@@ -178,6 +179,50 @@ int EndWhileStopped(const wchar_t* file, unsigned long offset) {
     return kEnd;
 }
 
+using LockLoader = LONG(NTAPI)(ULONG flags, ULONG* state, ULONG_PTR* cookie);
+using UnlockLoader = LONG(NTAPI)(ULONG flags, ULONG_PTR cookie);
+
+template <class Function>
+Function* FromSystem(const char* name) {
+    const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(system, name)));
+}
+
+// Starts the log on two threads at once, one of which holds the lock under which the system loads libraries.
+void StartWhileALibraryLoads(const wchar_t* file) {
+    std::atomic<bool> runs = false, isLocked = false;
+    std::thread other([&] {
+        for (runs = true; !isLocked;) ::Sleep(1);
+        QLLogger::InitializeLog(file, QLLOG_INFO);
+    });
+    while (!runs) ::Sleep(1);
+    ULONG_PTR cookie = 0;
+    FromSystem<LockLoader>("LdrLockLoaderLock")(0, nullptr, &cookie);
+    isLocked = true;
+    ::Sleep(30);  // the other thread waits for the lock by then
+    QLLogger::InitializeLog(std::make_shared<OddOutput>(Nothing, Nothing), QLLOG_WARNING);
+    FromSystem<UnlockLoader>("LdrUnlockLoaderLock")(0, cookie);
+    other.join();
+}
+
+DWORD WINAPI EndAtOnce(void*) {
+    return 0;
+}
+
+// Leaves no addresses for a thread's stack: who closes writes the lines.
+int LogWithoutThreads(const wchar_t* file) {
+    constexpr std::size_t kSmallest = 1 << 19;
+    for (std::size_t size = SIZE_MAX / 2 + 1; size >= kSmallest;) {
+        if (!::VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_NOACCESS)) size /= 2;
+    }
+    QLLogger::InitializeLog(file, QLLOG_INFO);
+    PutLines(0, 100);
+    QLLogger::CloseLogs();
+    const bool isStarted = ::CreateThread(nullptr, 0, EndAtOnce, nullptr, 0, nullptr);
+    ::TerminateProcess(::GetCurrentProcess(), isStarted ? kEnd + 1 : kEnd);  // no end that could write
+    return 0;
+}
+
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -189,11 +234,20 @@ int wmain(int argc, wchar_t** argv) {
     if (way == L"killed") return WriteUntilKilled(file);
     if (way == L"amid lines") return EndAmidLines(file);
     if (way == L"stopped") return EndWhileStopped(file, std::stoul(argv[3], nullptr, 16));
+    if (way == L"without threads") return LogWithoutThreads(file);
+    if (way == L"as a library ends") {
+        ::SetEnvironmentVariableW(L"QL_LOG", file);
+        return ::LoadLibraryW(L"logging_late.dll") ? kEnd : kEnd + 1;
+    }
     if (way == L"early") {
         QLLogger::CloseLogs();
         PutLines(0, kLines);
     }
-    QLLogger::InitializeLog(file, QLLOG_INFO);
+    if (way == L"amid loading") {
+        StartWhileALibraryLoads(file);
+    } else {
+        QLLogger::InitializeLog(file, QLLOG_INFO);
+    }
     WaitUntilTheWriterRuns();
     if (way != L"early") PutLines(0, kLines);
     if (way == L"races") {

@@ -79,6 +79,9 @@ const Way kWays[] = {{L"return"},
                      {L"closes slowly"},
                      {L"closes slowly, alone"},
                      {L"closes from within"},
+                     {L"amid loading"},
+                     {L"without threads", 3, 100},
+                     {L"as a library ends"},
                      {L"races", 20},
                      {L"frees the library", 5, 20'000, L"logging_loader.exe"}};
 
