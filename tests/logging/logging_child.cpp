@@ -1,8 +1,8 @@
 // logging_child WAY FILE [OFFSET]: queues lines and ends in that way.
 #include <atomic>
 #include <climits>
-#include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <cwchar>
 #include <filesystem>
 #include <fstream>
@@ -205,21 +205,26 @@ void StartWhileALibraryLoads(const wchar_t* file) {
     other.join();
 }
 
-DWORD WINAPI EndAtOnce(void*) {
-    return 0;
+// From here on the system answers null when it is asked for a thread.
+void RefuseThreads() {
+#ifdef _WIN64
+    constexpr unsigned char kAnswerNull[] = {0x33, 0xC0, 0xC3};  // xor eax, eax; ret
+#else
+    constexpr unsigned char kAnswerNull[] = {0x33, 0xC0, 0xC2, 6 * sizeof(void*), 0};  // xor eax, eax; ret 24
+#endif
+    void* const createThread = reinterpret_cast<void*>(&::CreateThread);
+    DWORD before = 0;
+    ::VirtualProtect(createThread, sizeof kAnswerNull, PAGE_EXECUTE_READWRITE, &before);
+    std::memcpy(createThread, kAnswerNull, sizeof kAnswerNull);
 }
 
-// Leaves no addresses for a thread's stack: who closes writes the lines.
+// Who closes writes the lines.
 int LogWithoutThreads(const wchar_t* file) {
-    constexpr std::size_t kSmallest = 1 << 19;
-    for (std::size_t size = SIZE_MAX / 2 + 1; size >= kSmallest;) {
-        if (!::VirtualAlloc(nullptr, size, MEM_RESERVE, PAGE_NOACCESS)) size /= 2;
-    }
+    RefuseThreads();
     QLLogger::InitializeLog(file, QLLOG_INFO);
     PutLines(0, 100);
     QLLogger::CloseLogs();
-    const bool isStarted = ::CreateThread(nullptr, 0, EndAtOnce, nullptr, 0, nullptr);
-    ::TerminateProcess(::GetCurrentProcess(), isStarted ? kEnd + 1 : kEnd);  // no end that could write
+    ::TerminateProcess(::GetCurrentProcess(), kEnd);  // no end that could write them
     return 0;
 }
 
