@@ -3,7 +3,7 @@
 #include "cmdline/command_switches.h"
 #include "cmdline/switch_values.h"
 #include "names/file_type.h"
-#include "platform/current_directory.h"
+#include "platform/failure.h"
 #include "platform/message_box.h"
 #include "prefs/directories.h"
 
@@ -18,6 +18,10 @@ struct QuilletCmdSwitchParser::Switches {
         void (*apply)(Parser&, Value);
     };
 
+    template <QuilletDirectories directory>
+    static RWWString Ask() {
+        return CQlDir::GetDirectory(directory);
+    }
     template <FlagIndex... flags>
     static void Set(Parser& parser, Value) {
         (parser.flags_.set(flags), ...);
@@ -36,11 +40,11 @@ struct QuilletCmdSwitchParser::Switches {
     }
     template <TextIndex text, QuilletDirectories directory>
     static void KeepFile(Parser& parser, Value value) {
-        parser.texts_[text] = ql::FullName(value, CQlDir::GetDirectory(directory)).GetPathAndFileName();
+        parser.texts_[text] = ql::FullName(value, Ask<directory>).GetPathAndFileName();
     }
     template <TextIndex text>
     static void KeepFileHere(Parser& parser, Value value) {
-        parser.texts_[text] = ql::FullName(value, ql::CurrentDirectory()).GetPathAndFileName();
+        parser.texts_[text] = ql::FullNameHere(value).GetPathAndFileName();
     }
     template <LibMode mode>
     static void Mode(Parser& parser, Value) {
@@ -69,7 +73,7 @@ struct QuilletCmdSwitchParser::Switches {
         parser.initialAskState_ = unanswered ? INITIALASK_UNANSWERED : INITIALASK_DEFAULT;
     }
     static void KeepLibrary(Parser& parser, Value value) {
-        QLFileName library = ql::FullName(value, CQlDir::GetDirectory(LibraryDirectory));
+        QLFileName library = ql::FullName(value, Ask<LibraryDirectory>);
         if (!library.HasExtension()) library.SetExtension(GetFileExt(FT_CLAUSE_LIBRARY));
         parser.texts_[kLibrary] = library.GetPathAndFileName();
         parser.SetLibMode(LIBMODE_SHOWN);
@@ -155,19 +159,24 @@ struct QuilletCmdSwitchParser::Switches {
     };
 };
 
-QuilletCmdSwitchParser::QuilletCmdSwitchParser(const wchar_t* commandLine) {
+QuilletCmdSwitchParser::QuilletCmdSwitchParser(const wchar_t* commandLine) noexcept {
     if (commandLine) ParseSwitches(commandLine);
 }
 
-QuilletCmdSwitchParser::QuilletCmdSwitchParser(const QLCmdLine& commandLine) {
-    if (!commandLine.GetPathAndFileName().isNull()) {
-        texts_[kTplPath] = ql::FullName(commandLine, ql::CurrentDirectory()).GetPathAndFileName();
-    }
-    const RWWString switches = commandLine.GetSwitches();
-    if (switches.length() > 1) ParseSwitches(switches.data());
+QuilletCmdSwitchParser::QuilletCmdSwitchParser(const QLCmdLine& commandLine) noexcept {
+    ql::Completes([&] {
+        if (!commandLine.GetPathAndFileName().isNull())
+            texts_[kTplPath] = ql::FullNameHere(commandLine).GetPathAndFileName();
+        const RWWString switches = commandLine.GetSwitches();
+        if (switches.length() > 1) Take(switches.data());
+    });
 }
 
-void QuilletCmdSwitchParser::ParseSwitches(const wchar_t* commandLine) {
+void QuilletCmdSwitchParser::ParseSwitches(const wchar_t* commandLine) noexcept {
+    ql::Completes([&] { Take(commandLine); });
+}
+
+void QuilletCmdSwitchParser::Take(const wchar_t* commandLine) {
     CCommandSwitches given;
     for (const Switches::Row& row : Switches::kRows) given.DeclareSwitch(row.name, row.kind);
     given.Scan(commandLine);
@@ -185,7 +194,7 @@ void QuilletCmdSwitchParser::ParseSwitches(const wchar_t* commandLine) {
 }
 
 void QuilletCmdSwitchParser::TakeLeadingFile(const wchar_t* text) {
-    const QLFileName file = ql::FullName(text, ql::CurrentDirectory());
+    const QLFileName file = ql::FullNameHere(text);
     switch (GetFileType(file)) {
         case FT_BINARY_ANSWER_FILE:
         case FT_ANSWER_FILE: texts_[kAnswerFile] = file.GetPathAndFileName(); break;

@@ -35,18 +35,19 @@ enum INITIALASKSTATE : int { INITIALASK_DEFAULT = 0, INITIALASK_UNANSWERED = 1 }
 // as ss, /fia as fi, and every /na=... is the flag na.
 //
 // Texts are null when not given, and live as long as the object and until the next ParseSwitches. A copy owns
-// its own. Preferences, the directories and the current directory are read while parsing. Use one object from
+// its own. Preferences, the directories and the current directory are read while parsing, where a file's name
+// has no root. Of what memory has no room for, nothing is given; copying alone throws. Use one object from
 // one thread at a time.
 class QL_API QuilletCmdSwitchParser {
   public:
-    explicit QuilletCmdSwitchParser(const wchar_t* commandLine);  // null: nothing is given
+    explicit QuilletCmdSwitchParser(const wchar_t* commandLine) noexcept;  // null: nothing is given
 
     // The line's file is the template, whatever its kind, completed against the current directory.
-    explicit QuilletCmdSwitchParser(const QLCmdLine& commandLine);
+    explicit QuilletCmdSwitchParser(const QLCmdLine& commandLine) noexcept;
 
     // Reads a line on top of what was read before: what it does not give stays, but for the flags of sig, kig
     // and mo, overlays are added, and the ignored words are this line's. Null is a line of nothing.
-    void ParseSwitches(const wchar_t* commandLine);
+    void ParseSwitches(const wchar_t* commandLine) noexcept;
 
     // Changes the mode while it is LIBMODE_UNDECIDED or LIBMODE_NONE; the other two stay.
     void SetLibMode(LibMode mode) noexcept;
@@ -200,6 +201,7 @@ class QL_API QuilletCmdSwitchParser {
     const wchar_t* TextOf(TextIndex index) const noexcept {
         return texts_[index] ? texts_[index]->data() : nullptr;
     }
+    void Take(const wchar_t* commandLine);
     void TakeLeadingFile(const wchar_t* text);
 
     INITIALASKSTATE initialAskState_ = INITIALASK_DEFAULT;

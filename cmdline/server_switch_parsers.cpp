@@ -2,7 +2,7 @@
 
 #include "cmdline/command_switches.h"
 #include "cmdline/switch_values.h"
-#include "platform/current_directory.h"
+#include "platform/failure.h"
 #include "platform/message_box.h"
 
 struct ServerCmdSwitches::Table {
@@ -33,14 +33,16 @@ struct ServerCmdSwitches::Table {
     static constexpr const wchar_t* kTray = L"pt=";
 };
 
-ServerCmdSwitches::ServerCmdSwitches(const wchar_t* commandLine) {
-    if (commandLine) ParseSwitches(commandLine);
+ServerCmdSwitches::ServerCmdSwitches(const wchar_t* commandLine) noexcept {
+    if (commandLine) ql::Completes([&] { ParseSwitches(commandLine); });
 }
 
-ServerCmdSwitches::ServerCmdSwitches(const QLCmdLine& commandLine) {
-    if (!commandLine.GetPathAndFileName().isNull()) TakeFile(commandLine);
-    const RWWString switches = commandLine.GetSwitches();
-    if (switches.length() > 1) ParseSwitches(switches.data());
+ServerCmdSwitches::ServerCmdSwitches(const QLCmdLine& commandLine) noexcept {
+    ql::Completes([&] {
+        if (!commandLine.GetPathAndFileName().isNull()) TakeFile(commandLine);
+        const RWWString switches = commandLine.GetSwitches();
+        if (switches.length() > 1) ParseSwitches(switches.data());
+    });
 }
 
 void ServerCmdSwitches::ParseSwitches(const wchar_t* commandLine) {
@@ -62,17 +64,19 @@ void ServerCmdSwitches::ParseSwitches(const wchar_t* commandLine) {
 }
 
 void ServerCmdSwitches::TakeFile(const QLFileName& name) {
-    fileName_ = ql::FullName(name, ql::CurrentDirectory()).GetPathAndFileName();
+    fileName_ = ql::FullNameHere(name).GetPathAndFileName();
 }
 
 void ServerCmdSwitches::CheckThis(unsigned long expected) const {
     ql::CheckObject(this, expected);
 }
 
-FillerCmdSwitchParser::FillerCmdSwitchParser(const wchar_t* commandLine) : ServerCmdSwitches(commandLine) {}
-FillerCmdSwitchParser::FillerCmdSwitchParser(const QLCmdLine& commandLine) : ServerCmdSwitches(commandLine) {}
-
-AutomatorCmdSwitchParser::AutomatorCmdSwitchParser(const wchar_t* commandLine)
+FillerCmdSwitchParser::FillerCmdSwitchParser(const wchar_t* commandLine) noexcept
     : ServerCmdSwitches(commandLine) {}
-AutomatorCmdSwitchParser::AutomatorCmdSwitchParser(const QLCmdLine& commandLine)
+FillerCmdSwitchParser::FillerCmdSwitchParser(const QLCmdLine& commandLine) noexcept
+    : ServerCmdSwitches(commandLine) {}
+
+AutomatorCmdSwitchParser::AutomatorCmdSwitchParser(const wchar_t* commandLine) noexcept
+    : ServerCmdSwitches(commandLine) {}
+AutomatorCmdSwitchParser::AutomatorCmdSwitchParser(const QLCmdLine& commandLine) noexcept
     : ServerCmdSwitches(commandLine) {}

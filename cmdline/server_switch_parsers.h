@@ -12,7 +12,8 @@
 // printing and the start as a server. Names and meanings are those of cmdline/main_switch_parser.h, the way
 // names are claimed included; but registering and unregistering are two flags. Other switches are ignored.
 //
-// Texts are null when not given and live as long as the object. Use one object from one thread at a time.
+// Texts are null when not given and live as long as the object. Of what memory has no room for, nothing is
+// given; copying alone throws. Use one object from one thread at a time.
 class QL_API ServerCmdSwitches {
   public:
     const wchar_t* GetFileName() const noexcept { return Text(fileName_); }  // a full path
@@ -40,8 +41,8 @@ class QL_API ServerCmdSwitches {
     void CheckThis(unsigned long expected) const;
 
   protected:
-    explicit ServerCmdSwitches(const wchar_t* commandLine);    // null: nothing is given
-    explicit ServerCmdSwitches(const QLCmdLine& commandLine);  // its name, and its switches
+    explicit ServerCmdSwitches(const wchar_t* commandLine) noexcept;    // null: nothing is given
+    explicit ServerCmdSwitches(const QLCmdLine& commandLine) noexcept;  // its name, and its switches
 
     // A copy owns its texts.
     ServerCmdSwitches(const ServerCmdSwitches&) = default;
@@ -81,13 +82,13 @@ class QL_API ServerCmdSwitches {
 // The command line of the form filler.
 class QL_API FillerCmdSwitchParser : public ServerCmdSwitches {
   public:
-    explicit FillerCmdSwitchParser(const wchar_t* commandLine);    // null: nothing is given
-    explicit FillerCmdSwitchParser(const QLCmdLine& commandLine);  // its name, and its switches
+    explicit FillerCmdSwitchParser(const wchar_t* commandLine) noexcept;    // null: nothing is given
+    explicit FillerCmdSwitchParser(const QLCmdLine& commandLine) noexcept;  // its name, and its switches
 };
 
 // The command line of the form automator.
 class QL_API AutomatorCmdSwitchParser : public ServerCmdSwitches {
   public:
-    explicit AutomatorCmdSwitchParser(const wchar_t* commandLine);    // null: nothing is given
-    explicit AutomatorCmdSwitchParser(const QLCmdLine& commandLine);  // its name, and its switches
+    explicit AutomatorCmdSwitchParser(const wchar_t* commandLine) noexcept;    // null: nothing is given
+    explicit AutomatorCmdSwitchParser(const QLCmdLine& commandLine) noexcept;  // its name, and its switches
 };

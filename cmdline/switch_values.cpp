@@ -4,11 +4,17 @@
 #include <string_view>
 
 #include "files/full_path.h"
+#include "platform/current_directory.h"
 
 namespace ql {
 
-QLFileName FullName(const QLFileName& name, const RWWString& directory) {
-    return name.IsODMADocId() ? name : QLFileName(MakeFullPath(name, directory.data(), nullptr));
+QLFileName FullName(const QLFileName& name, RWWString (*directory)()) {
+    if (name.IsODMADocId() || name.HasRoot()) return name;
+    return MakeFullPath(name, directory().data(), nullptr);
+}
+
+QLFileName FullNameHere(const QLFileName& name) {
+    return FullName(name, [] { return RWWString(CurrentDirectory()); });
 }
 
 RWWString UpToBlank(const wchar_t* value) {

@@ -6,8 +6,10 @@
 // What the programs' parsers make of switch values alike.
 namespace ql {
 
-// The full path of a file against a directory; a document-management id stays as it is.
-QLFileName FullName(const QLFileName& name, const RWWString& directory);
+// The full path of a file against a directory, which is asked for only where the name has no root: that can
+// cost more than the rest of the line. A document-management id stays as it is.
+QLFileName FullName(const QLFileName& name, RWWString (*directory)());
+QLFileName FullNameHere(const QLFileName& name);  // against the current directory
 
 RWWString UpToBlank(const wchar_t* value);
 

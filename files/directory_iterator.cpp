@@ -1,9 +1,11 @@
 #include "files/directory_iterator.h"
 
 #include <string>
+#include <utility>
 
 #include "files/file_removal.h"
 #include "platform/current_directory.h"
+#include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "text/characters.h"
@@ -28,6 +30,10 @@ struct CDirectoryIterator::Search {
         return static_cast<bool>(handle);
     }
     bool Advance() { return ::FindNextFileW(handle.get(), &entry) != FALSE; }
+    bool Tell(QLFileName* out) const {
+        if (out) out->SetEntry(base, entry.cFileName);
+        return true;
+    }
 };
 
 CDirectoryIterator::CDirectoryIterator() noexcept = default;
@@ -42,21 +48,19 @@ CDirectoryIterator& CDirectoryIterator::operator=(const CDirectoryIterator& othe
 }
 
 bool CDirectoryIterator::First(const QLFileName& pattern, QLFileName* out) {
-    search_ = std::make_unique<Search>();
-    if (!search_->Open(pattern)) {
-        search_.reset();
-        return false;
-    }
-    if (IsSelfOrParent(search_->entry.cFileName)) return Next(out);
-    if (out) out->SetEntry(search_->base, search_->entry.cFileName);
-    return true;
+    search_.reset();
+    return ql::FailureIfThrown(false, [&] {
+        auto search = std::make_unique<Search>();
+        if (!search->Open(pattern)) return false;
+        search_ = std::move(search);
+        return IsSelfOrParent(search_->entry.cFileName) ? Next(out) : search_->Tell(out);
+    });
 }
 
 bool CDirectoryIterator::Next(QLFileName* out) {
     while (search_ && search_->Advance()) {
         if (IsSelfOrParent(search_->entry.cFileName)) continue;
-        if (out) out->SetEntry(search_->base, search_->entry.cFileName);
-        return true;
+        return ql::FailureIfThrown(false, [&] { return search_->Tell(out); });
     }
     search_.reset();
     return false;
@@ -90,15 +94,17 @@ void LeaveDirectory(const RWWString& path) {
 }  // namespace
 
 void DeleteDirAndContents(const wchar_t* directory) {
-    QLFileName name;
-    name.SetPath(directory);
-    if (name.GetPath().isNull()) return;  // the pattern would be of the current directory
-    const QLStringTable entries = EntriesOf(name);
-    for (unsigned int i = 0; i < entries.NumEntries(); ++i)
-        ql::RemoveFile(entries(static_cast<int>(i)).data());
+    ql::Completes([directory] {
+        QLFileName name;
+        name.SetPath(directory);
+        if (name.GetPath().isNull()) return;  // the pattern would be of the current directory
+        const QLStringTable entries = EntriesOf(name);
+        for (unsigned int i = 0; i < entries.NumEntries(); ++i)
+            ql::RemoveFile(entries(static_cast<int>(i)).data());
 
-    std::wstring path = name.GetPath().str();
-    LeaveDirectory(path);
-    path.erase(path.find_last_not_of(L'\\') + 1);
-    ::RemoveDirectoryW(path.c_str());
+        std::wstring path = name.GetPath().str();
+        LeaveDirectory(path);
+        path.erase(path.find_last_not_of(L'\\') + 1);
+        ::RemoveDirectoryW(path.c_str());
+    });
 }

@@ -25,8 +25,9 @@ class QL_API CDirectoryIterator {
     virtual ~CDirectoryIterator();
 
     // Each sets `out` to an entry, in the directory as the pattern names it, and answers true; false after
-    // the last one, with `out` as it was. First starts anew. A pattern that matches nothing, and a directory
-    // that is missing, have no entries. The tail of `out` stays as it is. A null `out` is left out.
+    // the last one, and when memory ends, with `out` as it was. First starts anew. A pattern that matches
+    // nothing, and a directory that is missing, have no entries. The tail of `out` stays as it is. A null
+    // `out` is left out.
     bool First(const QLFileName& pattern, QLFileName* out);
     bool Next(QLFileName* out);
 
@@ -41,6 +42,6 @@ class QL_API CDirectoryIterator {
 // as a file in use, stays, and the directory with it. Subdirectories are not entered: a directory that holds
 // any stays, without its files. Links to files are removed, not followed, where the system shows them as
 // links; links to directories count as subdirectories. When the current directory is the one named, letter
-// for letter but for case, the process moves to the temporary directory. Nothing is reported, and a null or
-// empty text removes nothing. Any thread.
+// for letter but for case, the process moves to the temporary directory. Nothing is reported or thrown, and
+// a null or empty text removes nothing. Any thread.
 QL_API void DeleteDirAndContents(const wchar_t* directory);

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "names/file_type.h"
+#include "platform/failure.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"
 #include "settings/preference_keys.h"
@@ -53,29 +54,41 @@ void Complete(QLCmdLine& name, const wchar_t* defaultDir) {
     }
 }
 
-}  // namespace
-
-QLCmdLine MakeFullPath(const QLCmdLine& cmdLine, const wchar_t* defaultDir, const wchar_t* defaultExt) {
-    QLCmdLine full(cmdLine);
+QLCmdLine Completed(const QLCmdLine& line, const wchar_t* defaultDir, const wchar_t* defaultExt) {
+    QLCmdLine full(line);
     if (full.QLFileName::IsNull() || full.IsRemote() || full.IsPluginFileType()) return full;
     if (!full.HasRoot()) Complete(full, defaultDir);
     if (defaultExt) full.SetExtension(defaultExt);
     return full;
 }
 
+template <class Name>
+QLCmdLine CompletedOrNull(const Name& name, const wchar_t* defaultDir, const wchar_t* defaultExt) noexcept {
+    return ql::FailureIfThrown(QLCmdLine(),
+                               [&] { return Completed(QLCmdLine(name), defaultDir, defaultExt); });
+}
+
+}  // namespace
+
+QLCmdLine MakeFullPath(const QLCmdLine& cmdLine, const wchar_t* defaultDir, const wchar_t* defaultExt) {
+    return CompletedOrNull(cmdLine, defaultDir, defaultExt);
+}
+
 QLCmdLine MakeFullPath(const QLFileName& name, const wchar_t* defaultDir, const wchar_t* defaultExt) {
-    return MakeFullPath(QLCmdLine(name), defaultDir, defaultExt);
+    return CompletedOrNull(name, defaultDir, defaultExt);
 }
 
 QLCmdLine MakeFullPath(const RWWString& text, const wchar_t* defaultDir, const wchar_t* defaultExt) {
-    return MakeFullPath(QLCmdLine(text.data()), defaultDir, defaultExt);
+    return CompletedOrNull(text.data(), defaultDir, defaultExt);
 }
 
 RWWString GetCaretPath(const RWWString& locationName) {
-    for (const bool machine : {false, true}) {
-        RWWString path = GetQLProfileDirEx(QLIS_DIRECTORIES, locationName.data(), machine);
-        if (!path.isNull()) return path;
-    }
-    const RWWString machines = FormerLocation(HKEY_LOCAL_MACHINE, locationName);
-    return machines.isNull() ? FormerLocation(HKEY_CURRENT_USER, locationName) : machines;
+    return ql::FailureIfThrown(RWWString(), [&] {
+        for (const bool machine : {false, true}) {
+            RWWString path = GetQLProfileDirEx(QLIS_DIRECTORIES, locationName.data(), machine);
+            if (!path.isNull()) return path;
+        }
+        const RWWString machines = FormerLocation(HKEY_LOCAL_MACHINE, locationName);
+        return machines.isNull() ? FormerLocation(HKEY_CURRENT_USER, locationName) : machines;
+    });
 }

@@ -12,7 +12,8 @@
 //  - the directory of its kind: a template's processor's templates, the answer directory;
 //  - the template directory.
 // `defaultExt`, when it is given, replaces the extension, also of a rooted name. Null arguments are not
-// given. The switches stay. Texts are parsed as command lines. Any thread.
+// given. The switches stay. Texts are parsed as command lines. Any thread. Nothing throws: when memory ends,
+// the name is null.
 QL_API QLCmdLine MakeFullPath(const QLCmdLine& cmdLine, const wchar_t* defaultDir, const wchar_t* defaultExt);
 QL_API QLCmdLine MakeFullPath(const QLFileName& name, const wchar_t* defaultDir, const wchar_t* defaultExt);
 QL_API QLCmdLine MakeFullPath(const RWWString& text, const wchar_t* defaultDir, const wchar_t* defaultExt);

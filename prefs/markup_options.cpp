@@ -9,7 +9,7 @@
 
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
-#include "settings/registry.h"
+#include "settings/registry_values.h"
 #include "text/characters.h"
 
 const wchar_t* const ANNOT_CLR_SCHEME_NAMES[3] = {L"regular", L"nested", L"sequential"};
@@ -95,7 +95,7 @@ constexpr OptionRow kOptionRows[] = {
 };
 
 unsigned long DefaultColor(const wchar_t* text) {
-    return QLRegStringToColor(text, kPureGreen);
+    return ql::ColorOf(text, kPureGreen);
 }
 
 unsigned long LoadColor(const ColorEntry& color) {

@@ -194,13 +194,7 @@ bool DeleteRegValue(const wchar_t* section, const wchar_t* entry) noexcept {
 }
 
 unsigned long QLRegStringToColor(const RWWString& text, unsigned long defaultColor) {
-    const std::wstring_view view = text;
-    const std::size_t first = view.find(L',');
-    if (first == std::wstring_view::npos || first == 0) return defaultColor;
-    const std::size_t second = view.find(L',', first + 1);
-    if (second == std::wstring_view::npos) return defaultColor;
-    const wchar_t* units = text.data();
-    return ColorByte(units) | ColorByte(units + first + 1) << 8 | ColorByte(units + second + 1) << 16;
+    return ql::ColorOf(text, defaultColor);
 }
 
 RWWString GetQLRegStringEx(const wchar_t* section, const wchar_t* entry, bool machine) {
@@ -316,6 +310,15 @@ bool ReadFromRegistry(const wchar_t* section, const wchar_t* entry, bool& value)
     if (!ReadUserFirst(kBase, section, entry, text)) return false;
     value = StrToBool(text, false);
     return true;
+}
+
+unsigned long ColorOf(std::wstring_view text, unsigned long defaultColor) noexcept {
+    const std::size_t first = text.find(L',');
+    if (first == std::wstring_view::npos || first == 0) return defaultColor;
+    const std::size_t second = text.find(L',', first + 1);
+    if (second == std::wstring_view::npos) return defaultColor;
+    const wchar_t* units = text.data();
+    return ColorByte(units) | ColorByte(units + first + 1) << 8 | ColorByte(units + second + 1) << 16;
 }
 
 RWWString ReadForeignText(HKEY root, const std::wstring& path, const wchar_t* entry, std::size_t mostUnits) {

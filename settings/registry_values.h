@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/win32.h"
 #include "rw/wide_string.h"
@@ -18,6 +19,9 @@ bool ReadFromRegistry(const wchar_t* section, const wchar_t* entry, bool& value)
 void WriteToRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* text);
 void WriteToRegistry(const wchar_t* section, const wchar_t* entry, int value);
 void WriteToRegistry(const wchar_t* section, const wchar_t* entry, bool value);
+
+// QLRegStringToColor of a text that a zero follows.
+unsigned long ColorOf(std::wstring_view text, unsigned long defaultColor) noexcept;
 
 // A text of another product's key; empty where there is none, or one of more units. No entry stands for the
 // key's own value.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/failure.h"
 #include "prefs/directories.h"
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
@@ -101,8 +102,12 @@ RWWString WithBackslash(RWWString directory) {
     return directory;
 }
 
+RWWString SectionOf(FormProc processor) {
+    return RWWString(QLIS_WORD_PROC).append(L'\\').append(ql::TextOf(GetFormProcName(processor)));
+}
+
 RWWString ProfileDirectory(FormProc processor, const wchar_t* entry) {
-    const RWWString directory = GetQLProfileDir(GetFormProcRegName(processor).data(), entry);
+    const RWWString directory = GetQLProfileDir(SectionOf(processor).data(), entry);
     return RWWString(ql::WithoutBlanks(directory));
 }
 
@@ -156,7 +161,7 @@ const wchar_t* GetFormProcRegKey(FormProc processor) noexcept {
 }
 
 RWWString GetFormProcRegName(FormProc processor) {
-    return RWWString(QLIS_WORD_PROC).append(L'\\').append(RWWString(GetFormProcName(processor)));
+    return ql::FailureIfThrown({}, [&] { return SectionOf(processor); });
 }
 
 FileType GetTextFileType(FormProc processor) noexcept {
@@ -166,17 +171,22 @@ FileType GetTextFileType(FormProc processor) noexcept {
 RWWString GetFormProcTmplDir(FormProc processor) {
     const Processor& known = Find(processor);
     if (known.number == FP_NONE) return {};
-    if (known.family == Family::Own) return WithBackslash(CQlDir::GetDirectory(TemplateDirectory));
-    return WithBackslash(ProfileDirectory(processor, QLIE_TEMPLATE_FILES_DIR));
+    return ql::FailureIfThrown({}, [&] {
+        return WithBackslash(known.family == Family::Own
+                                 ? CQlDir::GetDirectory(TemplateDirectory)
+                                 : ProfileDirectory(processor, QLIE_TEMPLATE_FILES_DIR));
+    });
 }
 
 RWWString GetFormProcDocDir(FormProc processor) {
     const Processor& known = Find(processor);
     if (known.number == FP_NONE) return {};
-    RWWString directory = known.family == Family::Own ? CQlDir::GetDirectory(FormDocumentDirectory)
-                                                      : ProfileDirectory(processor, QLIE_DOC_DIR);
-    if (directory.isNull()) directory = CQlDir::GetDirectory(PersonalDocumentsDirectory);
-    return WithBackslash(std::move(directory));
+    return ql::FailureIfThrown({}, [&] {
+        RWWString directory = known.family == Family::Own ? CQlDir::GetDirectory(FormDocumentDirectory)
+                                                          : ProfileDirectory(processor, QLIE_DOC_DIR);
+        if (directory.isNull()) directory = CQlDir::GetDirectory(PersonalDocumentsDirectory);
+        return WithBackslash(std::move(directory));
+    });
 }
 
 FormProc GetMSWordVersion() {

@@ -10,7 +10,8 @@
 //
 // Kept on purpose: the Filler answers the Automator's registry class.
 //
-// Safe on any thread; preferences are read as settings/preferences.h tells.
+// Safe on any thread; preferences are read as settings/preferences.h tells. Nothing throws: a text for which
+// there is no memory is empty, and its processor not installed.
 
 // The numbers are stored and passed between programs; any other number behaves like FP_NONE.
 enum FormProc : int {

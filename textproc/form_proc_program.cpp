@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/failure.h"
 #include "platform/win32.h"
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
@@ -20,9 +21,11 @@ RWWString OpenCommand(const wchar_t* documentClass) {
 QLCmdLine GetFormProcPath(FormProc processor) {
     const wchar_t* const documentClass = GetFormProcRegKey(processor);
     if (!documentClass) return {};
-    const QLCmdLine preferred(
-        GetQLRegString(GetFormProcRegName(processor).data(), QLIE_EXEC_PATH, nullptr).data());
-    if (preferred.Exists()) return preferred;
-    const QLCmdLine registered = FormalizeFormProcCmdLine(OpenCommand(documentClass).data());
-    return registered.Exists() ? registered : QLCmdLine();
+    return ql::FailureIfThrown(QLCmdLine(), [&] {
+        const RWWString section = GetFormProcRegName(processor);
+        const QLCmdLine preferred(GetQLRegString(section.data(), QLIE_EXEC_PATH, nullptr).data());
+        if (!section.isNull() && preferred.Exists()) return preferred;
+        const QLCmdLine registered = FormalizeFormProcCmdLine(OpenCommand(documentClass).data());
+        return registered.Exists() ? registered : QLCmdLine();
+    });
 }

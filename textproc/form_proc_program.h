@@ -6,7 +6,7 @@
 
 // The command line of a processor's program: the preference "Program File" of the processor's section when
 // that names an existing file, else the open command of its documents' class when the program exists, else
-// empty, as for FP_TEXT always. Any thread.
+// empty, as for FP_TEXT always. Any thread. Nothing here throws: without memory the line is empty.
 QL_API QLCmdLine GetFormProcPath(FormProc processor);
 
 // The program and its switches of an open command as installers register it: one ending that stands for the

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "platform/failure.h"
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
 #include "text/characters.h"
@@ -59,11 +60,15 @@ void SetOdmaApplicationId(FileType kind, const wchar_t* id) {
 }
 
 RWWString GetOdmaFormatName(FileType kind) {
-    return GetQLRegString(QLIS_DOCUMENT_MANAGEMENT, FormatNameEntry(kind).data(), GetFileExt(kind));
+    return ql::FailureIfThrown({}, [&] {
+        return GetQLRegString(QLIS_DOCUMENT_MANAGEMENT, FormatNameEntry(kind).data(), GetFileExt(kind));
+    });
 }
 
 void SetOdmaFormatName(FileType kind, const wchar_t* name) {
     const std::wstring_view text = name ? name : L"";
     const bool clears = text.empty() || text == GetFileExt(kind);
-    WriteQLRegString(QLIS_DOCUMENT_MANAGEMENT, FormatNameEntry(kind).data(), clears ? nullptr : name);
+    ql::Completes([&] {
+        WriteQLRegString(QLIS_DOCUMENT_MANAGEMENT, FormatNameEntry(kind).data(), clears ? nullptr : name);
+    });
 }

@@ -2,6 +2,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/failure.h"
 #include "text/blanks.h"
 #include "text/characters.h"
 #include "textproc/form_proc_program.h"
@@ -38,6 +39,8 @@ std::wstring WithQuotedProgram(std::wstring text) {
 }  // namespace
 
 QLCmdLine FormalizeFormProcCmdLine(const wchar_t* text) {
-    const Text command = WithoutDocument(ql::WithoutBlanks(ql::TextOf(text)));
-    return QLCmdLine(WithQuotedProgram(std::wstring(command)).c_str());
+    return ql::FailureIfThrown(QLCmdLine(), [&] {
+        const Text command = WithoutDocument(ql::WithoutBlanks(ql::TextOf(text)));
+        return QLCmdLine(WithQuotedProgram(std::wstring(command)).c_str());
+    });
 }

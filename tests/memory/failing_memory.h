@@ -49,5 +49,6 @@ inline Row Calls(const char* what, void (*call)()) {
 // The rows of the rooms; memory_test.cpp lists them.
 std::vector<Row> TextCalls();      // rw, text, names
 std::vector<Row> SettingsCalls();  // json, settings, prefs
+std::vector<Row> ProgramCalls();   // cmdline, files, textproc, logging, engine
 
 }  // namespace memory

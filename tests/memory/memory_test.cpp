@@ -10,7 +10,7 @@ constexpr unsigned kMostAllocations = 1000;
 }  // namespace
 
 TEST(Memory, CallsBearTheLossOfEachAllocation) {
-    for (const auto& rows : {memory::TextCalls(), memory::SettingsCalls()}) {
+    for (const auto& rows : {memory::TextCalls(), memory::SettingsCalls(), memory::ProgramCalls()}) {
         for (const memory::Row& row : rows) {
             memory::Attempt attempt(kMostAllocations);
             row.run(attempt);  // what is made once and kept is made here

@@ -1,0 +1,96 @@
+#include "cmdline/main_switch_parser.h"
+#include "cmdline/server_switch_parsers.h"
+#include "engine/result.h"
+#include "files/full_path.h"
+#include "logging/log_line.h"
+#include "prefs/markup_options.h"
+#include "settings/scopes.h"
+#include "tests/memory/failing_memory.h"
+#include "tests/zip/members.h"
+#include "textproc/form_proc.h"
+#include "textproc/form_proc_program.h"
+#include "textproc/odma.h"
+
+namespace memory {
+
+namespace {
+
+constexpr wchar_t kLine[] =
+    L"\"a template of some length.docx\" /af=answers /lf=library /of=C:\\output.docx "
+    L"/ov=an-overlay-of-some-length "
+    L"/a-word-that-means-nothing /ps=a-size-of-paper /desc=\"and a description\"";
+const QLCmdLine kCommand(kLine);
+const RWWString kRelative(L"a relative name.docx"), kLocated(L"^Location\\a relative name");
+const std::string kLongContent(3000, 'x');
+const std::vector<ql::zip::Member> kMembers = {
+    {"a member with a name of some length.txt", kLongContent, 32, 6}, {"stored.txt", kLongContent}};
+
+// An archive's work answers that there was no memory, and nothing else than its result otherwise.
+Row Answers(const char* what, std::function<void()> work) {
+    return {what, [work](Attempt& attempt) {
+                auto result = ql::zip::Result::kOk;
+                attempt([&] { result = ql::zip::ResultOf(work); });
+                EXPECT_EQ(attempt.HasFailed() ? ql::zip::Result::kNoMemory : ql::zip::Result::kOk, result);
+            }};
+}
+
+ql::zip::Bytes Written() {
+    ql::zip::MemoryOutput output;
+    Write(output, kMembers, "a comment of some length");
+    return output.bytes;
+}
+
+void LogALine(Attempt& attempt) {
+    struct Counter : ILogOutput {
+        void Write(QLLogLevel, const wchar_t*) override { ++lines; }
+        void Flush() override {}
+        void Close() override {}
+        std::uint32_t lines = 0;
+    };
+    const auto counter = std::make_shared<Counter>();
+    const std::uint32_t lost = QLLogger::LostLines();
+    QLLogger::InitializeLog(counter, QLLOG_INFO);
+    attempt([] { QLLogLine(QLLOG_INFO) << std::wstring_view(kLine) << 3.5 << L' ' << "narrow"; });
+    QLLogger::CloseLogs();
+    EXPECT_EQ(1u, counter->lines + QLLogger::LostLines() - lost);
+}
+
+}  // namespace
+
+std::vector<Row> ProgramCalls() {
+    return {
+        Calls("lines of the three programs read",
+              [] {
+                  QuilletCmdSwitchParser(kLine).ParseSwitches(kLine);
+                  QuilletCmdSwitchParser(kCommand).GetOverlayFiles();
+                  const FillerCmdSwitchParser filler(kLine);
+                  const AutomatorCmdSwitchParser automator(kCommand);
+              }),
+        Calls("names completed",
+              [] {
+                  MakeFullPath(kRelative, nullptr, L"extension");
+                  MakeFullPath(kLocated, nullptr, nullptr);
+              }),
+        Calls("text processors asked for",
+              [] {
+                  GetDefaultTextFormProc();
+                  GetFormProcTmplDir(FP_TEXT);
+                  GetFormProcRegName(GetMSWordVersion());
+                  GetOdmaFormatName(FT_ANSWER_FILE);
+                  SetOdmaFormatName(FT_ANSWER_FILE, L"the name of a format");
+                  FormalizeFormProcCmdLine(L"C:\\a program's path\\word.exe /n %1");
+              }),
+        Calls("markup options read", [] { CPrettyTplOpt().GetColors(nullptr); }),
+        {"a line logged", LogALine},
+        Answers("an archive written", [] { Written(); }),
+        Answers("an archive read",
+                [] {
+                    static const ql::zip::Bytes bytes = Written();
+                    ql::zip::MemoryInput file(bytes.data(), bytes.size());
+                    const ql::zip::Archive archive(file);
+                    for (std::size_t i = 0; i < kMembers.size(); ++i) ContentOf(file, archive, i);
+                }),
+    };
+}
+
+}  // namespace memory
