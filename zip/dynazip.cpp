@@ -8,8 +8,10 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
+#include "platform/failure.h"
 #include "platform/module.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"
@@ -166,6 +168,15 @@ int NotAcceptable() {
     return lastCode = kNotAcceptable;
 }
 
+// The answer of an operation. One that finds no memory has the code that both engines have for that.
+template <class Answer, class Operation>
+Answer Operate(std::type_identity_t<Answer> failure, Operation operation) noexcept {
+    static_assert(int{ZIP_NO_MEMORY} == int{UNZIP_NO_MEMORY});
+    if (Answer answer{}; ql::Completes([&] { answer = operation(); })) return answer;
+    lastCode = ZIP_NO_MEMORY;
+    return failure;
+}
+
 // An engine of another maker cannot do it.
 int CallEach(HMODULE engine, UNZIPCMDSTRUCT& command, ZipMemberProc each, void* userData) {
     const auto proc = Find<DunzipEachProc>(engine, "dunzipeach");
@@ -320,10 +331,11 @@ DzipProc Dynazip::dzipProc = nullptr;
 DunzipProc Dynazip::dunzipProc = nullptr;
 
 int Dynazip::IsZipDllLoaded() {
-    return EnsureEngine(dzipDll, dzipProc, L"DZIP32.DLL", "dzip");
+    return ql::FailureIfThrown(0, [] { return EnsureEngine(dzipDll, dzipProc, L"DZIP32.DLL", "dzip"); });
 }
 int Dynazip::IsUnZipDllLoaded() {
-    return EnsureEngine(dunzipDll, dunzipProc, L"DUNZIP32.DLL", "dunzip");
+    return ql::FailureIfThrown(0,
+                               [] { return EnsureEngine(dunzipDll, dunzipProc, L"DUNZIP32.DLL", "dunzip"); });
 }
 void Dynazip::FreeZipDll() {
     FreeEngine(dzipDll, dzipProc);
@@ -350,154 +362,176 @@ void Dynazip::InitUNZIPCmdStruct(UNZIPCMDSTRUCT* command) {
 
 long Dynazip::AddFileToZip(const wchar_t* zipFile, const wchar_t* directory, const wchar_t* fileName,
                            int option) {
-    const auto archive = AnsiName(zipFile), folder = AnsiName(directory), name = AnsiName(fileName);
-    if (!archive || !folder || !name) return NotAcceptable();
-    const std::string items = Quoted(*folder + "\\" + *name);
-    ZIPCMDSTRUCT command = ZipCommand(ZIP_UPDATE, *archive, items);
-    command.compFactor = option;
-    command.growExistingFlag = 1;
-    command.noDirectoryNamesFlag = 1;
-    return Call(dzipProc, &command) == ZIP_DONE ? 1 : 0;
+    return Operate<long>(0, [&]() -> long {
+        const auto archive = AnsiName(zipFile), folder = AnsiName(directory), name = AnsiName(fileName);
+        if (!archive || !folder || !name) return NotAcceptable();
+        const std::string items = Quoted(*folder + "\\" + *name);
+        ZIPCMDSTRUCT command = ZipCommand(ZIP_UPDATE, *archive, items);
+        command.compFactor = option;
+        command.growExistingFlag = 1;
+        command.noDirectoryNamesFlag = 1;
+        return Call(dzipProc, &command) == ZIP_DONE ? 1 : 0;
+    });
 }
 
 long Dynazip::AddFilesToZip(const wchar_t* zipFile, ZIPSOURCE* files, int count, int option,
                             const ZipProgress& progress) {
-    const auto archive = AnsiName(zipFile);
-    if (!archive) return NotAcceptable();
-    if (!files || count <= 0) return count == 0 ? 1 : 0;
-    const std::span<ZIPSOURCE> all(files, static_cast<std::size_t>(count));
-    std::vector<ZIPSOURCE> acceptable;
-    for (const ZIPSOURCE& file : all) {
-        if (AnsiName(file.file) && AnsiName(file.name)) acceptable.push_back(file);
-    }
-    const std::string noItems;
-    ZIPCMDSTRUCT command = ZipCommand(ZIP_UPDATE, *archive, noItems);
-    command.compFactor = option;
-    command.lpMajorStatus = progress.proc;
-    command.lpMajorUserData = progress.userData;
-    const auto filesProc = Find<DzipFilesProc>(dzipDll, "dzipfiles");
-    if (filesProc) {
-        Call(filesProc, &command, acceptable.data(), static_cast<std::int32_t>(acceptable.size()));
-    } else {
-        for (ZIPSOURCE& file : acceptable) file.code = AddAlone(zipFile, file, option);
-    }
-    return TakeCodes(all, acceptable);
+    return Operate<long>(0, [&]() -> long {
+        const auto archive = AnsiName(zipFile);
+        if (!archive) return NotAcceptable();
+        if (!files || count <= 0) return count == 0 ? 1 : 0;
+        const std::span<ZIPSOURCE> all(files, static_cast<std::size_t>(count));
+        std::vector<ZIPSOURCE> acceptable;
+        for (const ZIPSOURCE& file : all) {
+            if (AnsiName(file.file) && AnsiName(file.name)) acceptable.push_back(file);
+        }
+        const std::string noItems;
+        ZIPCMDSTRUCT command = ZipCommand(ZIP_UPDATE, *archive, noItems);
+        command.compFactor = option;
+        command.lpMajorStatus = progress.proc;
+        command.lpMajorUserData = progress.userData;
+        const auto filesProc = Find<DzipFilesProc>(dzipDll, "dzipfiles");
+        if (filesProc) {
+            Call(filesProc, &command, acceptable.data(), static_cast<std::int32_t>(acceptable.size()));
+        } else {
+            for (ZIPSOURCE& file : acceptable) file.code = AddAlone(zipFile, file, option);
+        }
+        return TakeCodes(all, acceptable);
+    });
 }
 
 long Dynazip::DeleteFileFromZip(const wchar_t* zipFile, const wchar_t* fileName) {
-    const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
-    if (!archive || !name) return NotAcceptable();
-    const std::string items = Quoted(*name);
-    ZIPCMDSTRUCT command = ZipCommand(ZIP_DELETE, *archive, items);
-    command.lpszTempPath = "trash";
-    return Call(dzipProc, &command);
+    return Operate<long>(ZIP_NO_MEMORY, [&]() -> long {
+        const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
+        if (!archive || !name) return NotAcceptable();
+        const std::string items = Quoted(*name);
+        ZIPCMDSTRUCT command = ZipCommand(ZIP_DELETE, *archive, items);
+        command.lpszTempPath = "trash";
+        return Call(dzipProc, &command);
+    });
 }
 
 long Dynazip::ExtractFileFromZip(const wchar_t* zipFile, const wchar_t* fileName,
                                  const wchar_t* destination) {
-    const auto archive = AnsiName(zipFile), name = AnsiName(fileName), folder = AnsiName(destination);
-    if (!archive || !name || !folder) return NotAcceptable();
-    const std::string items = Quoted(*name);
-    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_EXTRACT, *archive);
-    command.lpszFilespec = items.c_str();
-    command.lpszDestination = folder->c_str();
-    command.overWriteFlag = 1;
-    return Call(dunzipProc, &command);
+    return Operate<long>(UNZIP_NO_MEMORY, [&]() -> long {
+        const auto archive = AnsiName(zipFile), name = AnsiName(fileName), folder = AnsiName(destination);
+        if (!archive || !name || !folder) return NotAcceptable();
+        const std::string items = Quoted(*name);
+        UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_EXTRACT, *archive);
+        command.lpszFilespec = items.c_str();
+        command.lpszDestination = folder->c_str();
+        command.overWriteFlag = 1;
+        return Call(dunzipProc, &command);
+    });
 }
 
 long Dynazip::ExtractMembers(const wchar_t* zipFile, const wchar_t* destination, const ZipExtraction& what,
                              ZipMemberProc each, void* userData) {
-    const auto archive = AnsiName(zipFile), folder = AnsiName(destination);
-    if (!archive || !folder) return NotAcceptable();
-    std::string items;
-    for (int i = 0; i < what.count; ++i) {
-        const auto name = AnsiName(what.names[i]);
-        if (!name) return NotAcceptable();
-        items += Quoted(*name) + ' ';
-    }
-    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_EXTRACT, *archive);
-    command.lpszFilespec = what.count == 0 ? "*" : items.c_str();
-    command.index = what.index;
-    command.lpszDestination = folder->c_str();
-    command.overWriteFlag = 1;
-    command.updateFlag = what.keepsNewer;
-    command.testFlag = what.testsOnly;
-    command.noDirectoryNamesFlag = command.noDirectoryItemsFlag = !what.withFolders;
-    command.lpMajorStatus = what.progress.proc;
-    command.lpMajorUserData = what.progress.userData;
-    return CallEach(dunzipDll, command, each, userData);
+    return Operate<long>(UNZIP_NO_MEMORY, [&]() -> long {
+        const auto archive = AnsiName(zipFile), folder = AnsiName(destination);
+        if (!archive || !folder) return NotAcceptable();
+        std::string items;
+        for (int i = 0; i < what.count; ++i) {
+            const auto name = AnsiName(what.names[i]);
+            if (!name) return NotAcceptable();
+            items += Quoted(*name) + ' ';
+        }
+        UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_EXTRACT, *archive);
+        command.lpszFilespec = what.count == 0 ? "*" : items.c_str();
+        command.index = what.index;
+        command.lpszDestination = folder->c_str();
+        command.overWriteFlag = 1;
+        command.updateFlag = what.keepsNewer;
+        command.testFlag = what.testsOnly;
+        command.noDirectoryNamesFlag = command.noDirectoryItemsFlag = !what.withFolders;
+        command.lpMajorStatus = what.progress.proc;
+        command.lpMajorUserData = what.progress.userData;
+        return CallEach(dunzipDll, command, each, userData);
+    });
 }
 
 long Dynazip::ForEachMember(const wchar_t* zipFile, ZipMemberProc each, void* userData) {
-    const auto archive = AnsiName(zipFile);
-    if (!archive || !each) return NotAcceptable();
-    if (dunzipDll && !Find<DunzipEachProc>(dunzipDll, "dunzipeach"))
-        return WalkRecords(zipFile, each, userData);
-    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COUNT_ALL, *archive);
-    return CallEach(dunzipDll, command, each, userData);
+    return Operate<long>(UNZIP_NO_MEMORY, [&]() -> long {
+        const auto archive = AnsiName(zipFile);
+        if (!archive || !each) return NotAcceptable();
+        if (dunzipDll && !Find<DunzipEachProc>(dunzipDll, "dunzipeach"))
+            return WalkRecords(zipFile, each, userData);
+        UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COUNT_ALL, *archive);
+        return CallEach(dunzipDll, command, each, userData);
+    });
 }
 
 int Dynazip::FileExistsInZip(const wchar_t* zipFile, const wchar_t* fileName) {
-    const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
-    if (!archive || !name) return NotAcceptable();
-    const std::string items = Quoted(*name);
-    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COUNT_MATCHING, *archive);
-    command.lpszFilespec = items.c_str();
-    return Call(dunzipProc, &command) == UNZIP_DONE && command.returnCount > 0 ? 1 : 0;
+    return Operate<int>(0, [&]() -> int {
+        const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
+        if (!archive || !name) return NotAcceptable();
+        const std::string items = Quoted(*name);
+        UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COUNT_MATCHING, *archive);
+        command.lpszFilespec = items.c_str();
+        return Call(dunzipProc, &command) == UNZIP_DONE && command.returnCount > 0 ? 1 : 0;
+    });
 }
 
 RWWString Dynazip::GetComment(const wchar_t* zipFile) {
-    const auto archive = AnsiName(zipFile);
-    if (!archive) {
-        NotAcceptable();
-        return RWWString();
-    }
-    // Asking for its size first would trust that the archive stays as it is between the two calls.
-    std::string comment(kCommentRoom, '\0');
-    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COMMENT, *archive);
-    command.lpszReturnString = comment.data();
-    if (Call(dunzipProc, &command) != UNZIP_DONE) return RWWString();
-    comment.resize(std::min(comment.find('\0'), kCommentRoom - 1));
-    const std::wstring text = FromUtf8BeyondAscii(comment);
-    return text.empty() ? AnsiToRWWString(comment.c_str()) : RWWString(text);
+    return Operate<RWWString>(RWWString(), [&]() -> RWWString {
+        const auto archive = AnsiName(zipFile);
+        if (!archive) {
+            NotAcceptable();
+            return RWWString();
+        }
+        // Asking for its size first would trust that the archive stays as it is between the two calls.
+        std::string comment(kCommentRoom, '\0');
+        UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COMMENT, *archive);
+        command.lpszReturnString = comment.data();
+        if (Call(dunzipProc, &command) != UNZIP_DONE) return RWWString();
+        comment.resize(std::min(comment.find('\0'), kCommentRoom - 1));
+        const std::wstring text = FromUtf8BeyondAscii(comment);
+        return text.empty() ? AnsiToRWWString(comment.c_str()) : RWWString(text);
+    });
 }
 
 int Dynazip::SetComment(const wchar_t* zipFile, const wchar_t* comment) {
-    const auto archive = AnsiName(zipFile);
-    auto text = Ansi(comment);
-    if (!archive || !text) return NotAcceptable();
-    // Bytes that would be read as UTF-8 must be.
-    if (!FromUtf8BeyondAscii(*text).empty()) text = Utf8(comment);
-    const std::string noItems;
-    ZIPCMDSTRUCT command = ZipCommand(ZIP_ADD, *archive, noItems);
-    command.addCommentFlag = 1;
-    command.lpszComment = text->c_str();
-    return Call(dzipProc, &command) == ZIP_DONE ? 1 : 0;
+    return Operate<int>(0, [&]() -> int {
+        const auto archive = AnsiName(zipFile);
+        auto text = Ansi(comment);
+        if (!archive || !text) return NotAcceptable();
+        // Bytes that would be read as UTF-8 must be.
+        if (!FromUtf8BeyondAscii(*text).empty()) text = Utf8(comment);
+        const std::string noItems;
+        ZIPCMDSTRUCT command = ZipCommand(ZIP_ADD, *archive, noItems);
+        command.addCommentFlag = 1;
+        command.lpszComment = text->c_str();
+        return Call(dzipProc, &command) == ZIP_DONE ? 1 : 0;
+    });
 }
 
 long Dynazip::GetFileDateAndSizeFromZip(const wchar_t* zipFile, const wchar_t* fileName, std::int64_t& time,
                                         int& size) {
-    const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
-    if (!archive || !name) return NotAcceptable();
-    const std::string items = Quoted(*name);
-    ZIPINFO info{};
-    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_NEXT_MATCHING, *archive);
-    command.lpszFilespec = items.c_str();
-    command.zInfo = &info;
-    const int code = Call(dunzipProc, &command);
-    if (code != UNZIP_DONE) return code;
-    time = TimeOf(info);
-    size = static_cast<int>(std::min<std::uint32_t>(info.oSize, INT_MAX));
-    return 0;
+    return Operate<long>(UNZIP_NO_MEMORY, [&]() -> long {
+        const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
+        if (!archive || !name) return NotAcceptable();
+        const std::string items = Quoted(*name);
+        ZIPINFO info{};
+        UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_NEXT_MATCHING, *archive);
+        command.lpszFilespec = items.c_str();
+        command.zInfo = &info;
+        const int code = Call(dunzipProc, &command);
+        if (code != UNZIP_DONE) return code;
+        time = TimeOf(info);
+        size = static_cast<int>(std::min<std::uint32_t>(info.oSize, INT_MAX));
+        return 0;
+    });
 }
 
 int Dynazip::GetIndexedZipInfo(const wchar_t* zipFile, int index, ZIPINFO* info) {
-    const auto archive = AnsiName(zipFile);
-    if (!archive || !info) return NotAcceptable();
-    UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_INDEXED, *archive);
-    command.index = index;
-    command.zInfo = info;
-    return Call(dunzipProc, &command);
+    return Operate<int>(UNZIP_NO_MEMORY, [&]() -> int {
+        const auto archive = AnsiName(zipFile);
+        if (!archive || !info) return NotAcceptable();
+        UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_INDEXED, *archive);
+        command.index = index;
+        command.zInfo = info;
+        return Call(dunzipProc, &command);
+    });
 }
 
 int Dynazip::LastEngineCode() {

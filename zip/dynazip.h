@@ -46,7 +46,8 @@ struct ZipExtraction {
 // Make sure that the engine is loaded before an operation; without it the code is ZIP_ENGINE_NOT_LOADED, and
 // the operations that answer no code answer 0 or the empty text. Loading and freeing belong to one thread;
 // operations may run on any thread if the engine allows it, as the pair that comes with the library does. An
-// archive that another program holds is waited for, two seconds at most.
+// archive that another program holds is waited for, two seconds at most. Nothing throws: where this library
+// finds no memory, the code is ZIP_NO_MEMORY, which is that of the engines.
 class QL_API Dynazip {
   public:
     // 1 when the engine is loaded (now) and has its entry point, else 0; a module without it is unloaded
