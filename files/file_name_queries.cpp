@@ -10,6 +10,7 @@
 #include "files/open_flags.h"
 #include "files/path_fitting.h"
 #include "names/file_name.h"
+#include "platform/failure.h"
 #include "platform/folder.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
@@ -100,31 +101,39 @@ QLFileName::Status QLFileName::GetStatus() const {
 }
 
 RWWString QLFileName::GetUNCPathAndFileName() const {
-    RWWString local = GetPathAndFileName();
-    if (GetRoot().view().starts_with(L"\\\\")) return local;
-    alignas(UNIVERSAL_NAME_INFOW) unsigned char buffer[2052] = {};
-    DWORD size = sizeof buffer;
-    if (::WNetGetUniversalNameW(local.data(), UNIVERSAL_NAME_INFO_LEVEL, buffer, &size) != NO_ERROR)
-        return local;
-    return RWWString(reinterpret_cast<const UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName);
+    return ql::FailureIfThrown(RWWString(), [&]() -> RWWString {
+        RWWString local = GetPathAndFileName();
+        if (GetRoot().view().starts_with(L"\\\\")) return local;
+        alignas(UNIVERSAL_NAME_INFOW) unsigned char buffer[2052] = {};
+        DWORD size = sizeof buffer;
+        if (::WNetGetUniversalNameW(local.data(), UNIVERSAL_NAME_INFO_LEVEL, buffer, &size) != NO_ERROR)
+            return local;
+        return RWWString(reinterpret_cast<const UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName);
+    });
 }
 
 RWWString QLFileName::GetLongPathAndFileName() const {
-    const RWWString scheme = GetScheme();
-    for (const wchar_t* const address : {HTTP, HTTPS, NEWS, MAILTO}) {
-        if (ql::EqualIgnoringCase(scheme, address)) return GetPathAndFileName();
-    }
-    return QLGetLongPathName(GetPath() + GetFileName());
+    return ql::FailureIfThrown(RWWString(), [&] {
+        const RWWString scheme = GetScheme();
+        for (const wchar_t* const address : {HTTP, HTTPS, NEWS, MAILTO}) {
+            if (ql::EqualIgnoringCase(scheme, address)) return GetPathAndFileName();
+        }
+        return QLGetLongPathName(GetPath() + GetFileName());
+    });
 }
 
 RWWString QLFileName::GetShortPath() const {
-    const RWWString path = GetPath();
-    return ql::EqualIgnoringCase(GetScheme(), FILE) ? QLGetShortPathName(path) + L'\\' : path;
+    return ql::FailureIfThrown(RWWString(), [&] {
+        const RWWString path = GetPath();
+        return ql::EqualIgnoringCase(GetScheme(), FILE) ? QLGetShortPathName(path) + L'\\' : path;
+    });
 }
 
 RWWString QLFileName::GetShortVersion() const {
-    const RWWString scheme = GetScheme(), text = GetPathAndFileName();
-    return scheme.isNull() || ql::EqualIgnoringCase(scheme, FILE) ? QLGetShortPathName(text) : text;
+    return ql::FailureIfThrown(RWWString(), [&] {
+        const RWWString scheme = GetScheme(), text = GetPathAndFileName();
+        return scheme.isNull() || ql::EqualIgnoringCase(scheme, FILE) ? QLGetShortPathName(text) : text;
+    });
 }
 
 void QLFileName::SetTempPath() {
@@ -133,15 +142,18 @@ void QLFileName::SetTempPath() {
 
 void QLFileName::SetTempFileName(bool create) {
     if (GetPath().isNull()) SetTempPath();
-    RWWString extension(L".tmp");
-    GetExtension(extension);
-    for (int tries = 0; tries <= RAND_MAX; ++tries) {
-        SetFileName((L"~ql12" + std::to_wstring(std::rand()) + extension.str()).c_str());
-        if (Exists()) continue;
-        if (!create || ql::CreateNewFile(GetPathAndFileName().data())) return;
-        if (errno != EEXIST) break;  // the folder refuses every name
-    }
-    SetFileName(nullptr);
+    const bool isFound = ql::FailureIfThrown(false, [&] {
+        RWWString extension(L".tmp");
+        GetExtension(extension);
+        for (int tries = 0; tries <= RAND_MAX; ++tries) {
+            SetFileName((L"~ql12" + std::to_wstring(std::rand()) + extension.str()).c_str());
+            if (Exists()) continue;
+            if (!create || ql::CreateNewFile(GetPathAndFileName().data())) return true;
+            if (errno != EEXIST) break;  // the folder refuses every name
+        }
+        return false;
+    });
+    if (!isFound) SetFileName(nullptr);
 }
 
 void QLFileName::SetTempPathAndFileName(bool create) {
@@ -155,43 +167,51 @@ RWWString QLFileName::FitToWidth(HDC dc, int width) const {
 }
 
 void QLFileName::FitToWidth(HDC dc, RWWString& text, int width) {
-    ql::FitPath(text.str(), width, [dc](const std::wstring& shown) { return WidthOf(dc, shown); });
+    ql::Completes([&] {
+        ql::FitPath(text.str(), width, [dc](const std::wstring& shown) { return WidthOf(dc, shown); });
+    });
 }
 
 RWWString QLGetLongPathName(const RWWString& path) {
-    wchar_t buffer[kPathBuffer] = {};
-    const DWORD length = ::GetLongPathNameW(path.data(), buffer, static_cast<DWORD>(kPathBuffer));
-    return length == 0 || length >= kPathBuffer ? path : RWWString(buffer);
+    return ql::FailureIfThrown(RWWString(), [&] {
+        wchar_t buffer[kPathBuffer] = {};
+        const DWORD length = ::GetLongPathNameW(path.data(), buffer, static_cast<DWORD>(kPathBuffer));
+        return length == 0 || length >= kPathBuffer ? path : RWWString(buffer);
+    });
 }
 
 RWWString QLGetShortPathName(const RWWString& path) {
-    std::wstring text(path.view());
-    for (wchar_t& unit : text) unit = unit == L'/' ? L'\\' : unit;
-    constexpr std::size_t kRoot = 3;
-    if (text.size() < kRoot || text.compare(1, 2, L":\\") != 0) return text;
-    if (text.size() > kRoot && text.back() == L'\\') text.pop_back();
+    return ql::FailureIfThrown(RWWString(), [&]() -> RWWString {
+        std::wstring text(path.view());
+        for (wchar_t& unit : text) unit = unit == L'/' ? L'\\' : unit;
+        constexpr std::size_t kRoot = 3;
+        if (text.size() < kRoot || text.compare(1, 2, L":\\") != 0) return text;
+        if (text.size() > kRoot && text.back() == L'\\') text.pop_back();
 
-    std::wstring shortPath = text.substr(0, kRoot);
-    for (std::size_t begin = kRoot;;) {
-        const std::size_t end = text.find(L'\\', begin);
-        std::optional<std::wstring> name = ShortNameOf(text.substr(0, end));
-        if (!name && end == kNone) name = ShortNameOfNewFile(shortPath + text.substr(begin));
-        if (!name) return text;
-        shortPath += *name;
-        if (end == kNone) return shortPath;
-        shortPath += L'\\';
-        begin = end + 1;
-    }
+        std::wstring shortPath = text.substr(0, kRoot);
+        for (std::size_t begin = kRoot;;) {
+            const std::size_t end = text.find(L'\\', begin);
+            std::optional<std::wstring> name = ShortNameOf(text.substr(0, end));
+            if (!name && end == kNone) name = ShortNameOfNewFile(shortPath + text.substr(begin));
+            if (!name) return text;
+            shortPath += *name;
+            if (end == kNone) return shortPath;
+            shortPath += L'\\';
+            begin = end + 1;
+        }
+    });
 }
 
 RWWString QLGetTempPath() {
-    for (const wchar_t* const variable : {L"TMP", L"TEMP"}) {
-        const wchar_t* const value = ::_wgetenv(variable);
-        if (IsWritableDirectory(value)) return value;
-    }
-    RWWString answers = CQlDir::GetDirectory(AnswerDirectory);
-    if (IsWritableDirectory(answers.data())) return answers;
-    wchar_t windows[258] = {};
-    const UINT length = ::GetWindowsDirectoryW(windows, static_cast<UINT>(std::size(windows)));
-    return length < std::size(windows) ? RWWString(windows) : RWWString();
+    return ql::FailureIfThrown(RWWString(), [&]() -> RWWString {
+        for (const wchar_t* const variable : {L"TMP", L"TEMP"}) {
+            const wchar_t* const value = ::_wgetenv(variable);
+            if (IsWritableDirectory(value)) return value;
+        }
+        RWWString answers = CQlDir::GetDirectory(AnswerDirectory);
+        if (IsWritableDirectory(answers.data())) return answers;
+        wchar_t windows[258] = {};
+        const UINT length = ::GetWindowsDirectoryW(windows, static_cast<UINT>(std::size(windows)));
+        return length < std::size(windows) ? RWWString(windows) : RWWString();
+    });
 }

@@ -8,7 +8,7 @@
 #include "platform/win32.h"
 
 RWWString GetOwnCommandLine() {
-    return RWWString(ql::WithoutProgramName(::GetCommandLineW()));
+    return ql::FailureIfThrown({}, [] { return RWWString(ql::WithoutProgramName(::GetCommandLineW())); });
 }
 
 bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand) {

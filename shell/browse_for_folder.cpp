@@ -199,19 +199,22 @@ CBrowseForFolder::CBrowseForFolder(HWND owner) noexcept : owner_(owner) {}
 CBrowseForFolder::~CBrowseForFolder() = default;
 
 void CBrowseForFolder::SetTitle(const RWWString& title) {
-    title_ = title;
+    ql::Completes([&] { title_ = title; });
 }
 
 void CBrowseForFolder::SetStartFolder(const RWWString& folder) {
-    start_ = folder;
+    ql::Completes([&] { start_ = folder; });
 }
 
 CBrowseForFolder::Result CBrowseForFolder::Show() {
-    FolderDialog dialog(title_, start_,
-                        [this](const RWWString& folder, RWWString& why) { return Validate(folder, why); });
-    const Result result = dialog.Run(owner_);
-    if (result == Chosen) folder_ = dialog.folder();
-    return result;
+    return ql::FailureIfThrown(Failed, [this] {
+        FolderDialog dialog(title_, start_, [this](const RWWString& folder, RWWString& why) {
+            return Validate(folder, why);
+        });
+        const Result result = dialog.Run(owner_);
+        if (result == Chosen) folder_ = dialog.folder();
+        return result;
+    });
 }
 
 bool CBrowseForFolder::Validate(const RWWString&, RWWString&) {
@@ -219,12 +222,14 @@ bool CBrowseForFolder::Validate(const RWWString&, RWWString&) {
 }
 
 bool GetDirName(HWND owner, const wchar_t* title, RWWString& folder) {
-    CBrowseForFolder browser(owner);
-    browser.SetTitle(title);
-    browser.SetStartFolder(folder);
-    if (browser.Show() != CBrowseForFolder::Chosen) return false;
-    folder = browser.GetFolder();
-    return true;
+    return ql::FailureIfThrown(false, [&] {
+        CBrowseForFolder browser(owner);
+        browser.SetTitle(title);
+        browser.SetStartFolder(folder);
+        if (browser.Show() != CBrowseForFolder::Chosen) return false;
+        folder = browser.GetFolder();
+        return true;
+    });
 }
 
 bool GetFolderPath(HWND owner, const wchar_t* title, QuilletDirectories kind, RWWString& folder) {

@@ -10,7 +10,7 @@ using HWND = HWND__*;
 // The system's dialog in which the user picks a folder, from the tree or by typing its name. Only a folder of
 // the file system that exists and that Validate accepts can be picked: for any other the user is told why,
 // and the dialog stays. For one thread, which the dialog's message loop runs on; the owner must be of the
-// same thread.
+// same thread. Nothing throws: without memory a title or a start is not set, and no folder picked.
 //
 //     CBrowseForFolder browser(frame);
 //     browser.SetTitle(L"Folder for answers");
@@ -34,8 +34,8 @@ class QL_API CBrowseForFolder {
     // out of reach.
     void SetStartFolder(const RWWString& folder);
 
-    // Opens the dialog and returns when it is closed. Failed when it could not be opened, and when Validate
-    // threw, which closes it.
+    // Opens the dialog and returns when it is closed. Failed when it could not be opened, when memory ended,
+    // and when Validate threw, which closes it.
     Result Show();
 
     // The full path that the last Show with the answer Chosen brought, without a backslash at its end but a
