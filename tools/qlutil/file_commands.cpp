@@ -47,10 +47,7 @@ Node ReasonFor(const QLFileName& name, QLFileName::Status status) {
     if (status == QLFileName::StatusUnknown) return L"a remote name: nothing was asked";
     if (status == QLFileName::StatusReadOnly) return L"read-only";
     if (status != QLFileName::StatusInUse && status != QLFileName::StatusNotCreatable) return nullptr;
-    const RWWString path = name.GetPathAndFileName();
-    const HANDLE file = ::CreateFileW(path.data(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-    const DWORD error = ::GetLastError();
-    if (file != INVALID_HANDLE_VALUE) ::CloseHandle(file);
+    const unsigned long error = ErrorOfOpening(name.GetPathAndFileName().data(), GENERIC_READ, 0);
     if (status == QLFileName::StatusNotCreatable && error == ERROR_FILE_NOT_FOUND)
         return L"the folder takes no new file";
     return RWWString(ReasonOf(error));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/unique_handle.h"
 #include "platform/win32.h"
 
 namespace {
@@ -35,4 +36,14 @@ constexpr Reason kReasons[] = {
 std::wstring ReasonOf(unsigned long error) {
     const auto row = std::ranges::find(kReasons, error, &Reason::error);
     return row != std::end(kReasons) ? row->text : L"the system's error " + std::to_wstring(error);
+}
+
+unsigned long ErrorOfOpening(const wchar_t* path, unsigned long access, unsigned long share) {
+    const ql::UniqueFileHandle file(::CreateFileW(path, access, share, nullptr, OPEN_EXISTING, 0, nullptr));
+    return file ? ERROR_SUCCESS : ::GetLastError();
+}
+
+std::wstring WhyNotOpened(const std::wstring& path, unsigned long access) {
+    const unsigned long error = ErrorOfOpening(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    return error == ERROR_SUCCESS ? L"in use by another program until now" : ReasonOf(error);
 }

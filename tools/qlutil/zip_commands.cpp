@@ -11,9 +11,11 @@
 #include <vector>
 
 #include "files/directory_iterator.h"
+#include "platform/win32.h"
 #include "text/ansi_text.h"
 #include "tools/qlutil/command.h"
 #include "tools/qlutil/progress.h"
+#include "tools/qlutil/system_reason.h"
 #include "zip/dynazip.h"
 #include "zip/zip_records.h"
 
@@ -74,15 +76,20 @@ bool IsReadOnly(const std::wstring& path) {
     return ::_wstat64(path.c_str(), &file) == 0 && !(file.st_mode & S_IWRITE);
 }
 
+std::wstring WhyNotMade(const std::wstring& path) {
+    const unsigned long error = ErrorOfOpening(path.c_str(), GENERIC_WRITE, 0);
+    return error == ERROR_FILE_NOT_FOUND ? L"the folder takes no new file" : ReasonOf(error);
+}
+
 // Why an archive cannot be changed.
 std::wstring ChangeReason(const std::wstring& archive, int code) {
     switch (code) {
         case ZIP_BUSY: return L"another program is changing it";
         case ZIP_TEMPORARY_FILE: return L"it is in use by another program";
-        case ZIP_FILE_MISSING: return L"it cannot be opened: in use by another program, or not allowed";
+        case ZIP_FILE_MISSING:
+            return L"it cannot be opened: " + WhyNotOpened(archive, GENERIC_READ | GENERIC_WRITE);
         case ZIP_CANNOT_CREATE:
-            return IsReadOnly(archive) ? L"it is read-only"
-                                       : L"it cannot be made: no such folder, or not allowed";
+            return IsReadOnly(archive) ? L"it is read-only" : L"it cannot be made: " + WhyNotMade(archive);
         default: return Reason(code, Dynazip::ZipErrorMsg(code));
     }
 }
@@ -107,6 +114,11 @@ struct Source {
 
 std::wstring LastPart(const std::wstring& path) {
     return path.substr(path.find_last_of(L"\\/:") + 1);
+}
+
+bool IsThere(const std::wstring& path) {
+    struct _stat64 file;
+    return ::_wstat64(path.c_str(), &file) == 0;
 }
 
 bool IsFolder(const std::wstring& path) {
@@ -185,8 +197,8 @@ std::wstring WhyNotAdded(const std::vector<Source>& sources, std::size_t index, 
         return ::_wcsicmp(other.name.c_str(), source.name.c_str()) == 0;
     };
     switch (code) {
-        case ZIP_FILE_MISSING: return L"it is not there";
-        case ZIP_READ_FAILED: return L"it cannot be read: in use by another program, or not allowed";
+        case ZIP_FILE_MISSING: return IsThere(source.path) ? L"" : L"it is not there";
+        case ZIP_READ_FAILED: return L"it cannot be read: " + WhyNotOpened(source.path, GENERIC_READ);
         case ZIP_NOTHING_TO_DO: return L"the archive has it, and not an older one";
         case ZIP_BAD_REQUEST:
             return std::any_of(sources.begin(), sources.begin() + static_cast<std::ptrdiff_t>(index), isSame)
