@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/critical_section.h"
 #include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
@@ -66,27 +67,62 @@ int LittleEndian(const BYTE (&bytes)[kNumberBytes]) {
     return static_cast<int>(number);
 }
 
-bool Query(HKEY root, const std::wstring& path, const wchar_t* entry, void* buffer, DWORD& bytes,
-           DWORD& type) {
-    const ql::UniqueRegKey key = OpenKey(root, path.c_str(), KEY_QUERY_VALUE);
-    return key && ::RegQueryValueExW(key.get(), entry, nullptr, &type, static_cast<BYTE*>(buffer), &bytes) ==
-                      ERROR_SUCCESS;
+struct Query {
+    const wchar_t* entry;
+    void* buffer;
+    DWORD bytes;  // of the buffer, then of the value
+    DWORD type = REG_NONE;
+
+    LSTATUS Ask(HKEY key) noexcept {
+        return ::RegQueryValueExW(key, entry, nullptr, &type, static_cast<BYTE*>(buffer), &bytes);
+    }
+};
+
+// The key of the section that was read last in one root: who reads a section's values one after the other has
+// it opened once. That the key was deleted since is told by the query itself; that it was renamed, or that
+// the root stands for another one, is not, so it is used for a moment only.
+class RecentKey {
+  public:
+    bool Ask(HKEY root, const std::wstring& path, Query& query) {
+        constexpr DWORD kMomentMilliseconds = 1000;
+        const ql::CriticalSectionGuard guard(lock_);
+        if (key_ && path == path_ && ::GetTickCount() - opened_ < kMomentMilliseconds) {
+            const DWORD room = query.bytes;
+            const LSTATUS result = query.Ask(key_.get());
+            if (result != ERROR_KEY_DELETED) return result == ERROR_SUCCESS;
+            query.bytes = room;
+        }
+        path_ = path;
+        opened_ = ::GetTickCount();
+        key_ = OpenKey(root, path.c_str(), KEY_QUERY_VALUE);
+        return key_ && query.Ask(key_.get()) == ERROR_SUCCESS;
+    }
+
+  private:
+    ql::CriticalSection lock_;
+    ql::UniqueRegKey key_ QL_GUARDED_BY(lock_);
+    std::wstring path_ QL_GUARDED_BY(lock_);
+    DWORD opened_ QL_GUARDED_BY(lock_) = 0;
+};
+
+RecentKey g_recentOfUser, g_recentOfMachine;
+
+bool Found(HKEY root, const std::wstring& path, Query& query) {
+    return (root == kMachine ? g_recentOfMachine : g_recentOfUser).Ask(root, path, query);
 }
 
 bool Read(HKEY root, const std::wstring& path, const wchar_t* entry, RWWString& value) {
     wchar_t units[kTextUnits];
-    DWORD bytes = sizeof units;
-    DWORD type = REG_NONE;
-    if (!Query(root, path, entry, units, bytes, type) || !IsTextType(type)) return false;
-    value.assign(StoredText(units, bytes));
+    Query query = {entry, units, sizeof units};
+    if (!Found(root, path, query) || !IsTextType(query.type)) return false;
+    value.assign(StoredText(units, query.bytes));
     return true;
 }
 
 bool Read(HKEY root, const std::wstring& path, const wchar_t* entry, int& value) {
     BYTE content[kNumberBytes] = {};
-    DWORD bytes = sizeof content;
-    DWORD type = REG_NONE;
-    if (!Query(root, path, entry, content, bytes, type)) return false;
+    Query query = {entry, content, sizeof content};
+    if (!Found(root, path, query)) return false;
     value = LittleEndian(content);
     return true;
 }
@@ -323,11 +359,10 @@ unsigned long ColorOf(std::wstring_view text, unsigned long defaultColor) noexce
 
 RWWString ReadForeignText(HKEY root, const std::wstring& path, const wchar_t* entry, std::size_t mostUnits) {
     std::vector<wchar_t> units(mostUnits + 1);  // a stored text need not end in a zero
-    auto bytes = static_cast<DWORD>(mostUnits * sizeof(wchar_t));
-    DWORD type = REG_NONE;
-    if (!Query(root, path, entry, units.data(), bytes, type) || (type != REG_SZ && type != REG_EXPAND_SZ))
-        return {};
-    return units.data();
+    Query query = {entry, units.data(), static_cast<DWORD>(mostUnits * sizeof(wchar_t))};
+    const UniqueRegKey key = OpenKey(root, path.c_str(), KEY_QUERY_VALUE);
+    if (!key || query.Ask(key.get()) != ERROR_SUCCESS) return {};
+    return query.type == REG_SZ || query.type == REG_EXPAND_SZ ? RWWString(units.data()) : RWWString();
 }
 
 void WriteToRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {

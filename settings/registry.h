@@ -23,6 +23,10 @@ using HKEY = HKEY__*;
 // The machine's values are those of the 32-bit view ("SOFTWARE\WOW6432Node" on 64-bit Windows), whatever the
 // word size of the program: all programs see the same.
 //
+// A section's key stays open from one reading to the next, so that many values of it cost one opening. It is
+// used for a second at most, and opened anew when it was deleted meanwhile: all that other threads and
+// processes write is seen at once, a rename of the key, or RegOverridePredefKey, when the second is over.
+//
 // Functions without an object are safe on any thread. A null text argument counts as empty.
 
 // Each answers whether a value was found, and leaves the out-parameter alone when none was. Current user

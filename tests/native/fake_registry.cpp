@@ -101,9 +101,10 @@ LSTATUS RegDeleteTreeW(HKEY parent, const wchar_t* path) {
 
 LSTATUS RegQueryValueExW(HKEY key, const wchar_t* name, DWORD*, DWORD* type, BYTE* bytes, DWORD* count) {
     const Guard guard;
-    const Values& values = g_keys.at(key->path);
-    const auto found = values.find(NameOf(name));
-    if (found == values.end()) return ERROR_FILE_NOT_FOUND;
+    const auto entry = g_keys.find(key->path);
+    if (entry == g_keys.end()) return ERROR_KEY_DELETED;
+    const auto found = entry->second.find(NameOf(name));
+    if (found == entry->second.end()) return ERROR_FILE_NOT_FOUND;
     const Value& value = found->second;
     if (type) *type = value.type;
     const DWORD capacity = std::exchange(*count, static_cast<DWORD>(value.bytes.size()));
