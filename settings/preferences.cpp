@@ -13,14 +13,27 @@
 
 namespace {
 
-// Asks the calling thread's store, or while there is none the registry, by the readers of the value's type.
+// What the calling thread's store has, or while there is none the registry, by the reader of the value's
+// type; else the value that it is given with.
 template <class Value, class Default>
-Value Read(bool (*fromStore)(const wchar_t*, const wchar_t*, Value*, Default), const wchar_t* section,
-           const wchar_t* entry, Default defaultValue, Value failure) {
-    return ql::FailureIfThrown(std::move(failure), [&] {
-        Value value(defaultValue);
-        if (!fromStore(section, entry, &value, defaultValue) && !ql::HasSettingsStores())
-            ql::ReadFromRegistry(section, entry, value);
+void Read(bool (*fromStore)(const wchar_t*, const wchar_t*, Value*, Default), const wchar_t* section,
+          const wchar_t* entry, Default defaultValue, Value& value) {
+    if (!fromStore(section, entry, &value, defaultValue) && !ql::HasSettingsStores())
+        ql::ReadFromRegistry(section, entry, value);
+}
+
+RWWString TextOf(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
+    RWWString text(defaultText);
+    Read(CQlsSettings::GetThreadRegStrSetting, section, entry, defaultText, text);
+    return text;
+}
+
+template <class Value>
+Value NumberOf(bool (*fromStore)(const wchar_t*, const wchar_t*, Value*, Value), const wchar_t* section,
+               const wchar_t* entry, Value defaultValue) {
+    return ql::FailureIfThrown(defaultValue, [&] {
+        Value value = defaultValue;
+        Read(fromStore, section, entry, defaultValue, value);
         return value;
     });
 }
@@ -37,23 +50,24 @@ int ColorByte(unsigned long color, int index) {
 }  // namespace
 
 RWWString GetQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
-    return ql::FailureIfThrown(RWWString(), [&] {
-        RWWString text = _GetQLProfileString(section, entry, defaultText);
+    return ql::FailureIfThrown({}, [&] {
+        RWWString text = TextOf(section, entry, defaultText);
         if (text.isNull()) text = defaultText;
         return text;
     });
 }
 
 int GetQLRegInt(const wchar_t* section, const wchar_t* entry, int defaultValue) {
-    return Read(CQlsSettings::GetThreadRegIntSetting, section, entry, defaultValue, defaultValue);
+    return NumberOf(CQlsSettings::GetThreadRegIntSetting, section, entry, defaultValue);
 }
 
 bool GetQLRegBool(const wchar_t* section, const wchar_t* entry, bool defaultValue) {
-    return Read(CQlsSettings::GetThreadRegBoolSetting, section, entry, defaultValue, defaultValue);
+    return NumberOf(CQlsSettings::GetThreadRegBoolSetting, section, entry, defaultValue);
 }
 
 unsigned long GetQLRegColor(const wchar_t* section, const wchar_t* entry, unsigned long defaultColor) {
-    return QLRegStringToColor(GetQLRegString(section, entry, nullptr), defaultColor);
+    return ql::FailureIfThrown(defaultColor,
+                               [&] { return ql::ColorOf(TextOf(section, entry, nullptr), defaultColor); });
 }
 
 void WriteQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
@@ -77,7 +91,7 @@ void WriteQLRegColor(const wchar_t* section, const wchar_t* entry, unsigned long
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
 RWWString _GetQLProfileString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
-    return Read(CQlsSettings::GetThreadRegStrSetting, section, entry, defaultText, RWWString());
+    return ql::FailureIfThrown({}, [&] { return TextOf(section, entry, defaultText); });
 }
 
 RWWString GetQLProfileDir(const wchar_t* section, const wchar_t* entry) {
