@@ -6,10 +6,7 @@
 
 namespace memory {
 
-// Blocks that operator new has handed out and that are not given back yet.
-long LiveBlocks();
-
-// One try of a call: its allocation of that number, counted from 0, fails, and no other does.
+// One try of a row's calls: the allocation of that number, counted from 0, fails, and no other does.
 class Attempt {
   public:
     explicit Attempt(unsigned turn) : turn_(turn) {}
@@ -24,9 +21,9 @@ class Attempt {
         }
         current_ = nullptr;
     }
-    bool HasFailed() const { return hasFailed_; }  // else the call asks for fewer
+    bool HasFailed() const { return hasFailed_; }  // else the calls ask for fewer
 
-    static bool RefusesNext();  // for operator new
+    static bool RefusesNext();  // for operator new, which memory_test.cpp has
 
   private:
     inline static thread_local Attempt* current_ = nullptr;
@@ -34,7 +31,7 @@ class Attempt {
     bool hasFailed_ = false;
 };
 
-// A row makes its objects, puts the call to the attempt, and looks at what is left: a result, and objects
+// A row makes its objects, puts the calls to the attempt, and looks at what is left: a result, and objects
 // that can be used further.
 struct Row {
     const char* what;
@@ -46,7 +43,7 @@ inline Row Calls(const char* what, void (*call)()) {
     return {what, [call](Attempt& attempt) { attempt(call); }};
 }
 
-// The rows of the rooms; memory_test.cpp lists them.
+// The rows of the rooms.
 std::vector<Row> TextCalls();      // rw, text, names
 std::vector<Row> SettingsCalls();  // json, settings, prefs
 std::vector<Row> ProgramCalls();   // cmdline, files, textproc, logging, engine

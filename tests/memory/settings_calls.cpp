@@ -71,10 +71,11 @@ std::vector<Row> SettingsCalls() {
              attempt([] {
                  const QLLibraryScope library;
                  const QLContextScope context;
+                 CQlsSettings::SetThreadRegStrSetting(kSection, kEntry, kText);
              });
              EXPECT_TRUE(QLLibraryScope().ok());
          }},
-        WithLibrary("preferences, directories and interview values read",
+        WithLibrary("preferences, directories, interview values and the registry read",
                     [] {
                         GetQLRegString(kSection, L"Stored", kText);
                         GetQLRegInt(kSection, kNumber, 5);
@@ -84,35 +85,6 @@ std::vector<Row> SettingsCalls() {
                         CQlDir::GetDirectory(TemplateDirectory);
                         CQlDir::ConvertSpecialDisplayPathToPath(kFolder);
                         CQlGlobals::GetUnansValDefFormat();
-                    }),
-        WithLibrary(
-            "texts written, one over the context's own",
-            [] {
-                CQlsSettings::SetThreadRegStrSetting(kSection, L"Short", L"own");
-                WriteQLRegString(kSection, L"Short", kText);
-                WriteQLRegString(kSection, kEntry, kText);
-            },
-            true),
-        WithLibrary("preferences, directories and interview values written and deleted",
-                    [] {
-                        WriteQLRegInt(kSection, kNumber, 1);
-                        WriteQLRegBool(kSection, L"Flag", true);
-                        WriteQLRegColor(kSection, L"Colour", 33023);
-                        WriteQLRegString(kSection, L"Stored", nullptr);
-                        CQlDir::SetLibraryDirectory(kFolder);
-                        CQlGlobals::SetIsMonthFirst(false);
-                    }),
-        WithLibrary("a document set and written, and a context of its own",
-                    [] {
-                        CQlsSettings store;
-                        store.SetFromSerializedSettings(kDocument);
-                        RWWString document;
-                        store.GetSerializedSettings(&document);
-                        const QLContextScope context;
-                        CQlsSettings::SetThreadRegStrSetting(kSection, kEntry, kText);
-                    }),
-        WithLibrary("the registry listed and read past the stores",
-                    [] {
                         RWWString text;
                         EnumQLEntries(kSection).GetNextEntry(text);
                         EnumQLSections(L"", false).GetNextSection();
@@ -124,6 +96,27 @@ std::vector<Row> SettingsCalls() {
                             WriteRegValue(kSection, L"Other", value);
                         DeleteRegValue(kSection, L"Other");
                     }),
+        WithLibrary("preferences, directories, interview values and a document written, others deleted",
+                    [] {
+                        WriteQLRegInt(kSection, kNumber, 1);
+                        WriteQLRegBool(kSection, L"Flag", true);
+                        WriteQLRegColor(kSection, L"Colour", 33023);
+                        WriteQLRegString(kSection, L"Stored", nullptr);
+                        CQlDir::SetLibraryDirectory(kFolder);
+                        CQlGlobals::SetIsMonthFirst(false);
+                        CQlsSettings store;
+                        store.SetFromSerializedSettings(kDocument);
+                        RWWString document;
+                        store.GetSerializedSettings(&document);
+                    }),
+        WithLibrary(
+            "texts written in a context, one over its own",
+            [] {
+                CQlsSettings::SetThreadRegStrSetting(kSection, L"Short", L"own");
+                WriteQLRegString(kSection, L"Short", kText);
+                WriteQLRegString(kSection, kEntry, kText);
+            },
+            true),
     };
 }
 
