@@ -1,6 +1,7 @@
 // Holds the scanner against a plain model of its rules. The first line of the input declares the names, the
 // others are scanned one after the other.
 #include <map>
+#include <optional>
 #include <sstream>
 #include <utility>
 
@@ -11,33 +12,28 @@
 
 namespace {
 
-std::wstring Trimmed(std::wstring_view text) {
-    return std::wstring(ql::WithoutBlanks(text));
+// A name of the kind that its end says: "x=" and "x?" have values, "x!" matches nothing.
+SwitchKind KindOf(const std::wstring& name) {
+    if (name.ends_with(L'!')) return SWITCH_NONE;
+    return name.ends_with(L'=') || name.ends_with(L'?') ? SWITCH_VALUE : SWITCH_FLAG;
+}
+
+bool IsOneOf(const wchar_t* units, const std::wstring& text, std::size_t at) {
+    return at < text.size() && std::wstring_view(units).find(text[at]) != std::wstring_view::npos;
 }
 
 bool IsPrefix(const std::wstring& text, std::size_t at) {
-    return at < text.size() && (text[at] == L'/' || text[at] == L'-');
+    return IsOneOf(L"/-", text, at);
 }
 
-bool IsQuote(wchar_t unit) {
-    return unit == L'"' || unit == L'\'';
-}
-
-std::wstring ValueOf(const std::wstring& token, std::size_t start) {
-    std::size_t end = token.size();
-    if (start + 1 < end && IsQuote(token[start])) ++start;
-    if (IsQuote(token[end - 1])) --end;
-    return start < end ? Trimmed(token.substr(start, end - start)) : L"";
+std::wstring ValueOf(std::wstring value) {
+    if (value.size() > 1 && IsOneOf(L"\"'", value, 0)) value.erase(0, 1);
+    if (IsOneOf(L"\"'", value, value.size() - 1)) value.pop_back();
+    return std::wstring(ql::WithoutBlanks(value));
 }
 
 // Goes over a line a unit at a time and tries every declared name on every word.
 struct Model {
-    struct Switch {
-        SwitchKind kind;
-        bool isFound = false;
-        std::wstring value = L"";
-    };
-
     void Scan(const std::wstring& line) {
         bool isQuoted = false, isLeading = !IsPrefix(line, 0);
         std::wstring part;
@@ -61,12 +57,12 @@ struct Model {
             return;
         }
         const std::wstring token = part.substr(IsPrefix(part, 0) ? 1 : 0);
-        for (auto& [name, known] : switches) {
-            if (token.empty() || known.kind == SWITCH_NONE || !ql::StartsWithIgnoringCase(token, name))
-                continue;
-            known.isFound = true;
+        for (auto& [name, found] : switches) {
+            const SwitchKind kind = KindOf(name);
+            if (token.empty() || kind == SWITCH_NONE || !ql::StartsWithIgnoringCase(token, name)) continue;
+            if (!found) found.emplace();
             const std::size_t value = token.find(L'=') + 1;
-            if (known.kind == SWITCH_VALUE && value > 0) known.value = ValueOf(token, value);
+            if (kind == SWITCH_VALUE && value > 0) found = ValueOf(token.substr(value));
             return;
         }
         ignored += part + L'~';
@@ -78,23 +74,17 @@ struct Model {
         Expect(joined == ignored);
         Expect(scanner.GetLeadingText() == leadingText);
         Expect(scanner.HasLeadingText() == !leadingText.empty());
-        for (const auto& [name, known] : switches) {
+        for (const auto& [name, found] : switches) {
             const wchar_t* const value = scanner.GetSwitchValue(name.c_str());
-            Expect(scanner.IsSwitchSet(name.c_str()) == (known.isFound && known.kind == SWITCH_FLAG));
-            Expect((value != nullptr) == (known.isFound && known.kind == SWITCH_VALUE));
-            Expect(!value || value == known.value);
+            Expect(scanner.IsSwitchSet(name.c_str()) == (found && KindOf(name) == SWITCH_FLAG));
+            Expect((value != nullptr) == (found && KindOf(name) == SWITCH_VALUE));
+            Expect(!value || value == *found);
         }
     }
 
-    std::map<std::wstring, Switch> switches;
+    std::map<std::wstring, std::optional<std::wstring>> switches;  // by name: the value of what was found
     std::wstring leadingText, ignored;
 };
-
-// A name of the kind that its end says: "x=" and "x?" have values, "x!" matches nothing.
-SwitchKind KindOf(const std::wstring& name) {
-    if (name.ends_with(L'!')) return SWITCH_NONE;
-    return name.ends_with(L'=') || name.ends_with(L'?') ? SWITCH_VALUE : SWITCH_FLAG;
-}
 
 }  // namespace
 
@@ -107,12 +97,13 @@ FUZZER(CommandSwitches, "na, naw,ni ,na=,of=,v?,n!,\xc9\n", " ", " ", " /", "-",
     CCommandSwitches switches;
     Model model;
     for (std::wistringstream names(line); std::getline(names, name, L',');) {
-        switches.DeclareSwitch(name.c_str(), KindOf(name));
-        model.switches.insert({Trimmed(name), {KindOf(name)}});
+        const std::wstring bare(ql::WithoutBlanks(name));
+        switches.DeclareSwitch(name.c_str(), KindOf(bare));
+        model.switches.try_emplace(bare);
     }
     while (std::getline(lines, line)) {
         switches.Scan(line.c_str());
-        model.Scan(Trimmed(line));
+        model.Scan(std::wstring(ql::WithoutBlanks(line)));
         model.Compare(switches);
     }
 }

@@ -14,46 +14,38 @@ bool IsOneWord(const wchar_t* text) {
 }
 
 template <class Parser>
-void ExpectWhole(const Parser& parser) {
-    Expect(IsOneWord(parser.GetTray()));
-    Expect(IsOneWord(parser.GetPageSize()));
-    Expect(parser.GetPrintCopies() >= 0);
-}
-
-template <class Parser>
-void ExpectOwnTexts(std::unique_ptr<Parser> parser) {
+std::wstring CheckWhole(std::unique_ptr<Parser> parser) {
+    Expect(IsOneWord(parser->GetTray()));
+    Expect(IsOneWord(parser->GetPageSize()));
+    Expect(parser->GetPrintCopies() >= 0);
     const std::wstring state = StateOf(*parser);
     Parser constructed(*parser), assigned(L"/pt=x /ps=y /desc=z");
     assigned = *parser;
     parser.reset();
     Expect(StateOf(constructed) == state);
     Expect(StateOf(assigned) == state);
+    return state;
 }
 
-void CheckMain(const wchar_t* line) {
-    auto parser = std::make_unique<QuilletCmdSwitchParser>(line);
-    ExpectWhole(*parser);
-    const LibMode mode = parser->GetLibMode();
+void CheckMain(QuilletCmdSwitchParser parser) {
+    const LibMode mode = parser.GetLibMode();
     Expect(mode >= LIBMODE_NONE && mode <= LIBMODE_SHOWN);
-    Expect(!parser->IsLockLib() || parser->IsLibraryVisible());
-    Expect(parser->IsSaveAnswers() || !parser->IsSaveAnswersPrompt());
-    Expect(parser->IsOverlay() == (parser->GetOverlayFiles().NumEntries() == 1));
-    const std::wstring texts = Texts(*parser, kMainTexts);
-    parser->ParseSwitches(L"");
-    Expect(Texts(*parser, kMainTexts) == texts);
-    Expect(parser->GetLibMode() == mode);
-    Expect(!parser->IsModelDocument());
-    ExpectOwnTexts(std::move(parser));
-    ExpectWhole(QuilletCmdSwitchParser(QLCmdLine(line)));
+    Expect(!parser.IsLockLib() || parser.IsLibraryVisible());
+    Expect(parser.IsSaveAnswers() || !parser.IsSaveAnswersPrompt());
+    Expect(parser.IsOverlay() == (parser.GetOverlayFiles().NumEntries() == 1));
+    const std::wstring texts = Texts(parser, kMainTexts);
+    parser.ParseSwitches(L"");
+    Expect(Texts(parser, kMainTexts) == texts);
+    Expect(parser.GetLibMode() == mode);
+    Expect(!parser.IsModelDocument());
 }
 
-void CheckServers(const wchar_t* line) {
-    auto filler = std::make_unique<FillerCmdSwitchParser>(line);
-    ExpectWhole(*filler);
-    Expect(StateOf(*filler) == StateOf(AutomatorCmdSwitchParser(line)));
-    Expect(filler->GetPrintCopies() == QuilletCmdSwitchParser(line).GetPrintCopies());
-    ExpectOwnTexts(std::move(filler));
-    ExpectWhole(FillerCmdSwitchParser(QLCmdLine(line)));
+template <class Line>
+void Check(const Line& line) {
+    CheckMain(QuilletCmdSwitchParser(line));
+    CheckWhole(std::make_unique<QuilletCmdSwitchParser>(line));
+    Expect(CheckWhole(std::make_unique<FillerCmdSwitchParser>(line)) ==
+           StateOf(AutomatorCmdSwitchParser(line)));
 }
 
 }  // namespace
@@ -61,6 +53,6 @@ void CheckServers(const wchar_t* line) {
 FUZZER(SwitchParsers, "", " /", " ", "\"", "pc=", "pt=", "ps=", "ov=", "lf=", "ll", "af=", "qli=", "sap",
        "a.anx", "-2") {
     const std::wstring line = TextOf(input);
-    CheckMain(line.c_str());
-    CheckServers(line.c_str());
+    Check(line.c_str());
+    Check(QLCmdLine(line.c_str()));
 }
