@@ -46,12 +46,14 @@ void CheckWhole(const QLFileName& name, const std::wstring& composed) {
     Expect(!name.IsNull() || composed.empty());
     Expect(name.IsRemote() || name.GetPath().length() <= composed.size());
     Expect(name.GetCmdLine().length() >= composed.size());
-    const QLFileName copy(name);
-    QLFileName assigned(L"http://srv/a.b?c");
+    const QLFileName copy(name), again(composed.c_str());
+    QLFileName assigned;
     assigned = name;
     Expect(name.CompareTo(copy) == 0);
     Expect(FieldsOf(name) == FieldsOf(copy));
-    Expect(assigned.GetPathAndFileName() == QLFileName(composed.c_str()).GetPathAndFileName());
+    Expect(assigned.GetPathAndFileName() == again.GetPathAndFileName());
+    Expect(assigned.GetTail() == again.GetTail());
+    assigned = *&assigned;
 }
 
 void CheckStable(const QLFileName& name, const std::wstring& composed) {
@@ -107,7 +109,7 @@ void Check(const std::wstring& text) {
 
 }  // namespace
 
-FUZZER(Names, "", "a", "b.c", " ", "\\", "/", ":", ".", "?", "#", "http://", "C:", "::ODMA\\", "PLUGIN\\{x}",
-       "\"", "%1", "/ddeex", ".exe", "\n") {
+FUZZER(Names, "", "a", "b.c", " ", "\\", "/", ":", ".", "?", "#", "http://", "ftp:", "C:", "::ODMA\\",
+       "PLUGIN\\{x}", "\"", "%1", "/ddeex", ".exe", "\n") {
     ForEachLine(input, Check);
 }

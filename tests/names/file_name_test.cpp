@@ -101,13 +101,6 @@ TEST(FileName, IsNullWhenNothingIsLeftOfTheText) {
     }
 }
 
-TEST(FileName, KeepsItsTextOnlyOnAssignment) {
-    QLFileName assigned;
-    assigned = QLFileName(L"ftp://srv/f?x");
-    assigned = *&assigned;
-    EXPECT_EQ(L"ftp|srv/||f|-||/0R", Parts(assigned));
-}
-
 TEST(FileName, ReplacesOnePartAndKeepsTheOthers) {
     QLFileName name(L"http://srv/a/f.htm?x");
     name.SetFileName(L"longer name.b.c");
