@@ -77,7 +77,10 @@ void Split(Input program) {
     TokenString tokens{RWWString(text), RWWString(delimiters)};
     for (std::size_t at = 0; at < text.size();)
         Expect(tokens.Next() == std::wstring_view(NextToken(text, delimiters, at)));
-    Expect(tokens.Next().isNull());
+    for (int times = 0; times < 2; ++times) Expect(tokens.Next().isNull());
+    tokens.Init();
+    std::size_t start = 0;
+    Expect(tokens.Next() == std::wstring_view(NextToken(text, delimiters, start)));
 }
 
 }  // namespace

@@ -19,6 +19,7 @@ TEST(Characters, CompareIgnoringCaseByUpperCasedUnits) {
         EXPECT_EQ(ql::EqualIgnoringCase(a, b), order == 0) << testing::PrintToString(a);
     }
     EXPECT_TRUE(ql::StartsWithIgnoringCase(L"\u00c4pfel", L"\u00e4P"));
+    EXPECT_TRUE(ql::StartsWithIgnoringCase(L"ab", L"AB"));
     EXPECT_FALSE(ql::StartsWithIgnoringCase(L"a", L"ab"));
 }
 
