@@ -4,6 +4,7 @@
 
 #include <bit>
 #include <climits>
+#include <clocale>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -66,13 +67,15 @@ std::vector<double> Sweep() {
 
 }  // namespace
 
-TEST(FloatFormat, AgreesWithExactDecimalArithmetic) {
+TEST(FloatFormat, AgreesWithExactDecimalArithmeticUnderALocaleWithADecimalComma) {
+    std::setlocale(LC_ALL, "German");  // known on Windows
     for (const double value : Sweep()) {
         for (const int places : {0, 1, 2, 3, 8, 9, 17, 1100}) {
             ASSERT_EQ(Grouped(value, places), Format(value, places, {0, L'.', L','}))
                 << value << " to " << places;
         }
     }
+    std::setlocale(LC_ALL, "C");
 }
 
 TEST(FloatFormat, Edges) {
