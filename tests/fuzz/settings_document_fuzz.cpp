@@ -1,5 +1,6 @@
 // Settings documents: a text that is no JSON object changes nothing, one that is sets what a plain model of
 // it says, and a store's document makes the same store again.
+#include <cmath>
 #include <limits>
 #include <map>
 #include <memory>
@@ -10,8 +11,8 @@
 
 namespace {
 
-std::wstring UpToZero(const RWWString& text) {
-    return text.data();
+RWWString UpToZero(std::wstring_view text) {
+    return text.substr(0, text.find(L'\0'));
 }
 
 RWWString Document(CQlsSettings& store) {
@@ -20,33 +21,27 @@ RWWString Document(CQlsSettings& store) {
     return document;
 }
 
-// The value as a store keeps it; null for what it passes over.
-std::unique_ptr<JSON::Value> Kept(const JSON::Value& value) {
-    constexpr double kLeast = std::numeric_limits<int>::min();
-    constexpr double kMost = std::numeric_limits<int>::max();
-    switch (value.kind()) {
-        case JSON::String: return std::make_unique<JSON::Value>(RWWString(UpToZero(RWWString(value.text()))));
-        case JSON::Bool: return std::make_unique<JSON::Value>(value.flag());
-        case JSON::Number:
-            return std::make_unique<JSON::Value>(
-                static_cast<double>(static_cast<int>(std::clamp(value.number(), kLeast, kMost))));
-        default: return nullptr;
-    }
-}
-
 // The document of a store that was set from the tree. Keys that are alike up to a zero are one key, and a key
-// keeps the type that it was first given.
+// keeps the type that it was first given; numbers are the nearest integers toward zero that there are.
 RWWString Expected(JSON::Value& tree) {
-    std::map<std::wstring, std::unique_ptr<JSON::Value>> settings;
+    constexpr double kLeast = std::numeric_limits<int>::min(), kMost = std::numeric_limits<int>::max();
+    std::map<RWWString, std::unique_ptr<JSON::Value>> settings;
     RWWString key;
     for (JSON::Value* member = tree.FirstMember(key); member; member = tree.NextMember(key)) {
-        auto kept = Kept(*member);
-        if (!kept) continue;
+        auto kept = member->Clone();
+        switch (kept->kind()) {
+            case JSON::String: kept = std::make_unique<JSON::Value>(UpToZero(member->text())); break;
+            case JSON::Number:
+                kept = std::make_unique<JSON::Value>(std::trunc(std::clamp(kept->number(), kLeast, kMost)));
+                break;
+            case JSON::Bool: break;
+            default: continue;
+        }
         auto& setting = settings[UpToZero(key)];
         if (!setting || setting->kind() == kept->kind()) setting = std::move(kept);
     }
     JSON::Value root(JSON::Object);
-    for (auto& [name, value] : settings) Expect(root.AddMember(RWWString(name), std::move(value)));
+    for (auto& [name, value] : settings) Expect(root.AddMember(name, std::move(value)));
     return JSON::Serialize(&root);
 }
 
