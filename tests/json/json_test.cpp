@@ -308,3 +308,26 @@ TEST(JsonValue, CopiesShareNothingWithTheOriginal) {
     EXPECT_EQ(L"{\"a\":[1,\"t\\u0000\"],\"b\":{\"n\":false}}", Written(copy.get()));
     EXPECT_EQ(L"[1,\"t\\u0000\"]", Written(part.get()));
 }
+
+// A call on each level, and be it the shortest, would need more stack than any thread has.
+TEST(JsonDepth, TwoMillionLevelsAreNoMatter) {
+    constexpr std::size_t kPairs = 1'000'000;
+    EXPECT_FALSE(Parse(wstring(2 * kPairs, L'[')));
+    auto tree = std::make_unique<Value>(JSON::Array);
+    for (std::size_t i = 1; i < 2 * kPairs; ++i) {
+        auto outer = std::make_unique<Value>(JSON::Array);
+        ASSERT_TRUE(outer->AddElement(std::move(tree)));
+        tree = std::move(outer);
+    }
+    tree.reset();
+    wstring document;
+    for (std::size_t i = 0; i < kPairs; ++i) document += L"[{\"\":";
+    document += L"[]";
+    for (std::size_t i = 0; i < kPairs; ++i) document += L"}]";
+    tree = Parse(document);
+    ASSERT_TRUE(tree);
+    EXPECT_TRUE(document == Written(tree.get())) << "megabytes differ";
+    const auto copy = tree->Clone();
+    tree.reset();
+    EXPECT_TRUE(document == Written(copy.get())) << "megabytes differ";
+}
