@@ -53,19 +53,14 @@ TEST_F(Store, NumbersOfTheHostAreDecimalKeysAndBooleansAndIntegersUnderThemAreNo
     EXPECT_EQ(LR"({"-1":"","-2147483648":"","2147483647":""})", DocumentOf(store_));
 }
 
-TEST_F(Store, ARegistrySettingIsReadOnceUntilItIsCleared) {
-    for (const wchar_t* text : {L"one", L"two"}) {
-        registry_.Put(kUser, L"Sec", L"Ent", text);
-        EXPECT_EQ(Found(true, L"one"), Text(store_, L"Sec", L"Ent"));
-    }
-    for (const bool was : {true, false}) EXPECT_EQ(was, store_.ClearRegSetting(L"Sec", L"Ent"));
-    EXPECT_EQ(Found(true, L"two"), Text(store_, L"Sec", L"Ent"));
-}
-
-TEST_F(Store, ASectionMayHoldWhatSeparatesItFromTheEntry) {
-    registry_.Put(kUser, L"A<-^->B", L"C", L"its own");
+TEST_F(Store, ARegistrySettingIsReadOnceUntilItIsClearedWhateverItsSectionHolds) {
     registry_.Put(kUser, L"A", L"B<-^->C", L"another one's");
-    EXPECT_EQ(Found(true, L"its own"), Text(store_, L"A<-^->B", L"C"));
+    for (const wchar_t* text : {L"one", L"two"}) {
+        registry_.Put(kUser, L"A<-^->B", L"C", text);
+        EXPECT_EQ(Found(true, L"one"), Text(store_, L"A<-^->B", L"C"));
+    }
+    for (const bool was : {true, false}) EXPECT_EQ(was, store_.ClearRegSetting(L"A<-^->B", L"C"));
+    EXPECT_EQ(Found(true, L"two"), Text(store_, L"A<-^->B", L"C"));
 }
 
 TEST_F(Store, ManySettingsUnderKeysOfAnyLengthAreFoundAgainAndCleared) {
@@ -79,13 +74,6 @@ TEST_F(Store, ManySettingsUnderKeysOfAnyLengthAreFoundAgainAndCleared) {
     }
     for (std::size_t i = 0; i < 1000; ++i) EXPECT_TRUE(store_.ClearRegSetting(L"Sec", keyOf(i).c_str())) << i;
     EXPECT_EQ(L"{}", DocumentOf(store_));
-}
-
-TEST_F(Store, SettingNeitherReadsNorWritesTheRegistry) {
-    registry_.Put(kUser, L"Sec", L"Ent", L"False");
-    EXPECT_TRUE(store_.SetRegBoolSetting(L"Sec", L"Ent", true));
-    EXPECT_EQ(LR"({"Sec<-^->Ent":true})", DocumentOf(store_));
-    EXPECT_EQ(L"False", GetQLRegStringEx(L"Sec", L"Ent", false));
 }
 
 TEST_F(Store, AbsentRegistrySettingsAndThoseOfTheWrongKindAreTheirFirstDefaultAndStayAbsent) {
@@ -103,14 +91,16 @@ TEST_F(Store, AbsentRegistrySettingsAndThoseOfTheWrongKindAreTheirFirstDefaultAn
     EXPECT_FALSE(store_.IsRegIntSettingSet(L"Sec", L"Text"));
 }
 
-TEST_F(Store, ANameKeepsItsFirstType) {
-    store_.SetRegIntSetting(L"Sec", L"Ent", 4);
+TEST_F(Store, ANameKeepsItsFirstTypeAndSettingItLeavesTheRegistryAlone) {
+    registry_.Put(kUser, L"Sec", L"Ent", L"False");
+    EXPECT_TRUE(store_.SetRegBoolSetting(L"Sec", L"Ent", true));
     EXPECT_FALSE(store_.SetRegStrSetting(L"Sec", L"Ent", L"text"));
     EXPECT_EQ(Found(false, L"default"), Text(store_, L"Sec", L"Ent", L"default"));
+    EXPECT_EQ(L"False", GetQLRegStringEx(L"Sec", L"Ent", false));
     store_.SetFromSerializedSettings(LR"({"12":true})");
     EXPECT_EQ(Found(false, L"no text"), Text(store_, L"no text"));
     EXPECT_FALSE(store_.SetFromSerializedSettings(nullptr));
-    EXPECT_EQ(LR"({"12":true,"Sec<-^->Ent":4})", DocumentOf(store_));
+    EXPECT_EQ(LR"({"12":true,"Sec<-^->Ent":true})", DocumentOf(store_));
 }
 
 TEST_F(Store, ACopySharesTheSettingsButNotTheAbortFlag) {
