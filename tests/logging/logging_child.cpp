@@ -4,14 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <thread>
 
-#include "logging/log_line.h"
 #include "logging/log_outputs.h"
 #include "platform/win32.h"
 #include "tests/logging/stopped_thread.h"
@@ -22,7 +19,8 @@ using QLLoggerOutputs::FileOutput;
 using QLLoggerOutputs::RollingFileOutput;
 
 constexpr int kLines = 20'000;
-constexpr int kEnd = 5;  // what every way answers
+constexpr int kEnd = 5;  // what most ways answer
+constexpr int kMet = 1 << 24;
 
 // Without memory: a thread that ends while it takes some may leave none to the others.
 void PutLines(int first, int end) {
@@ -118,9 +116,9 @@ void Spin() {
     for (volatile unsigned left = spins; left > 0;) left = left - 1;
 }
 
-void OpenRollingLog(const wchar_t* file, int backups, int limit, QLLogLevel level = QLLOG_INFO) {
+void OpenRollingLog(const wchar_t* file, int backups, int limit) {
     QLLogger::InitializeLog(std::make_shared<RollingFileOutput>(file, L"child", L"", L"", backups, limit, 1u),
-                            level);
+                            QLLOG_INFO);
 }
 
 // Entries without end; FILE.closed tells that the first thousand are on disk for good.
@@ -136,47 +134,37 @@ int WriteUntilKilled(const wchar_t* file) {
     }
 }
 
-// Ends while another thread logs, wherever that is then, and answers how many lines it had queued by then.
-// FILE and the rolling FILE.log have them.
-int EndAmidLines(const wchar_t* file) {
+// Ends while another thread logs, wherever that is then or where it, or the writer, stands still at an
+// instruction of the library. FILE and the rolling FILE.log have the lines. Answers how many were queued by
+// then, and whether the instruction was met.
+int EndAmidLines(const wchar_t* file, const wchar_t* offset) {
     static std::atomic<int> queued = 0;
+    static std::atomic<bool> isDone = false;
     QLLogger::InitializeLog(file, QLLOG_INFO);
     OpenRollingLog((std::wstring(file) + L".log").c_str(), 1000, 2000);
     WaitUntilTheWriterRuns();
-    std::thread([] {
-        for (;; ++queued) {
+    const int last = offset ? 200 : INT_MAX;
+    const auto log = [last] {
+        for (; queued < last; ++queued) {
             PutLines(queued, queued + 1);
-            if (queued % 64 == 63) QLLogger::FlushLogs();
+            if (queued % 64 != 63) continue;
+            QLLogger::FlushLogs();
+            ::Sleep(last == INT_MAX ? 0 : 15);
         }
-    }).detach();
+        QLLogger::CloseLogs();
+        isDone = true;
+    };
+    if (offset) {
+        const StoppedThread stopped(std::stoul(offset, nullptr, 16));
+        std::thread(log).detach();
+        for (int i = 0; i < 100 && !isDone && !stopped.isMet(); ++i) ::Sleep(2);
+        ::Sleep(5);  // for what goes on beside
+        return stopped.isMet() ? queued | kMet : queued.load();
+    }
+    std::thread(log).detach();
     while (queued == 0) ::Sleep(0);
     Spin();
     return queued;
-}
-
-// Ends while a thread stands still at an instruction of the library. FILE and FILE.roll have the lines of one
-// caller; FILE.count says how many of them were queued, and whether the instruction was met.
-int EndWhileStopped(const wchar_t* file, unsigned long offset) {
-    std::atomic<int> queued = 0;
-    std::atomic<bool> isDone = false;
-    QLLogger::InitializeLog(file, QLLOG_INFO);
-    OpenRollingLog((std::wstring(file) + L".roll").c_str(), 100, 1000, QLLOG_WARNING);
-    WaitUntilTheWriterRuns();
-    const StoppedThread stopped(offset);
-    std::thread([&] {
-        for (; queued < 12; ++queued) {
-            QLLoggerLevelInserter(QLLOG_INFO | QLLOG_WARNING, "a.cpp", queued)
-                << std::wstring(200, L'x') << LogMessageFinish();
-            if (queued % 4 == 3) ::Sleep(15);
-        }
-        QLLogger::FlushLogs();
-        QLLogger::CloseLogs();
-        isDone = true;
-    }).detach();
-    for (int i = 0; i < 100 && !isDone && !stopped.isMet(); ++i) ::Sleep(2);
-    ::Sleep(5);  // for what goes on beside
-    std::ofstream(std::filesystem::path(file) += ".count") << queued << ' ' << stopped.isMet();
-    return kEnd;
 }
 
 using LockLoader = LONG(NTAPI)(ULONG flags, ULONG* state, ULONG_PTR* cookie);
@@ -237,8 +225,7 @@ int wmain(int argc, wchar_t** argv) {
     for (const OddRow& row : kOddRows)
         if (row.way == way) return LogBesideAnOddOutput(row, file);
     if (way == L"killed") return WriteUntilKilled(file);
-    if (way == L"amid lines") return EndAmidLines(file);
-    if (way == L"stopped") return EndWhileStopped(file, std::stoul(argv[3], nullptr, 16));
+    if (way == L"amid lines") return EndAmidLines(file, argv[3]);
     if (way == L"without threads") return LogWithoutThreads(file);
     if (way == L"as a library ends") {
         ::SetEnvironmentVariableW(L"QL_LOG", file);

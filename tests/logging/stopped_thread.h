@@ -4,8 +4,7 @@
 
 #include "platform/win32.h"
 
-// A breakpoint in the library: the first thread to meet it stands still there, but the one that planted it
-// passes.
+// A breakpoint in the library: the first thread to meet it stands still there.
 class StoppedThread {
   public:
     explicit StoppedThread(unsigned long offset)
@@ -39,21 +38,13 @@ class StoppedThread {
         if (record.ExceptionCode != EXCEPTION_BREAKPOINT || record.ExceptionAddress != own.at_)
             return EXCEPTION_CONTINUE_SEARCH;
         own.Put(own.original_);
-        if (::GetCurrentThreadId() != own.planter_) {
-            own.isMet_ = true;
-            ::Sleep(INFINITE);
-        }
-#ifdef _WIN64
-        pointers->ContextRecord->Rip = reinterpret_cast<DWORD64>(own.at_);
-#else
-        pointers->ContextRecord->Eip = reinterpret_cast<DWORD>(own.at_);
-#endif
+        own.isMet_ = true;
+        ::Sleep(INFINITE);
         return EXCEPTION_CONTINUE_EXECUTION;
     }
 
     static inline StoppedThread* s_planted = nullptr;
     unsigned char* const at_;
     unsigned char original_ = 0;
-    const DWORD planter_ = ::GetCurrentThreadId();
     std::atomic<bool> isMet_ = false;
 };
