@@ -15,9 +15,8 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
 from results import WINE, run_own_cases  # noqa: E402: the path comes first
 
 PROGRAMS = {bits: pathlib.Path(folder).resolve() for bits, folder in zip((32, 64), sys.argv[1:3])}
-TWINS = ((32, 64), (64, 32))
-BASE = "SOFTWARE\\Quillet\\Author"
 SECTION = "Twins"
+VALUES = (("7", "--int"), ("true", "--bool"), ("1,2,3", "--color"), ("ä \\ /",))
 
 
 def qlutil(bits, *arguments):
@@ -28,81 +27,41 @@ def qlutil(bits, *arguments):
     return json.loads(done.stdout)
 
 
-def registry(*arguments):
-    return subprocess.run([WINE, "reg", *arguments, "/f", "/reg:32"], capture_output=True, check=False).returncode
-
-
-def at_once(work, of):
-    with concurrent.futures.ThreadPoolExecutor(4) as pool:
-        list(pool.map(work, of))
-
-
 class Twins(unittest.TestCase):
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.folder = pathlib.Path(folder.name)
-
-    def files(self, pattern):
-        return [(self.folder / pattern.format(bits)).read_bytes() for bits in PROGRAMS]
-
     def test_one_user(self):
-        for writer, reader in TWINS:
-            name = f"from {writer}"
-            for value, *switches in (7 + writer, "--int"), ("true", "--bool"), ("1,2,3", "--color"), ("ä \\ /",):
-                qlutil(writer, "prefs", "set", SECTION, name, value, *switches)
-                own, other = (qlutil(bits, "prefs", "get", SECTION, name, *switches) for bits in (writer, reader))
-                self.assertEqual(own, other)
+        """Each finds what both set at once."""
+        entries = {f"{bits} {n}": (bits, VALUES[n % 4]) for n in range(8) for bits in PROGRAMS}
+        with concurrent.futures.ThreadPoolExecutor(4) as pool:
+            for entry, (bits, value) in entries.items():
+                pool.submit(qlutil, bits, "prefs", "set", SECTION, entry, *value)
+        for entry, (_, (_, *switches)) in entries.items():
+            self.assertEqual(*(qlutil(bits, "prefs", "get", SECTION, entry, *switches) for bits in PROGRAMS))
 
     def test_one_machine(self):
         """A value of the machine is the same for both, in whichever view of the registry an installer put it."""
-        self.assertEqual(0, registry("add", f"HKLM\\{BASE}\\{SECTION}", "/v", "machine", "/d", "x"))
+        key = f"HKLM\\SOFTWARE\\Quillet\\Author\\{SECTION}"
+        subprocess.run([WINE, "reg", "add", key, "/v", "machine", "/d", "x", "/f", "/reg:32"], check=True)
         for bits in PROGRAMS:
             self.assertEqual("x", qlutil(bits, "prefs", "get", SECTION, "machine")["value"], bits)
 
-    def test_both_at_once(self):
-        at_once(lambda n: qlutil((32, 64)[n % 2], "prefs", "set", SECTION, f"n{n}", n, "--int"), range(16))
+    def test_one_disk(self):
+        """Documents, archives and lines of logs are the same bytes, and each reads the other's."""
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
+        member = folder / "member.txt"
+        member.write_bytes(bytes(range(256)) * 400)
         for bits in PROGRAMS:
-            found = {row["entry"]: row["value"] for row in qlutil(bits, "prefs", "list", SECTION)}
-            self.assertEqual({f"n{n}": n for n in range(16)},
-                             {entry: int(value) for entry, value in found.items() if entry[0] == "n"}, bits)
-
-    def test_settings_documents(self):
-        for bits in PROGRAMS:
-            qlutil(bits, "prefs", "export", self.folder / f"{bits}.json")
-        self.assertEqual(*self.files("{}.json"))
-        for writer, reader in TWINS:
-            qlutil(reader, "prefs", "import", self.folder / f"{writer}.json")
-
-    def test_one_log(self):
-        at_once(lambda bits: qlutil(bits, "log", "write", self.folder / f"{bits}.log", 4, "a line ä"), PROGRAMS)
-        self.assertEqual(*(log.rpartition(b"]")[2] for log in self.files("{}.log")))
-
-    def test_archives(self):
-        (self.folder / "member.txt").write_bytes(bytes(range(256)) * 400)
-        for writer, reader in TWINS:
-            archive, out = self.folder / f"{writer}.zip", self.folder / f"out{reader}"
-            out.mkdir()
-            qlutil(writer, "zip", "add", archive, self.folder / "member.txt")
-            qlutil(reader, "zip", "extract", archive, "member.txt", out)
-        self.assertEqual(*self.files("{}.zip"))
-        self.assertEqual(self.files("member.txt"), self.files("out{}/member.txt"))
-
-    def test_one_system(self):
-        for program in PROGRAMS.values():
-            self.assertEqual(*(qlutil(bits, "file", "exe", program / "qlutil.exe") for bits in PROGRAMS))
-        machines = [qlutil(bits, "machine") for bits in PROGRAMS]
-        self.assertEqual([32, 64], [machine["bits"] for machine in machines])
-        for key in "is64BitWindows", "isAdminUser", "canWriteToHKLM":
-            self.assertEqual(*(machine[key] for machine in machines), key)
-        # All folders; those of the program itself as seen from its folder, the first.
-        rows = [qlutil(bits, "dirs") for bits in PROGRAMS]
-        self.assertEqual(*([row | {"path": row["path"].replace(of[0]["path"], "")} for row in of] for of in rows))
-
-
-def tearDownModule():
-    for root in "HKCU", "HKLM":
-        registry("delete", f"{root}\\{BASE}\\{SECTION}")
+            qlutil(bits, "prefs", "export", folder / f"{bits}.json")
+            qlutil(bits, "log", "write", folder / f"{bits}.log", 4, "a line ä")
+            qlutil(bits, "zip", "add", folder / f"{bits}.zip", member)
+        for writer, reader in (32, 64), (64, 32):
+            qlutil(reader, "prefs", "import", folder / f"{writer}.json")
+            qlutil(reader, "zip", "extract", folder / f"{writer}.zip", member.name, folder / f"out{reader}")
+            self.assertEqual(member.read_bytes(), (folder / f"out{reader}" / member.name).read_bytes())
+        documents, logs, archives = ([(folder / f"{bits}.{kind}").read_bytes() for bits in PROGRAMS]
+                                     for kind in ("json", "log", "zip"))
+        self.assertEqual(*documents)
+        self.assertEqual(*archives)
+        self.assertEqual(*(log.rpartition(b"]")[2] for log in logs))
 
 
 if __name__ == "__main__":

@@ -71,9 +71,7 @@ class House:
 class Heals(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        folder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(folder.cleanup)
-        cls.house = House(pathlib.Path(folder.name))
+        cls.house = House(pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory())))
 
     @classmethod
     def tearDownClass(cls):

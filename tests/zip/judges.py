@@ -107,8 +107,7 @@ MAKERS = {
 class InFolder(unittest.TestCase):
     def setUp(self):
         # Not under the user's home, and with nothing that ANSI cannot name.
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="ql-zip-"))
-        self.addCleanup(shutil.rmtree, self.folder, True)
+        self.folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(ignore_cleanup_errors=True)))
         self.tree = self.folder / "tree"
         write_tree(self.tree, TREE)
         self.archive = self.folder / "made.zip"
