@@ -4,7 +4,6 @@ against them. What the calls of a file or a block set among the preferences is r
 
 usage: run_cases.py QLUTIL.exe [RESULTS.xml]
 """
-import contextlib
 import pathlib
 import re
 import shlex
@@ -15,31 +14,28 @@ from concurrent.futures import ThreadPoolExecutor
 
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent))
-from guide import sections  # noqa: E402: the path comes first
-from results import NO_LIMIT, WINE, file_limit, report  # noqa: E402
+from results import NO_LIMIT, WINE, file_limit, report  # noqa: E402: the path comes first
 
 SECONDS = 60
+PAGE = HERE.parent.parent / "docs" / "qlutil.md"
 
 
 class Program:
     def __init__(self, path):
-        self.path = path
+        self.path, self.set = path, []
 
     def run(self, words, text="", room=NO_LIMIT, cwd=HERE, stderr=subprocess.PIPE):
         """The exit status, and what was printed and said."""
+        if words[:2] == ["prefs", "set"]:
+            self.set.append(words[2:4])
         done = subprocess.run([WINE, self.path, *words], input=text.encode(), stdout=subprocess.PIPE, stderr=stderr,
                               cwd=cwd, timeout=SECONDS, check=False, preexec_fn=file_limit(room))
         return done.returncode, done.stdout.decode(), (done.stderr or b"").decode().replace("\r", "")
 
-    @contextlib.contextmanager
-    def forgetting(self, calls):
-        """Removes the preferences that the calls set."""
-        try:
-            yield
-        finally:
-            for words in ([word for word in call if word != "--json"] for call in calls):
-                if words[:2] == ["prefs", "set"]:
-                    self.run(["prefs", "unset", *words[2:4]])
+    def forget(self):
+        """Removes the preferences that calls have set."""
+        while self.set:
+            self.run(["prefs", "unset", *self.set.pop()])
 
 
 def clean_folder():
@@ -104,30 +100,52 @@ def cases_of(path):
 
 def faults_of_file(program, path):
     """Of each case what is wrong with it, empty when nothing is."""
-    cases = list(cases_of(path))
-    with program.forgetting(words for case in cases for words in (case.words, *case.other_calls("+"))):
-        for case in cases:
-            fault = case.fault(program)
-            yield fault and f"{case.where}\n{fault}"
+    for case in cases_of(path):
+        fault = case.fault(program)
+        yield fault and f"{case.where}\n{fault}"
+    program.forget()
+
+
+# In the page a block "console" holds calls one after the other, which share a folder of their own:
+#
+#     $ qlutil CALL          the call; words with blanks stand in double quotes, backslashes are letters
+#     what it prints         "…" stands for any text; on a line of its own, for any lines
+#     (exit status 1)        when it is not 0
+#
+# A block "text NAME" is a file of that name in the folder of the next block of calls. Every heading has calls.
+FENCE = re.compile(r"^```(\w+)(?: (\S+))?\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+CALL = re.compile(r"^\$ qlutil (.*)\n((?:(?!\$ ).*\n)*?)(?:\(exit status (\d)\)\n)?(?=\$ |\Z)", re.MULTILINE)
+
+
+def pattern_of(shown):
+    return "".join(r"(?:.*\n)*" if line == "…" else re.escape(line).replace("…", ".*") + r"\n"
+                   for line in shown.splitlines())
 
 
 def faults_of_block(program, calls, files):
-    """The same of each call of a block in a page, whose calls share a new folder."""
-    with program.forgetting(words for words, _, _ in calls), tempfile.TemporaryDirectory() as folder:
+    """The same of each call of a block in the page."""
+    with tempfile.TemporaryDirectory() as folder:
         for name, text in files.items():
             (pathlib.Path(folder) / name).write_text(text, encoding="utf-8")
-        for words, pattern, expected in calls:
+        for call, shown, expected in calls:
+            words = shlex.split(call.replace("\\", "\\\\"))
             status, out, _ = program.run(words, cwd=folder, stderr=subprocess.STDOUT)
-            as_shown = status == expected and re.fullmatch(pattern, out)
-            yield "" if as_shown else f"docs/qlutil.md: qlutil {shlex.join(words)}\nends with status {status}:\n{out}"
+            as_shown = status == int(expected or 0) and re.fullmatch(pattern_of(shown), out)
+            yield "" if as_shown else f"docs/qlutil.md: qlutil {call}\nends with status {status}:\n{out}"
+    program.forget()
 
 
 def faults_of_guide(program):
-    for heading, blocks in sections():
-        if not any(calls for calls, _ in blocks):
-            yield f"docs/qlutil.md: \"{heading}\" has no call"
-        for calls, files in blocks:
-            yield from faults_of_block(program, calls, files)
+    for section in re.split(r"^## ", PAGE.read_text(encoding="utf-8"), flags=re.MULTILINE)[1:]:
+        if "\n$ qlutil " not in section:
+            yield f"docs/qlutil.md: \"{section.splitlines()[0]}\" has no call"
+        files = {}
+        for kind, name, text in FENCE.findall(section):
+            if name:
+                files[name] = text
+            elif kind == "console":
+                yield from faults_of_block(program, CALL.findall(text), files)
+                files = {}
 
 
 def faults_of_help(program):
