@@ -5,7 +5,6 @@
 #include <array>
 #include <cstring>
 #include <sstream>
-#include <string>
 #include <tuple>
 #include <vector>
 

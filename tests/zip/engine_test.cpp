@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <set>
-#include <string>
 #include <tuple>
-#include <vector>
 
 #include "engine/pending_file.h"
 #include "engine/windows_files.h"
@@ -240,9 +237,8 @@ TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
 TEST_F(Engine, CommentsAreKeptAndReplaced) {
     WriteFile(Path("a.txt"), "a");
     const auto put = [&](const std::string& comment) {
-        ZIPCMDSTRUCT command = With(ZipCommand(ZIP_ADD, ""), &ZIPCMDSTRUCT::addCommentFlag, 1);
-        command.lpszComment = comment.c_str();
-        return Dzip(command);
+        const ZIPCMDSTRUCT command = With(ZipCommand(ZIP_ADD, ""), &ZIPCMDSTRUCT::addCommentFlag, 1);
+        return Dzip(With(command, &ZIPCMDSTRUCT::lpszComment, comment.c_str()));
     };
     EXPECT_EQ(ZIP_MISSING, put(""));
     ASSERT_EQ(ZIP_DONE, Zip(ZIP_ADD, "a.txt"));

@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
-#include <string>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include "engine/dos_time.h"
 #include "engine/entry_name.h"

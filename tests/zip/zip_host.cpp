@@ -13,7 +13,6 @@ int _dowildcard = 0;
 }
 
 int main(int count, char** arguments) {
-    if (count < 4) return 255;
     const std::string_view what = arguments[1];
     if (what == "ask") {
         for (int times = std::atoi(arguments[4]); times > 0; --times) {
