@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <iterator>
 #include <vector>
 
 #include "settings/preferences.h"
@@ -19,7 +18,7 @@ constexpr unsigned long kWhite = Rgb(255, 255, 255);
 
 using MarkupOptions = SettingsTest;
 
-TEST_F(MarkupOptions, KindsHaveTheirDefaults) {
+TEST_F(MarkupOptions, KindsAndLevelsHaveTheirDefaultsAndLevelsStartAgainAfterTwenty) {
     const CPrettyTplOpt options;
     const std::tuple<unsigned long, const wchar_t*, const wchar_t*> kKinds[] = {
         {Rgb(0, 0, 255), L"[", L"]"},
@@ -39,10 +38,6 @@ TEST_F(MarkupOptions, KindsHaveTheirDefaults) {
     }
     EXPECT_FALSE(options.GetProcessField(static_cast<Type>(6)));
     EXPECT_EQ(0u, options.GetFieldColor(static_cast<Type>(-1)));
-}
-
-TEST_F(MarkupOptions, LevelsHaveTheirDefaultsAndStartAgainAfterTwenty) {
-    const CPrettyTplOpt options;
     constexpr unsigned long kFive[] = {Rgb(0, 128, 0), Rgb(128, 0, 128), Rgb(192, 0, 0), Rgb(128, 128, 0),
                                        Rgb(255, 128, 128)};
     constexpr unsigned long kBack[] = {kWhite, Rgb(255, 255, 192), Rgb(192, 255, 255), Rgb(255, 192, 255)};
