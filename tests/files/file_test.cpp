@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <istream>
-#include <ostream>
 
 #include "files/file_header.h"
 #include "files/file_stream_buf.h"

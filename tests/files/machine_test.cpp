@@ -25,14 +25,11 @@ TEST(Machine, Is32BitExeComparesWideUnits) {
     EXPECT_EQ(0, Is32BitExe(nullptr));
 }
 
-TEST(Machine, TheMachinesKeyCanBeWrittenOnlyWhenItIsThere) {
+TEST(Machine, AnswersAsTheSystemDoesAndCanWriteToAKeyOfTheMachineOnlyWhenItIsThere) {
     const PrivateRegistry registry;
     EXPECT_FALSE(CanWriteToHKLM());
     PrivateRegistry::Put(kMachine, L"", L"x", 1);
     EXPECT_TRUE(CanWriteToHKLM());
-}
-
-TEST(Machine, AnswersAsTheSystemDoes) {
     BOOL emulated = FALSE;
     ::IsWow64Process(::GetCurrentProcess(), &emulated);
     EXPECT_EQ(sizeof(void*) == 8 || emulated, Is64BitWindows());
