@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <stdexcept>
-#include <thread>
 
 #include "platform/win32.h"
 #include "tests/logging/recorder.h"

@@ -4,9 +4,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
-#include <memory>
-#include <string>
-#include <string_view>
 #include <thread>
 
 #include "logging/log_outputs.h"
@@ -31,13 +28,14 @@ void PutLines(int first, int end) {
     }
 }
 
-std::atomic<bool> g_allPut = false;
+std::atomic<bool> g_allPut = false, g_writerRuns = false;
 
 // Does something odd at one line, when all are queued, and at its close.
 struct OddOutput : ILogOutput {
     using Deed = void (*)();
     OddOutput(Deed whenAmid, Deed whenClosed) : amid(whenAmid), atClose(whenClosed) {}
     void Write(QLLogLevel, const wchar_t* text) override {
+        g_writerRuns = true;
         if (std::wcscmp(text, L"1000\n") != 0) return;
         while (!g_allPut) ::Sleep(1);
         amid();
@@ -75,15 +73,9 @@ constexpr OddRow kOddRows[] = {
 
 // Wine may crash when it ends a thread that it has not yet started in full.
 void WaitUntilTheWriterRuns() {
-    static std::atomic<bool> runs = false;
-    struct Sign : ILogOutput {
-        void Write(QLLogLevel, const wchar_t*) override { runs = true; }
-        void Flush() override {}
-        void Close() override {}
-    };
-    QLLogger::InitializeLog(std::make_shared<Sign>(), QLLOG_DEBUG);
+    QLLogger::InitializeLog(std::make_shared<OddOutput>(Nothing, Nothing), QLLOG_DEBUG);
     QLLogger::PutMessage(QLLOG_DEBUG, L"");
-    while (!runs) ::Sleep(1);
+    while (!g_writerRuns) ::Sleep(1);
 }
 
 // The same goes for other threads.
@@ -157,9 +149,9 @@ int EndAmidLines(const wchar_t* file, const wchar_t* offset) {
     if (offset) {
         const StoppedThread stopped(std::stoul(offset, nullptr, 16));
         std::thread(log).detach();
-        for (int i = 0; i < 100 && !isDone && !stopped.isMet(); ++i) ::Sleep(2);
+        for (int i = 0; i < 100 && !isDone && !stopped.IsMet(); ++i) ::Sleep(2);
         ::Sleep(5);  // for what goes on beside
-        return stopped.isMet() ? queued | kMet : queued.load();
+        return stopped.IsMet() ? queued | kMet : queued.load();
     }
     std::thread(log).detach();
     while (queued == 0) ::Sleep(0);
@@ -218,8 +210,7 @@ int LogWithoutThreads(const wchar_t* file) {
 
 }  // namespace
 
-int wmain(int argc, wchar_t** argv) {
-    if (argc < 3) return 2;
+int wmain(int, wchar_t** argv) {
     const std::wstring_view way = argv[1];
     const wchar_t* const file = argv[2];
     for (const OddRow& row : kOddRows)

@@ -18,14 +18,12 @@ Function* Find(HMODULE library, const char* name) {
 
 }  // namespace
 
-int wmain(int argc, wchar_t** argv) {
-    if (argc < 3) return 2;
+int wmain(int, wchar_t** argv) {
     const HMODULE library = ::LoadLibraryW(kLibrary);
     const auto initialize =
         Find<void(const wchar_t*, int)>(library, "_ZN8QLLogger13InitializeLogEPKw10QLLogLevel");
     const auto put = Find<void(int, const wchar_t*)>(library, "_ZN8QLLogger10PutMessageE10QLLogLevelPKw");
     const auto flush = Find<void()>(library, "_ZN8QLLogger9FlushLogsEv");
-    if (!initialize || !put || !flush) return 3;
     constexpr int kInfo = 4;
     initialize(argv[2], kInfo);
     for (int i = 0; i < kLines; ++i) {

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <string>
-#include <utility>
 #include <vector>
 
 #include "logging/logger.h"
