@@ -48,7 +48,6 @@ TEST(MainSwitchParser, ReadsLines) {
          L"defAnsFile=::ODMA\\3"},
         {L"/qi=c.qli /qla=b.qla /qa=a.qla",
          L"qLIFile=c.qli qLAFile=b.qla mode=3"},  // the order of the table, not of the line
-        {L"/qli=b.qli /qi=a.qli", L"qLIFile=b.qli mode=3"},
         {L"/nx /ex", L"mode=0 exit=1"},
         {L"/ex", L"mode=0 exit=0"},
         {L"/as /qs", L"type=2"},
@@ -57,7 +56,6 @@ TEST(MainSwitchParser, ReadsLines) {
         {L"/ll", L"lockLib mode=3"},
         {L"/automation /dde /embedding", L"dDE automation embedded mode=0"},
         {L"/automation /qli=x.qli", L"qLIFile=x.qli automation mode=3"},
-        {L"/qli=x.qli /nlw", L"qLIFile=x.qli mode=3"},
         {L"/nlw /slw", L"mode=1"},  // slw is claimed by sl, which comes after the mode was set
         {L"/register /unregserver", L""},
         {L"/regserver /unregister", L""},

@@ -3,14 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <filesystem>
 #include <functional>
-#include <iterator>
 #include <stdexcept>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "platform/win32.h"
 #include "tests/support/private_registry.h"

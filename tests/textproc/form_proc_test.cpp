@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include "prefs/directories.h"
 #include "settings/preferences.h"
