@@ -1,4 +1,4 @@
-"""What the scripts of the tests share: where programs run, and how to tell what came of the cases."""
+# What the scripts of the tests share: where programs run, and how to tell what came of the cases.
 import os
 import pathlib
 import resource

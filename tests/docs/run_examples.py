@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
-"""Holds the programs of docs/*.md against what their pages say they print.
-
-usage: run_examples.py PROGRAMS [RESULTS.xml]     runs PROGRAMS/example_PAGE.exe for every page
-       run_examples.py --extract PAGE.md OUT.cpp  writes the page's program as a source file
-"""
+# Holds the programs of docs/*.md against what their pages say they print.
+#
+# usage: run_examples.py PROGRAMS [RESULTS.xml]     runs PROGRAMS/example_PAGE.exe for every page
+#        run_examples.py --extract PAGE.md OUT.cpp  writes the page's program as a source file
 import difflib
 import pathlib
 import re

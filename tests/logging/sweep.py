@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Has processes end while a thread stands still at an instruction of the log, at one instruction after the other; the
-test holds what the files then have against what was queued: every line once, whole and in order.
-
-usage: sweep.py TEST_LOGGING.exe LIBRARY.dll [N], for every Nth instruction alone
-"""
+# Has processes end while a thread stands still at an instruction of the log, at one instruction after the other; the
+# test holds what the files then have against what was queued: every line once, whole and in order.
+#
+# usage: sweep.py TEST_LOGGING.exe LIBRARY.dll [N], for every Nth instruction alone
+import concurrent.futures
 import os
 import pathlib
 import re
@@ -13,8 +13,8 @@ import sys
 HERE = pathlib.Path(__file__).resolve().parent
 WINE = HERE.parent.parent / "scripts" / "wine"
 # The log's own code; what it calls of the library beside runs under other tests.
-OURS = re.compile(r"QLLogger(?!Level)|LogMessage|LogFile|FileOutput|LogQueue|OutputLists|LineMemory|LineBlock|LostLines|"
-                  r"(?:^|_GLOBAL__N_1)\S*(?:Deliver|HandleInHand|HandleNext|CloseOutputs|Drain|Push|Begin)")
+OURS = re.compile(r"QLLogger(?!Level)|LogMessage|LogFile|FileOutput|LogQueue|OutputLists|LineMemory|LineBlock|"
+                  r"LostLines|(?:^|_GLOBAL__N_1)\S*(?:Deliver|HandleInHand|HandleNext|CloseOutputs|Drain|Push|Begin)")
 
 
 def dump(library, *switches):
@@ -33,14 +33,14 @@ def instructions(library):
 
 
 def main():
-    if len(sys.argv) < 3:
-        sys.exit(f"usage: {__doc__}")
     test, library, every = sys.argv[1], sys.argv[2], int((sys.argv + ["1"])[3])
     places = [f"{offset:x}" for offset in instructions(library)][every // 2::every]
     print(f"{len(places)} instructions")
     call = [WINE, test, "--gtest_filter=WaysOut.AnEndAmidLines*"]
-    runs = [subprocess.Popen(call, env=os.environ | {"QL_STOPS": " ".join(half)}) for half in (places[::2], places[1::2])]
-    return max([run.wait() for run in runs])
+    parts = len(places) // 2000 + 2  # a variable of the environment holds no more
+    with concurrent.futures.ThreadPoolExecutor(2) as pool:
+        stops = (os.environ | {"QL_STOPS": " ".join(places[first::parts])} for first in range(parts))
+        return max(pool.map(lambda environment: subprocess.call(call, env=environment), stops))
 
 
 if __name__ == "__main__":

@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
-"""Runs qlutil on the cases beside this file, and on the calls of docs/qlutil.md, and holds what it prints and answers
-against them. What the calls of a file or a block set among the preferences is removed after them.
-
-usage: run_cases.py QLUTIL.exe [RESULTS.xml]
-"""
+# Runs qlutil on the cases beside this file, and on the calls of docs/qlutil.md, and holds what it prints and answers
+# against them. What the calls of a file or a block set among the preferences is removed after them.
+#
+# usage: run_cases.py QLUTIL.exe [RESULTS.xml]
 import pathlib
 import re
 import shlex

@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""Lets the two word sizes of the library read what the other wrote, on one registry and one disk.
-
-usage: run.py PROGRAMS32 PROGRAMS64 [RESULTS.xml]
-"""
+# Lets the two word sizes of the library read what the other wrote, on one registry and one disk.
+#
+# usage: run.py PROGRAMS32 PROGRAMS64 [RESULTS.xml]
 import concurrent.futures
 import json
 import pathlib

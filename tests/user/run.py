@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
-"""Holds the library against what a user may not do: write to read-only files and folders, read what is closed, make a
-key that the registry refuses. As root, whom nothing on the disk is denied to, only the registry's part is run.
-
-usage: run.py PROGRAMS [RESULTS.xml]
-"""
+# Holds the library against what a user may not do: write to read-only files and folders, read what is closed, make a
+# key that the registry refuses. As root, whom nothing on the disk is denied to, only the registry's part is run.
+#
+# usage: run.py PROGRAMS [RESULTS.xml]
 import json
 import os
 import pathlib

@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""Breaks a prefix of its own in every way that was seen, and holds scripts/wine to this: the next call works.
-
-usage: heals.py [RESULTS.xml]
-"""
+# Breaks a prefix of its own in every way that was seen, and holds scripts/wine to this: the next call works.
+#
+# usage: heals.py [RESULTS.xml]
 import os
 import pathlib
 import random

@@ -161,27 +161,24 @@ TEST_F(DynazipCalls, WalksGoMemberByMemberWithAnEngineThatKnowsNone) {
 TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
     std::int64_t time = 1;
     int size = 2;
-    const auto timeOf = [&](const char* date) {
+    const auto timeOf = [&](const char* date, std::uint32_t bytes) {
         std::strcpy(unzip_->info.szDateTime, date);
-        EXPECT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 0);
+        unzip_->info.oSize = bytes;
+        EXPECT_EQ(unzip_->answer, Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size));
         return time;
     };
-    unzip_->info.oSize = 1234;
     // Local time: at most a day away from the same in UTC.
-    const std::int64_t summer = timeOf("07/04/99 12:30:10");
+    const std::int64_t summer = timeOf("07/04/99 12:30:10", 1234);
     EXPECT_LT(std::abs(summer - 931091410), 86400);
-    EXPECT_EQ(size, 1234);
-    EXPECT_EQ(unzip_->unzip.function, 4);
-    unzip_->info.oSize = 0xffffffff;
-    EXPECT_EQ(timeOf("07/04/99 12:30:08"), summer - 2);
-    EXPECT_EQ(size, 0x7fffffff);
-    EXPECT_GT(timeOf("07/04/79 12:30:08"), 3'400'000'000);
-    for (const char* none : {"00/00/80 00:00:00", "", "?"}) EXPECT_EQ(timeOf(none), -1) << none;
-    unzip_->answer = 25;
-    time = 1, size = 2;
-    EXPECT_EQ(Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size), 25);
-    EXPECT_EQ(1, time);
-    EXPECT_EQ(2, size);
+    EXPECT_EQ(1234, size);
+    EXPECT_EQ(UNZIP_NEXT_MATCHING, unzip_->unzip.function);
+    EXPECT_EQ(summer - 2, timeOf("07/04/99 12:30:08", 0xffffffff));
+    EXPECT_EQ(0x7fffffff, size);
+    EXPECT_GT(timeOf("07/04/79 12:30:08", 0), 3'400'000'000);
+    for (const char* none : {"00/00/80 00:00:00", "", "?"}) EXPECT_EQ(-1, timeOf(none, 5)) << none;
+    unzip_->answer = UNZIP_OUT_OF_BOUNDS;
+    EXPECT_EQ(-1, timeOf("07/04/99 12:30:10", 1234)) << "as it was";
+    EXPECT_EQ(5, size);
 }
 
 // The answers of all operations on names, and whether there is a comment.

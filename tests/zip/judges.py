@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""Holds the zip engines against programs that are not ours, in both directions, and kills them at random moments.
-
-usage: judges.py HOST.EXE QLUTIL.exe RESULTS.xml
-"""
+# Holds the zip engines against programs that are not ours, in both directions, and kills them at random moments.
+#
+# usage: judges.py HOST.EXE QLUTIL.exe RESULTS.xml
 import functools
 import json
 import os
