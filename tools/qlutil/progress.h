@@ -15,6 +15,8 @@ class Progress {
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
+    bool IsShown() const { return watcher_.joinable(); }
+
     // From now on this is done. Safe on any thread.
     void Now(std::wstring doing);
 

@@ -94,11 +94,38 @@ std::wstring ChangeReason(const std::wstring& archive, int code) {
     }
 }
 
+std::wstring Amount(std::uint64_t bytes) {
+    constexpr std::uint64_t kKilo = 1000, kMega = kKilo * kKilo;
+    if (bytes < kMega) return std::to_wstring((bytes + kKilo - 1) / kKilo) + L" KB";
+    const std::uint64_t tenths = bytes / (kMega / 10);
+    return std::to_wstring(tenths / 10) + L'.' + std::to_wstring(tenths % 10) + L" MB";
+}
+
+// Where a call tells how far it is, and how much it has to do.
+struct Work {
+    Progress& line;
+    std::uint64_t bytes = 0;  // 0: nobody knows
+};
+
 // Tells the progress line which member is worked on, and how far all is.
-int QL_ZIP_CALL ShowProgress(const char* item, int percent, void* progress) {
-    static_cast<Progress*>(progress)->Now(Shown(AnsiToRWWString(item).str()) + L", " +
-                                          std::to_wstring(percent) + L" %");
+int QL_ZIP_CALL ShowProgress(const char* item, int percent, void* work) {
+    const Work& all = *static_cast<Work*>(work);
+    std::wstring shown = Shown(AnsiToRWWString(item).str()) + L", " + std::to_wstring(percent) + L" %";
+    if (all.bytes > 0) shown += L" of " + Amount(all.bytes);
+    all.line.Now(std::move(shown));
     return 0;
+}
+
+int QL_ZIP_CALL AddSize(const ZIPMEMBER* member, void* work) {
+    static_cast<Work*>(work)->bytes += member->size;
+    return 0;
+}
+
+// That reads or brings out all of an archive. Its members are asked only where somebody looks.
+Work WorkOnAll(Progress& line, const std::wstring& archive) {
+    Work work{line};
+    if (line.IsShown()) Dynazip::ForEachMember(archive.c_str(), AddSize, &work);
+    return work;
 }
 
 void AddFault(std::wstring& faults, const std::wstring& fault) {
@@ -148,6 +175,14 @@ class Sources {
         AddFolder(path, LastPart(top));
     }
     const std::vector<Source>& All() const { return all_; }
+    std::uint64_t Bytes() const {
+        std::uint64_t bytes = 0;
+        struct _stat64 file;
+        for (const Source& source : all_)
+            bytes +=
+                ::_wstat64(source.path.c_str(), &file) == 0 ? static_cast<std::uint64_t>(file.st_size) : 0;
+        return bytes;
+    }
 
   private:
     // Nobody wants an archive among its own files.
@@ -233,8 +268,9 @@ Answer Add(const Arguments& arguments, Progress& progress) {
     for (std::wstring_view path : std::span(arguments.all()).subspan(1)) sources.Add(std::wstring(path));
     std::vector<ZIPSOURCE> files;
     for (const Source& source : sources.All()) files.push_back({source.path.c_str(), source.name.c_str(), 0});
+    Work work{progress, progress.IsShown() ? sources.Bytes() : 0};
     const long code = Dynazip::AddFilesToZip(archive.c_str(), files.data(), static_cast<int>(files.size()),
-                                             level, {ShowProgress, &progress});
+                                             level, {ShowProgress, &work});
     if (code == ZIP_BAD_REQUEST)
         return Answer(Record{{L"added", 0}}, L"cannot change " + archive + L": " + Reason(code, L""));
     const auto added =
@@ -339,7 +375,9 @@ Answer Extract(const Arguments& arguments, Progress& progress) {
     what.count = static_cast<int>(pointers.size());
     what.withFolders = arguments.Has(L"paths");
     what.keepsNewer = !arguments.Has(L"overwrite");
-    what.progress = {ShowProgress, &progress};
+    const bool isWhole = names.empty() && !arguments.Value(L"index");
+    Work work = isWhole ? WorkOnAll(progress, archive) : Work{progress};
+    what.progress = {ShowProgress, &work};
     if (const auto index = arguments.Value(L"index")) {
         what.index = RequireInt(*index, L"--index");
         if (what.index < 0 || !names.empty())
@@ -359,7 +397,8 @@ Answer Test(const Arguments& arguments, Progress& progress) {
     const std::wstring archive(arguments[0]);
     ZipExtraction what;
     what.testsOnly = what.withFolders = true;
-    what.progress = {ShowProgress, &progress};
+    Work work = WorkOnAll(progress, archive);
+    what.progress = {ShowProgress, &work};
     Ended ended;
     const long code = Dynazip::ExtractMembers(archive.c_str(), L"", what, EndMember, &ended);
     const bool isEmpty = code == UNZIP_NOTHING_TO_DO;
