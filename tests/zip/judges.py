@@ -167,6 +167,15 @@ class Judged(InFolder):
                 changed = self.members([["unzip", "-tqq"], ["7z", "t", "-bd"]])
                 self.assertEqual(changed, {name: TREE[name] for name in TREE if name != "one.txt"})
 
+    def test_names_that_no_terminal_and_no_record_bears_are_listed_all_the_same(self):
+        names = ["\x1b[2Jclear.txt", "n" * 300 + ".txt"]
+        with zipfile.ZipFile(self.archive, "w") as out:
+            for name in names:
+                out.writestr(name, b"x")
+        self.assertEqual([row["trueName"] for row in qlutil("list", self.archive)], names)
+        shown = start("zip", "list", windows_path(self.archive), program=QLUTIL).communicate(timeout=60)[0]
+        self.assertNotIn(b"\x1b", shown)
+
 
 class Killed(InFolder):
     """Kills at random moments: QL_KILLS of them, a quarter for each kind of call."""
