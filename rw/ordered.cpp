@@ -17,15 +17,14 @@ RWCollectable* RWOrdered::insertAt(std::size_t index, RWCollectable* item) {
     return ql::FailureIfThrown(nullptr, [&] {
         if (index > 0 || places_.empty()) {
             places_.insert(begin() + static_cast<std::ptrdiff_t>(index), item);
-        } else {
-            if (first_ == 0) {
-                const std::size_t room = entries();
-                places_.insert(places_.begin(), room, nullptr);
-                first_ = room;
-            }
-            places_[--first_] = item;
+            return item;
         }
-        return item;
+        if (first_ == 0) {
+            const std::size_t room = entries();
+            places_.insert(places_.begin(), room, nullptr);
+            first_ = room;
+        }
+        return places_[--first_] = item;
     });
 }
 
