@@ -12,7 +12,7 @@
 namespace ql {
 
 // Memory for the lines of one thread, free again when the last of them is done.
-class LineBlock {
+class LineBlock {  // NOLINT(clang-analyzer-optin.performance.Padding): on purpose
   public:
     static constexpr std::size_t kBytes = std::size_t{64} * 1024 - 2 * kCacheLine;
 

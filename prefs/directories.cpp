@@ -139,7 +139,7 @@ std::wstring_view WithoutLeadingBackslash(std::wstring_view text) {
     return text.substr(text.starts_with(L'\\') ? 1 : 0);
 }
 
-RWWString Join(RWWString folder, std::wstring_view rest) {
+RWWString Join(const RWWString& folder, std::wstring_view rest) {
     return RWWString(ql::WithoutTrailingBackslash(folder)) + L'\\' + WithoutLeadingBackslash(rest);
 }
 

@@ -16,7 +16,6 @@ namespace {
 
 using ql::LockedSettings;
 using ql::Setting;
-using ql::SettingContent;
 using ql::SettingKey;
 using ql::SettingsDictionary;
 
