@@ -1,16 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <filesystem>
 #include <thread>
 #include <utility>
 
 #include "platform/critical_section.h"
 #include "platform/message_box.h"
-#include "platform/module.h"
-#include "platform/shell_folders.h"
 #include "platform/unique_handle.h"
-#include "platform/windows_version.h"
 
 namespace {
 
@@ -84,18 +80,4 @@ TEST(ErrorBox, IsReplacedAndAnswersTheFormerOne) {
     EXPECT_TRUE(g_shown.starts_with(L"Bad Mojo: this pointer is corrupt\nThis is a serious")) << g_shown;
     EXPECT_EQ(&Remember, ql::SetErrorBox(nullptr));
     EXPECT_EQ(system, ql::SetErrorBox(system));
-}
-
-TEST(System, TellsItsVersionAndPathsThatAreThere) {
-    EXPECT_TRUE(ql::IsWindows6OrLater());
-    const std::wstring personal = ql::PersonalDocumentsFolder(), shared = ql::PublicDocumentsFolder();
-    EXPECT_NE(personal, shared);
-    for (const std::wstring& path : {personal, shared, ql::OwnModulePath()}) {
-        ASSERT_GT(path.size(), 3u);
-        EXPECT_EQ(L":\\", path.substr(1, 2));
-        EXPECT_NE(L'\\', path.back());
-#if defined(_WIN32)
-        EXPECT_TRUE(std::filesystem::exists(path));
-#endif
-    }
 }

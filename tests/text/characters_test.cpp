@@ -22,20 +22,3 @@ TEST(Characters, CompareIgnoringCaseByUpperCasedUnits) {
     EXPECT_TRUE(ql::StartsWithIgnoringCase(L"ab", L"AB"));
     EXPECT_FALSE(ql::StartsWithIgnoringCase(L"a", L"ab"));
 }
-
-TEST(Characters, ClassesAndCaseComeFromFixedTables) {
-    const std::wstring units(L"aZ\u00e4\u00c4\u0436\u6c341_ \0\xd83d", 11);
-    const auto those = [&units](bool (*isOne)(wchar_t)) {
-        std::wstring told;
-        for (const wchar_t unit : units) told += isOne(unit) ? unit : L'.';
-        return told;
-    };
-    EXPECT_EQ(L"aZ\u00e4\u00c4\u0436\u6c34.....", those(ql::IsLetter));
-    EXPECT_EQ(L".Z.\u00c4.......", those(ql::IsUpperLetter));
-    EXPECT_EQ(L"a.\u00e4.\u0436......", those(ql::IsLowerLetter));
-    std::wstring text(L"i\0\u00df\u00ff\xde00", 5);  // no Turkish i, no double s, half a pair
-    ql::MakeUpper(text);
-    EXPECT_EQ(text, std::wstring(L"I\0\u00df\u0178\xde00", 5));
-    ql::MakeLower(text);
-    EXPECT_EQ(text, std::wstring(L"i\0\u00df\u00ff\xde00", 5));
-}

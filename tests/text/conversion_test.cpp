@@ -97,12 +97,15 @@ TEST(LetterCase, Changes) {
         {L"'tis a dog's life", CASE_TITLE, L"'tis A Dog's Life"},
         {L"\u00fcber stra\u00dfe", CASE_UPPER, L"\u00dcBER STRASSE"},
         {L"hELLO World", CASE_FIRST_CAPITAL, L"HELLO World"},
-        {L"a\u00df\xd83d\xde00z", CASE_SPACED_CAPITALS, L"A S S \xd83d\xde00 Z"},  // a pair stays one
+        {L"a\u00df\xd83d\xde00z", CASE_SPACED_CAPITALS, L"A S S \xd83d\xde00 Z"},        // a pair stays one
+        {L"iZ\u00e4\u0436\u00ff1_\xde00", CASE_UPPER, L"IZ\u00c4\u0416\u01781_\xde00"},  // no Turkish i
+        {L"iZ\u00c4\u0416\u01781_\xd83d", CASE_LOWER, L"iz\u00e4\u0436\u00ff1_\xd83d"},
         {L"hELLO", CASE_UNKNOWN, L"hELLO"},
         {L"hELLO", static_cast<CaseType>(99), L"hELLO"},
     };
     for (const auto& [text, type, changed] : cases)
         EXPECT_EQ(changed, ChangeCase(RWWString(text), type).str()) << text << type;
+    EXPECT_EQ(L"a\0b"s, ChangeCase(RWWString(L"A\0B"s), CASE_LOWER).str());
 }
 
 TEST(ScriptName, EscapesAllButAsciiLettersAndDigitsAndMalformedEscapesStand) {
