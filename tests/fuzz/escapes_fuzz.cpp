@@ -9,14 +9,10 @@
 
 namespace {
 
-bool IsIdentifierUnit(wchar_t unit) {
-    return (unit >= L'0' && unit <= L'9') || (unit >= L'A' && unit <= L'Z') ||
-           (unit >= L'a' && unit <= L'z') || unit == L'$' || unit == L' ';
-}
-
 void CheckNames(const std::wstring& name) {
     const RWWString identifier = QLToJSVarName(name.c_str(), nullptr);
-    for (const wchar_t unit : identifier.view()) Expect(IsIdentifierUnit(unit));
+    constexpr std::wstring_view kUnits = L" $0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    Expect(identifier.view().find_first_not_of(kUnits) == std::wstring_view::npos);
     Expect(JSToQLVarName(identifier.data()) == name.c_str());
     // Any text can be read, and nothing read is longer than what was written.
     Expect(JSToQLVarName(name.c_str()).length() <= name.size());

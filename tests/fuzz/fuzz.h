@@ -48,17 +48,6 @@ inline std::wstring TextOf(Input input) {
     return text;
 }
 
-// Each line is a text of one byte a unit, which ends at its first zero.
-template <class Check>
-void ForEachLine(Input input, Check check) {
-    while (!input.empty()) {
-        const auto length = std::ranges::find(input, std::uint8_t{'\n'}) - input.begin();
-        const Input line = Take(input, static_cast<std::size_t>(length));
-        TakeByte(input);
-        check(std::wstring(line.begin(), std::ranges::find(line, std::uint8_t{0})));
-    }
-}
-
 // FUZZER(Name, head, pieces...): what generated inputs begin with and consist of, besides any bytes.
 #ifdef QL_FUZZER
 #define FUZZER(name, ...)                                                               \

@@ -1,6 +1,7 @@
 // Takes a text apart as a name and as a command line, puts it together and takes that apart again: an
 // ordinary one must stand still from then on, and whatever the text is, the name must be whole. Then the same
 // text as an open command of the registry. Each line of the input is a text.
+#include <sstream>
 #include <tuple>
 
 #include "names/cmd_line.h"
@@ -111,5 +112,6 @@ void Check(const std::wstring& text) {
 
 FUZZER(Names, "", "a", "b.c", " ", "\\", "/", ":", ".", "?", "#", "http://", "ftp:", "C:", "::ODMA\\",
        "PLUGIN\\{x}", "\"", "%1", "/ddeex", ".exe", "\n") {
-    ForEachLine(input, Check);
+    std::wistringstream lines(std::wstring(input.begin(), input.end()));
+    for (std::wstring line; std::getline(lines, line);) Check(line.c_str());  // to its first zero
 }

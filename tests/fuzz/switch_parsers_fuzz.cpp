@@ -9,15 +9,8 @@
 
 namespace {
 
-bool IsOneWord(const wchar_t* text) {
-    return !text || std::wstring(text).find(L' ') == std::wstring::npos;
-}
-
 template <class Parser>
 std::wstring CheckWhole(std::unique_ptr<Parser> parser) {
-    Expect(IsOneWord(parser->GetTray()));
-    Expect(IsOneWord(parser->GetPageSize()));
-    Expect(parser->GetPrintCopies() >= 0);
     const std::wstring state = StateOf(*parser);
     Parser constructed(*parser), assigned(L"/pt=x /ps=y /desc=z");
     assigned = *parser;

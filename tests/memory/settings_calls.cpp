@@ -22,7 +22,6 @@ constexpr wchar_t kEntry[] =
     L"so that it is put together in memory of its own";
 constexpr wchar_t kNumber[] = L"The number of an entry";
 constexpr wchar_t kText[] = L"a text that is longer than a string itself";
-const RWWString kKey(L"000 a key of some length");
 const RWWString kFolder(L"Documents\\a letter of some length");
 constexpr wchar_t kDocument[] =
     LR"({"12":"a number's text of some length","Sec<-^->Ent":["\u0041",{"b":1,"a":2.5}]})";
@@ -59,7 +58,7 @@ std::vector<Row> SettingsCalls() {
               [] {
                   const auto root = JSON::Parse(kDocument);
                   if (!root) return;
-                  root->AddMember(kKey, root->Clone());
+                  root->AddMember(kFolder, root->Clone());
                   root->Clone();
                   JSON::Serialize(root.get());
                   RWWString key;

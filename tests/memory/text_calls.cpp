@@ -169,12 +169,6 @@ std::vector<Row> TextCalls() {
                 [](Table& table) { table.InsertString(kText, 40); }),
         Changes("QLStringTable is assigned", Table(), [](Table& table) { table = kTable; }),
         Answers("QLStringTable is copied", [] { return Told(Table(kTable)); }),
-        {"QLStringTable grows by a bracket",
-         [](Attempt& attempt) {
-             const Table table(kTable);
-             attempt([&] { table[30] = L"x"; });
-             EXPECT_EQ(kText, table(2));
-         }},
         Answers("QLStringTable::operator()", [] { return kTable(1); }),
         {"QLStringTable is stored and restored", StoreTable},
         {"collections and texts", Collect},
