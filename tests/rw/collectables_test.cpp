@@ -161,12 +161,6 @@ TEST(Collectables, CompareAndCopyWithinTheirClass) {
     EXPECT_EQ(copy->hash(), wideA.hash());
 }
 
-TEST(Date, KnowsTheLeapYears) {
-    for (const auto& [year, isLeap] :
-         {std::pair{1900u, false}, {2000u, true}, {2024u, true}, {2026u, false}, {2100u, false}})
-        EXPECT_EQ(isLeap, RWDate(29, 2, year).dayNumber() != 0) << year;
-}
-
 TEST(VirtualStreams, CarryValuesAsLittleEndianBytes) {
     std::stringbuf buffer;
     RWBufferOstream out(buffer);

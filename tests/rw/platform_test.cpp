@@ -1,10 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
 #include <utility>
 
-#include "platform/critical_section.h"
 #include "platform/message_box.h"
 #include "platform/unique_handle.h"
 
@@ -50,25 +47,6 @@ TEST(Handles, AreClosedOnceByTheirLastOwner) {
     EXPECT_EQ(3, handle.release());
     handle.reset();
     EXPECT_EQ((std::vector{1, 0, 2}), closed);
-}
-
-TEST(CriticalSection, IsFreeAgainOnlyAfterTheOutermostGuard) {
-    ql::CriticalSection section;
-    std::atomic<bool> entered = false;
-    std::thread other;
-    {
-        const ql::CriticalSectionGuard outer(section);
-        other = std::thread([&] {
-            const ql::CriticalSectionGuard guard(section);
-            entered = true;
-        });
-        [&section]()
-            QL_LOCK_ATTRIBUTE(no_thread_safety_analysis) { const ql::CriticalSectionGuard inner(section); }();
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        EXPECT_FALSE(entered);
-    }
-    other.join();
-    EXPECT_TRUE(entered);
 }
 
 TEST(ErrorBox, IsReplacedAndAnswersTheFormerOne) {
