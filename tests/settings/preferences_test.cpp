@@ -63,8 +63,6 @@ TEST(PreferencesWithoutStores, AreReadFromTheRegistryEachTime) {
     for (const int number : {5, 6}) {
         WriteQLRegInt(L"Sec", L"Int", number);
         EXPECT_EQ(number, GetQLRegInt(L"Sec", L"Int", 4));
-        WriteQLRegBool(L"Sec", L"Bool", number == 5);
-        EXPECT_EQ(number == 5, GetQLRegBool(L"Sec", L"Bool", number != 5));
         WriteQLRegString(L"Sec", L"Text", std::to_wstring(number).c_str());
         EXPECT_EQ(std::to_wstring(number), GetQLRegString(L"Sec", L"Text", L"default"));
     }

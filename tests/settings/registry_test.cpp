@@ -66,23 +66,19 @@ TEST_F(Registry, ReadsIntegersOfAtMostFourBytesOfAnyType) {
     }
 }
 
-TEST_F(Registry, TheUsersValueWinsWhenItCanBeRead) {
+TEST_F(Registry, TheUsersValueWinsWhenItCanBeReadAndOneRootIsReadWithoutTheOther) {
     EXPECT_EQ(L"none", Text());
     registry_.Put(kMachine, kSection, kEntry, L"machine");
     registry_.Put(kUser, kSection, kEntry, 5);
     EXPECT_EQ(L"machine", Text());
-    registry_.Put(kUser, kSection, kEntry, L"user");
-    EXPECT_EQ(L"user", Text());
-}
-
-TEST_F(Registry, OneRootIsReadWithoutTheOtherAndNoSectionIsTheBaseKey) {
+    EXPECT_EQ(L"", GetQLRegStringEx(kSection, kEntry, false));
     registry_.Put(kUser, kSection, kEntry, L"C:\\User\\\\");
-    EXPECT_EQ(L"C:\\User\\\\", GetQLRegStringEx(kSection, kEntry, false));
-    EXPECT_EQ(L"", GetQLRegStringEx(kSection, kEntry, true));
+    EXPECT_EQ(L"C:\\User\\\\", Text());
     EXPECT_EQ(L"C:\\User\\", GetQLProfileDirEx(kSection, kEntry, false));
+    EXPECT_EQ(L"machine", GetQLRegStringEx(kSection, kEntry, true));
     registry_.Put(kUser, L"", L"", L"default value");
     for (const wchar_t* none : {static_cast<const wchar_t*>(nullptr), L""})
-        EXPECT_EQ(L"default value", GetQLRegStringEx(none, none, false));
+        EXPECT_EQ(L"default value", GetQLRegStringEx(none, none, false)) << "no section is the base key";
 }
 
 TEST_F(Registry, ValuesOfAnyTypeAndSizeAreReadAndWrittenWhole) {
