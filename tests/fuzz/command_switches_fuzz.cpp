@@ -22,9 +22,7 @@ bool IsOneOf(const wchar_t* units, const std::wstring& text, std::size_t at) {
     return at < text.size() && std::wstring_view(units).find(text[at]) != std::wstring_view::npos;
 }
 
-bool IsPrefix(const std::wstring& text, std::size_t at) {
-    return IsOneOf(L"/-", text, at);
-}
+constexpr wchar_t kPrefixes[] = L"/-";
 
 std::wstring ValueOf(std::wstring value) {
     if (value.size() > 1 && IsOneOf(L"\"'", value, 0)) value.erase(0, 1);
@@ -35,13 +33,13 @@ std::wstring ValueOf(std::wstring value) {
 // Goes over a line a unit at a time and tries every declared name on every word.
 struct Model {
     void Scan(const std::wstring& line) {
-        bool isQuoted = false, isLeading = !IsPrefix(line, 0);
+        bool isQuoted = false, isLeading = !IsOneOf(kPrefixes, line, 0);
         std::wstring part;
         ignored.clear();
         for (std::size_t i = 0; i < line.size(); ++i) {
             if (line[i] == L'"') {
                 isQuoted = !isQuoted;
-            } else if (line[i] != L' ' || isQuoted || (isLeading && !IsPrefix(line, i + 1))) {
+            } else if (line[i] != L' ' || isQuoted || (isLeading && !IsOneOf(kPrefixes, line, i + 1))) {
                 part += line[i];
             } else {
                 Take(std::exchange(part, L""), std::exchange(isLeading, false));
@@ -56,7 +54,7 @@ struct Model {
             leadingText = part;
             return;
         }
-        const std::wstring token = part.substr(IsPrefix(part, 0) ? 1 : 0);
+        const std::wstring token = part.substr(IsOneOf(kPrefixes, part, 0) ? 1 : 0);
         for (auto& [name, found] : switches) {
             const SwitchKind kind = KindOf(name);
             if (token.empty() || kind == SWITCH_NONE || !ql::StartsWithIgnoringCase(token, name)) continue;

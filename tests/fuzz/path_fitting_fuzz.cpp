@@ -1,6 +1,6 @@
-// Fits a path to a width by a made-up measure: the shortening must end, keep both ends of the path and stop
-// at the first text that fits, as a component after the other would. The first bytes are the width and what
-// seeds the measure, the rest is the path.
+// Fits a path to a width by a made-up measure: the shortening must end and stop at the first text that fits,
+// as a component after the other would. The first bytes are the width and what seeds the measure, the rest is
+// the path.
 #include "files/path_fitting.h"
 #include "tests/fuzz/fuzz.h"
 
@@ -24,8 +24,4 @@ FUZZER(PathFitting, "", "\\", "...", "\\...\\") {
     std::wstring slowly = path;
     while (widthOf(slowly) > width - 2 && ql::ShortenPath(slowly)) continue;
     Expect(text == slowly || (failsAt != 0 && calls == failsAt));
-    if (text == path) return;
-    const std::size_t first = path.find(L'\\'), tail = text.find(L'\\', first + 1);
-    Expect(text.compare(0, first + 4, path.substr(0, first + 1) + L"...") == 0);
-    Expect(tail == first + 4 && path.ends_with(text.substr(tail)));
 }

@@ -4,6 +4,8 @@
 
 #include <functional>
 
+#include "tests/native/system_memory.h"
+
 namespace memory {
 
 // One try of a row's calls: the allocation of that number, counted from 0, fails, and no other does.
@@ -23,7 +25,11 @@ class Attempt {
     }
     bool HasFailed() const { return hasFailed_; }  // else the calls ask for fewer
 
-    static bool RefusesNext();  // for operator new, which memory_test.cpp has
+    // For operator new, which memory_test.cpp has.
+    static bool RefusesNext() {
+        if (!current_ || current_->hasFailed_ || fake::SystemMemory::IsUsed()) return false;
+        return current_->hasFailed_ = current_->turn_-- == 0;
+    }
 
   private:
     inline static thread_local Attempt* current_ = nullptr;

@@ -6,7 +6,6 @@
 
 #include "settings/registry.h"
 #include "tests/memory/failing_memory.h"
-#include "tests/native/system_memory.h"
 
 namespace {
 
@@ -23,11 +22,6 @@ long LiveBlocksWithoutOpenKeys() {
 }
 
 }  // namespace
-
-bool memory::Attempt::RefusesNext() {
-    if (!current_ || current_->hasFailed_ || fake::SystemMemory::IsUsed()) return false;
-    return current_->hasFailed_ = current_->turn_-- == 0;
-}
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     void* const block = memory::Attempt::RefusesNext() ? nullptr : std::malloc(size);
