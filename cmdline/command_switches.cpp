@@ -46,9 +46,8 @@ bool CCommandSwitch::Matches(std::wstring_view token) {
 }
 
 void CCommandSwitches::DeclareSwitch(const wchar_t* name, SwitchKind kind) {
-    CCommandSwitch declared(name ? name : L"", kind);
-    std::wstring key = declared.GetName().str();
-    declared_.try_emplace(std::move(key), Declared{std::move(declared)});
+    const CCommandSwitch declared(name ? name : L"", kind);
+    declared_.try_emplace(declared.GetName().str(), Declared{declared});
 }
 
 void CCommandSwitches::Scan(const wchar_t* commandLine) {

@@ -5,7 +5,7 @@ namespace {
 
 // What the name leads to: a link is one to the archive.
 std::wstring PlaceOf(const std::wstring& path, Patience& patience) {
-    const std::wstring literal = LiteralPath(path);
+    std::wstring literal = LiteralPath(path);
     const auto facts = FileFacts(literal, Result::kCannotOpen);
     if (!facts) return literal;
     constexpr DWORD kUnchangeable = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY;

@@ -98,11 +98,12 @@ void Packer::Work() {
 std::unique_ptr<Block> Packer::Next() {
     std::unique_lock lock(mutex_);
     Block& oldest = *queue_.front();
-    while (oldest.state != Block::kDone) {
+    const auto isDone = [&oldest] { return oldest.state == Block::kDone; };
+    while (!isDone()) {
         // Rather than wait for the oldest, pack what nobody has begun.
         Block* const own = FindWaiting();
         if (!own) {
-            done_.wait(lock, [&] { return oldest.state == Block::kDone; });
+            done_.wait(lock, isDone);
             break;
         }
         own->state = Block::kInWork;

@@ -36,7 +36,7 @@ bool Rename(HANDLE file, const std::wstring& to, Former former) {
     info->FileNameLength = static_cast<DWORD>(bytes);
     std::memcpy(info->FileName, to.data(), bytes);
     return ::SetFileInformationByHandle(file, FileRenameInfo, info,
-                                        static_cast<DWORD>(sizeof(FILE_RENAME_INFO) + bytes));
+                                        info->FileNameLength + DWORD{sizeof(FILE_RENAME_INFO)});
 }
 
 Result WhyNotCreated(DWORD error) {

@@ -22,6 +22,7 @@ struct OpenArchive {
     explicit OpenArchive(const char* ansiPath)
         : path(LiteralPath(WideFromAnsi(ansiPath))),
           file(path, kOpenArchive, patience),
+          // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.UninitializedObject): the file has its handle
           archive(DirectoryOf(file, path)) {}
     const std::vector<Entry>& Entries() const { return archive->Entries(); }
 
@@ -110,6 +111,7 @@ void RefuseWhatIsNotOffered(const UNZIPCMDSTRUCT& command) {
 
 std::vector<const Entry*> At(const OpenArchive& open, const std::vector<std::size_t>& places) {
     std::vector<const Entry*> members;
+    members.reserve(places.size());
     for (const std::size_t i : places) members.push_back(&open.Entries()[i]);
     return members;
 }

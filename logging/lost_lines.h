@@ -11,7 +11,7 @@ namespace ql {
 class LostLinesText {
   public:
     LostLinesText(std::uint32_t lines, std::wstring_view cause) noexcept {
-        char digits[kLongest];
+        char digits[kLongest] = {};
         const char* const end = std::to_chars(digits, digits + kLongest, lines).ptr;
         for (const char* at = digits; at != end; ++at) text_[length_++] = static_cast<wchar_t>(*at);
         Put(lines == 1 ? L" line was lost: " : L" lines were lost: ");
