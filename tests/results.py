@@ -15,8 +15,8 @@ def windows_path(path):
     return "Z:" + str(path).replace("/", "\\")
 
 
+# For a process that may let files grow to so many bytes, as on a full disk.
 def file_limit(room):
-    """For a process that may let files grow to so many bytes, as on a full disk."""
     def limit():
         signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
         resource.setrlimit(resource.RLIMIT_FSIZE, (room, NO_LIMIT))
@@ -24,8 +24,8 @@ def file_limit(room):
     return limit
 
 
+# Prints the counts, writes them where ./test reads them, and answers the script's exit status.
 def report(passed, failed, results=None):
-    """Prints the counts, writes them where ./test reads them, and answers the script's exit status."""
     print(f"{passed} passed, {failed} failed")
     if results:
         path = pathlib.Path(results)
@@ -34,8 +34,8 @@ def report(passed, failed, results=None):
     return 1 if failed or not passed else 0
 
 
+# Runs the unittest cases of the script itself, and answers as report does.
 def run_own_cases(results=None):
-    """Runs the unittest cases of the script itself, and answers as report does."""
     suite = unittest.defaultTestLoader.loadTestsFromModule(sys.modules["__main__"])
     done = unittest.TextTestRunner(verbosity=2).run(suite)
     bad = {getattr(test, "test_case", test).id() for test, _ in done.failures + done.errors}

@@ -22,8 +22,8 @@ PROSE = {"architecture", "gallery", "hosts", "performance", "preferences", "qlut
 BLOCK = re.compile(r"^```(\w+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 
 
+# The page's program, the number of its first line, and what it prints, None when the page does not say.
 def example_of(page):
-    """The page's program, the number of its first line, and what it prints, None when the page does not say."""
     text = page.read_text(encoding="utf-8")
     blocks = list(BLOCK.finditer(text))
     programs = [at for at, block in enumerate(blocks) if block[1] == "cpp" and "\nint main(" in block[2]]
@@ -39,8 +39,8 @@ def extract(page, source):
     source.write_text(f'#line {line} "docs/{page.name}"\n{program}', encoding="utf-8")
 
 
+# What is wrong with the page's example; empty when nothing is.
 def fault_of(page, programs):
-    """What is wrong with the page's example; empty when nothing is."""
     expected = example_of(page)[2]
     if expected is None:
         return "does not say in a text block what its program prints"

@@ -21,8 +21,8 @@ def dump(library, *switches):
     return subprocess.run(["objdump", *switches, library], capture_output=True, text=True, check=True).stdout
 
 
+# The offsets of the log's instructions in the library.
 def instructions(library):
-    """The offsets of the log's instructions in the library."""
     base = int(re.search(r"ImageBase\s+([0-9a-f]+)", dump(library, "-p")).group(1), 16)
     ours = False
     for line in dump(library, "-d", "--no-show-raw-insn").splitlines():

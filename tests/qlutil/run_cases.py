@@ -23,22 +23,22 @@ class Program:
     def __init__(self, path):
         self.path, self.set = path, []
 
+    # The exit status, and what was printed and said.
     def run(self, words, text="", room=NO_LIMIT, cwd=HERE, stderr=subprocess.PIPE):
-        """The exit status, and what was printed and said."""
         if words[:2] == ["prefs", "set"]:
             self.set.append(words[2:4])
         done = subprocess.run([WINE, self.path, *words], input=text.encode(), stdout=subprocess.PIPE, stderr=stderr,
                               cwd=cwd, timeout=SECONDS, check=False, preexec_fn=file_limit(room))
         return done.returncode, done.stdout.decode(), (done.stderr or b"").decode().replace("\r", "")
 
+    # Removes the preferences that calls have set.
     def forget(self):
-        """Removes the preferences that calls have set."""
         while self.set:
             self.run(["prefs", "unset", *self.set.pop()])
 
 
+# Removes what the cases write, also what a run left that was killed.
 def clean_folder():
-    """Removes what the cases write, also what a run left that was killed."""
     subprocess.run([WINE, "cmd", "/c", r"del /f /q C:\windows\Temp\ql_*& "
                     r"for /d %f in (C:\windows\Temp\ql_*) do rmdir /s /q %f"],
                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, timeout=SECONDS, check=False)
@@ -66,8 +66,8 @@ class Case:
     def other_calls(self, mark):
         return [shlex.split(call) for call in self.marked[mark]]
 
+    # What is wrong with the program's answer; empty when nothing is.
     def fault(self, program):
-        """What is wrong with the program's answer; empty when nothing is."""
         for words in self.other_calls("+"):
             if program.run(words)[0]:
                 return f"{shlex.join(words)}, made before it, fails"
@@ -97,8 +97,8 @@ def cases_of(path):
         yield Case(where, call[1], block[0][call.end():].splitlines())
 
 
+# Of each case what is wrong with it, empty when nothing is.
 def faults_of_file(program, path):
-    """Of each case what is wrong with it, empty when nothing is."""
     for case in cases_of(path):
         fault = case.fault(program)
         yield fault and f"{case.where}\n{fault}"
@@ -121,8 +121,8 @@ def pattern_of(shown):
                    for line in shown.splitlines())
 
 
+# The same of each call of a block in the page.
 def faults_of_block(program, calls, files):
-    """The same of each call of a block in the page."""
     with tempfile.TemporaryDirectory() as folder:
         for name, text in files.items():
             (pathlib.Path(folder) / name).write_text(text, encoding="utf-8")
@@ -147,8 +147,8 @@ def faults_of_guide(program):
                 files = {}
 
 
+# Of each command whether its help shows a call of its own.
 def faults_of_help(program):
-    """Of each command whether its help shows a call of its own."""
     for command in re.split(r"^(?=qlutil )", program.run(["help"])[1], flags=re.MULTILINE)[1:]:
         name = re.match(r"qlutil ((?:[a-z-]+ ?)+)(?![A-Z\[])", command)[1].strip()
         shown = re.search(rf"^    Example: qlutil (--json )?{name}\b", command, re.MULTILINE)

@@ -27,8 +27,8 @@ def qlutil(bits, *arguments):
 
 
 class Twins(unittest.TestCase):
+    # Each finds what both set at once.
     def test_one_user(self):
-        """Each finds what both set at once."""
         entries = {f"{bits} {n}": (bits, VALUES[n % 4]) for n in range(8) for bits in PROGRAMS}
         with concurrent.futures.ThreadPoolExecutor(4) as pool:
             for entry, (bits, value) in entries.items():
@@ -36,15 +36,15 @@ class Twins(unittest.TestCase):
         for entry, (_, (_, *switches)) in entries.items():
             self.assertEqual(*(qlutil(bits, "prefs", "get", SECTION, entry, *switches) for bits in PROGRAMS))
 
+    # A value of the machine is the same for both, in whichever view of the registry an installer put it.
     def test_one_machine(self):
-        """A value of the machine is the same for both, in whichever view of the registry an installer put it."""
         key = f"HKLM\\SOFTWARE\\Quillet\\Author\\{SECTION}"
         subprocess.run([WINE, "reg", "add", key, "/v", "machine", "/d", "x", "/f", "/reg:32"], check=True)
         for bits in PROGRAMS:
             self.assertEqual("x", qlutil(bits, "prefs", "get", SECTION, "machine")["value"], bits)
 
+    # Documents, archives and lines of logs are the same bytes, and each reads the other's.
     def test_one_disk(self):
-        """Documents, archives and lines of logs are the same bytes, and each reads the other's."""
         folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()))
         member = folder / "member.txt"
         member.write_bytes(bytes(range(256)) * 400)

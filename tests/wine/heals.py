@@ -23,16 +23,15 @@ STATUS = 7
 CALL = ["cmd", "/c", "exit", str(STATUS)]
 
 
+# The processes whose link of that name under /proc leads to the target.
 def processes_with(link, target):
-    """The processes whose link of that name under /proc leads to the target."""
     found = subprocess.run(["find", "/proc", "-maxdepth", "3", "-path", f"/proc/[0-9]*/{link}", "-lname", str(target)],
                            capture_output=True, text=True, check=False)
     return {int(line.split("/")[2]) for line in found.stdout.splitlines()}
 
 
+# A cache folder with a prefix of its own over the real one's files, and two checkouts that share it.
 class House:
-    """A cache folder with a prefix of its own over the real one's files, and two checkouts that share it."""
-
     def __init__(self, folder):
         self.cache = folder / "cache" / "quillet-native-util"
         self.prefix = self.cache / "prefix"
@@ -78,8 +77,8 @@ class Heals(unittest.TestCase):
         if cls.house.screens():
             raise AssertionError("a screen stayed behind")
 
+    # The server of a house whose next call works, as it must after all that the cases do.
     def server(self):
-        """The server of a house whose next call works, as it must after all that the cases do."""
         self.assertEqual(STATUS, self.house.start(*CALL).wait(150), "the next call's answer")
         screen = self.house.start("--display").communicate(timeout=150)[0].decode().strip()
         with socket.socket(socket.AF_UNIX) as connection:

@@ -39,8 +39,8 @@ def start(*arguments, program=HOST, room=NO_LIMIT, **options):
                             stdin=subprocess.DEVNULL, preexec_fn=file_limit(room), **options)
 
 
+# The engine's code.
 def host(*arguments, **options):
-    """The engine's code."""
     process = start(*arguments, **options)
     process.communicate(timeout=60)
     return process.returncode
@@ -51,8 +51,8 @@ def qlutil(what, archive):
     return json.loads(process.communicate(timeout=60)[0])
 
 
+# zip writes UTF-8 without saying so, and zipfile takes that for code page 437.
 def member_name(info):
-    """zip writes UTF-8 without saying so, and zipfile takes that for code page 437."""
     return info.filename if info.flag_bits & 0x800 else info.filename.encode("cp437").decode()
 
 
@@ -74,9 +74,8 @@ def run(*command, cwd=None):
                    env=os.environ | {"LC_ALL": "C.UTF-8"})
 
 
+# A file that cannot be rewound: sizes and check sums come after the data.
 class Pipe:
-    """A file that cannot be rewound: sizes and check sums come after the data."""
-
     def __init__(self, file):
         self.write, self.flush = file.write, file.flush
 
@@ -111,8 +110,8 @@ class InFolder(unittest.TestCase):
         write_tree(self.tree, TREE)
         self.archive = self.folder / "made.zip"
 
+    # The engine's code for the archive, the files as seen from the tree.
     def call(self, what, items, *more, **options):
-        """The engine's code for the archive, the files as seen from the tree."""
         return host(what, windows_path(self.archive), items, *more, cwd=self.tree, **options)
 
     def add(self, *more):
@@ -124,8 +123,8 @@ class InFolder(unittest.TestCase):
     def beside(self, kept=lambda name: True):
         return sorted(path.name for path in self.folder.iterdir() if kept(path.name))
 
+    # Names and contents of the files in the archive, after all have judged it.
     def members(self, judges=()):
-        """Names and contents of the files in the archive, after all have judged it."""
         for judge in judges:
             run(*judge, self.archive)
         with zipfile.ZipFile(self.archive) as read:
@@ -177,9 +176,8 @@ class Judged(InFolder):
         self.assertNotIn(b"\x1b", shown)
 
 
+# Kills at random moments: QL_KILLS of them, a quarter for each kind of call.
 class Killed(InFolder):
-    """Kills at random moments: QL_KILLS of them, a quarter for each kind of call."""
-
     TIMES = int(os.environ.get("QL_KILLS", "40")) // 4
 
     def setUp(self):
@@ -187,8 +185,8 @@ class Killed(InFolder):
         (self.tree / "more.bin").write_bytes(RANDOM_BYTES * 20)
         self.assertEqual(self.add(6, "old"), 0)
 
+    # Calls once in peace; then, prepared anew for each, those that are killed. A step for each call.
     def killed(self, prepare, *call):
-        """Calls once in peace; then, prepared anew for each, those that are killed. A step for each call."""
         prepare()
         began = time.monotonic()
         self.assertEqual(self.call(*call), 0)
@@ -259,8 +257,8 @@ class Shared(InFolder):
 
 
 class FullDisk(InFolder):
+    # However far a file may grow: every write is the one that fails in some round.
     def test_loses_nothing_and_leaves_nothing_behind(self):
-        """However far a file may grow: every write is the one that fails in some round."""
         self.assertEqual(self.add(6), 0)
         before = self.archive.read_bytes()
         for room in range(0, len(before), 48 << 10):
