@@ -5,6 +5,10 @@
 #include "settings/registry_values.h"
 #include "tests/support/private_registry.h"
 
+#ifdef _WIN32
+#include <sddl.h>
+#endif
+
 namespace {
 
 constexpr wchar_t kSection[] = L"Locations";
@@ -166,5 +170,25 @@ TEST_F(Registry, SectionsAreHandedOutOneByOneUntilTheirKeyIsDeleted) {
     ::RegDeleteTreeW(kUser, path.c_str());
     EXPECT_EQ(L"", walked.GetNextSection());
 }
+
+#ifdef _WIN32
+// Nobody may write to it, whoever runs the test.
+TEST_F(Registry, ADeniedKeyTakesNoValueAndIsRead) {
+    registry_.Put(kUser, kSection, kEntry, L"kept");
+    ql::UniqueRegKey key;
+    ::RegOpenKeyExW(kUser, PrivateRegistry::Path(kSection).c_str(), 0, WRITE_DAC, key.put());
+    const auto admit = [&key](const wchar_t* rules) {
+        PSECURITY_DESCRIPTOR descriptor = nullptr;
+        ::ConvertStringSecurityDescriptorToSecurityDescriptorW(rules, SDDL_REVISION_1, &descriptor, nullptr);
+        EXPECT_EQ(ERROR_SUCCESS, ::RegSetKeySecurity(key.get(), DACL_SECURITY_INFORMATION, descriptor));
+        ::LocalFree(descriptor);
+    };
+    admit(L"D:(D;;0x00000006;;;WD)(A;;KA;;;WD)");  // setting values, creating keys
+    EXPECT_FALSE(WriteRegValue(kSection, kEntry, {REG_SZ, {}}));
+    EXPECT_EQ(L"kept", Text());
+    admit(L"D:(A;;KA;;;WD)");
+    EXPECT_TRUE(WriteRegValue(kSection, kEntry, {REG_SZ, {}}));
+}
+#endif
 
 }  // namespace

@@ -15,6 +15,7 @@ from results import WINE, run_own_cases  # noqa: E402: the path comes first
 
 PROGRAMS = {bits: pathlib.Path(folder).resolve() for bits, folder in zip((32, 64), sys.argv[1:3])}
 SECTION = "Twins"
+KEY = f"SOFTWARE\\Quillet\\Author\\{SECTION}"
 VALUES = (("7", "--int"), ("true", "--bool"), ("1,2,3", "--color"), ("ä \\ /",))
 
 
@@ -38,8 +39,8 @@ class Twins(unittest.TestCase):
 
     # A value of the machine is the same for both, in whichever view of the registry an installer put it.
     def test_one_machine(self):
-        key = f"HKLM\\SOFTWARE\\Quillet\\Author\\{SECTION}"
-        subprocess.run([WINE, "reg", "add", key, "/v", "machine", "/d", "x", "/f", "/reg:32"], check=True)
+        add = [WINE, "reg", "add", f"HKLM\\{KEY}", "/v", "machine", "/d", "x", "/f", "/reg:32"]
+        subprocess.run(add, stdout=subprocess.DEVNULL, check=True)
         for bits in PROGRAMS:
             self.assertEqual("x", qlutil(bits, "prefs", "get", SECTION, "machine")["value"], bits)
 
@@ -61,6 +62,22 @@ class Twins(unittest.TestCase):
         self.assertEqual(*documents)
         self.assertEqual(*archives)
         self.assertEqual(*(log.rpartition(b"]")[2] for log in logs))
+
+    # All folders; those of the program itself as seen from its folder, the first.
+    def test_one_system(self):
+        for program in PROGRAMS.values():
+            self.assertEqual(*(qlutil(bits, "file", "exe", program / "qlutil.exe") for bits in PROGRAMS))
+        machines = [qlutil(bits, "machine") for bits in PROGRAMS]
+        self.assertEqual([32, 64], [machine["bits"] for machine in machines])
+        for key in "is64BitWindows", "isAdminUser", "canWriteToHKLM":
+            self.assertEqual(*(machine[key] for machine in machines), key)
+        rows = [qlutil(bits, "dirs") for bits in PROGRAMS]
+        self.assertEqual(*([row | {"path": row["path"].replace(of[0]["path"], "")} for row in of] for of in rows))
+
+
+def tearDownModule():
+    for root in "HKCU", "HKLM":
+        subprocess.run([WINE, "reg", "delete", f"{root}\\{KEY}", "/f", "/reg:32"], capture_output=True, check=False)
 
 
 if __name__ == "__main__":
