@@ -59,7 +59,6 @@ std::vector<Row> SettingsCalls() {
                   const auto root = JSON::Parse(kDocument);
                   if (!root) return;
                   root->AddMember(kFolder, root->Clone());
-                  root->Clone();
                   JSON::Serialize(root.get());
                   RWWString key;
                   root->FirstMember(key);
@@ -78,7 +77,6 @@ std::vector<Row> SettingsCalls() {
                     [] {
                         GetQLRegString(kSection, L"Stored", kText);
                         GetQLRegInt(kSection, kNumber, 5);
-                        GetQLRegBool(kSection, L"Flag", true);
                         GetQLRegColor(kSection, L"Stored", 0);
                         FindPreference(kSection, L"Stored");
                         CQlDir::GetDirectory(TemplateDirectory);
@@ -98,8 +96,6 @@ std::vector<Row> SettingsCalls() {
         WithLibrary("preferences, directories, interview values and a document written, others deleted",
                     [] {
                         WriteQLRegInt(kSection, kNumber, 1);
-                        WriteQLRegBool(kSection, L"Flag", true);
-                        WriteQLRegColor(kSection, L"Colour", 33023);
                         WriteQLRegString(kSection, L"Stored", nullptr);
                         CQlDir::SetLibraryDirectory(kFolder);
                         CQlGlobals::SetIsMonthFirst(false);

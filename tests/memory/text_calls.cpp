@@ -147,7 +147,6 @@ void Collect(Attempt& attempt) {
 std::vector<Row> TextCalls() {
     return {
         Answers("WideToStdString", [] { return WideToStdString(kText); }),
-        Answers("RWTStringToRWCString", [] { return RWTStringToRWCString(kText); }),
         Answers("AnsiToRWWString", [] { return AnsiToRWWString(kBytes.c_str()); }),
         Answers("RWCStringToRWWString", [] { return RWCStringToRWWString(kBytes); }),
         Answers("MakeRWTStringAnsiOnly", [] { return MakeRWTStringAnsiOnly(kText); }),
@@ -155,7 +154,6 @@ std::vector<Row> TextCalls() {
         Answers("JSToQLVarName", [] { return JSToQLVarName(kText); }),
         Answers("EscapeIllegalChars",
                 [] { return EscapeIllegalChars(kText, kText, L"", kText, true, kText); }),
-        Answers("ChangeCase to titles", [] { return ChangeCase(kText, CASE_TITLE); }),
         Answers("ChangeCase to spaced capitals", [] { return ChangeCase(kText, CASE_SPACED_CAPITALS); }),
         Changes("SplitField", Fields{L"former", L"former"},
                 [](Fields& fields) { SplitField(kText, fields.first, fields.second); }),
@@ -179,10 +177,8 @@ std::vector<Row> TextCalls() {
         Changes("SetExtension", kLine, [](Line& line) { line.SetExtension(kText); }),
         Changes("PrependPath", kLine, [](Line& line) { line.PrependPath(L"C:\\some\\path\\of\\length"); }),
         Changes("ToUpper", kLine, [](Line& line) { line.ToUpper(); }),
-        Changes("ToLower", kLine, [](Line& line) { line.ToLower(); }),
         Changes("SetCmdLine", kLine,
                 [](Line& line) { line.SetCmdLine(L"\"C:\\a long name\" /and-switches"); }),
-        Changes("SetSwitches", kLine, [](Line& line) { line.SetSwitches(kText); }),
         Changes("AppendSwitches", kLine, [](Line& line) { line.AppendSwitches(kText); }),
         Changes("QLCmdLine is assigned", kLine,
                 [](Line& line) { line = Line(L"C:\\dir", L"a name", L"ext", kText); }),
