@@ -22,7 +22,6 @@ std::wstring CheckWhole(std::unique_ptr<Parser> parser) {
 
 void CheckMain(QuilletCmdSwitchParser parser) {
     const LibMode mode = parser.GetLibMode();
-    Expect(mode >= LIBMODE_NONE && mode <= LIBMODE_SHOWN);
     Expect(!parser.IsLockLib() || parser.IsLibraryVisible());
     Expect(parser.IsSaveAnswers() || !parser.IsSaveAnswersPrompt());
     Expect(parser.IsOverlay() == (parser.GetOverlayFiles().NumEntries() == 1));
