@@ -7,7 +7,6 @@
 #include "files/file_header.h"
 #include "files/file_stream_buf.h"
 #include "rw/file.h"
-#include "rw/virtual_streams.h"
 #include "tests/support/open_file.h"
 #include "tests/support/test_folder.h"
 

@@ -23,15 +23,12 @@ void PutInRegistry(const wchar_t* section, const wchar_t* entry, const wchar_t* 
     CQlsSettings::ClearThreadRegSetting(section, entry);
 }
 
-TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirst) {
+TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirstAndCountryIsOneUnlessItsTextBeginsWithAnotherNumber) {
     EXPECT_TRUE(CQlGlobals::IsMonthFirst());
     for (const auto& [text, isFirst] : {std::pair(L"Day Month Years", true), {L"day MONTH year", false}}) {
         PutInRegistry(L"Interview", L"Date Detection", text);
         EXPECT_EQ(isFirst, CQlGlobals::IsMonthFirst()) << text;
     }
-}
-
-TEST_F(InterviewGlobals, CountryIsOneUnlessTheTextBeginsWithAnotherNumber) {
     EXPECT_EQ(1, CQlGlobals::GetCountry());
     for (const auto& [text, country] :
          {std::pair(L" 49 Germany", 49), {L"0", 1}, {L"x44", 1}, {L"-7", -7}, {L"99999999999", 2147483647}}) {

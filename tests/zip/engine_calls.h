@@ -19,14 +19,13 @@ inline int DzipFiles(const ZIPCMDSTRUCT& command, std::vector<ZIPSOURCE>& source
     return Call<DzipFilesProc>("DZIP32.DLL", "dzipfiles", &command, sources.data(),
                                static_cast<std::int32_t>(sources.size()));
 }
-inline int Dunzip(UNZIPCMDSTRUCT& command) {
+// A command that is kept has what the call returned.
+template <class Command>
+int Dunzip(Command&& command) {
     return Call<DunzipProc>("DUNZIP32.DLL", "dunzip", &command);
 }
 inline int DunzipEach(UNZIPCMDSTRUCT command, ZipMemberProc each, void* userData) {
     return Call<DunzipEachProc>("DUNZIP32.DLL", "dunzipeach", &command, each, userData);
-}
-inline int Dunzip(UNZIPCMDSTRUCT&& command) {
-    return Dunzip(command);
 }
 
 inline ZIPCMDSTRUCT ZipCommand(std::int32_t function, const char* archive, const char* items) {
