@@ -51,7 +51,6 @@ TEST_F(FullPath, IsCompletedByRule) {
         {L"sub\\a.anx", nullptr, nullptr, L"A:\\Answers\\sub\\a.anx"},
         {L"a.ant", nullptr, L"docx", L"A:\\Answers\\a.docx"},
         {L"a.doc", nullptr, nullptr, L"T:\\Templates\\a.doc"},
-        {L"a", nullptr, nullptr, L"T:\\Templates\\a"},
     };
     for (const auto& [text, directory, extension, full] : cases) {
         const RWWString name = MakeFullPath(RWWString{text}, directory, extension).GetPathAndFileName();
