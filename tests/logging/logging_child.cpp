@@ -10,6 +10,10 @@
 #include "platform/win32.h"
 #include "tests/logging/stopped_thread.h"
 
+// The lock under which the system loads libraries.
+extern "C" LONG NTAPI LdrLockLoaderLock(ULONG flags, ULONG* state, ULONG_PTR* cookie);
+extern "C" LONG NTAPI LdrUnlockLoaderLock(ULONG flags, ULONG_PTR cookie);
+
 namespace {
 
 using QLLoggerOutputs::FileOutput;
@@ -159,16 +163,7 @@ int EndAmidLines(const wchar_t* file, const wchar_t* offset) {
     return queued;
 }
 
-using LockLoader = LONG(NTAPI)(ULONG flags, ULONG* state, ULONG_PTR* cookie);
-using UnlockLoader = LONG(NTAPI)(ULONG flags, ULONG_PTR cookie);
-
-template <class Function>
-Function* FromSystem(const char* name) {
-    const HMODULE system = ::GetModuleHandleW(L"ntdll.dll");
-    return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(system, name)));
-}
-
-// Starts the log on two threads at once, one of which holds the lock under which the system loads libraries.
+// Starts the log on two threads at once, one of which loads a library, as far as the system can tell.
 void StartWhileALibraryLoads(const wchar_t* file) {
     std::atomic<bool> runs = false, isLocked = false;
     std::thread other([&] {
@@ -177,11 +172,11 @@ void StartWhileALibraryLoads(const wchar_t* file) {
     });
     while (!runs) ::Sleep(1);
     ULONG_PTR cookie = 0;
-    FromSystem<LockLoader>("LdrLockLoaderLock")(0, nullptr, &cookie);
+    ::LdrLockLoaderLock(0, nullptr, &cookie);
     isLocked = true;
     ::Sleep(30);  // the other thread waits for the lock by then
     QLLogger::InitializeLog(std::make_shared<OddOutput>(Nothing, Nothing), QLLOG_WARNING);
-    FromSystem<UnlockLoader>("LdrUnlockLoaderLock")(0, cookie);
+    ::LdrUnlockLoaderLock(0, cookie);
     other.join();
 }
 

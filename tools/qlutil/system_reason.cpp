@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "platform/unique_handle.h"
 #include "platform/win32.h"
 
 namespace {
@@ -39,8 +38,10 @@ std::wstring ReasonOf(unsigned long error) {
 }
 
 unsigned long ErrorOfOpening(const wchar_t* path, unsigned long access, unsigned long share) {
-    const ql::UniqueFileHandle file(::CreateFileW(path, access, share, nullptr, OPEN_EXISTING, 0, nullptr));
-    return file ? ERROR_SUCCESS : ::GetLastError();
+    const HANDLE file = ::CreateFileW(path, access, share, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return ::GetLastError();
+    ::CloseHandle(file);
+    return ERROR_SUCCESS;
 }
 
 std::wstring WhyNotOpened(const std::wstring& path, unsigned long access) {
