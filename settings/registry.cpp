@@ -105,10 +105,10 @@ class RecentKey {
     DWORD opened_ QL_GUARDED_BY(lock_) = 0;
 };
 
-RecentKey g_recentOfUser, g_recentOfMachine;
+RecentKey g_recent[2];  // of the user, of the machine
 
 bool Found(HKEY root, const std::wstring& path, Query& query) {
-    return (root == kMachine ? g_recentOfMachine : g_recentOfUser).Ask(root, path, query);
+    return g_recent[root == kMachine ? 1 : 0].Ask(root, path, query);
 }
 
 bool Read(HKEY root, const std::wstring& path, const wchar_t* entry, RWWString& value) {
