@@ -2,7 +2,6 @@
 #include <atomic>
 #include <climits>
 #include <cstdlib>
-#include <cstring>
 #include <cwchar>
 #include <thread>
 
@@ -187,10 +186,8 @@ void RefuseThreads() {
 #else
     constexpr unsigned char kAnswerNull[] = {0x33, 0xC0, 0xC2, 6 * sizeof(void*), 0};  // xor eax, eax; ret 24
 #endif
-    void* const createThread = reinterpret_cast<void*>(&::CreateThread);
-    DWORD before = 0;
-    ::VirtualProtect(createThread, sizeof kAnswerNull, PAGE_EXECUTE_READWRITE, &before);
-    std::memcpy(createThread, kAnswerNull, sizeof kAnswerNull);
+    ::WriteProcessMemory(::GetCurrentProcess(), reinterpret_cast<void*>(&::CreateThread), kAnswerNull,
+                         sizeof kAnswerNull, nullptr);
 }
 
 // Who closes writes the lines.
