@@ -37,7 +37,7 @@ std::pair<std::ptrdiff_t, std::uint32_t> ReferenceAt(const char* text) {
     if (!std::regex_search(text, found, kReference, std::regex_constants::match_continuous)) return {};
     std::uint32_t value = 0;
     for (const char digit : found.str(1) + found.str(2))
-        value = value * (found[2].matched ? 16 : 10) +
+        value = value * (found[2].matched ? 16u : 10u) +
                 static_cast<std::uint32_t>(std::stoul(std::string(1, digit), nullptr, 16));
     return {found.length(), value};
 }

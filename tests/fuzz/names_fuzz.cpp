@@ -87,6 +87,8 @@ void CheckLine(const QLCmdLine& line) {
     other.Reset();
     Expect(other.IsNull());
     Expect(other.GetCmdLine().isNull());
+    other = line;
+    Expect(other.GetSwitches() == line.GetSwitches());
     if (!IsOrdinary(line)) return;
     const QLCmdLine again(line.GetCmdLine().data());
     Expect(again.GetCmdLine() == line.GetCmdLine());

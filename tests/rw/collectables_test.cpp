@@ -69,7 +69,7 @@ TEST(Ordered, KeepsItsOrderAndRefusesNullAndIndexesPastTheEnd) {
             case 0: model.push_front(item), answered = items.prepend(item); break;
             case 1: model.push_back(item), answered = items.append(item); break;
             case 2: model.insert(at, item), answered = items.insertAt(place, item); break;
-            default: there ? model.erase(at) : at, answered = items.removeAt(place);
+            default: there ? void(model.erase(at)) : void(), answered = items.removeAt(place);
         }
         ASSERT_EQ(change < 3 ? item : there, answered);
         ASSERT_EQ(model.size(), items.entries());
