@@ -151,21 +151,33 @@ Node TextOrNull(const std::string& bytes) {
     return bytes.empty() ? Node(nullptr) : Node(Text(bytes));
 }
 
+Node NumberOrNull(const std::string& digits) {
+    double number = 0;
+    for (const char digit : digits) number = number * 10 + (digit - '0');
+    return digits.empty() ? Node(nullptr) : Node(number);
+}
+
 Node TimeOrNull(std::int64_t time) {
     if (time == 0) return nullptr;
-    std::wstring text = std::to_wstring(time);
-    for (const auto& [at, mark] : {std::pair(12, L':'), {10, L':'}, {8, L'T'}, {6, L'-'}, {4, L'-'}})
-        text.insert(static_cast<std::size_t>(at), 1, mark);
+    std::wstring text = L"0000-00-00T00:00:00";
+    for (auto unit = text.rbegin(); unit != text.rend(); ++unit) {
+        if (*unit != L'0') continue;
+        *unit = static_cast<wchar_t>(L'0' + time % 10);
+        time /= 10;
+    }
     return Node(RWWString(std::move(text)));
 }
 
+// Logs have millions of entries: what is made for one is handed on, not copied.
 Record RecordOf(const ReadEntry& entry) {
-    const Node thread = entry.thread.empty() ? Node(nullptr) : Node(std::stod(entry.thread));
-    return {{L"time", TimeOrNull(entry.time)},
-            {L"thread", thread},
-            {L"place", TextOrNull(entry.place)},
-            {L"text", Text(entry.text)},
-            {L"file", entry.file->c_str()}};
+    Record record;
+    record.reserve(5);
+    record.emplace_back(L"time", TimeOrNull(entry.time));
+    record.emplace_back(L"thread", NumberOrNull(entry.thread));
+    record.emplace_back(L"place", TextOrNull(entry.place));
+    record.emplace_back(L"text", Text(entry.text));
+    record.emplace_back(L"file", entry.file->c_str());
+    return record;
 }
 
 // Shows what is wanted of the logs, the last ones alone where so asked, and then perhaps what comes.
