@@ -7,13 +7,16 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <random>
 #include <span>
 #include <string>
 #include <vector>
 
 // What the fuzzers share. Each is one file with one FUZZER, a function of its input: a program that searches
-// for inputs that break it, and in the test program of its room a test of generated ones.
+// for inputs that break it, and in the test program of its room a test of generated ones and, where that is
+// built natively, of those that once broke something.
 
 inline void Expect(bool holds, [[maybe_unused]] const char* file = __builtin_FILE(),
                    [[maybe_unused]] int line = __builtin_LINE()) {
@@ -62,8 +65,14 @@ inline std::wstring TextOf(Input input) {
     static void Try(Input input);          \
     TEST(Generated, name) {                \
         TryGenerated(&Try, {__VA_ARGS__}); \
+        TryKept(&Try, __FILE__);           \
     }                                      \
     static void Try(Input input)
+
+inline void TryOne(void (*tryOne)(Input), const std::string& bytes) {
+    tryOne({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    ASSERT_FALSE(testing::Test::HasFailure()) << testing::PrintToString(bytes);
+}
 
 // The same inputs every time, of odd lengths: one byte a unit.
 inline void TryGenerated(void (*tryOne)(Input), const std::vector<std::string>& pieces) {
@@ -76,8 +85,17 @@ inline void TryGenerated(void (*tryOne)(Input), const std::vector<std::string>& 
                                                         : std::string(1, static_cast<char>(random() >> 8));
         }
         if (bytes.size() % 2 == 0) bytes += ' ';
-        tryOne({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
-        ASSERT_FALSE(testing::Test::HasFailure()) << testing::PrintToString(bytes);
+        ASSERT_NO_FATAL_FAILURE(TryOne(tryOne, bytes));
+    }
+}
+
+// Those of NAME_fuzz.cpp lie in corpus/NAME.
+inline void TryKept(void (*tryOne)(Input), const std::filesystem::path& source) {
+    if constexpr (std::filesystem::path::preferred_separator == '\\') return;  // Wine has other paths
+    const std::string stem = source.stem().string(), name = stem.substr(0, stem.rfind('_'));
+    for (const auto& kept : std::filesystem::directory_iterator(source.parent_path() / "corpus" / name)) {
+        std::ifstream file(kept.path(), std::ios::binary);
+        ASSERT_NO_FATAL_FAILURE(TryOne(tryOne, {std::istreambuf_iterator<char>(file), {}}));
     }
 }
 #endif

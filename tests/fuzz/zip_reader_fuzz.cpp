@@ -61,6 +61,6 @@ void Read(Input input) {
 
 }  // namespace
 
-FUZZER(ZipReader) {
+FUZZER(ZipReader, "", "PK\1\2", "PK\3\4", "PK\5\6") {
     Expect(ResultOf([&] { Read(input); }) != Result::kNoMemory);
 }

@@ -33,7 +33,7 @@ void ExpectMembers(const Bytes& bytes, const std::vector<Member>& members, const
 
 }  // namespace
 
-FUZZER(ZipRoundTrip) {
+FUZZER(ZipRoundTrip, "", "\x10\x6\x1\x20") {
     const std::vector<Member> members = MembersOf(input);
     std::vector<Member> kept;
     std::vector<bool> isKept;
