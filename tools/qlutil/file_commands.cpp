@@ -50,7 +50,7 @@ Node ReasonFor(const QLFileName& name, QLFileName::Status status) {
     const unsigned long error = ErrorOfOpening(name.GetPathAndFileName().data(), GENERIC_READ, 0);
     if (status == QLFileName::StatusNotCreatable && error == ERROR_FILE_NOT_FOUND)
         return L"the folder takes no new file";
-    return RWWString(ReasonOf(error));
+    return RWWString(WhyNotOpened(error));
 }
 
 Record StatusOf(const QLFileName& name) {

@@ -44,7 +44,6 @@ unsigned long ErrorOfOpening(const wchar_t* path, unsigned long access, unsigned
     return ERROR_SUCCESS;
 }
 
-std::wstring WhyNotOpened(const std::wstring& path, unsigned long access) {
-    const unsigned long error = ErrorOfOpening(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE);
+std::wstring WhyNotOpened(unsigned long error) {
     return error == ERROR_SUCCESS ? L"in use by another program until now" : ReasonOf(error);
 }

@@ -10,6 +10,6 @@ std::wstring ReasonOf(unsigned long error);
 // opens.
 unsigned long ErrorOfOpening(const wchar_t* path, unsigned long access, unsigned long share);
 
-// Why another call could not open the file. Asked afterwards: where nothing is in the way by now, "in use by
-// another program until now".
-std::wstring WhyNotOpened(const std::wstring& path, unsigned long access);
+// Why another call could not open the file, by what opening it comes to afterwards: where nothing is in the
+// way by now, "in use by another program until now".
+std::wstring WhyNotOpened(unsigned long error);

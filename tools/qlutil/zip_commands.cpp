@@ -76,9 +76,13 @@ bool IsReadOnly(const std::wstring& path) {
     return ::_wstat64(path.c_str(), &file) == 0 && !(file.st_mode & S_IWRITE);
 }
 
+constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE;
+
+// An archive is made beside the former one, which may well be open to all.
 std::wstring WhyNotMade(const std::wstring& path) {
-    const unsigned long error = ErrorOfOpening(path.c_str(), GENERIC_WRITE, 0);
-    return error == ERROR_FILE_NOT_FOUND ? L"the folder takes no new file" : ReasonOf(error);
+    const unsigned long error = ErrorOfOpening(path.c_str(), GENERIC_WRITE, kShared);
+    const bool isOfFolder = error == ERROR_SUCCESS || error == ERROR_FILE_NOT_FOUND;
+    return isOfFolder ? L"the folder takes no new file" : ReasonOf(error);
 }
 
 // Why an archive cannot be changed.
@@ -87,7 +91,8 @@ std::wstring ChangeReason(const std::wstring& archive, int code) {
         case ZIP_BUSY: return L"another program is changing it";
         case ZIP_TEMPORARY_FILE: return L"it is in use by another program";
         case ZIP_FILE_MISSING:
-            return L"it cannot be opened: " + WhyNotOpened(archive, GENERIC_READ | GENERIC_WRITE);
+            return L"it cannot be opened: " +
+                   WhyNotOpened(ErrorOfOpening(archive.c_str(), GENERIC_READ | GENERIC_WRITE, kShared));
         case ZIP_CANNOT_CREATE:
             return IsReadOnly(archive) ? L"it is read-only" : L"it cannot be made: " + WhyNotMade(archive);
         default: return Reason(code, Dynazip::ZipErrorMsg(code));
@@ -233,7 +238,9 @@ std::wstring WhyNotAdded(const std::vector<Source>& sources, std::size_t index, 
     };
     switch (code) {
         case ZIP_FILE_MISSING: return IsThere(source.path) ? L"" : L"it is not there";
-        case ZIP_READ_FAILED: return L"it cannot be read: " + WhyNotOpened(source.path, GENERIC_READ);
+        case ZIP_READ_FAILED:
+            return L"it cannot be read: " +
+                   WhyNotOpened(ErrorOfOpening(source.path.c_str(), GENERIC_READ, kShared));
         case ZIP_NOTHING_TO_DO: return L"the archive has it, and not an older one";
         case ZIP_BAD_REQUEST:
             return std::any_of(sources.begin(), sources.begin() + static_cast<std::ptrdiff_t>(index), isSame)
