@@ -172,6 +172,15 @@ TEST_F(Registry, SectionsAreHandedOutOneByOneUntilTheirKeyIsDeleted) {
 }
 
 #ifdef _WIN32
+TEST_F(Registry, AKeyIsReadForASecondAtMostOnceItsRootStandsForAnother) {
+    registry_.Put(kUser, kSection, kEntry, L"former");
+    EXPECT_EQ(L"former", Text());
+    const ql::UniqueRegKey other = PrivateRegistry::Create(kUser, L"Other");
+    EXPECT_EQ(ERROR_SUCCESS, ::RegOverridePredefKey(kUser, other.get()));
+    ::Sleep(1100);
+    EXPECT_EQ(L"none", Text());
+}
+
 // Nobody may write to it, whoever runs the test.
 TEST_F(Registry, ADeniedKeyTakesNoValueAndIsRead) {
     registry_.Put(kUser, kSection, kEntry, L"kept");

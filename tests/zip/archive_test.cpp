@@ -323,7 +323,9 @@ TEST(Archive, HoldsMoreMembersThanTheShortEndCanCount) {
     const Bytes more = Written(members, "told");
     Bytes behind(1000, 'P');
     Append(behind, more);
-    for (const auto& [bytes, last] : {std::pair(most, "65534"), {more, "65535"}, {behind, "65535"}}) {
+    const Bytes anyDisk = With({{kEnd, end::kDisk, 0xff}, {kEnd, end::kDisk + 1, 0xff}}, more);
+    for (const auto& [bytes, last] :
+         {std::pair(most, "65534"), {more, "65535"}, {behind, "65535"}, {anyDisk, "65535"}}) {
         const MemoryArchive read(bytes);
         EXPECT_EQ(last, std::to_string(read.archive.Entries().size() - 1));
         EXPECT_EQ(last, read.archive.Entries().back().name);

@@ -208,15 +208,21 @@ TEST_F(DynazipCalls, NamesBeyondAnsiAnswer16WithoutACall) {
     }
 }
 
-// A module of that name without the entry point stands in the engine's place meanwhile.
+// Engines are put away to where a search by name alone would find them: the current folder, which is in PATH
+// too.
 class DynazipLoading : public testing::Test {
   protected:
-    void SetUp() override { TearDown(); }
+    void SetUp() override {
+        ::CreateDirectoryW(Beside(L"away").c_str(), nullptr);
+        ::SetCurrentDirectoryW(Beside(L"away").c_str());
+        ::SetEnvironmentVariableW(L"PATH", Beside(L"away").c_str());
+        TearDown();
+    }
     void TearDown() override {
         Free();
         for (const wchar_t* engine : {kZipEngine, kUnzipEngine}) PutBack(engine);
     }
-    static std::wstring Away(const wchar_t* engine) { return Beside(engine) + L".away"; }
+    static std::wstring Away(const wchar_t* engine) { return Beside(L"away\\") + engine; }
     static void PutAway(const wchar_t* engine) { ::MoveFileW(Beside(engine).c_str(), Away(engine).c_str()); }
     static void PutBack(const wchar_t* engine) {
         ::MoveFileExW(Away(engine).c_str(), Beside(engine).c_str(), MOVEFILE_REPLACE_EXISTING);
@@ -239,6 +245,7 @@ TEST_F(DynazipLoading, WithoutEnginesEachOperationFails) {
     EXPECT_EQ((std::vector<long>{0, 126, 126, 0, 0, 126, 126, 0}), Answers(L"a", L"a", L"a"));
     EXPECT_EQ(ZIP_ENGINE_NOT_LOADED, Dynazip::LastEngineCode());
     EXPECT_STREQ(L"The zip engine is not loaded", Dynazip::ZipErrorMsg(ZIP_ENGINE_NOT_LOADED));
+    // A module of that name without the entry point.
     const std::wstring library = Beside(L"Quillet.Platform.Native.Util.dll");
     ASSERT_TRUE(::CopyFileW(library.c_str(), Beside(kZipEngine).c_str(), FALSE));
     EXPECT_EQ(0, Dynazip::IsZipDllLoaded()) << "a module without the entry point";

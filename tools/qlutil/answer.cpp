@@ -57,23 +57,44 @@ std::wstring WithoutControls(std::wstring text) {
 using Row = std::vector<std::wstring>;
 
 // Lines up all columns but the last, so that no line ends in blanks.
-std::wstring Align(const std::vector<Row>& rows) {
-    std::vector<std::size_t> widths;
-    for (const Row& row : rows) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
+class Columns {
+  public:
+    void Fit(const Row& row) {
+        widths_.resize(std::max(widths_.size(), row.size()));
+        for (std::size_t i = 0; i < row.size(); ++i) widths_[i] = std::max(widths_[i], row[i].size());
     }
-    std::wstring text;
-    for (const Row& row : rows) {
+    std::wstring LineOf(const Row& row) const {
         std::wstring line;
         for (std::size_t i = 0; i < row.size(); ++i) {
             line += row[i];
-            if (i + 1 < row.size()) line.append(widths[i] - row[i].size() + 2, L' ');
+            if (i + 1 < row.size()) line.append(widths_[i] - row[i].size() + 2, L' ');
         }
         line.resize(line.find_last_not_of(L' ') + 1);
-        text += line + L'\n';
+        return line + L'\n';
     }
+
+  private:
+    std::vector<std::size_t> widths_;
+};
+
+std::wstring Align(const std::vector<Row>& rows) {
+    Columns columns;
+    for (const Row& row : rows) columns.Fit(row);
+    std::wstring text;
+    for (const Row& row : rows) text += columns.LineOf(row);
     return text;
+}
+
+Row TitlesOf(const Record& record) {
+    Row titles;
+    for (const auto& [key, value] : record) titles.push_back(key);
+    return titles;
+}
+
+Row CellsOf(const Record& record) {
+    Row cells;
+    for (const auto& [key, value] : record) cells.push_back(WithoutControls(ToCell(value)));
+    return cells;
 }
 
 std::wstring RenderList(const List& list) {
@@ -84,13 +105,8 @@ std::wstring RenderList(const List& list) {
             rows.push_back({ToCell(element)});
             continue;
         }
-        Row titles, cells;
-        for (const auto& [key, value] : *record) {
-            titles.emplace_back(key);
-            cells.push_back(WithoutControls(ToCell(value)));
-        }
-        if (rows.empty()) rows.push_back(std::move(titles));
-        rows.push_back(std::move(cells));
+        if (rows.empty()) rows.push_back(TitlesOf(*record));
+        rows.push_back(CellsOf(*record));
     }
     return Align(rows);
 }
@@ -141,28 +157,69 @@ std::wstring RenderJson(const Node& node) {
     return text.str() + L'\n';
 }
 
-}  // namespace
+// Collects what is printed to pieces of some size.
+class Pieces {
+  public:
+    Pieces(const Print& print, std::size_t enough) : print_(print), enough_(enough) {}
+    // False once a piece was refused.
+    bool Add(std::wstring_view text) {
+        held_ += text;
+        return held_.size() <= enough_ || End();
+    }
+    bool End() { return print_(std::exchange(held_, {})); }
 
-std::wstring Render(const Answer& answer, bool json) {
-    if (const auto* document = std::get_if<Document>(&answer.output)) return document->text.str() + L'\n';
-    const auto* node = std::get_if<Node>(&answer.output);
-    if (!node) return {};
-    return json ? RenderJson(*node) : RenderPlain(*node, answer.status != kDone);
-}
+  private:
+    const Print& print_;
+    const std::size_t enough_;
+    std::wstring held_;
+};
 
-bool RenderFeed(const Feed& feed, bool json, const std::function<bool(std::wstring_view)>& print) {
+constexpr std::size_t kPiece = 0x10000;
+
+bool RenderFeed(const Feed& feed, bool json, const Print& print) {
     const bool isArray = json && !feed.goesOn;
     // Many records are printed at once, but what is watched is not kept waiting.
-    const std::size_t enough = feed.goesOn ? 0 : 0x10000;
-    std::wstring text = isArray ? L"[" : L"";
-    bool isFirst = true;
-    while (std::optional<Record> record = feed.next()) {
+    Pieces pieces(print, feed.goesOn ? 0 : kPiece);
+    bool isTaken = pieces.Add(isArray ? L"[" : L"");
+    std::wstring before;
+    while (isTaken) {
+        const std::optional<Record> record = feed.next();
+        if (!record) return pieces.Add(isArray ? L"]\n" : L"") && pieces.End();
         std::wstring one = json ? RenderJson(*record) : RenderLine(*record, feed.shown);
         if (isArray) one.pop_back();
-        if (isArray && !isFirst) text += L',';
-        text += one;
-        isFirst = false;
-        if (text.size() > enough && !print(std::exchange(text, {}))) return false;
+        isTaken = pieces.Add(before + one);
+        before = isArray ? L"," : L"";
     }
-    return print(text + (isArray ? L"]\n" : L""));
+    return false;
+}
+
+bool RenderTable(const Table& table, bool json, const Print& print) {
+    std::size_t next = 0;
+    const auto take = [&] { return next < table.rows ? std::optional(table.row(next++)) : std::nullopt; };
+    if (json) return RenderFeed({take, 0}, json, print);
+    if (table.rows == 0) return true;
+    const Row titles = TitlesOf(table.row(0));
+    Columns columns;
+    columns.Fit(titles);
+    while (const std::optional<Record> record = take()) columns.Fit(CellsOf(*record));
+    Pieces pieces(print, kPiece);
+    bool isTaken = pieces.Add(columns.LineOf(titles));
+    for (next = 0; isTaken && next < table.rows;) isTaken = pieces.Add(columns.LineOf(CellsOf(*take())));
+    return isTaken && pieces.End();
+}
+
+}  // namespace
+
+bool Render(const Answer& answer, bool json, const Print& print) {
+    return std::visit(
+        Overloaded{
+            [](std::monostate) { return true; },
+            [&](const Document& document) { return print(document.text.str() + L'\n'); },
+            [&](const Feed& feed) { return RenderFeed(feed, json, print); },
+            [&](const Table& table) { return RenderTable(table, json, print); },
+            [&](const Node& node) {
+                return print(json ? RenderJson(node) : RenderPlain(node, answer.status != kDone));
+            },
+        },
+        answer.output);
 }

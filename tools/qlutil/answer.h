@@ -48,6 +48,13 @@ struct Feed {
     bool goesOn = false;
 };
 
+// Many records of the same fields, each made when its turn comes to be printed; more than once, where columns
+// are lined up.
+struct Table {
+    std::size_t rows;
+    std::function<Record(std::size_t)> row;
+};
+
 enum ExitStatus { kDone = 0, kFailed = 1, kWrongCall = 2 };
 
 struct Answer {
@@ -56,6 +63,7 @@ struct Answer {
     Answer(List result) : output(Node(std::move(result))) {}
     Answer(Document document) : output(std::move(document)) {}
     Answer(Feed feed) : output(std::move(feed)) {}
+    Answer(Table table) : output(std::move(table)) {}
     // Failed, with what there is to print all the same; of a record, the plain form leaves out what says
     // nothing.
     Answer(Node result, std::wstring why)
@@ -67,12 +75,14 @@ struct Answer {
         return answer;
     }
 
-    std::variant<std::monostate, Node, Document, Feed> output;
+    std::variant<std::monostate, Node, Document, Feed, Table> output;
     std::wstring message;  // for standard error
     ExitStatus status = kDone;
 };
 
-// The text of the answer for standard output, line feeds included; nothing for a failure without output.
-std::wstring Render(const Answer& answer, bool json);
-// Hands the text of a feed over piece by piece until it is refused.
-bool RenderFeed(const Feed& feed, bool json, const std::function<bool(std::wstring_view)>& print);
+// Takes a piece of what is printed; false ends the printing.
+using Print = std::function<bool(std::wstring_view)>;
+
+// Hands the answer's text for standard output over, line feeds included, piece by piece until one is refused;
+// nothing for a failure without output. Answers whether all was taken.
+bool Render(const Answer& answer, bool json, const Print& print);

@@ -13,31 +13,23 @@ void Say(std::wstring_view message) {
     WriteToStream(Stream::kError, L"qlutil: " + std::wstring(message) + L'\n');
 }
 
-ExitStatus Print(std::wstring_view text) {
-    if (text.empty() || WriteToStream(Stream::kOutput, text)) return kDone;
+bool PrintText(std::wstring_view text) {
+    if (text.empty() || WriteToStream(Stream::kOutput, text)) return true;
     Say(L"cannot write to standard output");
-    return kFailed;
+    return false;
 }
 
 ExitStatus Help(std::span<const std::wstring_view> words) {
     const std::wstring help = HelpFor(words);
-    if (!help.empty()) return Print(help);
+    if (!help.empty()) return PrintText(help) ? kDone : kFailed;
     Say(L"there is no command \"" + std::wstring(words.front()) + L"\"; did you mean \"" +
         NearestName(words.front()) + L"\"?");
     return kWrongCall;
 }
 
-// What an answer has to say on standard output.
-ExitStatus Print(const Answer& answer, bool json) {
-    const auto* feed = std::get_if<Feed>(&answer.output);
-    if (!feed) return Print(Render(answer, json));
-    return RenderFeed(*feed, json, [](std::wstring_view text) { return Print(text) == kDone; }) ? kDone
-                                                                                                : kFailed;
-}
-
 ExitStatus Answered(const Command& command, const Arguments& arguments, bool json) {
     const Answer answer = command.run(arguments);
-    const ExitStatus printed = Print(answer, json);
+    const ExitStatus printed = Render(answer, json, PrintText) ? kDone : kFailed;
     if (!answer.message.empty()) Say(answer.message);
     return answer.status == kDone ? printed : answer.status;
 }

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <deque>
 #include <filesystem>
 #include <iterator>
+#include <memory>
 #include <span>
 #include <string>
 #include <utility>
@@ -290,16 +292,38 @@ Answer Add(const Arguments& arguments, Progress& progress) {
 // --- Reading
 
 // "MM/DD/YY HH:MM:SS" with the year in full and the fields in the order in which they sort.
-std::wstring SortableDate(const char* dateTime) {
-    const std::string ansi = dateTime;
+std::wstring SortableDate(const std::string& ansi) {
     if (ansi.size() < std::size("MM/DD/YY HH:MM:SS") - 1) return {};
     const std::wstring text(ansi.begin(), ansi.end());
     return std::to_wstring(ZipFullYear(std::stoi(ansi.substr(6, 2)))) + L'-' + text.substr(0, 2) + L'-' +
            text.substr(3, 2) + text.substr(8);
 }
 
+// A member as the engine told it. What `facts` points to is the engine's, and gone by now.
+struct Member {
+    ZIPMEMBER facts;
+    std::wstring name;
+    std::string ansiName, dateTime;
+};
+
+Record RecordOf(const Member& member) {
+    const ZIPMEMBER& facts = member.facts;
+    return {
+        {L"index", static_cast<int>(facts.index)},
+        {L"name", AnsiToRWWString(member.ansiName.c_str())},
+        {L"size", static_cast<double>(facts.size)},
+        {L"compressedSize", static_cast<double>(facts.packedSize)},
+        {L"crc", static_cast<double>(facts.crc)},
+        {L"date", SortableDate(member.dateTime)},
+        {L"method", static_cast<int>(facts.method)},
+        {L"isFolder", facts.isFolder != 0},
+        {L"isEncrypted", facts.isEncrypted != 0},
+        {L"trueName", member.name},
+    };
+}
+
 struct Listing {
-    List rows;
+    std::deque<Member> members;
     std::uint64_t size = 0, packedSize = 0;
     std::wstring faults;
 };
@@ -311,33 +335,23 @@ int QL_ZIP_CALL ListMember(const ZIPMEMBER* member, void* listing) {
                  L"member " + std::to_wstring(member->index) + L" is beyond what the engine can tell");
     all.size += member->size;
     all.packedSize += member->packedSize;
-    all.rows.push_back(Record{
-        {L"index", static_cast<int>(member->index)},
-        {L"name", AnsiToRWWString(member->ansiName)},
-        {L"size", static_cast<double>(member->size)},
-        {L"compressedSize", static_cast<double>(member->packedSize)},
-        {L"crc", static_cast<double>(member->crc)},
-        {L"date", SortableDate(member->dateTime).c_str()},
-        {L"method", static_cast<int>(member->method)},
-        {L"isFolder", member->isFolder != 0},
-        {L"isEncrypted", member->isEncrypted != 0},
-        {L"trueName", member->name},
-    });
+    all.members.push_back({*member, member->name, member->ansiName, member->dateTime});
     return 0;
 }
 
 Answer ListMembers(const Arguments& arguments, Progress&) {
     const std::wstring archive(arguments[0]);
-    Listing listing;
-    const long code = Dynazip::ForEachMember(archive.c_str(), ListMember, &listing);
+    const auto listing = std::make_shared<Listing>();
+    const long code = Dynazip::ForEachMember(archive.c_str(), ListMember, listing.get());
     if (code != UNZIP_DONE) return Answer::Failure(L"cannot list " + archive + L": " + UnzipReason(code));
-    const std::size_t count = listing.rows.size();
-    Answer answer(std::move(listing.rows));
+    const std::size_t count = listing->members.size();
+    Answer answer(Table{count, [listing](std::size_t i) { return RecordOf(listing->members[i]); }});
     answer.message = std::to_wstring(count) + (count == 1 ? L" member, " : L" members, ") +
-                     std::to_wstring(listing.size) + L" bytes, packed " + std::to_wstring(listing.packedSize);
-    if (listing.faults.empty()) return answer;
+                     std::to_wstring(listing->size) + L" bytes, packed " +
+                     std::to_wstring(listing->packedSize);
+    if (listing->faults.empty()) return answer;
     answer.status = kFailed;
-    AddFault(answer.message, listing.faults);
+    AddFault(answer.message, listing->faults);
     return answer;
 }
 
