@@ -1,6 +1,6 @@
 // Runs the registered benchmarks and then prints, for each work, how every peer stands to the library's own
-// implementation. Works are named "work/implementation"; the library's own comes first. bench/summary.py
-// reads these lines.
+// implementation. Works are named "work/implementation", the library's own first, or "work" where there is
+// no peer. bench/summary.py reads these lines.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -44,12 +44,12 @@ class RatioReporter : public benchmark::ConsoleReporter {
         if (repeated && run.aggregate_name != kWanted) return;
         const std::string& name = run.run_name.function_name;
         const std::size_t slash = name.rfind('/');
-        if (slash == std::string::npos) return;
         std::string work = name.substr(0, slash);
         if (!run.run_name.args.empty()) work += '/' + run.run_name.args;
         if (!run.run_name.threads.empty()) work += '/' + run.run_name.threads;
         const double unit = benchmark::GetTimeUnitMultiplier(run.time_unit);
-        Of(work).rows.push_back({name.substr(slash + 1), run.GetAdjustedRealTime() / unit * 1e9});
+        Of(work).rows.push_back({slash == std::string::npos ? "ours" : name.substr(slash + 1),
+                                 run.GetAdjustedRealTime() / unit * 1e9});
     }
 
     Work& Of(const std::string& name) {

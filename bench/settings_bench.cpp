@@ -8,6 +8,7 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <unordered_map>
 #include <vector>
 
@@ -325,6 +326,24 @@ void MakeContexts(benchmark::State& state) {
     PerItem(state);
 }
 
+// As many threads as the size, each with 10,000 readings from one context.
+void ReadByThreads(benchmark::State& state) {
+    constexpr int kReadings = 10'000;
+    const int context = TheScene().Context(0);
+    const auto read = [context] {
+        const Attached attached(context);
+        RWWString text;
+        for (std::size_t i = 0; i < kReadings; ++i)
+            CQlsSettings::GetThreadRegStrSetting(kSection, EntryNames()[i % kEntries].c_str(), &text);
+    };
+    for (auto _ : state) {
+        std::vector<std::thread> threads;
+        for (int i = 0; i < state.range(0); ++i) threads.emplace_back(read);
+        for (std::thread& thread : threads) thread.join();
+    }
+    PerItem(state);
+}
+
 void ListEntriesOfBothRoots(benchmark::State& state) {
     TheScene();
     constexpr wchar_t kMany[] = L"Many";
@@ -394,6 +413,11 @@ BENCHMARK(LoadStore)->Name("first load of 500/ours")->Unit(benchmark::kMilliseco
 BENCHMARK(LoadRaw)->Name("first load of 500/open, query, close")->Unit(benchmark::kMillisecond);
 BENCHMARK(FillAndWrite)->Name("growth, a document of settings")->RangeMultiplier(10)->Range(10, 100000);
 BENCHMARK(MakeContexts)->Name("growth, contexts made and released")->RangeMultiplier(10)->Range(1, 10000);
+BENCHMARK(ReadByThreads)
+    ->Name("growth, 10,000 cached reads a thread")
+    ->RangeMultiplier(4)
+    ->Range(1, 64)
+    ->UseRealTime();
 BENCHMARK(ListEntriesOfBothRoots)
     ->Name("growth, entries of both roots")
     ->RangeMultiplier(10)

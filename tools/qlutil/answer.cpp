@@ -194,17 +194,21 @@ bool RenderFeed(const Feed& feed, bool json, const Print& print) {
 }
 
 bool RenderTable(const Table& table, bool json, const Print& print) {
-    std::size_t next = 0;
-    const auto take = [&] { return next < table.rows ? std::optional(table.row(next++)) : std::nullopt; };
-    if (json) return RenderFeed({take, 0}, json, print);
+    if (json) {
+        const auto next = [&table, i = std::size_t{0}]() mutable {
+            return i < table.rows ? std::optional(table.row(i++)) : std::nullopt;
+        };
+        return RenderFeed({next, 0}, json, print);
+    }
     if (table.rows == 0) return true;
     const Row titles = TitlesOf(table.row(0));
     Columns columns;
     columns.Fit(titles);
-    while (const std::optional<Record> record = take()) columns.Fit(CellsOf(*record));
+    for (std::size_t i = 0; i < table.rows; ++i) columns.Fit(CellsOf(table.row(i)));
     Pieces pieces(print, kPiece);
     bool isTaken = pieces.Add(columns.LineOf(titles));
-    for (next = 0; isTaken && next < table.rows;) isTaken = pieces.Add(columns.LineOf(CellsOf(*take())));
+    for (std::size_t i = 0; isTaken && i < table.rows; ++i)
+        isTaken = pieces.Add(columns.LineOf(CellsOf(table.row(i))));
     return isTaken && pieces.End();
 }
 
