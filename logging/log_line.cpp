@@ -5,10 +5,15 @@
 #include <cmath>
 #include <ctime>
 #include <cwchar>
+#include <memory>
+#include <new>
+#include <optional>
 #include <string_view>
 
 #include "logging/log_ending.h"
 #include "platform/failure.h"
+#include "platform/last_error.h"
+#include "platform/module.h"
 #include "platform/win32.h"
 
 namespace {
@@ -48,10 +53,11 @@ void AppendAnsi(ql::LineText& text, std::string_view ansi) {
     const std::size_t before = text.size();
     if (AppendAscii(text, ansi)) return;
     text.CutTo(before);
+    const ql::LastErrorKept lastError;
     const int length = static_cast<int>(ansi.size());
-    const int units = ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, nullptr, 0);
+    const int units = ::MultiByteToWideChar(CP_ACP, 0, ansi.data(), length, nullptr, 0);
     wchar_t* const wide = text.Extend(static_cast<std::size_t>(units));
-    ::MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, ansi.data(), length, wide, units);
+    ::MultiByteToWideChar(CP_ACP, 0, ansi.data(), length, wide, units);
 }
 
 // How a thread's lines begin: the bracketed time, the thread's number and the bracket that opens the place.
@@ -60,15 +66,12 @@ void AppendAnsi(ql::LineText& text, std::string_view ansi) {
 // for.
 class LineHead {
   public:
-    static const LineHead& Now() {
-        thread_local LineHead head;
+    void Update() {
         const DWORD tick = ::GetTickCount();
-        if (tick != head.tick_ || head.length_ == 0) {
-            head.tick_ = tick;
-            const __time64_t now = ::_time64(nullptr);
-            if (now != head.second_) head.Make(now);
-        }
-        return head;
+        if (tick == tick_ && length_ != 0) return;
+        tick_ = tick;
+        const __time64_t now = ::_time64(nullptr);
+        if (now != second_) Make(now);
     }
 
     std::wstring_view Time() const noexcept { return {text_, timeLength_}; }
@@ -94,6 +97,54 @@ class LineHead {
     wchar_t text_[kTimeLength + kThreadLength] = {};
 };
 
+void WINAPI DeleteHead(void* head) noexcept {
+    delete static_cast<LineHead*>(head);
+}
+
+// Where each thread keeps its head. The compiler's own memory by thread ends the process where there is none
+// left. At the process's end it stays: lines may come still.
+class HeadSlot {
+  public:
+    HeadSlot() noexcept : index_(::FlsAlloc(DeleteHead)) {}
+    ~HeadSlot() {
+        if (!ql::ProcessIsEnding()) ::FlsFree(index_);
+    }
+    HeadSlot(const HeadSlot&) = delete;
+    HeadSlot& operator=(const HeadSlot&) = delete;
+
+    // The calling thread's; null when there is no memory for one.
+    LineHead* Own() const noexcept {
+        if (void* const head = ::FlsGetValue(index_)) return static_cast<LineHead*>(head);
+        std::unique_ptr<LineHead> made(new (std::nothrow) LineHead);
+        return made && ::FlsSetValue(index_, made.get()) ? made.release() : nullptr;
+    }
+
+  private:
+    const DWORD index_;
+};
+
+const HeadSlot g_heads;
+
+// The head of the calling thread's lines as of now.
+class CurrentHead {
+  public:
+    CurrentHead() {
+        const ql::LastErrorKept lastError;
+        LineHead* const own = g_heads.Own();
+        LineHead& head = own ? *own : alone_.emplace();
+        head.Update();
+        head_ = &head;
+    }
+    CurrentHead(const CurrentHead&) = delete;
+    CurrentHead& operator=(const CurrentHead&) = delete;
+
+    const LineHead* operator->() const noexcept { return head_; }
+
+  private:
+    std::optional<LineHead> alone_;
+    const LineHead* head_;
+};
+
 const char* FileNameAlone(const char* path) noexcept {
     const std::string_view text = path ? path : "";
     const std::size_t separator = text.find_last_of("\\/");
@@ -112,9 +163,9 @@ QLLoggerLevelInserter& QLLoggerLevelInserter::Add(Change change) noexcept {
 QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file, int line) noexcept
     : timeLength_(0), level_(level) {
     Add([&](ql::LineText& text) {
-        const LineHead& head = LineHead::Now();
-        timeLength_ = head.Time().size();
-        text.Append(head.Whole());
+        const CurrentHead head;
+        timeLength_ = head->Time().size();
+        text.Append(head->Whole());
         if (file) AppendAnsi(text, file);
         *text.Extend(1) = L':';
         AppendNumber(text, line);
@@ -217,7 +268,8 @@ void QLLoggerLevelInserter::Close() noexcept {
     isEmitted_ = true;
     if (!isBroken_ && line_.size() == prefixLength_) return;
     Add([this](ql::LineText& text) {
-        const std::wstring_view time = LineHead::Now().Time();
+        const CurrentHead head;
+        const std::wstring_view time = head->Time();
         text.ReplaceFront(timeLength_, time);
         prefixLength_ += time.size() - timeLength_;
         timeLength_ = time.size();

@@ -15,11 +15,15 @@
 #include "logging/output_lists.h"
 #include "platform/cache_line.h"
 #include "platform/failure.h"
+#include "platform/last_error.h"
 #include "platform/module.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
 namespace {
+
+// Outputs take a line up to its first zero; within a line it is shown by the picture of one.
+constexpr wchar_t kShownZero = L'\u2400';
 
 // A busy writer takes its next batch after a nap, which spares the callers from waking it line by line.
 constexpr DWORD kNapMilliseconds = 10;
@@ -250,18 +254,20 @@ ql::LogEntry* NewEntry(std::size_t bytes) noexcept {
     return entry;
 }
 
-bool MayWait() noexcept {
-    return g_log.whenFull == QLLogBacklog::kWait && g_log.thread && !IsHandler() && !g_log.ending;
+// Whether this thread must not wait for the writer: it is what handles entries itself, or the writer has not
+// begun, which may last as long as this thread is within the system's loader.
+bool MustNotWait() noexcept {
+    return IsHandler() || (g_log.thread && !g_log.handler);
 }
 
 // Whether a line of so many bytes may join the backlog; it then counts.
 bool Admit(std::size_t bytes, std::size_t limit) noexcept {
     for (;;) {
+        const bool waits = g_log.whenFull == QLLogBacklog::kWait;
         const std::size_t before = g_log.backlog.fetch_add(bytes);
-        if (before == 0 || before + bytes <= limit || (IsHandler() && g_log.whenFull == QLLogBacklog::kWait))
-            return true;
+        if (before == 0 || before + bytes <= limit || (waits && MustNotWait())) return true;
         g_log.backlog.fetch_sub(bytes);
-        if (!MayWait()) return false;
+        if (!waits || !g_log.thread) return false;
         WakeWriter();
         ::Sleep(1);
     }
@@ -313,9 +319,16 @@ class Handling : public QLLogger {
     }
 };
 
+// A message of the host's counts where it is a line.
+QLLogLevel LevelsOf(const ql::LogEntry& entry) noexcept {
+    if (!entry.message) return entry.level;
+    const bool isLine = entry.message->type() == LogMessage::kWrite;
+    return isLine ? static_cast<const WriteLogMessage&>(*entry.message).level() : QLLogLevel{};
+}
+
 void Begin(ql::LogEntry& entry) noexcept {
     if (entry.isBegun) return;
-    if (!entry.message) TellLosses(entry.level);
+    TellLosses(LevelsOf(entry));
     entry.firstDelivery = NextNumber();
     StoresUpToHere();
     entry.isBegun = true;
@@ -375,7 +388,14 @@ void HandleLate() noexcept {
     g_log.handler = 0;
 }
 
-// Where no thread can be had. False when there is a writer after all.
+// Within the system's loader, as in a DllMain, no thread begins, however long it is waited for.
+bool WriterBegins() noexcept {
+    constexpr int kPatienceMilliseconds = 1000;
+    for (int i = 0; i < kPatienceMilliseconds && !g_log.handler; ++i) ::Sleep(1);
+    return g_log.handler;
+}
+
+// Where no thread can be had, or none that begins. False when there is a writer after all.
 bool CloseHere() noexcept {
     for (; !BecomeHandler(); ::Sleep(1)) {
         if (g_log.thread) return false;
@@ -442,17 +462,20 @@ void QLLogger::PutMessage(QLLogLevel level, const wchar_t* text) noexcept {
 }
 
 void QLLogger::PutLine(QLLogLevel level, std::wstring_view text) noexcept {
+    const ql::LastErrorKept lastError;
     const std::size_t bytes = sizeof(ql::LogEntry) + (text.size() + 1) * sizeof(wchar_t);
     const std::size_t limit = g_log.limit.load(std::memory_order_relaxed);
-    if (limit && !Admit(bytes, limit)) return ql::CountLostLines(ql::LostTo::kBacklog, 1);
+    // The thread that ends the process writes its lines itself.
+    const bool isBounded = limit && !ql::ProcessIsEnding();
+    if (isBounded && !Admit(bytes, limit)) return ql::CountLostLines(ql::LostTo::kBacklog, 1);
     ql::LogEntry* const entry = NewEntry(bytes);
     if (!entry) {
-        if (limit) g_log.backlog.fetch_sub(bytes);
+        if (isBounded) g_log.backlog.fetch_sub(bytes);
         return ql::CountLostLines(ql::LostTo::kMemory, 1);
     }
     entry->level = level;
-    entry->counted = limit ? bytes : 0;
-    *std::copy(text.begin(), text.end(), entry->Text()) = L'\0';
+    entry->counted = isBounded ? bytes : 0;
+    *std::replace_copy(text.begin(), text.end(), entry->Text(), L'\0', kShownZero) = L'\0';
     Push(entry);
 }
 
@@ -479,7 +502,7 @@ void QLLogger::CloseLogs() noexcept {
         return;
     }
     if (ql::ProcessIsEnding() || WriterIsGone()) return Drain();
-    if (!StartWriter() && CloseHere()) return;
+    if (!(StartWriter() && WriterBegins()) && CloseHere()) return;
     ql::Completes([] { QueueCloseAndWait(); });
 }
 

@@ -35,11 +35,11 @@ constexpr QLLogLevel operator|(QLLogLevel a, QLLogLevel b) noexcept {
     return static_cast<QLLogLevel>(static_cast<std::int32_t>(a) | static_cast<std::int32_t>(b));
 }
 
-// Where lines go. Only the writer thread calls an output, so it needs no lock of its own; an output may use
-// the log itself. At the end of a process that did not call CloseLogs, the thread that ends it takes over,
-// after the host's static objects are gone: a line, flush or close that the writer was amid is then asked for
-// again, and outputs are closed but not destroyed. An output that ends the process itself gets no further
-// line, and its Close comes last.
+// Where lines go. Only the writer thread calls an output, or, where it cannot begin, the thread that closes
+// the log: one at a time, so an output needs no lock of its own; it may use the log itself. At the end of a
+// process that did not call CloseLogs, the thread that ends it takes over, after the host's static objects
+// are gone: a line, flush or close that the writer was amid is then asked for again, and outputs are closed
+// but not destroyed. An output that ends the process itself gets no further line, and its Close comes last.
 class QL_API ILogOutput {
   public:
     virtual void Write(QLLogLevel level,
@@ -144,12 +144,16 @@ class QL_API QLLogger {
     static void FlushLogs() noexcept;
     // Returns when everything queued before is written and every output is closed and released; lines are
     // dropped from then on until outputs are registered again. Before the first InitializeLog it does
-    // nothing. Called by an output, it does not wait. When memory is short it may close nothing.
+    // nothing. Called by an output, it does not wait. When memory is short it may close nothing. For a writer
+    // that cannot begin, as none can while a DllMain that started the log runs, it waits a second, and then
+    // does all that on the calling thread.
     static void CloseLogs() noexcept;
 
-    // At most so many bytes of lines wait for the writer; 0, as at first, is no bound. Then callers wait (but
-    // an output, and never for a writer that does not run), or the line is dropped and counted. A line goes
-    // in when none waits, whatever its size.
+    // At most so many bytes of lines wait for the writer; 0, as at first, is no bound. Then callers wait, or
+    // the line is dropped and counted, as it is in both cases where there is no writer. A line goes in when
+    // none waits, whatever its size. Where callers wait, there is no bound for an output and until the writer
+    // has begun; and none for what is logged while the process ends, nor for messages that a host queues
+    // itself.
     static void SetBacklogLimit(std::size_t bytes, QLLogBacklog whenFull) noexcept;
     // How many lines this process has lost so far.
     static std::uint32_t LostLines() noexcept;

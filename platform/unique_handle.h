@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/last_error.h"
 #include "platform/win32.h"
 
 namespace ql {
@@ -30,9 +31,8 @@ class UniqueHandle {
     void reset(Handle handle = Traits::Invalid()) noexcept {
         Handle old = std::exchange(handle_, handle);
         if (old == Traits::Invalid() || old == handle) return;
-        DWORD lastError = ::GetLastError();
+        const LastErrorKept lastError;
         Traits::Close(old);
-        ::SetLastError(lastError);
     }
 
     // For calls that answer the handle through a pointer; closes what was held.

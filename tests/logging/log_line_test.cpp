@@ -46,12 +46,14 @@ std::wstring Printed(Number... numbers) {
 
 TEST(LogLine, EndsWithItsStatementAndFindsItsPlaceItself) {
     const Calls lines = LinesOf([] {
-        QLLogLine(QLLOG_INFO) << L"one";
+        ::SetLastError(ERROR_ACCESS_DENIED);
+        QLLogLine(QLLOG_INFO) << L"one " << ::GetLastError();
+        EXPECT_EQ(DWORD{ERROR_ACCESS_DENIED}, ::GetLastError());
         QLLogLine(QLLOG_INFO, "C:\\build/x\\b.cpp", 3);
         QLLogLine(QLLOG_INFO, "C:\\build/x\\b.cpp", 3) << L"two" << LogMessageFinish();
     });
     ASSERT_EQ(2u, lines.size());
-    EXPECT_TRUE(std::regex_match(lines[0], std::wregex(LR"(\[log_line_test\.cpp:\d+\]-one)"))) << lines[0];
+    EXPECT_TRUE(std::regex_match(lines[0], std::wregex(LR"(\[log_line_test\.cpp:\d+\]-one 5)"))) << lines[0];
     EXPECT_EQ(L"[b.cpp:3]-two", lines[1]);
 }
 
@@ -71,11 +73,11 @@ TEST(LogLine, HoldsPlaceAndTextsOfEveryKindInTheirOrder) {
     const std::wstring text(100'000, L'\x20AC');
     const Calls lines = LinesOf([&] {
         QLLoggerLevelInserter(QLLOG_INFO, "a.cpp", -7)
-            << RWWString(L"W") << QLFileName(L"C:\\f.txt") << std::wstring_view(L"vx").substr(0, 1)
-            << std::string("n") << "N" << 'c' << L'w' << kPlain << static_cast<const wchar_t*>(nullptr)
+            << RWWString(L"W") << QLFileName(L"C:\\f.txt") << std::wstring_view(L"v\0x", 2)
+            << std::string("n\0", 2) << "N" << 'c' << L'w' << kPlain << static_cast<const wchar_t*>(nullptr)
             << static_cast<const char*>(nullptr) << writable << text << LogMessageFinish();
     });
-    EXPECT_EQ((Calls{L"[a.cpp:-7]-WC:\\f.txtvnNcw7l" + text}), lines);
+    EXPECT_EQ((Calls{L"[a.cpp:-7]-WC:\\f.txtv\u2400n\u2400Ncw7l" + text}), lines);
     static_assert(!QLLoggable<int*>);
     static_assert(!QLLoggable<std::vector<int>>);
 }

@@ -169,13 +169,14 @@ TEST(Logger, ABoundedBacklogDropsLinesAndSaysSoBeforeTheNext) {
     const auto gate = HoldTheWriter();
     QLLogger::SetBacklogLimit(kTwoLines, QLLogBacklog::kDrop);
     const std::wstring half(200, L'x');
+    Host::PushEvent(std::make_shared<WriteLogMessage>(QLLOG_INFO, L"a host's"));  // is not bounded
     for (int i = 0; i < 14; ++i) QLLogger::PutMessage(QLLOG_INFO, half.c_str());
     EXPECT_EQ(before + 12, QLLogger::LostLines());
     QLLogger::SetBacklogLimit(0, QLLogBacklog::kDrop);
     gate->isOpen = true;
     QLLogger::CloseLogs();
-    EXPECT_EQ((Calls{L"4:held", L"4:12 lines were lost: the backlog was full\n", L"4:" + half, L"4:" + half,
-                     L"close"}),
+    EXPECT_EQ((Calls{L"4:held", L"4:12 lines were lost: the backlog was full\n", L"4:a host's", L"4:" + half,
+                     L"4:" + half, L"close"}),
               gate->calls);
 }
 

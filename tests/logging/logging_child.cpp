@@ -190,14 +190,32 @@ void RefuseThreads() {
                          sizeof kAnswerNull, nullptr);
 }
 
-// Who closes writes the lines.
-int LogWithoutThreads(const wchar_t* file) {
-    RefuseThreads();
+// Who closes writes the lines, where no thread can be had or where, within the system's loader, none begins.
+int LogWithoutAWriter(const wchar_t* file, bool isWithinTheLoader) {
+    ULONG_PTR cookie = 0;
+    if (isWithinTheLoader) {
+        ::LdrLockLoaderLock(0, nullptr, &cookie);
+        QLLogger::SetBacklogLimit(1, QLLogBacklog::kWait);
+    } else {
+        RefuseThreads();
+    }
     QLLogger::InitializeLog(file, QLLOG_INFO);
     PutLines(0, 100);
     QLLogger::CloseLogs();
     ::TerminateProcess(::GetCurrentProcess(), kEnd);  // no end that could write them
     return 0;
+}
+
+// A library that is told of the process's end before this one logs then; nobody may wait for the writer.
+int LogAsALibraryEnds(const wchar_t* file, bool isFirst) {
+    QLLogger::SetBacklogLimit(1, QLLogBacklog::kWait);
+    if (isFirst) {
+        ::SetEnvironmentVariableW(L"QL_LOG", file);
+    } else {
+        QLLogger::InitializeLog(file, QLLOG_INFO);
+        WaitUntilTheWriterRuns();
+    }
+    return ::LoadLibraryW(L"logging_late.dll") ? kEnd : kEnd + 1;
 }
 
 }  // namespace
@@ -209,11 +227,10 @@ int wmain(int, wchar_t** argv) {
         if (row.way == way) return LogBesideAnOddOutput(row, file);
     if (way == L"killed") return WriteUntilKilled(file);
     if (way == L"amid lines") return EndAmidLines(file, argv[3]);
-    if (way == L"without threads") return LogWithoutThreads(file);
-    if (way == L"as a library ends") {
-        ::SetEnvironmentVariableW(L"QL_LOG", file);
-        return ::LoadLibraryW(L"logging_late.dll") ? kEnd : kEnd + 1;
-    }
+    if (way == L"without threads") return LogWithoutAWriter(file, false);
+    if (way == L"within the loader") return LogWithoutAWriter(file, true);
+    if (way == L"first as a library ends") return LogAsALibraryEnds(file, true);
+    if (way == L"as a library ends") return LogAsALibraryEnds(file, false);
     if (way == L"early") {
         QLLogger::CloseLogs();
         PutLines(0, kLines);

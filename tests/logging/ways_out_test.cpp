@@ -82,6 +82,8 @@ const Way kWays[] = {{L"return"},
                      {L"closes from within"},
                      {L"amid loading"},
                      {L"without threads", 3, 100},
+                     {L"within the loader", 1, 100},
+                     {L"first as a library ends"},
                      {L"as a library ends"},
                      {L"races", 20},
                      {L"frees the library", 5, 20'000, L"logging_loader.exe"}};
