@@ -25,8 +25,9 @@ enum INITIALASKSTATE : int { INITIALASK_DEFAULT = 0, INITIALASK_UNANSWERED = 1 }
 
 // The command line of the main application as a set of options. Each switch is "/name" or "-name", with "="
 // and its text for one that has a value; text before the first switch is the file to start with. Files become
-// full paths, but for document-management ids, which stay as they are, QLI and QLA files that a switch names,
-// which are read as file names and not completed, the edit file and overlays, which are kept as given.
+// full paths, as MakeFullPath makes them (so remote, plug-in and document-management names stay as they are),
+// but for QLI and QLA files that a switch names, which are read as file names and not completed, the edit
+// file and overlays, which are kept as given.
 //
 // A library without an extension gets ".qll", a document-management id too.
 //

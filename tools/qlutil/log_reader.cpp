@@ -42,21 +42,28 @@ std::int64_t TimeOf(std::string_view line) {
     return time;
 }
 
-// "[time][thread][place]-text"; false when a line begins no entry. The entry's own room is used again.
+bool IsNumber(std::string_view text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), IsDigit);
+}
+
+// "[time][thread][file:line]-text"; false when a line begins no entry. A time in the form of a host's own
+// locale is none that can be compared: it stays with the text. The entry's own room is used again.
 bool Parse(std::string_view line, ReadEntry& entry) {
-    if (!HasForm(line, kTimeForm)) return false;
-    const std::size_t thread = kTimeForm.size();
-    const std::size_t threadEnd = line.find("][", thread);
-    if (threadEnd == std::string_view::npos) return false;
+    constexpr std::string_view kBetween = "][";
+    const std::size_t timeEnd = line.find(kBetween);
+    const std::size_t thread = timeEnd + kBetween.size(), threadEnd = line.find(kBetween, thread);
+    if (!line.starts_with('[') || threadEnd == std::string_view::npos) return false;
     const std::string_view number = line.substr(thread, threadEnd - thread);
-    const std::size_t place = threadEnd + 2;
-    const std::size_t placeEnd = line.find("]-", place);
-    if (placeEnd == std::string_view::npos || !std::all_of(number.begin(), number.end(), IsDigit))
-        return false;
-    entry.time = TimeOf(line);
+    const std::size_t placeStart = threadEnd + kBetween.size(), placeEnd = line.find("]-", placeStart);
+    if (placeEnd == std::string_view::npos || !IsNumber(number)) return false;
+    const std::string_view place = line.substr(placeStart, placeEnd - placeStart);
+    const bool isTimeKnown = HasForm(line, kTimeForm);
+    if (!isTimeKnown && !IsNumber(place.substr(place.rfind(':') + 1))) return false;
+    entry.time = isTimeKnown ? TimeOf(line) : 0;
     entry.thread = number;
-    entry.place = line.substr(place, placeEnd - place);
+    entry.place = place;
     entry.text = line.substr(placeEnd + 2);
+    if (!isTimeKnown) entry.text.insert(0, std::string(line.substr(0, timeEnd + 1)) + ' ');
     return true;
 }
 
