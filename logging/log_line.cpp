@@ -112,9 +112,10 @@ class HeadSlot {
     HeadSlot(const HeadSlot&) = delete;
     HeadSlot& operator=(const HeadSlot&) = delete;
 
-    // The calling thread's; null when there is no memory for one.
+    // The calling thread's; null when there is no memory for one, which may be in disorder at the end.
     LineHead* Own() const noexcept {
         if (void* const head = ::FlsGetValue(index_)) return static_cast<LineHead*>(head);
+        if (ql::ProcessIsEnding()) return nullptr;
         std::unique_ptr<LineHead> made(new (std::nothrow) LineHead);
         return made && ::FlsSetValue(index_, made.get()) ? made.release() : nullptr;
     }
