@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "files/file_removal.h"
+#include "names/required.h"
 #include "platform/current_directory.h"
 #include "platform/failure.h"
 #include "platform/unique_handle.h"
@@ -22,17 +23,21 @@ bool IsSelfOrParent(const wchar_t* name) {
 struct CDirectoryIterator::Search {
     ql::UniqueFindHandle handle;
     WIN32_FIND_DATAW entry{};
-    QLFileName base;  // the path of the pattern
+    QLFileName base;  // its path alone counts; read from a text it would be expanded once more
 
+    explicit Search(const QLFileName& pattern) : base(pattern) {
+        ql::RequireWhole(base, pattern);
+        if (base.GetScheme().isNull()) base.SetPath(nullptr);  // entries always have a path, if an empty one
+    }
     bool Open(const QLFileName& pattern) {
-        base.SetPath(pattern.GetPath().data());
         handle.reset(::FindFirstFileW(pattern.GetPathAndFileName().data(), &entry));
         return static_cast<bool>(handle);
     }
     bool Advance() { return ::FindNextFileW(handle.get(), &entry) != FALSE; }
     bool Tell(QLFileName* out) const {
-        if (out) out->SetEntry(base, entry.cFileName);
-        return true;
+        if (!out) return true;
+        out->SetEntry(base, entry.cFileName);
+        return !out->QLFileName::IsNull();  // as it is without memory
     }
 };
 
@@ -50,7 +55,7 @@ CDirectoryIterator& CDirectoryIterator::operator=(const CDirectoryIterator& othe
 bool CDirectoryIterator::First(const QLFileName& pattern, QLFileName* out) {
     search_.reset();
     return ql::FailureIfThrown(false, [&] {
-        auto search = std::make_unique<Search>();
+        auto search = std::make_unique<Search>(pattern);
         if (!search->Open(pattern)) return false;
         search_ = std::move(search);
         return IsSelfOrParent(search_->entry.cFileName) ? Next(out) : search_->Tell(out);
@@ -74,6 +79,7 @@ namespace {
 
 QLStringTable EntriesOf(const QLFileName& directory) {
     QLFileName pattern(directory);
+    ql::RequireWhole(pattern, directory);
     pattern.SetFileName(L"*.*");
     QLStringTable entries;
     CDirectoryIterator walk;

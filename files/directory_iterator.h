@@ -25,9 +25,13 @@ class QL_API CDirectoryIterator {
     virtual ~CDirectoryIterator();
 
     // Each sets `out` to an entry, in the directory as the pattern names it, and answers true; false after
-    // the last one, and when memory ends, with `out` as it was. First starts anew. A pattern that matches
-    // nothing, and a directory that is missing, have no entries. The tail of `out` stays as it is. A null
-    // `out` is left out.
+    // the last one, with `out` as it was, and when memory ends, with `out` as it was or null. First starts
+    // anew. A pattern that matches nothing, and a directory that is missing, have no entries. The tail of
+    // `out` stays as it is. A null `out` is left out.
+    //
+    // The text of a name takes "?" and "#" behind the last dot for a tail, which no file has: the pattern of
+    // QLFileName(L"C:\\Files\\*.do?") is C:\Files\*.do. SetEntry sets such a pattern as it stands:
+    //     pattern.SetEntry(directory, L"*.do?");
     bool First(const QLFileName& pattern, QLFileName* out);
     bool Next(QLFileName* out);
 
@@ -42,6 +46,6 @@ class QL_API CDirectoryIterator {
 // as a file in use, stays, and the directory with it. Subdirectories are not entered: a directory that holds
 // any stays, without its files. Links to files are removed, not followed, where the system shows them as
 // links; links to directories count as subdirectories. When the current directory is the one named, letter
-// for letter but for case, the process moves to the temporary directory. Nothing is reported or thrown, and
-// a null or empty text removes nothing. Any thread.
+// for letter but for case, the process moves to the temporary directory. Nothing is reported or thrown; when
+// memory ends files may stay, and a null or empty text removes nothing. Any thread.
 QL_API void DeleteDirAndContents(const wchar_t* directory);
