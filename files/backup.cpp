@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "files/file_removal.h"
+#include "names/required.h"
 #include "platform/failure.h"
 #include "platform/win32.h"
 
@@ -12,9 +13,11 @@ namespace {
 
 RWWString BackupName(const QLFileName& name, int level) {
     RWWString extension;
-    if (name.GetExtension(extension)) extension = RWWString(extension.view().substr(1));
+    if (name.HasExtension() && !name.GetExtension(extension)) throw std::bad_alloc();
     QLFileName backup(name);
-    backup.SetExtension((RWWString(L"~") + extension + std::to_wstring(level).c_str()).data());
+    ql::RequireWhole(backup, name);
+    const std::wstring_view bare = extension.view().substr(extension.isNull() ? 0 : 1);
+    backup.SetExtension((std::wstring(L"~").append(bare) + std::to_wstring(level)).c_str());
     return backup.GetPathAndFileName();
 }
 
