@@ -23,8 +23,9 @@ class QL_API QLFile {
     ~QLFile();
 
     // Both close what was open. The name is kept even if the file cannot be opened: through its text, as
-    // names are assigned, but one that its text does not say, such as a walk's "rep.doc#1", as it is. Kept on
-    // purpose: Create does not cut off an existing file; it opens it at its start.
+    // names are assigned, but one that its text does not say, such as a walk's "rep.doc#1", as it is; null
+    // when memory ends, so that Delete and Rename fail. Kept on purpose: Create does not cut off an existing
+    // file; it opens it at its start.
     int Open(unsigned short flags, const QLFileName& name);
     int Create(unsigned short flags, const QLFileName& name);
 

@@ -5,11 +5,13 @@
 namespace ql {
 
 // Keeps the name of a file that was opened: through its text, as names are assigned, or as it is where its
-// text does not say it, as that of a walked "rep.doc#1".
+// text does not say it, as that of a walked "rep.doc#1". Null when memory ends: never the folder's name.
 inline void KeepName(QLFileName& kept, const QLFileName& name) {
     kept = name;
-    if (kept.GetPathAndFileName() == name.GetPathAndFileName()) return;
-    kept.SetEntry(name, name.GetFileName().data());
+    if (kept == name) return;
+    const RWWString fileName = name.GetFileName();
+    kept.Reset();  // a tail that the text seemed to have
+    if (!fileName.isNull()) kept.SetEntry(name, fileName);
 }
 
 }  // namespace ql
