@@ -15,8 +15,8 @@ std::optional<std::size_t> EllipsisEnd(const std::wstring& text) noexcept;
 
 // Shortens the text component by component until it is at least two units narrower than `width`, as far as
 // that goes. `measure` answers the width of a text in an optional, empty when it cannot be measured, which
-// ends the shortening. Measuring each component once tells how many have to go: the time grows with the text,
-// not with its square.
+// ends the shortening. Measuring each component once tells how many have to go at least: the time grows with
+// the text, not with its square.
 template <class Measure>
 void FitPath(std::wstring& text, int width, Measure measure) {
     const long long room = width - 2LL;
@@ -32,7 +32,7 @@ void FitPath(std::wstring& text, int width, Measure measure) {
             if (next == std::wstring::npos) break;
             const std::optional<int> component = measure(text.substr(end, next - end));
             if (!component) return;
-            excess -= *component;
+            excess -= *component + 1LL;  // a text may be that much wider than its rounded parts
             end = next;
         }
         if (end == *begin) continue;
