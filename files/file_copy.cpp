@@ -87,10 +87,12 @@ class Pump {
 constexpr long long kAll = std::numeric_limits<long long>::max();
 
 // What lies behind the destination's present end comes first: that alone asks the disk for room, and where
-// there is none, nothing is lost yet.
+// there is none, nothing is lost yet. A source that tells less than it holds, as the files do in which a
+// system shows its state, has its end where reading finds it.
 bool Replace(const File& from, const File& to, Pump& pump) {
     const long long held = SizeOf(to);
-    if (SizeOf(from) > held) {
+    const bool isLonger = SizeOf(from) > held;
+    if (isLonger) {
         if (!MoveTo(from, held) || !MoveTo(to, held)) return false;
         if (!pump.Move(from, to, kAll)) {
             const DWORD error = ::GetLastError();
@@ -99,10 +101,10 @@ bool Replace(const File& from, const File& to, Pump& pump) {
         }
     }
     if (!MoveTo(from, 0) || !MoveTo(to, 0)) return false;
-    const bool done = pump.Move(from, to, held);
+    const bool done = pump.Move(from, to, isLonger ? held : kAll);
     const DWORD error = ::GetLastError();
     const bool isUntouched = !done && pump.moved() == 0;
-    const bool endsRight = (done && pump.moved() == held) || EndAt(to, isUntouched ? held : pump.moved());
+    const bool endsRight = (done && pump.moved() >= held) || EndAt(to, isUntouched ? held : pump.moved());
     return done ? endsRight : Fails(error);
 }
 

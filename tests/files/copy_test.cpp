@@ -107,6 +107,17 @@ TEST_F(Copies, TellFilesApartByNumberOrByPlace) {
     EXPECT_FALSE(ql::LieAtOnePlace(a.get(), b.get()));
 }
 
+// Its size is told as 0.
+TEST_F(Copies, GoOnWhereASourceHoldsMoreThanItTells) {
+    const std::wstring source = L"Z:\\proc\\version";
+    if (BytesOf(source).empty()) GTEST_SKIP() << "no such source here";
+    for (const std::size_t formerSize : {0U, 10U, 100'000U}) {
+        PutBytes(b_, std::string(formerSize, 'f'));
+        EXPECT_TRUE(Copy(b_, source));
+        EXPECT_EQ(BytesOf(source), BytesOf(b_)) << formerSize;
+    }
+}
+
 using Backups = Copies;
 
 TEST_F(Backups, MoveFromTheFirstLevelToTheSecond) {
