@@ -9,6 +9,7 @@
 
 #include "files/kept_name.h"
 #include "files/open_flags.h"
+#include "platform/failure.h"
 
 namespace {
 
@@ -48,15 +49,20 @@ bool CFileStreamBuf::Open(const QLFileName& name, unsigned short flags) {
     const int descriptor =
         ql::OpenFile(path.data(), ql::AccessMode(flags) | truncation, ql::SharingMode(flags), 0);
     ql::KeepName(fileName_, name);
-    if (descriptor < 0) return false;
-    static_cast<StandardBuffer&>(*this) = StandardBuffer(descriptor, StreamMode(flags));
-    if (!is_open()) {
-        ::_close(descriptor);
-        return false;
-    }
+    if (descriptor < 0 || !Attach(descriptor, StreamMode(flags))) return false;
     lostBytes_ = false;
     size_ = size;
     return true;
+}
+
+// Takes the descriptor over, or closes it. A standard buffer without memory for its bytes throws, and has
+// closed it by then.
+bool CFileStreamBuf::Attach(int descriptor, std::ios_base::openmode mode) {
+    return ql::FailureIfThrown(false, [&] {
+        static_cast<StandardBuffer&>(*this) = StandardBuffer(descriptor, mode);
+        if (!is_open()) ::_close(descriptor);
+        return is_open();
+    });
 }
 
 bool CFileStreamBuf::Close() {

@@ -19,8 +19,9 @@ class QL_API CFileStreamBuf : public __gnu_cxx::stdio_filebuf<char> {
 
     // Closes what was open. Opens for reading and writing, for writing (which cuts an existing file off, as
     // streams do) or for reading. A missing file is created only when OPEN_CREATE_MISSING is given, and then
-    // exists even if opening it fails. False when the file cannot be opened; the name is kept, as QLFile
-    // keeps it, unless the file was missing and not to be created.
+    // exists even if opening it fails. False when the file cannot be opened or memory ends, which may be
+    // after it was cut off; the name is kept, as QLFile keeps it, unless the file was missing and not to be
+    // created.
     bool Open(const QLFileName& name, unsigned short flags);
 
     // False only when a recorded size was to be applied and the file could not be opened for that. Kept on
@@ -48,6 +49,7 @@ class QL_API CFileStreamBuf : public __gnu_cxx::stdio_filebuf<char> {
     std::streamsize xsputn(const char* bytes, std::streamsize count) override;
 
   private:
+    bool Attach(int descriptor, std::ios_base::openmode mode);
     bool ApplySize();
 
     QLFileName fileName_;
