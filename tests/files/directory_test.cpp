@@ -50,6 +50,9 @@ TEST_F(Directories, AreWalkedByPatternWithoutTheDots) {
     EXPECT_EQ(Names({L"a.txt"}), Walk(L"a.txt"));
     EXPECT_EQ(Names(), Walk(L"*.none"));
     EXPECT_EQ(Names({L"inside.txt"}), Walk(L"sub.txt\\*"));
+    Make({L"%TEMP%"}, {L"%TEMP%\\a"});
+    ::SetEnvironmentVariableW(L"QL_FOLDER", L"%TEMP%");
+    EXPECT_EQ(Names({L"a"}), Walk(L"%QL_FOLDER%\\*")) << "a value is not expanded once more";
 }
 
 // What reads otherwise as the text of a name: a tail, a reference, blanks and dots at the ends.
@@ -68,6 +71,7 @@ TEST_F(Directories, TellNamesAsTheDiskHasThem) {
         QLFile file;
         EXPECT_TRUE(file.Open(OPEN_READ, name)) << name.GetFileName().data();
         EXPECT_EQ(name.GetPathAndFileName(), file.GetFileName().GetPathAndFileName());
+        EXPECT_EQ(RWWString(), file.GetFileName().GetTail());
         EXPECT_TRUE(file.Delete()) << name.GetFileName().data();
     }
     EXPECT_EQ(Names({L"rep.doc"}), Walk(L"*"));
