@@ -86,10 +86,9 @@ class QL_API RollingFileOutput : public ILogOutput {
 
   private:
     bool IsFullFor(std::wstring_view entry) const noexcept;
-    QLFileName NameOf(int number);
     bool DeleteOldestBackup();
     void ShiftBackups(const _FILETIME& timeOfMain);
-    bool Rename(const QLFileName& from, const QLFileName& to, const _FILETIME& time);
+    bool Rename(const std::wstring& from, const std::wstring& to, const _FILETIME& time);
     void Open(bool anew);
     void Resume() noexcept;
 

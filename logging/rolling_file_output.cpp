@@ -35,13 +35,25 @@ const wchar_t* OrEmpty(const wchar_t* text) noexcept {
     return text ? text : L"";
 }
 
-bool Exists(const QLFileName& name) {
-    return ::GetFileAttributesW(name.GetPathAndFileName().data()) != INVALID_FILE_ATTRIBUTES;
+bool Exists(const std::wstring& path) {
+    return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-ql::UniqueFileHandle OpenForTimes(const QLFileName& name, DWORD access, DWORD share) {
-    return ql::UniqueFileHandle(::CreateFileW(name.GetPathAndFileName().data(), access, share, nullptr,
-                                              OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+ql::UniqueFileHandle OpenForTimes(const wchar_t* path, DWORD access, DWORD share) {
+    return ql::UniqueFileHandle(
+        ::CreateFileW(path, access, share, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
+FILETIME LastWriteTimeOf(const wchar_t* path) {
+    const ql::UniqueFileHandle file = OpenForTimes(path, GENERIC_READ, FILE_SHARE_READ);
+    FILETIME time = {};
+    if (file && !::GetFileTime(file.get(), nullptr, nullptr, &time)) return {};
+    return time;
+}
+
+void SetLastWriteTimeOf(const wchar_t* path, const FILETIME& time) {
+    const ql::UniqueFileHandle file = OpenForTimes(path, GENERIC_WRITE, FILE_SHARE_WRITE);
+    if (file) ::SetFileTime(file.get(), nullptr, nullptr, &time);
 }
 
 std::wstring ComputerName() {
@@ -76,8 +88,9 @@ std::wstring LocalTime() {
 
 struct RollingLog {
     LogFile file;
-    QLFileName name;
+    // Held as texts: a name that is asked for its text answers none when memory ends.
     std::wstring mainPath;
+    std::wstring backupStem;  // what the numbers of the backups follow
     std::wstring firstBackupPath;
     std::wstring softwareName;
     std::uint32_t eventId = 0;
@@ -88,6 +101,16 @@ struct RollingLog {
     ql::CriticalSection textsLock;
     std::wstring buildDate QL_GUARDED_BY(textsLock);
     std::wstring version QL_GUARDED_BY(textsLock);
+
+    void SetName(const QLFileName& name) {
+        mainPath = name.GetPathAndFileName().view();
+        backupStem = mainPath.substr(0, name.HasExtension() ? mainPath.rfind(L'.') : std::wstring::npos);
+        firstBackupPath = PathOf(1);
+    }
+    // Number 0 is the main file itself.
+    std::wstring PathOf(int number) const {
+        return number > 0 ? backupStem + std::to_wstring(number) + L".bak" : mainPath;
+    }
 };
 
 RollingFileOutput::RollingFileOutput(const wchar_t* fileName, const wchar_t* softwareName,
@@ -102,9 +125,7 @@ RollingFileOutput::RollingFileOutput(const wchar_t* fileName, const wchar_t* sof
         log_->maxSize = std::max<std::int64_t>(maxSize, kSmallestLimit);
         log_->backupCount = backupCount;
         log_->softwareName = OrEmpty(softwareName);
-        log_->name.SetPathAndFileName(OrEmpty(fileName));
-        log_->mainPath = NameOf(0).GetPathAndFileName().view();
-        log_->firstBackupPath = NameOf(1).GetPathAndFileName().view();
+        log_->SetName(OrEmpty(fileName));
         Open(false);
     });
 }
@@ -186,7 +207,7 @@ void RollingFileOutput::WriteHeader() {
 }
 
 void RollingFileOutput::BackupAndStartAnew() {
-    if (!log_) return;
+    if (!log_ || log_->mainPath.empty()) return;
     // Asked of the file that is open: another handle could outlive this thread and hold the main file.
     const FILETIME time = log_->file.LastWriteTime();
     log_->rolling = true;
@@ -200,60 +221,44 @@ void RollingFileOutput::BackupAndStartAnew() {
 }
 
 void RollingFileOutput::SetBackupFileName(QLFileName& name, int number) {
-    const std::wstring numbered = std::wstring(log_->name.GetName().view()) + std::to_wstring(number);
-    name = QLFileName(log_->name.GetPath().data(), numbered.c_str(), L".bak");
-}
-
-// Number 0 is the main file itself.
-QLFileName RollingFileOutput::NameOf(int number) {
-    QLFileName name(log_->name);
-    if (number > 0) SetBackupFileName(name, number);
-    return name;
+    if (!log_) throw std::bad_alloc();
+    name.SetPathAndFileName(log_->PathOf(number));
+    if (name.IsNull()) throw std::bad_alloc();
 }
 
 bool RollingFileOutput::DeleteOldestBackup() {
     if (log_->backupCount <= 0) return true;
-    const QLFileName oldest = NameOf(log_->backupCount);
-    const std::wstring path(oldest.GetPathAndFileName().view());
-    if (!Exists(oldest) || ::DeleteFileW(path.c_str())) return true;
-    ReportSystemError(std::wstring(kDeleteFailed).append(path).append(1, L'\n').c_str());
+    const std::wstring oldest = log_->PathOf(log_->backupCount);
+    if (!Exists(oldest) || ::DeleteFileW(oldest.c_str())) return true;
+    ReportSystemError(std::wstring(kDeleteFailed).append(oldest).append(1, L'\n').c_str());
     return false;
 }
 
 void RollingFileOutput::ShiftBackups(const FILETIME& timeOfMain) {
     for (int number = log_->backupCount; number > 0; --number) {
-        const QLFileName from = NameOf(number - 1);
+        const std::wstring from = log_->PathOf(number - 1);
         if (!Exists(from)) continue;
-        const FILETIME time = number > 1 ? GetFileLastWriteTime(from) : timeOfMain;
-        if (!Rename(from, NameOf(number), time)) return;
+        const FILETIME time = number > 1 ? LastWriteTimeOf(from.c_str()) : timeOfMain;
+        if (!Rename(from, log_->PathOf(number), time)) return;
     }
 }
 
-bool RollingFileOutput::Rename(const QLFileName& from, const QLFileName& to, const FILETIME& time) {
-    const std::wstring before(from.GetPathAndFileName().view()), after(to.GetPathAndFileName().view());
-    if (!::MoveFileExW(before.c_str(), after.c_str(), MOVEFILE_COPY_ALLOWED)) {
-        ReportSystemError(std::wstring(kRenameFailed)
-                              .append(before)
-                              .append(L"\n\tto: ")
-                              .append(after)
-                              .append(1, L'\n')
-                              .c_str());
+bool RollingFileOutput::Rename(const std::wstring& from, const std::wstring& to, const FILETIME& time) {
+    if (!::MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_COPY_ALLOWED)) {
+        ReportSystemError(
+            std::wstring(kRenameFailed).append(from).append(L"\n\tto: ").append(to).append(1, L'\n').c_str());
         return false;
     }
-    if (time.dwLowDateTime && time.dwHighDateTime) SetFileLastWriteTime(to, time);
+    if (time.dwLowDateTime && time.dwHighDateTime) SetLastWriteTimeOf(to.c_str(), time);
     return true;
 }
 
 FILETIME RollingFileOutput::GetFileLastWriteTime(const QLFileName& name) {
-    const ql::UniqueFileHandle file = OpenForTimes(name, GENERIC_READ, FILE_SHARE_READ);
-    FILETIME time = {};
-    if (file && !::GetFileTime(file.get(), nullptr, nullptr, &time)) return {};
-    return time;
+    return LastWriteTimeOf(name.GetPathAndFileName().data());
 }
 
 void RollingFileOutput::SetFileLastWriteTime(const QLFileName& name, const FILETIME& time) {
-    const ql::UniqueFileHandle file = OpenForTimes(name, GENERIC_WRITE, FILE_SHARE_WRITE);
-    if (file) ::SetFileTime(file.get(), nullptr, nullptr, &time);
+    SetLastWriteTimeOf(name.GetPathAndFileName().data(), time);
 }
 
 void RollingFileOutput::ReportSystemError(const wchar_t* message) noexcept {
