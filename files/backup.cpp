@@ -36,8 +36,16 @@ State StateOf(const RWWString& file) {
             {data.ftLastWriteTime.dwHighDateTime, data.ftLastWriteTime.dwLowDateTime}};
 }
 
+// The system does not copy over a hidden file, which the backup of a hidden one is.
+void Show(const RWWString& file) {
+    const DWORD attributes = ::GetFileAttributesW(file.data());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_HIDDEN) != 0)
+        ::SetFileAttributesW(file.data(), attributes & ~DWORD{FILE_ATTRIBUTE_HIDDEN});
+}
+
 // A copy that fails half way is no backup: it goes, lest the next backup takes it for one.
 bool Copy(const RWWString& from, const RWWString& to) {
+    Show(to);
     const State before = StateOf(to);
     if (::CopyFileW(from.data(), to.data(), FALSE)) return true;
     const DWORD error = ::GetLastError();

@@ -9,6 +9,6 @@
 // closing zero, cut if need be; none when it is null) and the reason as the system's last error of the
 // thread. A backup whose copy breaks off, on a full disk say, is removed; the other one stays whole. Should
 // the process be killed meanwhile, the backup that was being written is cut off. Letter without an extension
-// has the backups Letter.~1 and Letter.~2. Backups take the file's attributes over, and a read-only backup is
-// not replaced. Any thread.
+// has the backups Letter.~1 and Letter.~2. Backups take the file's attributes over; a read-only backup is not
+// replaced, a hidden one is, and is shown if that fails. Any thread.
 QL_API bool BackupFile(const QLFileName& name, wchar_t* message, int messageLength);

@@ -128,6 +128,7 @@ TEST_F(Backups, MoveFromTheFirstLevelToTheSecond) {
         wchar_t message[64] = L"untouched";
         for (const char* contents : {"one", "two", "three"}) {
             PutBytes(folder_ / file, contents);
+            ::SetFileAttributesW((folder_ / first).c_str(), FILE_ATTRIBUTE_HIDDEN);
             EXPECT_TRUE(BackupFile(QLFileName((folder_ / file).c_str()), message, 64));
         }
         EXPECT_EQ("three", BytesOf(folder_ / file));
