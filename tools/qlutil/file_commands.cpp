@@ -64,6 +64,14 @@ Record StatusOf(const QLFileName& name) {
             {L"reason", ReasonFor(name, status)}};
 }
 
+// A word as the pattern of a walk: behind its last dot "?" and "#" are no tail.
+QLFileName Pattern(std::wstring_view word) {
+    const QLFileName name = Name(word);
+    QLFileName pattern;
+    pattern.SetEntry(name, name.GetFileName() + name.GetTail());
+    return pattern;
+}
+
 bool IsPattern(std::wstring_view word) {
     return word.find_first_of(L"*?") != std::wstring_view::npos && !Name(word).IsRemote();
 }
@@ -78,7 +86,7 @@ std::vector<QLFileName> NamesOf(std::span<const std::wstring_view> words) {
         }
         CDirectoryIterator walk;
         QLFileName entry;
-        for (bool more = walk.First(Name(word), &entry); more; more = walk.Next(&entry))
+        for (bool more = walk.First(Pattern(word), &entry); more; more = walk.Next(&entry))
             names.push_back(entry);
     }
     return names;
@@ -145,7 +153,7 @@ Answer Walk(const Arguments& arguments) {
     List entries;
     CDirectoryIterator walk;
     QLFileName entry;
-    for (bool more = walk.First(Name(arguments[0]), &entry); more; more = walk.Next(&entry)) {
+    for (bool more = walk.First(Pattern(arguments[0]), &entry); more; more = walk.Next(&entry)) {
         entries.push_back(Record{{L"file", entry.GetPathAndFileName()}, {L"isDir", walk.IsDir()}});
     }
     return entries;
