@@ -226,8 +226,12 @@ void ql::WritePreference(const wchar_t* section, const wchar_t* entry, const wch
     if (text) return WriteDefaultAndThread(&CQlsSettings::SetRegStrSetting, section, entry, text);
     const ql::SettingKey key(section, entry);
     ql::CriticalSectionGuard guard(g_table.lock);
+    const auto own = g_table.ThreadStore(true);
     WriteToRegistry(section, entry, text);
-    if (const auto own = g_table.ThreadStore(true)) own->ClearRegSetting(section, entry);
+    if (!own) return;
+    LockedSettings& state = LockedSettings::Of(*own);
+    const WriterGuard writer(state.lock);
+    state.settings.Remove(key);  // which asks for no memory
 }
 
 void ql::WritePreference(const wchar_t* section, const wchar_t* entry, int value) {
