@@ -21,7 +21,8 @@
 // The whole library: thread slots, InitializeUtil, settings stores. Several components of a process may each
 // have one, on any threads: the first starts the library, the last ends it, and nothing of it may be in use
 // then. A process that calls TlsmInitialize or CQlsSettings::Initialize itself uses no scope: ok is false
-// when they were called before.
+// after TlsmInitialize. A store that CQlsSettings::Initialize made without it is taken over, and ends with
+// the last scope.
 class QL_API QLLibraryScope {
   public:
     QLLibraryScope() noexcept;

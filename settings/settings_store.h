@@ -29,8 +29,8 @@ enum QlSetting : int {};
 //     CQlsSettings::ReleaseThreadSettingsRef(id);        // at 0 references the store is gone, the id is free
 //
 // Every member, static or not, may be called from any thread at any time, also before Initialize and after
-// Uninitialize. A failure, running out of memory included, is answered by the result. Null texts count as
-// empty; out-parameters must not be null. Texts end at their first zero.
+// Uninitialize (to Initialize once more, see there). A failure, running out of memory included, is answered
+// by the result. Null texts count as empty; out-parameters must not be null. Texts end at their first zero.
 //
 // A name keeps the type it was first used with: through a function of another type, readers give the caller's
 // default and false, writers change nothing and answer false. Callers must keep one type per name.
@@ -89,6 +89,10 @@ class QL_API CQlsSettings {
     // without a thread slot (the global store then works all the same; a later call takes a slot and keeps
     // the store) and when it has one already. Uninitialize destroys every store; pointers from GetSettings
     // end there, and threads that are still attached are attached to nothing. settings/scopes.h calls both.
+    // Kept on purpose: Uninitialize gives the thread slot back, and TlsmFree then lets TlsmAlloc begin again
+    // at 0. An Initialize that follows may so get a slot in which a host keeps pointers of its own, and would
+    // take these for its records: a host with slots of its own ends them (TlsmUninitialize) as well, or makes
+    // them null on every thread, before it initialises the settings again.
     static bool Initialize();
     static void Uninitialize();
 
