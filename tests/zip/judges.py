@@ -46,8 +46,8 @@ def host(*arguments, **options):
     return process.returncode
 
 
-def qlutil(what, archive):
-    process = start("--json", "zip", what, windows_path(archive), program=QLUTIL)
+def qlutil(what, archive, *more):
+    process = start("--json", "zip", what, windows_path(archive), *more, program=QLUTIL)
     return json.loads(process.communicate(timeout=60)[0])
 
 
@@ -176,6 +176,14 @@ class Judged(InFolder):
                          list(zip(names, (1, 5 << 30))))
         shown = start("zip", "list", windows_path(self.archive), program=QLUTIL).communicate(timeout=60)[0]
         self.assertNotIn(b"\x1b", shown)
+
+
+    def test_a_folder_is_added_with_all_below_it_but_not_what_its_links_lead_to(self):
+        deep = {f"{'/'.join(6 * ['d' * 50])}/deep.txt": b"deeper than paths without a prefix go"}
+        write_tree(self.tree, deep)
+        (self.tree / "up").symlink_to(".")
+        self.assertEqual(qlutil("add", self.archive, windows_path(self.tree)), {"added": len(TREE) + 1})
+        self.assertEqual(self.members(), {f"tree/{name}": content for name, content in (TREE | deep).items()})
 
 
 # Kills at random moments: QL_KILLS of them, a quarter for each kind of call.

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <deque>
-#include <filesystem>
 #include <iterator>
 #include <memory>
 #include <span>
@@ -12,12 +11,12 @@
 #include <utility>
 #include <vector>
 
-#include "files/directory_iterator.h"
 #include "platform/win32.h"
 #include "text/ansi_text.h"
 #include "tools/qlutil/command.h"
 #include "tools/qlutil/progress.h"
 #include "tools/qlutil/system_reason.h"
+#include "tools/qlutil/zip_sources.h"
 #include "zip/dynazip.h"
 #include "zip/zip_records.h"
 
@@ -142,22 +141,8 @@ void AddFault(std::wstring& faults, const std::wstring& fault) {
 
 // --- Adding
 
-struct Source {
-    std::wstring path, name;
-};
-
-std::wstring LastPart(const std::wstring& path) {
-    return path.substr(path.find_last_of(L"\\/:") + 1);
-}
-
 bool IsThere(const std::wstring& path) {
-    struct _stat64 file;
-    return ::_wstat64(path.c_str(), &file) == 0;
-}
-
-bool IsFolder(const std::wstring& path) {
-    struct _stat64 file;
-    return ::_wstat64(path.c_str(), &file) == 0 && file.st_mode & S_IFDIR;
+    return ::GetFileAttributesW(LiteralPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 int RequireLevel(const Arguments& arguments) {
@@ -169,69 +154,6 @@ int RequireLevel(const Arguments& arguments) {
     return level;
 }
 
-// The files that are to be added, in the order in which they are found.
-class Sources {
-  public:
-    explicit Sources(std::wstring archive) : archive_(std::move(archive)) {}
-
-    void Add(const std::wstring& path) {
-        if (path.find_first_of(L"*?") != std::wstring::npos) return AddFitting(path);
-        if (!IsFolder(path)) return AddFile(path, LastPart(path));
-        const std::wstring folder = std::filesystem::absolute(path).lexically_normal().wstring();
-        const std::wstring top = folder.substr(0, folder.find_last_not_of(L"\\/") + 1);
-        AddFolder(path, LastPart(top));
-    }
-    const std::vector<Source>& All() const { return all_; }
-    std::uint64_t Bytes() const {
-        std::uint64_t bytes = 0;
-        struct _stat64 file;
-        for (const Source& source : all_)
-            bytes +=
-                ::_wstat64(source.path.c_str(), &file) == 0 ? static_cast<std::uint64_t>(file.st_size) : 0;
-        return bytes;
-    }
-
-  private:
-    // Nobody wants an archive among its own files.
-    void AddFile(const std::wstring& path, const std::wstring& name) {
-        std::error_code none;
-        const bool mayBeArchive = ::_wcsicmp(LastPart(path).c_str(), LastPart(archive_).c_str()) == 0;
-        if (!mayBeArchive || !std::filesystem::equivalent(path, archive_, none)) all_.push_back({path, name});
-    }
-
-    // What fits nothing stands for itself.
-    void AddFitting(const std::wstring& pattern) {
-        const std::size_t before = all_.size();
-        CDirectoryIterator entries;
-        QLFileName entry;
-        for (bool more = entries.First(pattern.c_str(), &entry); more; more = entries.Next(&entry)) {
-            const std::wstring file = entry.GetPathAndFileName().str();
-            if (!entries.IsDir()) AddFile(file, LastPart(file));
-        }
-        if (all_.size() == before) all_.push_back({pattern, LastPart(pattern)});
-    }
-
-    // A folder is a member of its own only where nothing else tells of it. One that is a link could lead back
-    // to where it is.
-    void AddFolder(const std::wstring& path, const std::wstring& name) {
-        std::error_code none;
-        bool isEmpty = true;
-        for (const auto& entry : std::filesystem::directory_iterator(path, none)) {
-            const std::wstring part = entry.path().filename().wstring(), file = entry.path().wstring();
-            isEmpty = false;
-            if (!entry.is_directory(none)) {
-                AddFile(file, name + L'/' + part);
-            } else if (!entry.is_symlink(none)) {
-                AddFolder(file, name + L'/' + part);
-            }
-        }
-        if (isEmpty) all_.push_back({path, name});
-    }
-
-    const std::wstring archive_;
-    std::vector<Source> all_;
-};
-
 // Empty where the archive is what failed.
 std::wstring WhyNotAdded(const std::vector<Source>& sources, std::size_t index, int code) {
     const Source& source = sources[index];
@@ -242,7 +164,7 @@ std::wstring WhyNotAdded(const std::vector<Source>& sources, std::size_t index, 
         case ZIP_FILE_MISSING: return IsThere(source.path) ? L"" : L"it is not there";
         case ZIP_READ_FAILED:
             return L"it cannot be read: " +
-                   WhyNotOpened(ErrorOfOpening(source.path.c_str(), GENERIC_READ, kShared));
+                   WhyNotOpened(ErrorOfOpening(LiteralPath(source.path).c_str(), GENERIC_READ, kShared));
         case ZIP_NOTHING_TO_DO: return L"the archive has it, and not an older one";
         case ZIP_BAD_REQUEST:
             return std::any_of(sources.begin(), sources.begin() + static_cast<std::ptrdiff_t>(index), isSame)
@@ -252,17 +174,21 @@ std::wstring WhyNotAdded(const std::vector<Source>& sources, std::size_t index, 
     }
 }
 
-std::wstring FaultsOf(const std::wstring& archive, const std::vector<Source>& sources,
+std::wstring FaultsOf(const std::wstring& archive, const Sources& sources,
                       const std::vector<ZIPSOURCE>& done) {
     std::wstring faults;
+    const auto addFault = [&](const std::wstring& path, const std::wstring& why) {
+        AddFault(faults, L"cannot add " + Shown(path) + L" to " + archive + L": " + why);
+    };
+    for (const Refused& refused : sources.AllRefused()) addFault(refused.path, refused.why);
     int ofArchive = ZIP_DONE;
     for (std::size_t i = 0; i < done.size(); ++i) {
         if (done[i].code == ZIP_DONE) continue;
-        const std::wstring why = WhyNotAdded(sources, i, done[i].code);
+        const std::wstring why = WhyNotAdded(sources.All(), i, done[i].code);
         if (why.empty()) {
             ofArchive = done[i].code;
         } else {
-            AddFault(faults, L"cannot add " + Shown(sources[i].path) + L" to " + archive + L": " + why);
+            addFault(sources.All()[i].path, why);
         }
     }
     if (ofArchive != ZIP_DONE)
@@ -285,7 +211,7 @@ Answer Add(const Arguments& arguments, Progress& progress) {
     const auto added =
         std::count_if(files.begin(), files.end(), [](const ZIPSOURCE& file) { return file.code == 0; });
     Record record = {{L"added", static_cast<int>(added)}};
-    std::wstring faults = FaultsOf(archive, sources.All(), files);
+    std::wstring faults = FaultsOf(archive, sources, files);
     return faults.empty() ? Answer(std::move(record)) : Answer(std::move(record), std::move(faults));
 }
 
@@ -475,8 +401,7 @@ constexpr SwitchRow kExtractSwitches[] = {{L"paths"}, {L"index", true}, {L"overw
 constexpr Command kCommands[] = {
     {L"zip add", L"ARCHIVE FILE|FOLDER... [--level N]",
      L"Adds files (wild cards stand for all that fit) under their names alone and folders with all below "
-     L"them, or "
-     L"replaces older members; N is 0 (store) to 9, usually 5.",
+     L"them but what links lead to, or replaces older members; N is 0 (store) to 9, usually 5.",
      kAddSwitches, 2, kAnyNumber, WithEngines<Add>},
     {L"zip list",
      L"ARCHIVE",
