@@ -228,6 +228,10 @@ int AddAlone(const wchar_t* zipFile, const ZIPSOURCE& source, int option) {
     return lastCode;
 }
 
+void SetCodes(std::span<ZIPSOURCE> all, int code) {
+    for (ZIPSOURCE& file : all) file.code = code;
+}
+
 // Those that are not acceptable have no code of the engine's. Answers 1 when all are in the archive.
 int TakeCodes(std::span<ZIPSOURCE> all, const std::vector<ZIPSOURCE>& acceptable) {
     auto next = acceptable.begin();
@@ -376,11 +380,15 @@ long Dynazip::AddFileToZip(const wchar_t* zipFile, const wchar_t* directory, con
 
 long Dynazip::AddFilesToZip(const wchar_t* zipFile, ZIPSOURCE* files, int count, int option,
                             const ZipProgress& progress) {
+    const std::span<ZIPSOURCE> all(files, files && count > 0 ? static_cast<std::size_t>(count) : 0);
+    SetCodes(all, ZIP_NO_MEMORY);  // until more is known of them
     return Operate<long>(0, [&]() -> long {
         const auto archive = AnsiName(zipFile);
-        if (!archive) return NotAcceptable();
-        if (!files || count <= 0) return count == 0 ? 1 : 0;
-        const std::span<ZIPSOURCE> all(files, static_cast<std::size_t>(count));
+        if (!archive) {
+            SetCodes(all, kNotAcceptable);
+            return NotAcceptable();
+        }
+        if (all.empty()) return count == 0 ? 1 : 0;
         std::vector<ZIPSOURCE> acceptable;
         for (const ZIPSOURCE& file : all) {
             if (AnsiName(file.file) && AnsiName(file.name)) acceptable.push_back(file);
@@ -394,7 +402,10 @@ long Dynazip::AddFilesToZip(const wchar_t* zipFile, ZIPSOURCE* files, int count,
         if (filesProc) {
             Call(filesProc, &command, acceptable.data(), static_cast<std::int32_t>(acceptable.size()));
         } else {
-            for (ZIPSOURCE& file : acceptable) file.code = AddAlone(zipFile, file, option);
+            for (ZIPSOURCE& file : acceptable) {
+                file.code =
+                    ql::FailureIfThrown(int{ZIP_NO_MEMORY}, [&] { return AddAlone(zipFile, file, option); });
+            }
         }
         return TakeCodes(all, acceptable);
     });

@@ -74,17 +74,19 @@ class QL_API Dynazip {
     // The same for many files at once, with one rewrite of the archive: each source's `code` says what became
     // of it (0 added; ZIP_NOTHING_TO_DO, not newer; ZIP_BAD_REQUEST, not acceptable, or a source before has
     // the same name). A source that fails does not keep the others out; where the archive cannot be written,
-    // all have that code. A source may be a folder, which becomes a member without contents. 1 when all were
-    // added, else 0. Names other than the file's own need the engine that comes with the library.
+    // its name is not acceptable or memory runs out, all have that code. A source may be a folder, which
+    // becomes a member without contents. 1 when all were added, else 0. Names other than the file's own need
+    // the engine that comes with the library.
     static long AddFilesToZip(const wchar_t* zipFile, ZIPSOURCE* files, int count, int option,
                               const ZipProgress& progress = {});
 
-    // A whole path means that member alone; otherwise the name is looked for in all folders, and wild cards
-    // work.
+    // The member of that whole path. Wild cards work in its last part, for members of the very folder that
+    // the path names: "*.txt" means those of no folder, "sub\*.txt" those of sub alone.
     static long DeleteFileFromZip(const wchar_t* zipFile, const wchar_t* fileName);
 
     // To destination\fileName, without the folders of the member's name; a file that is there is replaced, at
-    // once when the new one is whole. Names as above.
+    // once when the new one is whole. A member's whole path means that member alone; any other name is looked
+    // for in all folders, and wild cards work. Of members with the same last part the last one stays.
     static long ExtractFileFromZip(const wchar_t* zipFile, const wchar_t* fileName,
                                    const wchar_t* destination);
 
@@ -99,7 +101,8 @@ class QL_API Dynazip {
     // they cannot has the code 49 and no name. 16 without `each`.
     static long ForEachMember(const wchar_t* zipFile, ZipMemberProc each, void* userData);
 
-    // Whether there is a member of that name; a folder is none.
+    // Whether there is a member of that name, which is looked for as ExtractFileFromZip does; a folder is
+    // none.
     static int FileExistsInZip(const wchar_t* zipFile, const wchar_t* fileName);
 
     // The archive's comment, up to its first zero; empty when there is none or it cannot be read. Bytes
@@ -108,8 +111,9 @@ class QL_API Dynazip {
     static RWWString GetComment(const wchar_t* zipFile);
     static int SetComment(const wchar_t* zipFile, const wchar_t* comment);
 
-    // `time`: seconds since 1970 UTC, from the member's local time; -1 when that is no date. `size`: bytes,
-    // at most 2,147,483,647. Neither changes when the code is not 0.
+    // Of the first member of that name, which is looked for as ExtractFileFromZip does. `time`: seconds since
+    // 1970 UTC, from the member's local time; -1 when that is no date. `size`: bytes, at most 2,147,483,647.
+    // Neither changes when the code is not 0.
     static long GetFileDateAndSizeFromZip(const wchar_t* zipFile, const wchar_t* fileName, std::int64_t& time,
                                           int& size);
 

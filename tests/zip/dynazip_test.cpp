@@ -135,6 +135,8 @@ TEST_F(DynazipCalls, ListsGoOneByOneToAnEngineThatKnowsNone) {
     const int codes[] = {ZIP_DONE, ZIP_BAD_REQUEST, ZIP_BAD_REQUEST, ZIP_DONE};
     for (int i = 0; i < 4; ++i) EXPECT_EQ(codes[i], files[i].code) << i;
     EXPECT_EQ(1, Dynazip::AddFilesToZip(L"a.zip", files, 1, 9));
+    EXPECT_EQ(16, Dynazip::AddFilesToZip(kNotAnsi[0], files, 4, 9));
+    for (const ZIPSOURCE& file : files) EXPECT_EQ(ZIP_BAD_REQUEST, file.code) << &file - files;
 }
 
 int QL_ZIP_CALL AppendMember(const ZIPMEMBER* member, void* told) {

@@ -418,7 +418,8 @@ constexpr Command kCommands[] = {
     {L"zip test", L"ARCHIVE", L"Reads every member and compares its check sum.", {}, 1, 1, WithEngines<Test>},
     {L"zip delete",
      L"ARCHIVE ENTRY",
-     L"Takes a member (or all that fit a name with wild cards) away.",
+     L"Takes the member of that whole path (or, with wild cards in its last part, all of that folder that "
+     L"fit) away.",
      {},
      2,
      2,
