@@ -48,7 +48,8 @@ std::string NameWithSlash(const Entry& entry) {
 }
 
 std::uint32_t AttributesOf(const Entry& entry) {
-    return (entry.attributes & kFileAttributes) | (entry.IsEncrypted() ? ZIPINFO_ENCRYPTED : 0) |
+    return (entry.attributes & kFileAttributes) | (entry.isFolder ? FILE_ATTRIBUTE_DIRECTORY : 0) |
+           (entry.IsEncrypted() ? ZIPINFO_ENCRYPTED : 0) |
            (IsLongName(LastPart(entry.name)) ? ZIPINFO_LONG_NAME : 0);
 }
 
