@@ -20,8 +20,8 @@ bool HasBytes(const std::wstring& path) {
 
 }  // namespace
 
-ArchiveChange::ArchiveChange(const std::wstring& path, bool mustExist)
-    : place_(PlaceOf(path, patience_)), pending_(place_, patience_), writer_(pending_) {
+ArchiveChange::ArchiveChange(const std::wstring& path, bool mustExist, Patience& patience)
+    : patience_(patience), place_(PlaceOf(path, patience_)), pending_(place_, patience_), writer_(pending_) {
     if (!HasBytes(place_)) {
         Require(!mustExist, Result::kMissing);
         return;

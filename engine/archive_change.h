@@ -18,8 +18,8 @@ namespace ql::zip {
 class ArchiveChange {
   public:
     // Throws kMissing where the archive must exist and does not; an empty file counts as none. Throws
-    // kCannotCreate for one that is read-only.
-    ArchiveChange(const std::wstring& path, bool mustExist);
+    // kCannotCreate for one that is read-only. The patience is the call's.
+    ArchiveChange(const std::wstring& path, bool mustExist, Patience& patience);
 
     const std::wstring& Place() const { return place_; }
     const Archive& Former() const { return former_; }
@@ -39,7 +39,7 @@ class ArchiveChange {
     void Commit(const std::optional<std::string>& comment, std::optional<DosTime> time);
 
   private:
-    Patience patience_;
+    Patience& patience_;
     const std::wstring place_;
     // Before what follows: it keeps others out.
     PendingFile pending_;

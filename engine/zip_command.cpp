@@ -121,7 +121,8 @@ void DeleteOriginals(const std::vector<DiskItem>& items) {
 
 void AddFiles(const ZIPCMDSTRUCT& command) {
     const std::optional<std::string> comment = NewComment(command);
-    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), command.function == ZIP_FRESHEN);
+    Patience patience;
+    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), command.function == ZIP_FRESHEN, patience);
     std::vector<DiskItem> items = FindItems(command, change.Place());
     DropFormer(change, command.function, items);
     Require(!items.empty() || comment, Result::kNothingToDo);
@@ -137,7 +138,8 @@ void AddFiles(const ZIPCMDSTRUCT& command) {
 }
 
 void DeleteMembers(const ZIPCMDSTRUCT& command) {
-    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), true);
+    Patience patience;
+    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), true, patience);
     const std::vector<std::size_t> members =
         SelectMembers(change.Former(), Items(command), command.recurseFlag != 0);
     Require(!members.empty(), Result::kNothingToDo);
@@ -148,7 +150,8 @@ void DeleteMembers(const ZIPCMDSTRUCT& command) {
 
 void SetCommentAlone(const ZIPCMDSTRUCT& command) {
     const std::optional<std::string> comment = NewComment(command);
-    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), true);
+    Patience patience;
+    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), true, patience);
     change.CopyKept();
     change.Commit(comment, std::nullopt);
 }
@@ -158,7 +161,8 @@ void AddMemory(const ZIPCMDSTRUCT& command) {
     Require(names.size() == 1 && IsSafeEntryName(names[0]), Result::kBadRequest);
     Require(command.lMemBlockSize >= 0 && (command.lpMemBlock || command.lMemBlockSize == 0),
             Result::kBadRequest);
-    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), false);
+    Patience patience;
+    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), false, patience);
     const NewEntry entry{WithSlashes(names[0]), DosTimeNow(), kArchiveAttribute, command.compFactor};
     change.Drop(entry.name);
     change.CopyKept();
@@ -191,18 +195,22 @@ DiskItem ItemOf(const ZIPSOURCE& source) {
 }
 
 // What is settled before the archive is touched leaves the list with its code.
-std::vector<Source> WantedSources(const ArchiveChange& change, std::int32_t function, ZIPSOURCE* sources,
+std::vector<Source> WantedSources(ArchiveChange& change, std::int32_t function, ZIPSOURCE* sources,
                                   std::int32_t count) {
     std::vector<Source> wanted;
     std::set<std::u32string> names;
+    const std::u32string archive = Folded(Utf8FromWide(change.Place()));
     for (ZIPSOURCE* source = sources; source != sources + count; ++source) {
         if (!IsOpen(*source)) continue;
         const Result result = ResultOf([&] {
             DiskItem item = ItemOf(*source);
             Require(IsSafeEntryName(item.name), Result::kBadRequest);
-            Require(item.path != change.Place(), Result::kBadRequest);
+            Require(Folded(Utf8FromWide(item.path)) != archive, Result::kBadRequest);
             Require(names.insert(item.folded).second, Result::kBadRequest);
-            Require(Wants(function, item, change.Find(item.name)), Result::kNothingToDo);
+            const Entry* const former = change.Find(item.name);
+            Require(Wants(function, item, former), Result::kNothingToDo);
+            // Better now than when its former member has been left out of the copy.
+            if (former && !item.IsFolder()) WindowsInput(item.path, kOpenSource, change.Waiting());
             wanted.push_back({source, std::move(item)});
         });
         if (result != Result::kOk) source->code = ZipCodeOf(result);
@@ -222,8 +230,8 @@ bool AddSource(ArchiveChange& change, const Source& source, int level, CallProgr
 }
 
 // Answers whether all is done, rather than to be begun again without the source that failed.
-bool TrySources(const ZIPCMDSTRUCT& command, ZIPSOURCE* sources, std::int32_t count) {
-    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), command.function == ZIP_FRESHEN);
+bool TrySources(const ZIPCMDSTRUCT& command, ZIPSOURCE* sources, std::int32_t count, Patience& patience) {
+    ArchiveChange change(WideFromAnsi(command.lpszZIPFile), command.function == ZIP_FRESHEN, patience);
     const std::vector<Source> wanted = WantedSources(change, command.function, sources, count);
     Require(!wanted.empty(), Result::kNothingToDo);
     std::uint64_t total = 0;
@@ -248,7 +256,8 @@ void AddSources(const ZIPCMDSTRUCT& command, ZIPSOURCE* sources, std::int32_t co
     Require(command.function == ZIP_FRESHEN || command.function == ZIP_UPDATE || command.function == ZIP_ADD,
             Result::kBadRequest);
     Require(count >= 0 && (sources || count == 0), Result::kBadRequest);
-    while (!TrySources(command, sources, count)) {
+    Patience patience;
+    while (!TrySources(command, sources, count, patience)) {
     }
 }
 
