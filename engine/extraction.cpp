@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "engine/entry_name.h"
+#include "engine/name_encoding.h"
 #include "engine/pending_file.h"
 #include "engine/windows_text.h"
 
@@ -20,7 +21,7 @@ constexpr DWORD kNoFile = INVALID_FILE_ATTRIBUTES;
 constexpr Result kOfOneMember[] = {Result::kSkipped,       Result::kBadCrc,       Result::kEncrypted,
                                    Result::kUnknownMethod, Result::kUnsafeName,   Result::kVolumeLabel,
                                    Result::kInvalid,       Result::kCannotCreate, Result::kNotReplaced,
-                                   Result::kBusy};
+                                   Result::kBusy,          Result::kNameTaken};
 
 bool IsOfOneMember(Result result) {
     return std::find(std::begin(kOfOneMember), std::end(kOfOneMember), result) != std::end(kOfOneMember);
@@ -42,9 +43,10 @@ std::wstring DestinationOf(const UNZIPCMDSTRUCT& command) {
 }  // namespace
 
 Extraction::Extraction(const UNZIPCMDSTRUCT& command, const ExtractionSource& source,
-                       const std::vector<const Entry*>& members, const MemberEnd& each)
+                       const std::vector<const Entry*>& members, SameName sameName, const MemberEnd& each)
     : command_(command),
       members_(members),
+      refusesSameName_(sameName == SameName::kRefused && command.noDirectoryNamesFlag),
       each_(each),
       patience_(source.patience),
       destination_(DestinationOf(command)),
@@ -74,9 +76,13 @@ void Extraction::One(const Entry& entry) {
     Require(IsSafeEntryName(name), Result::kUnsafeName);
     const std::wstring target = TargetOf(name);
     if (entry.isFolder) return NeedFolder(target);
+    const std::u32string file = refusesSameName_ ? Folded(name) : std::u32string();
+    if (refusesSameName_) RequireOwn(file, entry);
     const auto former = FileFacts(target, Result::kCannotCreate);
     isLeftOut_ = former ? !MayReplace(entry, *former) : command_.freshenFlag != 0;
-    if (!isLeftOut_) Write(entry, target, former ? former->dwFileAttributes : kNoFile);
+    if (isLeftOut_) return;
+    Write(entry, target, former ? former->dwFileAttributes : kNoFile);
+    if (refusesSameName_) written_[file] = Folded(entry.name);
 }
 
 void Extraction::Test(const Entry& entry) {
@@ -94,6 +100,12 @@ std::wstring Extraction::TargetOf(const std::string& name) const {
     std::replace(path.begin(), path.end(), L'/', L'\\');
     if (path.back() == L'\\') path.pop_back();
     return destination_ + path;
+}
+
+// Of one member that is there twice, the last counts as everywhere.
+void Extraction::RequireOwn(const std::u32string& file, const Entry& entry) const {
+    const auto former = written_.find(file);
+    Require(former == written_.end() || former->second == Folded(entry.name), Result::kNameTaken);
 }
 
 // Whether the flags want it. Throws where the file may not be replaced. With the flag to overwrite, an update

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -24,12 +25,15 @@ struct ExtractionSource {
     Patience& patience;
 };
 
+// What becomes of a member whose file one of another folder has just become, where no folders are made.
+enum class SameName { kReplaces, kRefused };
+
 // Brings members to the disk, or tests them, as a record asks. A file that is already there stays whole until
 // the new one is; nothing is written outside the destination.
 class Extraction {
   public:
     Extraction(const UNZIPCMDSTRUCT& command, const ExtractionSource& source,
-               const std::vector<const Entry*>& members, const MemberEnd& each);
+               const std::vector<const Entry*>& members, SameName sameName, const MemberEnd& each);
 
     // A member that fails does not keep the others back; the first failure is thrown at the end, a member
     // that was left out (kSkipped) only when nothing worse happened.
@@ -41,17 +45,21 @@ class Extraction {
     void Write(const Entry& entry, const std::wstring& target, DWORD formerAttributes);
     std::string UsedName(const Entry& entry) const;
     std::wstring TargetOf(const std::string& name) const;
+    void RequireOwn(const std::u32string& file, const Entry& entry) const;
     bool MayReplace(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const;
     void NeedFolder(const std::wstring& folder);
     void Note(Result result);
 
     const UNZIPCMDSTRUCT& command_;
     const std::vector<const Entry*>& members_;
+    const bool refusesSameName_;
     const MemberEnd& each_;
     Patience& patience_;
     std::wstring destination_, lastFolder_;
     EntryReader reader_;
     CallProgress progress_;
+    // Files and the members that they were, case aside; only where the same name is refused.
+    std::map<std::u32string, std::u32string> written_;
     Result worst_ = Result::kOk;
     bool isLeftOut_ = false;  // the member at hand, as the flags want it
 };

@@ -36,6 +36,7 @@ constexpr Codes kCodes[] = {
     {Result::kUnsafeName, ZIP_BAD_REQUEST, UNZIP_CANNOT_CREATE},
     {Result::kVolumeLabel, ZIP_BAD_REQUEST, UNZIP_VOLUME_LABEL},
     {Result::kSkipped, ZIP_NOT_COMPLETED, UNZIP_SKIPPED},
+    {Result::kNameTaken, ZIP_BAD_REQUEST, UNZIP_NAME_TAKEN},
     {Result::kNotDeleted, ZIP_NOT_COMPLETED, UNZIP_SKIPPED},
 };
 

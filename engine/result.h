@@ -35,6 +35,7 @@ enum class Result {
     kUnsafeName,
     kVolumeLabel,
     kSkipped,
+    kNameTaken,
     kNotDeleted,
 };
 

@@ -118,12 +118,12 @@ std::vector<const Entry*> At(const OpenArchive& open, const std::vector<std::siz
 }
 
 void Extract(OpenArchive& open, const UNZIPCMDSTRUCT& command, std::vector<const Entry*> members,
-             const MemberEnd& each) {
+             SameName sameName, const MemberEnd& each) {
     if (command.noDirectoryNamesFlag)
         std::erase_if(members, [](const Entry* entry) { return entry->isFolder; });
     Require(!members.empty(), Result::kNothingToDo);
     WindowedInput window(open.file);
-    Extraction(command, {window, *open.archive, open.patience}, members, each).Run();
+    Extraction(command, {window, *open.archive, open.patience}, members, sameName, each).Run();
 }
 
 // The part of the contents that the block can hold, from the starting offset on.
@@ -168,7 +168,8 @@ void Run(UNZIPCMDSTRUCT& command) {
         case UNZIP_COMMENT: return GiveComment(open.archive->Comment(), command);
         case UNZIP_INDEXED: return Describe(open, static_cast<std::size_t>(command.index), command);
         case UNZIP_EXTRACT:
-            return Extract(open, command, At(open, Wanted(open, command)), [](const Entry&, Result) {});
+            return Extract(open, command, At(open, Wanted(open, command)), SameName::kReplaces,
+                           [](const Entry&, Result) {});
         default: return ExtractToMemory(open, command);
     }
 }
@@ -224,7 +225,7 @@ void RunEach(UNZIPCMDSTRUCT& command, ZipMemberProc each, void* userData) {
     const std::vector<const Entry*> members = Concerned(open, command);
     const MemberTeller tell(open, each, userData);
     command.returnCount = Count(members.size());
-    if (!tellsOnly) return Extract(open, command, members, tell);
+    if (!tellsOnly) return Extract(open, command, members, SameName::kRefused, tell);
     for (const Entry* entry : members) tell(*entry, Result::kOk);
     WalkEnded(open.archive);
 }

@@ -317,6 +317,7 @@ constexpr Message kUnzipMessages[] = {
     {UNZIP_STOPPED, L"Operation cancelled"},
     {UNZIP_SKIPPED, L"Operation skipped"},
     {UNZIP_DISK_FULL, L"Disk full"},
+    {UNZIP_NAME_TAKEN, L"Another member of that name was brought out before"},
     kNotLoaded,
 };
 

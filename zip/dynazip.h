@@ -91,8 +91,9 @@ class QL_API Dynazip {
                                    const wchar_t* destination);
 
     // Members as `what` says, each told to `each` with its code when it is done (49: left out, because the
-    // file that is there is newer). The code is that of the first member that failed. Needs the engine that
-    // comes with the library; any other answers 47.
+    // file that is there is newer; UNZIP_NAME_TAKEN: without folders, a member of another folder had the same
+    // last part and was brought out before). The code is that of the first member that failed. Needs the
+    // engine that comes with the library; any other answers 47.
     static long ExtractMembers(const wchar_t* zipFile, const wchar_t* destination, const ZipExtraction& what,
                                ZipMemberProc each, void* userData);
 

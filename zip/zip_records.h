@@ -99,6 +99,8 @@ enum UnzipCode : int {
     UNZIP_STOPPED = 48,
     UNZIP_SKIPPED = 49,
     UNZIP_DISK_FULL = 50,
+    // Of "dunzipeach" alone: without folders, a member of another folder has the name and was brought out.
+    UNZIP_NAME_TAKEN = 127,
 };
 
 // What operations of the library answer in place of either engine's code when that engine is not loaded: the

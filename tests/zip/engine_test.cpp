@@ -364,6 +364,13 @@ TEST_F(Engine, WholePathsMeanThatMemberAloneAndTheUsedPartIsJudged) {
     for (const char* name : {"b.txt", "c.txt", "?/d.txt"})
         EXPECT_EQ(UNZIP_DONE, Extract(name, {&UNZIPCMDSTRUCT::noDirectoryNamesFlag})) << name;
     EXPECT_EQ("a.txt|b.txt|c.txt|d.txt|", Names(out_));
+    UNZIPCMDSTRUCT both = UnzipCommand(
+        UNZIP_EXTRACT, "*", {&UNZIPCMDSTRUCT::noDirectoryNamesFlag, &UNZIPCMDSTRUCT::overWriteFlag});
+    std::wstring names;
+    EXPECT_EQ(UNZIP_NAME_TAKEN, DunzipEach(both, AppendName, &names));
+    EXPECT_EQ("top", ReadFile(out_ + "\\a.txt")) << "where each is told of, none is lost unseen";
+    EXPECT_EQ(UNZIP_DONE, Dunzip(both));
+    EXPECT_EQ("below", ReadFile(out_ + "\\a.txt"));
     const std::vector<UnzipFlag> noFolders{&UNZIPCMDSTRUCT::noDirectoryItemsFlag};
     for (const auto& [name, count] : {std::pair{"folder", 0}, {"A.TXT", 1}, {"*.txt", 5}})
         EXPECT_EQ(count, CountOf(UnzipCommand(UNZIP_COUNT_MATCHING, name, noFolders))) << name;

@@ -311,6 +311,20 @@ int QL_ZIP_CALL EndMember(const ZIPMEMBER* member, void* userData) {
     return 0;
 }
 
+// Whether no member fits the name. Folders are members where they are brought out too.
+bool HasNone(const std::wstring& archive, const wchar_t* name, bool withFolders) {
+    if (Dynazip::FileExistsInZip(archive.c_str(), name) == kYes || Dynazip::LastEngineCode() != UNZIP_DONE)
+        return false;
+    if (!withFolders) return true;
+    // No file fits: to test what does reads nothing.
+    ZipExtraction folders;
+    folders.names = &name;
+    folders.count = 1;
+    folders.testsOnly = folders.withFolders = true;
+    Ended ended;
+    return Dynazip::ExtractMembers(archive.c_str(), L"", folders, EndMember, &ended) == UNZIP_NOTHING_TO_DO;
+}
+
 Answer Extract(const Arguments& arguments, Progress& progress) {
     const std::wstring archive(arguments[0]), folder(arguments[arguments.count() - 1]);
     std::vector<std::wstring> names;
@@ -332,6 +346,10 @@ Answer Extract(const Arguments& arguments, Progress& progress) {
     }
     Ended ended;
     const long code = Dynazip::ExtractMembers(archive.c_str(), folder.c_str(), what, EndMember, &ended);
+    for (const wchar_t* name : pointers) {
+        if (HasNone(archive, name, what.withFolders))
+            AddFault(ended.faults, L"there is no " + std::wstring(name) + L" in " + archive);
+    }
     const std::wstring reason = ended.faults.empty() ? UnzipReason(code) : ended.faults;
     const wchar_t* message = code == UNZIP_DONE ? L"" : Dynazip::UnzipErrorMsg(static_cast<int>(code));
     Record record = {{L"code", static_cast<int>(code)}, {L"message", message}, {L"extracted", ended.done}};
