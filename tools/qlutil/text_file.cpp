@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 #include <io.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "platform/win32.h"
 #include "text/unicode.h"
@@ -34,8 +36,22 @@ bool ReadAll(std::FILE* file, std::string& bytes) {
     return std::ferror(file) == 0;
 }
 
-bool WriteAll(const std::wstring& path, std::string_view bytes) {
-    OpenedFile file(::_wfopen(path.c_str(), L"wb"));
+// A new file in the folder of the target, under a short name that no file has; null, and the reason in errno,
+// when none can be made.
+OpenedFile NewFileBeside(const std::wstring& target, std::wstring& path) {
+    constexpr int kNewFile = _O_WRONLY | _O_BINARY | _O_CREAT | _O_EXCL, kTries = 1000;
+    const std::wstring folder = target.substr(0, target.find_last_of(L"\\/:") + 1);
+    const unsigned long first = ::GetTickCount();
+    for (unsigned long number = first; number != first + kTries; ++number) {
+        path = folder + L"~ql" + std::to_wstring(number) + L".tmp";
+        const int file = ::_wopen(path.c_str(), kNewFile, _S_IREAD | _S_IWRITE);
+        if (file != -1) return OpenedFile(::_fdopen(file, "wb"));
+        if (errno != EEXIST) break;
+    }
+    return nullptr;
+}
+
+bool WriteAll(OpenedFile file, std::string_view bytes) {
     if (!file || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) return false;
     // Not every C library's close tells that the rest was not written.
     return std::fflush(file.get()) == 0 && std::fclose(file.release()) == 0;
@@ -67,10 +83,12 @@ bool WriteTextFile(std::wstring_view path, std::wstring_view text, std::wstring&
 
 bool WriteBinaryFile(std::wstring_view path, std::string_view bytes, std::wstring& why) {
     const std::wstring target(path);
-    const std::wstring beside = target + L".new";
-    if (!WriteAll(beside, bytes)) {
+    std::wstring beside;
+    OpenedFile file = NewFileBeside(target, beside);
+    const bool isNew = file != nullptr;
+    if (!WriteAll(std::move(file), bytes)) {
         why = Cannot(L"write", path);
-        ::_wremove(beside.c_str());
+        if (isNew) ::_wremove(beside.c_str());
         return false;
     }
     if (::MoveFileExW(beside.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) return true;  // in one step
