@@ -8,8 +8,12 @@
 #include "logging/os_description.h"
 #include "platform/win32.h"
 #include "tools/qlutil/command.h"
+#include "zip/dynazip.h"
 
 namespace {
+
+// The longest that the system knows.
+constexpr DWORD kLongestPath = 32768;
 
 // What another command answers when it is called without arguments.
 std::optional<Node> AnswerOf(std::wstring_view name) {
@@ -59,15 +63,32 @@ Node FileVersion(const std::wstring& path) {
     return RWWString(version);
 }
 
-// The engines as the library finds them at run time.
+// The file of a module that is loaded.
+std::wstring FileOf(const wchar_t* module) {
+    std::wstring path(kLongestPath, L'\0');
+    path.resize(::GetModuleFileNameW(::GetModuleHandleW(module), path.data(), kLongestPath));
+    return path;
+}
+
+struct Engine {
+    const wchar_t* name;
+    int (*load)();
+    void (*free)();
+};
+constexpr Engine kEngines[] = {
+    {L"DZIP32.DLL", Dynazip::IsZipDllLoaded, Dynazip::FreeZipDll},
+    {L"DUNZIP32.DLL", Dynazip::IsUnZipDllLoaded, Dynazip::FreeUnZipDll},
+};
+
+// The engines as the library finds them at run time: no search but its own would do.
 List Engines() {
     List engines;
-    for (const wchar_t* const name : {L"DZIP32.DLL", L"DUNZIP32.DLL"}) {
-        wchar_t path[MAX_PATH];
-        const DWORD length = ::SearchPathW(nullptr, name, nullptr, MAX_PATH, path, nullptr);
-        const bool isThere = length > 0 && length < MAX_PATH;
-        engines.push_back(Record{{L"file", isThere ? Node(path) : Node(name)},
-                                 {L"version", isThere ? FileVersion(path) : Node(L"missing")}});
+    for (const Engine& engine : kEngines) {
+        const bool isThere = engine.load() != 0;
+        const std::wstring file = isThere ? FileOf(engine.name) : engine.name;
+        engines.push_back(
+            Record{{L"file", file}, {L"version", isThere ? FileVersion(file) : Node(L"missing")}});
+        engine.free();
     }
     return engines;
 }
