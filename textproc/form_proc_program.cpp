@@ -16,6 +16,10 @@ RWWString OpenCommand(const wchar_t* documentClass) {
                                nullptr, MAX_PATH);
 }
 
+bool IsProgram(const QLCmdLine& line) {
+    return line.Exists() && !line.IsDirectory();
+}
+
 }  // namespace
 
 QLCmdLine GetFormProcPath(FormProc processor) {
@@ -24,8 +28,8 @@ QLCmdLine GetFormProcPath(FormProc processor) {
     return ql::FailureIfThrown(QLCmdLine(), [&] {
         const RWWString section = GetFormProcRegName(processor);
         const QLCmdLine preferred(GetQLRegString(section.data(), QLIE_EXEC_PATH, nullptr).data());
-        if (!section.isNull() && preferred.Exists()) return preferred;
+        if (!section.isNull() && IsProgram(preferred)) return preferred;
         const QLCmdLine registered = FormalizeFormProcCmdLine(OpenCommand(documentClass).data());
-        return registered.Exists() ? registered : QLCmdLine();
+        return IsProgram(registered) ? registered : QLCmdLine();
     });
 }

@@ -42,8 +42,10 @@ TEST_F(ProcessorProgram, IsThePreferenceThenTheOpenCommandOfAFileThatExists) {
     PutOpenCommand(registered + L" /n \"%1\"");
     EXPECT_EQ(RWWString(registered), GetFormProcPath(FP_WORD2010).GetPathAndFileName());
     EXPECT_EQ(RWWString(L"/n"), GetFormProcPath(FP_WORD2003).GetSwitches());
-    WriteQLRegString(L"Word Proc\\Word 2010", L"Program File", L"C:\\nowhere at all\\w.exe");
-    EXPECT_EQ(RWWString(registered), GetFormProcPath(FP_WORD2010).GetPathAndFileName());
+    for (const wchar_t* none : {L"C:\\nowhere at all\\w.exe", L"C:\\windows"}) {
+        WriteQLRegString(L"Word Proc\\Word 2010", L"Program File", none);
+        EXPECT_EQ(RWWString(registered), GetFormProcPath(FP_WORD2010).GetPathAndFileName()) << none;
+    }
     WriteQLRegString(L"Word Proc\\Word 2010", L"Program File", (L'"' + preferred + L"\" /p").c_str());
     EXPECT_EQ(RWWString(preferred + L" /p"), GetFormProcPath(FP_WORD2010).GetCmdLine());
     EXPECT_EQ(RWWString(registered), GetFormProcPath(FP_WORD2013).GetPathAndFileName());
