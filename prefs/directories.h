@@ -32,8 +32,9 @@ enum QuilletDirectories : int {
     ProgramFilesPreference = 14,  // Locations, Program Files; or empty
 };
 
-// Where each kind of file lives. Folders are answered as texts; whether they exist is not looked at. A kind
-// beyond the enumeration has no folder: the empty text, and nothing is remembered for it.
+// Where each kind of file lives. Folders are answered as texts; but for the documents folders themselves,
+// whether they exist is not looked at. A kind beyond the enumeration has no folder: the empty text, and
+// nothing is remembered for it.
 //
 // ProgramDirectory and ProgramFilesPreference are found out once and stay for the life of the process, even
 // empty. A folder that the shell does not know is empty, and the defaults built on it begin with a backslash.
@@ -42,7 +43,9 @@ enum QuilletDirectories : int {
 // library directories, which are the user-interface thread's.
 class QL_API CQlDir {
   public:
-    static RWWString GetDirectory(QuilletDirectories kind);  // as above; nothing is made on the disk
+    // As above. Of the folders only those of the documents, 11 and 12, are made on the disk when they are
+    // missing; so they are where another kind's default builds on them.
+    static RWWString GetDirectory(QuilletDirectories kind);
 
     // The enumeration's name of a kind ("TemplateDirectory"); null beyond it.
     static const wchar_t* GetName(QuilletDirectories kind) noexcept;
