@@ -41,12 +41,13 @@ Answer FullPath(const Arguments& arguments) {
 constexpr const wchar_t* kStatusNames[] = {L"StatusUnknown",   L"StatusInUse",        L"StatusWritable",
                                            L"StatusCreatable", L"StatusNotCreatable", L"StatusReadOnly"};
 
-// Why the file cannot be written or created; null when it can.
+// Why the file cannot be written or created, or what was not asked; null when it can be.
 Node ReasonFor(const QLFileName& name, QLFileName::Status status) {
     if (name.IsDirectory()) return L"a folder";
     if (status == QLFileName::StatusUnknown) return L"a remote name: nothing was asked";
     if (status == QLFileName::StatusReadOnly) return L"read-only";
-    if (status != QLFileName::StatusInUse && status != QLFileName::StatusNotCreatable) return nullptr;
+    if (status != QLFileName::StatusInUse && status != QLFileName::StatusNotCreatable)
+        return name.HasRoot() ? Node(nullptr) : Node(L"a relative name: whether it is there was not asked");
     const unsigned long error = ErrorOfOpening(name.GetPathAndFileName().data(), GENERIC_READ, 0);
     if (status == QLFileName::StatusNotCreatable && error == ERROR_FILE_NOT_FOUND)
         return L"the folder takes no new file";
