@@ -36,6 +36,12 @@ bool RWFile::Write(const void* bytes, std::size_t count) {
     return TurnTo(Direction::Write) && std::fwrite(bytes, 1, count, file_.get()) == count;
 }
 
+// The error of an earlier write stays with the file.
+bool RWFile::Flush() {
+    if (last_ != Direction::Write) return file_ && !std::ferror(file_.get());
+    return std::fflush(file_.get()) == 0 && !std::ferror(file_.get());
+}
+
 bool RWFile::SeekTo(long offset) {
     return file_ && std::fseek(file_.get(), offset, SEEK_SET) == 0;
 }

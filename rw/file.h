@@ -27,6 +27,10 @@ class QL_API RWFile {
     bool Write(std::uint32_t value) { return Write(&value, sizeof value); }
     bool Write(double value) { return Write(&value, sizeof value); }
 
+    // Whether all that was written has reached the system. Until then what Write took may wait in memory, and
+    // closing tells no longer when the disk has no room for it.
+    bool Flush();
+
     bool SeekTo(long offset);  // bytes from the start
 
   private:

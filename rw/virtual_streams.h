@@ -19,12 +19,18 @@ class QL_API RWvostream {
     RWvostream& operator<<(std::uint32_t value) { return put(&value, sizeof value); }
     RWvostream& operator<<(double value) { return put(&value, sizeof value); }
 
+    // Hands on what the stream's buffer, file or whatever it writes to still keeps in memory: only then good
+    // tells of that, too.
+    RWvostream& flush();
+
     bool good() const noexcept { return good_; }  // until something fails
     void fail() noexcept { good_ = false; }       // for what cannot be written
 
   private:
     // Writes all the bytes, or answers false.
     virtual bool DoPut(const void* bytes, std::size_t count) = 0;
+    // The same of all that was put; true of a stream that keeps nothing.
+    virtual bool DoFlush();
 
     bool good_ = true;
 };
@@ -58,6 +64,7 @@ class QL_API RWBufferOstream final : public RWvostream {
 
   private:
     bool DoPut(const void* bytes, std::size_t count) override;
+    bool DoFlush() override;
     std::streambuf& buffer_;
 };
 
@@ -80,6 +87,7 @@ class QL_API RWFileOstream final : public RWvostream {
 
   private:
     bool DoPut(const void* bytes, std::size_t count) override;
+    bool DoFlush() override;
     RWFile& file_;
 };
 

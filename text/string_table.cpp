@@ -158,6 +158,7 @@ void QLStringTable::saveOn(RWvostream& stream) const {
     OwningCollection texts;
     if (!Narrow(*this, texts)) return stream.fail();
     texts.saveGuts(stream);
+    stream.flush();
 }
 
 void QLStringTable::restoreFrom(RWFile& file) {

@@ -62,7 +62,7 @@ class QL_API QLStringTable {
     // a text that holds a zero unit comes back up to it. Restoring does not clear: it appends to the entries
     // that are there, on purpose, and of a form that ends too early, or that is more than memory holds, it
     // takes the first whole texts. A stream that was not written or read to the end, for whatever reason, is
-    // not good.
+    // not good: it is flushed. What was written to a file is told by its Flush.
     void saveOn(RWFile& file) const;
     void saveOn(RWvostream& stream) const;
     void restoreFrom(RWFile& file);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "rw/virtual_streams.h"
 #include "tests/support/test_folder.h"
 
 using namespace std::string_literals;
@@ -23,6 +24,7 @@ TEST_F(File, IsInvalidWhenItCannotBeOpenedAndThenRefusesAll) {
         EXPECT_FALSE(file.Read(value_));
         EXPECT_FALSE(file.Write(value_));
         EXPECT_FALSE(file.SeekTo(0));
+        EXPECT_FALSE(file.Flush());
     }
 }
 
@@ -39,6 +41,19 @@ TEST_F(File, IsBinaryInEveryModeAndDoesWhatTheModeAllowsAlone) {
         EXPECT_FALSE(RWFile(path_.c_str(), writing).Read(value_));
         EXPECT_EQ("", BytesOf(path_));
     }
+}
+
+// What fits into the buffer is lost only when it leaves it, and stays lost.
+TEST_F(File, TellsOfALossWhenFlushed) {
+#ifdef _WIN32
+    RWFile file(L"Z:\\dev\\full", L"wb");
+#else
+    RWFile file(L"/dev/full", L"wb");
+#endif
+    RWFileOstream stream(file);
+    EXPECT_TRUE((stream << value_).good());
+    EXPECT_FALSE(stream.flush().good());
+    EXPECT_FALSE(file.Flush());
 }
 
 TEST_F(File, ReadsAndWritesInAnyOrder) {
