@@ -99,7 +99,7 @@ bool QLStringTable::PrependString(ql::TextView text) {
 bool QLStringTable::InsertString(ql::TextView text, unsigned int index) {
     const unsigned int former = NumEntries();
     if (PadTo(index) && GiveEntry(table_, index, text)) return true;
-    while (NumEntries() > former) DeleteEntry(NumEntries() - 1);
+    CutTo(former);
     return false;
 }
 
@@ -181,12 +181,19 @@ RWWString& QLStringTable::Entry(unsigned int index) const {
     return *static_cast<RWCollectableWString*>(table_[index]);
 }
 
-// Adds empty entries until there are as many as wanted.
+// Adds empty entries until there are as many as wanted, or none.
 bool QLStringTable::PadTo(unsigned int count) const {
-    if (count <= NumEntries()) return true;
+    const unsigned int former = NumEntries();
+    if (count <= former) return true;
     if (count > kMaxPaddedEntries) return false;
     while (NumEntries() < count) {
-        if (!GiveEntry(table_, table_.entries(), {})) return false;
+        if (GiveEntry(table_, table_.entries(), {})) continue;
+        CutTo(former);
+        return false;
     }
     return true;
+}
+
+void QLStringTable::CutTo(unsigned int count) const {
+    while (NumEntries() > count) delete table_.removeAt(NumEntries() - 1);
 }

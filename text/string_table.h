@@ -72,6 +72,7 @@ class QL_API QLStringTable {
   private:
     RWWString& Entry(unsigned int index) const;
     bool PadTo(unsigned int count) const;
+    void CutTo(unsigned int count) const;
 
     // operator[] grows a constant table.
     mutable RWOrdered table_;

@@ -11,6 +11,22 @@ TokenString::TokenString(ql::TextView text, ql::TextView delimiters) noexcept {
     NewDelims(delimiters);
 }
 
+TokenString::TokenString(const TokenString& other) noexcept : TokenString(nullptr, nullptr) {
+    *this = other;
+}
+
+TokenString& TokenString::operator=(const TokenString& other) noexcept {
+    ql::Completes([&] {
+        RWWString text = other, delimiters = other.otherDelimiters_;
+        RWWString::operator=(std::move(text));
+        otherDelimiters_ = std::move(delimiters);
+        asciiDelimiters_ = other.asciiDelimiters_;
+        position_ = other.position_;
+        textLength_ = other.textLength_;
+    });
+    return *this;
+}
+
 RWWString TokenString::Next() {
     const std::wstring_view text = view().substr(0, End());
     const auto isDelim = [this](wchar_t unit) { return IsDelim(unit); };

@@ -17,16 +17,16 @@
 //
 // The text's length is taken at construction and the text is meant to stay as it is; of a text that has been
 // shortened since, only what is left is read. One object is used by one thread at a time. When memory ends,
-// an object that was being made has no text, NewDelims changes nothing, and Next answers the empty text and
-// stays where it is.
+// an object that was being made has no text, assigning and NewDelims change nothing, and Next answers the
+// empty text and stays where it is.
 class QL_API TokenString : public RWWString {
   public:
     // Both texts are copied.
     TokenString(ql::TextView text, ql::TextView delimiters) noexcept;
 
     // A copy goes on from the same place.
-    TokenString(const TokenString&) = default;
-    TokenString& operator=(const TokenString&) = default;
+    TokenString(const TokenString& other) noexcept;
+    TokenString& operator=(const TokenString& other) noexcept;
     virtual ~TokenString() = default;
 
     RWWString Next();                         // the empty text at the end, and ever after

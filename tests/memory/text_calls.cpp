@@ -160,8 +160,14 @@ std::vector<Row> TextCalls() {
         {"CSpeedStr grows", Build},
         Answers("CSpeedStr::ToString", [] { return (CSpeedStr() += kText).ToString(); }),
         {"TokenString::Next", NextToken},
-        Calls("TokenString is made",
-              [] { TokenString(kText, kText).NewDelims(L"\u4e00\u4e01\u4e02\u4e03\u4e04"); }),
+        Calls("TokenString is made and copied",
+              [] {
+                  TokenString text(kText, kText);
+                  text.NewDelims(L"\u4e00\u4e01\u4e02\u4e03\u4e04");
+                  TokenString copy(text);
+                  copy = text;
+              }),
+        Changes("operator[] far beyond the end", kTable, [](Table& table) { table[40].clear(); }),
         Changes("PrependString", kTable, [](Table& table) { table.PrependString(kText); }),
         Changes("InsertString far beyond the end", kTable,
                 [](Table& table) { table.InsertString(kText, 40); }),
