@@ -45,7 +45,9 @@ void CapitaliseWords(std::wstring& text) {
     ql::MakeUpper(capitals);
     text.front() = capitals.front();
     for (std::size_t i = 1; i < text.size(); ++i) {
-        if (text[i - 1] != L'\'' && !ql::IsLetter(text[i - 1])) text[i] = capitals[i];
+        // What has a capital and is no letter, such as a circled one, stays.
+        const bool startsWord = text[i - 1] != L'\'' && !ql::IsLetter(text[i - 1]) && ql::IsLetter(text[i]);
+        if (startsWord) text[i] = capitals[i];
     }
 }
 

@@ -94,7 +94,7 @@ TEST(LetterCase, Changes) {
         {L"HELLO World", CASE_LOWER, L"hello world"},
         {L"hELLO World", CASE_SENTENCE, L"Hello world"},
         {L"o'neil SMITH-jones 2nd", CASE_TITLE, L"O'neil Smith-Jones 2Nd"},
-        {L"'tis a dog's life", CASE_TITLE, L"'tis A Dog's Life"},
+        {L"'tis a dog's life \u24d0", CASE_TITLE, L"'tis A Dog's Life \u24d0"},  // circled, no letter
         {L"\u00fcber stra\u00dfe", CASE_UPPER, L"\u00dcBER STRASSE"},
         {L"hELLO World", CASE_FIRST_CAPITAL, L"HELLO World"},
         {L"a\u00df\xd83d\xde00z", CASE_SPACED_CAPITALS, L"A S S \xd83d\xde00 Z"},        // a pair stays one
