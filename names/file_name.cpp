@@ -1,6 +1,8 @@
 #include "names/file_name.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "platform/failure.h"
 #include "platform/win32.h"
@@ -74,25 +76,28 @@ Text UpToZero(Text text) {
     return text.substr(0, text.find(L'\0'));
 }
 
-// The value of an environment reference (%NAME%), or the reference itself when there is none. Nothing when
-// the system fails.
-std::wstring ValueOf(const std::wstring& reference) {
-    std::wstring value;
-    DWORD needed = ::ExpandEnvironmentStringsW(reference.c_str(), nullptr, 0);
-    // Another thread may lengthen the variable between the calls.
-    while (needed > value.size()) {
-        value.resize(needed);
+// What the system makes of a text with environment references (%NAME%). Nothing when it fails, or would cut
+// the text or the result.
+std::optional<std::wstring> SystemExpansion(Text text) {
+    constexpr std::size_t kMostUnits = 32766;
+    if (text.size() > kMostUnits) return std::nullopt;
+    const std::wstring given(text);
+    std::wstring expanded;
+    DWORD needed = ::ExpandEnvironmentStringsW(given.c_str(), nullptr, 0);
+    // Another thread may lengthen a variable between the calls.
+    while (needed > expanded.size()) {
+        if (needed > kMostUnits + 1) return std::nullopt;
+        expanded.resize(needed);
         needed =
-            ::ExpandEnvironmentStringsW(reference.c_str(), value.data(), static_cast<DWORD>(value.size()));
+            ::ExpandEnvironmentStringsW(given.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
     }
-    if (needed == 0) return reference;
-    value.resize(needed - 1);  // without the closing zero
-    return value;
+    if (needed == 0) return std::nullopt;
+    expanded.resize(needed - 1);  // without the closing zero
+    return expanded;
 }
 
-// One reference after the other, since the system cuts what it expands at 32,767 units. The second sign of an
-// unknown one may begin another.
-std::wstring WithValues(Text text) {
+// One reference after the other. The second sign of an unknown one may begin another.
+std::wstring WithEachValue(Text text) {
     std::wstring expanded;
     for (;;) {
         const std::size_t sign = First(text, L'%');
@@ -100,12 +105,17 @@ std::wstring WithValues(Text text) {
         text.remove_prefix(sign);
         const std::size_t end = text.find(L'%', 1);
         if (end == kNone) return expanded.append(text);
-        const std::wstring reference(text.substr(0, end + 1));
-        const std::wstring value = ValueOf(reference);
-        const bool isKnown = value != reference;
-        expanded.append(isKnown ? Text(value) : text.substr(0, end));
+        const Text reference = text.substr(0, end + 1);
+        const std::optional<std::wstring> value = SystemExpansion(reference);
+        const bool isKnown = value && *value != reference;
+        expanded.append(isKnown ? Text(*value) : text.substr(0, end));
         text.remove_prefix(isKnown ? end + 1 : end);
     }
+}
+
+std::wstring WithValues(Text text) {
+    std::optional<std::wstring> whole = SystemExpansion(text);
+    return whole ? std::move(*whole) : WithEachValue(text);
 }
 
 // The text itself, or its expansion, which then lives in the buffer.

@@ -191,7 +191,8 @@ class QL_API QLFileName {
     RWWString FitToWidth(HDC dc, int width) const;
     static void FitToWidth(HDC dc, RWWString& text, int width);
 
-    // Expands the environment references of a text, which ends at its first zero unit if it has any. Unknown
+    // Expands the environment references of a text, which ends at its first zero unit if it has any. The
+    // system says which they are, and one by one where text or result is longer than it takes. Unknown
     // references, those whose value the system does not tell, and the whole text when memory ends, stay as
     // they are.
     static void SubstPathPlaceholders(RWWString& text);

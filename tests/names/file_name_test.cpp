@@ -189,4 +189,11 @@ TEST(FileName, ExpandsEnvironmentReferences) {
     RWWString text(large + L"%QL_TEST_LARGE%%QL_TEST_NONE%QL_TEST_DOT%100%");
     QLFileName::SubstPathPlaceholders(text);
     EXPECT_EQ(large + large + L"%QL_TEST_NONEone.two100%", text.str()) << "longer than the system expands";
+    const std::wstring gap = L"http://h/x?a%20" + large + large + L"%20c/f.htm";
+    EXPECT_EQ(gap, QLFileName(gap).GetPathAndFileName().str()) << "no name is that long";
+    wchar_t bySystem[64];
+    text = L"100% of %QL_TEST_DOT%";
+    ::ExpandEnvironmentStringsW(text.data(), bySystem, 64);
+    QLFileName::SubstPathPlaceholders(text);
+    EXPECT_EQ(RWWString(bySystem), text) << "whose second sign begins a reference is the system's to say";
 }
