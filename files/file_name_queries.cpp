@@ -36,9 +36,16 @@ class QuietErrors {
     DWORD former_ = 0;
 };
 
-bool OpensExclusively(const RWWString& path, int access) {
-    const int descriptor = ql::OpenFile(path.data(), access | _O_BINARY, _SH_DENYRW, 0);
+bool OpensExclusively(const std::wstring& path, int access) {
+    const int descriptor = ql::OpenFile(path.c_str(), access | _O_BINARY, _SH_DENYRW, 0);
     return descriptor >= 0 && ::_close(descriptor) == 0;
+}
+
+// A new file that is there only while it is open. Nobody else can open it, so that it is never another's file
+// that goes with it. None, with the system's last error, when there is a file already or none can be made.
+ql::UniqueFileHandle PassingFile(const std::wstring& path) {
+    return ql::UniqueFileHandle(::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                              CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
 }
 
 // The short name of an existing entry: its alternate name, or its own when it has none.
@@ -51,15 +58,62 @@ std::optional<std::wstring> ShortNameOf(const std::wstring& path) {
 
 // The same of a file that need not exist: it is created for a moment to be asked.
 std::optional<std::wstring> ShortNameOfNewFile(const std::wstring& path) {
-    if (!ql::CreateNewFile(path.c_str())) return std::nullopt;
-    std::optional<std::wstring> name = ShortNameOf(path);
-    ::_wremove(path.c_str());
-    return name;
+    const ql::UniqueFileHandle file = PassingFile(path);
+    return file ? ShortNameOf(path) : std::nullopt;
+}
+
+std::wstring ShortPathName(std::wstring text) {
+    for (wchar_t& unit : text) unit = unit == L'/' ? L'\\' : unit;
+    constexpr std::size_t kRoot = 3;
+    if (text.size() < kRoot || text.compare(1, 2, L":\\") != 0) return text;
+    if (text.size() > kRoot && text.back() == L'\\') text.pop_back();
+
+    std::wstring shortPath = text.substr(0, kRoot);
+    for (std::size_t begin = kRoot;;) {
+        const std::size_t end = text.find(L'\\', begin);
+        std::optional<std::wstring> name = ShortNameOf(text.substr(0, end));
+        if (!name && end == kNone) name = ShortNameOfNewFile(shortPath + text.substr(begin));
+        if (!name) return text;
+        shortPath += *name;
+        if (end == kNone) return shortPath;
+        shortPath += L'\\';
+        begin = end + 1;
+    }
+}
+
+std::wstring LongPathName(const std::wstring& path) {
+    wchar_t buffer[kPathBuffer] = {};
+    const DWORD length = ::GetLongPathNameW(path.c_str(), buffer, static_cast<DWORD>(kPathBuffer));
+    return length == 0 || length >= kPathBuffer ? path : std::wstring(buffer);
+}
+
+QLFileName::Status StatusOf(const std::wstring& path) {
+    DWORD attributes = ::GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        if (PassingFile(path)) return QLFileName::StatusCreatable;
+        if (::GetLastError() != ERROR_FILE_EXISTS) return QLFileName::StatusNotCreatable;
+        attributes = 0;  // another program has made it since
+    }
+    if ((attributes & FILE_ATTRIBUTE_READONLY) == 0 && OpensExclusively(path, _O_RDWR))
+        return QLFileName::StatusWritable;
+    return OpensExclusively(path, _O_RDONLY) ? QLFileName::StatusReadOnly : QLFileName::StatusInUse;
 }
 
 bool IsWritableDirectory(const wchar_t* path) {
     constexpr int kReadAndWrite = QLFileName::ACCESS_READ | QLFileName::ACCESS_WRITE;
     return path && *path && ::_waccess(path, kReadAndWrite) == 0;
+}
+
+std::wstring TempPath() {
+    for (const wchar_t* const variable : {L"TMP", L"TEMP"}) {
+        const wchar_t* const value = ::_wgetenv(variable);
+        if (IsWritableDirectory(value)) return value;
+    }
+    const RWWString answers = CQlDir::GetDirectory(AnswerDirectory);
+    if (IsWritableDirectory(answers.data())) return answers.str();
+    wchar_t windows[258] = {};
+    const UINT length = ::GetWindowsDirectoryW(windows, static_cast<UINT>(std::size(windows)));
+    return length < std::size(windows) ? windows : L"";
 }
 
 std::optional<int> WidthOf(HDC dc, const std::wstring& text) {
@@ -71,11 +125,15 @@ std::optional<int> WidthOf(HDC dc, const std::wstring& text) {
 }  // namespace
 
 int QLFileName::CanAccess(int mode) const {
-    if (IsRemote() || !HasRoot()) return 0;
-    RWWString text = HasFilePart() ? GetPathAndFileName() : GetPath();
-    if (!HasFilePart() && text.view().ends_with(L'\\')) text.resize(text.length() - 1);
+    return ql::FailureIfThrown(false, [=, this] { return Allows(mode); });
+}
+
+bool QLFileName::Allows(int mode) const {
+    if (IsRemote() || !HasRoot()) return false;
+    std::wstring text = HasFilePart() ? PathAndFileName() : Path();
+    if (!HasFilePart() && text.ends_with(L'\\')) text.pop_back();
     const QuietErrors quiet;
-    return ::_waccess(text.data(), mode) == 0;
+    return ::_waccess(text.c_str(), mode) == 0;
 }
 
 int QLFileName::Exists() const {
@@ -89,50 +147,41 @@ int QLFileName::IsDirectory() const {
 QLFileName::Status QLFileName::GetStatus() const {
     if (IsRemote()) return StatusUnknown;
     ::SetErrorMode(SEM_FAILCRITICALERRORS);  // and never put back
-    const RWWString path = GetPathAndFileName();
-    const DWORD attributes = ::GetFileAttributesW(path.data());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        if (!ql::CreateNewFile(path.data())) return StatusNotCreatable;
-        ::_wremove(path.data());
-        return StatusCreatable;
-    }
-    if ((attributes & FILE_ATTRIBUTE_READONLY) == 0 && OpensExclusively(path, _O_RDWR)) return StatusWritable;
-    return OpensExclusively(path, _O_RDONLY) ? StatusReadOnly : StatusInUse;
+    return ql::FailureIfThrown(StatusUnknown, [this] { return StatusOf(PathAndFileName()); });
 }
 
 RWWString QLFileName::GetUNCPathAndFileName() const {
-    return ql::FailureIfThrown(RWWString(), [&]() -> RWWString {
-        RWWString local = GetPathAndFileName();
-        if (GetRoot().view().starts_with(L"\\\\")) return local;
+    return ql::FailureIfThrown(RWWString(), [this]() -> RWWString {
+        std::wstring local = PathAndFileName();
+        if (Part(kRoot).starts_with(L"\\\\")) return local;
         alignas(UNIVERSAL_NAME_INFOW) unsigned char buffer[2052] = {};
         DWORD size = sizeof buffer;
-        if (::WNetGetUniversalNameW(local.data(), UNIVERSAL_NAME_INFO_LEVEL, buffer, &size) != NO_ERROR)
+        if (::WNetGetUniversalNameW(local.c_str(), UNIVERSAL_NAME_INFO_LEVEL, buffer, &size) != NO_ERROR)
             return local;
-        return RWWString(reinterpret_cast<const UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName);
+        return reinterpret_cast<const UNIVERSAL_NAME_INFOW*>(buffer)->lpUniversalName;
     });
 }
 
 RWWString QLFileName::GetLongPathAndFileName() const {
-    return ql::FailureIfThrown(RWWString(), [&] {
-        const RWWString scheme = GetScheme();
+    return ql::FailureIfThrown({}, [this] {
         for (const wchar_t* const address : {HTTP, HTTPS, NEWS, MAILTO}) {
-            if (ql::EqualIgnoringCase(scheme, address)) return GetPathAndFileName();
+            if (ql::EqualIgnoringCase(Part(kScheme), address)) return PathAndFileName();
         }
-        return QLGetLongPathName(GetPath() + GetFileName());
+        return LongPathName(Path() + FileName());
     });
 }
 
 RWWString QLFileName::GetShortPath() const {
-    return ql::FailureIfThrown(RWWString(), [&] {
-        const RWWString path = GetPath();
-        return ql::EqualIgnoringCase(GetScheme(), FILE) ? QLGetShortPathName(path) + L'\\' : path;
+    return ql::FailureIfThrown({}, [this] {
+        return ql::EqualIgnoringCase(Part(kScheme), FILE) ? ShortPathName(Path()) + L'\\' : Path();
     });
 }
 
 RWWString QLFileName::GetShortVersion() const {
-    return ql::FailureIfThrown(RWWString(), [&] {
-        const RWWString scheme = GetScheme(), text = GetPathAndFileName();
-        return scheme.isNull() || ql::EqualIgnoringCase(scheme, FILE) ? QLGetShortPathName(text) : text;
+    return ql::FailureIfThrown({}, [this] {
+        const Text scheme = Part(kScheme);
+        const bool isLocal = scheme.empty() || ql::EqualIgnoringCase(scheme, FILE);
+        return isLocal ? ShortPathName(PathAndFileName()) : PathAndFileName();
     });
 }
 
@@ -141,19 +190,22 @@ void QLFileName::SetTempPath() {
 }
 
 void QLFileName::SetTempFileName(bool create) {
-    if (GetPath().isNull()) SetTempPath();
-    const bool isFound = ql::FailureIfThrown(false, [&] {
-        RWWString extension(L".tmp");
-        GetExtension(extension);
-        for (int tries = 0; tries <= RAND_MAX; ++tries) {
-            SetFileName((L"~ql12" + std::to_wstring(std::rand()) + extension.str()).c_str());
-            if (Exists()) continue;
-            if (!create || ql::CreateNewFile(GetPathAndFileName().data())) return true;
-            if (errno != EEXIST) break;  // the folder refuses every name
-        }
-        return false;
+    const bool isWhole = ql::Completes([&] {
+        if (Path().empty()) ParsePath(TempPath());
+        if (!TakeFreeFileName(create)) ParseFileName({});
     });
-    if (!isFound) SetFileName(nullptr);
+    if (!isWhole) QLFileName::Reset();
+}
+
+bool QLFileName::TakeFreeFileName(bool create) {
+    const std::wstring extension = hasExtension_ ? L'.' + std::wstring(Part(kExtension)) : L".tmp";
+    for (int tries = 0; tries <= RAND_MAX; ++tries) {
+        ParseFileName(L"~ql12" + std::to_wstring(std::rand()) + extension);
+        if (Allows(0)) continue;
+        if (!create || ql::CreateNewFile(PathAndFileName().c_str())) return true;
+        if (errno != EEXIST) break;  // the folder refuses every name
+    }
+    return false;
 }
 
 void QLFileName::SetTempPathAndFileName(bool create) {
@@ -173,45 +225,13 @@ void QLFileName::FitToWidth(HDC dc, RWWString& text, int width) {
 }
 
 RWWString QLGetLongPathName(const RWWString& path) {
-    return ql::FailureIfThrown(RWWString(), [&] {
-        wchar_t buffer[kPathBuffer] = {};
-        const DWORD length = ::GetLongPathNameW(path.data(), buffer, static_cast<DWORD>(kPathBuffer));
-        return length == 0 || length >= kPathBuffer ? path : RWWString(buffer);
-    });
+    return ql::FailureIfThrown({}, [&] { return LongPathName(path.str()); });
 }
 
 RWWString QLGetShortPathName(const RWWString& path) {
-    return ql::FailureIfThrown(RWWString(), [&]() -> RWWString {
-        std::wstring text(path.view());
-        for (wchar_t& unit : text) unit = unit == L'/' ? L'\\' : unit;
-        constexpr std::size_t kRoot = 3;
-        if (text.size() < kRoot || text.compare(1, 2, L":\\") != 0) return text;
-        if (text.size() > kRoot && text.back() == L'\\') text.pop_back();
-
-        std::wstring shortPath = text.substr(0, kRoot);
-        for (std::size_t begin = kRoot;;) {
-            const std::size_t end = text.find(L'\\', begin);
-            std::optional<std::wstring> name = ShortNameOf(text.substr(0, end));
-            if (!name && end == kNone) name = ShortNameOfNewFile(shortPath + text.substr(begin));
-            if (!name) return text;
-            shortPath += *name;
-            if (end == kNone) return shortPath;
-            shortPath += L'\\';
-            begin = end + 1;
-        }
-    });
+    return ql::FailureIfThrown({}, [&] { return ShortPathName(path.str()); });
 }
 
 RWWString QLGetTempPath() {
-    return ql::FailureIfThrown(RWWString(), [&]() -> RWWString {
-        for (const wchar_t* const variable : {L"TMP", L"TEMP"}) {
-            const wchar_t* const value = ::_wgetenv(variable);
-            if (IsWritableDirectory(value)) return value;
-        }
-        RWWString answers = CQlDir::GetDirectory(AnswerDirectory);
-        if (IsWritableDirectory(answers.data())) return answers;
-        wchar_t windows[258] = {};
-        const UINT length = ::GetWindowsDirectoryW(windows, static_cast<UINT>(std::size(windows)));
-        return length < std::size(windows) ? RWWString(windows) : RWWString();
-    });
+    return ql::FailureIfThrown({}, [] { return TempPath(); });
 }

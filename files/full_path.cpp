@@ -1,9 +1,12 @@
 #include "files/full_path.h"
 
 #include <algorithm>
+#include <new>
+#include <string>
 #include <string_view>
 
 #include "names/file_type.h"
+#include "names/name_access.h"
 #include "platform/failure.h"
 #include "platform/win32.h"
 #include "prefs/directories.h"
@@ -16,7 +19,25 @@ namespace {
 
 RWWString FormerLocation(HKEY root, const RWWString& name) {
     constexpr std::size_t kMostUnits = 256;
-    return ql::ReadForeignText(root, L"SOFTWARE\\Brellwick\\Quillet 6\\Locations", name.data(), kMostUnits);
+    RWWString path = ql::ReadForeignText(root, L"SOFTWARE\\Brellwick\\Quillet 6\\Locations", name.data(),
+                                         kMostUnits + 1);  // with the zero that may end it
+    return path.length() <= kMostUnits ? path : RWWString();
+}
+
+RWWString NamedLocation(const RWWString& name) {
+    for (const bool machine : {false, true}) {
+        RWWString path = GetQLProfileDirEx(QLIS_DIRECTORIES, name.data(), machine);
+        if (!path.isNull()) return path;
+    }
+    const RWWString machines = FormerLocation(HKEY_LOCAL_MACHINE, name);
+    return machines.isNull() ? FormerLocation(HKEY_CURRENT_USER, name) : machines;
+}
+
+// A directory of the catalogue whose default has a name: empty only when memory ends.
+RWWString Directory(QuilletDirectories kind) {
+    RWWString directory = CQlDir::GetDirectory(kind);
+    if (directory.isNull()) throw std::bad_alloc();
+    return directory;
 }
 
 RWWString DirectoryOfKind(FileType kind) {
@@ -24,33 +45,33 @@ RWWString DirectoryOfKind(FileType kind) {
         case FT_CLAUSE_LIBRARY: return GetFormProcTmplDir(GetDefaultTextFormProc());
         case FT_BINARY_ANSWER_FILE:
         case FT_ANSWER_FILE:
-        case FT_TEXT_ANSWER_FILE: return CQlDir::GetDirectory(AnswerDirectory);
+        case FT_TEXT_ANSWER_FILE: return Directory(AnswerDirectory);
         default: return GetFormProcTmplDir(GetFormProcType(kind));  // empty for what is no template
     }
 }
 
 RWWString DirectoryFor(const QLFileName& name, const wchar_t* defaultDir) {
     if (defaultDir && *defaultDir) return defaultDir;
-    const RWWString directory = DirectoryOfKind(GetFileType(name));
-    return directory.isNull() ? CQlDir::GetDirectory(TemplateDirectory) : directory;
+    RWWString directory = DirectoryOfKind(GetFileType(name));
+    return directory.isNull() ? Directory(TemplateDirectory) : directory;
 }
 
 void PutIntoNamedLocation(QLCmdLine& name, std::wstring_view path) {
     const std::size_t end = std::min(path.find_first_of(L"\\/"), path.size());
-    const RWWString location(path.substr(1, end - 1)), rest(path.substr(end));
-    name.SetPath(rest.data());
-    name.PrependPath(GetCaretPath(location).data());
+    const RWWString location = NamedLocation(RWWString(path.substr(1, end - 1)));
+    ql::NameAccess::SetPath(name, path.substr(end));
+    ql::NameAccess::PrependPath(name, location);
 }
 
 void Complete(QLCmdLine& name, const wchar_t* defaultDir) {
-    const RWWString path = name.GetPath();
-    if (path.view().starts_with(L'^')) {
+    const std::wstring path = ql::NameAccess::Path(name);
+    if (path.starts_with(L'^')) {
         PutIntoNamedLocation(name, path);
     } else {
-        const bool rootedWithoutDrive = path.view().starts_with(L'\\');
+        const bool rootedWithoutDrive = path.starts_with(L'\\');
         const RWWString directory =
-            rootedWithoutDrive ? CQlDir::GetDirectory(TemplateDirectory) : DirectoryFor(name, defaultDir);
-        name.PrependPath(directory.data());
+            rootedWithoutDrive ? Directory(TemplateDirectory) : DirectoryFor(name, defaultDir);
+        ql::NameAccess::PrependPath(name, directory);
     }
 }
 
@@ -58,7 +79,7 @@ QLCmdLine Completed(const QLCmdLine& line, const wchar_t* defaultDir, const wcha
     QLCmdLine full(line);
     if (full.QLFileName::IsNull() || full.IsRemote() || full.IsPluginFileType()) return full;
     if (!full.HasRoot()) Complete(full, defaultDir);
-    if (defaultExt) full.SetExtension(defaultExt);
+    if (defaultExt) ql::NameAccess::SetExtension(full, ql::TextOf(defaultExt));
     return full;
 }
 
@@ -83,12 +104,5 @@ QLCmdLine MakeFullPath(const RWWString& text, const wchar_t* defaultDir, const w
 }
 
 RWWString GetCaretPath(const RWWString& locationName) {
-    return ql::FailureIfThrown(RWWString(), [&] {
-        for (const bool machine : {false, true}) {
-            RWWString path = GetQLProfileDirEx(QLIS_DIRECTORIES, locationName.data(), machine);
-            if (!path.isNull()) return path;
-        }
-        const RWWString machines = FormerLocation(HKEY_LOCAL_MACHINE, locationName);
-        return machines.isNull() ? FormerLocation(HKEY_CURRENT_USER, locationName) : machines;
-    });
+    return ql::FailureIfThrown(RWWString(), [&] { return NamedLocation(locationName); });
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <concepts>
+
 #include "names/cmd_line.h"
 #include "platform/export.h"
 #include "rw/wide_string.h"
@@ -17,8 +19,14 @@
 QL_API QLCmdLine MakeFullPath(const QLCmdLine& cmdLine, const wchar_t* defaultDir, const wchar_t* defaultExt);
 QL_API QLCmdLine MakeFullPath(const QLFileName& name, const wchar_t* defaultDir, const wchar_t* defaultExt);
 QL_API QLCmdLine MakeFullPath(const RWWString& text, const wchar_t* defaultDir, const wchar_t* defaultExt);
+template <class Text>
+requires std::convertible_to<const Text&, ql::TextView> QLCmdLine MakeFullPath(const Text& text,
+                                                                               const wchar_t* defaultDir,
+                                                                               const wchar_t* defaultExt) {
+    return MakeFullPath(QLCmdLine(text), defaultDir, defaultExt);
+}
 
 // The directory of a named location: the preference of that name in the section "Locations", the user's
-// first, else the one that the previous generation of the product left, the machine's first. Empty when there
-// is none.
+// first, else the one that the previous generation of the product left, the machine's first, of 256 units at
+// most. Empty when there is none.
 QL_API RWWString GetCaretPath(const RWWString& locationName);

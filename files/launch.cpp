@@ -3,6 +3,7 @@
 #include <string>
 
 #include "files/program_name.h"
+#include "names/name_access.h"
 #include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
@@ -14,8 +15,8 @@ RWWString GetOwnCommandLine() {
 bool LaunchApplication(const QLCmdLine& cmdLine, unsigned short showCommand) {
     return ql::FailureIfThrown(false, [&] {
         // In memory of its own: the system may change it.
-        std::wstring command =
-            L'"' + cmdLine.GetPathAndFileName().str() + L"\" " + cmdLine.GetSwitches().str();
+        std::wstring command = L'"' + ql::NameAccess::PathAndFileName(cmdLine) + L"\" ";
+        command += ql::NameAccess::Switches(cmdLine);
         STARTUPINFOW startup = {};
         startup.cb = sizeof startup;
         startup.dwXSize = static_cast<DWORD>(::GetSystemMetrics(SM_CXSCREEN));

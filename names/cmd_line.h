@@ -55,6 +55,8 @@ class QL_API QLCmdLine : public QLFileName {
     bool operator==(const QLFileName& name) const noexcept { return QLFileName::CompareTo(name) == 0; }
 
   private:
+    friend struct ql::NameAccess;
+
     template <class Change>
     void TryTo(Change change) noexcept;
 

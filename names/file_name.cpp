@@ -368,14 +368,16 @@ void QLFileName::SetRoot(ql::TextView root) {
 }
 
 int QLFileName::PrependPath(ql::TextView prefix) {
-    TryTo([&] {
-        std::wstring path(UpToZero(prefix));
-        if (HasRoot()) SetRoot(nullptr);
-        if (path.empty()) return;
-        if (!ql::EndsWithSeparator(path)) path.push_back(rootSeparator_ ? rootSeparator_ : L'\\');
-        ParsePath(path.append(Part(kDir)));
-    });
+    TryTo([&] { Prepend(UpToZero(prefix)); });
     return 1;
+}
+
+void QLFileName::Prepend(std::wstring_view prefix) {
+    std::wstring path(prefix);
+    if (HasRoot()) SetRoot(nullptr);  // needs no memory
+    if (path.empty()) return;
+    if (!ql::EndsWithSeparator(path)) path.push_back(rootSeparator_ ? rootSeparator_ : L'\\');
+    ParsePath(path.append(Part(kDir)));
 }
 
 RWWString QLFileName::CopyOf(PartIndex part) const noexcept {
@@ -383,23 +385,27 @@ RWWString QLFileName::CopyOf(PartIndex part) const noexcept {
 }
 
 RWWString QLFileName::GetPath() const {
-    return ql::FailureIfThrown({}, [this] {
-        std::wstring path;
-        AppendPath(path);
-        return path;
-    });
+    return ql::FailureIfThrown({}, [this] { return Path(); });
 }
 
 RWWString QLFileName::GetFileName() const {
-    return ql::FailureIfThrown({}, [this] {
-        std::wstring fileName;
-        AppendFileName(fileName);
-        return fileName;
-    });
+    return ql::FailureIfThrown({}, [this] { return FileName(); });
 }
 
 RWWString QLFileName::GetPathAndFileName() const {
     return ql::FailureIfThrown({}, [this] { return PathAndFileName(); });
+}
+
+std::wstring QLFileName::Path() const {
+    std::wstring path;
+    AppendPath(path);
+    return path;
+}
+
+std::wstring QLFileName::FileName() const {
+    std::wstring fileName;
+    AppendFileName(fileName);
+    return fileName;
 }
 
 std::wstring QLFileName::PathAndFileName() const {

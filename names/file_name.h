@@ -11,6 +11,10 @@
 struct HDC__;  // NOLINT(bugprone-reserved-identifier): the system's name
 using HDC = HDC__*;
 
+namespace ql {
+struct NameAccess;
+}
+
 // The name of a file, a directory, a URL, a document-management document or a plug-in item, split into
 // scheme, root, directory, name, extension and tail, and put together again. Backslash and slash both
 // separate; the one met is kept and written back. Only the queries and temporary names at the end of the
@@ -170,7 +174,7 @@ class QL_API QLFileName {
     int CanAccess(int mode) const;  // 0 to ask for existence, else ACCESS_READ and ACCESS_WRITE added up
     int Exists() const;
     int IsDirectory() const;
-    Status GetStatus() const;
+    Status GetStatus() const;  // StatusUnknown, too, when memory ends
 
     // The whole name by its share where its drive is one of the network, and in its long form.
     RWWString GetUNCPathAndFileName() const;
@@ -179,7 +183,8 @@ class QL_API QLFileName {
     RWWString GetShortVersion() const;  // of the whole name
 
     // A name that no file has: "~ql12", a number, and the extension that the name had or ".tmp", in the
-    // directory that the name had or the temporary one. With `create`, an empty file of that name. The file
+    // directory that the name had or the temporary one. With `create`, an empty file of that name; without,
+    // a file may have the name if the directory is a relative one, since Exists is no for those. The file
     // part is empty when none was to be had.
     void SetTempPath();
     void SetTempFileName(bool create);
@@ -204,10 +209,15 @@ class QL_API QLFileName {
     // What the members above do, but throwing when memory ends.
     void Parse(std::wstring_view text);
     void SetParts(std::wstring_view path, std::wstring_view name, std::wstring_view ext);
+    std::wstring Path() const;
+    std::wstring FileName() const;
     std::wstring PathAndFileName() const;
     std::wstring CmdLine() const;
+    bool Allows(int mode) const;
 
   private:
+    friend struct ql::NameAccess;
+
     enum PartIndex { kScheme, kRoot, kDir, kName, kExtension, kTail, kPartCount };
 
     std::size_t Begin(PartIndex part) const noexcept { return part == kScheme ? 0 : ends_[part - 1u]; }
@@ -233,6 +243,8 @@ class QL_API QLFileName {
     void SetOrigin(std::wstring_view scheme, std::wstring_view root, bool remote);
     void ParseDir(std::wstring_view text);
     void StoreExtension(std::wstring_view ext);
+    void Prepend(std::wstring_view prefix);
+    bool TakeFreeFileName(bool create);
 
     void AppendPath(std::wstring& out) const;
     void AppendFileName(std::wstring& out) const;
@@ -248,7 +260,8 @@ class QL_API QLFileName {
 
 // The long form of a path, and its short (8.3) form. Only a path that begins with a drive has a short form; a
 // file that does not exist is created for a moment to be asked. A path that has no such form is answered as
-// it is, with backslashes for slashes in the short form.
+// it is, with backslashes for slashes in the short form and without one at the end. Of a path with wildcards
+// the short form is that of the first entries that match.
 QL_API RWWString QLGetLongPathName(const RWWString& path);
 QL_API RWWString QLGetShortPathName(const RWWString& path);
 

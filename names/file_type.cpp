@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "names/name_access.h"
 #include "text/characters.h"
 
 namespace {
@@ -79,18 +80,16 @@ const KindRow& RowOf(FileType type) noexcept {
     return row != std::end(kKinds) ? *row : kNoKind;
 }
 
-// The first row of this extension that has all of the traits.
+// The first row of this extension, given without its dot, that has all of the traits.
 const KindRow& RowOf(std::wstring_view extension, unsigned traits) noexcept {
     const auto row = std::ranges::find_if(kKinds, [=](const KindRow& kind) {
-        return (kind.traits & traits) == traits && ql::EqualIgnoringCase(kind.extension, extension);
+        return (kind.traits & traits) == traits && ql::EqualIgnoringCase(kind.extension.substr(1), extension);
     });
     return row != std::end(kKinds) ? *row : kNoKind;
 }
 
 const KindRow& RowOf(const QLFileName& name, unsigned traits) noexcept {
-    RWWString extension;
-    name.GetExtension(extension);
-    return RowOf(extension.view(), traits);
+    return RowOf(ql::NameAccess::Extension(name), traits);
 }
 
 }  // namespace
@@ -113,7 +112,8 @@ FileType GetFileType(const wchar_t* text) {
 }
 
 FileType GetFileType(std::wstring_view text) {
-    return RowOf(text.substr(std::min(text.rfind(L'.'), text.size())), kPlain).type;
+    const std::size_t dot = text.rfind(L'.');
+    return dot == std::wstring_view::npos ? FT_NONE : RowOf(text.substr(dot + 1), kPlain).type;
 }
 
 FileType GetDocumentType(const QLFileName& name) {

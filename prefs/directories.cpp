@@ -80,6 +80,11 @@ const Row* Find(QuilletDirectories kind) {
     return index < kKinds ? &kRows[index] : nullptr;
 }
 
+RWWString DirectoryOf(QuilletDirectories kind) {
+    const Row* row = Find(kind);
+    return row ? row->source(*row) : RWWString();
+}
+
 RWWString ModuleDirectory(const Row&) {
     static const RWWString directory = [] {
         std::wstring path = ql::OwnModulePath();
@@ -107,7 +112,7 @@ RWWString WithTail(RWWString directory, const wchar_t* tail) {
 RWWString PreferenceOrDefault(const Row& row) {
     RWWString directory;
     if (row.section) directory = GetQLProfileDir(row.section, row.entry);
-    return directory.isNull() ? WithTail(CQlDir::GetDirectory(row.base), row.tail) : directory;
+    return directory.isNull() ? WithTail(DirectoryOf(row.base), row.tail) : directory;
 }
 
 RWWString PreferenceOnce(const Row& row) {
@@ -146,10 +151,7 @@ RWWString Join(const RWWString& folder, std::wstring_view rest) {
 }  // namespace
 
 RWWString CQlDir::GetDirectory(QuilletDirectories kind) {
-    return ql::FailureIfThrown(RWWString(), [kind] {
-        const Row* row = Find(kind);
-        return row ? row->source(*row) : RWWString();
-    });
+    return ql::FailureIfThrown(RWWString(), [kind] { return DirectoryOf(kind); });
 }
 
 const wchar_t* CQlDir::GetName(QuilletDirectories kind) noexcept {

@@ -55,6 +55,7 @@ TEST_F(FullPath, IsCompletedByRule) {
     for (const auto& [text, directory, extension, full] : cases) {
         const RWWString name = MakeFullPath(RWWString{text}, directory, extension).GetPathAndFileName();
         EXPECT_EQ(RWWString(full), name) << testing::PrintToString(text);
+        EXPECT_EQ(name, MakeFullPath(std::wstring(text), directory, extension).GetPathAndFileName());
     }
 }
 
@@ -65,21 +66,21 @@ TEST_F(FullPath, KeepsTheSwitchesAndTheNameItWasGiven) {
     EXPECT_EQ(RWWString(L"my answers.anx"), line.GetPathAndFileName());
     EXPECT_EQ(RWWString(L"A:\\Answers\\a.anx"),
               MakeFullPath(QLFileName(L"a.ans"), nullptr, L"anx").GetCmdLine());
-    EXPECT_EQ(RWWString(L"/x"), MakeFullPath(RWWString(L"/x"), L"D:\\Dir", L"b").GetSwitches());
+    EXPECT_EQ(RWWString(L"/x"), MakeFullPath(L"/x", L"D:\\Dir", L"b").GetSwitches());
 }
 
 TEST_F(FullPath, NamedLocationsAreTheUsersThenTheMachinesThenTheFormerOnes) {
     PutFormer(kMachine, L"Shared", L"F:\\Machine");
     PutFormer(kMachine, L"Former", L"F:\\Machine");
     PutFormer(kUser, L"Former", L"F:\\User");
-    PutFormer(kUser, L"Own", std::wstring(255, L'x'));
+    PutFormer(kUser, L"Own", std::wstring(256, L'x'));
 #ifdef _WIN32  // the limit is in bytes, and natively a unit has four
-    PutFormer(kUser, L"Long", std::wstring(256, L'x'));
+    PutFormer(kUser, L"Long", std::wstring(257, L'x'));
 #endif
     EXPECT_EQ(RWWString(L"S:\\User"), GetCaretPath(L"Shared"));
     EXPECT_EQ(RWWString(L"S:\\Common"), GetCaretPath(L"common"));
     EXPECT_EQ(RWWString(L"F:\\Machine"), GetCaretPath(L"Former"));
-    EXPECT_EQ(255U, GetCaretPath(L"Own").length());
+    EXPECT_EQ(256U, GetCaretPath(L"Own").length());
     PutFormer(kUser, L"Number", L"AA", REG_DWORD);
     for (const wchar_t* none : {L"", L"Long", L"Number"}) EXPECT_TRUE(GetCaretPath(none).isNull()) << none;
 }

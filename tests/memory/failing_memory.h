@@ -49,6 +49,17 @@ inline Row Calls(const char* what, void (*call)()) {
     return {what, [call](Attempt& attempt) { attempt(call); }};
 }
 
+// The whole result, or none.
+template <class Answer>
+Row Answers(const char* what, Answer answer) {
+    return {what, [answer](Attempt& attempt) {
+                const auto whole = answer();
+                decltype(answer()) text{};
+                attempt([&] { text = answer(); });
+                if (!text.empty()) EXPECT_EQ(whole, text);
+            }};
+}
+
 // The rows of the rooms.
 std::vector<Row> TextCalls();      // rw, text, names
 std::vector<Row> SettingsCalls();  // json, settings, prefs

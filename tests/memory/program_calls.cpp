@@ -20,13 +20,14 @@ constexpr wchar_t kLine[] =
     L"/ov=an-overlay-of-some-length "
     L"/a-word-that-means-nothing /ps=a-size-of-paper /desc=\"and a description\"";
 const QLCmdLine kCommand(kLine);
-const RWWString kRelative(L"a relative name.docx"), kLocated(L"^Location\\a relative name");
+const RWWString kRelative(L"a relative name.docx"), kLocated(L"^Location\\a relative name"),
+    kAnswers(L"\"a name of answers.anx\" /a-switch-of-some-length");
 const std::string kLongContent(3000, 'x');
 const std::vector<ql::zip::Member> kMembers = {
     {"a member with a name of some length.txt", kLongContent, 32, 6}, {"stored.txt", kLongContent}};
 
 // An archive's work answers that there was no memory, and nothing else than its result otherwise.
-Row Answers(const char* what, std::function<void()> work) {
+Row Works(const char* what, std::function<void()> work) {
     return {what, [work](Attempt& attempt) {
                 auto result = ql::zip::Result::kOk;
                 attempt([&] { result = ql::zip::ResultOf(work); });
@@ -51,11 +52,11 @@ std::vector<Row> ProgramCalls() {
                   const FillerCmdSwitchParser filler(kLine);
                   const AutomatorCmdSwitchParser automator(kCommand);
               }),
-        Calls("names completed",
-              [] {
-                  MakeFullPath(kRelative, nullptr, L"extension");
-                  MakeFullPath(kLocated, nullptr, nullptr);
-              }),
+        Answers("a template's name completed",
+                [] { return MakeFullPath(kRelative, nullptr, L"extension").GetCmdLine(); }),
+        Answers("a located name completed", [] { return MakeFullPath(kLocated, L"", nullptr).GetCmdLine(); }),
+        Answers("an answer file's line completed",
+                [] { return MakeFullPath(kAnswers, nullptr, nullptr).GetCmdLine(); }),
         Calls("text processors asked for",
               [] {
                   GetDefaultTextFormProc();
@@ -72,14 +73,14 @@ std::vector<Row> ProgramCalls() {
                   QLLoggerLevelInserter(QLLOG_INFO, "a source's name of some length.cpp", 1)
                       << std::wstring_view(kLine) << 3.5 << L' ' << "narrow";
               }),
-        Answers("an archive written", [] { Written(); }),
-        Answers("an archive read",
-                [] {
-                    static const ql::zip::Bytes bytes = Written();
-                    ql::zip::MemoryInput file(bytes.data(), bytes.size());
-                    const ql::zip::Archive archive(file);
-                    for (std::size_t i = 0; i < kMembers.size(); ++i) ContentOf(file, archive, i);
-                }),
+        Works("an archive written", [] { Written(); }),
+        Works("an archive read",
+              [] {
+                  static const ql::zip::Bytes bytes = Written();
+                  ql::zip::MemoryInput file(bytes.data(), bytes.size());
+                  const ql::zip::Archive archive(file);
+                  for (std::size_t i = 0; i < kMembers.size(); ++i) ContentOf(file, archive, i);
+              }),
     };
 }
 

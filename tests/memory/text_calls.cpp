@@ -38,17 +38,6 @@ const wchar_t kName[] = L"https://a.server.of.some.length/a/directory/a longer n
 const Line kLine{QLFileName(kName)};
 const Table kTable = ThreeOf(kText);
 
-// The whole result, or none.
-template <class Answer>
-Row Answers(const char* what, Answer answer) {
-    return {what, [answer](Attempt& attempt) {
-                const auto whole = answer();
-                decltype(answer()) text{};
-                attempt([&] { text = answer(); });
-                if (!text.empty()) EXPECT_EQ(whole, text);
-            }};
-}
-
 RWWString Told(const Line& line) {
     return line.GetCmdLine();
 }
