@@ -14,7 +14,7 @@
 #include "platform/folder.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
-#include "prefs/directories.h"
+#include "prefs/known_directory.h"
 #include "text/characters.h"
 
 namespace {
@@ -109,7 +109,7 @@ std::wstring TempPath() {
         const wchar_t* const value = ::_wgetenv(variable);
         if (IsWritableDirectory(value)) return value;
     }
-    const RWWString answers = CQlDir::GetDirectory(AnswerDirectory);
+    const RWWString answers = ql::KnownDirectory(AnswerDirectory);
     if (IsWritableDirectory(answers.data())) return answers.str();
     wchar_t windows[258] = {};
     const UINT length = ::GetWindowsDirectoryW(windows, static_cast<UINT>(std::size(windows)));

@@ -1,7 +1,6 @@
 #include "files/full_path.h"
 
 #include <algorithm>
-#include <new>
 #include <string>
 #include <string_view>
 
@@ -9,11 +8,11 @@
 #include "names/name_access.h"
 #include "platform/failure.h"
 #include "platform/win32.h"
-#include "prefs/directories.h"
+#include "prefs/known_directory.h"
 #include "settings/preference_keys.h"
-#include "settings/registry.h"
+#include "settings/preference_texts.h"
 #include "settings/registry_values.h"
-#include "textproc/form_proc.h"
+#include "textproc/template_directory.h"
 
 namespace {
 
@@ -26,34 +25,27 @@ RWWString FormerLocation(HKEY root, const RWWString& name) {
 
 RWWString NamedLocation(const RWWString& name) {
     for (const bool machine : {false, true}) {
-        RWWString path = GetQLProfileDirEx(QLIS_DIRECTORIES, name.data(), machine);
+        RWWString path = ql::RegistryDirectory(QLIS_DIRECTORIES, name.data(), machine);
         if (!path.isNull()) return path;
     }
     const RWWString machines = FormerLocation(HKEY_LOCAL_MACHINE, name);
     return machines.isNull() ? FormerLocation(HKEY_CURRENT_USER, name) : machines;
 }
 
-// A directory of the catalogue whose default has a name: empty only when memory ends.
-RWWString Directory(QuilletDirectories kind) {
-    RWWString directory = CQlDir::GetDirectory(kind);
-    if (directory.isNull()) throw std::bad_alloc();
-    return directory;
-}
-
 RWWString DirectoryOfKind(FileType kind) {
     switch (kind) {
-        case FT_CLAUSE_LIBRARY: return GetFormProcTmplDir(GetDefaultTextFormProc());
+        case FT_CLAUSE_LIBRARY: return ql::TemplateDirectoryOf(ql::DefaultTextProcessor());
         case FT_BINARY_ANSWER_FILE:
         case FT_ANSWER_FILE:
-        case FT_TEXT_ANSWER_FILE: return Directory(AnswerDirectory);
-        default: return GetFormProcTmplDir(GetFormProcType(kind));  // empty for what is no template
+        case FT_TEXT_ANSWER_FILE: return ql::KnownDirectory(AnswerDirectory);
+        default: return ql::TemplateDirectoryOf(ql::ProcessorOf(kind));  // empty for what is no template
     }
 }
 
 RWWString DirectoryFor(const QLFileName& name, const wchar_t* defaultDir) {
     if (defaultDir && *defaultDir) return defaultDir;
     RWWString directory = DirectoryOfKind(GetFileType(name));
-    return directory.isNull() ? Directory(TemplateDirectory) : directory;
+    return directory.isNull() ? ql::KnownDirectory(TemplateDirectory) : directory;
 }
 
 void PutIntoNamedLocation(QLCmdLine& name, std::wstring_view path) {
@@ -70,7 +62,7 @@ void Complete(QLCmdLine& name, const wchar_t* defaultDir) {
     } else {
         const bool rootedWithoutDrive = path.starts_with(L'\\');
         const RWWString directory =
-            rootedWithoutDrive ? Directory(TemplateDirectory) : DirectoryFor(name, defaultDir);
+            rootedWithoutDrive ? ql::KnownDirectory(TemplateDirectory) : DirectoryFor(name, defaultDir);
         ql::NameAccess::PrependPath(name, directory);
     }
 }

@@ -260,8 +260,8 @@ class QL_API QLFileName {
 
 // The long form of a path, and its short (8.3) form. Only a path that begins with a drive has a short form; a
 // file that does not exist is created for a moment to be asked. A path that has no such form is answered as
-// it is, with backslashes for slashes in the short form and without one at the end. Of a path with wildcards
-// the short form is that of the first entries that match.
+// it is, in the short form with backslashes for slashes and, behind a drive's root, without one at the end.
+// Of a path with wildcards the short form is that of the first entries that match.
 QL_API RWWString QLGetLongPathName(const RWWString& path);
 QL_API RWWString QLGetShortPathName(const RWWString& path);
 

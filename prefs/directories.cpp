@@ -10,7 +10,9 @@
 #include "platform/module.h"
 #include "platform/shell_folders.h"
 #include "platform/windows_version.h"
+#include "prefs/known_directory.h"
 #include "settings/preference_keys.h"
+#include "settings/preference_texts.h"
 #include "settings/preferences.h"
 #include "text/characters.h"
 #include "text/paths.h"
@@ -80,11 +82,6 @@ const Row* Find(QuilletDirectories kind) {
     return index < kKinds ? &kRows[index] : nullptr;
 }
 
-RWWString DirectoryOf(QuilletDirectories kind) {
-    const Row* row = Find(kind);
-    return row ? row->source(*row) : RWWString();
-}
-
 RWWString ModuleDirectory(const Row&) {
     static const RWWString directory = [] {
         std::wstring path = ql::OwnModulePath();
@@ -111,12 +108,12 @@ RWWString WithTail(RWWString directory, const wchar_t* tail) {
 
 RWWString PreferenceOrDefault(const Row& row) {
     RWWString directory;
-    if (row.section) directory = GetQLProfileDir(row.section, row.entry);
-    return directory.isNull() ? WithTail(DirectoryOf(row.base), row.tail) : directory;
+    if (row.section) directory = ql::PreferenceDirectory(row.section, row.entry);
+    return directory.isNull() ? WithTail(ql::KnownDirectory(row.base), row.tail) : directory;
 }
 
 RWWString PreferenceOnce(const Row& row) {
-    static const RWWString directory = GetQLProfileDir(row.section, row.entry);
+    static const RWWString directory = ql::PreferenceDirectory(row.section, row.entry);
     return directory;
 }
 
@@ -151,7 +148,12 @@ RWWString Join(const RWWString& folder, std::wstring_view rest) {
 }  // namespace
 
 RWWString CQlDir::GetDirectory(QuilletDirectories kind) {
-    return ql::FailureIfThrown(RWWString(), [kind] { return DirectoryOf(kind); });
+    return ql::FailureIfThrown(RWWString(), [kind] { return ql::KnownDirectory(kind); });
+}
+
+RWWString ql::KnownDirectory(QuilletDirectories kind) {
+    const Row* row = Find(kind);
+    return row ? row->source(*row) : RWWString();
 }
 
 const wchar_t* CQlDir::GetName(QuilletDirectories kind) noexcept {

@@ -20,4 +20,8 @@ struct LockedSettings {
     }
 };
 
+// CQlsSettings::GetRegStrSetting, but throwing when memory ends.
+bool ReadStoreText(CQlsSettings& store, const wchar_t* section, const wchar_t* entry, RWWString* value,
+                   const wchar_t* defaultValue);
+
 }  // namespace ql

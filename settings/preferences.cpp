@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/failure.h"
+#include "settings/preference_texts.h"
 #include "settings/registry.h"
 #include "settings/registry_values.h"
 #include "settings/settings_store.h"
@@ -22,9 +23,9 @@ void Read(bool (*fromStore)(const wchar_t*, const wchar_t*, Value*, Default), co
         ql::ReadFromRegistry(section, entry, value);
 }
 
-RWWString TextOf(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
+RWWString StoredText(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
     RWWString text(defaultText);
-    Read(CQlsSettings::GetThreadRegStrSetting, section, entry, defaultText, text);
+    Read(ql::ReadThreadText, section, entry, defaultText, text);
     return text;
 }
 
@@ -51,7 +52,7 @@ int ColorByte(unsigned long color, int index) {
 
 RWWString GetQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
     return ql::FailureIfThrown({}, [&] {
-        RWWString text = TextOf(section, entry, defaultText);
+        RWWString text = StoredText(section, entry, defaultText);
         if (text.isNull()) text = defaultText;
         return text;
     });
@@ -66,8 +67,8 @@ bool GetQLRegBool(const wchar_t* section, const wchar_t* entry, bool defaultValu
 }
 
 unsigned long GetQLRegColor(const wchar_t* section, const wchar_t* entry, unsigned long defaultColor) {
-    return ql::FailureIfThrown(defaultColor,
-                               [&] { return ql::ColorOf(TextOf(section, entry, nullptr), defaultColor); });
+    return ql::FailureIfThrown(
+        defaultColor, [&] { return ql::ColorOf(StoredText(section, entry, nullptr), defaultColor); });
 }
 
 void WriteQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* text) {
@@ -91,11 +92,19 @@ void WriteQLRegColor(const wchar_t* section, const wchar_t* entry, unsigned long
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
 RWWString _GetQLProfileString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText) {
-    return ql::FailureIfThrown({}, [&] { return TextOf(section, entry, defaultText); });
+    return ql::FailureIfThrown({}, [&] { return StoredText(section, entry, defaultText); });
 }
 
 RWWString GetQLProfileDir(const wchar_t* section, const wchar_t* entry) {
-    RWWString folder = _GetQLProfileString(section, entry, nullptr);
+    return ql::FailureIfThrown({}, [&] { return ql::PreferenceDirectory(section, entry); });
+}
+
+RWWString ql::PreferenceText(const wchar_t* section, const wchar_t* entry) {
+    return StoredText(section, entry, nullptr);
+}
+
+RWWString ql::PreferenceDirectory(const wchar_t* section, const wchar_t* entry) {
+    RWWString folder = StoredText(section, entry, nullptr);
     ql::CutTrailingBackslash(folder.str());
     return folder;
 }

@@ -11,6 +11,7 @@
 #include "platform/failure.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
+#include "settings/preference_texts.h"
 #include "settings/registry_values.h"
 #include "text/characters.h"
 #include "text/paths.h"
@@ -242,9 +243,7 @@ RWWString GetQLRegStringEx(const wchar_t* section, const wchar_t* entry, bool ma
 }
 
 RWWString GetQLProfileDirEx(const wchar_t* section, const wchar_t* entry, bool machine) {
-    RWWString folder = GetQLRegStringEx(section, entry, machine);
-    ql::CutTrailingBackslash(folder.str());
-    return folder;
+    return ql::FailureIfThrown({}, [&] { return ql::RegistryDirectory(section, entry, machine); });
 }
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
@@ -346,6 +345,13 @@ bool ReadFromRegistry(const wchar_t* section, const wchar_t* entry, bool& value)
     if (!ReadUserFirst(kBase, section, entry, text)) return false;
     value = StrToBool(text, false);
     return true;
+}
+
+RWWString RegistryDirectory(const wchar_t* section, const wchar_t* entry, bool machine) {
+    RWWString folder;
+    Read(RootKey(machine), KeyPath(kBase, section), entry, folder);
+    CutTrailingBackslash(folder.str());
+    return folder;
 }
 
 unsigned long ColorOf(std::wstring_view text, unsigned long defaultColor) noexcept {

@@ -84,19 +84,24 @@ std::optional<bool> ReadKnownSetting(LockedSettings& state, const SettingKey& ke
 template <class Value, class Default>
 bool ReadRegistrySetting(CQlsSettings& store, const wchar_t* section, const wchar_t* entry, Value* value,
                          const Default& defaultValue) {
-    return ql::FailureIfThrown(false, [&] {
-        LockedSettings& state = LockedSettings::Of(store);
-        const SettingKey key(section, entry);
-        if (const auto known = ReadKnownSetting(state, key, value, defaultValue)) return *known;
-        const ql::WriterGuard guard(state.lock);
-        if (const Setting* const setting = state.settings.Find(key))
-            return Take(*setting, value, defaultValue);
-        Value content(defaultValue);
-        const bool found = ql::ReadFromRegistry(section, entry, content);
-        state.settings.Assign(key, {ViewOf(content), found});
-        *value = std::move(content);
-        return found;
-    });
+    LockedSettings& state = LockedSettings::Of(store);
+    const SettingKey key(section, entry);
+    if (const auto known = ReadKnownSetting(state, key, value, defaultValue)) return *known;
+    const ql::WriterGuard guard(state.lock);
+    if (const Setting* const setting = state.settings.Find(key)) return Take(*setting, value, defaultValue);
+    Value content(defaultValue);
+    const bool found = ql::ReadFromRegistry(section, entry, content);
+    state.settings.Assign(key, {ViewOf(content), found});
+    *value = std::move(content);
+    return found;
+}
+
+// The same, and false when memory ends.
+template <class Value, class Default>
+bool GetRegistrySetting(CQlsSettings& store, const wchar_t* section, const wchar_t* entry, Value* value,
+                        const Default& defaultValue) {
+    return ql::FailureIfThrown(
+        false, [&] { return ReadRegistrySetting(store, section, entry, value, defaultValue); });
 }
 
 template <class Value>
@@ -147,6 +152,11 @@ std::unique_ptr<JSON::Value> AsJson(const SettingsDictionary& settings) {
 }
 
 }  // namespace
+
+bool ql::ReadStoreText(CQlsSettings& store, const wchar_t* section, const wchar_t* entry, RWWString* value,
+                       const wchar_t* defaultValue) {
+    return ReadRegistrySetting(store, section, entry, value, defaultValue);
+}
 
 CQlsSettings::CQlsSettings()
     : state_(ql::FailureIfThrown(nullptr, [] { return std::make_shared<LockedSettings>(); })) {}
@@ -203,17 +213,17 @@ bool CQlsSettings::ClearSetting(QlSetting setting) {
 
 bool CQlsSettings::GetRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool* value,
                                      bool defaultValue) {
-    return ReadRegistrySetting(*this, section, entry, value, defaultValue);
+    return GetRegistrySetting(*this, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetRegIntSetting(const wchar_t* section, const wchar_t* entry, int* value,
                                     int defaultValue) {
-    return ReadRegistrySetting(*this, section, entry, value, defaultValue);
+    return GetRegistrySetting(*this, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::GetRegStrSetting(const wchar_t* section, const wchar_t* entry, RWWString* value,
                                     const wchar_t* defaultValue) {
-    return ReadRegistrySetting(*this, section, entry, value, defaultValue);
+    return GetRegistrySetting(*this, section, entry, value, defaultValue);
 }
 
 bool CQlsSettings::SetRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool value) {

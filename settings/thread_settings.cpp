@@ -145,15 +145,18 @@ std::shared_ptr<CQlsSettings> StoreToRead(ThreadRecord* record) {
 }
 
 // Calls a member on the store that the calling thread reads; false when there is none.
+template <class Reader, class... Arguments>
+bool AskThreadStore(Reader reader, Arguments... arguments) {
+    ThreadRecord* const record = g_table.Record();
+    if (record && record->version == g_table.version)
+        return record->store && std::invoke(reader, *record->store, arguments...);
+    const auto store = StoreToRead(record);
+    return store && std::invoke(reader, *store, arguments...);
+}
+
 template <class... Parameters, class... Arguments>
 bool ReadFromThreadStore(bool (CQlsSettings::*member)(Parameters...), Arguments... arguments) {
-    return ql::FailureIfThrown(false, [&] {
-        ThreadRecord* const record = g_table.Record();
-        if (record && record->version == g_table.version)
-            return record->store && (*record->store.*member)(arguments...);
-        const auto store = StoreToRead(record);
-        return store && (*store.*member)(arguments...);
-    });
+    return ql::FailureIfThrown(false, [&] { return AskThreadStore(member, arguments...); });
 }
 
 // Calls a member on the store that the calling thread writes.
@@ -240,6 +243,11 @@ void ql::WritePreference(const wchar_t* section, const wchar_t* entry, int value
 
 void ql::WritePreference(const wchar_t* section, const wchar_t* entry, bool value) {
     WriteDefaultAndThread(&CQlsSettings::SetRegBoolSetting, section, entry, value);
+}
+
+bool ql::ReadThreadText(const wchar_t* section, const wchar_t* entry, RWWString* value,
+                        const wchar_t* defaultValue) {
+    return AskThreadStore(ql::ReadStoreText, section, entry, value, defaultValue);
 }
 
 bool ql::HasSettingsStores() {

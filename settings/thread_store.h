@@ -14,6 +14,10 @@ void WritePreference(const wchar_t* section, const wchar_t* entry, const wchar_t
 void WritePreference(const wchar_t* section, const wchar_t* entry, int value);
 void WritePreference(const wchar_t* section, const wchar_t* entry, bool value);
 
+// CQlsSettings::GetThreadRegStrSetting, but throwing when memory ends.
+bool ReadThreadText(const wchar_t* section, const wchar_t* entry, RWWString* value,
+                    const wchar_t* defaultValue);
+
 // Whether there are stores to ask: not before CQlsSettings::Initialize, and not after Uninitialize.
 bool HasSettingsStores();
 

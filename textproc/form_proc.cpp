@@ -4,11 +4,13 @@
 #include <iterator>
 
 #include "platform/failure.h"
-#include "prefs/directories.h"
+#include "prefs/known_directory.h"
 #include "settings/preference_keys.h"
+#include "settings/preference_texts.h"
 #include "settings/preferences.h"
 #include "text/blanks.h"
 #include "text/characters.h"
+#include "textproc/template_directory.h"
 
 namespace {
 
@@ -85,18 +87,6 @@ constexpr bool Handles(const Processor& processor, FileType kind) {
     return kind > FT_NONE && kind < 32 && (processor.handles & (1U << kind)) != 0;
 }
 
-bool IsInstalled(const Processor& processor) {
-    return !GetFormProcTmplDir(processor.number).isNull();
-}
-
-// The first processor in the order of preference that fits and is installed.
-template <class Fits>
-FormProc FirstInstalled(Fits fits) {
-    const auto row =
-        std::ranges::find_if(kProcessors, [&](const Processor& p) { return fits(p) && IsInstalled(p); });
-    return row != std::end(kProcessors) ? row->number : FP_NONE;
-}
-
 RWWString WithBackslash(RWWString directory) {
     if (!directory.isNull() && directory[directory.length() - 1] != L'\\') directory.append(L'\\');
     return directory;
@@ -107,8 +97,25 @@ RWWString SectionOf(FormProc processor) {
 }
 
 RWWString ProfileDirectory(FormProc processor, const wchar_t* entry) {
-    const RWWString directory = GetQLProfileDir(SectionOf(processor).data(), entry);
+    const RWWString directory = ql::PreferenceDirectory(SectionOf(processor).data(), entry);
     return RWWString(ql::WithoutBlanks(directory));
+}
+
+bool IsInstalled(const Processor& processor) {
+    return !ql::TemplateDirectoryOf(processor.number).isNull();
+}
+
+// The first processor in the order of preference that fits and is installed.
+template <class Fits>
+FormProc FirstInstalled(Fits fits) {
+    const auto row =
+        std::ranges::find_if(kProcessors, [&](const Processor& p) { return fits(p) && IsInstalled(p); });
+    return row != std::end(kProcessors) ? row->number : FP_NONE;
+}
+
+template <class Fits>
+FormProc FirstInstalledOrNone(Fits fits) noexcept {
+    return ql::FailureIfThrown(FP_NONE, [&] { return FirstInstalled(fits); });
 }
 
 struct DocumentKind {
@@ -169,40 +176,45 @@ FileType GetTextFileType(FormProc processor) noexcept {
 }
 
 RWWString GetFormProcTmplDir(FormProc processor) {
+    return ql::FailureIfThrown({}, [&] { return ql::TemplateDirectoryOf(processor); });
+}
+
+RWWString ql::TemplateDirectoryOf(FormProc processor) {
     const Processor& known = Find(processor);
     if (known.number == FP_NONE) return {};
-    return ql::FailureIfThrown({}, [&] {
-        return WithBackslash(known.family == Family::Own
-                                 ? CQlDir::GetDirectory(TemplateDirectory)
-                                 : ProfileDirectory(processor, QLIE_TEMPLATE_FILES_DIR));
-    });
+    return WithBackslash(known.family == Family::Own ? ql::KnownDirectory(TemplateDirectory)
+                                                     : ProfileDirectory(processor, QLIE_TEMPLATE_FILES_DIR));
 }
 
 RWWString GetFormProcDocDir(FormProc processor) {
     const Processor& known = Find(processor);
     if (known.number == FP_NONE) return {};
     return ql::FailureIfThrown({}, [&] {
-        RWWString directory = known.family == Family::Own ? CQlDir::GetDirectory(FormDocumentDirectory)
+        RWWString directory = known.family == Family::Own ? ql::KnownDirectory(FormDocumentDirectory)
                                                           : ProfileDirectory(processor, QLIE_DOC_DIR);
-        if (directory.isNull()) directory = CQlDir::GetDirectory(PersonalDocumentsDirectory);
+        if (directory.isNull()) directory = ql::KnownDirectory(PersonalDocumentsDirectory);
         return WithBackslash(std::move(directory));
     });
 }
 
 FormProc GetMSWordVersion() {
-    return FirstInstalled([](const Processor& p) { return p.family == Family::Word; });
+    return FirstInstalledOrNone([](const Processor& p) { return p.family == Family::Word; });
 }
 
 FormProc GetWordPerfectVersion() {
-    return FirstInstalled([](const Processor& p) { return p.family == Family::WordPerfect; });
+    return FirstInstalledOrNone([](const Processor& p) { return p.family == Family::WordPerfect; });
 }
 
 FormProc GetInstalledTextFormProc() {
-    return FirstInstalled(IsTextProcessor);
+    return FirstInstalledOrNone(IsTextProcessor);
 }
 
 FormProc GetDefaultTextFormProc() {
-    const RWWString name = GetQLRegString(QLIS_WORD_PROC, QLIE_DEF_WP, nullptr);
+    return ql::FailureIfThrown(FP_NONE, ql::DefaultTextProcessor);
+}
+
+FormProc ql::DefaultTextProcessor() {
+    const RWWString name = ql::PreferenceText(QLIS_WORD_PROC, QLIE_DEF_WP);
     const auto row = std::ranges::find_if(kProcessors, [&](const Processor& p) {
         return IsTextProcessor(p) && ql::EqualIgnoringCase(p.name, name);
     });
@@ -225,8 +237,12 @@ FormProc GetFormProcFromVerStr(const wchar_t* version) {
 }
 
 FormProc GetFormProcType(FileType kind) {
+    return ql::FailureIfThrown(FP_NONE, [kind] { return ql::ProcessorOf(kind); });
+}
+
+FormProc ql::ProcessorOf(FileType kind) {
     if (Handles(Find(FP_AUTOMATOR), kind)) return FP_AUTOMATOR;
-    const FormProc usual = GetDefaultTextFormProc();
+    const FormProc usual = ql::DefaultTextProcessor();
     if (Handles(Find(usual), kind)) return usual;
     const FormProc installed =
         FirstInstalled([kind](const Processor& p) { return IsTextProcessor(p) && Handles(p, kind); });

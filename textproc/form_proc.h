@@ -10,8 +10,8 @@
 //
 // Kept on purpose: the Filler answers the Automator's registry class.
 //
-// Safe on any thread; preferences are read as settings/preferences.h tells. Nothing throws: a text for which
-// there is no memory is empty, and its processor not installed.
+// Safe on any thread; preferences are read as settings/preferences.h tells. Nothing throws: when memory ends,
+// a text that was asked for is empty, and a processor FP_NONE.
 
 // The numbers are stored and passed between programs; any other number behaves like FP_NONE.
 enum FormProc : int {

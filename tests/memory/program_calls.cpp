@@ -6,6 +6,7 @@
 #include "prefs/markup_options.h"
 #include "settings/scopes.h"
 #include "tests/memory/failing_memory.h"
+#include "tests/support/private_registry.h"
 #include "tests/zip/members.h"
 #include "textproc/form_proc.h"
 #include "textproc/form_proc_program.h"
@@ -41,6 +42,22 @@ ql::zip::Bytes Written() {
     return output.bytes;
 }
 
+// A whole name, or none: never one by the default of a preference that is set.
+void CompleteByPreferences(Attempt& attempt) {
+    const PrivateRegistry registry;
+    PrivateRegistry::Put(kUser, L"Word Proc", L"Default", L"Word 2010");
+    PrivateRegistry::Put(kUser, L"Word Proc\\Word 2010", L"Template Files", L"W:\\templates of Word");
+    PrivateRegistry::Put(kUser, L"Locations", L"Answer Files", L"A:\\answers of some length");
+    PrivateRegistry::Put(kMachine, L"Locations", L"Location", L"L:\\a shared folder");
+    const QLLibraryScope library;
+    const QLThreadScope thread;
+    for (const RWWString& name : {kRelative, kLocated, kAnswers}) {
+        RWWString full;
+        attempt([&] { full = MakeFullPath(name, nullptr, L"extension").GetCmdLine(); });
+        if (!full.isNull()) EXPECT_EQ(MakeFullPath(name, nullptr, L"extension").GetCmdLine(), full);
+    }
+}
+
 }  // namespace
 
 std::vector<Row> ProgramCalls() {
@@ -52,11 +69,7 @@ std::vector<Row> ProgramCalls() {
                   const FillerCmdSwitchParser filler(kLine);
                   const AutomatorCmdSwitchParser automator(kCommand);
               }),
-        Answers("a template's name completed",
-                [] { return MakeFullPath(kRelative, nullptr, L"extension").GetCmdLine(); }),
-        Answers("a located name completed", [] { return MakeFullPath(kLocated, L"", nullptr).GetCmdLine(); }),
-        Answers("an answer file's line completed",
-                [] { return MakeFullPath(kAnswers, nullptr, nullptr).GetCmdLine(); }),
+        {"names completed", CompleteByPreferences},
         Calls("text processors asked for",
               [] {
                   GetDefaultTextFormProc();
