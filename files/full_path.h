@@ -19,10 +19,8 @@
 QL_API QLCmdLine MakeFullPath(const QLCmdLine& cmdLine, const wchar_t* defaultDir, const wchar_t* defaultExt);
 QL_API QLCmdLine MakeFullPath(const QLFileName& name, const wchar_t* defaultDir, const wchar_t* defaultExt);
 QL_API QLCmdLine MakeFullPath(const RWWString& text, const wchar_t* defaultDir, const wchar_t* defaultExt);
-template <class Text>
-requires std::convertible_to<const Text&, ql::TextView> QLCmdLine MakeFullPath(const Text& text,
-                                                                               const wchar_t* defaultDir,
-                                                                               const wchar_t* defaultExt) {
+template <std::convertible_to<ql::TextView> Text>
+QLCmdLine MakeFullPath(const Text& text, const wchar_t* defaultDir, const wchar_t* defaultExt) {
     return MakeFullPath(QLCmdLine(text), defaultDir, defaultExt);
 }
 
