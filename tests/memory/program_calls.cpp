@@ -2,6 +2,7 @@
 #include "cmdline/server_switch_parsers.h"
 #include "engine/result.h"
 #include "files/full_path.h"
+#include "files/kept_name.h"
 #include "logging/log_line.h"
 #include "prefs/markup_options.h"
 #include "settings/scopes.h"
@@ -70,6 +71,13 @@ std::vector<Row> ProgramCalls() {
                   const AutomatorCmdSwitchParser automator(kCommand);
               }),
         {"names completed", CompleteByPreferences},
+        {"the name of a walked file kept",
+         [](Attempt& attempt) {
+             QLFileName entry, kept;
+             entry.SetEntry(QLFileName(L"C:\\a folder of some length\\"), L"a report of some length.doc#1");
+             attempt([&] { ql::KeepName(kept, entry); });
+             if (!kept.IsNull()) EXPECT_EQ(entry, kept) << "another file, or the folder";
+         }},
         Calls("text processors asked for",
               [] {
                   GetDefaultTextFormProc();
