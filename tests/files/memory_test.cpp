@@ -1,0 +1,72 @@
+// What calls leave on the disk when the heap of the run time refuses one of their allocations: what they
+// claim, and no file of another folder is touched.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "files/backup.h"
+#include "files/directory_iterator.h"
+#include "files/file_stream_buf.h"
+#include "tests/support/test_folder.h"
+
+namespace {
+
+int g_turn = -1;  // of the allocation to refuse, counted down; below 0 for none
+
+void* Allocate(std::size_t size) {
+    return g_turn < 0 || g_turn-- > 0 ? std::malloc(size) : nullptr;
+}
+
+// The run time finds its heap in its table of imported addresses.
+void TakeTheHeapsPlace() {
+    char* const base = reinterpret_cast<char*>(::GetModuleHandleW(L"libstdc++-6.dll"));
+    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
+    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+    const auto& table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
+    void** const first = reinterpret_cast<void**>(base + table.VirtualAddress);
+    const FARPROC heap = ::GetProcAddress(::GetModuleHandleW(L"msvcrt.dll"), "malloc");
+    void** const last = first + table.Size / sizeof(void*);
+    DWORD former = 0;
+    ::VirtualProtect(first, table.Size, PAGE_READWRITE, &former);
+    std::replace(first, last, reinterpret_cast<void*>(heap), reinterpret_cast<void*>(Allocate));
+}
+
+// Both folders hold a letter; the calls are about the other one's.
+TEST(FilesWithoutMemory, TouchNoFileOfTheCurrentFolder) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    const TestFolder current, other;
+    std::filesystem::current_path(current.path());
+    const std::wstring folder = other.path().wstring(), ours = current / L"letter.document";
+    const std::wstring letter = other / L"letter.document", backup = other / L"letter.~document1";
+    const QLFileName name(letter), pattern(other / L"*.document");
+    QLFileName entry;
+    CFileStreamBuf file;
+    // A call, and what it must have answered.
+    const std::pair<std::function<bool()>, std::function<bool()>> rows[] = {
+        {[&] { return DeleteDirAndContents(folder.c_str()), true; }, [&] { return true; }},
+        {[&] { return BackupFile(name, nullptr, 0); }, [&] { return std::filesystem::exists(backup); }},
+        {[&] { return CDirectoryIterator().First(pattern, &entry); }, [&] { return entry == name; }},
+        {[&] { return file.Open(name, OPEN_WRITE); }, [&] { return file.is_open(); }},
+    };
+    TakeTheHeapsPlace();
+    for (const auto& [call, isDone] : rows) {
+        bool isRefused = true, answer = false;
+        for (int turn = 0; isRefused && !HasFailure(); ++turn) {
+            std::filesystem::create_directory(folder);
+            for (const std::wstring& path : {ours, letter}) PutBytes(path, "x");
+            std::filesystem::remove(backup);
+            entry.Reset();
+            g_turn = turn;
+            EXPECT_NO_THROW(answer = call());
+            isRefused = std::exchange(g_turn, -1) < 0;
+            EXPECT_EQ(isDone(), answer) << "allocation " << turn;
+            EXPECT_TRUE(std::filesystem::exists(ours)) << "allocation " << turn;
+            file.Close();
+            EXPECT_TRUE(isRefused || turn > 0) << "nothing was refused";
+        }
+    }
+    std::filesystem::current_path(before);
+}
+
+}  // namespace
