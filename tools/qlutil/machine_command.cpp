@@ -75,7 +75,7 @@ struct Engine {
     int (*load)();
     void (*free)();
 };
-constexpr Engine kEngines[] = {
+const Engine kEngines[] = {
     {L"DZIP32.DLL", Dynazip::IsZipDllLoaded, Dynazip::FreeZipDll},
     {L"DUNZIP32.DLL", Dynazip::IsUnZipDllLoaded, Dynazip::FreeUnZipDll},
 };
