@@ -5,20 +5,18 @@
 #include <string_view>
 
 #include "files/file_removal.h"
-#include "names/required.h"
+#include "names/name_access.h"
 #include "platform/failure.h"
 #include "platform/win32.h"
 
 namespace {
 
 RWWString BackupName(const QLFileName& name, int level) {
-    RWWString extension;
-    if (name.HasExtension() && !name.GetExtension(extension)) throw std::bad_alloc();
+    using Names = ql::NameAccess;
     QLFileName backup(name);
-    ql::RequireWhole(backup, name);
-    const std::wstring_view bare = extension.view().substr(extension.isNull() ? 0 : 1);
-    backup.SetExtension((std::wstring(L"~").append(bare) + std::to_wstring(level)).c_str());
-    return backup.GetPathAndFileName();
+    Names::RequireWhole(backup, name);
+    Names::SetExtension(backup, L'~' + std::wstring(Names::Extension(name)) + std::to_wstring(level));
+    return Names::PathAndFileName(backup);
 }
 
 // What tells one state of a file from another; nothing when there is no file.

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "files/file_removal.h"
-#include "names/required.h"
+#include "names/name_access.h"
 #include "platform/current_directory.h"
 #include "platform/failure.h"
 #include "platform/unique_handle.h"
@@ -26,11 +26,11 @@ struct CDirectoryIterator::Search {
     QLFileName base;  // its path alone counts; read from a text it would be expanded once more
 
     explicit Search(const QLFileName& pattern) : base(pattern) {
-        ql::RequireWhole(base, pattern);
+        ql::NameAccess::RequireWhole(base, pattern);
         if (base.GetScheme().isNull()) base.SetPath(nullptr);  // entries always have a path, if an empty one
     }
     bool Open(const QLFileName& pattern) {
-        handle.reset(::FindFirstFileW(pattern.GetPathAndFileName().data(), &entry));
+        handle.reset(::FindFirstFileW(ql::NameAccess::PathAndFileName(pattern).c_str(), &entry));
         return static_cast<bool>(handle);
     }
     bool Advance() { return ::FindNextFileW(handle.get(), &entry) != FALSE; }
@@ -79,7 +79,7 @@ namespace {
 
 QLStringTable EntriesOf(const QLFileName& directory) {
     QLFileName pattern(directory);
-    ql::RequireWhole(pattern, directory);
+    ql::NameAccess::RequireWhole(pattern, directory);
     pattern.SetFileName(L"*.*");
     QLStringTable entries;
     CDirectoryIterator walk;
