@@ -136,9 +136,10 @@ int WideCharToMultiByte(UINT, DWORD, const wchar_t* text, int length, char* out,
 BOOL GetStringTypeW(DWORD, const wchar_t* text, int length, WORD* classes) {
     for (const wchar_t unit : Counted(text, length)) {
         const auto code = static_cast<wint_t>(unit);
+        const bool isCircled = unit >= L'\u24b6' && unit <= L'\u24e9';  // a letter here, a symbol there
         *classes++ = static_cast<WORD>((iswupper_l(code, UnicodeLocale()) ? C1_UPPER : 0) |
                                        (iswlower_l(code, UnicodeLocale()) ? C1_LOWER : 0) |
-                                       (iswalpha_l(code, UnicodeLocale()) ? C1_ALPHA : 0));
+                                       (iswalpha_l(code, UnicodeLocale()) && !isCircled ? C1_ALPHA : 0));
     }
     return TRUE;
 }

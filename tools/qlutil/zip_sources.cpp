@@ -112,7 +112,9 @@ void Sources::AddFolder(const std::wstring& path, const std::wstring& name) {
     const std::size_t before = all_.size();
     for (const WIN32_FIND_DATAW& entry : *entries) {
         const std::wstring file = Below(path, entry.cFileName);
-        const std::wstring nameOfEntry = (name.empty() ? L"" : name + L'/') + entry.cFileName;
+        std::wstring nameOfEntry = name;
+        if (!name.empty()) nameOfEntry += L'/';
+        nameOfEntry += entry.cFileName;
         const DWORD kind = entry.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT);
         if (!(kind & FILE_ATTRIBUTE_DIRECTORY)) {
             AddFile(file, nameOfEntry);
