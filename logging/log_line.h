@@ -33,8 +33,8 @@ concept QLLoggable =
 // gives "[07/21/26 14:02:33][1234][host.cpp:17]-opened 3 files" and a line feed: the local time of the finish
 // in the form of the C run-time's locale ("%c"; this one is that of "C", as long as the host calls no
 // setlocale), the thread that began the line, the place, the text. A zero within a text is shown as U+2400:
-// outputs take a line up to its first zero. The calling thread's last error stays what it was, so that
-// `<< ::GetLastError()` tells that of the call before the line.
+// outputs take a line up to its first zero. The calling thread's last error stays what it was: a line may
+// tell that of the call before it.
 //
 // Kept on purpose:
 //  - a line without text is not emitted;

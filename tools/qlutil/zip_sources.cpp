@@ -3,11 +3,11 @@
 #include <wchar.h>
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string_view>
 
 #include "files/directory_iterator.h"
-#include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "tools/qlutil/system_reason.h"
 
@@ -38,12 +38,18 @@ std::wstring Below(const std::wstring& folder, const wchar_t* name) {
     return folder + (needsNone ? L"" : L"\\") + name;
 }
 
+struct FindCloser {
+    using pointer = HANDLE;
+    void operator()(HANDLE find) const noexcept { ::FindClose(find); }
+};
+
 // What is in a folder; nothing, and the system's error, where it cannot be listed to its end.
 std::optional<std::vector<WIN32_FIND_DATAW>> EntriesOf(const std::wstring& folder, DWORD& error) {
     std::vector<WIN32_FIND_DATAW> entries;
     WIN32_FIND_DATAW entry;
-    const ql::UniqueFindHandle find(::FindFirstFileW(Below(LiteralPath(folder), L"*").c_str(), &entry));
-    for (BOOL more = find ? TRUE : FALSE; more; more = ::FindNextFileW(find.get(), &entry)) {
+    const HANDLE first = ::FindFirstFileW(Below(LiteralPath(folder), L"*").c_str(), &entry);
+    const std::unique_ptr<HANDLE, FindCloser> find(first != INVALID_HANDLE_VALUE ? first : nullptr);
+    for (BOOL more = find != nullptr; more; more = ::FindNextFileW(first, &entry)) {
         const std::wstring_view name = entry.cFileName;
         if (name != L"." && name != L"..") entries.push_back(entry);
     }
