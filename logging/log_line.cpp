@@ -66,31 +66,33 @@ void AppendAnsi(ql::LineText& text, std::string_view ansi) {
 // for.
 class LineHead {
   public:
+    // A fiber keeps its head when it goes on on another thread.
     void Update() {
-        const DWORD tick = ::GetTickCount();
-        if (tick == tick_ && length_ != 0) return;
-        tick_ = tick;
+        const DWORD tick = ::GetTickCount(), thread = ::GetCurrentThreadId();
+        if (tick == tick_ && thread == thread_) return;
         const __time64_t now = ::_time64(nullptr);
-        if (now != second_) Make(now);
+        if (now != second_ || thread != thread_) Make(now, thread);
+        tick_ = tick;
     }
 
     std::wstring_view Time() const noexcept { return {text_, timeLength_}; }
     std::wstring_view Whole() const noexcept { return {text_, length_}; }
 
   private:
-    void Make(__time64_t second) {
+    void Make(__time64_t second, unsigned long thread) {
         const std::tm* const fields = ::_localtime64(&second);
         timeLength_ = fields ? std::wcsftime(text_, kTimeLength, L"[%c]", fields) : 0;
-        const unsigned long thread = ::GetCurrentThreadId();
         const int added = std::swprintf(text_ + timeLength_, kThreadLength, L"[%lu][", thread);
         length_ = timeLength_ + static_cast<std::size_t>(added);
         second_ = second;
+        thread_ = static_cast<DWORD>(thread);
     }
 
     static constexpr std::size_t kTimeLength = 300;
     static constexpr std::size_t kThreadLength = 16;
 
     DWORD tick_ = 0;
+    DWORD thread_ = 0;  // no thread's number
     __time64_t second_ = -1;
     std::size_t timeLength_ = 0;
     std::size_t length_ = 0;
