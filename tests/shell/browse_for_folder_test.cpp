@@ -17,14 +17,14 @@ namespace {
 constexpr const wchar_t* kTitle = L"Folder for answers";
 
 // Plays the user, on a thread of its own, while this process or another one shows a dialog. What is still
-// open a second after the last act is cancelled, so that a failure does not become a hang.
+// open ten seconds after the last act is cancelled, so that a failure does not become a hang.
 class User {
   public:
     explicit User(std::function<void(User&)> acts, DWORD process = ::GetCurrentProcessId())
         : process_(process), thread_([this, acts = std::move(acts)] {
               acts(*this);
               for (int waited = 0; !done_; waited += 10, ::Sleep(10))
-                  if (waited > 1000) CancelAll();
+                  if (waited > 10'000) CancelAll();
           }) {}
     ~User() {
         done_ = true;
@@ -43,7 +43,7 @@ class User {
     void Press(WORD button) { ::PostMessageW(Folder(), WM_COMMAND, button, 0); }
     // For a press that opens no box; one that does would wait for it.
     void PressAndWait(WORD button) {
-        EXPECT_NE(0, ::SendMessageTimeoutW(Folder(), WM_COMMAND, button, 0, SMTO_NORMAL, 2000, nullptr));
+        EXPECT_NE(0, ::SendMessageTimeoutW(Folder(), WM_COMMAND, button, 0, SMTO_NORMAL, 20'000, nullptr));
     }
     std::wstring Title() { return TextOf(Folder()); }
     // The message of the box that is up, which is closed.
