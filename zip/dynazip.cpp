@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cstdlib>
 #include <iterator>
 #include <optional>
@@ -157,15 +158,35 @@ UNZIPCMDSTRUCT UnzipCommand(UnzipFunction function, const std::string& zipFile) 
     return command;
 }
 
-// Of the thread's last operation.
-thread_local int lastCode = 0;
+// Where each thread keeps the code of its last operation. The compiler's own memory by thread ends the
+// process where there is none left.
+class CodeSlot {
+  public:
+    CodeSlot() noexcept : index_(::TlsAlloc()) {}
+    ~CodeSlot() { ::TlsFree(index_); }
+    CodeSlot(const CodeSlot&) = delete;
+    CodeSlot& operator=(const CodeSlot&) = delete;
+
+    int Set(int code) const noexcept {
+        ::TlsSetValue(index_, reinterpret_cast<void*>(static_cast<std::intptr_t>(code)));
+        return code;
+    }
+    int Get() const noexcept {
+        return static_cast<int>(reinterpret_cast<std::intptr_t>(::TlsGetValue(index_)));
+    }
+
+  private:
+    const DWORD index_;
+};
+
+const CodeSlot g_lastCode;
 
 template <class Proc, class... Argument>
 int Call(Proc engine, Argument... arguments) {
-    return lastCode = engine ? engine(arguments...) : ZIP_ENGINE_NOT_LOADED;
+    return g_lastCode.Set(engine ? engine(arguments...) : ZIP_ENGINE_NOT_LOADED);
 }
 int NotAcceptable() {
-    return lastCode = kNotAcceptable;
+    return g_lastCode.Set(kNotAcceptable);
 }
 
 // The answer of an operation. One that finds no memory has the code that both engines have for that.
@@ -173,14 +194,14 @@ template <class Answer, class Operation>
 Answer Operate(std::type_identity_t<Answer> failure, Operation operation) noexcept {
     static_assert(int{ZIP_NO_MEMORY} == int{UNZIP_NO_MEMORY});
     if (Answer answer{}; ql::Completes([&] { answer = operation(); })) return answer;
-    lastCode = ZIP_NO_MEMORY;
+    g_lastCode.Set(ZIP_NO_MEMORY);
     return failure;
 }
 
 // An engine of another maker cannot do it.
 int CallEach(HMODULE engine, UNZIPCMDSTRUCT& command, ZipMemberProc each, void* userData) {
     const auto proc = Find<DunzipEachProc>(engine, "dunzipeach");
-    if (engine && !proc) return lastCode = UNZIP_BAD_REQUEST;
+    if (engine && !proc) return g_lastCode.Set(UNZIP_BAD_REQUEST);
     return Call(proc, &command, each, userData);
 }
 
@@ -209,13 +230,13 @@ int WalkRecords(const wchar_t* zipFile, ZipMemberProc each, void* userData) {
         const int code = Dynazip::GetIndexedZipInfo(zipFile, index, &info);
         info.szFileName[std::size(info.szFileName) - 1] = info.szDateTime[std::size(info.szDateTime) - 1] =
             '\0';
-        if (code == UNZIP_OUT_OF_BOUNDS) return lastCode = UNZIP_DONE;
+        if (code == UNZIP_OUT_OF_BOUNDS) return g_lastCode.Set(UNZIP_DONE);
         if (code != UNZIP_DONE && code != UNZIP_SKIPPED) return code;
         const std::wstring name = AnsiToRWWString(info.szFileName).str();
         const ZIPMEMBER member = MemberOf(info, index, code, name);
-        if (each(&member, userData) != 0) return lastCode = UNZIP_CANCELLED;
+        if (each(&member, userData) != 0) return g_lastCode.Set(UNZIP_CANCELLED);
     }
-    return lastCode = UNZIP_DONE;
+    return g_lastCode.Set(UNZIP_DONE);
 }
 
 // With an engine that knows no lists. Only such a one can name a member otherwise than its file.
@@ -225,7 +246,7 @@ int AddAlone(const wchar_t* zipFile, const ZIPSOURCE& source, int option) {
     if (source.name && path.substr(last) != source.name) return ZIP_BAD_REQUEST;
     const std::wstring folder = last == 0 ? L"." : path.substr(0, last - 1);
     Dynazip::AddFileToZip(zipFile, folder.c_str(), path.c_str() + last, option);
-    return lastCode;
+    return g_lastCode.Get();
 }
 
 void SetCodes(std::span<ZIPSOURCE> all, int code) {
@@ -547,7 +568,7 @@ int Dynazip::GetIndexedZipInfo(const wchar_t* zipFile, int index, ZIPINFO* info)
 }
 
 int Dynazip::LastEngineCode() {
-    return lastCode;
+    return g_lastCode.Get();
 }
 
 const wchar_t* Dynazip::ZipErrorMsg(int code) {

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <deque>
 #include <filesystem>
 #include <limits>
@@ -101,13 +102,13 @@ struct Wanted {
     }
 };
 
-// What stands in a time's place, in digits.
-struct TimePart {
-    std::size_t at;
-    std::wstring_view least, most;
-};
-constexpr TimePart kTimeParts[] = {
-    {5, L"01", L"12"}, {8, L"01", L"31"}, {11, L"00", L"23"}, {14, L"00", L"59"}, {17, L"00", L"59"}};
+// Of a time in digits, 20261121190857.
+bool IsOfCalendarAndClock(std::int64_t time) {
+    const auto twoDigits = [time](std::int64_t unit) { return static_cast<unsigned>(time / unit % 100); };
+    const std::chrono::year year(static_cast<int>(time / 1'00'00'00'00'00));
+    return (year / twoDigits(1'00'00'00'00) / twoDigits(1'00'00'00)).ok() && twoDigits(1'00'00) < 24 &&
+           twoDigits(1'00) < 60 && twoDigits(1) < 60;
+}
 
 // "2026-11-21T19:08:57"; what is left out at the end is the earliest or the latest there is.
 std::int64_t RequireTime(std::wstring_view text, std::wstring_view name, std::wstring_view leftOut) {
@@ -122,11 +123,8 @@ std::int64_t RequireTime(std::wstring_view text, std::wstring_view name, std::ws
         fits = kForm[i] == L'0' ? isDigit : whole[i] == kForm[i];
         if (isDigit) time = time * 10 + (whole[i] - L'0');
     }
-    fits = fits && std::ranges::all_of(kTimeParts, [&](const TimePart& part) {
-               const std::wstring given = whole.substr(part.at, 2);
-               return part.least <= given && given <= part.most;
-           });
-    if (!fits) throw WrongCall(L"--" + std::wstring(name) + L" must be a time such as 2026-11-21T19:08:57");
+    if (!fits || !IsOfCalendarAndClock(time))
+        throw WrongCall(L"--" + std::wstring(name) + L" must be a time such as 2026-11-21T19:08:57");
     return time;
 }
 

@@ -12,8 +12,7 @@
 
 namespace {
 
-// The longest that the system knows.
-constexpr DWORD kLongestPath = 32768;
+constexpr DWORD kLongestPath = UNICODE_STRING_MAX_CHARS + 1;
 
 // What another command answers when it is called without arguments.
 std::optional<Node> AnswerOf(std::wstring_view name) {

@@ -13,8 +13,7 @@
 
 namespace {
 
-// The longest that the system knows.
-constexpr DWORD kLongestPath = 32768;
+constexpr DWORD kLongestPath = UNICODE_STRING_MAX_CHARS + 1;
 
 std::wstring LastPart(const std::wstring& path) {
     return path.substr(path.find_last_of(L"\\/:") + 1);
