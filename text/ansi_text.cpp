@@ -5,8 +5,12 @@
 #endif
 
 #include <algorithm>
+#include <array>
 #include <climits>
+#include <memory>
+#include <numeric>
 #include <string_view>
+#include <utility>
 
 #include "platform/failure.h"
 #include "platform/win32.h"
@@ -69,18 +73,102 @@ std::size_t Convert(std::wstring_view text, char* bytes, std::size_t room) {
         static_cast<int>(std::min<std::size_t>(room, INT_MAX)), DefaultCharacter(), nullptr));
 }
 
+int ConvertBack(std::string_view bytes, wchar_t* units) {
+    const int length = static_cast<int>(bytes.size());
+    return ::MultiByteToWideChar(CP_ACP, 0, bytes.data(), length, units, length);
+}
+
+#ifdef _WIN32
+constexpr bool kPageStays = true;
+#else
+constexpr bool kPageStays = false;  // tests change it
+#endif
+
+// The ANSI code page as tables, where a character is one byte: the system takes every unit and byte for
+// itself there, and several times as long. Surrogates are left to it.
+class OneBytePage {
+  public:
+    // Null where characters may have several bytes, or there was no memory at the first call.
+    static const OneBytePage* OfProcess() noexcept {
+        if (!kPageStays) return nullptr;
+        static const std::unique_ptr<const OneBytePage> page = Make();
+        return page.get();
+    }
+
+    char Narrow(wchar_t unit) const noexcept { return narrow_[static_cast<char16_t>(unit)]; }
+    wchar_t Widen(char byte) const noexcept { return wide_[static_cast<unsigned char>(byte)]; }
+
+  private:
+    static constexpr std::size_t kUnits = 0x10000, kBytes = 0x100, kFirstSurrogate = 0xD800,
+                                 kPastSurrogates = 0xE000;
+
+    static std::unique_ptr<const OneBytePage> Make() noexcept {
+        return ql::FailureIfThrown(nullptr, []() -> std::unique_ptr<const OneBytePage> {
+            CPINFO info = {};
+            if (!::GetCPInfo(CP_ACP, &info) || info.MaxCharSize != 1) return nullptr;
+            auto page = std::make_unique<OneBytePage>();
+            return page->Fill() ? std::move(page) : nullptr;
+        });
+    }
+
+    bool Fill() {
+        std::wstring units(kUnits, L'\0');
+        std::iota(units.begin(), units.end(), L'\0');
+        std::string bytes(kBytes, '\0');
+        std::iota(bytes.begin(), bytes.end(), '\0');
+        const auto narrow = [&](std::size_t from, std::size_t to) {
+            return Convert(std::wstring_view(units).substr(from, to - from), &narrow_[from], to - from) ==
+                   to - from;
+        };
+        return narrow(0, kFirstSurrogate) && narrow(kPastSurrogates, kUnits) &&
+               ConvertBack(bytes, wide_.data()) == int{kBytes};
+    }
+
+    std::array<char, kUnits> narrow_{};
+    std::array<wchar_t, kBytes> wide_{};
+};
+
+constexpr bool IsAscii(char32_t unit) {
+    return unit < 0x80;
+}
+
+// How much of the text's start is converted without the system.
+std::size_t Narrow(std::wstring_view text, char* bytes) {
+    std::size_t at = NarrowAscii(text, bytes);
+    const OneBytePage* const page = at < text.size() ? OneBytePage::OfProcess() : nullptr;
+    const auto isInPage = [&] {
+        return at < text.size() && !IsAscii(text[at]) && !ql::IsSurrogate(text[at]);
+    };
+    while (page && isInPage()) {
+        for (; isInPage(); ++at) bytes[at] = page->Narrow(text[at]);
+        at += NarrowAscii(text.substr(at), bytes + at);
+    }
+    return at;
+}
+
+std::size_t Widen(std::string_view text, wchar_t* units) {
+    std::size_t at = WidenAscii(text, units);
+    const OneBytePage* const page = at < text.size() ? OneBytePage::OfProcess() : nullptr;
+    while (page && at < text.size()) {
+        for (; at < text.size() && !IsAscii(static_cast<unsigned char>(text[at])); ++at)
+            units[at] = page->Widen(text[at]);
+        at += WidenAscii(text.substr(at), units + at);
+    }
+    return at;
+}
+
 // A byte a unit is enough, but for texts of many-byte code pages: only those are measured.
 std::string ToAnsi(std::wstring_view text) {
     std::string bytes(text.size(), '\0');
-    const std::size_t ascii = NarrowAscii(text, bytes.data());
-    text.remove_prefix(ascii);
+    const std::size_t done = Narrow(text, bytes.data());
+    text.remove_prefix(done);
     if (text.empty()) return bytes;
-    std::size_t written = Convert(text, bytes.data() + ascii, text.size());
+    std::size_t written = Convert(text, bytes.data() + done, text.size());
     if (written == 0 && ::GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
-        bytes.resize(ascii + Convert(text, nullptr, 0));
-        written = Convert(text, bytes.data() + ascii, bytes.size() - ascii);
+        bytes.resize(done + Convert(text, nullptr, 0));
+        written = Convert(text, bytes.data() + done, bytes.size() - done);
     }
-    bytes.resize(written == 0 ? 0 : ascii + written);
+    bytes.resize(written == 0 ? 0 : done + written);
     return bytes;
 }
 
@@ -88,13 +176,12 @@ std::string ToAnsi(std::wstring_view text) {
 bool AppendWide(std::string_view text, std::wstring& out) {
     const std::size_t start = out.size();
     out.resize(start + text.size());
-    const std::size_t ascii = WidenAscii(text, out.data() + start);
-    text.remove_prefix(ascii);
+    const std::size_t done = Widen(text, out.data() + start);
+    text.remove_prefix(done);
     if (text.empty()) return true;
     if (text.size() > INT_MAX) return false;
-    const int room = static_cast<int>(text.size());
-    const int written = ::MultiByteToWideChar(CP_ACP, 0, text.data(), room, out.data() + start + ascii, room);
-    out.resize(start + ascii + static_cast<std::size_t>(written));
+    const int written = ConvertBack(text, out.data() + start + done);
+    out.resize(start + done + static_cast<std::size_t>(written));
     return written != 0;
 }
 
@@ -119,9 +206,9 @@ std::size_t FindZero(std::string_view text) {
 // Between zeros alone, so that none ends a character of several bytes.
 std::wstring ToWideByChunks(std::string_view text) {
     std::wstring wide(text.size(), L'\0');
-    const std::size_t ascii = WidenAscii(text, wide.data());
-    wide.resize(ascii);
-    for (std::string_view rest = text.substr(ascii); !rest.empty();) {
+    const std::size_t done = Widen(text, wide.data());
+    wide.resize(done);
+    for (std::string_view rest = text.substr(done); !rest.empty();) {
         const std::size_t zero = FindZero(rest);
         if (!AppendWide(rest.substr(0, zero), wide)) return {};
         if (zero == std::string_view::npos) break;

@@ -32,7 +32,25 @@ TEST(AnsiText, KeepsAsciiOfAnyLengthAndCountedZeros) {
     EXPECT_TRUE(MakeRWTStringAnsiOnly(nullptr).isNull());
 }
 
-#ifndef _WIN32
+#ifdef _WIN32
+// In the midst of a text each has what the system makes of it alone.
+TEST(AnsiText, ConvertsEveryUnitAndEveryByteAsTheSystemDoes) {
+    for (unsigned unit = 1; unit <= 0xFFFF; ++unit) {
+        const auto wide = static_cast<wchar_t>(unit);
+        char alone[8] = {};
+        ::WideCharToMultiByte(CP_ACP, 0, &wide, 1, alone, sizeof alone, nullptr, nullptr);
+        const std::wstring text = {L'a', wide, wide, L'z'};
+        ASSERT_EQ("a"s + alone + alone + "z", WideToStdString(text)) << unit;
+    }
+    std::string bytes = "every byte with its zero:";
+    for (int byte = -128; byte <= 127; ++byte) bytes += static_cast<char>(byte);
+    std::wstring wide(bytes.size(), L'\0');
+    const int size = static_cast<int>(bytes.size());
+    wide.resize(
+        static_cast<std::size_t>(::MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, wide.data(), size)));
+    EXPECT_EQ(wide, RWCStringToRWWString(bytes).str());
+}
+#else
 TEST(AnsiText, PagesOfManyBytesAreConvertedWholeAndCountedByCharacters) {
     const std::wstring text = L"sixteen ASCII units, then \u3042\u6f22 and a zero";
     for (const auto& [page, most] :
