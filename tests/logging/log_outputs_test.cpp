@@ -104,8 +104,10 @@ TEST_F(RollingFile, StartsWithItsHeaderAndEndsEachEntryWithStars) {
     Rolling output(file_, 0);
     output.Put(L"first\n");
     output.Put(L"");
-    wchar_t os[256];
+    wchar_t os[256], cut[] = L"xxxx";
     GetOSDescription(os, 256);
+    GetOSDescription(cut, 3);
+    EXPECT_EQ((std::wstring{os[0], os[1], L'\0', L'x'}), std::wstring(cut, 4));
     const std::string bytes = BytesOf(file_),
                       start = kMark + "#Software: Soft\r\n#Version: 1.2\r\n#Build date: today\r\n#OS: " +
                               std::string(os, os + std::wcslen(os)) + "\r\n#Username: ";

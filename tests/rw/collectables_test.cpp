@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <map>
 #include <memory>
 #include <random>
 #include <sstream>
@@ -138,8 +139,11 @@ TEST(Collectables, CompareAndCopyWithinTheirClass) {
     ofWideA.append(&wideA);
     const std::initializer_list<const RWCollectable*> kDifferent = {
         &upper, &a, &zero, &wideUpper, &wideA, &plain, &none, &ofA, &ofWideA, &dictionary};
+    std::map<RWClassId, std::string> classes;
     for (const RWCollectable* object : kDifferent) {
         SCOPED_TRACE(typeid(*object).name());
+        EXPECT_EQ(typeid(*object).name(),
+                  classes.try_emplace(object->isA(), typeid(*object).name()).first->second);
         const std::unique_ptr<RWCollectable> copy(object->copy()), fresh(object->newSpecies());
         for (const RWCollectable* other : {copy.get(), fresh.get()}) {
             EXPECT_STREQ(typeid(*object).name(), typeid(*other).name());
