@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <climits>
 #include <memory>
 #include <numeric>
@@ -28,41 +29,35 @@ const char* DefaultCharacter() {
     return isOwn ? nullptr : "?";
 }
 
-// ASCII is the same in every ANSI code page, and most texts are nothing else: it is moved sixteen units at a
-// time. Each answers how much of the text's start it converted.
-std::size_t NarrowAscii(std::wstring_view text, char* bytes) {
-    std::size_t at = 0;
 #ifdef _WIN32
-    for (; text.size() - at >= 16; at += 16) {
-        const auto* units = reinterpret_cast<const __m128i*>(text.data() + at);
-        const __m128i low = _mm_loadu_si128(units);
-        const __m128i high = _mm_loadu_si128(units + 1);
-        const __m128i beyond = _mm_and_si128(_mm_or_si128(low, high), _mm_set1_epi16(-0x80));
-        if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, _mm_setzero_si128())) != 0xFFFF) break;
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes + at), _mm_packus_epi16(low, high));
-    }
-#endif
-    for (; at < text.size() && static_cast<char32_t>(text[at]) < 0x80; ++at) {
-        bytes[at] = static_cast<char>(text[at]);
-    }
-    return at;
+constexpr std::size_t kBlock = 16;
+
+// ASCII is the same in every ANSI code page, and most texts hold little else: each moves a block of it, and
+// answers a bit for each unit that is no ASCII and was not converted.
+unsigned MoveAsciiBlock(const wchar_t* units, char* bytes) {
+    const auto* const from = reinterpret_cast<const __m128i*>(units);
+    const __m128i low = _mm_loadu_si128(from), high = _mm_loadu_si128(from + 1);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), _mm_packus_epi16(low, high));
+    const auto isAscii = [](__m128i eight) {
+        return _mm_cmpeq_epi16(_mm_and_si128(eight, _mm_set1_epi16(-0x80)), _mm_setzero_si128());
+    };
+    return 0xFFFFu ^ static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(isAscii(low), isAscii(high))));
 }
 
-std::size_t WidenAscii(std::string_view text, wchar_t* units) {
-    std::size_t at = 0;
-#ifdef _WIN32
-    for (; text.size() - at >= 16; at += 16) {
-        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
-        if (_mm_movemask_epi8(bytes) != 0) break;
-        auto* const out = reinterpret_cast<__m128i*>(units + at);
-        _mm_storeu_si128(out, _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
-        _mm_storeu_si128(out + 1, _mm_unpackhi_epi8(bytes, _mm_setzero_si128()));
-    }
+unsigned MoveAsciiBlock(const char* bytes, wchar_t* units) {
+    const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+    auto* const to = reinterpret_cast<__m128i*>(units);
+    _mm_storeu_si128(to, _mm_unpacklo_epi8(block, _mm_setzero_si128()));
+    _mm_storeu_si128(to + 1, _mm_unpackhi_epi8(block, _mm_setzero_si128()));
+    return static_cast<unsigned>(_mm_movemask_epi8(block));
+}
 #endif
-    for (; at < text.size() && static_cast<unsigned char>(text[at]) < 0x80; ++at) {
-        units[at] = static_cast<wchar_t>(text[at]);
-    }
-    return at;
+
+bool IsAscii(wchar_t unit) {
+    return static_cast<char32_t>(unit) < 0x80;
+}
+bool IsAscii(char byte) {
+    return static_cast<unsigned char>(byte) < 0x80;
 }
 
 // The number of bytes: written, or needed when there is no room to write to; 0 when the system refuses.
@@ -128,33 +123,46 @@ class OneBytePage {
     std::array<wchar_t, kBytes> wide_{};
 };
 
-constexpr bool IsAscii(char32_t unit) {
-    return unit < 0x80;
+// Converts ASCII, and with `convertOther(i)` what else the text holds, until that cannot. Answers how far it
+// came.
+template <class Char, class ToChar, class Other>
+std::size_t ConvertStart(std::basic_string_view<Char> text, ToChar* out, Other convertOther) {
+    std::size_t at = 0;
+#ifdef _WIN32
+    for (; text.size() - at >= kBlock; at += kBlock) {
+        for (unsigned others = MoveAsciiBlock(text.data() + at, out + at); others != 0;
+             others &= others - 1) {
+            const std::size_t i = at + static_cast<std::size_t>(std::countr_zero(others));
+            if (!convertOther(i)) return i;
+        }
+    }
+#endif
+    for (; at < text.size(); ++at) {
+        if (IsAscii(text[at])) {
+            out[at] = static_cast<ToChar>(text[at]);
+        } else if (!convertOther(at)) {
+            break;
+        }
+    }
+    return at;
 }
 
 // How much of the text's start is converted without the system.
 std::size_t Narrow(std::wstring_view text, char* bytes) {
-    std::size_t at = NarrowAscii(text, bytes);
-    const OneBytePage* const page = at < text.size() ? OneBytePage::OfProcess() : nullptr;
-    const auto isInPage = [&] {
-        return at < text.size() && !IsAscii(text[at]) && !ql::IsSurrogate(text[at]);
-    };
-    while (page && isInPage()) {
-        for (; isInPage(); ++at) bytes[at] = page->Narrow(text[at]);
-        at += NarrowAscii(text.substr(at), bytes + at);
-    }
-    return at;
+    return ConvertStart(text, bytes, [&](std::size_t i) {
+        const OneBytePage* const page = OneBytePage::OfProcess();
+        if (!page || ql::IsSurrogate(text[i])) return false;
+        bytes[i] = page->Narrow(text[i]);
+        return true;
+    });
 }
 
 std::size_t Widen(std::string_view text, wchar_t* units) {
-    std::size_t at = WidenAscii(text, units);
-    const OneBytePage* const page = at < text.size() ? OneBytePage::OfProcess() : nullptr;
-    while (page && at < text.size()) {
-        for (; at < text.size() && !IsAscii(static_cast<unsigned char>(text[at])); ++at)
-            units[at] = page->Widen(text[at]);
-        at += WidenAscii(text.substr(at), units + at);
-    }
-    return at;
+    return ConvertStart(text, units, [&](std::size_t i) {
+        const OneBytePage* const page = OneBytePage::OfProcess();
+        if (page) units[i] = page->Widen(text[i]);
+        return page != nullptr;
+    });
 }
 
 // A byte a unit is enough, but for texts of many-byte code pages: only those are measured.
@@ -192,11 +200,11 @@ std::wstring ToWide(std::string_view text) {
 
 // Zeros are rare: a block without any is passed over in a few steps, which a search byte by byte is not.
 std::size_t FindZero(std::string_view text) {
-    constexpr std::size_t kBlock = 64;
+    constexpr std::size_t kStretch = 64;
     std::size_t at = 0;
-    for (; text.size() - at >= kBlock; at += kBlock) {
+    for (; text.size() - at >= kStretch; at += kStretch) {
         unsigned char found = 0;
-        for (std::size_t i = at; i < at + kBlock; ++i)
+        for (std::size_t i = at; i < at + kStretch; ++i)
             found = static_cast<unsigned char>(found | (text[i] == '\0'));
         if (found) break;
     }
