@@ -8,10 +8,8 @@
 #include <array>
 #include <bit>
 #include <climits>
-#include <memory>
 #include <numeric>
 #include <string_view>
-#include <utility>
 
 #include "platform/failure.h"
 #include "platform/win32.h"
@@ -86,8 +84,9 @@ class OneBytePage {
     // Null where characters may have several bytes, or there was no memory at the first call.
     static const OneBytePage* OfProcess() noexcept {
         if (!kPageStays) return nullptr;
-        static const std::unique_ptr<const OneBytePage> page = Make();
-        return page.get();
+        static constinit OneBytePage page;  // never destroyed: texts are converted until the process is gone
+        static const bool isFilled = ql::FailureIfThrown(false, [] { return page.Fill(); });
+        return isFilled ? &page : nullptr;
     }
 
     char Narrow(wchar_t unit) const noexcept { return narrow_[static_cast<char16_t>(unit)]; }
@@ -97,16 +96,9 @@ class OneBytePage {
     static constexpr std::size_t kUnits = 0x10000, kBytes = 0x100, kFirstSurrogate = 0xD800,
                                  kPastSurrogates = 0xE000;
 
-    static std::unique_ptr<const OneBytePage> Make() noexcept {
-        return ql::FailureIfThrown(nullptr, []() -> std::unique_ptr<const OneBytePage> {
-            CPINFO info = {};
-            if (!::GetCPInfo(CP_ACP, &info) || info.MaxCharSize != 1) return nullptr;
-            auto page = std::make_unique<OneBytePage>();
-            return page->Fill() ? std::move(page) : nullptr;
-        });
-    }
-
     bool Fill() {
+        CPINFO info = {};
+        if (!::GetCPInfo(CP_ACP, &info) || info.MaxCharSize != 1) return false;
         std::wstring units(kUnits, L'\0');
         std::iota(units.begin(), units.end(), L'\0');
         std::string bytes(kBytes, '\0');
