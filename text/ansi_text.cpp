@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <bit>
 #include <climits>
 #include <numeric>
@@ -20,11 +21,16 @@ namespace {
 // Null where the code page's own default character is "?", which is nearly everywhere: with a character of
 // the caller's the system converts several times slower, and for UTF-8 not at all.
 const char* DefaultCharacter() {
-    static const bool isOwn = [] {
+    enum : int { kUnknown, kOwn, kOther };
+    // Each thread that comes before it is known asks: none waits for one that may have ended meanwhile.
+    static constinit std::atomic<int> known = kUnknown;
+    if (known == kUnknown) {
         CPINFO info = {};
-        return ::GetCPInfo(CP_ACP, &info) && info.DefaultChar[0] == '?' && info.DefaultChar[1] == 0;
-    }();
-    return isOwn ? nullptr : "?";
+        const bool isOwn =
+            ::GetCPInfo(CP_ACP, &info) && info.DefaultChar[0] == '?' && info.DefaultChar[1] == 0;
+        known = isOwn ? kOwn : kOther;
+    }
+    return known == kOwn ? nullptr : "?";
 }
 
 #ifdef _WIN32
@@ -81,12 +87,19 @@ constexpr bool kPageStays = false;  // tests change it
 // itself there, and several times as long. Surrogates are left to it.
 class OneBytePage {
   public:
-    // Null where characters may have several bytes, or there was no memory at the first call.
+    // Null where characters may have several bytes, where there was no memory at the first call, and until
+    // that has filled the tables: nobody waits for a thread that may have ended meanwhile. They stay until
+    // the process is gone, since texts are converted as long.
     static const OneBytePage* OfProcess() noexcept {
-        if (!kPageStays) return nullptr;
-        static constinit OneBytePage page;  // never destroyed: texts are converted until the process is gone
-        static const bool isFilled = ql::FailureIfThrown(false, [] { return page.Fill(); });
-        return isFilled ? &page : nullptr;
+        enum State { kNew, kTaken, kFilled };
+        static constinit OneBytePage page;
+        static constinit std::atomic<State> state = kNew;
+        State now = state.load(std::memory_order_acquire);
+        if (kPageStays && now == kNew && state.compare_exchange_strong(now, kTaken) &&
+            ql::FailureIfThrown(false, [] { return page.Fill(); })) {
+            state = now = kFilled;
+        }
+        return now == kFilled ? &page : nullptr;
     }
 
     char Narrow(wchar_t unit) const noexcept { return narrow_[static_cast<char16_t>(unit)]; }
