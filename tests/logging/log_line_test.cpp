@@ -42,6 +42,13 @@ std::wstring Printed(Number... numbers) {
     return lines.at(0).substr(std::wcslen(L"[:0]-"));
 }
 
+#ifdef _WIN32
+// A fiber that goes back to the last visitor after each line.
+void WINAPI LogForever(void* visitor) {
+    for (;; ::SwitchToFiber(*static_cast<void**>(visitor))) QLLogLine(QLLOG_INFO) << L"x";
+}
+#endif
+
 }  // namespace
 
 TEST(LogLine, EndsWithItsStatementAndFindsItsPlaceItself) {
@@ -66,6 +73,26 @@ TEST(LogLine, TellsTheTimeOfItsEnd) {
     });
     EXPECT_NE(lines[0].substr(0, lines[0].find(L']')), lines[1].substr(0, lines[1].find(L']')));
 }
+
+#ifdef _WIN32
+TEST(LogLine, TellsTheThreadThatAFiberRunsOn) {
+    void* back = nullptr;
+    void* const fiber = ::CreateFiber(0, LogForever, &back);
+    std::vector<std::wstring> threads;
+    const auto visit = [&] {
+        threads.push_back(L"][" + std::to_wstring(::GetCurrentThreadId()) + L"][");
+        back = ::ConvertThreadToFiber(nullptr);
+        ::SwitchToFiber(fiber);
+        ::ConvertFiberToThread();
+    };
+    const Calls lines = CallsDuring(QLLOG_INFO, [&] {
+        visit();
+        std::thread(visit).join();
+    });
+    ::DeleteFiber(fiber);
+    for (const std::size_t i : {0u, 1u}) EXPECT_NE(std::wstring::npos, lines[i].find(threads[i])) << lines[i];
+}
+#endif
 
 TEST(LogLine, HoldsPlaceAndTextsOfEveryKindInTheirOrder) {
     wchar_t writable[] = L"l";
