@@ -92,12 +92,11 @@ Token Lexer::String() {
 // Takes the units up to the closing quote, which take no more room decoded.
 bool Lexer::Decode(const wchar_t* closing, wchar_t* out) {
     wchar_t* const first = out;
-    while (next_ != closing) {
-        if (*next_ != L'\\') {
-            *out++ = *next_++;
-        } else if (!DecodeEscape(closing, out)) {
-            return false;
-        }
+    const auto isEscape = [](auto unit) { return unit == Unit{'\\'}; };
+    for (;;) {
+        next_ = CopyToSpecial(next_, closing, out, isEscape);
+        if (next_ == closing) break;
+        if (!DecodeEscape(closing, out)) return false;
     }
     text_ = {first, static_cast<std::size_t>(out - first)};
     arena_.Trim(first, text_.size() * sizeof(wchar_t));

@@ -1,5 +1,9 @@
 #pragma once
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -54,6 +58,18 @@ constexpr wchar_t LookUp(const AsciiTable& table, wchar_t unit) {
 using Block = Unit __attribute__((vector_size(16)));
 inline constexpr std::ptrdiff_t kBlockUnits = sizeof(Block) / sizeof(Unit);
 
+// The place of the first unit that the comparison answered with all bits set, or kBlockUnits.
+inline std::ptrdiff_t FirstOf(Block special) noexcept {
+#ifdef __SSE2__
+    const auto bytes = static_cast<unsigned>(_mm_movemask_epi8(std::bit_cast<__m128i>(special)));
+    return bytes == 0 ? kBlockUnits : std::countr_zero(bytes) / static_cast<std::ptrdiff_t>(sizeof(Unit));
+#else
+    std::ptrdiff_t first = 0;
+    while (first < kBlockUnits && special[first] == 0) ++first;
+    return first;
+#endif
+}
+
 // The first unit of [from, end) that `isSpecial`, or the end. The predicate is given a Unit, and answers
 // whether it is special, or a Block, and answers with all bits of each special one set.
 template <class Predicate>
@@ -61,10 +77,27 @@ const wchar_t* FindSpecial(const wchar_t* from, const wchar_t* end, Predicate is
     for (; end - from >= kBlockUnits; from += kBlockUnits) {
         Block block;
         std::memcpy(&block, from, sizeof(block));
-        const auto special = std::bit_cast<std::array<std::uint64_t, 2>>(isSpecial(block));
-        if (special[0] | special[1]) break;
+        const std::ptrdiff_t plain = FirstOf(std::bit_cast<Block>(isSpecial(block)));
+        if (plain < kBlockUnits) return from + plain;
     }
     while (from != end && !isSpecial(static_cast<Unit>(*from))) ++from;
+    return from;
+}
+
+// The same, and copies what comes before it to `out`, which moves on. There is room for all of [from, end).
+template <class Predicate>
+const wchar_t* CopyToSpecial(const wchar_t* from, const wchar_t* end, wchar_t*& out, Predicate isSpecial) {
+    for (; end - from >= kBlockUnits; from += kBlockUnits, out += kBlockUnits) {
+        Block block;
+        std::memcpy(&block, from, sizeof(block));
+        std::memcpy(out, &block, sizeof(block));
+        const std::ptrdiff_t plain = FirstOf(std::bit_cast<Block>(isSpecial(block)));
+        if (plain < kBlockUnits) {
+            out += plain;
+            return from + plain;
+        }
+    }
+    while (from != end && !isSpecial(static_cast<Unit>(*from))) *out++ = *from++;
     return from;
 }
 

@@ -25,14 +25,13 @@ class Output {
     void Put(wchar_t unit) { *Claim(1) = unit; }
     void Put(std::string_view ascii) { std::copy(ascii.begin(), ascii.end(), Claim(ascii.size())); }
 
-    void Put(std::wstring_view text) {
-        if (text.size() <= kSmall) {
-            std::copy(text.begin(), text.end(), Claim(text.size()));
-        } else {
-            Flush();
-            text_.append(text);
-        }
+    // Room for at most kMost units: what is written there is taken up to the end that is told.
+    static constexpr std::size_t kMost = 2048;
+    wchar_t* Room(std::size_t count) {
+        if (static_cast<std::size_t>(std::end(block_) - next_) < count) Flush();
+        return next_;
     }
+    void TakeUpTo(wchar_t* end) { next_ = end; }
 
     void Repeat(std::size_t count, wchar_t unit) {
         Flush();
@@ -45,22 +44,35 @@ class Output {
     }
 
   private:
-    static constexpr std::size_t kSmall = 512;  // at least the longest number
-
-    // Room for a small piece.
     wchar_t* Claim(std::size_t count) {
-        if (static_cast<std::size_t>(std::end(block_) - next_) < count) Flush();
-        return std::exchange(next_, next_ + count);
+        wchar_t* const room = Room(count);
+        TakeUpTo(room + count);
+        return room;
     }
 
     void Flush() { text_.append(block_, std::exchange(next_, block_)); }
 
     std::wstring text_;
-    wchar_t block_[4 * kSmall];
+    wchar_t block_[kMost];
     wchar_t* next_ = block_;
 };
 
 constexpr char kHexDigits[] = "0123456789abcdef";
+
+constexpr std::size_t kLongestEscape = std::string_view("\\u0000").size();
+
+// The end of what was written.
+wchar_t* WriteEscaped(wchar_t unit, wchar_t* out) {
+    *out++ = L'\\';
+    if (const wchar_t letter = LookUp(kLetterOfUnit, unit)) {
+        *out++ = letter;
+        return out;
+    }
+    *out++ = L'u';
+    for (int shift = 12; shift >= 0; shift -= 4)
+        *out++ = static_cast<wchar_t>(kHexDigits[unit >> shift & 0xF]);
+    return out;
+}
 
 template <class Unit>
 constexpr std::basic_string_view<Unit> View(const Unit* begin, const Unit* end) {
@@ -112,7 +124,7 @@ class Writer {
     void BreakLine();
     void Number(double number);
     void Quoted(std::wstring_view text);
-    void Escaped(wchar_t unit);
+    wchar_t* WriteQuoted(std::wstring_view text, wchar_t* out) const;
 
     Output output_;
     std::vector<Frame> frames_;                 // the containers that are open, outermost first
@@ -198,31 +210,30 @@ void Writer::Number(double number) {
     output_.Put(text == "-0" ? "0" : text);
 }
 
+// Piece by piece, so that each has room however much of it is escaped.
 void Writer::Quoted(std::wstring_view text) {
-    const auto isSpecial = [lastPlain = lastPlain_](auto unit) {
-        return (unit < Unit{' '}) | (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{'/'}) |
-               (unit > lastPlain);
-    };
+    constexpr std::size_t kPiece = Output::kMost / kLongestEscape;
     output_.Put(L'"');
-    const wchar_t* next = text.data();
-    const wchar_t* const end = next + text.size();
-    while (next != end) {
-        const wchar_t* const special = FindSpecial(next, end, isSpecial);
-        output_.Put(View(next, special));
-        next = special;
-        if (next != end) Escaped(*next++);
+    for (; !text.empty(); text.remove_prefix(std::min(kPiece, text.size()))) {
+        const std::wstring_view piece = text.substr(0, kPiece);
+        output_.TakeUpTo(WriteQuoted(piece, output_.Room(piece.size() * kLongestEscape)));
     }
     output_.Put(L'"');
 }
 
-void Writer::Escaped(wchar_t unit) {
-    if (const wchar_t letter = LookUp(kLetterOfUnit, unit)) {
-        output_.Put(L'\\');
-        return output_.Put(letter);
+// The end of what was written.
+wchar_t* Writer::WriteQuoted(std::wstring_view text, wchar_t* out) const {
+    const auto isSpecial = [lastPlain = lastPlain_](auto unit) {
+        return (unit < Unit{' '}) | (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{'/'}) |
+               (unit > lastPlain);
+    };
+    const wchar_t* next = text.data();
+    const wchar_t* const end = next + text.size();
+    for (;;) {
+        next = CopyToSpecial(next, end, out, isSpecial);
+        if (next == end) return out;
+        out = WriteEscaped(*next++, out);
     }
-    output_.Put("\\u");
-    for (int shift = 12; shift >= 0; shift -= 4)
-        output_.Put(static_cast<wchar_t>(kHexDigits[unit >> shift & 0xF]));
 }
 
 AssertionHandler SetAssertionHandler(AssertionHandler handler) noexcept {
