@@ -65,11 +65,8 @@ void TokenString::NewDelims(ql::TextView delimiters) {
         RWWString others;
         for (const wchar_t unit : delimiters) {
             const auto code = static_cast<char32_t>(unit);
-            if (code < ascii.size()) {
-                ascii[code] = true;
-            } else {
-                others.append(unit);
-            }
+            if (code < ascii.size()) ascii[code] = true;
+            if (code >= ascii.size()) others.append(unit);
         }
         asciiDelimiters_ = ascii;
         otherDelimiters_ = std::move(others);

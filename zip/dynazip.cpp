@@ -168,6 +168,7 @@ class CodeSlot {
     CodeSlot& operator=(const CodeSlot&) = delete;
 
     int Set(int code) const noexcept {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): what a slot holds
         ::TlsSetValue(index_, reinterpret_cast<void*>(static_cast<std::intptr_t>(code)));
         return code;
     }
@@ -247,6 +248,11 @@ int AddAlone(const wchar_t* zipFile, const ZIPSOURCE& source, int option) {
     const std::wstring folder = last == 0 ? L"." : path.substr(0, last - 1);
     Dynazip::AddFileToZip(zipFile, folder.c_str(), path.c_str() + last, option);
     return g_lastCode.Get();
+}
+
+void AddEachAlone(const wchar_t* zipFile, std::span<ZIPSOURCE> files, int option) {
+    for (ZIPSOURCE& file : files)
+        file.code = ql::FailureIfThrown(int{ZIP_NO_MEMORY}, [&] { return AddAlone(zipFile, file, option); });
 }
 
 void SetCodes(std::span<ZIPSOURCE> all, int code) {
@@ -420,14 +426,10 @@ long Dynazip::AddFilesToZip(const wchar_t* zipFile, ZIPSOURCE* files, int count,
         command.compFactor = option;
         command.lpMajorStatus = progress.proc;
         command.lpMajorUserData = progress.userData;
-        const auto filesProc = Find<DzipFilesProc>(dzipDll, "dzipfiles");
-        if (filesProc) {
-            Call(filesProc, &command, acceptable.data(), static_cast<std::int32_t>(acceptable.size()));
+        if (const auto addFiles = Find<DzipFilesProc>(dzipDll, "dzipfiles")) {
+            Call(addFiles, &command, acceptable.data(), static_cast<std::int32_t>(acceptable.size()));
         } else {
-            for (ZIPSOURCE& file : acceptable) {
-                file.code =
-                    ql::FailureIfThrown(int{ZIP_NO_MEMORY}, [&] { return AddAlone(zipFile, file, option); });
-            }
+            AddEachAlone(zipFile, acceptable, option);
         }
         return TakeCodes(all, acceptable);
     });

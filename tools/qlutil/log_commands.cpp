@@ -104,7 +104,7 @@ struct Wanted {
 
 // Of a time in digits, 20261121190857.
 bool IsOfCalendarAndClock(std::int64_t time) {
-    const auto twoDigits = [time](std::int64_t unit) { return static_cast<unsigned>(time / unit % 100); };
+    const auto twoDigits = [time](std::int64_t unit) { return static_cast<int>(time / unit % 100); };
     const std::chrono::year year(static_cast<int>(time / 1'00'00'00'00'00));
     return (year / twoDigits(1'00'00'00'00) / twoDigits(1'00'00'00)).ok() && twoDigits(1'00'00) < 24 &&
            twoDigits(1'00) < 60 && twoDigits(1) < 60;

@@ -93,6 +93,7 @@ List Engines() {
 }
 
 BOOL CALLBACK AddMonitor(HMONITOR, HDC, RECT* place, LPARAM list) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the system's way of handing it
     reinterpret_cast<List*>(list)->push_back(
         Record{{L"left", static_cast<int>(place->left)},
                {L"top", static_cast<int>(place->top)},
