@@ -44,10 +44,11 @@ void CheckPart(Text part, std::vector<std::wstring>& problems) {
     if (IsDevice(part)) problems.push_back(Quoted(part) + L" is a device, not a file");
     if (part.ends_with(L' ') || part.ends_with(L'.'))
         problems.push_back(L"blanks and dots at the end of a name are lost: " + Quoted(part));
-    if (part.size() > kMostOfAPart)
+    if (part.size() > kMostOfAPart) {
         problems.push_back(L"a part of " + std::to_wstring(part.size()) +
                            L" characters is too long; at most " + std::to_wstring(kMostOfAPart) +
                            L" are kept");
+    }
 }
 
 }  // namespace
@@ -68,9 +69,10 @@ std::vector<std::wstring> ProblemsOf(const QLFileName& name) {
     if (!name.GetTail().empty())
         problems.push_back(Quoted(name.GetTail()) + L" is taken for the tail of a web name and left out");
     const std::size_t length = name.GetPathAndFileName().size();
-    if (length > kMostOfAPath)
+    if (length > kMostOfAPath) {
         problems.push_back(L"a path of " + std::to_wstring(length) +
                            L" characters is too long for most programs, which take " +
                            std::to_wstring(kMostOfAPath));
+    }
     return problems;
 }

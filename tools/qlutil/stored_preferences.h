@@ -15,6 +15,7 @@ struct Preference {
     const wchar_t* sectionText() const { return section.data(); }
     const wchar_t* entryText() const { return entry.data(); }
     std::wstring Name() const { return section.str() + L" / " + entry.str(); }
+    // NOLINTNEXTLINE(modernize-use-nullptr): what the compiler makes of it
     auto operator<=>(const Preference&) const = default;
 };
 

@@ -62,9 +62,10 @@ constexpr unsigned kMonths = 12;
 std::wstring WhyNoDate(const DateFields& fields) {
     const auto& [day, month, year] = fields;
     const std::wstring order = L"; a date is read as day, month, year";
-    if (year < RWDate::kFirstYear || year > RWDate::kLastYear)
+    if (year < RWDate::kFirstYear || year > RWDate::kLastYear) {
         return L"the year " + std::to_wstring(year) + L" is not one of " +
                std::to_wstring(RWDate::kFirstYear) + L" to " + std::to_wstring(RWDate::kLastYear) + order;
+    }
     if (month < 1 || month > kMonths) return L"there is no month " + std::to_wstring(month) + order;
     return L"month " + std::to_wstring(month) + L" of " + std::to_wstring(year) + L" has days 1 to " +
            std::to_wstring(RWDate::daysInMonth(month, static_cast<int>(year))) + order;
@@ -116,9 +117,10 @@ Answer DateDiff(const Arguments& arguments) {
     const CDate dates[] = {DateOf(fields[0]), DateOf(fields[1])};
     Record record = {{L"result", dates[0].Difference(dates[1], RequireUnit(arguments[2])).GetDouble()}};
     for (std::size_t i = 0; i < std::size(dates); ++i) {
-        if (dates[i].DayNumber() == 0)
+        if (dates[i].DayNumber() == 0) {
             return Answer(std::move(record),
                           std::wstring(arguments[i]) + L" is not a date: " + WhyNoDate(fields[i]));
+        }
     }
     return record;
 }

@@ -256,9 +256,10 @@ struct Listing {
 
 int QL_ZIP_CALL ListMember(const ZIPMEMBER* member, void* listing) {
     auto& all = *static_cast<Listing*>(listing);
-    if (member->code != UNZIP_DONE)
+    if (member->code != UNZIP_DONE) {
         AddFault(all.faults,
                  L"member " + std::to_wstring(member->index) + L" is beyond what the engine can tell");
+    }
     all.size += member->size;
     all.packedSize += member->packedSize;
     all.members.push_back({*member, member->name, member->ansiName, member->dateTime});
@@ -330,6 +331,7 @@ Answer Extract(const Arguments& arguments, Progress& progress) {
     std::vector<std::wstring> names;
     for (std::size_t i = 1; i + 1 < arguments.count(); ++i) names.emplace_back(arguments[i]);
     std::vector<const wchar_t*> pointers;
+    pointers.reserve(names.size());
     for (const std::wstring& name : names) pointers.push_back(name.c_str());
     ZipExtraction what;
     what.names = pointers.data();
@@ -394,9 +396,10 @@ Answer Comment(const Arguments& arguments, Progress& progress) {
     if (arguments.count() > 1) {
         progress.Now(L"commenting " + archive);
         const int code = Dynazip::SetComment(archive.c_str(), std::wstring(arguments[1]).c_str());
-        if (code != kYes)
+        if (code != kYes) {
             return Answer::Failure(L"cannot set the comment of " + archive + L": " +
                                    ChangeReason(archive, Dynazip::LastEngineCode()));
+        }
         comment = Dynazip::GetComment(archive.c_str());
     }
     return Record{{L"comment", comment}};
