@@ -22,12 +22,16 @@ SIZED = re.compile(r"(.+)/(?:\w+:)?(\d+)$")
 
 
 def read_works(output):
-    """The implementations of each work with their nanoseconds, in the order in which they ran."""
+    """The implementations of each work with their nanoseconds, in the order in which they ran. Natively a work is
+    another one: it has other peers, and another system below."""
     works = {}
+    suffix = ""
     for line in output.splitlines():
+        if line.startswith("== "):
+            suffix = ", natively" if line.endswith(", natively") else ""
         cells = [cell.strip() for cell in line.split(" | ")]
         if len(cells) == 4 and re.fullmatch(r"[\d.]+", cells[2]):
-            works.setdefault(cells[0], []).append((cells[1], float(cells[2])))
+            works.setdefault(cells[0] + suffix, []).append((cells[1], float(cells[2])))
     return works
 
 
