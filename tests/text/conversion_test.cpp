@@ -39,8 +39,13 @@ TEST(AnsiText, ConvertsEveryUnitAndEveryByteAsTheSystemDoes) {
         const auto wide = static_cast<wchar_t>(unit);
         char alone[8] = {};
         ::WideCharToMultiByte(CP_ACP, 0, &wide, 1, alone, sizeof alone, nullptr, nullptr);
-        const std::wstring text = {L'a', wide, wide, L'z'};
-        ASSERT_EQ("a"s + alone + alone + "z", WideToStdString(text)) << unit;
+        const std::size_t before = unit % 16,
+                          behind = 15 - before;  // at each place of a block, and in the rest
+        const std::wstring text =
+            std::wstring(before, L'a') + wide + std::wstring(behind, L'b') + wide + L'z';
+        ASSERT_EQ(std::string(before, 'a') + alone + std::string(behind, 'b') + alone + "z",
+                  WideToStdString(text))
+            << unit;
     }
     std::string bytes = "every byte with its zero:";
     for (int byte = -128; byte <= 127; ++byte) bytes += static_cast<char>(byte);

@@ -202,10 +202,10 @@ class Killed(InFolder):
         self.assertEqual(self.call(*call), 0)
         took = time.monotonic() - began
         yield
-        for time_of_kill in range(self.TIMES):
+        for turn in range(self.TIMES):
             prepare()
             process = start(call[0], windows_path(self.archive), *call[1:], cwd=self.tree)
-            time.sleep(took * (time_of_kill + random.random()) / self.TIMES)
+            time.sleep(took * (turn + random.random()) / self.TIMES)
             process.kill()
             process.communicate(timeout=60)
             yield
@@ -224,7 +224,7 @@ class Killed(InFolder):
                     kept += now == old
                     # What a kill in the last step may leave stays until the next call.
                     self.assertEqual(self.beside(lambda name: not name.startswith("~ql")), ["made.zip", "tree"])
-                self.assertGreater(kept, 0, "each kill came too late to prove anything")
+                self.assertGreater(kept, self.TIMES // 4, "most kills came too late to prove anything")
                 self.archive.write_bytes(old)
                 self.assertEqual(self.call(*call), 0)
                 self.assertEqual(self.beside(), ["made.zip", "tree"])
