@@ -87,18 +87,14 @@ const wchar_t* FindSpecial(const wchar_t* from, const wchar_t* end, Predicate is
 // The same, and copies what comes before it to `out`, which moves on. There is room for all of [from, end).
 template <class Predicate>
 const wchar_t* CopyToSpecial(const wchar_t* from, const wchar_t* end, wchar_t*& out, Predicate isSpecial) {
-    for (; end - from >= kBlockUnits; from += kBlockUnits, out += kBlockUnits) {
-        Block block;
-        std::memcpy(&block, from, sizeof(block));
-        std::memcpy(out, &block, sizeof(block));
-        const std::ptrdiff_t plain = FirstOf(std::bit_cast<Block>(isSpecial(block)));
-        if (plain < kBlockUnits) {
-            out += plain;
-            return from + plain;
-        }
-    }
-    while (from != end && !isSpecial(static_cast<Unit>(*from))) *out++ = *from++;
-    return from;
+    wchar_t* place = out;
+    const wchar_t* const found = FindSpecial(from, end, [&](auto units) {
+        std::memcpy(place, &units, sizeof(units));
+        place += sizeof(units) / sizeof(Unit);
+        return isSpecial(units);
+    });
+    out += found - from;
+    return found;
 }
 
 }  // namespace JSON
