@@ -48,16 +48,44 @@ void AppendFloat(ql::LineText& text, Float number) {
     AppendNumber(text, number, std::chars_format::general, kStreamPrecision);
 }
 
-// Every ANSI code page of the system begins with ASCII; most texts are no more than that.
-void AppendAnsi(ql::LineText& text, std::string_view ansi) {
-    const std::size_t before = text.size();
-    if (AppendAscii(text, ansi)) return;
-    text.CutTo(before);
+// Neither a text's zero nor a byte that must be converted.
+constexpr bool IsAsciiByte(char byte) {
+    return static_cast<signed char>(byte) > 0;
+}
+
+// Appends the ASCII that a text begins with. The answer is where that ends: the text's zero, or what must be
+// converted. Counting a text's length first would cost as much again.
+const char* AppendAsciiOf(ql::LineText& text, const char* narrow) {
+    constexpr std::size_t kStretch = 64;
+    for (;;) {
+        wchar_t* const wide = text.Extend(kStretch);
+        std::size_t count = 0;
+        for (; count < kStretch && IsAsciiByte(narrow[count]); ++count) wide[count] = narrow[count];
+        text.CutTo(text.size() - kStretch + count);
+        narrow += count;
+        if (count < kStretch) return narrow;
+    }
+}
+
+void AppendConverted(ql::LineText& text, std::string_view ansi) {
     const ql::LastErrorKept lastError;
     const int length = static_cast<int>(ansi.size());
     const int units = ::MultiByteToWideChar(CP_ACP, 0, ansi.data(), length, nullptr, 0);
     wchar_t* const wide = text.Extend(static_cast<std::size_t>(units));
     ::MultiByteToWideChar(CP_ACP, 0, ansi.data(), length, wide, units);
+}
+
+// Every ANSI code page of the system begins with ASCII; most texts are no more than that.
+void AppendAnsi(ql::LineText& text, std::string_view ansi) {
+    const std::size_t before = text.size();
+    if (AppendAscii(text, ansi)) return;
+    text.CutTo(before);
+    AppendConverted(text, ansi);
+}
+
+void AppendAnsi(ql::LineText& text, const char* ansi) {
+    const char* const rest = AppendAsciiOf(text, ansi);
+    if (*rest) AppendConverted(text, rest);
 }
 
 // How a thread's lines begin: the bracketed time, the thread's number and the bracket that opens the place.
@@ -149,9 +177,11 @@ class CurrentHead {
 };
 
 const char* FileNameAlone(const char* path) noexcept {
-    const std::string_view text = path ? path : "";
-    const std::size_t separator = text.find_last_of("\\/");
-    return separator == std::string_view::npos ? path : path + separator + 1;
+    const char* name = path;
+    for (const char* at = path; at && *at; ++at) {
+        if (*at == '\\' || *at == '/') name = at + 1;
+    }
+    return name;
 }
 
 }  // namespace
@@ -208,7 +238,8 @@ QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(std::string_view ansi) 
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const char* text) noexcept {
-    return text ? *this << std::string_view(text) : *this;
+    if (!text) return *this;
+    return Add([text](ql::LineText& line) { AppendAnsi(line, text); });
 }
 
 QLLoggerLevelInserter& QLLoggerLevelInserter::operator<<(const std::string& text) noexcept {
