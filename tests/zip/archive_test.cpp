@@ -166,6 +166,37 @@ TEST(Archive, ArchivesThatLieDoNotOpenAndMembersThatLieAreNotRead) {
     }
 }
 
+// It counts while its check sum is that of the name that it stands beside.
+TEST(Archive, TheSecondFormOfANameInALocalHeaderTellsThatNameToo) {
+    const std::string name = "a.txt";
+    const Bytes plain = Written({{name, "hello"}}, "");
+    const struct {
+        const char* what;
+        std::string path;
+        std::uint32_t sumDelta;
+        Result result;
+    } cases[] = {{"the same", name, 0, Result::kOk},
+                 {"another", "b.txt", 0, Result::kInvalid},
+                 {"of a former name", "b.txt", 1, Result::kOk}};
+    for (const auto& c : cases) {
+        const auto sum = static_cast<std::uint32_t>(
+            crc32(0, reinterpret_cast<const Bytef*>(name.data()), static_cast<uInt>(name.size())));
+        Bytes field(9);
+        Put16(field.data(), kExtraUnicodePath);
+        Put16(&field[2], 5 + static_cast<std::uint32_t>(c.path.size()));
+        field[4] = 1;
+        Put32(&field[5], sum + c.sumDelta);
+        Append(field, Bytes(c.path.begin(), c.path.end()));
+        Bytes bytes = plain;
+        Put16(&bytes[local::kExtraSize], static_cast<std::uint32_t>(field.size()));
+        bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(kLocalSize + name.size()), field.begin(),
+                     field.end());
+        std::uint8_t& offset = bytes[bytes.size() - kEndSize + end::kOffset];
+        offset = static_cast<std::uint8_t>(offset + field.size());
+        EXPECT_EQ(c.result, Read(bytes, 0)) << c.what;
+    }
+}
+
 // Behind the archive itself, behind bytes that follow it, and behind a comment that takes it in; each also
 // where it misses the end of the file by a byte.
 TEST(Archive, TwoEndsAreOneTooManyButOtherBytesBehindTheEndAreAccepted) {
