@@ -46,7 +46,7 @@ class ArchiveWriter {
   private:
     struct Member {
         NewEntry entry;
-        bool isWide = false;  // the local header has room for sizes of 64 bits
+        bool isWide;  // the local header has room for sizes of 64 bits
         bool isBegun = false;
         std::uint64_t offset = 0, size = 0, packedSize = 0;
         std::uint32_t crc = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 
 #include "platform/export.h"
@@ -24,7 +25,7 @@ inline constexpr std::size_t kFloatFormatWholeChars = 1 + 1 + 309 + 102 + 1 + 1;
 // The characters, terminator included, that no number formatted with so many places exceeds: 417 for 2
 // places.
 constexpr std::size_t FloatFormatBufferChars(short places) noexcept {
-    return kFloatFormatWholeChars + (places > 0 ? static_cast<std::size_t>(places) : 0);
+    return kFloatFormatWholeChars + static_cast<std::size_t>(std::max<short>(places, 0));
 }
 
 // Cuts (or rounds, half away from zero) a number to so many decimals in a way that forgives the small error

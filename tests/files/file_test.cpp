@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <sstream>
 
 #include "files/file_header.h"
 #include "files/file_stream_buf.h"
 #include "rw/file.h"
+#include "rw/virtual_streams.h"
 #include "tests/support/open_file.h"
 #include "tests/support/test_folder.h"
 
@@ -136,19 +138,33 @@ TEST_F(Files, ShareAsTheirFlagsSay) {
 }
 
 TEST_F(Files, HeadersAreTheirBytes) {
-    FILE_HEADER header, back = {};
+    FILE_HEADER header;
     for (unsigned char i = 0; i < sizeof header.bytes; ++i) header.bytes[i] = i;
+    std::memcpy(header.bytes, "\r\n\x1a", 3);  // none of which a text has
+    const std::string bytes(reinterpret_cast<const char*>(header.bytes), 128);
     {
         RWFile file(path_.c_str(), L"w+b");
         EXPECT_TRUE(WriteHeader(file, header));
     }
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(header.bytes), 128), BytesOf(path_));
+    EXPECT_EQ(bytes, BytesOf(path_));
     RWFile file(path_.c_str(), L"rb");
-    EXPECT_FALSE(ReadHeader(file, nullptr));
-    EXPECT_TRUE(ReadHeader(file, &back)) << "where it was";
-    EXPECT_EQ(0, std::memcmp(&header, &back, sizeof header));
-    EXPECT_FALSE(ReadHeader(file, &back)) << "at the end";
+    CFileStreamBuf buffer;
+    ASSERT_TRUE(buffer.Open(Name(path_), OPEN_READ));
+    RWBufferIstream stream(buffer);
+    const auto isRead = [&header](auto& from) {
+        FILE_HEADER back = {};
+        EXPECT_FALSE(ReadHeader(from, nullptr));
+        EXPECT_TRUE(ReadHeader(from, &back)) << "where it was";
+        EXPECT_EQ(0, std::memcmp(&header, &back, sizeof header));
+        EXPECT_FALSE(ReadHeader(from, &back)) << "at the end";
+    };
+    isRead(file);
+    isRead(stream);
     EXPECT_FALSE(WriteHeader(file, header)) << "opened for reading";
+    std::stringbuf text;
+    RWBufferOstream out(text);
+    EXPECT_TRUE(WriteHeader(out, header));
+    EXPECT_EQ(bytes, text.str());
 }
 
 using StreamBuf = Files;
