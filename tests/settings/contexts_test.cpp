@@ -203,6 +203,27 @@ TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {
     EXPECT_EQ(L"", text);
 }
 
+TEST_F(Contexts, AnAbsentSettingIsFalseZeroOrNullWhereNoDefaultIsGiven) {
+    bool flags[] = {true, true, true};
+    int numbers[] = {1, 1, 1};
+    RWWString texts[] = {L"a", L"a", L"a"};
+    Settings store;
+    store.GetRegBoolSetting(L"Absent", L"Bool", &flags[0]);
+    store.GetRegIntSetting(L"Absent", L"Int", &numbers[0]);
+    store.GetRegStrSetting(L"Absent", L"Text", &texts[0]);
+    Settings::GetThreadRegBoolSetting(L"Absent", L"Bool", &flags[1]);
+    Settings::GetThreadRegIntSetting(L"Absent", L"Int", &numbers[1]);
+    Settings::GetThreadRegStrSetting(L"Absent", L"Text", &texts[1]);
+    Settings::GetDefRegBoolSetting(L"Absent", L"Other bool", &flags[2]);
+    Settings::GetDefRegIntSetting(L"Absent", L"Other int", &numbers[2]);
+    Settings::GetDefRegStrSetting(L"Absent", L"Other text", &texts[2]);
+    for (const std::size_t i : {0u, 1u, 2u}) {
+        EXPECT_FALSE(flags[i]) << i;
+        EXPECT_EQ(0, numbers[i]) << i;
+        EXPECT_TRUE(texts[i].isNull()) << i;
+    }
+}
+
 // --- many threads
 
 // Waits for all of so many threads, again and again. (The library's barrier loses wake-ups on this target.)
