@@ -130,13 +130,14 @@ TEST_F(RollingFile, ContinuesAFileThatHasContent) {
 }
 
 TEST_F(RollingFile, RollsWhenPositionAndLengthExceedTheLimitOfAtLeastAThousand) {
-    PutBytes(file_, std::string(900, 'o'));
-    Rolling output(file_, 1, 500);
-    output.Put(std::wstring(100, L'\x20AC'));  // 1000 by characters, more by bytes
-    EXPECT_FALSE(std::filesystem::exists(backup_));
-    output.Put(L"y");
-    EXPECT_EQ(std::string(900, 'o'), BytesOf(backup_).substr(0, 900));
-    EXPECT_TRUE(BytesOf(file_).ends_with("\r\ny" + kStars + "\r\n"));
+    for (const std::size_t length : {100u, 101u}) {
+        PutBytes(file_, std::string(900, 'o'));
+        Rolling output(file_, 1, 500);
+        output.Put(std::wstring(length, L'\x20AC'));  // counted by characters, not by its bytes
+        EXPECT_EQ(length > 100, std::filesystem::exists(backup_)) << length;
+    }
+    EXPECT_EQ(std::string(900, 'o'), BytesOf(backup_));
+    EXPECT_TRUE(BytesOf(file_).ends_with("\u20AC" + kStars + "\r\n"));
 }
 
 TEST_F(RollingFile, WithoutBackupsIsEmptiedAndTakesTheNewHeaderTexts) {
