@@ -62,8 +62,10 @@ TEST(StringTable, FindsTheFirstEqualEntry) {
     EXPECT_EQ(2, table.Index(L"ABC", false));
     EXPECT_EQ(3, table.Index(L"\u00c4", true));
     EXPECT_EQ(-1, table.Index(L"\u00c4", false));
-    for (const bool ignoringCase : {true, false})
+    for (const bool ignoringCase : {true, false}) {
+        EXPECT_EQ(0, table.Index(L"ab", ignoringCase));
         EXPECT_EQ(4, table.Index(RWWString(L"ab\0c"s), ignoringCase));
+    }
 }
 
 TEST(StringTable, CopiesAreEqualAndApart) {
