@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -97,8 +98,12 @@ bool WriteBinaryFile(std::wstring_view path, std::string_view bytes, std::wstrin
     return false;
 }
 
+// The C library takes every device for one, and then writes character by character.
 bool IsTerminal(Stream stream) {
-    return ::_isatty(::_fileno(FileOf(stream))) != 0;
+    const std::intptr_t handle = ::_get_osfhandle(::_fileno(FileOf(stream)));
+    DWORD mode = 0;
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): that is how the C library tells handles
+    return ::GetConsoleMode(reinterpret_cast<HANDLE>(handle), &mode) != FALSE;
 }
 
 bool WriteToStream(Stream stream, std::wstring_view text) {

@@ -17,4 +17,4 @@ bool WriteBinaryFile(std::wstring_view path, std::string_view bytes,
 // Writes UTF-8 to standard output or standard error, to a console as the text it is.
 enum class Stream { kOutput, kError };
 bool WriteToStream(Stream stream, std::wstring_view text);
-bool IsTerminal(Stream stream);
+bool IsTerminal(Stream stream);  // no other device is one
