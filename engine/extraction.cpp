@@ -55,9 +55,9 @@ Extraction::Extraction(const UNZIPCMDSTRUCT& command, const ExtractionSource& so
 
 void Extraction::Run() {
     for (const Entry* entry : members_) {
-        isLeftOut_ = false;
-        const Result result = ResultOf([&] { One(*entry); });
-        each_(*entry, isLeftOut_ ? Result::kSkipped : result);
+        bool isLeftOut = false;
+        const Result result = ResultOf([&] { isLeftOut = !One(*entry); });
+        each_(*entry, isLeftOut ? Result::kSkipped : result);
         Require(result == Result::kOk || IsOfOneMember(result), result);
         Note(result);
     }
@@ -68,21 +68,22 @@ void Extraction::Note(Result result) {
     if (worst_ == Result::kOk || (worst_ == Result::kSkipped && result != Result::kOk)) worst_ = result;
 }
 
-void Extraction::One(const Entry& entry) {
+bool Extraction::One(const Entry& entry) {
     progress_.Begin(AnsiFromUtf8(entry.name), entry.size);
-    if (command_.testFlag) return Test(entry);
+    if (command_.testFlag) return Test(entry), true;
     Require(!(entry.attributes & kVolumeLabel), Result::kVolumeLabel);
     const std::string name = UsedName(entry);
     Require(IsSafeEntryName(name), Result::kUnsafeName);
     const std::wstring target = TargetOf(name);
-    if (entry.isFolder) return NeedFolder(target);
+    if (entry.isFolder) return NeedFolder(target), true;
     const std::u32string file = refusesSameName_ ? Folded(name) : std::u32string();
     if (refusesSameName_) RequireOwn(file, entry);
     const auto former = FileFacts(target, Result::kCannotCreate);
-    isLeftOut_ = former ? !MayReplace(entry, *former) : command_.freshenFlag != 0;
-    if (isLeftOut_) return;
+    const bool isWanted = former ? MayReplace(entry, *former) : !command_.freshenFlag;
+    if (!isWanted) return false;
     Write(entry, target, former ? former->dwFileAttributes : kNoFile);
     if (refusesSameName_) written_[file] = Folded(entry.name);
+    return true;
 }
 
 void Extraction::Test(const Entry& entry) {

@@ -40,7 +40,7 @@ class Extraction {
     void Run();
 
   private:
-    void One(const Entry& entry);
+    bool One(const Entry& entry);  // false where the flags leave it out
     void Test(const Entry& entry);
     void Write(const Entry& entry, const std::wstring& target, DWORD formerAttributes);
     std::string UsedName(const Entry& entry) const;
@@ -61,7 +61,6 @@ class Extraction {
     // Files and the members that they were, case aside; only where the same name is refused.
     std::map<std::u32string, std::u32string> written_;
     Result worst_ = Result::kOk;
-    bool isLeftOut_ = false;  // the member at hand, as the flags want it
 };
 
 }  // namespace ql::zip

@@ -18,9 +18,9 @@ DosTime ParseDate(const char* text) {
     const std::string_view date = text ? text : "";
     Require(date.size() == 8 && date[2] == '/' && date[5] == '/', Result::kBadRequest);
     const auto number = [&](std::size_t at) {
-        const char tens = date[at], ones = date[at + 1];
-        Require(tens >= '0' && tens <= '9' && ones >= '0' && ones <= '9', Result::kBadRequest);
-        return (tens - '0') * 10 + (ones - '0');
+        const std::string_view digits = date.substr(at, 2);
+        Require(digits.find_first_not_of("0123456789") == digits.npos, Result::kBadRequest);
+        return (digits[0] - '0') * 10 + (digits[1] - '0');
     };
     const int month = number(0), day = number(3), year = number(6);
     Require(month >= 1 && month <= 12 && day >= 1 && day <= 31, Result::kBadRequest);

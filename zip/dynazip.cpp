@@ -512,7 +512,7 @@ RWWString Dynazip::GetComment(const wchar_t* zipFile) {
         const auto archive = AnsiName(zipFile);
         if (!archive) {
             NotAcceptable();
-            return RWWString();
+            return {};
         }
         // Asking for its size first would trust that the archive stays as it is between the two calls.
         std::string comment(kCommentRoom, '\0');

@@ -49,4 +49,5 @@ TEST(CmdLine, ComparesByTheNameFirstAndAssignsByText) {
     QLCmdLine copy;
     copy = QLCmdLine(QLFileName(L"ftp://srv/a.txt?q"));
     EXPECT_EQ(copy.GetTail(), L"") << "left out of the text";
+    EXPECT_EQ(copy.GetCmdLine(), L"ftp://srv/a.txt");
 }

@@ -183,14 +183,15 @@ TEST_F(Engine, RefusesWhatItDoesNotOffer) {
     WriteFile(Path("a.txt"), "a");
     const auto add = [&] { return ZipCommand(ZIP_ADD, Quoted("a.txt")); };
     const std::pair<ZipFlag, int> numbers[] = {
-        {&ZIPCMDSTRUCT::zipStructSize, 187}, {&ZIPCMDSTRUCT::encryptFlag, 1},
-        {&ZIPCMDSTRUCT::dosifyFlag, 1},      {&ZIPCMDSTRUCT::fixFlag, 1},
-        {&ZIPCMDSTRUCT::compFactor, 10},     {&ZIPCMDSTRUCT::compFactor, -1},
-        {&ZIPCMDSTRUCT::function, 6},        {&ZIPCMDSTRUCT::afterDateFlag, 1}};
-    for (const auto& number : numbers) {
-        const ZIPCMDSTRUCT command = With(add(), &ZIPCMDSTRUCT::lpszDate, "13/01/22");
-        EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(With(command, number.first, number.second))) << &number - numbers;
-    }
+        {&ZIPCMDSTRUCT::zipStructSize, 187}, {&ZIPCMDSTRUCT::encryptFlag, 1}, {&ZIPCMDSTRUCT::dosifyFlag, 1},
+        {&ZIPCMDSTRUCT::fixFlag, 1},         {&ZIPCMDSTRUCT::compFactor, 10}, {&ZIPCMDSTRUCT::compFactor, -1},
+        {&ZIPCMDSTRUCT::function, 6}};
+    for (const auto& number : numbers)
+        EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(With(add(), number.first, number.second))) << &number - numbers;
+    const auto addSince = With(add(), &ZIPCMDSTRUCT::afterDateFlag, 1);
+    for (const char* date : {"13/01/22", "00/01/22", "01/32/22", "01/00/22", "x1/01/22", "01/0x/22",
+                             "01/01-22", "01 01/22", "1/01/22"})
+        EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(With(addSince, &ZIPCMDSTRUCT::lpszDate, date))) << date;
     EXPECT_EQ(ZIP_BAD_COMMENT, Dzip(With(add(), &ZIPCMDSTRUCT::addCommentFlag, 1)));
     EXPECT_EQ(ZIP_MISSING, Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, nullptr)));
     EXPECT_EQ(ZIP_CANNOT_CREATE, Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, "C:\\no such folder\\a.zip")));
