@@ -6,10 +6,13 @@
 #include <limits>
 #include <regex>
 
+#include "logging/line_text.h"
 #include "platform/win32.h"
 #include "tests/logging/recorder.h"
 
 namespace {
+
+using namespace std::string_literals;
 
 // The part of a line behind its local time and thread, without its line feed; "?" when the rest is not as it
 // should be. The time is the "%c" of the C locale: 07/21/26 14:02:33, or Tue Jul 21 14:02:33 2026 where the C
@@ -107,6 +110,20 @@ TEST(LogLine, HoldsPlaceAndTextsOfEveryKindInTheirOrder) {
     EXPECT_EQ((Calls{L"[a.cpp:-7]-WC:\\f.txtv\u2400n\u2400Ncw7l" + text}), lines);
     static_assert(!QLLoggable<int*>);
     static_assert(!QLLoggable<std::vector<int>>);
+}
+
+// Beyond the room in the object and back, with fronts that shrink and grow.
+TEST(LineText, ChangesAtBothEnds) {
+    for (const std::size_t size : {0u, 5u, 319u, 320u, 1000u}) {
+        for (const std::wstring& front : {L""s, L"[x]"s, L"front"s, std::wstring(400, L'f')}) {
+            ql::LineText text;
+            for (const std::wstring& piece : {L"front"s, std::wstring(size, L'r'), L"ended"s})
+                text.Append(piece);
+            text.ReplaceFront(5, front);
+            text.CutTo(text.size() - 2);
+            EXPECT_EQ(front + std::wstring(size, L'r') + L"end", text.View()) << size << front.size();
+        }
+    }
 }
 
 TEST(LogLine, FinishedTwiceRepeatsItsText) {

@@ -211,7 +211,11 @@ TEST_F(LogFiles, TakeComTextsAndAnsiTextsInTheSystemsCodePage) {
     QLLogger::InitializeLog(file_.c_str(), QLLOG_INFO);
     wchar_t comText[] = L"com \x20AC ";
     BSTR text = ::SysAllocString(comText);
-    QLLoggerLevelInserter(QLLOG_INFO, ansi, 1) << _bstr_t(text, false) << ansi << LogMessageFinish();
+    const std::string begin(70, 'n'), place = begin + ansi + 'o';
+    QLLoggerLevelInserter(QLLOG_INFO, place.c_str(), 1)
+        << _bstr_t(text, false) << ansi << place << LogMessageFinish();
     QLLogger::CloseLogs();
-    EXPECT_TRUE(BytesOf(file_).ends_with("[\xC3\xA9:1]-com \xE2\x82\xAC \xC3\xA9\r\n")) << BytesOf(file_);
+    const std::string told = begin + "\u00e9o";
+    EXPECT_TRUE(BytesOf(file_).ends_with('[' + told + ":1]-com \u20ac \u00e9" + told + "\r\n"))
+        << BytesOf(file_);
 }
