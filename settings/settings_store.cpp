@@ -114,9 +114,7 @@ bool AssignRegistrySetting(CQlsSettings& store, const wchar_t* section, const wc
 // Cut toward zero; beyond 32 bits the nearest integer there is, and 0 for what is no number.
 int Integer(double number) {
     if (std::isnan(number)) return 0;
-    if (number <= INT_MIN) return INT_MIN;
-    if (number >= INT_MAX) return INT_MAX;
-    return static_cast<int>(number);
+    return static_cast<int>(std::clamp<double>(number, INT_MIN, INT_MAX));
 }
 
 std::wstring_view UpToZero(std::wstring_view text) {
