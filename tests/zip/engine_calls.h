@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "platform/win32.h"
 #include "zip/zip_records.h"
 
@@ -15,17 +13,10 @@ int Call(const char* engine, const char* entry, Argument... arguments) {
 inline int Dzip(ZIPCMDSTRUCT command) {
     return Call<DzipProc>("DZIP32.DLL", "dzip", &command);
 }
-inline int DzipFiles(const ZIPCMDSTRUCT& command, std::vector<ZIPSOURCE>& sources) {
-    return Call<DzipFilesProc>("DZIP32.DLL", "dzipfiles", &command, sources.data(),
-                               static_cast<std::int32_t>(sources.size()));
-}
 // A command that is kept has what the call returned.
 template <class Command>
 int Dunzip(Command&& command) {
     return Call<DunzipProc>("DUNZIP32.DLL", "dunzip", &command);
-}
-inline int DunzipEach(UNZIPCMDSTRUCT command, ZipMemberProc each, void* userData) {
-    return Call<DunzipEachProc>("DUNZIP32.DLL", "dunzipeach", &command, each, userData);
 }
 
 inline ZIPCMDSTRUCT ZipCommand(std::int32_t function, const char* archive, const char* items) {

@@ -9,6 +9,7 @@
 #include "tests/support/test_folder.h"
 #include "tests/zip/engine_calls.h"
 #include "tests/zip/members.h"
+#include "zip/dynazip.h"
 
 namespace {
 
@@ -31,9 +32,18 @@ std::string Joined(const std::set<std::string>& names) {
     return all;
 }
 
+int QL_ZIP_CALL AppendName(const ZIPMEMBER* member, void* names) {
+    *static_cast<std::wstring*>(names) += member->name + std::wstring(L"|");
+    return 0;
+}
+
 class Engine : public testing::Test {
   protected:
-    Engine() { fs::create_directory(folder_); }
+    Engine() {
+        fs::create_directory(folder_);
+        EXPECT_TRUE(Dynazip::IsZipDllLoaded());
+        EXPECT_TRUE(Dynazip::IsUnZipDllLoaded());
+    }
 
     std::string Path(const std::string& name) const { return (folder_ / name).string(); }
 
@@ -86,6 +96,12 @@ class Engine : public testing::Test {
     int Extract(const std::string& pattern = "*", const std::vector<UnzipFlag>& flags = {}) {
         return Dunzip(UnzipCommand(UNZIP_EXTRACT, pattern, flags));
     }
+    std::wstring WideArchive() const { return fs::path(archive_).wstring(); }
+    // The names of those that the class tells of are appended.
+    long ExtractMembers(const ZipExtraction& what, std::wstring& names) const {
+        return Dynazip::ExtractMembers(WideArchive().c_str(), fs::path(out_).c_str(), what, AppendName,
+                                       &names);
+    }
     // What the call counts, or its code, less than 0.
     static int CountOf(UNZIPCMDSTRUCT command) {
         const int code = Dunzip(command);
@@ -105,11 +121,6 @@ int QL_ZIP_CALL Cancel(const char*, int, void*) {
 }
 int QL_ZIP_CALL Record(const char* item, int percent, void* told) {
     *static_cast<std::string*>(told) += std::string(item) + ":" + std::to_string(percent) + " ";
-    return 0;
-}
-
-int QL_ZIP_CALL AppendName(const ZIPMEMBER* member, void* names) {
-    *static_cast<std::wstring*>(names) += member->name + std::wstring(L"|");
     return 0;
 }
 
@@ -365,12 +376,11 @@ TEST_F(Engine, WholePathsMeanThatMemberAloneAndTheUsedPartIsJudged) {
     for (const char* name : {"b.txt", "c.txt", "?/d.txt"})
         EXPECT_EQ(UNZIP_DONE, Extract(name, {&UNZIPCMDSTRUCT::noDirectoryNamesFlag})) << name;
     EXPECT_EQ("a.txt|b.txt|c.txt|d.txt|", Names(out_));
-    UNZIPCMDSTRUCT both = UnzipCommand(
-        UNZIP_EXTRACT, "*", {&UNZIPCMDSTRUCT::noDirectoryNamesFlag, &UNZIPCMDSTRUCT::overWriteFlag});
     std::wstring names;
-    EXPECT_EQ(UNZIP_NAME_TAKEN, DunzipEach(both, AppendName, &names));
+    EXPECT_EQ(UNZIP_NAME_TAKEN, ExtractMembers({}, names));
     EXPECT_EQ("top", ReadFile(out_ + "\\a.txt")) << "where each is told of, none is lost unseen";
-    EXPECT_EQ(UNZIP_DONE, Dunzip(both));
+    EXPECT_EQ(UNZIP_DONE,
+              Extract("*", {&UNZIPCMDSTRUCT::noDirectoryNamesFlag, &UNZIPCMDSTRUCT::overWriteFlag}));
     EXPECT_EQ("below", ReadFile(out_ + "\\a.txt"));
     const std::vector<UnzipFlag> noFolders{&UNZIPCMDSTRUCT::noDirectoryItemsFlag};
     for (const auto& [name, count] : {std::pair{"folder", 0}, {"A.TXT", 1}, {"*.txt", 5}})
@@ -392,27 +402,53 @@ TEST_F(Engine, SourcesOfAListHaveAResultEach) {
     const auto wide = [&](const char* name) { return fs::path(Path(name)).wstring(); };
     const std::wstring fresh = wide("new.txt"), locked = wide("locked.txt"), old = wide("old.txt"),
                        none = wide("none"), heldToo = wide("held.txt"), own = wide("A.ZIP");
-    std::vector<ZIPSOURCE> expected = {
-        {fresh.c_str(), nullptr, ZIP_DONE},          {fresh.c_str(), L"in\\\u4e00.txt", ZIP_DONE},
-        {old.c_str(), L"NEW.txt", ZIP_BAD_REQUEST},  {old.c_str(), nullptr, ZIP_NOTHING_TO_DO},
-        {none.c_str(), nullptr, ZIP_FILE_MISSING},   {locked.c_str(), L"Locked.TXT", ZIP_READ_FAILED},
-        {fresh.c_str(), L"..\\up", ZIP_BAD_REQUEST}, {nullptr, nullptr, ZIP_FILE_MISSING},
-        {heldToo.c_str(), nullptr, ZIP_READ_FAILED}, {own.c_str(), nullptr, ZIP_BAD_REQUEST}};
+    std::vector<ZIPSOURCE> expected = {{fresh.c_str(), nullptr, ZIP_DONE},
+                                       {fresh.c_str(), L"in\\\u20ac.txt", ZIP_DONE},
+                                       {fresh.c_str(), L"\u4e00", ZIP_BAD_REQUEST},
+                                       {old.c_str(), L"NEW.txt", ZIP_BAD_REQUEST},
+                                       {old.c_str(), nullptr, ZIP_NOTHING_TO_DO},
+                                       {none.c_str(), nullptr, ZIP_FILE_MISSING},
+                                       {locked.c_str(), L"Locked.TXT", ZIP_READ_FAILED},
+                                       {fresh.c_str(), L"..\\up", ZIP_BAD_REQUEST},
+                                       {nullptr, nullptr, ZIP_FILE_MISSING},
+                                       {heldToo.c_str(), nullptr, ZIP_READ_FAILED},
+                                       {own.c_str(), nullptr, ZIP_BAD_REQUEST}};
     for (const wchar_t* name : {L"1", L"2", L"3", L"4", L"5", L"6"})
         expected.push_back({locked.c_str(), name, ZIP_READ_FAILED});
     std::vector<ZIPSOURCE> sources = expected;
     for (ZIPSOURCE& source : sources) source.code = -1;
     const ULONGLONG begun = ::GetTickCount64();
-    EXPECT_EQ(ZIP_DONE, DzipFiles(ZipCommand(ZIP_UPDATE, ""), sources));
+    EXPECT_EQ(0, Dynazip::AddFilesToZip(WideArchive().c_str(), sources.data(),
+                                        static_cast<int>(sources.size()), 9));
+    EXPECT_EQ(ZIP_DONE, Dynazip::LastEngineCode());
     EXPECT_LT(::GetTickCount64() - begun, expected.size() * 1000) << "two seconds are for the whole call";
     for (std::size_t i = 0; i < sources.size(); ++i) EXPECT_EQ(expected[i].code, sources[i].code) << i;
     std::wstring names;
-    EXPECT_EQ(UNZIP_DONE, DunzipEach(UnzipCommand(UNZIP_COUNT_ALL), AppendName, &names));
-    EXPECT_EQ(L"old.txt|locked.txt|held.txt|new.txt|in/\u4e00.txt|", names);
-    UNZIPCMDSTRUCT byIndex = UnzipCommand(UNZIP_EXTRACT);
-    byIndex.index = 4;
-    EXPECT_EQ(UNZIP_DONE, DunzipEach(byIndex, AppendName, &names));
-    EXPECT_EQ("new", ReadFile(fs::path(out_) / L"in" / L"\u4e00.txt"));
+    EXPECT_EQ(UNZIP_DONE, Dynazip::ForEachMember(WideArchive().c_str(), AppendName, &names));
+    EXPECT_EQ(L"old.txt|locked.txt|held.txt|new.txt|in/\u20ac.txt|", names);
+}
+
+TEST_F(Engine, MembersAreBroughtOutAsTheClassIsAsked) {
+    MakeArchive({{"a.txt", "a"}, {"in/\u4e00.txt", "deep"}, {"b.txt", "b"}});
+    const wchar_t* const two[] = {L"b.txt", L"A.TXT"};
+    const std::tuple<ZipExtraction, const wchar_t*, const char*> cases[] = {
+        {{.names = two, .count = 2, .testsOnly = true}, L"a.txt|b.txt|", ""},
+        {{.index = 1}, L"in/\u4e00.txt|", "\u4e00.txt|"},
+        {{.names = two, .count = 1, .keepsNewer = true}, L"b.txt|", "b.txt|\u4e00.txt|"},
+        {{.withFolders = true}, L"a.txt|in/\u4e00.txt|b.txt|", "a.txt|b.txt|in|\u4e00.txt|"}};
+    fs::create_directory(out_);
+    for (const auto& [what, told, files] : cases) {
+        std::wstring names;
+        EXPECT_EQ(UNZIP_DONE, ExtractMembers(what, names)) << files;
+        EXPECT_EQ(told, names) << files;
+        EXPECT_EQ(files, Names(out_));
+    }
+    WriteFile(out_ + "\\b.txt", "newer", 2030);
+    for (const auto& [keepsNewer, content] : {std::pair(true, "newer"), {false, "b"}}) {
+        std::wstring names;
+        EXPECT_EQ(UNZIP_DONE, ExtractMembers({.keepsNewer = keepsNewer}, names)) << content;
+        EXPECT_EQ(content, ReadFile(out_ + "\\b.txt"));
+    }
 }
 
 TEST_F(Engine, WritesNothingOutsideTheDestination) {
