@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdio>
 #include <cwchar>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -316,6 +317,28 @@ void FillAndWrite(benchmark::State& state) {
     PerItem(state);
 }
 
+// A document as somebody makes it who wants all its keys in a few buckets: their standard hashes end alike.
+std::wstring DocumentOfKeysAlike(std::int64_t count) {
+    constexpr std::size_t kSameBits = 0x3FF;
+    std::wstring document;
+    for (std::int64_t i = 0, found = 0; found < count; ++i) {
+        const std::wstring key = L"Section<-^->" + std::to_wstring(i);
+        if ((std::hash<std::wstring>()(key) & kSameBits) != 0) continue;
+        document.append(document.empty() ? L"{\"" : L",\"").append(key).append(L"\":1");
+        ++found;
+    }
+    return document + L'}';
+}
+
+void ReadKeysAlike(benchmark::State& state) {
+    const std::wstring document = DocumentOfKeysAlike(state.range(0));
+    for (auto _ : state) {
+        CQlsSettings store;
+        store.SetFromSerializedSettings(document.c_str());
+    }
+    PerItem(state);
+}
+
 void MakeContexts(benchmark::State& state) {
     TheScene();
     std::vector<int> ids(static_cast<std::size_t>(state.range(0)));
@@ -412,6 +435,7 @@ QL_READS("new text, same context/bare map, key made", CopyNewText<MapOfMadeKeys,
 BENCHMARK(LoadStore)->Name("first load of 500/ours")->Unit(benchmark::kMillisecond);
 BENCHMARK(LoadRaw)->Name("first load of 500/open, query, close")->Unit(benchmark::kMillisecond);
 BENCHMARK(FillAndWrite)->Name("growth, a document of settings")->RangeMultiplier(10)->Range(10, 100000);
+BENCHMARK(ReadKeysAlike)->Name("growth, a document of keys alike")->RangeMultiplier(4)->Range(16, 16384);
 BENCHMARK(MakeContexts)->Name("growth, contexts made and released")->RangeMultiplier(10)->Range(1, 10000);
 BENCHMARK(ReadByThreads)
     ->Name("growth, 10,000 cached reads a thread")
