@@ -19,7 +19,8 @@ const std::string kMark = "\xEF\xBB\xBF", kStars(53, '*');
 struct Rolling : RollingFileOutput {
     explicit Rolling(const std::wstring& file, int backups, int limit = 0)
         : RollingFileOutput(file.c_str(), L"Soft", L"today", L"1.2", backups, limit, 7) {}
-    using RollingFileOutput::GetFileLastWriteTime, RollingFileOutput::SetFileLastWriteTime;
+    using RollingFileOutput::GetFileLastWriteTime, RollingFileOutput::SetFileLastWriteTime,
+        RollingFileOutput::SetBackupFileName;
     void Put(const std::wstring& text) { Write(QLLOG_INFO, text.c_str()); }
 };
 
@@ -166,7 +167,11 @@ TEST_F(RollingFile, ShiftsItsBackupsIntoGapsTooAndKeepsTheirTimes) {
     }
     {
         const auto reader = OpenFile(path(0), kShareAll | FILE_SHARE_DELETE);
-        Rolling(path(0), kBackups).Put(L"new\n");
+        Rolling rolling(path(0), kBackups);
+        rolling.Put(L"new\n");
+        QLFileName third;
+        rolling.SetBackupFileName(third, 3);
+        EXPECT_EQ(path(3), third.GetPathAndFileName().str());
     }
     for (DWORD i = 1; i <= kGap; ++i) {
         EXPECT_EQ(contentOf(i - 1), BytesOf(path(i))) << i;
