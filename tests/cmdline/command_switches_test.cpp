@@ -15,4 +15,5 @@ TEST(CommandSwitches, KeepTheFirstDeclarationAndTakeNullForNothing) {
     EXPECT_FALSE(switches.HasLeadingText());
     EXPECT_EQ(nullptr, switches.FindSwitch(nullptr));
     EXPECT_FALSE(CCommandSwitch(L"", SWITCH_FLAG).Matches(nullptr));
+    EXPECT_FALSE(CCommandSwitch(L"", SWITCH_FLAG).IsPresent());
 }

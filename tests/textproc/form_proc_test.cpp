@@ -12,6 +12,7 @@
 
 namespace {
 
+using namespace std::string_literals;
 using Processors = SettingsTest;
 
 // Everything that is known of a processor.
@@ -25,8 +26,12 @@ std::wstring Facts(FormProc processor) {
 }
 
 TEST_F(Processors, HaveFactsThatDifferByVersionOnlyWhereTheyShould) {
-    for (const FormProc processor : {FP_WP13, FP_WP14, FP_WP15, FP_WP16, FP_WP17}) {
-        const std::wstring version = std::to_wstring(processor + 7), name = L"WordPerfect " + version;
+    for (const auto& [processor, version] : {std::pair(FP_WP13, L"13"s),
+                                             {FP_WP14, L"14"},
+                                             {FP_WP15, L"15"},
+                                             {FP_WP16, L"16"},
+                                             {FP_WP17, L"17"}}) {
+        const std::wstring name = L"WordPerfect " + version;
         EXPECT_EQ(L"Word Proc\\" + name + L"|" + name + L"|wpwin" + version + L".exe|WordPerfect." + version +
                       L".00|WPWin" + version + L"_Macros|Commands|WP" + version + L"Doc",
                   Facts(processor));
