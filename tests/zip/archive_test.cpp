@@ -115,6 +115,7 @@ TEST(Archive, PacksAboutAsSmallAsOneStream) {
 }
 
 TEST(Archive, RefusesEveryPieceOfAnArchive) {
+    EXPECT_EQ(Result::kInvalid, Open(Bytes(100, 'x'))) << "no archive at all";
     const Bytes bytes = Sample();
     for (std::size_t size = 0; size < bytes.size(); ++size) {
         const Result result = Open(Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)));
