@@ -273,8 +273,13 @@ TEST(DynazipRecords, StartFromTheirDefaults) {
 TEST(DynazipMessages, HaveTheirCodes) {
     EXPECT_STREQ(L"Improper use of Multi-Volume Zip file", Dynazip::ZipErrorMsg(ZIP_VOLUMES));
     EXPECT_STREQ(L"Disk full", Dynazip::UnzipErrorMsg(UNZIP_DISK_FULL));
-    for (const int code : {-1, 0, 22, 1000}) EXPECT_STREQ(L"", Dynazip::ZipErrorMsg(code)) << code;
-    for (const int code : {-1, 0, 1, 10, 24, 43, 51}) EXPECT_STREQ(L"", Dynazip::UnzipErrorMsg(code)) << code;
+    std::string zip, unzip;
+    for (int code = -1; code < 1000; ++code) {
+        if (*Dynazip::ZipErrorMsg(code)) zip += std::to_string(code) + ' ';
+        if (*Dynazip::UnzipErrorMsg(code)) unzip += std::to_string(code) + ' ';
+    }
+    EXPECT_EQ("1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 126 ", zip);
+    EXPECT_EQ("2 3 4 5 9 11 12 25 28 29 39 40 41 42 44 45 46 47 48 49 50 126 127 ", unzip);
 }
 
 }  // namespace

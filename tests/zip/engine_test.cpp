@@ -188,6 +188,8 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
     const auto recursive = With(ZipCommand(ZIP_ADD, Quoted("in\\*.*")), &ZIPCMDSTRUCT::recurseFlag, 1);
     EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(With(recursive, &ZIPCMDSTRUCT::noDirectoryNamesFlag, 1)))
         << "two would have one name";
+    const std::string twice = Quoted("in\\a.txt") + " " + Quoted("in\\A.*");
+    EXPECT_EQ(ZIP_DONE, Dzip(ZipCommand(ZIP_ADD, twice))) << "one file, found twice";
 }
 
 TEST_F(Engine, RefusesWhatItDoesNotOffer) {
