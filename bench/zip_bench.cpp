@@ -240,13 +240,13 @@ struct ManyMembers {
         } written;
         ql::zip::ArchiveWriter writer(written);
         for (std::size_t i = 0; i < count; ++i) {
-            const std::string name = "folder/member " + std::to_string(i) + ".txt";
+            const std::string name = "f/" + std::to_string(i) + ".txt";
             ql::zip::MemoryInput content(reinterpret_cast<const std::uint8_t*>(name.data()), name.size());
             writer.Add({name}, content, [](std::uint64_t) {});
         }
         writer.Finish("");
         WriteWhole(path, written.bytes.data(), written.bytes.size());
-        last = "\"folder/member " + std::to_string(count - 1) + ".txt\"";
+        last = "f/" + std::to_string(count - 1) + ".txt";
     }
     ~ManyMembers() { ::DeleteFileA(path.c_str()); }
 
@@ -265,6 +265,8 @@ struct ManyMembers {
 int QL_ZIP_CALL Overlook(const ZIPMEMBER*, void*) {
     return 0;
 }
+
+constexpr char kOneMore[] = "f/one-more.txt";
 
 void RegisterMembers(std::size_t count) {
     const auto members = std::make_shared<ManyMembers>(count);
@@ -291,14 +293,34 @@ void RegisterMembers(std::size_t count) {
     Register(named("record by index"), nothing, [ask] { ask(UNZIP_INDEXED, 50); });
     Register(named("ask for one"), nothing, [ask] { ask(UNZIP_COUNT_MATCHING, -1); });
     Register(named("extract one"), nothing, [ask] { ask(UNZIP_FILE_TO_MEMORY, -1); });
-    Register(named("change comment"), nothing, [members] {
-        ZIPCMDSTRUCT command{};
+    const auto change = [members](ZIPCMDSTRUCT command) {
         command.zipStructSize = sizeof command;
-        command.function = ZIP_ADD;
         command.lpszZIPFile = members->path.c_str();
+        Check(ql::zip::RunZip(command) == ql::zip::Result::kOk, "the engine does not change the archive");
+    };
+    const auto addOne = [change] {
+        char content[] = "content";
+        ZIPCMDSTRUCT command{};
+        command.function = ZIP_MEMORY_TO_FILE;
+        command.lpszItemList = kOneMore;
+        command.lpMemBlock = content;
+        command.lMemBlockSize = sizeof content;
+        change(command);
+    };
+    const auto deleteOne = [change] {
+        ZIPCMDSTRUCT command{};
+        command.function = ZIP_DELETE;
+        command.lpszItemList = kOneMore;
+        change(command);
+    };
+    Register(named("add one"), nothing, addOne);  // in the place of the former, but for the first
+    Register(named("delete one"), addOne, deleteOne);
+    Register(named("change comment"), nothing, [change] {
+        ZIPCMDSTRUCT command{};
+        command.function = ZIP_ADD;
         command.addCommentFlag = 1;
         command.lpszComment = "told";
-        Check(ql::zip::RunZip(command) == ql::zip::Result::kOk, "the engine does not comment");
+        change(command);
     });
 }
 
@@ -311,7 +333,7 @@ const bool registered = [] {
     PrintPeak("100 MB added and extracted");
     RegisterTree(large);
     RegisterTree(small);
-    for (const std::size_t count : {100u, 1000u, 8000u, 65534u, 500000u}) RegisterMembers(count);
+    for (const std::size_t count : {100u, 1000u, 8000u, 65534u, 1'000'000u}) RegisterMembers(count);
     return true;
 }();
 
