@@ -230,9 +230,15 @@ TEST_F(StreamBuf, CutsAndExtendsNoFileButItsOwn) {
     EXPECT_TRUE(buffer.Close()) << "the size was the other's";
     EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
     buffer.ChangeSize(1);
-    const auto reader = OpenFile(path_, kShareReading);
-    EXPECT_FALSE(buffer.Close());
+    {
+        const auto reader = OpenFile(path_, kShareReading);
+        EXPECT_FALSE(buffer.Close());
+    }
     EXPECT_EQ(extended, BytesOf(path_));
+    EXPECT_TRUE(buffer.Open(Name(path_), OPEN_READ));
+    buffer.ChangeSize(0);
+    EXPECT_TRUE(buffer.Close());
+    EXPECT_EQ("", BytesOf(path_));
 }
 
 TEST_F(Files, TellWhatAFullDiskLost) {

@@ -33,6 +33,7 @@ TEST(Strings, TakeANullPointerForTheEmptyText) {
     EXPECT_STREQ("", RWCString(kNoBytes).data());
     EXPECT_TRUE(RWCString(kNoBytes, 3).isNull());
     EXPECT_FALSE(RWCString("x") == kNoBytes);
+    EXPECT_STREQ("x", RWCString("x").c_str());
 }
 
 TEST(WideString, DoesWhatTheStandardTextsDo) {

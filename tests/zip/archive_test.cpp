@@ -356,8 +356,13 @@ TEST(Archive, HoldsMoreMembersThanTheShortEndCanCount) {
     Bytes behind(1000, 'P');
     Append(behind, more);
     const Bytes anyDisk = With({{kEnd, end::kDisk, 0xff}, {kEnd, end::kDisk + 1, 0xff}}, more);
-    for (const auto& [bytes, last] :
-         {std::pair(most, "65534"), {more, "65535"}, {behind, "65535"}, {anyDisk, "65535"}}) {
+    Bytes extended = With({{kEnd64, end64::kRest, 12}}, more);
+    extended.insert(extended.begin() + static_cast<std::ptrdiff_t>(PlaceOf(more, kLocator)), 12, 'e');
+    for (const auto& [bytes, last] : {std::pair(most, "65534"),
+                                      {more, "65535"},
+                                      {behind, "65535"},
+                                      {anyDisk, "65535"},
+                                      {extended, "65535"}}) {
         const MemoryArchive read(bytes);
         EXPECT_EQ(last, std::to_string(read.archive.Entries().size() - 1));
         EXPECT_EQ(last, read.archive.Entries().back().name);
