@@ -267,9 +267,9 @@ TEST(JsonValue, ManyMembersInAnyOrderAreFoundAndKeptSorted) {
     for (int i = 0; i < 1000; ++i) {
         const wstring key = std::to_wstring(1000 + i * 367 % 1000);
         ASSERT_TRUE(object.AddMember(key, std::make_unique<Value>(RWWString(key))));
+        for (const wstring& known : {key, wstring(L"1000")})
+            ASSERT_FALSE(object.AddMember(known, std::make_unique<Value>(L"again"))) << known;
     }
-    for (const wchar_t* key : {L"1000", L"1491", L"1999"})
-        EXPECT_FALSE(object.AddMember(key, std::make_unique<Value>(L"again"))) << key;
     RWWString key;
     int next = 1000;
     for (Value* node = object.FirstMember(key); node; node = object.NextMember(key), ++next) {
