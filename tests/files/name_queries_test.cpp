@@ -176,7 +176,8 @@ TEST_F(TemporaryNames, AreFreeAndKeepFolderAndExtension) {
             const std::wstring digits = file.substr(5, file.size() - 5 - std::wcslen(extension));
             EXPECT_EQ(L"~ql12" + digits + extension, file);
             EXPECT_EQ(std::wstring::npos, digits.find_first_not_of(L"0123456789")) << digits.c_str();
-            EXPECT_EQ(create, std::filesystem::exists(name.GetPathAndFileName().str()));
+            EXPECT_EQ(create, ::DeleteFileW(name.GetPathAndFileName().data()) != FALSE)
+                << "there, and held by nobody";
         }
     }
     // The numbers come from the program's own generator: seeded alike they hit the same name, which is taken.

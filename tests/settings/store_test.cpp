@@ -64,15 +64,17 @@ TEST_F(Store, ARegistrySettingIsReadOnceUntilItIsClearedWhateverItsSectionHolds)
 }
 
 TEST_F(Store, ManySettingsUnderKeysOfAnyLengthAreFoundAgainAndCleared) {
+    const auto sectionOf = [](std::size_t i) { return std::wstring(i / 5, L's'); };
     const auto keyOf = [](std::size_t i) { return std::wstring(i, L'k'); };
     for (std::size_t round = 1; round <= 3; ++round) {  // texts grow and shrink
         const auto textOf = [round](std::size_t i) { return std::wstring(i * round * 7 % 60, L't'); };
         for (std::size_t i = 0; i < 1000; ++i)
-            store_.SetRegStrSetting(L"Sec", keyOf(i).c_str(), textOf(i).c_str());
+            store_.SetRegStrSetting(sectionOf(i).c_str(), keyOf(i).c_str(), textOf(i).c_str());
         for (std::size_t i = 0; i < 1000; ++i)
-            ASSERT_EQ(Found(true, textOf(i)), Text(store_, L"Sec", keyOf(i).c_str())) << i;
+            ASSERT_EQ(Found(true, textOf(i)), Text(store_, sectionOf(i).c_str(), keyOf(i).c_str())) << i;
     }
-    for (std::size_t i = 0; i < 1000; ++i) EXPECT_TRUE(store_.ClearRegSetting(L"Sec", keyOf(i).c_str())) << i;
+    for (std::size_t i = 0; i < 1000; ++i)
+        EXPECT_TRUE(store_.ClearRegSetting(sectionOf(i).c_str(), keyOf(i).c_str())) << i;
     EXPECT_EQ(L"{}", DocumentOf(store_));
 }
 
