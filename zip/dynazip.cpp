@@ -416,7 +416,8 @@ long Dynazip::AddFilesToZip(const wchar_t* zipFile, ZIPSOURCE* files, int count,
             SetCodes(all, kNotAcceptable);
             return NotAcceptable();
         }
-        if (all.empty()) return count == 0 ? 1 : 0;
+        if (count == 0) return g_lastCode.Set(ZIP_DONE), 1;
+        if (all.empty()) return NotAcceptable(), 0;
         std::vector<ZIPSOURCE> acceptable;
         for (const ZIPSOURCE& file : all) {
             if (AnsiName(file.file) && AnsiName(file.name)) acceptable.push_back(file);
@@ -464,7 +465,7 @@ long Dynazip::ExtractMembers(const wchar_t* zipFile, const wchar_t* destination,
                              ZipMemberProc each, void* userData) {
     return Operate<long>(UNZIP_NO_MEMORY, [&]() -> long {
         const auto archive = AnsiName(zipFile), folder = AnsiName(destination);
-        if (!archive || !folder) return NotAcceptable();
+        if (!archive || !folder || !each || (what.count > 0 && !what.names)) return NotAcceptable();
         std::string items;
         for (int i = 0; i < what.count; ++i) {
             const auto name = AnsiName(what.names[i]);

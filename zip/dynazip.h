@@ -17,7 +17,7 @@ struct ZipProgress {
 // What ExtractMembers brings out, and how.
 struct ZipExtraction {
     const wchar_t* const* names = nullptr;  // wild cards work; a member's whole path means that member alone
-    int count = 0;                          // of names; 0 for all members
+    int count = 0;                          // of names; 0 for all members, or fewer for none
     int index = -1;                         // 0 or more: that member alone, whatever the names say
     bool withFolders = false;               // the members' folders are made below the destination
     bool keepsNewer = false;                // a file that is newer than its member stays
@@ -41,7 +41,7 @@ struct ZipExtraction {
 //   GetFileDateAndSizeFromZip, GetIndexedZipInfo,     16 not acceptable
 //   ExtractMembers, ForEachMember
 // LastEngineCode tells the code behind the first two groups: "not newer" (12) from "not there" (18), for
-// example.
+// example; of AddFilesToZip that of the whole, where each file has its own. Records must not be null.
 //
 // Make sure that the engine is loaded before an operation; without it the code is ZIP_ENGINE_NOT_LOADED, and
 // the operations that answer no code answer 0 or the empty text. Loading and freeing belong to one thread;
@@ -65,9 +65,9 @@ class QL_API Dynazip {
     // index -1; no folders in names, members of every folder, no folders as members
     static void InitUNZIPCmdStruct(UNZIPCMDSTRUCT* command);
 
-    // Adds the file directory\fileName under its name alone, or replaces a member that is older. `option` is
-    // the compression factor, 0 to 9. Kept on purpose: a member that is not older counts as a failure, where
-    // the engine answers that there was nothing to do.
+    // Adds the file directory\fileName, or all that its wild cards name, each under its name alone, or
+    // replaces a member that is older. `option` is the compression factor, 0 to 9. Kept on purpose: a member
+    // that is not older counts as a failure, where the engine answers that there was nothing to do.
     static long AddFileToZip(const wchar_t* zipFile, const wchar_t* directory, const wchar_t* fileName,
                              int option);
 
@@ -92,8 +92,9 @@ class QL_API Dynazip {
 
     // Members as `what` says, each told to `each` with its code when it is done (49: left out, because the
     // file that is there is newer; UNZIP_NAME_TAKEN: without folders, a member of another folder had the same
-    // last part and was brought out before). The code is that of the first member that failed. Needs the
-    // engine that comes with the library; any other answers 47.
+    // last part and was brought out before). The code is that of the first member that failed. 16 without
+    // `each`, or without names where they are counted. Needs the engine that comes with the library; any
+    // other answers 47.
     static long ExtractMembers(const wchar_t* zipFile, const wchar_t* destination, const ZipExtraction& what,
                                ZipMemberProc each, void* userData);
 

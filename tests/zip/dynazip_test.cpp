@@ -135,6 +135,10 @@ TEST_F(DynazipCalls, ListsGoOneByOneToAnEngineThatKnowsNone) {
     const int codes[] = {ZIP_DONE, ZIP_BAD_REQUEST, ZIP_BAD_REQUEST, ZIP_DONE};
     for (int i = 0; i < 4; ++i) EXPECT_EQ(codes[i], files[i].code) << i;
     EXPECT_EQ(1, Dynazip::AddFilesToZip(L"a.zip", files, 1, 9));
+    EXPECT_EQ(0, Dynazip::AddFilesToZip(L"a.zip", nullptr, 4, 9));
+    EXPECT_EQ(ZIP_BAD_REQUEST, Dynazip::LastEngineCode());
+    EXPECT_EQ(1, Dynazip::AddFilesToZip(L"a.zip", nullptr, 0, 9));
+    EXPECT_EQ(ZIP_DONE, Dynazip::LastEngineCode());
     EXPECT_EQ(16, Dynazip::AddFilesToZip(kNotAnsi[0], files, 4, 9));
     for (const ZIPSOURCE& file : files) EXPECT_EQ(ZIP_BAD_REQUEST, file.code) << &file - files;
 }
@@ -158,6 +162,8 @@ TEST_F(DynazipCalls, WalksGoMemberByMemberWithAnEngineThatKnowsNone) {
     unzip_->answer = UNZIP_CUT_OFF;
     EXPECT_EQ(UNZIP_CUT_OFF, Dynazip::ForEachMember(L"a.zip", AppendMember, &told));
     EXPECT_EQ(UNZIP_BAD_REQUEST, Dynazip::ExtractMembers(L"a.zip", L"out", {}, AppendMember, &told));
+    EXPECT_EQ(16, Dynazip::ExtractMembers(L"a.zip", L"out", {.count = 2}, AppendMember, &told));
+    EXPECT_EQ(16, Dynazip::ExtractMembers(L"a.zip", L"out", {}, nullptr, &told));
 }
 
 TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
