@@ -219,7 +219,10 @@ bool NumberOfRegValue(const RegistryValue& value, int& number) noexcept {
 
 bool WriteRegValue(const wchar_t* section, const wchar_t* entry, const RegistryValue& value) noexcept {
     return ql::FailureIfThrown(false, [&] {
-        return Put(section, entry, static_cast<DWORD>(value.type), value.bytes.data(), value.bytes.size());
+        // The system takes a zero in along that it finds right behind a text.
+        std::vector<unsigned char> bytes = value.bytes;
+        bytes.insert(bytes.end(), sizeof(wchar_t), 1);
+        return Put(section, entry, static_cast<DWORD>(value.type), bytes.data(), value.bytes.size());
     });
 }
 

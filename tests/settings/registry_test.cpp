@@ -92,8 +92,11 @@ TEST_F(Registry, ValuesOfAnyTypeAndSizeAreReadAndWrittenWhole) {
     EXPECT_EQ(RegistryValue(), stored);
     EXPECT_TRUE(ReadRegValue(kSection, kEntry, true, stored));
     EXPECT_EQ((RegistryValue{REG_DWORD, {3, 0, 0, 0}}), stored);
-    for (const auto& value :
-         {RegistryValue{REG_BINARY, {}}, {0x12345678, std::vector<unsigned char>(100000, 9)}}) {
+    std::vector<RegistryValue> values = {{REG_BINARY, {}},
+                                         {0x12345678, std::vector<unsigned char>(100000, 9)}};
+    for (std::size_t size = 2; size < 200; size += 2)  // texts without a zero at their end
+        values.push_back({REG_SZ, std::vector<unsigned char>(size, 'x')});
+    for (const RegistryValue& value : values) {
         EXPECT_TRUE(WriteRegValue(L"New", kEntry, value)) << value.type;
         EXPECT_TRUE(ReadRegValue(L"New", kEntry, false, stored)) << value.type;
         EXPECT_EQ(value, stored);
