@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/full_path_name.h"
+
 namespace ql::zip {
 namespace {
 
@@ -131,10 +133,8 @@ std::optional<FILETIME> ExactTimeOf(const Entry& entry) {
 }
 
 std::wstring LiteralPath(const std::wstring& path) {
-    std::wstring full(kLongestPath, L'\0');
-    const DWORD size = ::GetFullPathNameW(path.c_str(), kLongestPath, full.data(), nullptr);
-    Require(size > 0 && size < kLongestPath, Result::kCannotOpen);
-    full.resize(size);
+    const std::wstring full = FullPathName(path);
+    Require(!full.empty(), Result::kCannotOpen);
     if (full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\")) return full;
     return full.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
 }

@@ -45,7 +45,8 @@ class QL_API FileOutput : public IBufferedLogOutput {
 // A log for long runs. It begins with a header that tells program, system and user; each entry is followed by
 // a line of asterisks and handed to the system at once. A file that would grow beyond its limit becomes
 // backup 1 ("Server.log": "Server1.bak"), the older ones move up and the oldest goes away. A backup keeps the
-// time of its last entry. A file that exists is continued.
+// time of its last entry. A file that exists is continued. The name is read as a QLFileName reads it, and
+// from the folder that is current when the output is made.
 //
 // Kept on purpose:
 //  - the limit is approximate: the position in bytes is added to the length of the text in characters;
@@ -59,6 +60,7 @@ class QL_API FileOutput : public IBufferedLogOutput {
 class QL_API RollingFileOutput : public ILogOutput {
   public:
     // Null texts are empty. The limit is in bytes and at least 1000; with 0 backups or fewer none is kept.
+    // Each roll-over looks at as many names as there may be backups.
     RollingFileOutput(const wchar_t* fileName, const wchar_t* softwareName, const wchar_t* buildDate,
                       const wchar_t* version, int backupCount, int maxSize, unsigned long eventId) noexcept;
     RollingFileOutput(const RollingFileOutput&) noexcept;
@@ -79,7 +81,7 @@ class QL_API RollingFileOutput : public ILogOutput {
     // These five throw std::bad_alloc when memory is short; the others never do.
     void WriteHeader();
     void BackupAndStartAnew();
-    void SetBackupFileName(QLFileName& name, int number);
+    void SetBackupFileName(QLFileName& name, int number);    // of number 0 and less, the main file's
     _FILETIME GetFileLastWriteTime(const QLFileName& name);  // zero when the system does not tell
     void SetFileLastWriteTime(const QLFileName& name, const _FILETIME& time);
     void ReportSystemError(const wchar_t* message) noexcept;

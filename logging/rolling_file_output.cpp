@@ -9,6 +9,7 @@
 #include "logging/os_description.h"
 #include "platform/critical_section.h"
 #include "platform/failure.h"
+#include "platform/full_path_name.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
@@ -75,6 +76,15 @@ std::wstring OsDescription() {
     return text.data();
 }
 
+// The file of a later roll-over is this one, whatever folder is current by then. Its name stays as it stands.
+std::wstring FromItsRoot(const std::wstring& path) {
+    const std::size_t name = path.find_last_of(L"\\/:") + 1;  // 0 when there is none
+    std::wstring folder = ql::FullPathName(name > 0 ? path.substr(0, name) : L".");
+    if (path.empty() || folder.empty()) return path;
+    if (folder.back() != L'\\') folder += L'\\';
+    return folder + path.substr(name);
+}
+
 // With its line feed; empty when the time cannot be told.
 std::wstring LocalTime() {
     std::array<wchar_t, 255> text = {};
@@ -103,7 +113,7 @@ struct RollingLog {
     std::wstring version QL_GUARDED_BY(textsLock);
 
     void SetName(const QLFileName& name) {
-        mainPath = name.GetPathAndFileName().view();
+        mainPath = FromItsRoot(name.GetPathAndFileName().str());
         backupStem = mainPath.substr(0, name.HasExtension() ? mainPath.rfind(L'.') : std::wstring::npos);
         firstBackupPath = PathOf(1);
     }

@@ -8,6 +8,7 @@
 
 #include "platform/failure.h"
 #include "platform/folder.h"
+#include "platform/full_path_name.h"
 #include "platform/message_box.h"
 #include "platform/win32.h"
 #include "text/blanks.h"
@@ -54,11 +55,10 @@ bool HasRoot(std::wstring_view path) {
 
 // The form in which every folder is kept: with single backslashes, without "." and "..", without a backslash
 // at its end but a drive's ("C:\").
-std::wstring FullPath(std::wstring path) {
+std::wstring OneForm(std::wstring path) {
     constexpr std::size_t kDriveLength = 3;
     if (path.size() == 2 && HasRoot(path)) path += L'\\';
-    std::wstring full(::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr), L'\0');
-    full.resize(::GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+    std::wstring full = ql::FullPathName(path);
     if (full.size() > kDriveLength && IsSeparator(full.back())) full.pop_back();
     return full;
 }
@@ -67,10 +67,10 @@ std::wstring FullPath(std::wstring path) {
 // cannot be reached.
 std::wstring NearestFolder(const std::wstring& start) {
     if (start.empty()) return {};
-    std::wstring path = FullPath(start);
+    std::wstring path = OneForm(start);
     while (!path.empty() && !ql::IsFolder(path.c_str())) {
         const std::wstring above = path.substr(0, std::min(path.find_last_of(kSeparators), path.size()));
-        const std::wstring next = HasRoot(above) ? FullPath(above) : std::wstring();
+        const std::wstring next = HasRoot(above) ? OneForm(above) : std::wstring();
         path = next.size() < path.size() ? next : std::wstring();  // a drive's root has none above
     }
     return path;
@@ -78,7 +78,7 @@ std::wstring NearestFolder(const std::wstring& start) {
 
 std::wstring FolderOf(const ITEMIDLIST* item) {
     wchar_t path[MAX_PATH];
-    return item && ::SHGetPathFromIDListW(item, path) ? FullPath(path) : std::wstring();
+    return item && ::SHGetPathFromIDListW(item, path) ? OneForm(path) : std::wstring();
 }
 
 std::wstring TextOf(HWND window) {
@@ -162,8 +162,8 @@ class FolderDialog {
         const HWND edit = ::FindWindowExW(window_, nullptr, L"Edit", nullptr);
         if (!edit || !::SendMessageW(edit, EM_GETMODIFY, 0, 0)) return selected_;
         const std::wstring text = TextOf(edit), typed(ql::WithoutBlanks(text));
-        if (HasRoot(typed)) return FullPath(typed);
-        return selected_.empty() ? typed : FullPath(selected_ + L'\\' + typed);
+        if (HasRoot(typed)) return OneForm(typed);
+        return selected_.empty() ? typed : OneForm(selected_ + L'\\' + typed);
     }
 
     // Takes the folder, or tells the user why not.
@@ -181,7 +181,7 @@ class FolderDialog {
         if (!why.isNull()) ql::ShowErrorBox(TextOf(window_).c_str(), why.data());
     }
 
-    // Folders are in the form of FullPath, and empty where there is none.
+    // Folders are in the form of OneForm, and empty where there is none.
     const RWWString& title_;
     std::wstring start_;
     std::wstring selected_;  // in the tree

@@ -167,7 +167,10 @@ TEST_F(RollingFile, ShiftsItsBackupsIntoGapsTooAndKeepsTheirTimes) {
     }
     {
         const auto reader = OpenFile(path(0), kShareAll | FILE_SHARE_DELETE);
-        Rolling rolling(path(0), kBackups);
+        const std::filesystem::path elsewhere = std::filesystem::current_path();
+        std::filesystem::current_path(folder_.path());
+        Rolling rolling(L"Log.log", kBackups);
+        std::filesystem::current_path(elsewhere);
         rolling.Put(L"new\n");
         QLFileName third;
         rolling.SetBackupFileName(third, 3);
