@@ -35,10 +35,10 @@ enum INITIALASKSTATE : int { INITIALASK_DEFAULT = 0, INITIALASK_UNANSWERED = 1 }
 // names. So /naw and /namedesc=... act as na, /pathdesc=... as pa, /sap as sa, /sig as si, /slw as sl, /ssn
 // as ss, /fia as fi, and every /na=... is the flag na.
 //
-// Texts are null when not given, and live as long as the object and until the next ParseSwitches. A copy owns
-// its own. Preferences, the directories and the current directory are read while parsing, where a file's name
-// has no root. Of what memory has no room for, nothing is given; copying alone throws. Use one object from
-// one thread at a time.
+// Of a text that a line gives twice the last counts. Texts are null when not given, and live as long as the
+// object and until the next ParseSwitches. A copy owns its own. Preferences, the directories and the current
+// directory are read while parsing, where a file's name has no root. Of what memory has no room for, nothing
+// is given; copying alone throws. Use one object from one thread at a time.
 class QL_API QuilletCmdSwitchParser {
   public:
     explicit QuilletCmdSwitchParser(const wchar_t* commandLine) noexcept;  // null: nothing is given
@@ -47,7 +47,7 @@ class QL_API QuilletCmdSwitchParser {
     explicit QuilletCmdSwitchParser(const QLCmdLine& commandLine) noexcept;
 
     // Reads a line on top of what was read before: what it does not give stays, but for the flags of sig, kig
-    // and mo, overlays are added, and the ignored words are this line's. Null is a line of nothing.
+    // and mo, its last overlay is added, and the ignored words are this line's. Null is a line of nothing.
     void ParseSwitches(const wchar_t* commandLine) noexcept;
 
     // Changes the mode while it is LIBMODE_UNDECIDED or LIBMODE_NONE; the other two stay.
@@ -135,7 +135,7 @@ class QL_API QuilletCmdSwitchParser {
     // 1 when not given, 0 when what was given does not start with a digit.
     long GetPrintCopies() const noexcept { return printCopies_; }
 
-    // The texts of all ov=, in their order, as given; the caller may change the table.
+    // The texts of ov=, as given: of each line its last one. The caller may change the table.
     QLStringTable& GetOverlayFiles() noexcept { return overlayFiles_; }
 
     // The words of the last line that no switch claimed: a misspelt switch is among them.

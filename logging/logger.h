@@ -142,8 +142,9 @@ class QL_API QLLogger {
     static void PutMessage(QLLogLevel level, const wchar_t* text) noexcept;
     // Queues a flush of every output, level by level; returns at once. Dropped when memory is short.
     static void FlushLogs() noexcept;
-    // Returns when everything queued before is written and every output is closed and released; lines are
-    // dropped from then on until outputs are registered again. Before the first InitializeLog it does
+    // Returns when everything queued before is written and every output is closed and released. The writer
+    // drops the lines that it finds while no output is registered; one put shortly before the next
+    // InitializeLog may still be written there. Before the first InitializeLog it does
     // nothing. Called by an output, it does not wait. When memory is short it may close nothing. For a writer
     // that cannot begin, as none can while a DllMain that started the log runs, it waits a second, and then
     // does all that on the calling thread.

@@ -9,8 +9,8 @@ enum QuilletDirectories : int {
     // The folder of the library's own module, with its trailing backslash; "C:\Program Files\Quillet Author\"
     // when that is not known.
     ProgramDirectory = 0,
-    JavaScriptDirectory = 1,  // Locations, JavaScript Files; or \ServerFiles below ProgramDirectory
-    ProgramDirectoryCopy = 2,
+    JavaScriptDirectory = 1,   // Locations, JavaScript Files; or \ServerFiles below ProgramDirectory
+    ProgramDirectoryCopy = 2,  // the same as ProgramDirectory
     // A file: Spelling, Personal Dictionary; or \Quillet Author\Spelling\Personal Dictionary.tlx below
     // PersonalDocumentsDirectory.
     PersonalDictionaryFile = 3,
@@ -20,7 +20,7 @@ enum QuilletDirectories : int {
     FormDocumentDirectory = 6,  // Locations, Form Document Files; or PersonalDocumentsDirectory
     AnswerDirectory =
         7,  // Locations, Answer Files; or \Quillet Author\Answers below PersonalDocumentsDirectory
-    AnswerDirectoryAlias = 8,
+    AnswerDirectoryAlias = 8,  // that and its preference once more, with a recent directory of its own
     TemplateDirectory =
         9,  // Locations, Template Files; or \Quillet Author\Templates below PersonalDocumentsDirectory
     // Locations, Publish Settings Files; or \Quillet Author\Publish below PersonalDocumentsDirectory.
@@ -54,8 +54,9 @@ class QL_API CQlDir {
     static bool GetPreference(QuilletDirectories kind, const wchar_t*& section,
                               const wchar_t*& entry) noexcept;
 
-    // The directory last used while the program runs; GetDirectory's until one was set. For LibraryDirectory
-    // the library directory below, which outlives the program.
+    // The directory last used while the program runs; until one was set, what GetDirectory said when this was
+    // first asked. The empty text sets none. For LibraryDirectory the library directory below, which outlives
+    // the program.
     static RWWString GetRecentDirectory(QuilletDirectories kind);
     static void SetRecentDirectory(QuilletDirectories kind, const RWWString& directory);
 
@@ -66,7 +67,8 @@ class QL_API CQlDir {
 
     // Between a path below a documents folder and its short form for display, which begins with "Documents\"
     // or "Public Documents\" ("My Documents\", "Shared Documents\" before Windows 6). Case does not matter.
-    // Other paths stay as they are. Kept on purpose: only the leading text is compared, so "DocumentsOld\x"
+    // Other paths stay as they are; the documents folder itself is "Documents\", and comes back with a
+    // backslash at its end. Kept on purpose: only the leading text is compared, so "DocumentsOld\x"
     // counts as a display path, and a sibling of the documents folder whose name is longer as a path below
     // it.
     //   "documents\letters" -> the personal documents folder + "\letters", and back "Documents\letters"

@@ -18,8 +18,9 @@ QL_API void PlacementToString(const tagWINDOWPLACEMENT& placement, RWWString& te
 
 // The placement that a text stands for, its length 44; false, and the placement untouched, when the text has
 // less than eleven numbers. Kept on purpose: any characters but digits and "-" separate; the first number
-// only has to be there; what follows the eleventh is not looked at; a "-" within a number ends it, so that
-// 12-3 is 12; a run of 64 digits or more is no number. A number beyond 32 bits is the nearest one.
+// only has to be there; what follows the eleventh is not looked at. A run of digits and "-" is one number,
+// which ends before a "-" within it, so that 12-3 is 12, and is 0 without digits in front; a run of more than
+// 63 makes the text unreadable. A number beyond 32 bits is the nearest one.
 QL_API bool PlacementFromString(tagWINDOWPLACEMENT& placement, const RWWString& text);
 
 // Writes the window's placement to a preference (settings/preferences.h); nothing when it is no window.

@@ -20,7 +20,8 @@ QL_PREFERENCE_SECTIONS(QL_DECLARE_KEY)
 QL_PREFERENCE_ENTRIES(QL_DECLARE_KEY, QL_DECLARE_KEY)
 
 // Defaults: ..._DEFREGBOOL, ..._DEFREGINT and ..._DEFREGSTR of the entry of the same stem, QLIEDEF_... of
-// settings without an entry. Colours are "red,green,blue", in the script editor "red,green,blue:bold:italic".
+// settings that have no such entry. Colours are "red,green,blue", in the script editor
+// "red,green,blue:bold:italic".
 QL_PREFERENCE_TEXT_DEFAULTS(QL_DECLARE_KEY)
 #undef QL_DECLARE_KEY
 

@@ -37,5 +37,6 @@ struct PreferenceOrigin {
 // nothing: no store learns the value. Unreadable is what no accessor finds: a text that fills more than 512
 // units, or another type of more than four bytes. A store that knows a preference as absent leaves the
 // default to win, whatever the registry holds by now. The default is the one that settings/preference_keys.h
-// has for the entry. Layers for which memory is too short are empty. Safe on any thread.
+// has for the entry, not one that an earlier reader left in the store. Layers for which memory is too short
+// are empty. Safe on any thread.
 QL_API PreferenceOrigin FindPreference(const wchar_t* section, const wchar_t* entry) noexcept;

@@ -14,8 +14,13 @@
 // null means "delete". What cannot be read is the default, what cannot be written is not reported. A
 // preference must be used with one type: through another one readers give the default, and a write reaches
 // the registry but not a store that holds it already.
+//
+// Kept on purpose: a store remembers a preference that it did not find by the default of its first reader,
+// which is what every later reader gets, whatever default it names; that goes for the library's own
+// preferences too. So each has one default, and the library's those of settings/preference_keys.h. Stores
+// compare names unit by unit, the registry without regard to case: a name has one spelling.
 
-// The text, or the default when there is none or it is empty.
+// The text, or the default when there is none or it is empty. A text that is no boolean is false.
 QL_API RWWString GetQLRegString(const wchar_t* section, const wchar_t* entry, const wchar_t* defaultText);
 QL_API int GetQLRegInt(const wchar_t* section, const wchar_t* entry, int defaultValue);
 QL_API bool GetQLRegBool(const wchar_t* section, const wchar_t* entry, bool defaultValue);

@@ -27,7 +27,8 @@ using HKEY = HKEY__*;
 // used for a second at most, and opened anew when it was deleted meanwhile: all that other threads and
 // processes write is seen at once, a rename of the key, or RegOverridePredefKey, when the second is over.
 //
-// Functions without an object are safe on any thread. A null text argument counts as empty.
+// Functions without an object are safe on any thread. A null text argument counts as empty; out-parameters
+// must not be null.
 
 // Each answers whether a value was found, and leaves the out-parameter alone when none was. Current user
 // first.
@@ -61,7 +62,8 @@ QL_API bool TextOfRegValue(const RegistryValue& value, RWWString& text) noexcept
 QL_API bool NumberOfRegValue(const RegistryValue& value, int& number) noexcept;
 
 // Red + 256 green + 65536 blue from "red,green,blue", each part read as a leading decimal number (0 when
-// there is none) of which the low 8 bits count: "255,128,0" -> 33023, "300,0,0" -> 44. The default when a
+// there is none; behind blanks and a sign, and held within 32 bits) of which the low 8 bits count:
+// "255,128,0" -> 33023, "300,0,0" -> 44. The default when a
 // comma is missing or the first one stands at the front.
 QL_API unsigned long QLRegStringToColor(const RWWString& text, unsigned long defaultColor);
 

@@ -65,7 +65,8 @@ class QL_API QLContextScope {
     bool ok() const noexcept { return attached_; }  // to this context
     int id() const noexcept { return id_; }         // -1 when no context could be made
 
-    // The context's own store, valid while the context has references; null when not ok.
+    // The context's own store, made when there is none, so that the thread reads the global one no longer;
+    // valid while the context has references; null when not ok.
     CQlsSettings* settings() const noexcept;
 
   private:

@@ -13,7 +13,8 @@ struct LockedSettings;
 // A setting of the host, addressed by number. The members and their meanings belong to the host.
 enum QlSetting : int {};
 
-// A store of typed settings. A setting is named by a QlSetting number, or by a registry section and entry;
+// A store of typed settings. A setting is named by a QlSetting number, or by a registry section and entry,
+// spelt alike each time (case counts here, though not in the registry), with no "<-^->" in the section;
 // one of the second kind is read from the registry (settings/registry.h: current user first) when it is first
 // asked for, and after that never again until it is cleared. Setting a value changes the store alone.
 //
@@ -81,8 +82,9 @@ class QL_API CQlsSettings {
 
     // Sets what a document holds, leaving other settings as they are. A key is split at its first "<-^->";
     // one without it is taken as it stands, so that booleans and integers can stand under a number too.
-    // Numbers are cut toward zero and held within 32 bits (no number gives 0); members that are objects,
-    // arrays or null are passed over. False, and nothing changes, when the text is null or no JSON object.
+    // Numbers are cut toward zero and held within 32 bits (no number gives 0). Members that are objects,
+    // arrays or null are passed over, and those of another type than the name has; of a key that stands twice
+    // the first counts. False, and nothing changes, when the text is null or no JSON object.
     bool SetFromSerializedSettings(const wchar_t* json);
 
     // Initialize makes the global store; TlsmInitialize (settings/thread_slots.h) comes before it. False
@@ -117,7 +119,7 @@ class QL_API CQlsSettings {
 
     // A thread attached n times must detach n times before its reference goes. False, and nothing changes,
     // when the thread is not initialised or attached to another id, the id was never handed out, or there is
-    // nothing to detach.
+    // nothing to detach. For id -1, which stands for the global store, attaching is true and changes nothing.
     static bool AttachThreadSettings(int id);
     static bool DetachThreadSettings(int id);
 
@@ -127,9 +129,9 @@ class QL_API CQlsSettings {
     static CQlsSettings* GetSettings(int id, bool create);
 
     // The members of the same meaning on the calling thread's store; false (a getter's out-parameter
-    // untouched) when there is no store at all. The first write of an attached thread makes its context's
-    // store; until then it reads the global one. Kept on purpose: the boolean and integer setters by number
-    // answer true.
+    // untouched) when there is no store at all. The first write, or clearing, of an attached thread makes
+    // its context's store; until then it reads the global one, and from then on nothing of it. Kept on
+    // purpose: the boolean and integer setters by number answer true.
     static bool SetThreadBoolSetting(QlSetting setting, bool value);
     static bool SetThreadIntSetting(QlSetting setting, int value);
     static bool SetThreadStrSetting(QlSetting setting, const wchar_t* value);
@@ -148,7 +150,8 @@ class QL_API CQlsSettings {
     static bool ClearThreadRegSetting(const wchar_t* section, const wchar_t* entry);
 
     // The process's defaults. The setters write the current user's registry (a null text deletes the value)
-    // and then the global store, and no other writer comes in between; they answer false when only the
+    // and then the global store (which holds a null text as the empty one, and so hides the machine's value),
+    // and no other writer comes in between; they answer false when only the
     // registry could be written. A store without memory for the value forgets the former one and reads the
     // registry again. The getters read the global store.
     static bool SetDefRegBoolSetting(const wchar_t* section, const wchar_t* entry, bool value);

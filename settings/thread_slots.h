@@ -20,7 +20,8 @@ QL_API bool TlsmInitializeThread();
 QL_API void TlsmUninitializeThread();
 QL_API bool TlsmIsThreadInitialized();
 
-// The next slot, 0 first; kTlsmNoSlot after the 64th and when not initialised.
+// The next slot, 0 first in the process; kTlsmNoSlot after the 64th and when not initialised. Kept on
+// purpose: TlsmUninitialize does not make it begin again, TlsmFree alone does.
 QL_API unsigned long TlsmAlloc();
 
 // Kept on purpose: which slots are in use is not recorded, and freeing any slot makes TlsmAlloc begin again

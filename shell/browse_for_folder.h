@@ -59,7 +59,6 @@ class QL_API CBrowseForFolder {
 // stays, when none was picked. A null title is the system's.
 QL_API bool GetDirName(HWND owner, const wchar_t* title, RWWString& folder);
 
-// The same for a kind of files: starts at CQlDir's recent directory of the kind, which is the preference's
-// until another was picked, and remembers the one picked as the recent one. The folder stays when none was
-// picked.
+// The same for a kind of files: starts at CQlDir's recent directory of the kind (GetRecentDirectory), and
+// remembers the one picked as the recent one. The folder stays when none was picked.
 QL_API bool GetFolderPath(HWND owner, const wchar_t* title, QuilletDirectories kind, RWWString& folder);

@@ -10,6 +10,6 @@
 QL_API QLCmdLine GetFormProcPath(FormProc processor);
 
 // The program and its switches of an open command as installers register it: one ending that stands for the
-// document (%1, "%1" or /ddeex) is dropped, and a program with blanks in its path is put in quotes.
+// document (%1, "%1" or /ddeex) is dropped, and a program ends where its path does, blanks or not.
 //     C:\Program Files\Word\winword.exe /n "%1"  ->  C:\Program Files\Word\winword.exe and /n
 QL_API QLCmdLine FormalizeFormProcCmdLine(const wchar_t* text);

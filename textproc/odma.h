@@ -5,9 +5,9 @@
 #include "rw/wide_string.h"
 
 // How documents are made known to a document-management system: an application id and a format name for each
-// kind of file, kept as preferences of the section "File Mgt". Kinds share ids; writing one kind's id writes
-// that of all who share it. Safe on any thread; preferences are read as settings/preferences.h tells. Nothing
-// throws: without memory a text is empty, and nothing is written.
+// kind of file, kept as preferences of the section "File Mgt". Kinds share ids, and those of one extension
+// format names; writing one kind's writes that of all who share it. Safe on any thread; preferences are read
+// as settings/preferences.h tells. Nothing throws: without memory a text is empty, and nothing is written.
 
 // The usual id of the kind's programs until another one is set; null clears what was set, and the empty text
 // stands for the usual id too.
