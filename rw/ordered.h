@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "platform/export.h"
@@ -8,9 +9,19 @@
 
 // An ordered collection of collectables, addressed by zero-based index; quick to change at both ends. Holds
 // pointers and does not own what they point to, except through clearAndDestroy. Null items are refused.
+// Copying throws std::bad_alloc when memory ends; what is moved from is empty.
 class QL_API RWOrdered : public RWCollectable {
   public:
     explicit RWOrdered(std::size_t capacity = 0) noexcept;  // a hint, not a limit
+    RWOrdered(const RWOrdered&) = default;
+    RWOrdered& operator=(const RWOrdered&) = default;
+    RWOrdered(RWOrdered&& other) noexcept { swap(other); }
+    RWOrdered& operator=(RWOrdered&& other) noexcept {
+        RWOrdered taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    ~RWOrdered() override = default;
 
     std::size_t entries() const noexcept { return places_.size() - first_; }  // how many
     RWCollectable* operator[](std::size_t index) const noexcept {

@@ -80,8 +80,12 @@ TEST(Ordered, KeepsItsOrderAndRefusesNullAndIndexesPastTheEnd) {
     EXPECT_EQ(nullptr, next());
     EXPECT_EQ(nullptr, items.append(nullptr));
     EXPECT_EQ(nullptr, items.insertAt(items.entries() + 1, &pool[0]));
-    items.clear();
-    EXPECT_EQ(0u, items.entries());
+    RWOrdered moved(std::move(items)), assigned;
+    assigned = std::move(moved);
+    for (const RWOrdered* empty : {&items, &moved}) EXPECT_EQ(0u, empty->entries());  // NOLINT: as promised
+    EXPECT_EQ(model.size(), assigned.entries());
+    assigned.clear();
+    EXPECT_EQ(0u, assigned.entries());
 }
 
 TEST(HashDictionary, FindsByEqualityAmongKeysOfOneHash) {
