@@ -81,7 +81,18 @@ std::wstring ShortPathName(std::wstring text) {
     }
 }
 
+// Not every system answers when it is asked for a longer name than files have.
+bool CouldNameAFile(const std::wstring& path) {
+    constexpr std::size_t kLongestName = 255;
+    for (std::size_t begin = 0, end = 0; end < path.size(); begin = end + 1) {
+        end = std::min(path.find_first_of(L"\\/", begin), path.size());
+        if (end - begin > kLongestName) return false;
+    }
+    return true;
+}
+
 std::wstring LongPathName(const std::wstring& path) {
+    if (!CouldNameAFile(path)) return path;
     wchar_t buffer[kPathBuffer] = {};
     const DWORD length = ::GetLongPathNameW(path.c_str(), buffer, static_cast<DWORD>(kPathBuffer));
     return length == 0 || length >= kPathBuffer ? path : std::wstring(buffer);

@@ -14,6 +14,8 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 QLFileName Name(const std::wstring& path) {
     return path.c_str();
 }
@@ -128,7 +130,8 @@ TEST_F(NameQueries, OtherFormsFallBackToTheText) {
     EXPECT_EQ(RWWString(L"http://srv/a/"), QLFileName(L"http://srv/a/b.txt").GetShortPath());
     EXPECT_EQ(RWWString(L"http://srv/b.htm?x"), QLFileName(L"http://srv/b.htm?x").GetLongPathAndFileName());
     EXPECT_EQ(RWWString(L"mailto:a.b"), QLFileName(L"mailto:a.b").GetLongPathAndFileName());
-    EXPECT_EQ(RWWString(L"C:\\nowhere\\a.txt"), QLGetLongPathName(L"C:\\nowhere\\a.txt"));
+    for (const std::wstring& path : {L"C:\\nowhere\\a.txt"s, L"C:\\" + std::wstring(5000, L'd') + L"/a"})
+        EXPECT_EQ(RWWString(path), QLGetLongPathName(path)) << path.size();
     for (const wchar_t* text : {L"\\\\srv\\share\\a.txt", L"C:\\a.txt", L"sub\\a.txt"})
         EXPECT_EQ(RWWString(text), QLFileName(text).GetUNCPathAndFileName());
 }
