@@ -42,7 +42,8 @@ class QL_API CDirectoryIterator {
     std::unique_ptr<Search> search_;
 };
 
-// Removes the files of a directory, read-only ones too, and then the directory. What cannot be removed, such
+// Removes the files of a directory, read-only ones too, and then the directory. The text is a path as
+// QLFileName::SetPath takes it: a reference %NAME% in it is expanded. What cannot be removed, such
 // as a file in use, stays, and the directory with it. Subdirectories are not entered: a directory that holds
 // any stays, without its files. Links to files are removed, not followed, where the system shows them as
 // links; links to directories count as subdirectories. When the current directory is the one named, letter

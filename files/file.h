@@ -39,7 +39,8 @@ class QL_API QLFile {
     int Close();   // 0 when it was closed already
     int Delete();  // closes the file first
 
-    // Renames the named file on the disk; the object takes the new name over when `adoptName` is set.
+    // Renames the named file on the disk; the object takes the new name over when `adoptName` is set. Fails
+    // while the file is open, by this object too.
     int Rename(const QLFileName& newName, int adoptName);
 
     // Whether it is open; the file may be gone from the disk all the same.

@@ -35,7 +35,8 @@ class QL_API QLCmdLine : public QLFileName {
     QLCmdLine(const QLCmdLine& other) noexcept;
     QLCmdLine& operator=(const QLCmdLine& other);
 
-    // The name in its form for command lines, and the switches after a blank when there are any.
+    // The name in its form for command lines, and the switches after a blank when there are any. A name with
+    // a slash in it is not read back from that text.
     RWWString GetCmdLine() const override;
     int IsNull() const override;  // neither a name nor switches
     void Reset() override;        // back to neither

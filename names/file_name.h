@@ -142,14 +142,16 @@ class QL_API QLFileName {
 
     int HasExtension() const noexcept { return hasExtension_; }  // "a." has one, an empty one
 
-    // What its form says: nothing is asked of the system. An id needs a text behind its prefix.
+    // What its form says: nothing is asked of the system. An id needs a text behind its prefix, a
+    // plug-in item one of two units.
     int HasRoot() const noexcept { return !Part(kRoot).empty(); }
     int IsRemote() const noexcept { return isRemote_; }
     int IsODMADocId() const noexcept;
     int IsPluginFileType() const noexcept;
 
-    // Negative, 0 or positive, by scheme, root, directory, name and extension, ignoring case. Separators,
-    // tail and IsRemote take no part, and a name with an extension comes after the same name without.
+    // Negative, 0 or positive, by scheme, root, directory, name and extension, ignoring case. The root's and
+    // the directory's separators (those within a directory count), tail and IsRemote take no part, and a name
+    // with an extension comes after the same name without.
     int CompareTo(const QLFileName& other) const noexcept;
     bool operator==(const QLFileName& other) const noexcept { return CompareTo(other) == 0; }
 
@@ -169,8 +171,8 @@ class QL_API QLFileName {
     };
 
     // Kept on purpose: CanAccess asks about rooted local names alone, a relative name is never accessible;
-    // Exists is no for a name without a file part; GetStatus leaves the process with the system's messages
-    // about missing disks off.
+    // Exists is no for a name without a file part, IsDirectory for both; GetStatus leaves the process with
+    // the system's messages about missing disks off.
     int CanAccess(int mode) const;  // 0 to ask for existence, else ACCESS_READ and ACCESS_WRITE added up
     int Exists() const;
     int IsDirectory() const;
@@ -179,7 +181,7 @@ class QL_API QLFileName {
     // The whole name by its share where its drive is one of the network, and in its long form.
     RWWString GetUNCPathAndFileName() const;
     RWWString GetLongPathAndFileName() const;
-    RWWString GetShortPath() const;     // of the path, and always one more backslash
+    RWWString GetShortPath() const;     // of a local path, with one more backslash; any other as it is
     RWWString GetShortVersion() const;  // of the whole name
 
     // A name that no file has: "~ql12", a number, and the extension that the name had or ".tmp", in the
@@ -192,7 +194,7 @@ class QL_API QLFileName {
 
     // The text with leading directories replaced by an ellipsis until it is at least two units narrower than
     // `width` pixels in the font of the device context, as far as that goes: C:\one\two\f.txt ->
-    // C:\...\two\f.txt -> C:\...\f.txt.
+    // C:\...\two\f.txt -> C:\...\f.txt. Backslashes alone count; of a share's name the server goes, too.
     RWWString FitToWidth(HDC dc, int width) const;
     static void FitToWidth(HDC dc, RWWString& text, int width);
 
@@ -259,12 +261,13 @@ class QL_API QLFileName {
 };
 
 // The long form of a path, and its short (8.3) form. Only a path that begins with a drive has a short form; a
-// file that does not exist is created for a moment to be asked. A path that has no such form is answered as
-// it is, in the short form with backslashes for slashes and, behind a drive's root, without one at the end.
-// Of a path with wildcards the short form is that of the first entries that match.
+// file that does not exist is created for a moment to be asked. A path that has no such form, or a long one
+// of more than 259 units, is answered as it is, in the short form with backslashes for slashes and, behind a
+// drive's root, without one at the end. Wildcards in the last part stand, in the short form, for the first
+// entry that matches; a path with others has none.
 QL_API RWWString QLGetLongPathName(const RWWString& path);
 QL_API RWWString QLGetShortPathName(const RWWString& path);
 
 // The first that can be read and written: the environment's TMP, its TEMP, the answer directory; else the
-// Windows directory.
+// Windows directory. The environment is that of the C run time, which SetEnvironmentVariable does not change.
 QL_API RWWString QLGetTempPath();

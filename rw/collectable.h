@@ -39,7 +39,8 @@ class QL_API RWCollectable {
     virtual std::size_t binaryStoreSize() const;  // bytes that saveGuts writes
 
     // The order is negative, zero or positive. Null and objects of unrelated classes are never equal, and
-    // stand in the order of their addresses. Texts that are equal hash alike.
+    // stand in the order of their addresses. Texts that are equal hash alike; collections
+    // that are equal neither do nor compare as 0.
     virtual int compareTo(const RWCollectable* other) const;
     virtual unsigned hash() const;
     virtual bool isEqual(const RWCollectable* other) const;

@@ -8,7 +8,7 @@
 
 // Maps collectable keys to collectable values by the keys' own hash and isEqual, so that any key which hashes
 // alike and is equal finds an entry. A null key is in no dictionary. Holds pointers and does not own what
-// they point to, except through clearAndDestroy.
+// they point to, except through clearAndDestroy. Copying throws std::bad_alloc when memory ends.
 class QL_API RWHashDictionary : public RWCollectable {
     struct KeyHash {
         std::size_t operator()(const RWCollectable* key) const { return key->hash(); }

@@ -7,9 +7,9 @@
 #include "rw/wide_string.h"
 
 // Between wide text (UTF-16) and the process's ANSI code page. Safe to call from any thread; null is the
-// empty text. To ANSI, a character that the code page lacks becomes its best fit, else "?". To wide,
-// characters are precomposed. A conversion that the system refuses, or that memory has no room for, gives an
-// empty text.
+// empty text. To ANSI, a character that the code page lacks becomes its best fit, else "?" for each of its
+// units. To wide, characters are precomposed. A conversion that the system refuses, or that memory has no
+// room for, gives an empty text.
 
 // To the ANSI code page.
 QL_API std::string WideToStdString(ql::TextView text);

@@ -6,10 +6,10 @@
 // The case pattern of a text.
 enum CaseType : int {
     CASE_LOWER = 1,            // all lower case
-    CASE_SENTENCE = 2,         // the first letter capital, the rest lower
+    CASE_SENTENCE = 2,         // the first character capital, the rest lower
     CASE_TITLE = 3,            // every word capitalised
     CASE_UPPER = 4,            // all capitals
-    CASE_FIRST_CAPITAL = 5,    // the first letter capital, the rest as it is
+    CASE_FIRST_CAPITAL = 5,    // the first character capital, the rest as it is
     CASE_SPACED_CAPITALS = 6,  // capitals with blanks between them
     CASE_UNKNOWN = 7,          // left as it is
 };
@@ -18,10 +18,10 @@ enum CaseType : int {
 // functions may be called from any thread.
 
 // Classifies a text by a few signs, not by every letter: whether it starts with a letter, the case of the
-// first two letters, blanks between the first capitals, and the case of the letters that start the second and
-// the third word. So "Hello" and "Hello World foo" are titles, "Hello world Foo" is CASE_FIRST_CAPITAL and
-// "HELLO world" CASE_UPPER. A text that starts with no letter, with a letter that has no case, or like
-// "eBook", is CASE_UNKNOWN.
+// first two letters, blanks between the first three capitals, and the case of the letters that start the
+// second and the third word. So "Hello" and "Hello World foo" are titles, "Hello world Foo" is
+// CASE_FIRST_CAPITAL and "HELLO world" CASE_UPPER. A text that starts with no letter, with a letter that has
+// no case, or like "eBook", is CASE_UNKNOWN.
 QL_API CaseType GetCase(const RWWString& text);
 
 // Rewrites a text in a case pattern. In capitals every "ß" becomes "SS"; spaced capitals have one blank

@@ -29,9 +29,10 @@ class QL_API TokenString : public RWWString {
     TokenString& operator=(const TokenString& other) noexcept;
     virtual ~TokenString() = default;
 
-    RWWString Next();                         // the empty text at the end, and ever after
-    void NewDelims(ql::TextView delimiters);  // from here on; the position stays
-    void Init() noexcept { position_ = 0; }   // back to the first token
+    RWWString Next();  // the empty text at the end, and ever after
+    // From here on; the position stays, before the delimiter that ended the last token.
+    void NewDelims(ql::TextView delimiters);
+    void Init() noexcept { position_ = 0; }  // back to the first token
 
   private:
     std::size_t End() const noexcept;

@@ -90,5 +90,6 @@ class QL_API Number {
 static_assert(sizeof(Number) == 8);
 
 // Throws a float of value 0 when the divisor is 0 or negative zero, whatever the dividend: the one exception
-// that leaves this library. Otherwise null when either is null.
+// that leaves this library, but for std::bad_alloc where copies and constructors say so. Otherwise null when
+// either is null.
 QL_API Number operator/(Number dividend, Number divisor);

@@ -30,7 +30,8 @@ constexpr std::size_t FloatFormatBufferChars(short places) noexcept {
 
 // Cuts (or rounds, half away from zero) a number to so many decimals in a way that forgives the small error
 // of a binary fraction: it is first moved away from zero by 10^-(places + 5). Places are clamped to 0 to 8. A
-// number without a fraction, an infinity and not-a-number come back as they are.
+// number without a fraction, an infinity and not-a-number come back as they are. The last digits of one whose
+// product with 10^places goes beyond 2^53 (with 8 places, from about 90 million on) may change.
 //     FudgeDouble(2.675, 2, true) -> 2.68,  FudgeDouble(2.675, 2, false) -> 2.67
 QL_API double FudgeDouble(double value, long places, bool round) noexcept;
 
@@ -44,8 +45,8 @@ QL_API double FudgeDouble(double value, long places, bool round) noexcept;
 //    place 1.96 -> 2, but 1.5 -> 1.
 //  - A text whose last character is the decimal separator loses it, also when the separator is a digit and
 //    that character one of the number's.
-//  - An infinity is "inf" and not-a-number "nan" (never with a sign) in place of the digits before the point;
-//    the decimals are zeros: inf.00.
+//  - An infinity is "inf" behind its sign, and not-a-number "nan" without one, in place of the digits before
+//    the point; the decimals are zeros: -inf.00.
 QL_API wchar_t* FloatFormatStringExt(double value, wchar_t* buffer, const tagQL_FLOATFORMAT* format,
                                      short places) noexcept;
 

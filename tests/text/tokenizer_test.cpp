@@ -12,6 +12,8 @@ TEST(TokenString, ChangesDelimitersMidwayAndCopiesThem) {
     text.NewDelims(L",");
     text = copy;
     EXPECT_EQ(text.Next(), L"c,d");
+    text.Init();
+    EXPECT_EQ(text.Next(), L"a,b");
 }
 
 TEST(TokenString, CountsUnitsAndReadsNoFurtherThanItsText) {
