@@ -6,11 +6,14 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
+#include "zip/dynazip.h"
 
 #include <psapi.h>
 
@@ -33,6 +36,37 @@ class File {
 
   private:
     const fs::path path_;
+};
+
+// A folder of so many files of a kilobyte each, some of which pack well, and the archive that they go into.
+class Tree {
+  public:
+    explicit Tree(int count) {
+        fs::create_directory(folder_);
+        for (int i = 0; i < count; ++i) {
+            files_.push_back((folder_ / (std::to_string(i) + ".txt")).wstring());
+            std::ofstream out(files_.back().c_str(), std::ios::binary);
+            for (int k = 0; k < 1024; ++k) out << static_cast<char>('a' + (k * k + i * k % (i % 7 + 1)) % 26);
+        }
+    }
+    ~Tree() {
+        fs::remove_all(folder_);
+        fs::remove(archive_);
+    }
+    Tree(const Tree&) = delete;
+    Tree& operator=(const Tree&) = delete;
+
+    void DropArchive() const { fs::remove(archive_); }
+    std::wstring Archive() const { return archive_.wstring(); }
+    const std::vector<std::wstring>& Files() const { return files_; }
+    std::wstring Arguments() const {
+        return L'"' + archive_.wstring() + L"\" \"" + folder_.wstring() + L"\\*\"";
+    }
+
+  private:
+    const fs::path folder_ = fs::temp_directory_path() / "ql_bench_added";
+    const fs::path archive_ = fs::temp_directory_path() / "ql_bench_added.zip";
+    std::vector<std::wstring> files_;
 };
 
 // Runs qlutil to its end, with what it prints going nowhere, and answers the bytes that it held at most, as
@@ -85,6 +119,32 @@ void ShowLog(benchmark::State& state) {
     Measure(state, L"--json log show " + log.Quoted());
 }
 
+void AddFiles(benchmark::State& state, const std::function<void(const Tree&)>& add) {
+    const Tree tree(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        state.PauseTiming();
+        tree.DropArchive();
+        state.ResumeTiming();
+        add(tree);
+    }
+}
+
+void AddByQlutil(benchmark::State& state) {
+    AddFiles(state, [](const Tree& tree) { MostHeldBy(L"zip add " + tree.Arguments()); });
+}
+
+// The same by the class, in this process: what the host adds to it is the start of a program.
+void AddByTheClass(benchmark::State& state) {
+    if (!Dynazip::IsZipDllLoaded()) throw std::runtime_error("there is no engine");
+    AddFiles(state, [](const Tree& tree) {
+        std::vector<ZIPSOURCE> sources;
+        for (const std::wstring& file : tree.Files()) sources.push_back({file.c_str(), nullptr, 0});
+        const int count = static_cast<int>(sources.size());
+        if (!Dynazip::AddFilesToZip(tree.Archive().c_str(), sources.data(), count, 6))
+            throw std::runtime_error("the files are not added");
+    });
+}
+
 std::string LittleEndian(std::uint64_t number, int bytes) {
     std::string text;
     for (; bytes > 0; --bytes, number >>= 8) text += static_cast<char>(number);
@@ -113,6 +173,16 @@ void ListLongNames(benchmark::State& state) {
     Measure(state, L"--json zip list " + archive.Quoted());
 }
 
+BENCHMARK(AddByQlutil)
+    ->Name("qlutil zip add, files of 1 KB/qlutil")
+    ->Arg(2000)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(AddByTheClass)
+    ->Name("qlutil zip add, files of 1 KB/one engine call")
+    ->Arg(2000)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(ShowLog)
     ->Name("qlutil log show, MB")
     ->RangeMultiplier(10)
