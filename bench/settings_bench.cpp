@@ -239,6 +239,21 @@ struct MapOfGivenKeys {
     }
 };
 
+// The same for values that are copied in a register.
+template <class Value>
+struct MapOfValues {
+    std::mutex lock;
+    std::unordered_map<std::wstring, Value> values;
+
+    MapOfValues() {
+        for (int i = 0; i < kEntries; ++i) values.emplace(EntryName(i), static_cast<Value>(i % 2));
+    }
+    Value Read(const std::wstring& entry) {
+        const std::lock_guard<std::mutex> guard(lock);
+        return values.find(entry)->second;
+    }
+};
+
 template <class Map, Contexts kContexts>
 Map& MapOf(const benchmark::State& state) {
     static std::array<Map, kMaxThreads> maps;
@@ -253,6 +268,12 @@ void CopyIntoText(benchmark::State& state) {
         map.Read(entry, text);
         return text.data();
     });
+}
+
+template <class Value, Contexts kContexts>
+void CopyValue(benchmark::State& state) {
+    auto& map = MapOf<MapOfValues<Value>, kContexts>(state);
+    ReadEntries(state, [&](const std::wstring& entry) { return map.Read(entry); });
 }
 
 template <class Map, Contexts kContexts>
@@ -426,8 +447,13 @@ QL_READS("own contexts/bare map, key given", CopyIntoText<MapOfGivenKeys, kOwn>)
 QL_READS("own contexts/bare map, key made", CopyIntoText<MapOfMadeKeys, kOwn>);
 QL_READS("absent, same context/ours", ReadAbsentText<kSame>);
 QL_READS("integer, same context/ours", ReadInteger<kSame>);
+QL_READS("integer, same context/bare map, key given", CopyValue<int, kSame>);
 QL_READS("integer, own contexts/ours", ReadInteger<kOwn>);
+QL_READS("integer, own contexts/bare map, key given", CopyValue<int, kOwn>);
 QL_READS("Boolean, same context/ours", ReadBoolean<kSame>);
+QL_READS("Boolean, same context/bare map, key given", CopyValue<bool, kSame>);
+QL_READS("Boolean, own contexts/ours", ReadBoolean<kOwn>);
+QL_READS("Boolean, own contexts/bare map, key given", CopyValue<bool, kOwn>);
 QL_READS("new text, same context/ours", ReadNewText<kSame>);
 QL_READS("new text, same context/bare map, key given", CopyNewText<MapOfGivenKeys, kSame>);
 QL_READS("new text, same context/bare map, key made", CopyNewText<MapOfMadeKeys, kSame>);
