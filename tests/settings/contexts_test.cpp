@@ -204,24 +204,19 @@ TEST_F(Contexts, DefaultsGoToTheRegistryAndTheGlobalStoreOnly) {
 }
 
 TEST_F(Contexts, AnAbsentSettingIsFalseZeroOrNullWhereNoDefaultIsGiven) {
-    bool flags[] = {true, true, true};
-    int numbers[] = {1, 1, 1};
-    RWWString texts[] = {L"a", L"a", L"a"};
-    Settings store;
-    store.GetRegBoolSetting(L"Absent", L"Bool", &flags[0]);
-    store.GetRegIntSetting(L"Absent", L"Int", &numbers[0]);
-    store.GetRegStrSetting(L"Absent", L"Text", &texts[0]);
-    Settings::GetThreadRegBoolSetting(L"Absent", L"Bool", &flags[1]);
-    Settings::GetThreadRegIntSetting(L"Absent", L"Int", &numbers[1]);
-    Settings::GetThreadRegStrSetting(L"Absent", L"Text", &texts[1]);
-    Settings::GetDefRegBoolSetting(L"Absent", L"Other bool", &flags[2]);
-    Settings::GetDefRegIntSetting(L"Absent", L"Other int", &numbers[2]);
-    Settings::GetDefRegStrSetting(L"Absent", L"Other text", &texts[2]);
-    for (const std::size_t i : {0u, 1u, 2u}) {
-        EXPECT_FALSE(flags[i]) << i;
-        EXPECT_EQ(0, numbers[i]) << i;
-        EXPECT_TRUE(texts[i].isNull()) << i;
-    }
+    const auto after = [](auto value, auto read) { return read(&value), value; };
+    Settings own;
+    EXPECT_FALSE(after(true, [&](bool* value) { own.GetRegBoolSetting(L"Sec", L"Bool", value); }));
+    EXPECT_FALSE(after(true, [](bool* value) { Settings::GetThreadRegBoolSetting(L"Sec", L"B", value); }));
+    EXPECT_FALSE(after(true, [](bool* value) { Settings::GetDefRegBoolSetting(L"Sec", L"Bool", value); }));
+    EXPECT_EQ(0, after(1, [&](int* value) { own.GetRegIntSetting(L"Sec", L"Int", value); }));
+    EXPECT_EQ(0, after(1, [](int* value) { Settings::GetThreadRegIntSetting(L"Sec", L"I", value); }));
+    EXPECT_EQ(0, after(1, [](int* value) { Settings::GetDefRegIntSetting(L"Sec", L"Int", value); }));
+    using Text = RWWString;
+    const Text a(L"a"), null;
+    EXPECT_EQ(null, after(a, [&](Text* value) { own.GetRegStrSetting(L"Sec", L"Text", value); }));
+    EXPECT_EQ(null, after(a, [](Text* value) { Settings::GetThreadRegStrSetting(L"Sec", L"T", value); }));
+    EXPECT_EQ(null, after(a, [](Text* value) { Settings::GetDefRegStrSetting(L"Sec", L"Text", value); }));
 }
 
 // --- many threads
