@@ -103,6 +103,7 @@ class LineHead {
         tick_ = tick;
     }
 
+    DWORD Tick() const noexcept { return tick_; }
     std::wstring_view Time() const noexcept { return {text_, timeLength_}; }
     std::wstring_view Whole() const noexcept { return {text_, length_}; }
 
@@ -197,6 +198,7 @@ QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file,
     : timeLength_(0), level_(level) {
     Add([&](ql::LineText& text) {
         const CurrentHead head;
+        tick_ = head->Tick();
         timeLength_ = head->Time().size();
         text.Append(head->Whole());
         if (file) AppendAnsi(text, file);
@@ -298,15 +300,21 @@ void QLLoggerLevelInserter::operator<<(const LogMessageFinish&) noexcept {
     Close();
 }
 
+// The time that a line tells is that of its end; within a tick there is no other.
+void QLLoggerLevelInserter::UpdateTime() {
+    const CurrentHead head;
+    const std::wstring_view time = head->Time();
+    line_.ReplaceFront(timeLength_, time);
+    prefixLength_ += time.size() - timeLength_;
+    timeLength_ = time.size();
+    tick_ = head->Tick();
+}
+
 void QLLoggerLevelInserter::Close() noexcept {
     isEmitted_ = true;
     if (!isBroken_ && line_.size() == prefixLength_) return;
     Add([this](ql::LineText& text) {
-        const CurrentHead head;
-        const std::wstring_view time = head->Time();
-        text.ReplaceFront(timeLength_, time);
-        prefixLength_ += time.size() - timeLength_;
-        timeLength_ = time.size();
+        if (::GetTickCount() != tick_) UpdateTime();
         *text.Extend(1) = L'\n';
     });
     if (isBroken_) return ql::CountLostLines(ql::LostTo::kMemory, 1);

@@ -93,11 +93,13 @@ class QL_API QLLoggerLevelInserter {
   private:
     template <class Change>
     QLLoggerLevelInserter& Add(Change change) noexcept;
+    void UpdateTime();
 
     // The whole line from the start: the finish has but the time to put in its place.
     ql::LineText line_;
     std::size_t timeLength_;
     std::size_t prefixLength_ = 0;
+    unsigned long tick_ = 0;  // of the system, when the time was told
     QLLogLevel level_;
     bool isBroken_ = false;  // there was no memory for a part of it
     bool isEmitted_ = false;

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <bit>
 #include <cstddef>
+#include <cstring>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -19,6 +21,7 @@
 #include "platform/module.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
+#include "text/unit_block.h"
 
 namespace {
 
@@ -406,6 +409,19 @@ bool CloseHere() noexcept {
     return true;
 }
 
+// Answers where the copy ends.
+wchar_t* CopyShowingZeros(std::wstring_view text, wchar_t* out) noexcept {
+    using ql::kBlockUnits;
+    const wchar_t *from = text.data(), *const end = from + text.size();
+    for (; end - from >= kBlockUnits; from += kBlockUnits, out += kBlockUnits) {
+        ql::Block units;
+        std::memcpy(&units, from, sizeof(units));
+        units |= std::bit_cast<ql::Block>(units == ql::Unit{0}) & ql::Unit{kShownZero};
+        std::memcpy(out, &units, sizeof(units));
+    }
+    return std::replace_copy(from, end, out, L'\0', kShownZero);
+}
+
 void Push(ql::LogEntry* entry) noexcept {
     if (g_log.queue.Push(entry)) WakeWriter();
     if (g_log.ending) HandleLate();
@@ -475,7 +491,7 @@ void QLLogger::PutLine(QLLogLevel level, std::wstring_view text) noexcept {
     }
     entry->level = level;
     entry->counted = isBounded ? bytes : 0;
-    *std::replace_copy(text.begin(), text.end(), entry->Text(), L'\0', kShownZero) = L'\0';
+    *CopyShowingZeros(text, entry->Text()) = L'\0';
     Push(entry);
 }
 
