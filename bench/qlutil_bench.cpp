@@ -151,18 +151,16 @@ std::string LittleEndian(std::uint64_t number, int bytes) {
     return text;
 }
 
-// An archive of next to nothing whose directory has so many megabytes: empty members with long names.
-void ListLongNames(benchmark::State& state) {
-    constexpr std::size_t kNameBytes = 60'000;
-    const File archive("ql_bench_long_names.zip");
-    const auto count = static_cast<std::size_t>(state.range(0)) * kMega / kNameBytes;
+// An archive of empty members with names of so many bytes.
+void ListEmptyMembers(benchmark::State& state, std::size_t count, std::size_t nameBytes) {
+    const File archive("ql_bench_empty_members.zip");
     // What both headers have: version, no flags, stored, a date, no contents, the name's length.
     const std::string fields = LittleEndian(20, 2) + LittleEndian(0x5a21'0000'0000'0000, 8) +
-                               std::string(12, '\0') + LittleEndian(kNameBytes, 4);
+                               std::string(12, '\0') + LittleEndian(nameBytes, 4);
     std::string members, directory;
     for (std::size_t i = 0; i < count; ++i) {
         std::string name = std::to_string(i);
-        name.resize(kNameBytes, 'n');
+        name.resize(nameBytes, 'n');
         directory += "PK\1\2" + LittleEndian(20, 2) + fields + std::string(10, '\0') +
                      LittleEndian(members.size(), 4) + name;
         members += "PK\3\4" + fields + name;
@@ -171,6 +169,16 @@ void ListLongNames(benchmark::State& state) {
                     << LittleEndian(count, 2) << LittleEndian(directory.size(), 4)
                     << LittleEndian(members.size(), 4) << LittleEndian(0, 2);
     Measure(state, L"--json zip list " + archive.Quoted());
+}
+
+// Next to nothing but a directory of so many megabytes.
+void ListLongNames(benchmark::State& state) {
+    constexpr std::size_t kNameBytes = 60'000;
+    ListEmptyMembers(state, static_cast<std::size_t>(state.range(0)) * kMega / kNameBytes, kNameBytes);
+}
+
+void ListManyMembers(benchmark::State& state) {
+    ListEmptyMembers(state, static_cast<std::size_t>(state.range(0)), 20);
 }
 
 BENCHMARK(AddByQlutil)
@@ -187,6 +195,14 @@ BENCHMARK(ShowLog)
     ->Name("qlutil log show, MB")
     ->RangeMultiplier(10)
     ->Range(1, 100)
+    ->Iterations(1)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(ListManyMembers)
+    ->Name("qlutil zip list as JSON, members")
+    ->Arg(100)
+    ->Arg(8000)
+    ->Arg(65534)
     ->Iterations(1)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
