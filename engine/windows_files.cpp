@@ -133,7 +133,7 @@ std::optional<FILETIME> ExactTimeOf(const Entry& entry) {
 }
 
 std::wstring LiteralPath(const std::wstring& path) {
-    const std::wstring full = FullPathName(path);
+    std::wstring full = FullPathName(path);
     Require(!full.empty(), Result::kCannotOpen);
     if (full.starts_with(L"\\\\?\\") || full.starts_with(L"\\\\.\\")) return full;
     return full.starts_with(L"\\\\") ? L"\\\\?\\UNC\\" + full.substr(2) : L"\\\\?\\" + full;
