@@ -9,10 +9,11 @@
 
 // An ordered collection of collectables, addressed by zero-based index; quick to change at both ends. Holds
 // pointers and does not own what they point to, except through clearAndDestroy. Null items are refused.
-// Copying throws std::bad_alloc when memory ends; what is moved from is empty.
 class QL_API RWOrdered : public RWCollectable {
   public:
     explicit RWOrdered(std::size_t capacity = 0) noexcept;  // a hint, not a limit
+
+    // A copy has the same items, and throws std::bad_alloc when memory ends. What is moved from is empty.
     RWOrdered(const RWOrdered&) = default;
     RWOrdered& operator=(const RWOrdered&) = default;
     RWOrdered(RWOrdered&& other) noexcept { swap(other); }
