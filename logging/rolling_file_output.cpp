@@ -78,7 +78,8 @@ std::wstring OsDescription() {
 
 // The file of a later roll-over is this one, whatever folder is current by then. Its name stays as it stands.
 std::wstring FromItsRoot(const std::wstring& path) {
-    const std::size_t name = path.find_last_of(L"\\/:") + 1;  // 0 when there is none
+    const std::size_t drive = path.size() > 1 && path[1] == L':' ? 2 : 0;
+    const std::size_t name = std::max(path.find_last_of(L"\\/") + 1, drive);
     std::wstring folder = ql::FullPathName(name > 0 ? path.substr(0, name) : L".");
     if (path.empty() || folder.empty()) return path;
     if (folder.back() != L'\\') folder += L'\\';
