@@ -53,6 +53,7 @@ TEST_F(Files, CreateKeepsWhatAFileHoldsAndReadsBytesAsTheyAre) {
     EXPECT_FALSE(file.Open(OPEN_READ, Name(path_)));
     EXPECT_EQ(Name(path_), file.GetFileName());
     ASSERT_TRUE(file.Create(OPEN_WRITE, Name(path_)));
+    EXPECT_EQ(0U, ::GetFileAttributesW(path_.c_str()) & FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(7, Writes(file, bytes));
     EXPECT_TRUE(file.Flush());
     EXPECT_EQ("failed", Reads(file, 1)) << "opened for writing alone";
