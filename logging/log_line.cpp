@@ -60,7 +60,9 @@ const char* AppendAsciiOf(ql::LineText& text, const char* narrow) {
     for (;;) {
         wchar_t* const wide = text.Extend(kStretch);
         std::size_t count = 0;
-        for (; count < kStretch && IsAsciiByte(narrow[count]); ++count) wide[count] = narrow[count];
+        for (; count < kStretch && IsAsciiByte(narrow[count]); ++count) {
+            wide[count] = static_cast<unsigned char>(narrow[count]);
+        }
         text.CutTo(text.size() - kStretch + count);
         narrow += count;
         if (count < kStretch) return narrow;
