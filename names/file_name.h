@@ -143,7 +143,7 @@ class QL_API QLFileName {
     int HasExtension() const noexcept { return hasExtension_; }  // "a." has one, an empty one
 
     // What its form says: nothing is asked of the system. An id needs a text behind its prefix, a
-    // plug-in item one of two units.
+    // plug-in item one of two units at least.
     int HasRoot() const noexcept { return !Part(kRoot).empty(); }
     int IsRemote() const noexcept { return isRemote_; }
     int IsODMADocId() const noexcept;

@@ -105,9 +105,11 @@ TEST(LogLine, HoldsPlaceAndTextsOfEveryKindInTheirOrder) {
         QLLoggerLevelInserter(QLLOG_INFO, "a.cpp", -7)
             << RWWString(L"W") << QLFileName(L"C:\\f.txt") << std::wstring_view(L"v\0x", 2)
             << std::string("n\0", 2) << "N" << 'c' << L'w' << kPlain << static_cast<const wchar_t*>(nullptr)
-            << static_cast<const char*>(nullptr) << writable << text << LogMessageFinish();
+            << static_cast<const char*>(nullptr) << writable << text << std::wstring(17, L'\0')
+            << LogMessageFinish();
     });
-    EXPECT_EQ((Calls{L"[a.cpp:-7]-WC:\\f.txtv\u2400n\u2400Ncw7l" + text}), lines);
+    EXPECT_EQ((Calls{L"[a.cpp:-7]-WC:\\f.txtv\u2400n\u2400Ncw7l" + text + std::wstring(17, L'\u2400')}),
+              lines);
     static_assert(!QLLoggable<int*>);
     static_assert(!QLLoggable<std::vector<int>>);
 }

@@ -169,12 +169,14 @@ TEST_F(RollingFile, ShiftsItsBackupsIntoGapsTooAndKeepsTheirTimes) {
         const auto reader = OpenFile(path(0), kShareAll | FILE_SHARE_DELETE);
         const std::filesystem::path elsewhere = std::filesystem::current_path();
         std::filesystem::current_path(folder_.path());
+        QLFileName name;
+        Rolling(folder_.path().root_name().wstring() + L"Log.log", 0).SetBackupFileName(name, 0);
+        EXPECT_EQ(path(0), name.GetPathAndFileName().str());
         Rolling rolling(L"Log.log", kBackups);
         std::filesystem::current_path(elsewhere);
         rolling.Put(L"new\n");
-        QLFileName third;
-        rolling.SetBackupFileName(third, 3);
-        EXPECT_EQ(path(3), third.GetPathAndFileName().str());
+        rolling.SetBackupFileName(name, 3);
+        EXPECT_EQ(path(3), name.GetPathAndFileName().str());
     }
     for (DWORD i = 1; i <= kGap; ++i) {
         EXPECT_EQ(contentOf(i - 1), BytesOf(path(i))) << i;
