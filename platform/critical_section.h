@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/cache_line.h"
 #include "platform/win32.h"
 
 // Clang's thread-safety analysis reads these in the native builds; other compilers see nothing.
@@ -45,72 +44,6 @@ class QL_LOCK_ATTRIBUTE(scoped_lockable) CriticalSectionGuard {
 
   private:
     CriticalSection& section_;
-};
-
-// A lock that many readers or one writer hold, for what is read far more often than written. Readers neither
-// wait for each other nor share a line of memory: each thread enters at a stripe of its own, and a writer
-// takes them all. Unlike a critical section it must not be taken again by a thread that holds it. Use it
-// through its guards.
-class QL_LOCK_ATTRIBUTE(capability("shared lock")) SharedLock {
-  public:
-    SharedLock() noexcept {
-        for (Stripe& stripe : stripes_) ::InitializeSRWLock(&stripe.lock);
-    }
-    SharedLock(const SharedLock&) = delete;
-    SharedLock& operator=(const SharedLock&) = delete;
-
-    void EnterAsWriter() noexcept QL_LOCK_ATTRIBUTE(acquire_capability()) {
-        for (Stripe& stripe : stripes_) ::AcquireSRWLockExclusive(&stripe.lock);
-    }
-    void LeaveAsWriter() noexcept QL_LOCK_ATTRIBUTE(release_capability()) {
-        for (Stripe& stripe : stripes_) ::ReleaseSRWLockExclusive(&stripe.lock);
-    }
-    void EnterAsReader() noexcept QL_LOCK_ATTRIBUTE(acquire_shared_capability()) {
-        ::AcquireSRWLockShared(&Own().lock);
-    }
-    void LeaveAsReader() noexcept QL_LOCK_ATTRIBUTE(release_shared_capability()) {
-        ::ReleaseSRWLockShared(&Own().lock);
-    }
-
-  private:
-    static constexpr unsigned kStripes = 8;
-    struct Stripe {
-        SRWLOCK lock;
-        char padding[kCacheLine];
-    };
-
-    // The system's thread numbers are multiples of four.
-    Stripe& Own() noexcept { return stripes_[::GetCurrentThreadId() / 4 % kStripes]; }
-
-    Stripe stripes_[kStripes];
-};
-
-class QL_LOCK_ATTRIBUTE(scoped_lockable) WriterGuard {
-  public:
-    explicit WriterGuard(SharedLock& lock) noexcept QL_LOCK_ATTRIBUTE(acquire_capability(lock))
-        : lock_(lock) {
-        lock_.EnterAsWriter();
-    }
-    ~WriterGuard() QL_LOCK_ATTRIBUTE(release_capability()) { lock_.LeaveAsWriter(); }
-    WriterGuard(const WriterGuard&) = delete;
-    WriterGuard& operator=(const WriterGuard&) = delete;
-
-  private:
-    SharedLock& lock_;
-};
-
-class QL_LOCK_ATTRIBUTE(scoped_lockable) ReaderGuard {
-  public:
-    explicit ReaderGuard(SharedLock& lock) noexcept QL_LOCK_ATTRIBUTE(acquire_shared_capability(lock))
-        : lock_(lock) {
-        lock_.EnterAsReader();
-    }
-    ~ReaderGuard() QL_LOCK_ATTRIBUTE(release_generic_capability()) { lock_.LeaveAsReader(); }
-    ReaderGuard(const ReaderGuard&) = delete;
-    ReaderGuard& operator=(const ReaderGuard&) = delete;
-
-  private:
-    SharedLock& lock_;
 };
 
 }  // namespace ql

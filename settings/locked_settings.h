@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "platform/critical_section.h"
+#include "platform/shared_lock.h"
 #include "settings/settings_dictionary.h"
 #include "settings/settings_store.h"
 

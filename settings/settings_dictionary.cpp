@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -11,10 +10,9 @@ namespace ql {
 
 namespace {
 
-constexpr std::size_t kFirstBuckets = 16;
+constexpr std::size_t kFirstPlaces = 16;
 constexpr unsigned kLongestKey = (1u << 29) - 1;
 
-// Another one in each process, so that nobody can make a document whose keys all fall into one bucket.
 std::uint32_t MakeSeed() noexcept {
     const auto moment =
         static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
@@ -24,57 +22,27 @@ std::uint32_t MakeSeed() noexcept {
     return static_cast<std::uint32_t>(spread >> 32);
 }
 
-const std::uint32_t g_seed = MakeSeed();
-
-std::uint32_t Pair(const wchar_t* units) noexcept {
-    return static_cast<std::uint16_t>(units[0]) |
-           static_cast<std::uint32_t>(static_cast<std::uint16_t>(units[1])) << 16;
-}
-
-// Four units a round: the two halves of a 64-bit product go on, each mixed with two more units.
-unsigned Hash(std::wstring_view text) noexcept {
-    std::uint32_t low = g_seed ^ static_cast<std::uint32_t>(text.size());
-    std::uint32_t high = ~g_seed;
-    const auto mix = [&](std::uint32_t first, std::uint32_t second) {
-        const std::uint64_t product =
-            std::uint64_t{low ^ first ^ 0x53c5ca59u} * (high ^ second ^ 0x74743c1bu);
-        low = static_cast<std::uint32_t>(product);
-        high = static_cast<std::uint32_t>(product >> 32);
-    };
-    const wchar_t* next = text.data();
-    std::size_t left = text.size();
-    for (; left >= 4; left -= 4, next += 4) mix(Pair(next), Pair(next + 2));
-    wchar_t rest[4] = {};
-    std::copy_n(next, left, rest);
-    mix(Pair(rest), Pair(rest + 2));
-    mix(0, 0);
-    return low ^ high;
-}
-
-bool SameUnits(std::wstring_view a, std::wstring_view b) noexcept {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(wchar_t)) == 0;
-}
-
 }  // namespace
+
+const std::uint32_t g_hashSeed = MakeSeed();
 
 void Setting::Deleter::operator()(Setting* setting) const noexcept {
     ::operator delete(setting);
 }
 
-Setting::Owner Setting::Make(std::wstring_view key, unsigned hash, const SettingContent& content) {
+Setting::Owner Setting::Make(const SettingKey& key, const SettingContent& content) {
     if (key.size() > kLongestKey) throw std::bad_alloc();
     void* const block =
         ::operator new(sizeof(Setting) + (key.size() + content.text.size()) * sizeof(wchar_t));
-    return Owner(new (block) Setting(key, hash, content));
+    return Owner(new (block) Setting(key, content));
 }
 
-Setting::Setting(std::wstring_view key, unsigned hash, const SettingContent& content) noexcept
-    : hash_(hash),
-      keyLength_(static_cast<unsigned>(key.size()) & kLongestKey),
+Setting::Setting(const SettingKey& key, const SettingContent& content) noexcept
+    : keyLength_(static_cast<unsigned>(key.size()) & kLongestKey),
       type_(static_cast<unsigned>(content.type) & 3u),
       isSet_(content.isSet),
       textLength_(static_cast<unsigned>(content.text.size())) {
-    std::copy(key.begin(), key.end(), units());
+    key.CopyTo(units());
     Assign(content);
 }
 
@@ -91,75 +59,77 @@ bool Setting::Assign(const SettingContent& content) noexcept {
 }
 
 SettingsDictionary::~SettingsDictionary() {
-    for (Setting* first : buckets_) {
-        while (first) {
-            const Setting::Owner doomed(first);
-            first = doomed->next_;
-        }
-    }
+    for (const Place& place : places_) Setting::Deleter()(place.setting);
 }
 
-// The pointer that leads to the key's setting, or the empty one at the end of its bucket; null when there are
-// no buckets.
-Setting** SettingsDictionary::LinkTo(std::wstring_view key, unsigned hash) noexcept {
-    if (buckets_.empty()) return nullptr;
-    Setting** link = &buckets_[hash & (buckets_.size() - 1)];
-    while (*link && !((*link)->hash_ == hash && SameUnits((*link)->key(), key))) link = &(*link)->next_;
-    return link;
+// The key's, or the free one where it would stand; null when there are none.
+SettingsDictionary::Place* SettingsDictionary::PlaceOf(const SettingKey& key) noexcept {
+    if (places_.empty()) return nullptr;
+    std::size_t at = key.hash() & (places_.size() - 1);
+    while (places_[at].setting && !(places_[at].hash == key.hash() && key.Is(places_[at].setting->key())))
+        at = Next(at);
+    return &places_[at];
 }
 
 const Setting* SettingsDictionary::Find(const SettingKey& key) const noexcept {
-    Setting* const* const link =
-        const_cast<SettingsDictionary*>(this)->LinkTo(key.text(), Hash(key.text()));  // which changes nothing
-    return link ? *link : nullptr;
+    const Place* const place = const_cast<SettingsDictionary*>(this)->PlaceOf(key);  // which changes nothing
+    return place ? place->setting : nullptr;
 }
 
 bool SettingsDictionary::Assign(const SettingKey& key, const SettingContent& content) {
-    const unsigned hash = Hash(key.text());
-    Setting** link = LinkTo(key.text(), hash);
-    Setting* const known = link ? *link : nullptr;
+    Place* place = PlaceOf(key);
+    Setting* const known = place ? place->setting : nullptr;
     if (known && known->type() != content.type) return false;
     if (known && known->Assign(content)) return true;
-    Setting::Owner made = Setting::Make(key.text(), hash, content);
+    Setting::Owner made = Setting::Make(key, content);
     if (known) {
-        made->next_ = known->next_;
-        const Setting::Owner replaced(known);
-        *link = made.release();
+        const Setting::Owner replaced(std::exchange(place->setting, made.release()));
         return true;
     }
     MakeRoomForOne();
-    link = LinkTo(key.text(), hash);
-    *link = made.release();
+    *PlaceOf(key) = {key.hash(), made.release()};
     ++count_;
     return true;
 }
 
 void SettingsDictionary::MakeRoomForOne() {
-    if (count_ < buckets_.size()) return;
-    std::vector<Setting*> buckets(std::max(kFirstBuckets, 2 * buckets_.size()));
-    for (Setting* first : buckets_) {
-        while (first) {
-            Setting* const moved = std::exchange(first, first->next_);
-            moved->next_ = std::exchange(buckets[moved->hash_ & (buckets.size() - 1)], moved);
-        }
+    if (2 * (count_ + 1) <= places_.size()) return;
+    std::vector<Place> former(std::max(kFirstPlaces, 2 * places_.size()));
+    former.swap(places_);
+    for (const Place& place : former) {
+        if (!place.setting) continue;
+        std::size_t at = place.hash & (places_.size() - 1);
+        while (places_[at].setting) at = Next(at);
+        places_[at] = place;
     }
-    buckets_.swap(buckets);
 }
 
 bool SettingsDictionary::Remove(const SettingKey& key) noexcept {
-    Setting** const link = LinkTo(key.text(), Hash(key.text()));
-    if (!link || !*link) return false;
-    const Setting::Owner doomed(*link);
-    *link = doomed->next_;
+    Place* const place = PlaceOf(key);
+    if (!place || !place->setting) return false;
+    Setting::Deleter()(place->setting);
+    CloseGapAt(static_cast<std::size_t>(place - places_.data()));
     --count_;
     return true;
+}
+
+// Those behind a gap come forward as far as their hash lets them, so that none is behind a free place.
+void SettingsDictionary::CloseGapAt(std::size_t gap) noexcept {
+    const std::size_t mask = places_.size() - 1;
+    for (std::size_t at = Next(gap); places_[at].setting; at = Next(at)) {
+        const std::size_t first = places_[at].hash & mask;
+        if (((at - first) & mask) < ((at - gap) & mask)) continue;
+        places_[gap] = places_[at];
+        gap = at;
+    }
+    places_[gap].setting = nullptr;
 }
 
 std::vector<const Setting*> SettingsDictionary::Sorted() const {
     std::vector<const Setting*> settings;
     settings.reserve(count_);
-    for (const Setting* first : buckets_) {
-        for (; first; first = first->next_) settings.push_back(first);
+    for (const Place& place : places_) {
+        if (place.setting) settings.push_back(place.setting);
     }
     std::sort(settings.begin(), settings.end(),
               [](const Setting* a, const Setting* b) { return a->key() < b->key(); });

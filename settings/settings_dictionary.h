@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -39,7 +40,7 @@ class Setting {
         void operator()(Setting* setting) const noexcept;
     };
     using Owner = std::unique_ptr<Setting, Deleter>;
-    static Owner Make(std::wstring_view key, unsigned hash, const SettingContent& content);
+    static Owner Make(const SettingKey& key, const SettingContent& content);
 
     std::wstring_view key() const noexcept { return {units(), keyLength_}; }
     SettingType type() const noexcept { return static_cast<SettingType>(type_); }
@@ -55,14 +56,10 @@ class Setting {
     bool Assign(const SettingContent& content) noexcept;
 
   private:
-    friend class SettingsDictionary;
-
-    Setting(std::wstring_view key, unsigned hash, const SettingContent& content) noexcept;
+    Setting(const SettingKey& key, const SettingContent& content) noexcept;
     wchar_t* units() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
     const wchar_t* units() const noexcept { return reinterpret_cast<const wchar_t*>(this + 1); }
 
-    Setting* next_ = nullptr;  // in the same bucket
-    unsigned hash_;
     unsigned keyLength_ : 29;
     unsigned type_ : 2;
     unsigned isSet_ : 1;
@@ -92,10 +89,21 @@ class SettingsDictionary {
     std::vector<const Setting*> Sorted() const;  // in ascending order of the keys
 
   private:
-    Setting** LinkTo(std::wstring_view key, unsigned hash) noexcept;
-    void MakeRoomForOne();
+    // The hash stands beside the pointer, so that other settings on the way are passed without a look at
+    // them.
+    struct Place {
+        std::uint32_t hash;
+        Setting* setting;  // null in a free place
+    };
 
-    std::vector<Setting*> buckets_;  // as many as a power of two, or none
+    std::size_t Next(std::size_t place) const noexcept { return (place + 1) & (places_.size() - 1); }
+    Place* PlaceOf(const SettingKey& key) noexcept;
+    void MakeRoomForOne();
+    void CloseGapAt(std::size_t place) noexcept;
+
+    // As many as a power of two, or none, and at least half of them free. A setting stands at the place that
+    // its hash ends in, or else in the first free place behind that, beginning anew behind the last.
+    std::vector<Place> places_;
     std::size_t count_ = 0;
 };
 

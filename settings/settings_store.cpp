@@ -172,14 +172,16 @@ CQlsSettings& CQlsSettings::operator=(const CQlsSettings& other) noexcept {
 }
 
 bool CQlsSettings::SetStrSetting(QlSetting setting, const wchar_t* value) {
-    const SettingKey key{NumberText(setting)};
+    const NumberText number(setting);
+    const SettingKey key(number);
     return Locked(*this, [&](SettingsDictionary& settings) {
         return settings.Assign(key, {ViewOf(value), true});
     });
 }
 
 bool CQlsSettings::GetStrSetting(QlSetting setting, RWWString* value, const wchar_t* defaultValue) {
-    const SettingKey key{NumberText(setting)};
+    const NumberText number(setting);
+    const SettingKey key(number);
     return Locked(*this, [&](SettingsDictionary& settings) {
         if (const Setting* const known = settings.Find(key)) return Take(*known, value, defaultValue);
         settings.Assign(key, {ViewOf(defaultValue), false});
@@ -205,7 +207,8 @@ bool CQlsSettings::GetIntSetting(QlSetting, int*, int) {
 }
 
 bool CQlsSettings::ClearSetting(QlSetting setting) {
-    const SettingKey key{NumberText(setting)};
+    const NumberText number(setting);
+    const SettingKey key(number);
     return Locked(*this, [&](SettingsDictionary& settings) { return settings.Remove(key); });
 }
 

@@ -280,6 +280,19 @@ TEST_F(Contexts, WritersReadClearAttachAndRestartWithoutHarm) {
     ExpectRegistryAndGlobalStoreToAgree(0);
 }
 
+TEST_F(Contexts, AReaderBesideWritersSeesOneWholeText) {
+    OnThreads(8, [](int worker) {
+        RWWString text;
+        for (int round = 0; round < 20'000; ++round) {
+            const std::wstring own(static_cast<std::size_t>(round % 90 + worker), wchar_t(L'a' + worker));
+            if (worker < 2) GlobalStore()->SetRegStrSetting(L"Sec", L"Text", own.c_str());
+            if (worker < 2) continue;
+            GlobalStore()->GetRegStrSetting(L"Sec", L"Text", &text);
+            ASSERT_EQ(RWWString(std::wstring(text.length(), text.isNull() ? L'a' : text[0]).c_str()), text);
+        }
+    });
+}
+
 // --- scopes
 
 TEST(Scopes, SeveralComponentsStartTheLibraryOnceAndTheLastEndsIt) {

@@ -61,6 +61,9 @@ TEST_F(Store, ARegistrySettingIsReadOnceUntilItIsClearedWhateverItsSectionHolds)
     }
     for (const bool was : {true, false}) EXPECT_EQ(was, store_.ClearRegSetting(L"A<-^->B", L"C"));
     EXPECT_EQ(Found(true, L"two"), Text(store_, L"A<-^->B", L"C"));
+    EXPECT_EQ(LR"({"A<-^->B<-^->C":"two"})", DocumentOf(store_));
+    store_.SetFromSerializedSettings(LR"({"A<-^->B<-^->C":"three"})");
+    EXPECT_EQ(Found(true, L"three"), Text(store_, L"A<-^->B", L"C"));
 }
 
 TEST_F(Store, ManySettingsUnderKeysOfAnyLengthAreFoundAgainAndCleared) {
@@ -73,8 +76,12 @@ TEST_F(Store, ManySettingsUnderKeysOfAnyLengthAreFoundAgainAndCleared) {
         for (std::size_t i = 0; i < 1000; ++i)
             ASSERT_EQ(Found(true, textOf(i)), Text(store_, sectionOf(i).c_str(), keyOf(i).c_str())) << i;
     }
-    for (std::size_t i = 0; i < 1000; ++i)
-        EXPECT_TRUE(store_.ClearRegSetting(sectionOf(i).c_str(), keyOf(i).c_str())) << i;
+    for (std::size_t gone = 0; gone < 3; ++gone) {  // every third
+        for (std::size_t i = gone; i < 1000; i += 3)
+            EXPECT_TRUE(store_.ClearRegSetting(sectionOf(i).c_str(), keyOf(i).c_str())) << i;
+        for (std::size_t i = 0; i < 1000; ++i)
+            ASSERT_TRUE(i % 3 <= gone || Text(store_, sectionOf(i).c_str(), keyOf(i).c_str()).first) << i;
+    }
     EXPECT_EQ(L"{}", DocumentOf(store_));
 }
 
