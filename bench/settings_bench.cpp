@@ -115,6 +115,8 @@ const Scene& TheScene() {
 // ----------------------------------------------------------------------------------------------------
 
 enum class Contexts { kSame, kOwn };
+constexpr auto kSame = Contexts::kSame;
+constexpr auto kOwn = Contexts::kOwn;
 
 template <Contexts kContexts>
 int ContextIndex(const benchmark::State& state) {
@@ -194,6 +196,20 @@ void ReadNewText(benchmark::State& state) {
                 [](const std::wstring& entry) { return GetQLRegString(kSection, entry.c_str(), L""); });
 }
 
+// The first thread writes an entry again and again, which every read of the others may meet.
+template <class Write, class Read>
+void ReadBesideAWriter(benchmark::State& state, Write write, Read read) {
+    if (state.thread_index() > 0) return ReadEntries(state, read);
+    for (auto _ : state) write();
+}
+
+void ReadIntegerBesideAWriter(benchmark::State& state) {
+    const Attached attached(TheScene().Context(0));
+    ReadBesideAWriter(
+        state, [] { CQlsSettings::SetThreadRegIntSetting(kIntegerSection, EntryName(0).c_str(), 1); },
+        [](const std::wstring& entry) { return GetQLRegInt(kIntegerSection, entry.c_str(), -1); });
+}
+
 void QueryOpenKey(benchmark::State& state) {
     TheScene();
     const ql::UniqueRegKey key = OpenSection(kSection);
@@ -252,6 +268,10 @@ struct MapOfValues {
         const std::lock_guard<std::mutex> guard(lock);
         return values.find(entry)->second;
     }
+    void Write(const std::wstring& entry, Value value) {
+        const std::lock_guard<std::mutex> guard(lock);
+        values.find(entry)->second = value;
+    }
 };
 
 template <class Map, Contexts kContexts>
@@ -274,6 +294,13 @@ template <class Value, Contexts kContexts>
 void CopyValue(benchmark::State& state) {
     auto& map = MapOf<MapOfValues<Value>, kContexts>(state);
     ReadEntries(state, [&](const std::wstring& entry) { return map.Read(entry); });
+}
+
+void CopyIntegerBesideAWriter(benchmark::State& state) {
+    auto& map = MapOf<MapOfValues<int>, kSame>(state);
+    ReadBesideAWriter(
+        state, [&map] { map.Write(EntryName(0), 1); },
+        [&map](const std::wstring& entry) { return map.Read(entry); });
 }
 
 template <class Map, Contexts kContexts>
@@ -433,9 +460,6 @@ void OnOneAndFourThreads(benchmark::internal::Benchmark* reads) {
     reads->Threads(1)->Threads(kMaxThreads)->UseRealTime();
 }
 
-constexpr auto kSame = Contexts::kSame;
-constexpr auto kOwn = Contexts::kOwn;
-
 #define QL_READS(name, ...) BENCHMARK(__VA_ARGS__)->Name("cached read, " name)->Apply(OnOneAndFourThreads)
 QL_READS("same context/ours", ReadIntoText<kSame>);
 QL_READS("same context/held-open key", QueryOpenKey);
@@ -458,6 +482,14 @@ QL_READS("new text, same context/ours", ReadNewText<kSame>);
 QL_READS("new text, same context/bare map, key given", CopyNewText<MapOfGivenKeys, kSame>);
 QL_READS("new text, same context/bare map, key made", CopyNewText<MapOfMadeKeys, kSame>);
 #undef QL_READS
+BENCHMARK(ReadIntegerBesideAWriter)
+    ->Name("cached read, integer, beside a writer/ours")
+    ->Threads(kMaxThreads)
+    ->UseRealTime();
+BENCHMARK(CopyIntegerBesideAWriter)
+    ->Name("cached read, integer, beside a writer/bare map, key given")
+    ->Threads(kMaxThreads)
+    ->UseRealTime();
 BENCHMARK(LoadStore)->Name("first load of 500/ours")->Unit(benchmark::kMillisecond);
 BENCHMARK(LoadRaw)->Name("first load of 500/open, query, close")->Unit(benchmark::kMillisecond);
 BENCHMARK(FillAndWrite)->Name("growth, a document of settings")->RangeMultiplier(10)->Range(10, 100000);

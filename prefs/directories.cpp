@@ -8,9 +8,9 @@
 
 #include "platform/failure.h"
 #include "platform/module.h"
-#include "platform/shell_folders.h"
 #include "platform/windows_version.h"
 #include "prefs/known_directory.h"
+#include "prefs/shell_folders.h"
 #include "settings/preference_keys.h"
 #include "settings/preference_texts.h"
 #include "settings/preferences.h"

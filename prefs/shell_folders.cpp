@@ -1,4 +1,4 @@
-#include "platform/shell_folders.h"
+#include "prefs/shell_folders.h"
 
 #include "platform/win32.h"
 

@@ -62,7 +62,7 @@ TEST(MainSwitchParser, ReadsLines) {
         {L"/register", L"register"},
         {L"/is=Unanswered", L"ask=1"},
         {L"/is=u /is=", L""},
-        {L"/pc=3 /pt=Tray 2 /ps=\"A4 wide\"", L"tray=Tray pageSize=A4 copies=3 ignored=2"},
+        {L"/pc=3a /pt=Tray 2 /ps=\"A4 wide\"", L"tray=Tray pageSize=A4 copies=3 ignored=2"},
         {L"/pc=-2", L"copies=0"},
 #ifdef _WIN32  // natively a long is longer
         {L"/pc=99999999999", L"copies=2147483647"},

@@ -17,10 +17,8 @@ TEST(Machine, Is32BitExeComparesWideUnits) {
     using std::string_literals::operator""s;
     EXPECT_EQ(1, is32Bit("\x40\0\0\0"s, "P\0E\0\0\0"s));
     EXPECT_EQ(1, is32Bit("\x40\0\0\0"s, "P\0E\0"s)) << "zeros follow the end";
-    EXPECT_EQ(0, is32Bit("\x40\0\0\0"s, "P\0E\0x\0"s));
-    EXPECT_EQ(0, is32Bit("\x40\0\0\0"s, "PE\0\0L\x1"s));
-    EXPECT_EQ(0, is32Bit("\xff\xff\xff\xff"s, ""));
-    EXPECT_EQ(0, is32Bit("\x40", ""));
+    for (const std::string& rest : {"P\0E\0x\0"s, "PE\0\0L\x1"s}) EXPECT_EQ(0, is32Bit("\x40\0\0\0"s, rest));
+    for (const std::string& offset : {"\xff\xff\xff\xff"s, "\x40"s}) EXPECT_EQ(0, is32Bit(offset, ""));
     EXPECT_EQ(0, Is32BitExe((folder / L"none.exe").c_str()));
     EXPECT_EQ(0, Is32BitExe(nullptr));
 }

@@ -2,7 +2,6 @@
 // together, copies are alike and live alone, and the two servers' parsers agree.
 // The input is the line.
 #include <memory>
-#include <utility>
 
 #include "tests/cmdline/parser_state.h"
 #include "tests/fuzz/fuzz.h"

@@ -4,7 +4,6 @@
 
 #include <clocale>
 #include <cmath>
-#include <cwchar>
 #include <limits>
 #include <type_traits>
 #include <utility>

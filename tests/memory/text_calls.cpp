@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <memory>
 #include <sstream>
 
 #include "names/cmd_line.h"

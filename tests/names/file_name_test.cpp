@@ -47,7 +47,7 @@ constexpr const wchar_t* kParsed[][3] = {
     // URLs
     {L"FTP://srv/a/b/f.htm?x=1#top", L"ftp|srv/|a/b|f|.htm|?x=1#top|//R", L"ftp://srv/a/b/f.htm"},
     {L"https://srv/", L"https|srv/|||-||/0R"},
-    {L"http:srv", L"http|srv|||-||00R", L"http://srv"},
+    {L"ht:srv", L"ht|srv|||-||00R", L"ht://srv"},
     {L"http:/srv/x", L"http|srv/||x|-||/0R", L"http://srv/x"},
     {LR"(http:\\srv\x)", LR"(http|srv\||x|-||\0R)", LR"(http://srv\x)"},
     {L"http:", L"http||||-||00R", L"http://"},

@@ -174,13 +174,14 @@ TEST(VirtualStreams, CarryValuesAsLittleEndianBytes) {
     RWBufferOstream out(buffer);
     out << std::uint32_t{0xfffefdfc} << 0.5;
     RWDate(29, 2, 2000).saveOn(out);
-    EXPECT_TRUE(out.put("", 0).good());
+    EXPECT_TRUE(out.put("", 0).flush().good());
     EXPECT_EQ("\xfc\xfd\xfe\xff\0\0\0\0\0\0\xe0\x3f\x94\x68\x25\0"s, buffer.str());
 
     RWBufferIstream in(buffer);
     std::uint32_t count = 0;
     double number = 0;
-    RWDate date(1, 1, 1);
+    RWDate date(32, 1, 2000);
+    EXPECT_EQ(0u, date.dayNumber());
     EXPECT_TRUE((in >> count >> number).good());
     EXPECT_EQ(0xfffefdfcu, count);
     EXPECT_EQ(0.5, number);

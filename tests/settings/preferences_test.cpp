@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <string_view>
 #include <thread>
 
 #include "settings/lifetime.h"

@@ -6,7 +6,6 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
-#include <cstdint>
 #include <cstdio>
 #include <limits>
 #include <memory>
@@ -121,12 +120,17 @@ TEST(FloatFormat, ShortFormChoosesDollarCommaAndPoint) {
 // 0.29 * 100 alone would be cut to 28; places count from 0 to 8.
 TEST(FudgeDouble, Cases) {
     const std::tuple<double, long, bool, double> kCases[] = {
-        {2.675, 2, true, 2.68},   {2.675, 2, false, 2.67},       {-1.005, 2, true, -1.01},
-        {3.0, 2, true, 3.0},      {0.99999, 0, false, 1},        {-0.5, 0, true, -1},
-        {0.29, 2, false, 0.29},   {2.75, -1, true, 3},           {1.2e-8, 9, true, 1e-8},
-        {0.5, LONG_MIN, true, 1}, {HUGE_VAL, 2, true, HUGE_VAL}, {kTiniest, 8, true, 0},
+        {2.675, 2, false, 2.67},       {-1.005, 2, true, -1.01}, {3.0, 2, true, 3.0},
+        {0.99999, 0, false, 1},        {-0.5, 0, true, -1},      {0.29, 2, false, 0.29},
+        {2.75, -1, true, 3},           {1.2e-8, 9, true, 1e-8},  {0.5, LONG_MIN, true, 1},
+        {HUGE_VAL, 2, true, HUGE_VAL}, {kTiniest, 8, true, 0},
     };
     for (const auto& [value, places, round, result] : kCases)
         EXPECT_EQ(result, FudgeDouble(value, places, round)) << value << ' ' << places << ' ' << round;
     EXPECT_TRUE(std::isnan(FudgeDouble(std::nan(""), 2, true)));
+    for (int places = 0; places <= 8; ++places) {  // what is nudged is 1e-5 of the last place's unit
+        const double power = std::pow(10, places);
+        EXPECT_EQ((power + 1) / power, FudgeDouble(1 + 0.499991 / power, places, true)) << places;
+        EXPECT_EQ(1, FudgeDouble(1 + 0.499989 / power, places, true)) << places;
+    }
 }

@@ -147,7 +147,9 @@ TEST_F(Engine, AddsFreshensUpdatesAndDeletes) {
     EXPECT_EQ(2, Count()) << "not the archive itself";
     EXPECT_EQ(ZIP_DONE, Dzip(ZipCommand(ZIP_DELETE, "*")));
     EXPECT_EQ(0, Count());
-    EXPECT_EQ("a.zip|new one.txt|old.txt|out|", Names(folder_));
+    EXPECT_EQ(ZIP_DONE,
+              Dzip(With(ZipCommand(ZIP_ADD, Quoted("new*")), &ZIPCMDSTRUCT::deleteOriginalFlag, 1)));
+    EXPECT_EQ("a.zip|old.txt|out|", Names(folder_));
 }
 
 TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
@@ -174,7 +176,7 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
         ZIPCMDSTRUCT command = ZipCommand(ZIP_ADD, Quoted("in\\*.*"));
         command.lpszIncludeFollowing = command.lpszExcludeFollowing = "*.jpg x";
         command.lpszDate = "01/01/22";
-        command.lpszStoreSuffixes = ".zip:jpg:xt";
+        command.lpszStoreSuffixes = ".zip,png:jpg;xt";
         for (const auto flag : c.first) command.*flag = 1;
         EXPECT_EQ(ZIP_DONE, Dzip(command)) << c.second;
         std::set<std::string> names;
@@ -432,12 +434,12 @@ TEST_F(Engine, SourcesOfAListHaveAResultEach) {
 
 TEST_F(Engine, MembersAreBroughtOutAsTheClassIsAsked) {
     MakeArchive({{"a.txt", "a"}, {"in/\u4e00.txt", "deep"}, {"b.txt", "b"}});
-    const wchar_t* const two[] = {L"b.txt", L"A.TXT"};
+    const wchar_t* const two[] = {L"b.txt", L"A.TXT", L"B.txt"};  // one of them twice
     // Whom the call tells of, the files that are there then, and what the one that was newer holds.
     const std::tuple<ZipExtraction, const wchar_t*, const char*, const char*> cases[] = {
-        {{.names = two, .count = 2, .testsOnly = true}, L"a.txt|b.txt|", "b.txt|", "newer"},
+        {{.names = two, .count = 3, .testsOnly = true}, L"a.txt|b.txt|", "b.txt|", "newer"},
         {{.index = 1}, L"in/\u4e00.txt|", "b.txt|\u4e00.txt|", "newer"},
-        {{.names = two, .count = 2, .keepsNewer = true}, L"a.txt|b.txt|", "a.txt|b.txt|\u4e00.txt|", "newer"},
+        {{.names = two, .count = 3, .keepsNewer = true}, L"a.txt|b.txt|", "a.txt|b.txt|\u4e00.txt|", "newer"},
         {{.withFolders = true}, L"a.txt|in/\u4e00.txt|b.txt|", "a.txt|b.txt|in|\u4e00.txt|", "b"}};
     fs::create_directory(out_);
     WriteFile(out_ + "\\b.txt", "newer", 2030);
