@@ -78,7 +78,7 @@ class SettingKey {
     explicit SettingKey(std::wstring_view text) noexcept { Split(text); }
     SettingKey(const wchar_t* section, const wchar_t* entry) {
         KeyHash hash;
-        bool mayHoldSeparator = false;
+        bool mayHoldSeparator = false;  // told on the way: hardly any section is looked at once more
         section_ = Taken(hash, section ? section : L"", [&](const wchar_t* at) {
             mayHoldSeparator |= *at == kKeySeparator[0];
             return *at == L'\0';
@@ -129,6 +129,7 @@ class SettingKey {
         hash_ = hash.value();
     }
 
+    // For a section that holds a separator itself.
     void JoinAndSplit() {
         joined_ = std::make_unique<std::wstring>(size(), L'\0');
         CopyTo(joined_->data());
