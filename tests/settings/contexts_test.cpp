@@ -238,26 +238,28 @@ void ExpectRegistryAndGlobalStoreToAgree(int round) {
     ASSERT_EQ(GetQLRegStringEx(L"Sec", L"Text", false), text) << "round " << round;
 }
 
+void WriteInRounds(std::atomic<int>& arrived, int count, int worker) {
+    const SettingsThread thread;
+    for (int round = 0; round < 250; ++round) {
+        std::optional<QLContextScope> context;
+        if (worker % 2 == 1) context.emplace();
+        Meet(arrived, count);
+        WriteQLRegInt(L"Sec", L"Int", worker);
+        WriteQLRegString(L"Sec", L"Text", std::to_wstring(worker).c_str());
+        DocumentOf(*GlobalStore());
+        if (context) {
+            EXPECT_EQ(worker, GetQLRegInt(L"Sec", L"Int", -1));
+            std::thread([&] { EXPECT_TRUE(QLContextScope(context->id()).ok()); }).join();
+        }
+        Meet(arrived, count);
+        if (worker == 0) ExpectRegistryAndGlobalStoreToAgree(round);
+    }
+}
+
 TEST_F(Contexts, WritersLeaveRegistryAndGlobalStoreAlikeAndSeeTheirOwnValue) {
     for (const int count : {2, 8}) {
         std::atomic<int> arrived = 0;
-        OnThreads(count, [&arrived, count](int worker) {
-            const SettingsThread thread;
-            for (int round = 0; round < 250; ++round) {
-                std::optional<QLContextScope> context;
-                if (worker % 2 == 1) context.emplace();
-                Meet(arrived, count);
-                WriteQLRegInt(L"Sec", L"Int", worker);
-                WriteQLRegString(L"Sec", L"Text", std::to_wstring(worker).c_str());
-                DocumentOf(*GlobalStore());
-                if (context) {
-                    EXPECT_EQ(worker, GetQLRegInt(L"Sec", L"Int", -1));
-                    std::thread([&] { EXPECT_TRUE(QLContextScope(context->id()).ok()); }).join();
-                }
-                Meet(arrived, count);
-                if (worker == 0) ExpectRegistryAndGlobalStoreToAgree(round);
-            }
-        });
+        OnThreads(count, [&arrived, count](int worker) { WriteInRounds(arrived, count, worker); });
     }
     EXPECT_EQ(0, Settings::CreateThreadSettings()) << "no context is left";
 }
@@ -285,8 +287,7 @@ TEST_F(Contexts, AReaderBesideWritersSeesOneWholeText) {
         RWWString text;
         for (int round = 0; round < 20'000; ++round) {
             const std::wstring own(static_cast<std::size_t>(round % 90 + worker), wchar_t(L'a' + worker));
-            if (worker < 2) GlobalStore()->SetRegStrSetting(L"Sec", L"Text", own.c_str());
-            if (worker < 2) continue;
+            if (worker < 2 && GlobalStore()->SetRegStrSetting(L"Sec", L"Text", own.c_str())) continue;
             GlobalStore()->GetRegStrSetting(L"Sec", L"Text", &text);
             ASSERT_EQ(RWWString(std::wstring(text.length(), text.isNull() ? L'a' : text[0]).c_str()), text);
         }
