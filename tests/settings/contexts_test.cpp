@@ -249,8 +249,8 @@ void WriteInRounds(std::atomic<int>& arrived, int count, int worker) {
         DocumentOf(*GlobalStore());
         if (context) {
             EXPECT_EQ(worker, GetQLRegInt(L"Sec", L"Int", -1));
-            std::thread([&] { EXPECT_TRUE(QLContextScope(context->id()).ok()); }).join();
         }
+        if (context) std::thread([&] { EXPECT_TRUE(QLContextScope(context->id()).ok()); }).join();
         Meet(arrived, count);
         if (worker == 0) ExpectRegistryAndGlobalStoreToAgree(round);
     }
