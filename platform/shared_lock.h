@@ -56,10 +56,11 @@ class QL_LOCK_ATTRIBUTE(capability("shared lock")) SharedLock {
         return doors_[stack * 0x9e3779b9u >> (32 - kDoorBits)].door;
     }
 
-    // Readers hold the lock for moments only.
+    // Readers hold the lock for moments only. Now and then a pause lets in a reader that the system ranks
+    // below this thread.
     static void AwaitReaders(const Door& door) noexcept {
-        for (unsigned looks = 0; door.load(std::memory_order_acquire) != kShut; ++looks) {
-            if (looks >= kQuickLooks) ::Sleep(looks % kQuickLooks == 0 ? 1 : 0);
+        for (unsigned looks = 1; door.load(std::memory_order_acquire) != kShut; ++looks) {
+            if (looks > kQuickLooks) ::Sleep(looks % kQuickLooks == 0 ? 1 : 0);
         }
     }
     void AwaitWriter(Door& door) noexcept {

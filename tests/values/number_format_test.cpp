@@ -123,8 +123,7 @@ TEST(FudgeDouble, Cases) {
         {2.675, 2, false, 2.67},       {-1.005, 2, true, -1.01}, {3.0, 2, true, 3.0},
         {0.99999, 0, false, 1},        {-0.5, 0, true, -1},      {0.29, 2, false, 0.29},
         {2.75, -1, true, 3},           {1.2e-8, 9, true, 1e-8},  {0.5, LONG_MIN, true, 1},
-        {HUGE_VAL, 2, true, HUGE_VAL}, {kTiniest, 8, true, 0},
-    };
+        {HUGE_VAL, 2, true, HUGE_VAL}, {kTiniest, 8, true, 0}};
     for (const auto& [value, places, round, result] : kCases)
         EXPECT_EQ(result, FudgeDouble(value, places, round)) << value << ' ' << places << ' ' << round;
     EXPECT_TRUE(std::isnan(FudgeDouble(std::nan(""), 2, true)));

@@ -135,6 +135,7 @@ TEST_F(DynazipCalls, ListsGoOneByOneToAnEngineThatKnowsNone) {
     const int codes[] = {ZIP_DONE, ZIP_BAD_REQUEST, ZIP_BAD_REQUEST, ZIP_DONE};
     for (int i = 0; i < 4; ++i) EXPECT_EQ(codes[i], files[i].code) << i;
     EXPECT_EQ(1, Dynazip::AddFilesToZip(L"a.zip", files, 1, 9));
+    EXPECT_STREQ("\".\\c.txt\"", zip_->items);
     EXPECT_EQ(0, Dynazip::AddFilesToZip(L"a.zip", nullptr, 4, 9));
     EXPECT_EQ(ZIP_BAD_REQUEST, Dynazip::LastEngineCode());
     EXPECT_EQ(1, Dynazip::AddFilesToZip(L"a.zip", nullptr, 0, 9));

@@ -434,12 +434,12 @@ TEST_F(Engine, SourcesOfAListHaveAResultEach) {
 
 TEST_F(Engine, MembersAreBroughtOutAsTheClassIsAsked) {
     MakeArchive({{"a.txt", "a"}, {"in/\u4e00.txt", "deep"}, {"b.txt", "b"}});
-    const wchar_t* const two[] = {L"b.txt", L"A.TXT", L"B.txt"};  // one of them twice
+    const wchar_t* const all[] = {L"b.txt", L"A.TXT", L"B.txt"};  // one of them twice
     // Whom the call tells of, the files that are there then, and what the one that was newer holds.
     const std::tuple<ZipExtraction, const wchar_t*, const char*, const char*> cases[] = {
-        {{.names = two, .count = 3, .testsOnly = true}, L"a.txt|b.txt|", "b.txt|", "newer"},
+        {{.names = all, .count = 3, .testsOnly = true}, L"a.txt|b.txt|", "b.txt|", "newer"},
         {{.index = 1}, L"in/\u4e00.txt|", "b.txt|\u4e00.txt|", "newer"},
-        {{.names = two, .count = 3, .keepsNewer = true}, L"a.txt|b.txt|", "a.txt|b.txt|\u4e00.txt|", "newer"},
+        {{.names = all, .count = 3, .keepsNewer = true}, L"a.txt|b.txt|", "a.txt|b.txt|\u4e00.txt|", "newer"},
         {{.withFolders = true}, L"a.txt|in/\u4e00.txt|b.txt|", "a.txt|b.txt|in|\u4e00.txt|", "b"}};
     fs::create_directory(out_);
     WriteFile(out_ + "\\b.txt", "newer", 2030);
