@@ -66,11 +66,11 @@ Token Lexer::String() {
         return (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{0});
     };
     const wchar_t* const first = ++next_;
-    next_ = FindSpecial(next_, end_, endsRun);
+    next_ = FindUnit(next_, end_, endsRun);
     const bool escaped = Peek() == L'\\';
     while (Peek() == L'\\') {
         ++next_;
-        if (Peek() != L'\0') next_ = FindSpecial(next_ + 1, end_, endsRun);
+        if (Peek() != L'\0') next_ = FindUnit(next_ + 1, end_, endsRun);
     }
 
     const wchar_t* const closing = next_;

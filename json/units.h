@@ -1,9 +1,5 @@
 #pragma once
 
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
-
 #include <array>
 #include <bit>
 #include <cstddef>
@@ -23,6 +19,8 @@ constexpr bool IsAsciiLetter(wchar_t unit) {
 }
 
 using ql::Block;
+using ql::FindUnit;
+using ql::FirstOf;
 using ql::kBlockUnits;
 using ql::Unit;
 
@@ -55,34 +53,8 @@ constexpr wchar_t LookUp(const AsciiTable& table, wchar_t unit) {
     return index < table.size() ? static_cast<wchar_t>(table[index]) : L'\0';
 }
 
-// The place of the first unit that the comparison answered with all bits set, or kBlockUnits.
-inline std::ptrdiff_t FirstOf(Block special) noexcept {
-#ifdef __SSE2__
-    const auto bytes = static_cast<unsigned>(_mm_movemask_epi8(std::bit_cast<__m128i>(special)));
-    return bytes == 0 ? kBlockUnits : std::countr_zero(bytes) / static_cast<std::ptrdiff_t>(sizeof(Unit));
-#else
-    std::ptrdiff_t first = 0;
-    while (first < kBlockUnits && special[first] == 0) ++first;
-    return first;
-#endif
-}
-
-// The first unit of [from, end) that `isSpecial`, or the end. The predicate is given a Unit, and answers
-// whether it is special, or a Block, and answers with all bits of each special one set.
-template <class Predicate>
-const wchar_t* FindSpecial(const wchar_t* from, const wchar_t* end, Predicate isSpecial) {
-    for (; end - from >= kBlockUnits; from += kBlockUnits) {
-        Block block;
-        std::memcpy(&block, from, sizeof(block));
-        const std::ptrdiff_t plain = FirstOf(std::bit_cast<Block>(isSpecial(block)));
-        if (plain < kBlockUnits) return from + plain;
-    }
-    while (from != end && !isSpecial(static_cast<Unit>(*from))) ++from;
-    return from;
-}
-
-// The same, and copies what comes before it to `out`, which moves on. There is room for all of [from, end).
-// Said by FindSpecial, with a predicate that copies, it would take an eighth longer for usual texts.
+// FindUnit that copies what comes before it to `out`, which moves on. There is room for all of [from, end).
+// Said by FindUnit, with a predicate that copies, it would take an eighth longer for usual texts.
 template <class Predicate>
 const wchar_t* CopyToSpecial(const wchar_t* from, const wchar_t* end, wchar_t*& out, Predicate isSpecial) {
     for (; end - from >= kBlockUnits; from += kBlockUnits, out += kBlockUnits) {

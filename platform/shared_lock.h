@@ -8,14 +8,14 @@
 
 namespace ql {
 
-// A lock that many readers or one writer hold, for what is read far more often than written. Readers neither
-// wait for each other nor share a line of memory: each counts itself at a door of its own, and a writer shuts
-// them all. Unlike a critical section it must not be taken again by a thread that holds it. Use it through
-// its guards.
+// A lock that many readers or one writer hold, for what is read far more often than written. A reader holds
+// one of its doors, a writer all of them: readers neither wait for each other nor share a line of memory
+// while there are no more of them inside than doors. Unlike a critical section it must not be taken again by
+// a thread that holds it. Use it through its guards.
 class QL_LOCK_ATTRIBUTE(capability("shared lock")) SharedLock {
   public:
-    // How many readers are behind it; kShut besides while there is a writer.
-    using Door = std::atomic<std::uint32_t>;
+    // Whether somebody holds it.
+    using Door = std::atomic<bool>;
 
     SharedLock() noexcept { ::InitializeSRWLock(&writer_); }
     SharedLock(const SharedLock&) = delete;
@@ -23,55 +23,56 @@ class QL_LOCK_ATTRIBUTE(capability("shared lock")) SharedLock {
 
     void EnterAsWriter() noexcept QL_LOCK_ATTRIBUTE(acquire_capability()) {
         ::AcquireSRWLockExclusive(&writer_);
-        for (DoorLine& line : doors_) line.door.fetch_or(kShut, std::memory_order_acq_rel);
-        for (DoorLine& line : doors_) AwaitReaders(line.door);
+        for (DoorLine& line : doors_) AwaitAndTake(line.door);
     }
     void LeaveAsWriter() noexcept QL_LOCK_ATTRIBUTE(release_capability()) {
-        for (DoorLine& line : doors_) line.door.fetch_and(~kShut, std::memory_order_release);
+        for (DoorLine& line : doors_) Release(line.door);
         ::ReleaseSRWLockExclusive(&writer_);
     }
     // Answers the door, by which the reader leaves again.
     Door& EnterAsReader() noexcept QL_LOCK_ATTRIBUTE(acquire_shared_capability()) {
-        Door& door = Own();
-        while (door.fetch_add(1, std::memory_order_acquire) & kShut) AwaitWriter(door);
-        return door;
+        for (unsigned tries = 0, own = OwnDoor();; ++tries) {
+            Door& door = doors_[(own + tries) % kDoors].door;
+            if (TakeIfFree(door)) return door;
+            if (tries % kDoors == kDoors - 1) AwaitWriter(tries / kDoors);
+        }
     }
-    void LeaveAsReader(Door& door) noexcept QL_LOCK_ATTRIBUTE(release_shared_capability()) {
-        door.fetch_sub(1, std::memory_order_release);
-    }
+    void LeaveAsReader(Door& door) noexcept QL_LOCK_ATTRIBUTE(release_shared_capability()) { Release(door); }
 
   private:
-    static constexpr std::uint32_t kShut = 0x80000000;
-    static constexpr unsigned kDoorBits = 3;
+    static constexpr unsigned kDoorBits = 3, kDoors = 1u << kDoorBits, kQuickLooks = 64;
     struct DoorLine {
-        Door door = 0;
+        Door door = false;
         char padding[kCacheLine];
     };
 
     // Threads are told apart by where their stacks are, which costs no call; the number is 2 to the 32nd by
     // the golden ratio, which spreads what differs in a few bits.
-    Door& Own() noexcept {
+    static unsigned OwnDoor() noexcept {
         const char here = 0;
         const auto stack = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&here) >> 16);
-        return doors_[stack * 0x9e3779b9u >> (32 - kDoorBits)].door;
+        return stack * 0x9e3779b9u >> (32 - kDoorBits);
     }
 
-    // Readers hold the lock for moments only. Now and then a pause lets in a reader that the system ranks
-    // below this thread.
-    static void AwaitReaders(const Door& door) noexcept {
-        for (unsigned looks = 1; door.load(std::memory_order_acquire) != kShut; ++looks) {
-            if (looks > kQuickLooks) ::Sleep(looks % kQuickLooks == 0 ? 1 : 0);
-        }
+    static bool TakeIfFree(Door& door) noexcept { return !door.exchange(true, std::memory_order_acquire); }
+    static void Release(Door& door) noexcept { door.store(false, std::memory_order_release); }
+
+    static void AwaitAndTake(Door& door) noexcept {
+        for (unsigned looks = 1; !TakeIfFree(door); ++looks) Pause(looks);
     }
-    void AwaitWriter(Door& door) noexcept {
-        door.fetch_sub(1, std::memory_order_relaxed);
+    void AwaitWriter(unsigned looks) noexcept {
         ::AcquireSRWLockShared(&writer_);
         ::ReleaseSRWLockShared(&writer_);
+        Pause(looks);
     }
-    static constexpr unsigned kQuickLooks = 64;
+    // Readers hold a door for moments only. Now and then a pause lets in one that the system ranks below this
+    // thread.
+    static void Pause(unsigned looks) noexcept {
+        if (looks > kQuickLooks) ::Sleep(looks % kQuickLooks == 0 ? 1 : 0);
+    }
 
     SRWLOCK writer_;
-    DoorLine doors_[1u << kDoorBits];
+    DoorLine doors_[kDoors];
 };
 
 class QL_LOCK_ATTRIBUTE(scoped_lockable) WriterGuard {

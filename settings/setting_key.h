@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "text/unit_block.h"
+
 namespace ql {
 
 // Stands between section and entry in the key of a registry-backed setting.
@@ -16,48 +18,65 @@ inline constexpr std::wstring_view kKeySeparator = L"<-^->";
 // Another one in each process, so that nobody can make a document whose keys all fall into one place.
 extern const std::uint32_t g_hashSeed;
 
-// Four units a round: the two halves of a 64-bit product go on, each mixed with two more units.
+// Sixteen bytes a round: each half becomes the product of its own halves, which the next round is mixed with.
 class KeyHash {
   public:
-    // Takes in a text, which goes on until the answer is yes, and answers its end.
-    template <class IsEnd>
-    const wchar_t* Take(const wchar_t* text, IsEnd isEnd) noexcept {
-        const auto unit = [&text] { return std::uint32_t{static_cast<std::uint16_t>(*text++)}; };
-        std::uint32_t first, second;
-        while (true) {
-            first = second = 0;
-            if (isEnd(text)) break;
-            first = unit();
-            if (isEnd(text)) break;
-            first |= unit() << 16;
-            if (isEnd(text)) break;
-            second = unit();
-            if (isEnd(text)) break;
-            second |= unit() << 16;
-            Mix(first, second);
+    explicit KeyHash(std::uint32_t seed) noexcept : state_{seed, ~seed, seed, ~seed} {}
+
+    // The last bytes of a round may have been in the one before; so the length counts too.
+    KeyHash& Add(std::wstring_view text) noexcept {
+        const auto* const bytes = reinterpret_cast<const char*>(text.data());
+        const auto size = static_cast<std::uint32_t>(text.size() * sizeof(wchar_t));
+        if (size < sizeof(Round)) {
+            Mix(bytes, size);
+        } else {
+            for (std::uint32_t at = 0; at + sizeof(Round) < size; at += sizeof(Round))
+                Mix(bytes + at, sizeof(Round));
+            Mix(bytes + size - sizeof(Round), sizeof(Round));
         }
-        Mix(first, second);
-        return text;
+        state_ ^= Round{size};
+        return *this;
     }
-    std::uint32_t value() const noexcept { return low_ ^ high_; }
+    // Of both, whose rounds the processor calculates side by side.
+    static std::uint32_t Of(const KeyHash& one, const KeyHash& other) noexcept {
+        const Round sum = one.state_ + other.state_;
+        const Round halves = sum ^ __builtin_shufflevector(sum, sum, 2, 3, 0, 1);
+        return halves[0] ^ halves[1];
+    }
 
   private:
-    void Mix(std::uint32_t first, std::uint32_t second) noexcept {
-        const std::uint64_t product =
-            std::uint64_t{low_ ^ first ^ 0x53c5ca59u} * (high_ ^ second ^ 0x74743c1bu);
-        low_ = static_cast<std::uint32_t>(product);
-        high_ = static_cast<std::uint32_t>(product >> 32);
+    using Round = std::uint32_t __attribute__((vector_size(16)));
+
+    void Mix(const char* bytes, std::size_t size) noexcept {
+        const Round constants{0x53c5ca59, 0x74743c1b, 0x9e3779b9, 0x85ebca6b};
+        Round added{};
+        std::memcpy(&added, bytes, size);
+        state_ = Products(state_ ^ constants ^ added);
     }
 
-    std::uint32_t low_ = g_hashSeed, high_ = ~g_hashSeed;
+    static Round Products(Round round) noexcept {
+#ifdef __SSE2__
+        const auto factors = std::bit_cast<__m128i>(round);
+        return std::bit_cast<Round>(_mm_mul_epu32(factors, _mm_srli_epi64(factors, 32)));
+#else
+        const std::uint64_t products[] = {std::uint64_t{round[0]} * round[1],
+                                          std::uint64_t{round[2]} * round[3]};
+        return std::bit_cast<Round>(products);
+#endif
+    }
+
+    Round state_;
 };
 
-// So many units at a time, the last of which may have been looked at before. A call of the library's
-// comparison would take longer.
-template <std::size_t kUnits>
-bool SameUnitsBy(const wchar_t* a, const wchar_t* b, std::size_t count) noexcept {
+// The last chunk may have been looked at before. A call of the library's comparison would take longer.
+template <class Chunk>
+bool SameByChunks(const wchar_t* a, const wchar_t* b, std::size_t count) noexcept {
+    constexpr std::size_t kUnits = sizeof(Chunk) / sizeof(wchar_t);
     const auto same = [&](std::size_t at) {
-        return std::memcmp(a + at, b + at, kUnits * sizeof(wchar_t)) == 0;
+        Chunk first, second;
+        std::memcpy(&first, a + at, sizeof first);
+        std::memcpy(&second, b + at, sizeof second);
+        return AreSame(first, second);
     };
     for (std::size_t at = 0; at + kUnits < count; at += kUnits) {
         if (!same(at)) return false;
@@ -66,8 +85,9 @@ bool SameUnitsBy(const wchar_t* a, const wchar_t* b, std::size_t count) noexcept
 }
 
 inline bool SameUnits(const wchar_t* a, const wchar_t* b, std::size_t count) noexcept {
-    if (count >= 4) return SameUnitsBy<4>(a, b, count);
-    return count == 0 || SameUnitsBy<1>(a, b, count);
+    if (count >= kBlockUnits) return SameByChunks<Block>(a, b, count);
+    if (count >= kBlockUnits / 2) return SameByChunks<std::uint64_t>(a, b, count);
+    return count == 0 || SameByChunks<Unit>(a, b, count);
 }
 
 // A setting's key: a section and an entry with the separator between them, or a text that has none. It is
@@ -77,56 +97,49 @@ class SettingKey {
   public:
     explicit SettingKey(std::wstring_view text) noexcept { Split(text); }
     SettingKey(const wchar_t* section, const wchar_t* entry) {
-        KeyHash hash;
-        bool mayHoldSeparator = false;  // told on the way: hardly any section is looked at once more
-        section_ = Taken(hash, section ? section : L"", [&](const wchar_t* at) {
-            mayHoldSeparator |= *at == kKeySeparator[0];
-            return *at == L'\0';
-        });
-        separator_ = kKeySeparator;
-        entry_ = Taken(hash, entry ? entry : L"", [](const wchar_t* at) { return *at == L'\0'; });
-        hash_ = hash.value();
-        if (mayHoldSeparator && section_.find(kKeySeparator) != std::wstring_view::npos) JoinAndSplit();
+        if (section) section_ = {section, TextLength(section)};
+        separatorSize_ = kKeySeparator.size();
+        if (entry) entry_ = {entry, TextLength(entry)};
+        hash_ = Hash();
+        if (MayHoldSeparator(section_) && section_.find(kKeySeparator) != std::wstring_view::npos)
+            JoinAndSplit();
     }
     SettingKey(const SettingKey&) = delete;
     SettingKey& operator=(const SettingKey&) = delete;
 
     std::uint32_t hash() const noexcept { return hash_; }
-    std::size_t size() const noexcept { return section_.size() + separator_.size() + entry_.size(); }
+    std::size_t size() const noexcept { return sectionSize() + separatorSize_ + entry_.size(); }
+    std::size_t sectionSize() const noexcept { return section_.size(); }  // all of it without a separator
 
-    bool Is(std::wstring_view text) const noexcept {
-        if (text.size() != size()) return false;
-        const wchar_t* const separator = text.data() + section_.size();
-        return SameUnits(text.data(), section_.data(), section_.size()) &&
-               SameUnits(separator, separator_.data(), separator_.size()) &&
-               SameUnits(separator + separator_.size(), entry_.data(), entry_.size());
+    // The key of so many units, so many of them in its section; then what is between the pieces is the same.
+    bool Is(const wchar_t* units, std::size_t sectionSize, std::size_t size) const noexcept {
+        return sectionSize == section_.size() && size == this->size() &&
+               SameUnits(units, section_.data(), sectionSize) &&
+               SameUnits(units + size - entry_.size(), entry_.data(), entry_.size());
     }
     void CopyTo(wchar_t* out) const noexcept {
-        for (const std::wstring_view piece : {section_, separator_, entry_})
+        for (const std::wstring_view piece : {section_, kKeySeparator.substr(0, separatorSize_), entry_})
             out = std::copy(piece.begin(), piece.end(), out);
     }
 
   private:
-    template <class IsEnd>
-    static std::wstring_view Taken(KeyHash& hash, const wchar_t* text, IsEnd isEnd) noexcept {
-        return {text, static_cast<std::size_t>(hash.Take(text, isEnd) - text)};
+    // Told quickly: hardly any section is looked at once more.
+    static bool MayHoldSeparator(std::wstring_view text) noexcept {
+        const wchar_t* const end = text.data() + text.size();
+        return FindUnit(text.data(), end, [](auto unit) { return unit == Unit{kKeySeparator[0]}; }) != end;
     }
 
     // At the first separator, so that the same text has the same pieces however it came to be.
     void Split(std::wstring_view text) noexcept {
         const std::size_t end = std::min(text.find(kKeySeparator), text.size());
-        KeyHash hash;
-        const auto take = [&hash](std::wstring_view piece) {
-            hash.Take(piece.data(),
-                      [end = piece.data() + piece.size()](const wchar_t* at) { return at == end; });
-            return piece;
-        };
-        section_ = take(text.substr(0, end));
-        if (end < text.size()) {
-            separator_ = kKeySeparator;
-            entry_ = take(text.substr(end + kKeySeparator.size()));
-        }
-        hash_ = hash.value();
+        section_ = text.substr(0, end);
+        separatorSize_ = std::min(text.size() - end, kKeySeparator.size());
+        entry_ = text.substr(end + separatorSize_);
+        hash_ = Hash();
+    }
+
+    std::uint32_t Hash() const noexcept {
+        return KeyHash::Of(KeyHash(g_hashSeed).Add(section_), KeyHash(g_hashSeed + 1).Add(entry_));
     }
 
     // For a section that holds a separator itself.
@@ -136,7 +149,8 @@ class SettingKey {
         Split(*joined_);
     }
 
-    std::wstring_view section_, separator_, entry_;
+    std::wstring_view section_, entry_;
+    std::size_t separatorSize_;
     std::uint32_t hash_;
     std::unique_ptr<std::wstring> joined_;
 };

@@ -38,7 +38,8 @@ Setting::Owner Setting::Make(const SettingKey& key, const SettingContent& conten
 }
 
 Setting::Setting(const SettingKey& key, const SettingContent& content) noexcept
-    : keyLength_(static_cast<unsigned>(key.size()) & kLongestKey),
+    : sectionLength_(static_cast<unsigned>(key.sectionSize())),
+      keyLength_(static_cast<unsigned>(key.size()) & kLongestKey),
       type_(static_cast<unsigned>(content.type) & 3u),
       isSet_(content.isSet),
       textLength_(static_cast<unsigned>(content.text.size())) {
@@ -66,7 +67,7 @@ SettingsDictionary::~SettingsDictionary() {
 SettingsDictionary::Place* SettingsDictionary::PlaceOf(const SettingKey& key) noexcept {
     if (places_.empty()) return nullptr;
     std::size_t at = key.hash() & (places_.size() - 1);
-    while (places_[at].setting && !(places_[at].hash == key.hash() && key.Is(places_[at].setting->key())))
+    while (places_[at].setting && !(places_[at].hash == key.hash() && places_[at].setting->Has(key)))
         at = Next(at);
     return &places_[at];
 }

@@ -43,6 +43,7 @@ class Setting {
     static Owner Make(const SettingKey& key, const SettingContent& content);
 
     std::wstring_view key() const noexcept { return {units(), keyLength_}; }
+    bool Has(const SettingKey& key) const noexcept { return key.Is(units(), sectionLength_, keyLength_); }
     SettingType type() const noexcept { return static_cast<SettingType>(type_); }
     bool isSet() const noexcept { return isSet_; }
 
@@ -60,6 +61,7 @@ class Setting {
     wchar_t* units() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
     const wchar_t* units() const noexcept { return reinterpret_cast<const wchar_t*>(this + 1); }
 
+    unsigned sectionLength_;
     unsigned keyLength_ : 29;
     unsigned type_ : 2;
     unsigned isSet_ : 1;
