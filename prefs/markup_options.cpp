@@ -7,6 +7,8 @@
 #include <iterator>
 #include <span>
 
+#include "platform/failure.h"
+#include "settings/known_settings.h"
 #include "settings/preference_keys.h"
 #include "settings/preferences.h"
 #include "settings/registry_values.h"
@@ -98,9 +100,53 @@ unsigned long DefaultColor(const wchar_t* text) {
     return ql::ColorOf(text, kPureGreen);
 }
 
-unsigned long LoadColor(const ColorEntry& color) {
-    return GetQLRegColor(QLIS_DEVELOPMENT, color.entry, DefaultColor(color.defaultColor));
-}
+// The preferences that options are made of, one read after the other.
+struct EverydayReads {
+    bool Flag(const wchar_t* entry, bool defaultValue) const {
+        return GetQLRegBool(QLIS_ANNOTATION, entry, defaultValue);
+    }
+    RWWString Text(const wchar_t* entry, const wchar_t* defaultText) const {
+        return GetQLRegString(QLIS_ANNOTATION, entry, defaultText);
+    }
+    unsigned long Color(const wchar_t* entry, unsigned long defaultColor) const {
+        return GetQLRegColor(QLIS_DEVELOPMENT, entry, defaultColor);
+    }
+};
+
+// The same from what a store knows, all at one moment. Notes whether anything was unknown.
+class KnownReads {
+  public:
+    explicit KnownReads(const ql::SettingsDictionary& known) : known_(known) {}
+
+    bool Flag(const wchar_t* entry, bool defaultValue) {
+        const ql::Setting* const setting = Find(QLIS_ANNOTATION, entry, ql::SettingType::Boolean);
+        return setting ? setting->number() != 0 : defaultValue;
+    }
+    RWWString Text(const wchar_t* entry, const wchar_t* defaultText) {
+        const std::wstring_view text = TextIn(QLIS_ANNOTATION, entry);
+        return text.empty() ? RWWString(defaultText) : RWWString(text);
+    }
+    unsigned long Color(const wchar_t* entry, unsigned long defaultColor) {
+        const std::wstring_view text = TextIn(QLIS_DEVELOPMENT, entry);
+        return text.empty() ? defaultColor : ql::ColorOf(RWWString(text), defaultColor);
+    }
+    bool foundAll() const { return foundAll_; }
+
+  private:
+    // Null for a setting of another type, too.
+    const ql::Setting* Find(const wchar_t* section, const wchar_t* entry, ql::SettingType type) {
+        const ql::Setting* const setting = known_.Find(ql::SettingKey(section, entry));
+        if (!setting) foundAll_ = false;
+        return setting && setting->type() == type ? setting : nullptr;
+    }
+    std::wstring_view TextIn(const wchar_t* section, const wchar_t* entry) {
+        const ql::Setting* const setting = Find(section, entry, ql::SettingType::Text);
+        return setting ? setting->text() : std::wstring_view();
+    }
+
+    const ql::SettingsDictionary& known_;
+    bool foundAll_ = true;
+};
 
 // The entries of a numbered colour and their defaults, spelt out once: a view makes its options each time it
 // needs them.
@@ -112,9 +158,10 @@ struct LevelEntries {
         }
     }
 
-    void Load(std::span<unsigned long, kPreferenceColorTiers> target) const {
+    template <class Reads>
+    void Load(Reads& reads, std::span<unsigned long, kPreferenceColorTiers> target) const {
         for (std::size_t level = 0; level < kPreferenceColorTiers; ++level)
-            target[level] = GetQLRegColor(QLIS_DEVELOPMENT, entries[level].data(), colors[level]);
+            target[level] = reads.Color(entries[level].data(), colors[level]);
     }
 
     std::array<std::array<wchar_t, 32>, kPreferenceColorTiers> entries;
@@ -122,29 +169,56 @@ struct LevelEntries {
 };
 
 template <class Choice, std::size_t kCount>
-Choice LoadChoice(const wchar_t* entry, const wchar_t* const (&names)[kCount], Choice defaultChoice) {
-    const RWWString text = GetQLRegString(QLIS_ANNOTATION, entry, names[defaultChoice]);
+Choice ChoiceOf(const RWWString& text, const wchar_t* const (&names)[kCount], Choice defaultChoice) {
     const auto name = std::find_if(std::begin(names), std::end(names),
                                    [&](const wchar_t* n) { return ql::EqualIgnoringCase(n, text); });
     return name == std::end(names) ? defaultChoice : static_cast<Choice>(name - std::begin(names));
 }
 
+RWWString Marker(RWWString text) {
+    if (ql::EqualIgnoringCase(text, kNoMarker)) text.clear();
+    return text;
+}
+
 }  // namespace
 
-CPrettyTplOpt::CPrettyTplOpt()
-    : scheme_(LoadChoice(QLIE_COLOR_SELECTION, ANNOT_CLR_SCHEME_NAMES, DEF_ANNOT_CLR_SCHEME)),
-      annotType_(LoadChoice(QLIE_ANNOT_TYPE, ANNOT_TYPE_NAMES, DEF_ANNOT_TYPE)),
-      annotStyle_(LoadChoice(QLIE_ANNOT_STYLE, ANNOT_STYLE_NAMES, DEF_ANNOT_STYLE)) {
-    LoadLevels();
-    LoadKinds();
-    LoadOptions();
+CPrettyTplOpt::CPrettyTplOpt() {
+    const bool areKnown = ql::FailureIfThrown(false, [this] {
+        return ql::WithKnownSettings([this](const ql::SettingsDictionary& known) {
+            KnownReads reads(known);
+            Load(reads);
+            return reads.foundAll();
+        });
+    });
+    if (areKnown) return;
+    EverydayReads reads;
+    Load(reads);
+}
+
+template <class Reads>
+void CPrettyTplOpt::Load(Reads& reads) {
+    LoadChoices(reads);
+    LoadLevels(reads);
+    LoadKinds(reads);
+    LoadOptions(reads);
+}
+
+template <class Reads>
+void CPrettyTplOpt::LoadChoices(Reads& reads) {
+    const auto choice = [&reads](const wchar_t* entry, const auto& names, auto defaultChoice) {
+        return ChoiceOf(reads.Text(entry, names[defaultChoice]), names, defaultChoice);
+    };
+    scheme_ = choice(QLIE_COLOR_SELECTION, ANNOT_CLR_SCHEME_NAMES, DEF_ANNOT_CLR_SCHEME);
+    annotType_ = choice(QLIE_ANNOT_TYPE, ANNOT_TYPE_NAMES, DEF_ANNOT_TYPE);
+    annotStyle_ = choice(QLIE_ANNOT_STYLE, ANNOT_STYLE_NAMES, DEF_ANNOT_STYLE);
 }
 
 CPrettyTplOpt::CPrettyTplOpt(const CPrettyTplOpt&) = default;
 CPrettyTplOpt& CPrettyTplOpt::operator=(const CPrettyTplOpt&) = default;
 CPrettyTplOpt::~CPrettyTplOpt() = default;
 
-void CPrettyTplOpt::LoadLevels() {
+template <class Reads>
+void CPrettyTplOpt::LoadLevels(Reads& reads) {
     static_assert(kLevels == kPreferenceColorTiers);
     static const LevelEntries sequential(QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL,
                                          QLIE_TEXT_TEMPLATE_COLOR_SEQUENTIAL_DEFREGSTR);
@@ -154,35 +228,32 @@ void CPrettyTplOpt::LoadLevels() {
                                      QLIE_TEXT_TEMPLATE_COLOR_TIERED_DEFREGSTR);
     static const LevelEntries nestedB(QLIE_TEXT_TEMPLATE_COLOR_TIERED_B,
                                       QLIE_TEXT_TEMPLATE_COLOR_TIERED_B_DEFREGSTR);
-    sequential.Load(sequential_);
-    sequentialB.Load(sequentialB_);
-    nested.Load(nested_);
-    nestedB.Load(nestedB_);
+    sequential.Load(reads, sequential_);
+    sequentialB.Load(reads, sequentialB_);
+    nested.Load(reads, nested_);
+    nestedB.Load(reads, nestedB_);
 }
 
-void CPrettyTplOpt::LoadKinds() {
+template <class Reads>
+void CPrettyTplOpt::LoadKinds(Reads& reads) {
     static_assert(std::size(kKindRows) == kKinds);
+    const auto color = [&reads](const ColorEntry& entry) {
+        return reads.Color(entry.entry, DefaultColor(entry.defaultColor));
+    };
     for (const KindRow& row : kKindRows) {
-        kinds_[static_cast<std::size_t>(row.type)] = {
-            .color = LoadColor(row.color),
-            .bColor = LoadColor(row.background),
-            .process = GetQLRegBool(QLIS_ANNOTATION, row.processEntry, row.process),
-            .begin = GetFieldMarker(row.beginEntry, row.begin),
-            .end = GetFieldMarker(row.endEntry, row.end)};
+        kinds_[static_cast<std::size_t>(row.type)] = {.color = color(row.color),
+                                                      .bColor = color(row.background),
+                                                      .process = reads.Flag(row.processEntry, row.process),
+                                                      .begin = Marker(reads.Text(row.beginEntry, row.begin)),
+                                                      .end = Marker(reads.Text(row.endEntry, row.end))};
     }
 }
 
-void CPrettyTplOpt::LoadOptions() {
+template <class Reads>
+void CPrettyTplOpt::LoadOptions(Reads& reads) {
     static_assert(std::size(kOptionRows) == kOptions);
-    std::transform(
-        std::begin(kOptionRows), std::end(kOptionRows), options_.begin(),
-        [](const OptionRow& row) { return GetQLRegBool(QLIS_ANNOTATION, row.entry, row.defaultValue); });
-}
-
-RWWString CPrettyTplOpt::GetFieldMarker(const wchar_t* entry, const wchar_t* defaultText) {
-    RWWString marker = GetQLRegString(QLIS_ANNOTATION, entry, defaultText);
-    if (ql::EqualIgnoringCase(marker, kNoMarker)) marker.clear();
-    return marker;
+    std::transform(std::begin(kOptionRows), std::end(kOptionRows), options_.begin(),
+                   [&reads](const OptionRow& row) { return reads.Flag(row.entry, row.defaultValue); });
 }
 
 const CPrettyTplOpt::Kind& CPrettyTplOpt::KindOf(QLPrettyTplFieldType type) const noexcept {

@@ -140,10 +140,17 @@ class QL_API CPrettyTplOpt {
     };
 
     const Kind& KindOf(QLPrettyTplFieldType type) const noexcept;
-    void LoadLevels();
-    void LoadKinds();
-    void LoadOptions();
-    static RWWString GetFieldMarker(const wchar_t* entry, const wchar_t* defaultText);
+    // From everyday reads, or from what a store knows.
+    template <class Reads>
+    void Load(Reads& reads);
+    template <class Reads>
+    void LoadChoices(Reads& reads);
+    template <class Reads>
+    void LoadLevels(Reads& reads);
+    template <class Reads>
+    void LoadKinds(Reads& reads);
+    template <class Reads>
+    void LoadOptions(Reads& reads);
     void AddColor(unsigned long color) noexcept;
 
     LevelColors sequential_;
@@ -153,8 +160,8 @@ class QL_API CPrettyTplOpt {
     std::array<Kind, kKinds> kinds_;
     std::array<unsigned long, 4 * kLevels + 2 * kKinds> distinct_;
     unsigned distinctCount_ = 0;  // until asked for
-    QLClrScheme scheme_;
-    QLAnnotType annotType_;
-    QLAnnotStyle annotStyle_;
+    QLClrScheme scheme_ = RegularColors;
+    QLAnnotType annotType_ = FootnoteAnnotations;
+    QLAnnotStyle annotStyle_ = NumberedAnnotations;
     std::array<bool, kOptions> options_;
 };

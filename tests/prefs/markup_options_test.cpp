@@ -16,10 +16,27 @@ constexpr unsigned long Rgb(unsigned long red, unsigned long green, unsigned lon
 }
 constexpr unsigned long kWhite = Rgb(255, 255, 255);
 
-using MarkupOptions = SettingsTest;
+// With a store that knows nothing, and with one that knows every preference of the options.
+class MarkupOptions : public SettingsTest, public ::testing::WithParamInterface<bool> {
+  protected:
+    MarkupOptions() {
+        if (GetParam()) CPrettyTplOpt();
+    }
+};
 
-TEST_F(MarkupOptions, KindsAndLevelsHaveTheirDefaultsAndLevelsStartAgainAfterTwenty) {
-    const CPrettyTplOpt options;
+INSTANTIATE_TEST_SUITE_P(, MarkupOptions, ::testing::Bool(),
+                         [](const auto& known) { return known.param ? "Known" : "Unknown"; });
+
+std::vector<unsigned long> ColorsOf(CPrettyTplOpt& options) {
+    unsigned count = 0;
+    const unsigned long* const colors = options.GetColors(&count);
+    EXPECT_EQ(colors, options.GetColors(nullptr)) << "found once";
+    return {colors, colors + count};
+}
+
+TEST_P(MarkupOptions, KindsAndLevelsHaveTheirDefaultsAndLevelsStartAgainAfterTwenty) {
+    CPrettyTplOpt options;
+    EXPECT_EQ(13u, ColorsOf(options).size());
     const std::tuple<unsigned long, const wchar_t*, const wchar_t*> kKinds[] = {
         {Rgb(0, 0, 255), L"[", L"]"},
         {Rgb(152, 0, 200), L"[", L"]"},
@@ -85,7 +102,7 @@ constexpr struct {
 };
 
 // Every boolean by its entry: the default, and the other value, of it alone, when that is stored.
-TEST_F(MarkupOptions, FlagsAreReadFromTheirOwnEntries) {
+TEST_P(MarkupOptions, FlagsAreReadFromTheirOwnEntries) {
     for (const auto& stored : kFlags) {
         WriteQLRegBool(L"Markup View", stored.entry, !stored.byDefault);
         const CPrettyTplOpt options;
@@ -96,7 +113,7 @@ TEST_F(MarkupOptions, FlagsAreReadFromTheirOwnEntries) {
     }
 }
 
-TEST_F(MarkupOptions, MarkersAreTheStoredTextsAndNoneIsEmpty) {
+TEST_P(MarkupOptions, MarkersAreTheStoredTextsAndNoneIsEmpty) {
     WriteQLRegString(L"Markup View", L"Variable Field Begin", L"none");
     WriteQLRegString(L"Markup View", L"Variable Field End", L"NONE ");
     WriteQLRegString(L"Markup View", L"Editable Text End", L"«");
@@ -108,7 +125,7 @@ TEST_F(MarkupOptions, MarkersAreTheStoredTextsAndNoneIsEmpty) {
     EXPECT_STREQ(L"[", options.GetBeginText(RepeatedText)) << "an empty preference is none";
 }
 
-TEST_F(MarkupOptions, ChoicesAreReadByNameIgnoringCase) {
+TEST_P(MarkupOptions, ChoicesAreReadByNameIgnoringCase) {
     const struct {
         const wchar_t *scheme, *type, *style;
         QLClrScheme colors;
@@ -129,17 +146,8 @@ TEST_F(MarkupOptions, ChoicesAreReadByNameIgnoringCase) {
     }
 }
 
-std::vector<unsigned long> ColorsOf(CPrettyTplOpt& options) {
-    unsigned count = 0;
-    const unsigned long* const colors = options.GetColors(&count);
-    EXPECT_EQ(colors, options.GetColors(nullptr)) << "found once";
-    return {colors, colors + count};
-}
-
 // Stores the colours 0, 1, 2 ... from entry to entry; alternative text has those of conditional text.
-TEST_F(MarkupOptions, EveryColorIsReadFromItsOwnEntryAndListedOnce) {
-    CPrettyTplOpt defaults;
-    EXPECT_EQ(13u, ColorsOf(defaults).size());
+TEST_P(MarkupOptions, EveryColorIsReadFromItsOwnEntryAndListedOnce) {
     unsigned long next = 0;
     const auto put = [&](const std::wstring& entry) {
         WriteQLRegColor(L"Development", (L"Template " + entry).c_str(), next++);
@@ -167,7 +175,7 @@ TEST_F(MarkupOptions, EveryColorIsReadFromItsOwnEntryAndListedOnce) {
     EXPECT_EQ(Rgb(180, 0, 0), CPrettyTplOpt().GetFieldColor(RepeatedText));
 }
 
-TEST_F(MarkupOptions, AreASnapshotOfTheThreadsOwnSettingsAndCopiesAreIndependent) {
+TEST_P(MarkupOptions, AreASnapshotOfTheThreadsOwnSettingsAndCopiesAreIndependent) {
     CPrettyTplOpt first;
     ColorsOf(first);
     first.SetProcessField(EditableText, true);
