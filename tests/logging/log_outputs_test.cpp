@@ -172,6 +172,8 @@ TEST_F(RollingFile, ShiftsItsBackupsIntoGapsTooAndKeepsTheirTimes) {
         QLFileName name;
         Rolling(folder_.path().root_name().wstring() + L"Log.log", 0).SetBackupFileName(name, 0);
         EXPECT_EQ(path(0), name.GetPathAndFileName().str());
+        Rolling(L"b\\Log.log", 0).SetBackupFileName(name, 0);
+        EXPECT_EQ(folder_ / L"b\\Log.log", name.GetPathAndFileName().str());
         Rolling rolling(L"Log.log", kBackups);
         std::filesystem::current_path(elsewhere);
         rolling.Put(L"new\n");

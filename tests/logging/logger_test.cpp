@@ -108,10 +108,12 @@ TEST(Logger, AThrowingOutputCostsTheLaterOutputsThatLineAlone) {
                                 if (std::exchange(throws, false)) throw std::runtime_error("full");
                             }),
                             QLLOG_INFO);
-    EXPECT_EQ((Calls{L"4:1 line was lost: an output failed\n", L"4:second", L"close"}),
-              CallsDuring(QLLOG_INFO, [] {
-                  for (const wchar_t* text : {L"first", L"second"}) QLLogger::PutMessage(QLLOG_INFO, text);
-              }));
+    EXPECT_EQ(
+        (Calls{L"1:1 line was lost: an output failed\n", L"1:second", L"close", L"close"}),
+        CallsDuring(QLLOG_ERROR | QLLOG_INFO, [] {
+            for (const auto& [level, text] : {std::pair(QLLOG_INFO, L"first"), {QLLOG_ERROR, L"second"}})
+                QLLogger::PutMessage(level, text);
+        }));
     EXPECT_EQ(before + 1, QLLogger::LostLines());
 }
 
