@@ -15,8 +15,7 @@ bool WithKnownSettings(Call call) {
     if (!store) return false;
     LockedSettings& state = LockedSettings::Of(*store);
     const ReaderGuard guard(state.lock);
-    const SettingsDictionary& known = state.settings;
-    return call(known);
+    return call(state.settings);
 }
 
 }  // namespace ql
