@@ -63,6 +63,30 @@ void BareCalls(benchmark::State& state) {
     });
 }
 
+// The same into texts that are kept.
+template <std::wstring Text(std::size_t), std::size_t kBytes>
+void OursKept(benchmark::State& state) {
+    std::string narrow;
+    RWWString wide;
+    Run(state, Text(kBytes), [&](const std::wstring& text) {
+        WideToAnsi(text, narrow);
+        AnsiToWide(narrow, wide);
+        return wide.length();
+    });
+}
+
+template <std::wstring Text(std::size_t), std::size_t kBytes>
+void BareCallsKept(benchmark::State& state) {
+    std::string narrow;
+    std::wstring wide;
+    Run(state, Text(kBytes), [&](const std::wstring& text) {
+        narrow.resize(text.size());
+        Narrow(text, narrow);
+        wide.resize(narrow.size());
+        return static_cast<std::size_t>(Widen(narrow, wide));
+    });
+}
+
 BENCHMARK(Ours<Prose, kSmall>)->Name("ansi 1 KB/ours");
 BENCHMARK(BareCalls<Prose, kSmall>)->Name("ansi 1 KB/bare calls");
 BENCHMARK(BareCalls<Prose, kSmall, true>)->Name("ansi 1 KB/bare calls, ?");
@@ -73,5 +97,13 @@ BENCHMARK(Ours<Ascii, kSmall>)->Name("ansi ascii 1 KB/ours");
 BENCHMARK(BareCalls<Ascii, kSmall>)->Name("ansi ascii 1 KB/bare calls");
 BENCHMARK(Ours<Ascii, kLarge>)->Name("ansi ascii 1 MB/ours");
 BENCHMARK(BareCalls<Ascii, kLarge>)->Name("ansi ascii 1 MB/bare calls");
+BENCHMARK(OursKept<Prose, kSmall>)->Name("ansi, kept texts 1 KB/ours");
+BENCHMARK(BareCallsKept<Prose, kSmall>)->Name("ansi, kept texts 1 KB/bare calls");
+BENCHMARK(OursKept<Prose, kLarge>)->Name("ansi, kept texts 1 MB/ours");
+BENCHMARK(BareCallsKept<Prose, kLarge>)->Name("ansi, kept texts 1 MB/bare calls");
+BENCHMARK(OursKept<Ascii, kSmall>)->Name("ansi ascii, kept texts 1 KB/ours");
+BENCHMARK(BareCallsKept<Ascii, kSmall>)->Name("ansi ascii, kept texts 1 KB/bare calls");
+BENCHMARK(OursKept<Ascii, kLarge>)->Name("ansi ascii, kept texts 1 MB/ours");
+BENCHMARK(BareCallsKept<Ascii, kLarge>)->Name("ansi ascii, kept texts 1 MB/bare calls");
 
 }  // namespace

@@ -103,6 +103,29 @@ void TokensFindFirstOf(benchmark::State& state) {
     }
 }
 
+// The same into a text that is kept.
+void TokensIntoKeptOurs(benchmark::State& state) {
+    TokenString text(Words(), kDelimiters);
+    RWWString token;
+    for (auto _ : state) {
+        for (text.Init(); text.Next(token);) benchmark::DoNotOptimize(token);
+    }
+}
+
+void TokensIntoKeptFindFirstOf(benchmark::State& state) {
+    const RWWString words = Words();
+    const std::wstring_view text = words.view();
+    std::wstring token;
+    for (auto _ : state) {
+        for (std::size_t at = text.find_first_not_of(kDelimiters); at != std::wstring_view::npos;) {
+            const std::size_t end = text.find_first_of(kDelimiters, at);
+            token.assign(text.substr(at, end - at));
+            benchmark::DoNotOptimize(token);
+            at = text.find_first_not_of(kDelimiters, end);
+        }
+    }
+}
+
 // A table that grows at its front and is emptied from there: growth rows, each of so many entries.
 void FrontOurs(benchmark::State& state) {
     const RWWString text(L"an entry of the table");
@@ -127,5 +150,7 @@ BENCHMARK(FrontDeque)->Name("table, front/std_deque")->RangeMultiplier(10)->Rang
 
 BENCHMARK(TokensOurs)->Name("split_1MB/TokenString");
 BENCHMARK(TokensFindFirstOf)->Name("split_1MB/find_first_of");
+BENCHMARK(TokensIntoKeptOurs)->Name("split_1MB, kept text/TokenString");
+BENCHMARK(TokensIntoKeptFindFirstOf)->Name("split_1MB, kept text/find_first_of");
 
 }  // namespace

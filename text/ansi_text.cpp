@@ -153,7 +153,7 @@ std::size_t ConvertStart(std::basic_string_view<Char> text, ToChar* out, Other c
 }
 
 // How much of the text's start is converted without the system.
-std::size_t Narrow(std::wstring_view text, char* bytes) {
+std::size_t NarrowStart(std::wstring_view text, char* bytes) {
     return ConvertStart(text, bytes, [&](std::size_t i) {
         const OneBytePage* const page = OneBytePage::OfProcess();
         if (!page || ql::IsSurrogate(text[i])) return false;
@@ -162,7 +162,7 @@ std::size_t Narrow(std::wstring_view text, char* bytes) {
     });
 }
 
-std::size_t Widen(std::string_view text, wchar_t* units) {
+std::size_t WidenStart(std::string_view text, wchar_t* units) {
     return ConvertStart(text, units, [&](std::size_t i) {
         const OneBytePage* const page = OneBytePage::OfProcess();
         if (page) units[i] = page->Widen(text[i]);
@@ -171,17 +171,23 @@ std::size_t Widen(std::string_view text, wchar_t* units) {
 }
 
 // A byte a unit is enough, but for texts of many-byte code pages: only those are measured.
-std::string ToAnsi(std::wstring_view text) {
-    std::string bytes(text.size(), '\0');
-    const std::size_t done = Narrow(text, bytes.data());
+bool Narrow(std::wstring_view text, std::string& bytes) {
+    bytes.resize(text.size());
+    const std::size_t done = NarrowStart(text, bytes.data());
     text.remove_prefix(done);
-    if (text.empty()) return bytes;
+    if (text.empty()) return true;
     std::size_t written = Convert(text, bytes.data() + done, text.size());
     if (written == 0 && ::GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
         bytes.resize(done + Convert(text, nullptr, 0));
         written = Convert(text, bytes.data() + done, bytes.size() - done);
     }
     bytes.resize(written == 0 ? 0 : done + written);
+    return written != 0;
+}
+
+std::string ToAnsi(std::wstring_view text) {
+    std::string bytes;
+    Narrow(text, bytes);
     return bytes;
 }
 
@@ -189,7 +195,7 @@ std::string ToAnsi(std::wstring_view text) {
 bool AppendWide(std::string_view text, std::wstring& out) {
     const std::size_t start = out.size();
     out.resize(start + text.size());
-    const std::size_t done = Widen(text, out.data() + start);
+    const std::size_t done = WidenStart(text, out.data() + start);
     text.remove_prefix(done);
     if (text.empty()) return true;
     if (text.size() > INT_MAX) return false;
@@ -217,24 +223,42 @@ std::size_t FindZero(std::string_view text) {
 }
 
 // Between zeros alone, so that none ends a character of several bytes.
-std::wstring ToWideByChunks(std::string_view text) {
-    std::wstring wide(text.size(), L'\0');
-    const std::size_t done = Widen(text, wide.data());
+bool Widen(std::string_view text, std::wstring& wide) {
+    wide.resize(text.size());
+    const std::size_t done = WidenStart(text, wide.data());
     wide.resize(done);
     for (std::string_view rest = text.substr(done); !rest.empty();) {
         const std::size_t zero = FindZero(rest);
-        if (!AppendWide(rest.substr(0, zero), wide)) return {};
+        if (!AppendWide(rest.substr(0, zero), wide)) return false;
         if (zero == std::string_view::npos) break;
         wide.push_back(L'\0');
         rest.remove_prefix(zero + 1);
     }
-    return wide;
+    return true;
+}
+
+// Whether the text was converted; what was not leaves nothing.
+template <class Text, class Convert>
+bool ConvertInto(Text& text, Convert convert) {
+    const bool isDone = ql::FailureIfThrown(false, convert);
+    if (!isDone) text.clear();
+    return isDone;
 }
 
 }  // namespace
 
+bool WideToAnsi(ql::TextView text, std::string& ansi) {
+    return ConvertInto(ansi, [&] { return Narrow(text, ansi); });
+}
+
+bool AnsiToWide(std::string_view ansi, RWWString& text) {
+    return ConvertInto(text, [&] { return Widen(ansi, text.str()); });
+}
+
 std::string WideToStdString(ql::TextView text) {
-    return ql::FailureIfThrown({}, [&] { return ToAnsi(text); });
+    std::string ansi;
+    WideToAnsi(text, ansi);
+    return ansi;
 }
 
 RWCString WideToRWCString(ql::TextView text) {
@@ -250,7 +274,9 @@ RWWString AnsiToRWWString(const char* text) {
 }
 
 RWWString RWCStringToRWWString(const RWCString& text) {
-    return ql::FailureIfThrown({}, [&] { return ToWideByChunks(text); });
+    RWWString wide;
+    AnsiToWide(text, wide);
+    return wide;
 }
 
 RWWString MakeRWTStringAnsiOnly(ql::TextView text) {

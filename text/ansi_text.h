@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/export.h"
 #include "rw/narrow_string.h"
@@ -14,6 +15,11 @@
 // To the ANSI code page.
 QL_API std::string WideToStdString(ql::TextView text);
 QL_API RWCString WideToRWCString(ql::TextView text);
+
+// The whole counted text, into one that the caller keeps and whose memory is used again, which is worth most
+// where many texts are converted. Whether it was converted: the kept text is empty when it was not.
+QL_API bool WideToAnsi(ql::TextView text, std::string& ansi);
+QL_API bool AnsiToWide(std::string_view ansi, RWWString& text);  // a zero unit for each zero byte
 
 // The whole counted text, with the zero units in it.
 QL_API RWCString RWTStringToRWCString(const RWWString& text);

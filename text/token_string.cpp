@@ -28,25 +28,27 @@ TokenString& TokenString::operator=(const TokenString& other) noexcept {
 }
 
 RWWString TokenString::Next() {
-    const std::wstring_view text = view().substr(0, End());
-    const auto isDelim = [this](wchar_t unit) { return IsDelim(unit); };
-    const auto from = [&](std::size_t index) { return text.begin() + static_cast<std::ptrdiff_t>(index); };
+    RWWString token;
+    Next(token);
+    return token;
+}
 
-    position_ = std::min(position_, text.size());
-    const auto start = std::find_if_not(from(position_), text.end(), isDelim);
-    position_ = static_cast<std::size_t>(start - text.begin());
-    if (position_ == text.size()) return {};
+bool TokenString::Next(RWWString& token) {
+    const wchar_t* const end = data() + End();
+    const wchar_t* first = data() + std::min(position_, End());
+    while (first != end && IsDelim(*first)) ++first;
+    position_ = static_cast<std::size_t>(first - data());
+    if (first == end) return token.clear(), false;
 
-    const bool quoted = *start == L'"';
-    const std::size_t first = position_ + (quoted ? 1 : 0);
-    const auto end =
-        quoted ? std::find(from(first), text.end(), L'"') : std::find_if(start, text.end(), isDelim);
-    const auto last = static_cast<std::size_t>(end - text.begin());
-    return ql::FailureIfThrown({}, [&] {
-        RWWString token(text.data() + first, last - first);
-        position_ = quoted ? last + 1 : last;
-        return token;
-    });
+    const bool quoted = *first == L'"';
+    if (quoted) ++first;
+    const wchar_t* last = first;
+    while (!quoted && last != end && !IsDelim(*last)) ++last;
+    if (quoted) last = std::find(first, end, L'"');
+    const bool isTaken = ql::Completes([&] { token.assign(std::wstring_view(first, last)); });
+    if (!isTaken) return token.clear(), false;
+    position_ = static_cast<std::size_t>(last - data()) + (quoted ? 1 : 0);
+    return true;
 }
 
 std::size_t TokenString::End() const noexcept {

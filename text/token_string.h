@@ -13,12 +13,12 @@
 //   delimiters blank:   x "a b" y -> x, a b, y        "ab"cd -> ab, cd        "abc -> abc
 //
 // Kept on purpose: the empty quoted token "" is answered as the empty text, which is also the answer at the
-// end.
+// end; the form that tells them apart is Next(token).
 //
 // The text's length is taken at construction and the text is meant to stay as it is; of a text that has been
 // shortened since, only what is left is read. One object is used by one thread at a time. When memory ends,
 // an object that was being made has no text, assigning and NewDelims change nothing, and Next answers the
-// empty text and stays where it is.
+// empty text, or false, and stays where it is.
 class QL_API TokenString : public RWWString {
   public:
     // Both texts are copied.
@@ -30,6 +30,9 @@ class QL_API TokenString : public RWWString {
     virtual ~TokenString() = default;
 
     RWWString Next();  // the empty text at the end, and ever after
+    // The same into a text that the caller keeps, whose memory is used again; not the text itself. Whether
+    // there was a token, which tells an empty one from the end.
+    bool Next(RWWString& token);
     // From here on; the position stays, before the delimiter that ended the last token.
     void NewDelims(ql::TextView delimiters);
     void Init() noexcept { position_ = 0; }  // back to the first token

@@ -89,7 +89,7 @@ void NextToken(Attempt& attempt) {
     const std::wstring_view whole = kText.view().substr(2, 20);
     TokenString text(whole, L"|");
     RWWString token;
-    attempt([&] { token = text.Next(); });
+    attempt([&] { text.Next(token); });
     if (token.empty()) token = text.Next();
     EXPECT_EQ(whole, token);
 }

@@ -15,7 +15,9 @@ namespace {
 using namespace std::string_literals;
 
 TEST(AnsiText, KeepsAsciiOfAnyLengthAndCountedZeros) {
-    for (const std::size_t length : {1u, 15u, 16u, 63u, 64u, 65u, 511u, 512u, 513u, 100000u}) {
+    std::string keptNarrow;
+    RWWString keptWide;
+    for (const std::size_t length : {1u, 15u, 16u, 63u, 64u, 65u, 511u, 512u, 100000u, 513u}) {
         std::wstring wide(length, L'x');
         std::string narrow(length, 'x');
         EXPECT_EQ(narrow, WideToStdString(wide.c_str()));
@@ -25,6 +27,10 @@ TEST(AnsiText, KeepsAsciiOfAnyLengthAndCountedZeros) {
         narrow[length / 2] = '\0';
         EXPECT_EQ(narrow, RWTStringToRWCString(wide).str());
         EXPECT_EQ(wide, RWCStringToRWWString(narrow).str());
+        EXPECT_TRUE(WideToAnsi(wide, keptNarrow));
+        EXPECT_EQ(narrow, keptNarrow);
+        EXPECT_TRUE(AnsiToWide(narrow, keptWide));
+        EXPECT_EQ(wide, keptWide.str());
     }
     EXPECT_EQ("", WideToStdString(nullptr));
     EXPECT_TRUE(WideToRWCString(nullptr).isNull());

@@ -16,6 +16,17 @@ TEST(TokenString, ChangesDelimitersMidwayAndCopiesThem) {
     EXPECT_EQ(text.Next(), L"a,b");
 }
 
+TEST(TokenString, TellsAnEmptyTokenFromTheEndWhereATextIsKept) {
+    TokenString text(L" a \"\" \"b", L" ");
+    RWWString token = L"kept";
+    for (const wchar_t* expected : {L"a", L"", L"b"}) {
+        EXPECT_TRUE(text.Next(token)) << "before the end";
+        EXPECT_EQ(expected, token);
+    }
+    EXPECT_FALSE(text.Next(token));
+    EXPECT_EQ(L"", token);
+}
+
 TEST(TokenString, CountsUnitsAndReadsNoFurtherThanItsText) {
     EXPECT_EQ(L"", TokenString(nullptr, nullptr).Next());
     TokenString text(RWWString(L"a\0b\0\0c", 6), RWWString(L"\0", 1));
