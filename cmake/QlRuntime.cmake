@@ -13,7 +13,11 @@ if(NOT QL_NATIVE)
       find_file(QL_RUNTIME_${dll} ${dll} PATHS ${CMAKE_FIND_ROOT_PATH}/lib NO_CMAKE_FIND_ROOT_PATH REQUIRED)
       set(path ${QL_RUNTIME_${dll}})
     endif()
-    list(APPEND QL_RUNTIME_DLLS ${path})
-    file(COPY ${path} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+    # Without the symbols, which the system would read at each start.
+    file(MAKE_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+    execute_process(COMMAND ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0
+                            ${CMAKE_OBJCOPY} --strip-debug ${path} ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll}
+                    COMMAND_ERROR_IS_FATAL ANY)
+    list(APPEND QL_RUNTIME_DLLS ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${dll})
   endforeach()
 endif()

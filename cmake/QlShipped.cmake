@@ -27,3 +27,17 @@ if(NOT QL_NATIVE)
   # A PDB as well, in the build's folder: the names of the functions for debuggers that read no others.
   target_link_options(ql_shipped INTERFACE $<$<CONFIG:Release>:-Wl,--pdb=>)
 endif()
+
+# ql_part_symbols(program): its debugging symbols in a file beside it, where a debugger finds them. In the program the
+# system reads them at each start, which takes longer than all the rest.
+function(ql_part_symbols program)
+  if(NOT QL_NATIVE)
+    # Else the time of its run is noted.
+    set(objcopy ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0 ${CMAKE_OBJCOPY})
+    set(file $<TARGET_FILE_NAME:${program}>)
+    add_custom_command(TARGET ${program} POST_BUILD VERBATIM WORKING_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}
+      COMMAND ${objcopy} --only-keep-debug ${file} ${file}.debug
+      COMMAND ${objcopy} --strip-debug ${file}
+      COMMAND ${objcopy} --add-gnu-debuglink=${file}.debug ${file})
+  endif()
+endfunction()

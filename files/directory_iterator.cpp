@@ -30,7 +30,9 @@ struct CDirectoryIterator::Search {
         if (base.GetScheme().isNull()) base.SetPath(nullptr);  // entries always have a path, if an empty one
     }
     bool Open(const QLFileName& pattern) {
-        handle.reset(::FindFirstFileW(ql::NameAccess::PathAndFileName(pattern).c_str(), &entry));
+        // Short names are not asked for, and many entries at a time.
+        handle.reset(::FindFirstFileExW(ql::NameAccess::PathAndFileName(pattern).c_str(), FindExInfoBasic,
+                                        &entry, FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH));
         return static_cast<bool>(handle);
     }
     bool Advance() { return ::FindNextFileW(handle.get(), &entry) != FALSE; }
