@@ -41,9 +41,10 @@ extern QL_API const bool DEF_COLOR_ANNOT_MARKERS;
 extern QL_API const bool DEF_COLOR_ANNOT_LABELS;
 
 // How a view shows the markup of a template: a snapshot of the preferences, taken at construction from the
-// calling thread's settings (settings/preferences.h) and never read again. Colours come from the section
-// "Development", everything else from "Markup View"; what is absent or unreadable is the default,
-// but a text that is no boolean is false, and a part of a colour that is no number 0.
+// calling thread's settings (settings/preferences.h) and never read again. From the second object on, when
+// the thread's store knows them all, they are of one moment; else each is as it was when it was read. Colours
+// come from the section "Development", everything else from "Markup View"; what is absent or unreadable is
+// the default, but a text that is no boolean is false, and a part of a colour that is no number 0.
 //
 // Colours are red + 256 green + 65536 blue; "B" stands for background. One object is for one thread at a
 // time; a copy is independent (copying alone throws, when memory runs out; markers that find none are empty).
