@@ -5,6 +5,7 @@
 
 #include "platform/cache_line.h"
 #include "platform/critical_section.h"
+#include "platform/module.h"
 
 namespace ql {
 
@@ -57,8 +58,9 @@ class QL_LOCK_ATTRIBUTE(capability("shared lock")) SharedLock {
     static bool TakeIfFree(Door& door) noexcept { return !door.exchange(true, std::memory_order_acquire); }
     static void Release(Door& door) noexcept { door.store(false, std::memory_order_release); }
 
+    // A reader that the end of the process has taken away holds its door for good; it has changed nothing.
     static void AwaitAndTake(Door& door) noexcept {
-        for (unsigned looks = 1; !TakeIfFree(door); ++looks) Pause(looks);
+        for (unsigned looks = 1; !TakeIfFree(door) && !ProcessIsEnding(); ++looks) Pause(looks);
     }
     void AwaitWriter(unsigned looks) noexcept {
         ::AcquireSRWLockShared(&writer_);

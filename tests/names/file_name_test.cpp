@@ -115,6 +115,12 @@ TEST(FileName, ReplacesOnePartAndKeepsTheOthers) {
     EXPECT_EQ(L"file|||g|..d|#y|00", Parts(name));
 }
 
+TEST(FileName, TakesAnEntrysNameAsTheDiskHasIt) {
+    QLFileName name;
+    name.SetEntry(QLFileName(L"C:\\a\\b.c"), L" %TEMP%.x.doc#2");
+    EXPECT_EQ(L"C:\\a\\ %TEMP%.x.doc#2", name.GetPathAndFileName());
+}
+
 TEST(FileName, PrependsAPathInPlaceOfTheRoot) {
     const wchar_t* const rows[][3] = {
         {L"sub\\a.txt", L"D:\\Work", L"D:\\Work\\sub\\a.txt"},
