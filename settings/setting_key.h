@@ -50,7 +50,7 @@ class KeyHash {
     void Mix(const char* bytes, std::size_t size) noexcept {
         const Round constants{0x53c5ca59, 0x74743c1b, 0x9e3779b9, 0x85ebca6b};
         Round added{};
-        std::memcpy(&added, bytes, size);
+        if (size > 0) std::memcpy(&added, bytes, size);  // the empty text may be null
         state_ = Products(state_ ^ constants ^ added);
     }
 
