@@ -55,11 +55,13 @@ const wchar_t* FindUnit(const wchar_t* from, const wchar_t* end, Predicate isWan
     return from;
 }
 
-// The units before a text's zero. Looks at aligned blocks, of which one that holds a unit of the text can be
-// read whole; what it holds besides the text does not count.
+// The units before a text's zero, which may stand at an odd place, as in a packed record. Looks at aligned
+// blocks, of which one that holds a unit of the text can be read whole; what it holds besides the text does
+// not count.
 inline std::size_t TextLength(const wchar_t* text) noexcept {
 #ifdef _WIN32
     const auto place = reinterpret_cast<std::uintptr_t>(text) % sizeof(__m128i);
+    if (place % sizeof(wchar_t) != 0) return std::wstring_view(text).size();
     const auto* block = reinterpret_cast<const __m128i*>(reinterpret_cast<std::uintptr_t>(text) - place);
     const auto zeros = [&block] {
         return static_cast<unsigned>(

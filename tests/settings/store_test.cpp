@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <limits>
 
 #include "settings/registry.h"
@@ -83,6 +84,19 @@ TEST_F(Store, ManySettingsUnderKeysOfAnyLengthAreFoundAgainAndCleared) {
             ASSERT_TRUE(i % 3 <= gone || Text(store_, sectionOf(i).c_str(), keyOf(i).c_str()).first) << i;
     }
     EXPECT_EQ(L"{}", DocumentOf(store_));
+}
+
+// At odd places too, as in a host's packed records; in the 32-bit library.
+TEST_F(Store, ASettingIsFoundWhereverItsTextsStandInMemory) {
+    constexpr wchar_t kText[] = L"a text of some blocks";
+    EXPECT_TRUE(store_.SetRegIntSetting(kText, kText, 5));
+    alignas(16) char bytes[16 + sizeof kText];
+    for (std::size_t at = 0; at < 16; at += sizeof(void*) == 4 ? 1 : sizeof(wchar_t)) {
+        std::memcpy(bytes + at, kText, sizeof kText);
+        const auto* const text = reinterpret_cast<const wchar_t*>(bytes + at);
+        int value = 0;
+        EXPECT_TRUE(store_.GetRegIntSetting(text, text, &value, 0)) << at;
+    }
 }
 
 TEST_F(Store, AbsentRegistrySettingsAndThoseOfTheWrongKindAreTheirFirstDefaultAndStayAbsent) {
