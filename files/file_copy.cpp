@@ -6,6 +6,7 @@
 
 #include "files/same_file.h"
 #include "platform/failure.h"
+#include "platform/file_position.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
@@ -42,16 +43,6 @@ bool HasSize(const File& file) {
 long long SizeOf(const File& file) {
     LARGE_INTEGER size;
     return ::GetFileSizeEx(file.get(), &size) ? size.QuadPart : 0;
-}
-
-bool MoveTo(const File& file, long long position) {
-    LARGE_INTEGER wanted;
-    wanted.QuadPart = position;
-    return ::SetFilePointerEx(file.get(), wanted, nullptr, FILE_BEGIN) != FALSE;
-}
-
-bool EndAt(const File& file, long long size) {
-    return MoveTo(file, size) && ::SetEndOfFile(file.get());
 }
 
 bool Fails(DWORD error) {
@@ -93,18 +84,19 @@ bool Replace(const File& from, const File& to, Pump& pump) {
     const long long held = SizeOf(to);
     const bool isLonger = SizeOf(from) > held;
     if (isLonger) {
-        if (!MoveTo(from, held) || !MoveTo(to, held)) return false;
+        if (!ql::MoveTo(from.get(), held) || !ql::MoveTo(to.get(), held)) return false;
         if (!pump.Move(from, to, kAll)) {
             const DWORD error = ::GetLastError();
-            EndAt(to, held);
+            ql::EndAt(to.get(), held);
             return Fails(error);
         }
     }
-    if (!MoveTo(from, 0) || !MoveTo(to, 0)) return false;
+    if (!ql::MoveTo(from.get(), 0) || !ql::MoveTo(to.get(), 0)) return false;
     const bool done = pump.Move(from, to, isLonger ? held : kAll);
     const DWORD error = ::GetLastError();
     const bool isUntouched = !done && pump.moved() == 0;
-    const bool endsRight = (done && pump.moved() >= held) || EndAt(to, isUntouched ? held : pump.moved());
+    const bool endsRight =
+        (done && pump.moved() >= held) || ql::EndAt(to.get(), isUntouched ? held : pump.moved());
     return done ? endsRight : Fails(error);
 }
 

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "platform/file_position.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 
@@ -11,11 +12,8 @@ namespace {
 
 // What lies behind the end of the file is left as it was.
 bool ReadAt(HANDLE file, LONGLONG offset, void* bytes, DWORD count) noexcept {
-    LARGE_INTEGER position;
-    position.QuadPart = offset;
     DWORD read = 0;
-    return ::SetFilePointerEx(file, position, nullptr, FILE_BEGIN) &&
-           ::ReadFile(file, bytes, count, &read, nullptr);
+    return ql::MoveTo(file, offset) && ::ReadFile(file, bytes, count, &read, nullptr);
 }
 
 // The system's functions are looked up by name: not every version has them.

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "logging/lost_lines.h"
+#include "platform/file_position.h"
 #include "text/unicode.h"
 
 namespace QLLoggerOutputs {
@@ -152,13 +153,11 @@ bool LogFile::MakeRoom(std::size_t bytes) noexcept {
 bool LogFile::Flush() noexcept {
     if (!IsOpen() || now_->used == 0) return true;
     const Extent from = *now_;
-    OVERLAPPED place = {};
-    place.Offset = static_cast<DWORD>(from.position);
-    place.OffsetHigh = static_cast<DWORD>(from.position >> 32);
     DWORD written = 0;
     const DWORD wanted = static_cast<DWORD>(from.used);
     // What the system did not take goes to the same place the next time.
-    if (!::WriteFile(handle_.get(), buffer_.data(), wanted, &written, &place) || written < wanted)
+    if (!ql::MoveTo(handle_.get(), from.position) ||
+        !::WriteFile(handle_.get(), buffer_.data(), wanted, &written, nullptr) || written < wanted)
         return false;
     MoveTo(from.position + written, 0);
     buffered_ = 0;
