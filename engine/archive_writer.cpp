@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "engine/format.h"
@@ -161,6 +162,7 @@ void ArchiveWriter::WriteBlocks() {
 
 void ArchiveWriter::WriteNextBlock() {
     std::unique_ptr<Block> block = packer_.Next();
+    if (block->isOutOfMemory) throw std::bad_alloc();
     Member& member = members_.front();
     if (block->isFirst) Begin(member, *block);
     const bool packs = member.method == kDeflated;

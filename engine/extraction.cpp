@@ -1,11 +1,10 @@
 #include "engine/extraction.h"
 
 #include <algorithm>
-#include <optional>
+#include <utility>
 
 #include "engine/entry_name.h"
 #include "engine/name_encoding.h"
-#include "engine/pending_file.h"
 #include "engine/windows_text.h"
 
 namespace ql::zip {
@@ -15,7 +14,9 @@ constexpr DWORD kRestoredAttributes =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
 constexpr DWORD kPlainAttributes = FILE_ATTRIBUTE_ARCHIVE;
 constexpr DWORD kVolumeLabel = 8;
-constexpr DWORD kNoFile = INVALID_FILE_ATTRIBUTES;
+
+// Up to here a member's contents are held whole: with all that are under way, about 1 MB.
+constexpr std::uint64_t kMostSmall = 64u << 10;
 
 // What concerns one member alone.
 constexpr Result kOfOneMember[] = {Result::kSkipped,       Result::kBadCrc,       Result::kEncrypted,
@@ -55,40 +56,142 @@ Extraction::Extraction(const UNZIPCMDSTRUCT& command, const ExtractionSource& so
 
 void Extraction::Run() {
     for (const Entry* entry : members_) {
-        bool isLeftOut = false;
-        const Result result = ResultOf([&] { isLeftOut = !One(*entry); });
-        each_(*entry, isLeftOut ? Result::kSkipped : result);
-        Require(result == Result::kOk || IsOfOneMember(result), result);
-        Note(result);
+        State state = State::kDone;
+        const Result result = ResultOf([&] { state = Begin(*entry); });
+        if (state == State::kUnderWay) continue;
+        EndAll();
+        End(*entry, result, state == State::kLeftOut);
     }
+    EndAll();
     Require(worst_ == Result::kOk, worst_);
 }
 
-void Extraction::Note(Result result) {
+// Throws what ends the call, now and whenever another member is to be ended.
+void Extraction::End(const Entry& entry, Result result, bool isLeftOut) {
+    ended_ = ResultOf([&] {
+        each_(entry, isLeftOut ? Result::kSkipped : result);
+        Require(result == Result::kOk || IsOfOneMember(result), result);
+    });
+    Require(ended_ == Result::kOk, ended_);
     if (worst_ == Result::kOk || (worst_ == Result::kSkipped && result != Result::kOk)) worst_ = result;
 }
 
-bool Extraction::One(const Entry& entry) {
+void Extraction::EndAll() {
+    Require(ended_ == Result::kOk, ended_);
+    while (!files_.IsEmpty()) EndOldest();
+}
+
+void Extraction::EndOldest() {
+    std::unique_ptr<Unpacked> member = files_.Next();
+    NoteFile(*member->entry, member->former, member->result == Result::kOk && !member->isLeftOut);
+    End(*member->entry, member->result, member->isLeftOut);
+    files_.GiveBack(std::move(member));
+}
+
+void Extraction::NoteFile(const Entry& entry, const FormerFile& former, bool isWritten) {
+    looksFirst_ = former.has_value();
+    if (refusesSameName_ && isWritten) written_[Folded(UsedName(entry))] = Folded(entry.name);
+}
+
+Extraction::State Extraction::Begin(const Entry& entry) {
     progress_.Begin(AnsiFromUtf8(entry.name), entry.size);
-    if (command_.testFlag) return Test(entry), true;
+    if (command_.testFlag) {
+        Read(entry, [](const std::uint8_t*, std::size_t) {});
+        return State::kDone;
+    }
     Require(!(entry.attributes & kVolumeLabel), Result::kVolumeLabel);
     const std::string name = UsedName(entry);
     Require(IsSafeEntryName(name), Result::kUnsafeName);
-    const std::wstring target = TargetOf(name);
-    if (entry.isFolder) return NeedFolder(target), true;
-    const std::u32string file = refusesSameName_ ? Folded(name) : std::u32string();
-    if (refusesSameName_) RequireOwn(file, entry);
-    const auto former = FileFacts(target, Result::kCannotCreate);
-    const bool isWanted = former ? MayReplace(entry, *former) : !command_.freshenFlag;
-    if (!isWanted) return false;
-    Write(entry, target, former ? former->dwFileAttributes : kNoFile);
-    if (refusesSameName_) written_[file] = Folded(entry.name);
-    return true;
+    if (!entry.isFolder) return BeginFile(entry, name);
+    NeedFolder(TargetOf(name));
+    return State::kDone;
 }
 
-void Extraction::Test(const Entry& entry) {
+Extraction::State Extraction::BeginFile(const Entry& entry, const std::string& name) {
+    // The second of two members with one place finds the first one there, as anybody's file.
+    if (IsUnderWay(name)) EndAll();
+    if (refusesSameName_) RequireOwn(Folded(name), entry);
+    const std::wstring place = TargetOf(name);
+    FormerFile former;
+    if (looksFirst_ || command_.freshenFlag) {
+        former = FileFacts(place, Result::kCannotCreate);
+        looksFirst_ = former.has_value();
+        const bool isWanted = former ? MayReplace(entry, *former) : !command_.freshenFlag;
+        if (!isWanted) return State::kLeftOut;
+    }
+    NeedFolder(place.substr(0, place.rfind(L'\\')));
+    if (entry.size > kMostSmall) return WriteLarge(entry, place, former);
+    WriteSmall(entry, place, former);
+    return State::kUnderWay;
+}
+
+bool Extraction::IsUnderWay(const std::string& name) const {
+    return files_.Any([&](const Unpacked& member) { return IsSameFolded(UsedName(*member.entry), name); });
+}
+
+void Extraction::Read(const Entry& entry, const Sink& sink) {
     std::uint64_t done = 0;
-    reader_.Read(entry, [&](const std::uint8_t*, std::size_t size) { progress_.Reach(done += size); });
+    reader_.Read(entry, [&](const std::uint8_t* data, std::size_t size) {
+        sink(data, size);
+        progress_.Reach(done += size);
+    });
+    if (done == 0) progress_.Reach(0);
+}
+
+Extraction::State Extraction::WriteLarge(const Entry& entry, const std::wstring& place, FormerFile former) {
+    const bool isWritten = Write(entry, place, former, [&](PendingFile& file) {
+        std::uint64_t done = 0;
+        Read(entry, [&](const std::uint8_t* data, std::size_t size) {
+            file.WriteAt(done, data, size);
+            done += size;
+        });
+    });
+    NoteFile(entry, former, isWritten);
+    return isWritten ? State::kDone : State::kLeftOut;
+}
+
+void Extraction::WriteSmall(const Entry& entry, const std::wstring& place, const FormerFile& former) {
+    if (files_.IsFull()) EndOldest();
+    std::unique_ptr<Unpacked> member = files_.Take();
+    member->contents.clear();
+    Read(entry, [&](const std::uint8_t* data, std::size_t size) {
+        member->contents.insert(member->contents.end(), data, data + size);
+    });
+    member->extraction = this;
+    member->entry = &entry;
+    member->place = place;
+    member->former = former;
+    files_.Push(std::move(member));
+}
+
+void Extraction::Unpacked::Do(Tool&) noexcept {
+    isLeftOut = false;
+    result = ResultOf([this] {
+        isLeftOut = !extraction->Write(*entry, place, former, [this](PendingFile& file) {
+            file.WriteAt(0, contents.data(), contents.size());
+        });
+    });
+}
+
+// By any thread. False where the flags leave it out; `former` is what was found in the place in the end.
+bool Extraction::Write(const Entry& entry, const std::wstring& place, FormerFile& former,
+                       const Fill& fill) const {
+    PendingFile file(place, patience_);
+    fill(file);
+    if (const auto time = ExactTimeOf(entry)) file.SetTime(*time);
+    if (!former && !file.Commit(Former::kKept)) {
+        former = FileFacts(place, Result::kCannotCreate);
+        Require(former.has_value(), Result::kSkipped);  // it is gone again
+        if (!MayReplace(entry, *former)) return false;
+    }
+    if (former) {
+        if (former->dwFileAttributes & FILE_ATTRIBUTE_READONLY)
+            ::SetFileAttributesW(place.c_str(), FILE_ATTRIBUTE_NORMAL);
+        file.Commit(Former::kReplaced);
+    }
+    const DWORD attributes = entry.attributes & kRestoredAttributes;
+    if (attributes & ~kPlainAttributes) ::SetFileAttributesW(place.c_str(), attributes);
+    return true;
 }
 
 // What is not used of a name does no harm.
@@ -123,28 +226,12 @@ bool Extraction::MayReplace(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA&
     return true;
 }
 
+// A member before may be a file where a folder is wanted now.
 void Extraction::NeedFolder(const std::wstring& folder) {
     if (folder == lastFolder_) return;
+    EndAll();
     Require(MakeFolders(folder), Result::kCannotCreate);
     lastFolder_ = folder;
-}
-
-void Extraction::Write(const Entry& entry, const std::wstring& target, DWORD formerAttributes) {
-    NeedFolder(target.substr(0, target.rfind(L'\\')));
-    PendingFile file(target, patience_);
-    std::uint64_t done = 0;
-    reader_.Read(entry, [&](const std::uint8_t* data, std::size_t size) {
-        file.WriteAt(done, data, size);
-        progress_.Reach(done += size);
-    });
-    if (done == 0) progress_.Reach(0);
-    if (const auto time = ExactTimeOf(entry)) file.SetTime(*time);
-    const bool isThere = formerAttributes != kNoFile;
-    if (isThere && formerAttributes & FILE_ATTRIBUTE_READONLY)
-        ::SetFileAttributesW(target.c_str(), FILE_ATTRIBUTE_NORMAL);
-    file.Commit(isThere ? Former::kReplaced : Former::kKept);
-    const DWORD attributes = entry.attributes & kRestoredAttributes;
-    if (attributes & ~kPlainAttributes) ::SetFileAttributesW(target.c_str(), attributes);
 }
 
 }  // namespace ql::zip

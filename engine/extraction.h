@@ -2,13 +2,16 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "engine/archive.h"
 #include "engine/call_progress.h"
 #include "engine/entry_reader.h"
+#include "engine/ordered_work.h"
 #include "engine/patience.h"
+#include "engine/pending_file.h"
 #include "engine/result.h"
 #include "engine/windows_files.h"
 #include "zip/zip_records.h"
@@ -29,26 +32,54 @@ struct ExtractionSource {
 enum class SameName { kReplaces, kRefused };
 
 // Brings members to the disk, or tests them, as a record asks. A file that is already there stays whole until
-// the new one is; nothing is written outside the destination.
+// the new one is; nothing is written outside the destination. Members are unpacked one after the other, and
+// the files of small ones come to the disk on all cores; they are told in their order.
 class Extraction {
   public:
     Extraction(const UNZIPCMDSTRUCT& command, const ExtractionSource& source,
                const std::vector<const Entry*>& members, SameName sameName, const MemberEnd& each);
 
     // A member that fails does not keep the others back; the first failure is thrown at the end, a member
-    // that was left out (kSkipped) only when nothing worse happened.
+    // that was left out (kSkipped) only when nothing worse happened. A failure that concerns the whole call
+    // ends it: some files of members behind may be there then, and are not told.
     void Run();
 
   private:
-    bool One(const Entry& entry);  // false where the flags leave it out
-    void Test(const Entry& entry);
-    void Write(const Entry& entry, const std::wstring& target, DWORD formerAttributes);
+    using FormerFile = std::optional<WIN32_FILE_ATTRIBUTE_DATA>;
+    // Puts a member's contents into its file.
+    using Fill = std::function<void(PendingFile& file)>;
+    // A small member on its way to its file.
+    struct Unpacked {
+        struct Tool {};
+        void Do(Tool& none) noexcept;
+
+        const Extraction* extraction = nullptr;
+        const Entry* entry = nullptr;
+        std::wstring place;
+        Bytes contents;
+        FormerFile former;
+        Result result = Result::kOk;
+        bool isLeftOut = false;
+    };
+    enum class State { kDone, kLeftOut, kUnderWay };
+
+    State Begin(const Entry& entry);
+    State BeginFile(const Entry& entry, const std::string& name);
+    State WriteLarge(const Entry& entry, const std::wstring& place, FormerFile former);
+    void WriteSmall(const Entry& entry, const std::wstring& place, const FormerFile& former);
+    void Read(const Entry& entry, const Sink& sink);
+    bool Write(const Entry& entry, const std::wstring& place, FormerFile& former, const Fill& fill) const;
+    bool IsUnderWay(const std::string& name) const;
+    void EndOldest();
+    void EndAll();
+    void NoteFile(const Entry& entry, const FormerFile& former, bool isWritten);
+    void End(const Entry& entry, Result result, bool isLeftOut);
+
     std::string UsedName(const Entry& entry) const;
     std::wstring TargetOf(const std::string& name) const;
     void RequireOwn(const std::u32string& file, const Entry& entry) const;
     bool MayReplace(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const;
     void NeedFolder(const std::wstring& folder);
-    void Note(Result result);
 
     const UNZIPCMDSTRUCT& command_;
     const std::vector<const Entry*>& members_;
@@ -60,7 +91,11 @@ class Extraction {
     CallProgress progress_;
     // Files and the members that they were, case aside; only where the same name is refused.
     std::map<std::u32string, std::u32string> written_;
-    Result worst_ = Result::kOk;
+    // Looking for a file costs a search of its folder, as making one does: where none was in the place of the
+    // member before, it is only looked for when the new one does not come into its place.
+    bool looksFirst_ = true;
+    Result worst_ = Result::kOk, ended_ = Result::kOk;
+    OrderedWork<Unpacked> files_;  // the last: its threads use the others
 };
 
 }  // namespace ql::zip

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <atomic>
+
 #include "platform/win32.h"
 
 namespace ql::zip {
 
 // How long a call waits until other programs have let go of the files that it needs: two seconds in all, in
-// short steps, whatever the number of files.
+// short steps, whatever the number of files. Any thread of the call may use it.
 class Patience {
   public:
     // Tries until it succeeds, or fails for another reason than that a file is in use or refused, or time is
@@ -24,7 +26,7 @@ class Patience {
 
   private:
     static constexpr DWORD kAll = 2000, kFirstStep = 1, kLastStep = 8;
-    DWORD waited_ = 0;  // milliseconds
+    std::atomic<DWORD> waited_ = 0;  // milliseconds
 };
 
 }  // namespace ql::zip

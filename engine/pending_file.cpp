@@ -9,6 +9,7 @@
 #include "engine/result.h"
 #include "engine/windows_files.h"
 #include "engine/windows_text.h"
+#include "platform/file_position.h"
 
 namespace ql::zip {
 namespace {
@@ -86,32 +87,33 @@ PendingFile::~PendingFile() {
 }
 
 void PendingFile::WriteAt(std::uint64_t offset, const std::uint8_t* data, std::size_t size) {
-    OVERLAPPED place = PlaceAt(offset);
     DWORD written = 0;
-    Require(::WriteFile(file_.get(), data, static_cast<DWORD>(size), &written, &place) && written == size,
+    Require(MoveTo(file_.get(), static_cast<std::int64_t>(offset)) &&
+                ::WriteFile(file_.get(), data, static_cast<DWORD>(size), &written, nullptr) &&
+                written == size,
             Result::kWriteFailed);
 }
 
 void PendingFile::EndAt(std::uint64_t size) {
-    LARGE_INTEGER end;
-    end.QuadPart = static_cast<LONGLONG>(size);
-    Require(::SetFilePointerEx(file_.get(), end, nullptr, FILE_BEGIN) && ::SetEndOfFile(file_.get()),
-            Result::kWriteFailed);
+    Require(ql::EndAt(file_.get(), static_cast<std::int64_t>(size)), Result::kWriteFailed);
 }
 
 void PendingFile::SetTime(const FILETIME& time) {
     ::SetFileTime(file_.get(), nullptr, nullptr, &time);
 }
 
-void PendingFile::Commit(Former former) {
+bool PendingFile::Commit(Former former) {
     Require(::FlushFileBuffers(file_.get()), Result::kWriteFailed);
     GoesWithHandle(file_.get(), false);
     if (!patience_.Until([&] { return Rename(file_.get(), place_, former); })) {
         const DWORD error = ::GetLastError();
+        GoesWithHandle(file_.get(), true);
         const bool isThere = error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS;
-        throw Failure{isThere ? Result::kSkipped : Result::kNotReplaced};
+        Require(isThere && former == Former::kKept, Result::kNotReplaced);
+        return false;
     }
     file_.reset();
+    return true;
 }
 
 }  // namespace ql::zip

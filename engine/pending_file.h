@@ -28,9 +28,10 @@ class PendingFile final : public OutputFile {
     // Cuts off what was written beyond.
     void EndAt(std::uint64_t size);
     void SetTime(const FILETIME& time);
-    // Brings the bytes to the disk and the file to its place. Throws kWriteFailed; kSkipped where a file that
-    // is to be kept has come into the place; kNotReplaced where the former file cannot be replaced.
-    void Commit(Former former);
+    // Brings the bytes to the disk and the file to its place. False, and nothing has changed, where a file
+    // that is to be kept has come into the place. Throws kWriteFailed; kNotReplaced where the former file
+    // cannot be replaced.
+    bool Commit(Former former);
 
     // The name beside the place.
     static std::wstring NameBeside(const std::wstring& place);

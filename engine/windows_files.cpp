@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/file_position.h"
 #include "platform/full_path_name.h"
 
 namespace ql::zip {
@@ -41,13 +42,6 @@ Record Ask(HANDLE file, FILE_INFO_BY_HANDLE_CLASS what) {
 
 }  // namespace
 
-OVERLAPPED PlaceAt(std::uint64_t offset) {
-    OVERLAPPED place{};
-    place.Offset = static_cast<DWORD>(offset);
-    place.OffsetHigh = static_cast<DWORD>(offset >> 32);
-    return place;
-}
-
 WindowsInput::WindowsInput(const std::wstring& path, const OpenFailures& failures, Patience& patience) {
     constexpr DWORD kAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     const bool isOpen = patience.Until([&] {
@@ -80,12 +74,11 @@ std::wstring WindowsInput::TruePath() const {
 
 std::size_t WindowsInput::ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) {
     std::size_t done = 0;
+    Require(MoveTo(file_.get(), static_cast<std::int64_t>(offset)), Result::kReadFailed);
     while (done < size) {
-        OVERLAPPED place = PlaceAt(offset + done);
         const DWORD want = static_cast<DWORD>(std::min<std::uint64_t>(size - done, kMaxTransfer));
         DWORD got = 0;
-        if (!::ReadFile(file_.get(), into + done, want, &got, &place))
-            Require(::GetLastError() == ERROR_HANDLE_EOF, Result::kReadFailed);
+        Require(::ReadFile(file_.get(), into + done, want, &got, nullptr), Result::kReadFailed);
         done += got;
         if (got < want) break;  // the end of the file
     }

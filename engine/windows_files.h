@@ -13,8 +13,6 @@
 
 namespace ql::zip {
 
-OVERLAPPED PlaceAt(std::uint64_t offset);
-
 // What tells a file from what it was before a change. Times are in 100 nanoseconds since 1601.
 struct FileState {
     std::uint64_t size;
