@@ -37,7 +37,10 @@ std::string NameInArchive(const std::wstring& path, bool dropFolders) {
 
 void ForEachInFolder(const std::wstring& folder, const std::function<void(const WIN32_FIND_DATAW&)>& use) {
     WIN32_FIND_DATAW found;
-    const UniqueFindHandle find(::FindFirstFileW((folder + L"*").c_str(), &found));
+    // Short names are not asked for, and many entries at a time.
+    const UniqueFindHandle find(::FindFirstFileExW((folder + L"*").c_str(), FindExInfoBasic, &found,
+                                                   FindExSearchNameMatch, nullptr,
+                                                   FIND_FIRST_EX_LARGE_FETCH));
     if (!find) return;
     do {
         const std::wstring_view name = found.cFileName;

@@ -45,9 +45,8 @@ class OrderedWork {
         {
             const std::lock_guard lock(mutex_);
             queue_.push_back({std::move(piece)});
+            if (++waiting_ < kWorthWaking) return;
         }
-        // A single piece is done by who waits for it.
-        if (queue_.size() == 1) return;
         StartWorkers();
         pushed_.notify_one();
     }
@@ -74,6 +73,7 @@ class OrderedWork {
                 done_.wait(lock, isDone);
                 break;
             }
+            if (waiting_ > 1) pushed_.notify_one();
             Do(*own, tool_, lock);
         }
         std::unique_ptr<Piece> piece = std::move(queue_.front().piece);
@@ -87,6 +87,7 @@ class OrderedWork {
             std::unique_lock lock(mutex_);
             const Place& oldest = queue_.front();
             done_.wait(lock, [&oldest] { return oldest.state != kInWork; });
+            if (oldest.state == kWaiting) --waiting_;
             GiveBack(std::move(queue_.front().piece));
             queue_.pop_front();
         }
@@ -97,6 +98,8 @@ class OrderedWork {
     static constexpr std::size_t kMostThreads = 8;
     // A few ahead for each thread, and one for the thread that makes them.
     static constexpr std::size_t kPiecesAThread = 2;
+    // To wake a thread can cost more than a small piece: it is woken for several, or while others are done.
+    static constexpr std::size_t kWorthWaking = 3;
 
     enum State { kWaiting, kInWork, kDone };
     struct Place {
@@ -118,8 +121,9 @@ class OrderedWork {
         return found == queue_.end() ? nullptr : &*found;
     }
 
-    static void Do(Place& place, typename Piece::Tool& tool, std::unique_lock<std::mutex>& lock) {
+    void Do(Place& place, typename Piece::Tool& tool, std::unique_lock<std::mutex>& lock) {
         place.state = kInWork;
+        --waiting_;
         lock.unlock();
         place.piece->Do(tool);
         lock.lock();
@@ -145,6 +149,7 @@ class OrderedWork {
     // good, and a token's end may wait so.
     bool isEnding_ = false;
     std::condition_variable pushed_, done_;
+    std::size_t waiting_ = 0;
     std::deque<Place> queue_;  // lengthened and shortened by the owner alone, behind the lock
     std::vector<std::unique_ptr<Piece>> free_;
     typename Piece::Tool tool_;
