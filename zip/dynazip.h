@@ -92,9 +92,10 @@ class QL_API Dynazip {
 
     // Members as `what` says, each told to `each` with its code when it is done (49: left out, because the
     // file that is there is newer; UNZIP_NAME_TAKEN: without folders, a member of another folder had the same
-    // last part and was brought out before). The code is that of the first member that failed. 16 without
-    // `each`, or without names where they are counted. Needs the engine that comes with the library; any
-    // other answers 47.
+    // last part and was brought out before). The code is that of the first member that failed. Small files
+    // come to the disk on all cores and are told in their order: a call that ends early (cancelled, or a full
+    // disk) can leave a few members whole on the disk that were not told. 16 without `each`, or without names
+    // where they are counted. Needs the engine that comes with the library; any other answers 47.
     static long ExtractMembers(const wchar_t* zipFile, const wchar_t* destination, const ZipExtraction& what,
                                ZipMemberProc each, void* userData);
 
