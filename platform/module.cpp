@@ -1,5 +1,7 @@
 #include "platform/module.h"
 
+#include "platform/system_text.h"
+
 // No header of the system declares it.
 extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress();
 
@@ -27,16 +29,8 @@ bool ProcessIsEnding() noexcept {
 }
 
 std::wstring OwnModulePath() {
-    std::wstring path(MAX_PATH, L'\0');
-    for (;;) {
-        DWORD capacity = static_cast<DWORD>(path.size());
-        DWORD length = ::GetModuleFileNameW(g_ownModule, path.data(), capacity);
-        if (length < capacity) {
-            path.resize(length);
-            return path;
-        }
-        path.resize(path.size() * 2);
-    }
+    return SystemText(
+        [](wchar_t* text, DWORD size) { return ::GetModuleFileNameW(g_ownModule, text, size); });
 }
 
 }  // namespace ql
