@@ -7,6 +7,7 @@ extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress();
 
 namespace {
 
+// What this code was linked into, when that is a DLL; null stands for the program.
 HMODULE g_ownModule = nullptr;
 
 }  // namespace
@@ -19,10 +20,6 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
 #endif
 
 namespace ql {
-
-HMODULE OwnModule() noexcept {
-    return g_ownModule;
-}
 
 bool ProcessIsEnding() noexcept {
     return ::RtlDllShutdownInProgress() != FALSE;

@@ -90,14 +90,6 @@ TEST(MainSwitchParser, ReadsLines) {
     }
 }
 
-TEST(MainSwitchParser, ReadsLongLines) {
-    const std::wstring value(100'000, L'x');
-    std::wstring line = L"/desc=" + value;
-    for (int i = 0; i < 10'000; ++i) line += L" /pt=" + std::to_wstring(i);
-    Main parser(line.c_str());
-    EXPECT_EQ(L"tray=9999 description=" + value, StateOf(parser));
-}
-
 TEST(MainSwitchParser, TellsWhatWasGiven) {
     const Line lines[] = {
         {L"/hl", L""},

@@ -3,11 +3,13 @@
 #include <climits>
 #include <cstdlib>
 #include <cwchar>
+#include <optional>
 #include <thread>
 
 #include "logging/log_outputs.h"
 #include "platform/win32.h"
 #include "tests/logging/stopped_thread.h"
+#include "tests/support/replaced_import.h"
 
 // The lock under which the system loads libraries.
 extern "C" LONG NTAPI LdrLockLoaderLock(ULONG flags, ULONG* state, ULONG_PTR* cookie);
@@ -179,25 +181,19 @@ void StartWhileALibraryLoads(const wchar_t* file) {
     other.join();
 }
 
-// From here on the system answers null when it is asked for a thread.
-void RefuseThreads() {
-#ifdef _WIN64
-    constexpr unsigned char kAnswerNull[] = {0x33, 0xC0, 0xC3};  // xor eax, eax; ret
-#else
-    constexpr unsigned char kAnswerNull[] = {0x33, 0xC0, 0xC2, 6 * sizeof(void*), 0};  // xor eax, eax; ret 24
-#endif
-    ::WriteProcessMemory(::GetCurrentProcess(), reinterpret_cast<void*>(&::CreateThread), kAnswerNull,
-                         sizeof kAnswerNull, nullptr);
+HANDLE WINAPI NoThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) {
+    return nullptr;
 }
 
 // Who closes writes the lines, where no thread can be had or where, within the system's loader, none begins.
 int LogWithoutAWriter(const wchar_t* file, bool isWithinTheLoader) {
     ULONG_PTR cookie = 0;
+    std::optional<ReplacedImport> threads;
     if (isWithinTheLoader) {
         ::LdrLockLoaderLock(0, nullptr, &cookie);
         QLLogger::SetBacklogLimit(1, QLLogBacklog::kWait);
     } else {
-        RefuseThreads();
+        threads.emplace(kLibrary, L"kernel32", "CreateThread", &NoThread);
     }
     QLLogger::InitializeLog(file, QLLOG_INFO);
     PutLines(0, 100);
