@@ -40,7 +40,7 @@ void LogFile::Open(const wchar_t* path, Start start) noexcept {
                                               FILE_ATTRIBUTE_NORMAL, nullptr));
     LARGE_INTEGER size = {};
     if (!opened || !::GetFileSizeEx(opened.get(), &size)) return;
-    MoveTo(size.QuadPart, 0);
+    MoveTo(size.QuadPart);
     handle_ = std::move(opened);
     if (size.QuadPart > 0) return;
     EncodeAll({kByteOrderMark});
@@ -77,28 +77,28 @@ void LogFile::Append(std::initializer_list<std::wstring_view> pieces, Reach reac
 
 // Whether the thread that goes on with the writer's work asks for an entry that the writer had completed.
 bool LogFile::HasEntryOf(std::uint32_t line) noexcept {
-    if (line == 0 || line != line_ || !ql::LogIsEnding()) return false;
-    if (firstOfLine_ + repeated_ == completed_) return false;
-    ++repeated_;
+    if (line == 0 || line != line_ || thread_ == ::GetCurrentThreadId() || asked_ == completed_) return false;
+    ++asked_;
     return true;
 }
 
 void LogFile::BeginEntry(std::uint32_t line) noexcept {
     if (IsAmidEntry()) RewindTo(entryStart_);
     begun_ = completed_;
-    if (line != line_) {
-        firstOfLine_ = completed_;
-        repeated_ = 0;
+    if (line != line_ || thread_ != ::GetCurrentThreadId()) {
+        asked_ = completed_;
+        thread_ = ::GetCurrentThreadId();
         line_ = line;
     }
     entryStart_ = Size();
     begun_ = completed_ + 1;
 }
 
-void LogFile::MoveTo(std::int64_t position, std::size_t used) noexcept {
+void LogFile::MoveTo(std::int64_t position) noexcept {
     const unsigned other = 1 - now_;
-    extents_[other] = {position, used};
+    extents_[other] = {position, 0};
     now_ = other;
+    buffered_ = 0;
 }
 
 // Goes back to an earlier end of the entries.
@@ -108,7 +108,7 @@ void LogFile::RewindTo(std::int64_t end) noexcept {
 }
 
 void LogFile::CutAt(std::int64_t end) noexcept {
-    MoveTo(end, 0);
+    MoveTo(end);
     FILE_END_OF_FILE_INFO newEnd = {};
     newEnd.EndOfFile.QuadPart = end;
     ::SetFileInformationByHandle(handle_.get(), FileEndOfFileInfo, &newEnd, sizeof newEnd);
@@ -148,8 +148,7 @@ bool LogFile::Flush() noexcept {
     DWORD written;
     ::WriteFile(handle_.get(), buffer_.data(), static_cast<DWORD>(used), &written, &place);
     if (written < used) return false;  // goes to the same place the next time
-    MoveTo(position + written, 0);
-    buffered_ = 0;
+    MoveTo(position + written);
     return true;
 }
 
@@ -158,8 +157,8 @@ void LogFile::Close() noexcept {
     if (IsAmidEntry()) RewindTo(entryStart_);
     begun_ = completed_;
     if (!Flush()) {
+        ql::CountLostLines(ql::LostTo::kDisk, buffered_);
         CutAt(Now().position);
-        ql::CountLostLines(ql::LostTo::kDisk, std::exchange(buffered_, 0));
     }
     // Closed before it is forgotten: a handle that nobody knows would hold the file beyond the end of this
     // thread.

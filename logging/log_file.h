@@ -59,7 +59,7 @@ class LogFile {
     bool IsAmidEntry() const noexcept { return begun_ != completed_; }
     void BeginEntry(std::uint32_t line) noexcept;
     bool EncodeAll(std::initializer_list<std::wstring_view> pieces) noexcept;
-    void MoveTo(std::int64_t position, std::size_t used) noexcept;
+    void MoveTo(std::int64_t position) noexcept;
     bool Encode(std::wstring_view text) noexcept;
     bool MakeRoom(std::size_t bytes) noexcept;  // at most for as many as the buffer holds
     void RewindTo(std::int64_t end) noexcept;
@@ -72,8 +72,8 @@ class LogFile {
     ql::InOrder<std::uint32_t> begun_ = 0;  // entries; one more than the completed ones amid an entry
     ql::InOrder<std::uint32_t> completed_ = 0;
     ql::InOrder<std::uint32_t> line_ = 0;  // of the last entry
-    std::uint32_t firstOfLine_ = 0;        // which entry that was, or the first of them
-    std::uint32_t repeated_ = 0;           // how many of them were asked for again
+    DWORD thread_ = 0;                     // that wrote it
+    std::uint32_t asked_ = 0;              // of its entries the first that may be asked for once more
     std::uint32_t buffered_ = 0;           // entries that may be in the buffer alone
     std::uint32_t lost_ = 0;               // entries that the log has not told of
     std::array<char, kBufferSize> buffer_;

@@ -1,6 +1,5 @@
 #include "logging/log_line.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <ctime>

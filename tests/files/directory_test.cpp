@@ -128,13 +128,4 @@ TEST_F(Directories, TheCurrentOneIsLeftForTheTemporaryOne) {
     std::filesystem::current_path(before);
 }
 
-TEST_F(Directories, LinksInThemAreNotFollowed) {
-    Make({L"files"}, {L"guarded"});
-    ASSERT_TRUE(
-        ::CreateHardLinkW((folder_ / L"files\\hard").c_str(), (folder_ / L"guarded").c_str(), nullptr));
-    Delete(L"files");
-    EXPECT_FALSE(Exists(L"files"));
-    EXPECT_EQ("x", BytesOf(folder_ / L"guarded"));
-}
-
 }  // namespace

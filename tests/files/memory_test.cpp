@@ -35,7 +35,7 @@ TEST(FilesWithoutMemory, TouchNoFileOfTheCurrentFolder) {
         {[&] { return CDirectoryIterator().First(pattern, &entry); }, [&] { return entry == name; }},
         {[&] { return file.Open(name, OPEN_WRITE); }, [&] { return file.is_open(); }},
     };
-    const ReplacedImport heap(L"libstdc++-6.dll", L"msvcrt.dll", "malloc", &Allocate);
+    ReplaceImport(L"libstdc++-6.dll", L"msvcrt.dll", "malloc", &Allocate);
     for (const auto& [call, isDone] : rows) {
         bool isRefused = true, answer = false;
         int turn = 0;
