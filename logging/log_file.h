@@ -50,8 +50,8 @@ class LogFile {
     // Where the buffer's first byte belongs in the file, and how many bytes are in it. What they are changes
     // by one store.
     struct Extent {
-        std::int64_t position = 0;
-        std::size_t used = 0;
+        std::int64_t position;
+        std::size_t used;
     };
 
     Extent& Now() noexcept { return extents_[now_]; }
@@ -68,12 +68,12 @@ class LogFile {
     ql::UniqueFileHandle handle_;
     std::array<Extent, 2> extents_ = {};
     ql::InOrder<unsigned> now_ = 0;
-    std::int64_t entryStart_ = 0;           // where the entry in hand begins
+    std::int64_t entryStart_;               // where the entry in hand begins
     ql::InOrder<std::uint32_t> begun_ = 0;  // entries; one more than the completed ones amid an entry
     ql::InOrder<std::uint32_t> completed_ = 0;
     ql::InOrder<std::uint32_t> line_ = 0;  // of the last entry
     DWORD thread_ = 0;                     // that wrote it
-    std::uint32_t asked_ = 0;              // of its entries the first that may be asked for once more
+    std::uint32_t asked_;                  // of its entries the first that may be asked for once more
     std::uint32_t buffered_ = 0;           // entries that may be in the buffer alone
     std::uint32_t lost_ = 0;               // entries that the log has not told of
     std::array<char, kBufferSize> buffer_;
