@@ -12,6 +12,7 @@
 #include "names/file_name.h"
 #include "platform/failure.h"
 #include "platform/folder.h"
+#include "platform/system_text.h"
 #include "platform/unique_handle.h"
 #include "platform/win32.h"
 #include "prefs/known_directory.h"
@@ -122,9 +123,7 @@ std::wstring TempPath() {
     }
     const RWWString answers = ql::KnownDirectory(AnswerDirectory);
     if (IsWritableDirectory(answers.data())) return answers.str();
-    wchar_t windows[258] = {};
-    const UINT length = ::GetWindowsDirectoryW(windows, static_cast<UINT>(std::size(windows)));
-    return length < std::size(windows) ? windows : L"";
+    return ql::SystemText(::GetWindowsDirectoryW);
 }
 
 std::optional<int> WidthOf(HDC dc, const std::wstring& text) {

@@ -1,7 +1,6 @@
 #include "files/same_file.h"
 
-#include <string>
-
+#include "platform/system_text.h"
 #include "text/characters.h"
 
 namespace ql {
@@ -15,11 +14,9 @@ FileNumber NumberOf(HANDLE file) {
 }
 
 std::wstring PlaceOf(HANDLE file) {
-    std::wstring path(::GetFinalPathNameByHandleW(file, nullptr, 0, VOLUME_NAME_DOS), L'\0');
-    const auto capacity = static_cast<DWORD>(path.size());
-    const DWORD length = ::GetFinalPathNameByHandleW(file, path.data(), capacity, VOLUME_NAME_DOS);
-    path.resize(length < capacity ? length : 0);
-    return path;
+    return SystemText([file](wchar_t* text, DWORD size) {
+        return ::GetFinalPathNameByHandleW(file, text, size, VOLUME_NAME_DOS);
+    });
 }
 
 }  // namespace

@@ -35,8 +35,14 @@ class LineText {
 
     // Puts a text in the place of the first `count` characters, of which there must be so many.
     void ReplaceFront(std::size_t count, std::wstring_view text) {
-        if (text.size() != count) MoveFrom(count, text.size());
-        std::copy(text.begin(), text.end(), begin_);
+        if (text.size() == count) {
+            std::copy(text.begin(), text.end(), begin_);
+            return;
+        }
+        const std::wstring rest(View().substr(count));
+        CutTo(0);
+        Append(text);
+        Append(rest);
     }
 
   private:
@@ -49,13 +55,6 @@ class LineText {
         more_ = std::move(grown);
         begin_ = more_.get();
         capacity_ = capacity;
-    }
-
-    void MoveFrom(std::size_t from, std::size_t to) {
-        const std::size_t moved = size_ - from;
-        if (to > from) Extend(to - from);
-        std::char_traits<wchar_t>::move(begin_ + to, begin_ + from, moved);
-        size_ = to + moved;
     }
 
     wchar_t room_[kUsual];  // NOLINT(cppcoreguidelines-pro-type-member-init): filled as far as size_ tells

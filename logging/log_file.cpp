@@ -1,7 +1,6 @@
 #include "logging/log_file.h"
 
 #include <algorithm>
-#include <atomic>
 #include <utility>
 
 #include "logging/lost_lines.h"
@@ -32,11 +31,6 @@ char* Put(char* out, std::wstring_view text) noexcept {
     return out;
 }
 
-// The compiler keeps what is stored before in memory before what follows: the thread may end in between.
-void StoresUpToHere() noexcept {
-    std::atomic_signal_fence(std::memory_order_seq_cst);
-}
-
 }  // namespace
 
 void LogFile::Open(const wchar_t* path, Start start) noexcept {
@@ -47,7 +41,7 @@ void LogFile::Open(const wchar_t* path, Start start) noexcept {
                                               FILE_ATTRIBUTE_NORMAL, nullptr));
     LARGE_INTEGER size = {};
     if (!opened || !::GetFileSizeEx(opened.get(), &size)) return;
-    MoveTo(size.QuadPart, 0);
+    MoveTo(size.QuadPart);
     handle_ = std::move(opened);
     if (size.QuadPart > 0) return;
     EncodeAll({kByteOrderMark});
@@ -67,64 +61,58 @@ void LogFile::Append(std::initializer_list<std::wstring_view> pieces, Reach reac
     const std::uint32_t untold = lost_;
     const bool fits =
         (untold == 0 || EncodeAll({ql::LostLinesText(untold, kDiskFull).Text()})) && EncodeAll(pieces);
-    if (!fits) RewindTo(entryStart_);
+    if (fits) {
+        ++buffered_;
+    } else {
+        RewindTo(entryStart_);
+    }
     if (reach == Reach::kSystem) Flush();
-    StoresUpToHere();
     completed_ = begun_;
-    StoresUpToHere();
-    if (!fits) return CountLost(1);
-    if (now_->used > 0) ++buffered_;
-    lost_ -= untold;
+    if (fits) {
+        lost_ -= untold;
+    } else {
+        ++lost_;
+        ql::CountLostLines(ql::LostTo::kDisk, 1);
+    }
 }
 
 // Whether the thread that goes on with the writer's work asks for an entry that the writer had completed.
 bool LogFile::HasEntryOf(std::uint32_t line) noexcept {
-    if (line == 0 || line != line_ || !ql::LogIsEnding()) return false;
-    if (firstOfLine_ + repeated_ == completed_) return false;
-    ++repeated_;
+    if (line == 0 || line != line_ || thread_ == ::GetCurrentThreadId() || asked_ == completed_) return false;
+    ++asked_;
     return true;
 }
 
 void LogFile::BeginEntry(std::uint32_t line) noexcept {
     if (IsAmidEntry()) RewindTo(entryStart_);
     begun_ = completed_;
-    StoresUpToHere();
-    if (line != line_ || line == 0) {
-        firstOfLine_ = completed_;
-        repeated_ = 0;
-        StoresUpToHere();
+    if (line != line_ || thread_ != ::GetCurrentThreadId()) {
+        asked_ = completed_;
+        thread_ = ::GetCurrentThreadId();
         line_ = line;
     }
     entryStart_ = Size();
-    StoresUpToHere();
     begun_ = completed_ + 1;
-    StoresUpToHere();
 }
 
-void LogFile::MoveTo(std::int64_t position, std::size_t used) noexcept {
-    Extent& next = extents_[now_ == &extents_[0] ? 1 : 0];
-    next = {position, used};
-    StoresUpToHere();
-    now_ = &next;
-    StoresUpToHere();
+void LogFile::MoveTo(std::int64_t position) noexcept {
+    const unsigned other = 1 - now_;
+    extents_[other] = {position, 0};
+    now_ = other;
+    buffered_ = 0;
 }
 
 // Goes back to an earlier end of the entries.
 void LogFile::RewindTo(std::int64_t end) noexcept {
-    if (end < now_->position) return CutAt(end);
-    now_->used = static_cast<std::size_t>(end - now_->position);
+    if (end < Now().position) return CutAt(end);
+    Now().used = static_cast<std::size_t>(end - Now().position);
 }
 
 void LogFile::CutAt(std::int64_t end) noexcept {
-    MoveTo(end, 0);
+    MoveTo(end);
     FILE_END_OF_FILE_INFO newEnd = {};
     newEnd.EndOfFile.QuadPart = end;
     ::SetFileInformationByHandle(handle_.get(), FileEndOfFileInfo, &newEnd, sizeof newEnd);
-}
-
-void LogFile::CountLost(std::uint32_t entries) noexcept {
-    lost_ += entries;
-    ql::CountLostLines(ql::LostTo::kDisk, entries);
 }
 
 bool LogFile::EncodeAll(std::initializer_list<std::wstring_view> pieces) noexcept {
@@ -135,32 +123,29 @@ bool LogFile::EncodeAll(std::initializer_list<std::wstring_view> pieces) noexcep
 bool LogFile::Encode(std::wstring_view text) noexcept {
     constexpr std::size_t kMost = kBufferSize / kLongestUnit;
     while (!text.empty()) {
-        std::size_t units = text.size() < kMost ? text.size() : kMost;
+        std::size_t units = std::min(text.size(), kMost);
         // A pair stays together.
         if (units < text.size() && ql::IsHighSurrogate(text[units - 1])) --units;
         if (!MakeRoom(units * kLongestUnit)) return false;
-        char* const end = Put(buffer_.data() + now_->used, text.substr(0, units));
-        now_->used = static_cast<std::size_t>(end - buffer_.data());
+        char* const end = Put(buffer_.data() + Now().used, text.substr(0, units));
+        Now().used = static_cast<std::size_t>(end - buffer_.data());
         text.remove_prefix(units);
     }
     return true;
 }
 
 bool LogFile::MakeRoom(std::size_t bytes) noexcept {
-    return kBufferSize - now_->used >= bytes || (Flush() && kBufferSize - now_->used >= bytes);
+    return kBufferSize - Now().used >= bytes || Flush();
 }
 
 bool LogFile::Flush() noexcept {
-    if (!IsOpen() || now_->used == 0) return true;
-    const Extent from = *now_;
+    const auto [position, used] = Now();
+    if (used == 0) return true;
     DWORD written = 0;
-    const DWORD wanted = static_cast<DWORD>(from.used);
-    // What the system did not take goes to the same place the next time.
-    if (!ql::MoveTo(handle_.get(), from.position) ||
-        !::WriteFile(handle_.get(), buffer_.data(), wanted, &written, nullptr) || written < wanted)
-        return false;
-    MoveTo(from.position + written, 0);
-    buffered_ = 0;
+    if (ql::MoveTo(handle_.get(), position))
+        ::WriteFile(handle_.get(), buffer_.data(), static_cast<DWORD>(used), &written, nullptr);
+    if (written < used) return false;  // goes to the same place the next time
+    MoveTo(position + written);
     return true;
 }
 
@@ -169,13 +154,12 @@ void LogFile::Close() noexcept {
     if (IsAmidEntry()) RewindTo(entryStart_);
     begun_ = completed_;
     if (!Flush()) {
-        CutAt(now_->position);
-        ql::CountLostLines(ql::LostTo::kDisk, std::exchange(buffered_, 0));
+        ql::CountLostLines(ql::LostTo::kDisk, buffered_);
+        CutAt(Now().position);
     }
     // Closed before it is forgotten: a handle that nobody knows would hold the file beyond the end of this
     // thread.
     ::CloseHandle(handle_.get());
-    StoresUpToHere();
     handle_.release();
 }
 

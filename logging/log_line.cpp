@@ -1,6 +1,5 @@
 #include "logging/log_line.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <ctime>
@@ -24,12 +23,12 @@ constexpr int kStreamPrecision = 6;
 
 // Whether all of it was ASCII; the rest must be converted.
 bool AppendAscii(ql::LineText& text, std::string_view narrow) {
-    wchar_t* const wide = text.Extend(narrow.size());
+    wchar_t* wide = text.Extend(narrow.size());
     unsigned char all = 0;
-    for (std::size_t i = 0; i < narrow.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(narrow[i]);
+    for (const char unit : narrow) {
+        const auto byte = static_cast<unsigned char>(unit);
         all = static_cast<unsigned char>(all | byte);
-        wide[i] = byte;
+        *wide++ = byte;
     }
     return all <= 0x7F;
 }
@@ -106,28 +105,29 @@ class LineHead {
     }
 
     DWORD Tick() const noexcept { return tick_; }
-    std::wstring_view Time() const noexcept { return {text_, timeLength_}; }
-    std::wstring_view Whole() const noexcept { return {text_, length_}; }
+    std::wstring_view Time() const noexcept { return Whole().substr(0, timeLength_); }
+    std::wstring_view Whole() const noexcept { return text_.View(); }
 
   private:
-    void Make(__time64_t second, unsigned long thread) {
+    void Make(__time64_t second, DWORD thread) {
+        constexpr std::size_t kLongestTime = 300;
         const std::tm* const fields = ::_localtime64(&second);
-        timeLength_ = fields ? std::wcsftime(text_, kTimeLength, L"[%c]", fields) : 0;
-        const int added = std::swprintf(text_ + timeLength_, kThreadLength, L"[%lu][", thread);
-        length_ = timeLength_ + static_cast<std::size_t>(added);
+        text_.CutTo(0);
+        wchar_t* const time = text_.Extend(kLongestTime);
+        timeLength_ = fields ? std::wcsftime(time, kLongestTime, L"[%c]", fields) : 0;
+        text_.CutTo(timeLength_);
+        text_.Append(L"[");
+        AppendNumber(text_, thread);
+        text_.Append(L"][");
         second_ = second;
-        thread_ = static_cast<DWORD>(thread);
+        thread_ = thread;
     }
-
-    static constexpr std::size_t kTimeLength = 300;
-    static constexpr std::size_t kThreadLength = 16;
 
     DWORD tick_ = 0;
     DWORD thread_ = 0;  // no thread's number
     __time64_t second_ = -1;
     std::size_t timeLength_ = 0;
-    std::size_t length_ = 0;
-    wchar_t text_[kTimeLength + kThreadLength] = {};
+    ql::LineText text_;
 };
 
 void WINAPI DeleteHead(void* head) noexcept {
@@ -180,11 +180,7 @@ class CurrentHead {
 };
 
 const char* FileNameAlone(const char* path) noexcept {
-    const char* name = path;
-    for (const char* at = path; at && *at; ++at) {
-        if (*at == '\\' || *at == '/') name = at + 1;
-    }
-    return name;
+    return path ? path + std::string_view(path).find_last_of("\\/") + 1 : nullptr;
 }
 
 }  // namespace
@@ -208,7 +204,7 @@ QLLoggerLevelInserter::QLLoggerLevelInserter(QLLogLevel level, const char* file,
         AppendNumber(text, line);
         text.Append(L"]-");
     });
-    prefixLength_ = line_.size();
+    placeLength_ = line_.size() - timeLength_;
 }
 
 QLLoggerLevelInserter::~QLLoggerLevelInserter() = default;
@@ -307,14 +303,13 @@ void QLLoggerLevelInserter::UpdateTime() {
     const CurrentHead head;
     const std::wstring_view time = head->Time();
     line_.ReplaceFront(timeLength_, time);
-    prefixLength_ += time.size() - timeLength_;
     timeLength_ = time.size();
     tick_ = head->Tick();
 }
 
 void QLLoggerLevelInserter::Close() noexcept {
     isEmitted_ = true;
-    if (!isBroken_ && line_.size() == prefixLength_) return;
+    if (!isBroken_ && line_.size() == timeLength_ + placeLength_) return;
     Add([this](ql::LineText& text) {
         if (::GetTickCount() != tick_) UpdateTime();
         *text.Extend(1) = L'\n';

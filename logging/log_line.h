@@ -98,8 +98,8 @@ class QL_API QLLoggerLevelInserter {
     // The whole line from the start: the finish has but the time to put in its place.
     ql::LineText line_;
     std::size_t timeLength_;
-    std::size_t prefixLength_ = 0;
-    unsigned long tick_ = 0;  // of the system, when the time was told
+    std::size_t placeLength_;  // of what stands between the time and the text
+    unsigned long tick_ = 0;   // of the system, when the time was told
     QLLogLevel level_;
     bool isBroken_ = false;  // there was no memory for a part of it
     bool isEmitted_ = false;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "logging/in_order.h"
 #include "logging/line_memory.h"
 #include "logging/logger.h"
 #include "platform/cache_line.h"
@@ -15,12 +16,11 @@ namespace ql {
 struct LogEntry {
     std::atomic<LogEntry*> older = nullptr;
     std::atomic<LogEntry*> newer = nullptr;
-    std::shared_ptr<LogMessage> message{};  // none for a line
-    LineBlock* block = nullptr;             // where it lies; null is the heap
-    std::size_t counted = 0;                // its bytes in the backlog
-    std::uint32_t firstDelivery = 0;        // once it is begun
-    QLLogLevel level = QLLOG_ERROR;
-    bool isBegun = false;
+    std::shared_ptr<LogMessage> message{};     // none for a line
+    LineBlock* block = nullptr;                // where it lies; null is the heap
+    std::size_t counted = 0;                   // its bytes in the backlog
+    InOrder<std::uint32_t> firstDelivery = 0;  // once it is begun
+    QLLogLevel level{};
 
     // A line's text follows it.
     wchar_t* Text() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }

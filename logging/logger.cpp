@@ -31,14 +31,9 @@ constexpr wchar_t kShownZero = L'\u2400';
 // A busy writer takes its next batch after a nap, which spares the callers from waking it line by line.
 constexpr DWORD kNapMilliseconds = 10;
 
-struct LossRow {
-    ql::LostTo cause;
-    std::wstring_view text;
-};
-// What the log tells of before its next line. A file that misses lines itself tells so itself.
-constexpr LossRow kTold[] = {{ql::LostTo::kMemory, L"there was no memory"},
-                             {ql::LostTo::kBacklog, L"the backlog was full"},
-                             {ql::LostTo::kOutput, L"an output failed"}};
+// What the log tells of before its next line, by ql::LostTo. A file that misses lines itself tells so itself.
+constexpr std::array<std::wstring_view, 3> kCauses = {L"there was no memory", L"the backlog was full",
+                                                      L"an output failed"};
 
 void WINAPI OnThreadsEnd(void* block) noexcept;
 
@@ -55,7 +50,7 @@ struct LoggerState {  // NOLINT(clang-analyzer-optin.performance.Padding): on pu
     std::atomic<bool> ending =
         false;  // the writer is gone, the process ends: memory may be in disorder, none is freed
     std::atomic<std::uint32_t> lost = 0;
-    std::array<std::atomic<std::uint32_t>, std::size(kTold)> untold = {};
+    std::array<std::atomic<std::uint32_t>, kCauses.size()> untold = {};
     alignas(ql::kCacheLine) std::atomic<std::size_t> backlog = 0;
     alignas(ql::kCacheLine) std::atomic<bool> busy = false;  // the writer has an entry in hand
 
@@ -81,11 +76,6 @@ LoggerState& g_log = g_immortal.state;
 
 void WINAPI OnThreadsEnd(void* block) noexcept {
     if (block) g_log.memory.Retire(static_cast<ql::LineBlock*>(block));
-}
-
-// The compiler keeps what is stored before in memory before what follows: the thread may end in between.
-void StoresUpToHere() noexcept {
-    std::atomic_signal_fence(std::memory_order_seq_cst);
 }
 
 bool IsHandler() noexcept {
@@ -172,17 +162,15 @@ void Deliver(QLLogLevel levels, const wchar_t* text, std::uint32_t number) noexc
 
 // Before a line of these levels, to the outputs of the lowest.
 void TellLosses(QLLogLevel levels) noexcept {
-    for (const LossRow& row : kTold) {
-        std::atomic<std::uint32_t>& untold = g_log.untold[static_cast<std::size_t>(row.cause)];
-        if (!untold.load(std::memory_order_relaxed)) continue;
-        for (const QLLogLevel level : ql::kLogLevels) {
-            if (!(levels & level)) continue;
-            const ql::LogRegistration* at = g_log.outputs.First(level);
-            if (!at) return;
-            const ql::LostLinesText told(untold.exchange(0), row.text);
-            for (; at; at = at->newer) Hand(*at, level, told.Text());
-            break;
-        }
+    const auto lowest =
+        std::ranges::find_if(ql::kLogLevels, [=](QLLogLevel level) { return levels & level; });
+    if (lowest == ql::kLogLevels.end()) return;
+    for (std::size_t cause = 0; cause < kCauses.size(); ++cause) {
+        if (!g_log.untold[cause].load(std::memory_order_relaxed)) continue;
+        const ql::LogRegistration* at = g_log.outputs.First(*lowest);
+        if (!at) return;
+        const ql::LostLinesText told(g_log.untold[cause].exchange(0), kCauses[cause]);
+        for (; at; at = at->newer) Hand(*at, *lowest, told.Text());
     }
 }
 
@@ -330,11 +318,9 @@ QLLogLevel LevelsOf(const ql::LogEntry& entry) noexcept {
 }
 
 void Begin(ql::LogEntry& entry) noexcept {
-    if (entry.isBegun) return;
+    if (entry.firstDelivery) return;
     TellLosses(LevelsOf(entry));
     entry.firstDelivery = NextNumber();
-    StoresUpToHere();
-    entry.isBegun = true;
 }
 
 void HandleInHand() noexcept {
@@ -552,7 +538,7 @@ std::uint32_t QLLogger::LoggerThreadProc(void*) {
 void QLLogger::WriteMessage(const std::shared_ptr<LogMessage>& message) {
     const auto& line = static_cast<const WriteLogMessage&>(*message);
     const ql::LogEntry* const inHand = g_log.queue.InHand();
-    Deliver(line.level(), line.text(), inHand ? inHand->firstDelivery : NextNumber());
+    Deliver(line.level(), line.text(), inHand ? std::uint32_t{inHand->firstDelivery} : NextNumber());
 }
 
 void QLLogger::FlushLog(const std::shared_ptr<LogMessage>&) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -11,9 +12,9 @@ namespace ql {
 class LostLinesText {
   public:
     LostLinesText(std::uint32_t lines, std::wstring_view cause) noexcept {
-        char digits[kLongest] = {};
-        const char* const end = std::to_chars(digits, digits + kLongest, lines).ptr;
-        for (const char* at = digits; at != end; ++at) text_[length_++] = static_cast<wchar_t>(*at);
+        char digits[kLongest];
+        char* const end = std::to_chars(digits, std::end(digits), lines).ptr;
+        length_ = static_cast<std::size_t>(std::copy(digits, end, text_) - text_);
         Put(lines == 1 ? L" line was lost: " : L" lines were lost: ");
         Put(cause);
         Put(L"\n");
@@ -27,7 +28,7 @@ class LostLinesText {
 
     void Put(std::wstring_view part) noexcept { length_ += part.copy(text_ + length_, kLongest - length_); }
 
-    std::size_t length_ = 0;
+    std::size_t length_;
     wchar_t text_[kLongest + 1];
 };
 

@@ -12,7 +12,8 @@ std::uint32_t AskEdition(std::uint32_t major, std::uint32_t minor) noexcept {
     const auto ask = reinterpret_cast<ProductInfo>(
         reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "GetProductInfo")));
     DWORD edition = 0;
-    return ask && ask(major, minor, 0, 0, &edition) ? edition : 0;
+    if (ask) ask(major, minor, 0, 0, &edition);
+    return edition;
 }
 
 }  // namespace
@@ -23,18 +24,16 @@ std::optional<OsFacts> ReadOsFacts() {
     if (!::GetVersionExW(reinterpret_cast<OSVERSIONINFOW*>(&version))) return std::nullopt;
     SYSTEM_INFO system = {};
     ::GetNativeSystemInfo(&system);
-    OsFacts facts;
-    facts.platform = version.dwPlatformId;
-    facts.major = version.dwMajorVersion;
-    facts.minor = version.dwMinorVersion;
-    facts.build = version.dwBuildNumber;
-    facts.suite = version.wSuiteMask;
-    facts.productType = version.wProductType;
-    facts.architecture = system.wProcessorArchitecture;
-    facts.edition = AskEdition(facts.major, facts.minor);
-    facts.isServerR2 = ::GetSystemMetrics(SM_SERVERR2) != 0;
-    facts.servicePack = version.szCSDVersion;
-    return facts;
+    return OsFacts{.platform = version.dwPlatformId,
+                   .major = version.dwMajorVersion,
+                   .minor = version.dwMinorVersion,
+                   .build = version.dwBuildNumber,
+                   .suite = version.wSuiteMask,
+                   .productType = version.wProductType,
+                   .architecture = system.wProcessorArchitecture,
+                   .edition = AskEdition(version.dwMajorVersion, version.dwMinorVersion),
+                   .isServerR2 = ::GetSystemMetrics(SM_SERVERR2) != 0,
+                   .servicePack = version.szCSDVersion};
 }
 
 }  // namespace ql

@@ -8,15 +8,13 @@ namespace ql {
 
 // What the description is made of, as the system's calls answer it.
 struct OsFacts {
-    std::uint32_t platform = 0;  // 2 is NT
-    std::uint32_t major = 0;
-    std::uint32_t minor = 0;
-    std::uint32_t build = 0;
-    std::uint32_t suite = 0;         // bits
-    std::uint32_t productType = 0;   // 1 is a workstation
-    std::uint32_t architecture = 0;  // 0 x86, 6 Itanium, 9 AMD64
-    std::uint32_t edition = 0;       // what GetProductInfo tells; 0 where it is missing
-    bool isServerR2 = false;         // of version 5.2
+    std::uint32_t platform;  // 2 is NT
+    std::uint32_t major, minor, build;
+    std::uint32_t suite;         // bits
+    std::uint32_t productType;   // 1 is a workstation
+    std::uint32_t architecture;  // 0 x86, 6 Itanium, 9 AMD64
+    std::uint32_t edition;       // what GetProductInfo tells; 0 where it is missing
+    bool isServerR2;             // of version 5.2
     std::wstring servicePack;
 };
 

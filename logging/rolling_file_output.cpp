@@ -6,7 +6,8 @@
 #include "logging/log_ending.h"
 #include "logging/log_file.h"
 #include "logging/log_outputs.h"
-#include "logging/os_description.h"
+#include "logging/os_facts.h"
+#include "logging/os_names.h"
 #include "platform/critical_section.h"
 #include "platform/failure.h"
 #include "platform/full_path_name.h"
@@ -18,7 +19,7 @@ namespace QLLoggerOutputs {
 namespace {
 
 constexpr std::uint32_t kNoLine = 0;
-constexpr std::int64_t kSmallestLimit = 1000;
+constexpr int kSmallestLimit = 1000;
 // A file below this holds a byte-order mark at most.
 constexpr std::int64_t kSmallestContent = 4;
 constexpr std::wstring_view kSeparator = L"*****************************************************\n";
@@ -57,28 +58,23 @@ void SetLastWriteTimeOf(const wchar_t* path, const FILETIME& time) {
     if (file) ::SetFileTime(file.get(), nullptr, nullptr, &time);
 }
 
-std::wstring ComputerName() {
-    std::array<wchar_t, MAX_COMPUTERNAME_LENGTH + 1> name = {};
+// The user's or the machine's.
+template <class Ask>
+std::wstring NameBy(Ask ask) {
+    std::array<wchar_t, 257> name = {};
     DWORD length = name.size();
-    return ::GetComputerNameW(name.data(), &length) ? name.data() : L"";
-}
-
-std::wstring UserName() {
-    constexpr std::size_t kLongestName = 256;
-    std::array<wchar_t, kLongestName + 1> name = {};
-    DWORD length = name.size();
-    return ::GetUserNameW(name.data(), &length) ? name.data() : L"";
+    ask(name.data(), &length);
+    return name.data();
 }
 
 std::wstring OsDescription() {
-    std::array<wchar_t, 256> text = {};
-    GetOSDescription(text.data(), text.size());
-    return text.data();
+    const auto facts = ql::ReadOsFacts();
+    return facts ? ql::DescribeOs(*facts) : std::wstring();
 }
 
 // The file of a later roll-over is this one, whatever folder is current by then. Its name stays as it stands.
 std::wstring FromItsRoot(const std::wstring& path) {
-    const std::size_t drive = path.size() > 1 && path[1] == L':' ? 2 : 0;
+    const std::size_t drive = path.find(L':') == 1 ? 2 : 0;
     const std::size_t name = std::max(path.find_last_of(L"\\/") + 1, drive);
     std::wstring folder = ql::FullPathName(name > 0 ? path.substr(0, name) : L".");
     if (path.empty() || folder.empty()) return path;
@@ -98,26 +94,30 @@ std::wstring LocalTime() {
 }  // namespace
 
 struct RollingLog {
+    RollingLog(const QLFileName& name, const wchar_t* software, int backups, int limit, std::uint32_t event)
+        : mainPath(FromItsRoot(name.GetPathAndFileName().str())),
+          backupStem(mainPath.substr(0, name.HasExtension() ? mainPath.rfind(L'.') : std::wstring::npos)),
+          firstBackupPath(PathOf(1)),
+          softwareName(software),
+          eventId(event),
+          maxSize(std::max(limit, kSmallestLimit)),
+          backupCount(backups) {}
+
     LogFile file;
     // Held as texts: a name that is asked for its text answers none when memory ends.
-    std::wstring mainPath;
-    std::wstring backupStem;  // what the numbers of the backups follow
-    std::wstring firstBackupPath;
-    std::wstring softwareName;
-    std::uint32_t eventId = 0;
-    std::int64_t maxSize = 0;
-    std::int32_t backupCount = 0;
+    const std::wstring mainPath;
+    const std::wstring backupStem;  // what the numbers of the backups follow
+    const std::wstring firstBackupPath;
+    const std::wstring softwareName;
+    const std::uint32_t eventId;
+    const std::int64_t maxSize;
+    const int backupCount;
     bool rolling = false;  // when a write finds it true, a roll-over was cut short
 
     ql::CriticalSection textsLock;
     std::wstring buildDate QL_GUARDED_BY(textsLock);
     std::wstring version QL_GUARDED_BY(textsLock);
 
-    void SetName(const QLFileName& name) {
-        mainPath = FromItsRoot(name.GetPathAndFileName().str());
-        backupStem = mainPath.substr(0, name.HasExtension() ? mainPath.rfind(L'.') : std::wstring::npos);
-        firstBackupPath = PathOf(1);
-    }
     // Number 0 is the main file itself.
     std::wstring PathOf(int number) const {
         return number > 0 ? backupStem + std::to_wstring(number) + L".bak" : mainPath;
@@ -127,18 +127,14 @@ struct RollingLog {
 RollingFileOutput::RollingFileOutput(const wchar_t* fileName, const wchar_t* softwareName,
                                      const wchar_t* buildDate, const wchar_t* version, int backupCount,
                                      int maxSize, unsigned long eventId) noexcept
-    : log_(ql::FailureIfThrown(nullptr, [] { return std::make_shared<RollingLog>(); })) {
+    : log_(ql::FailureIfThrown(nullptr, [&] {
+          return std::make_shared<RollingLog>(OrEmpty(fileName), OrEmpty(softwareName), backupCount, maxSize,
+                                              eventId);
+      })) {
     if (!log_) return;
     SetBuildDate(buildDate);
     SetVersionString(version);
-    ql::Completes([&] {
-        log_->eventId = eventId;
-        log_->maxSize = std::max<std::int64_t>(maxSize, kSmallestLimit);
-        log_->backupCount = backupCount;
-        log_->softwareName = OrEmpty(softwareName);
-        log_->SetName(OrEmpty(fileName));
-        Open(false);
-    });
+    ql::Completes([&] { Open(false); });
 }
 
 RollingFileOutput::RollingFileOutput(const RollingFileOutput&) noexcept = default;
@@ -212,8 +208,8 @@ void RollingFileOutput::WriteHeader() {
         const ql::CriticalSectionGuard guard(log_->textsLock);
         header += L"\n#Version: " + log_->version + L"\n#Build date: " + log_->buildDate;
     }
-    header += L"\n#OS: " + OsDescription() + L"\n#Username: " + UserName();
-    header += L"\n#Computer name: " + ComputerName() + L"\n#Log-Date: " + LocalTime();
+    header += L"\n#OS: " + OsDescription() + L"\n#Username: " + NameBy(::GetUserNameW);
+    header += L"\n#Computer name: " + NameBy(::GetComputerNameW) + L"\n#Log-Date: " + LocalTime();
     log_->file.Append({header, kSeparator}, LogFile::Reach::kSystem, kNoLine);
 }
 

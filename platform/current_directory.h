@@ -1,10 +1,12 @@
 #pragma once
 
-#include <string>
+#include "platform/system_text.h"
 
 namespace ql {
 
 // The process's current directory, of any length; empty when the system does not tell.
-std::wstring CurrentDirectory();
+inline std::wstring CurrentDirectory() {
+    return SystemText([](wchar_t* text, DWORD size) { return ::GetCurrentDirectoryW(size, text); });
+}
 
 }  // namespace ql

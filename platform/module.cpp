@@ -1,10 +1,13 @@
 #include "platform/module.h"
 
+#include "platform/system_text.h"
+
 // No header of the system declares it.
 extern "C" BOOLEAN NTAPI RtlDllShutdownInProgress();
 
 namespace {
 
+// What this code was linked into, when that is a DLL; null stands for the program.
 HMODULE g_ownModule = nullptr;
 
 }  // namespace
@@ -18,25 +21,13 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
 
 namespace ql {
 
-HMODULE OwnModule() noexcept {
-    return g_ownModule;
-}
-
 bool ProcessIsEnding() noexcept {
     return ::RtlDllShutdownInProgress() != FALSE;
 }
 
 std::wstring OwnModulePath() {
-    std::wstring path(MAX_PATH, L'\0');
-    for (;;) {
-        DWORD capacity = static_cast<DWORD>(path.size());
-        DWORD length = ::GetModuleFileNameW(g_ownModule, path.data(), capacity);
-        if (length < capacity) {
-            path.resize(length);
-            return path;
-        }
-        path.resize(path.size() * 2);
-    }
+    return SystemText(
+        [](wchar_t* text, DWORD size) { return ::GetModuleFileNameW(g_ownModule, text, size); });
 }
 
 }  // namespace ql

@@ -32,10 +32,11 @@ class QL_LOCK_ATTRIBUTE(capability("shared lock")) SharedLock {
     }
     // Answers the door, by which the reader leaves again.
     Door& EnterAsReader() noexcept QL_LOCK_ATTRIBUTE(acquire_shared_capability()) {
-        for (unsigned tries = 0, own = OwnDoor();; ++tries) {
-            Door& door = doors_[(own + tries) % kDoors].door;
-            if (TakeIfFree(door)) return door;
-            if (tries % kDoors == kDoors - 1) AwaitWriter(tries / kDoors);
+        for (unsigned looks = 0, own = OwnDoor();; AwaitWriter(looks++)) {
+            for (unsigned i = 0; i < kDoors; ++i) {
+                Door& door = doors_[(own + i) % kDoors].door;
+                if (TakeIfFree(door)) return door;
+            }
         }
     }
     void LeaveAsReader(Door& door) noexcept QL_LOCK_ATTRIBUTE(release_shared_capability()) { Release(door); }

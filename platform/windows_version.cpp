@@ -7,8 +7,7 @@ namespace ql {
 bool IsWindows6OrLater() noexcept {
     OSVERSIONINFOW version = {};
     version.dwOSVersionInfoSize = sizeof version;
-    return ::GetVersionExW(&version) && version.dwPlatformId == VER_PLATFORM_WIN32_NT &&
-           version.dwMajorVersion >= 6;
+    return ::GetVersionExW(&version) && version.dwMajorVersion >= 6;
 }
 
 }  // namespace ql

@@ -1,6 +1,5 @@
 #include "shell/browse_for_folder.h"
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
@@ -66,10 +65,9 @@ std::wstring OneForm(std::wstring path) {
 // The folder itself or the nearest one above it that exists; empty when there is none, as below a server that
 // cannot be reached.
 std::wstring NearestFolder(const std::wstring& start) {
-    if (start.empty()) return {};
     std::wstring path = OneForm(start);
     while (!path.empty() && !ql::IsFolder(path.c_str())) {
-        const std::wstring above = path.substr(0, std::min(path.find_last_of(kSeparators), path.size()));
+        const std::wstring above = path.substr(0, path.find_last_of(kSeparators));
         const std::wstring next = HasRoot(above) ? OneForm(above) : std::wstring();
         path = next.size() < path.size() ? next : std::wstring();  // a drive's root has none above
     }
@@ -160,7 +158,7 @@ class FolderDialog {
     // typed while there is no selection for it to be below.
     std::wstring Meant() const {
         const HWND edit = ::FindWindowExW(window_, nullptr, L"Edit", nullptr);
-        if (!edit || !::SendMessageW(edit, EM_GETMODIFY, 0, 0)) return selected_;
+        if (!::SendMessageW(edit, EM_GETMODIFY, 0, 0)) return selected_;
         const std::wstring text = TextOf(edit), typed(ql::WithoutBlanks(text));
         if (HasRoot(typed)) return OneForm(typed);
         return selected_.empty() ? typed : OneForm(selected_ + L'\\' + typed);

@@ -40,13 +40,11 @@ std::wstring WithTheRest(std::wstring told, const Parser& parser) {
 
 // All that differs from the state without switches.
 inline std::wstring StateOf(QuilletCmdSwitchParser& parser) {
-    return WithTheRest(Texts(parser, kMainTexts) + Flags(parser, kMainFlags) +
-                           Number(L" mode=", parser.GetLibMode(), LIBMODE_UNDECIDED) +
-                           Number(L" exit=", parser.GetExit(), EXIT_UNDECIDED) +
-                           Number(L" type=", parser.GetOutputFileType(), OUTPUT_NOT_GIVEN) +
-                           Number(L" ask=", parser.GetInitialAskState(), INITIALASK_DEFAULT) +
-                           List(L" overlay=", parser.GetOverlayFiles()),
-                       parser);
+    return WithTheRest(
+        Texts(parser, kMainTexts) + Flags(parser, kMainFlags) + Number(L" mode=", parser.GetLibMode(), 2) +
+            Number(L" exit=", parser.GetExit(), 2) + Number(L" type=", parser.GetOutputFileType(), 0) +
+            Number(L" ask=", parser.GetInitialAskState(), 0) + List(L" overlay=", parser.GetOverlayFiles()),
+        parser);
 }
 
 inline std::wstring StateOf(const ServerCmdSwitches& parser) {

@@ -2,12 +2,12 @@
 // claim, and no file of another folder is touched.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
 
 #include "files/backup.h"
 #include "files/directory_iterator.h"
 #include "files/file_stream_buf.h"
+#include "tests/support/replaced_import.h"
 #include "tests/support/test_folder.h"
 
 namespace {
@@ -16,20 +16,6 @@ int g_turn = -1;  // of the allocation to refuse, counted down; below 0 for none
 
 void* Allocate(std::size_t size) {
     return g_turn < 0 || g_turn-- > 0 ? std::malloc(size) : nullptr;
-}
-
-// The run time finds its heap in its table of imported addresses.
-void TakeTheHeapsPlace() {
-    char* const base = reinterpret_cast<char*>(::GetModuleHandleW(L"libstdc++-6.dll"));
-    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-    const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const auto& table = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IAT];
-    void** const first = reinterpret_cast<void**>(base + table.VirtualAddress);
-    const FARPROC heap = ::GetProcAddress(::GetModuleHandleW(L"msvcrt.dll"), "malloc");
-    void** const last = first + table.Size / sizeof(void*);
-    DWORD former = 0;
-    ::VirtualProtect(first, table.Size, PAGE_READWRITE, &former);
-    std::replace(first, last, reinterpret_cast<void*>(heap), reinterpret_cast<void*>(Allocate));
 }
 
 // Both folders hold a letter; the calls are about the other one's.
@@ -49,7 +35,7 @@ TEST(FilesWithoutMemory, TouchNoFileOfTheCurrentFolder) {
         {[&] { return CDirectoryIterator().First(pattern, &entry); }, [&] { return entry == name; }},
         {[&] { return file.Open(name, OPEN_WRITE); }, [&] { return file.is_open(); }},
     };
-    TakeTheHeapsPlace();
+    ReplaceImport(L"libstdc++-6.dll", L"msvcrt.dll", "malloc", &Allocate);
     for (const auto& [call, isDone] : rows) {
         bool isRefused = true, answer = false;
         int turn = 0;

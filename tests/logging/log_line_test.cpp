@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <regex>
 
+#include "logging/line_memory.h"
 #include "logging/line_text.h"
 #include "platform/win32.h"
 #include "tests/logging/recorder.h"
@@ -81,19 +83,15 @@ TEST(LogLine, TellsTheTimeOfItsEnd) {
 TEST(LogLine, TellsTheThreadThatAFiberRunsOn) {
     void* back = nullptr;
     void* const fiber = ::CreateFiber(0, LogForever, &back);
-    std::vector<std::wstring> threads;
     const auto visit = [&] {
-        threads.push_back(L"][" + std::to_wstring(::GetCurrentThreadId()) + L"][");
         back = ::ConvertThreadToFiber(nullptr);
-        ::SwitchToFiber(fiber);
+        const Calls lines = CallsDuring(QLLOG_INFO, [fiber] { ::SwitchToFiber(fiber); });
+        EXPECT_NE(L"?", PlaceAndText(lines[0])) << lines[0];
         ::ConvertFiberToThread();
     };
-    const Calls lines = CallsDuring(QLLOG_INFO, [&] {
-        visit();
-        std::thread(visit).join();
-    });
+    visit();
+    std::thread(visit).join();
     ::DeleteFiber(fiber);
-    for (const std::size_t i : {0u, 1u}) EXPECT_NE(std::wstring::npos, lines[i].find(threads[i])) << lines[i];
 }
 #endif
 
@@ -126,6 +124,33 @@ TEST(LineText, ChangesAtBothEnds) {
             EXPECT_EQ(front + std::wstring(size, L'r') + L"end", text.View()) << size << front.size();
         }
     }
+}
+
+// A block is used again when all of its lines are done.
+TEST(LineMemory, FillsABlockAfterTheOther) {
+    constexpr int kLine = 64, kLines = ql::LineBlock::kBytes / kLine;
+    ql::LineMemory memory(nullptr);
+    memory.Stock();
+    std::vector<ql::LineMemory::Place> lines;
+    const auto take = [&](int count) {
+        for (; count > 0; --count) lines.push_back(memory.Take(kLine - 1));
+    };
+    take(2 * kLines);
+    for (const std::size_t i : {1, kLines - 1, kLines, 2 * kLines - 1}) {
+        EXPECT_EQ(lines[i / kLines * kLines].at + i % kLines * kLine, lines[i].at) << i;
+        EXPECT_EQ(lines[i / kLines * kLines].block, lines[i].block) << i;
+    }
+    ql::LineBlock* const first = lines[0].block;
+    for (int i = 1; i < kLines; ++i) memory.GiveBack(first);
+    take(kLines);
+    EXPECT_NE(first, lines.back().block) << "a line of it is left";
+    memory.GiveBack(first);
+    take(1);
+    EXPECT_EQ(lines[0].at, lines.back().at);
+    EXPECT_EQ(nullptr, memory.Take(ql::LineBlock::kBytes / 8).at);
+    take(40 * kLines);
+    EXPECT_EQ(1, std::ranges::count(lines, true, &ql::LineMemory::Place::isStockLow));
+    memory.Stop();
 }
 
 TEST(LogLine, FinishedTwiceRepeatsItsText) {

@@ -8,6 +8,7 @@
 #include "logging/os_description.h"
 #include "platform/bstr.h"
 #include "tests/support/open_file.h"
+#include "tests/support/replaced_import.h"
 #include "tests/support/test_folder.h"
 
 using QLLoggerOutputs::FileOutput;
@@ -33,8 +34,45 @@ std::string EntryOf(const std::string& text) {
     return text + "\r\n" + kStars + "\r\n";
 }
 
+// What the system is told: the debugger, and the event log with its source, category and event.
+std::wstring g_told;
+
+void WINAPI TellDebugger(const wchar_t* text) {
+    g_told += text;
+}
+
+HANDLE WINAPI OpenEventSource(const wchar_t*, const wchar_t* source) {
+    g_told += source;
+    return INVALID_HANDLE_VALUE;
+}
+
+BOOL WINAPI TellEventLog(HANDLE, WORD, WORD category, DWORD event, void*, WORD texts, DWORD bytes,
+                         const wchar_t** text, const void*) {
+    for (const DWORD number : {DWORD{category}, event, DWORD{texts}, bytes})
+        g_told += L',' + std::to_wstring(number);
+    g_told += L':' + std::wstring(*text);
+    return TRUE;
+}
+
+constexpr DWORD kMuch = 1 << 30;
+DWORD g_room = kMuch;  // on the disk
+
+BOOL WINAPI WriteWhatHasRoom(HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* place) {
+    count = std::min(count, g_room);
+    g_room -= count;
+    return ::WriteFile(file, bytes, count, written, place);
+}
+
 class LogFiles : public testing::Test {
   protected:
+    LogFiles() {
+        g_told.clear();
+        ReplaceImport(kLibrary, L"kernel32", "OutputDebugStringW", &TellDebugger);
+        ReplaceImport(kLibrary, L"advapi32", "RegisterEventSourceW", &OpenEventSource);
+        ReplaceImport(kLibrary, L"advapi32", "ReportEventW", &TellEventLog);
+        ReplaceImport(kLibrary, L"kernel32", "WriteFile", &WriteWhatHasRoom);
+    }
+
     const TestFolder folder_;
     const std::wstring file_ = folder_ / L"r.log", backup_ = folder_ / L"r1.bak";
 };
@@ -90,15 +128,31 @@ TEST_F(FileOutputs, LetOthersReadButNotWriteOrRename) {
     EXPECT_EQ(kMark + "from the copy", BytesOf(file_));
 }
 
-TEST_F(FileOutputs, OnAFullDiskCountTheirLinesAndCostTheOtherOutputsNothing) {
-    QL_SKIP_WITHOUT_FULL_DEVICE();
-    const std::uint32_t before = QLLogger::LostLines();
-    for (const wchar_t* file : {kFullDevice, file_.c_str()}) QLLogger::InitializeLog(file, QLLOG_INFO);
-    const std::wstring line(999, L'x');
-    for (int i = 0; i < 1000; ++i) QLLogger::PutMessage(QLLOG_INFO, line.c_str());
-    QLLogger::CloseLogs();
-    EXPECT_EQ(kMark.size() + 999'000, BytesOf(file_).size());
-    EXPECT_EQ(before + 1000, QLLogger::LostLines());
+TEST_F(FileOutputs, OnAFullDiskDropWholeLinesCountThemAndSaySoWhenThereIsRoomAgain) {
+    FileOutput output(file_.c_str());
+    const auto put = [&](int lines, std::size_t length) {
+        const std::wstring line = std::wstring(length, L'x') + L'\n';
+        for (; lines > 0; --lines) output.Write(QLLOG_INFO, line.c_str());
+    };
+    const auto lost = [before = QLLogger::LostLines()] { return QLLogger::LostLines() - before; };
+    g_room = 100'000;
+    put(1, 150'000);
+    EXPECT_EQ(kMark, BytesOf(file_)) << "what was written of it is cut off again";
+    put(100, 999);
+    EXPECT_EQ(38u, lost()) << "the buffer holds 63";
+    g_room = kMuch;
+    put(1, 1);
+    output.Flush();
+    std::string written = kMark + "1 line was lost: the disk was full\r\n";
+    for (int i = 0; i < 63; ++i) written += std::string(999, 'x') + "\r\n";
+    written += "37 lines were lost: the disk was full\r\nx\r\n";
+    EXPECT_EQ(written, BytesOf(file_));
+    g_room = 0;
+    put(2, 1);
+    output.Close();
+    g_room = kMuch;
+    EXPECT_EQ(40u, lost());
+    EXPECT_EQ(written, BytesOf(file_));
 }
 
 TEST_F(RollingFile, StartsWithItsHeaderAndEndsEachEntryWithStars) {
@@ -107,8 +161,12 @@ TEST_F(RollingFile, StartsWithItsHeaderAndEndsEachEntryWithStars) {
     output.Put(L"");
     wchar_t os[256], cut[] = L"xxxx";
     GetOSDescription(os, 256);
-    GetOSDescription(cut, 3);
+    for (const int size : {1, 0, -1, 3}) {
+        EXPECT_EQ(1, GetOSDescription(cut, size));
+        EXPECT_EQ(size == 3 ? os[0] : L'\0', cut[0]) << size;
+    }
     EXPECT_EQ((std::wstring{os[0], os[1], L'\0', L'x'}), std::wstring(cut, 4));
+    EXPECT_EQ(1, GetOSDescription(nullptr, 3));
     const std::string bytes = BytesOf(file_),
                       start = kMark + "#Software: Soft\r\n#Version: 1.2\r\n#Build date: today\r\n#OS: " +
                               std::string(os, os + std::wcslen(os)) + "\r\n#Username: ";
@@ -195,7 +253,11 @@ TEST_F(RollingFile, ShiftsItsBackupsIntoGapsTooAndKeepsTheirTimes) {
 
 // The oldest backup cannot be deleted, or no other one be renamed, while somebody reads it.
 TEST_F(RollingFile, StopsForGoodRatherThanLoseItsOldestBackupButIsEmptiedWhenARenameFails) {
-    for (const auto& [backups, begin] : {std::pair(1, std::string(1000, '0')), {2, kMark + "#Software"}}) {
+    const std::tuple<int, std::string, std::wstring> cases[] = {
+        {1, std::string(1000, '0'), L"BackupAndStartAnew: Failed to delete backup log file: " + backup_},
+        {2, kMark + "#Software", L"BackupAndStartAnew, re-creating main log file"}};
+    for (const auto& [backups, begin, told] : cases) {
+        g_told.clear();
         PutBytes(file_, std::string(1000, '0'));
         PutBytes(backup_, "1");
         Rolling output(file_, backups);
@@ -203,6 +265,7 @@ TEST_F(RollingFile, StopsForGoodRatherThanLoseItsOldestBackupButIsEmptiedWhenARe
             const auto held = OpenFile(backup_, kShareAll);
             output.Put(L"x\n");
         }
+        EXPECT_NE(std::wstring::npos, g_told.find(told)) << g_told;
         output.Put(L"y\n");
         EXPECT_EQ("1", BytesOf(backup_)) << backups;
         EXPECT_EQ(begin, BytesOf(file_).substr(0, begin.size())) << backups;
@@ -211,10 +274,18 @@ TEST_F(RollingFile, StopsForGoodRatherThanLoseItsOldestBackupButIsEmptiedWhenARe
 }
 
 TEST_F(RollingFile, ThatCannotBeOpenedStaysUsable) {
-    Rolling output(folder_ / (L"none\\" + std::wstring(300, L'n') + L".log").c_str(), 1);
+    const std::wstring path = folder_ / (L"none\\" + std::wstring(300, L'n') + L".log").c_str();
+    Rolling output(path, 1);
     output.Put(L"x");
     output.Flush();
     EXPECT_FALSE(output.IsOpen());
+    const std::wstring message =
+        L"RollingFileOutput::RollingFileOutput failed to open or create file: " + path + L'\n';
+    EXPECT_EQ(message + L"Soft,4,7,1,0:" + message, g_told);
+    g_told.clear();
+    QLLogger::InitializeLog(path.c_str(), QLLOG_INFO);
+    QLLogger::CloseLogs();
+    EXPECT_EQ(L"Quillet.Platform.Native.Util,4,1,1,0:The log cannot be opened: " + path, g_told);
 }
 
 TEST_F(LogFiles, TakeComTextsAndAnsiTextsInTheSystemsCodePage) {

@@ -8,6 +8,7 @@
 #include "logging/log_outputs.h"
 #include "platform/win32.h"
 #include "tests/logging/stopped_thread.h"
+#include "tests/support/replaced_import.h"
 
 // The lock under which the system loads libraries.
 extern "C" LONG NTAPI LdrLockLoaderLock(ULONG flags, ULONG* state, ULONG_PTR* cookie);
@@ -15,7 +16,6 @@ extern "C" LONG NTAPI LdrUnlockLoaderLock(ULONG flags, ULONG_PTR cookie);
 
 namespace {
 
-using QLLoggerOutputs::FileOutput;
 using QLLoggerOutputs::RollingFileOutput;
 
 constexpr int kLines = 20'000;
@@ -47,6 +47,15 @@ struct OddOutput : ILogOutput {
     void Close() override { atClose(); }
 
     const Deed amid, atClose;
+};
+
+// Makes two entries of a line.
+struct InPieces : QLLoggerOutputs::FileOutput {
+    using FileOutput::FileOutput;
+    void Write(QLLogLevel level, const wchar_t* text) noexcept override {
+        for (const std::wstring& piece : {std::wstring(1, text[0]), std::wstring(text + 1)})
+            FileOutput::Write(level, piece.c_str());
+    }
 };
 
 void Nothing() {}
@@ -111,24 +120,6 @@ void Spin() {
     for (volatile unsigned left = spins; left > 0;) left = left - 1;
 }
 
-void OpenRollingLog(const wchar_t* file, int backups, int limit) {
-    QLLogger::InitializeLog(std::make_shared<RollingFileOutput>(file, L"child", L"", L"", backups, limit, 1u),
-                            QLLOG_INFO);
-}
-
-// Entries without end; FILE.closed tells that the first thousand are on disk for good.
-int WriteUntilKilled(const wchar_t* file) {
-    OpenRollingLog(file, 1, INT_MAX);
-    PutLines(0, 1000);
-    QLLogger::CloseLogs();
-    FileOutput((std::wstring(file) + L".closed").c_str());
-    OpenRollingLog(file, 1, 4'000'000);
-    for (int i = 1000;; ++i) {
-        PutLines(i, i + 1);
-        if (i % 100 == 0) ::Sleep(1);
-    }
-}
-
 // Ends while another thread logs, wherever that is then or where it, or the writer, stands still at an
 // instruction of the library. FILE and the rolling FILE.log have the lines. Answers how many were queued by
 // then, and whether the instruction was met.
@@ -136,7 +127,9 @@ int EndAmidLines(const wchar_t* file, const wchar_t* offset) {
     static std::atomic<int> queued = 0;
     static std::atomic<bool> isDone = false;
     QLLogger::InitializeLog(file, QLLOG_INFO);
-    OpenRollingLog((std::wstring(file) + L".log").c_str(), 1000, 2000);
+    const std::wstring rolling = std::wstring(file) + L".log";
+    QLLogger::InitializeLog(
+        std::make_shared<RollingFileOutput>(rolling.c_str(), L"child", L"", L"", 1000, 2000, 1u), QLLOG_INFO);
     WaitUntilTheWriterRuns();
     const int last = offset ? 200 : INT_MAX;
     const auto log = [last] {
@@ -162,32 +155,8 @@ int EndAmidLines(const wchar_t* file, const wchar_t* offset) {
     return queued;
 }
 
-// Starts the log on two threads at once, one of which loads a library, as far as the system can tell.
-void StartWhileALibraryLoads(const wchar_t* file) {
-    std::atomic<bool> runs = false, isLocked = false;
-    std::thread other([&] {
-        for (runs = true; !isLocked;) ::Sleep(1);
-        QLLogger::InitializeLog(file, QLLOG_INFO);
-    });
-    while (!runs) ::Sleep(1);
-    ULONG_PTR cookie = 0;
-    ::LdrLockLoaderLock(0, nullptr, &cookie);
-    isLocked = true;
-    ::Sleep(30);  // the other thread waits for the lock by then
-    QLLogger::InitializeLog(std::make_shared<OddOutput>(Nothing, Nothing), QLLOG_WARNING);
-    ::LdrUnlockLoaderLock(0, cookie);
-    other.join();
-}
-
-// From here on the system answers null when it is asked for a thread.
-void RefuseThreads() {
-#ifdef _WIN64
-    constexpr unsigned char kAnswerNull[] = {0x33, 0xC0, 0xC3};  // xor eax, eax; ret
-#else
-    constexpr unsigned char kAnswerNull[] = {0x33, 0xC0, 0xC2, 6 * sizeof(void*), 0};  // xor eax, eax; ret 24
-#endif
-    ::WriteProcessMemory(::GetCurrentProcess(), reinterpret_cast<void*>(&::CreateThread), kAnswerNull,
-                         sizeof kAnswerNull, nullptr);
+HANDLE WINAPI NoThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) {
+    return nullptr;
 }
 
 // Who closes writes the lines, where no thread can be had or where, within the system's loader, none begins.
@@ -197,7 +166,7 @@ int LogWithoutAWriter(const wchar_t* file, bool isWithinTheLoader) {
         ::LdrLockLoaderLock(0, nullptr, &cookie);
         QLLogger::SetBacklogLimit(1, QLLogBacklog::kWait);
     } else {
-        RefuseThreads();
+        ReplaceImport(kLibrary, L"kernel32", "CreateThread", &NoThread);
     }
     QLLogger::InitializeLog(file, QLLOG_INFO);
     PutLines(0, 100);
@@ -225,7 +194,6 @@ int wmain(int, wchar_t** argv) {
     const wchar_t* const file = argv[2];
     for (const OddRow& row : kOddRows)
         if (row.way == way) return LogBesideAnOddOutput(row, file);
-    if (way == L"killed") return WriteUntilKilled(file);
     if (way == L"amid lines") return EndAmidLines(file, argv[3]);
     if (way == L"without threads") return LogWithoutAWriter(file, false);
     if (way == L"within the loader") return LogWithoutAWriter(file, true);
@@ -235,11 +203,7 @@ int wmain(int, wchar_t** argv) {
         QLLogger::CloseLogs();
         PutLines(0, kLines);
     }
-    if (way == L"amid loading") {
-        StartWhileALibraryLoads(file);
-    } else {
-        QLLogger::InitializeLog(file, QLLOG_INFO);
-    }
+    QLLogger::InitializeLog(std::make_shared<InPieces>(file), QLLOG_INFO);
     WaitUntilTheWriterRuns();
     if (way != L"early") PutLines(0, kLines);
     if (way == L"races") {

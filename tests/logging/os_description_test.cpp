@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/win32.h"
+
 namespace {
 
 constexpr std::uint32_t kStation = 1, kServer = 3, kX86 = 0, kItanium = 6, kAmd64 = 9;
@@ -13,21 +15,21 @@ constexpr struct {
     bool r2 = false;
 } kCases[] = {
     {6, 0, kStation, kX86, 0, 2, L"Windows VistaHome Basic Edition", L", 32-bit"},
-    {6, 0, kServer, kItanium, 0, 15, L"Windows Server 2008Enterprise Edition for Itanium-based Systems"},
+    {6, 0, kServer, kItanium, 0, 0, L"Windows Server 2008"},
     {6, 1, kStation, kAmd64, 0, 1, L"Windows 7Ultimate Edition", L", 64-bit"},
-    {6, 1, kServer, kX86, 0, 12, L"Windows Server 2008 R2Datacenter Edition (core installation)",
-     L", 32-bit"},
+    {6, 1, kServer, kX86, 0, 0, L"Windows Server 2008 R2", L", 32-bit"},
     {6, 2, kStation, kAmd64, 0, 48, L"Windows 8Professional", L", 64-bit"},
     {6, 2, 2, kAmd64, 0, 5, L"Windows Server 2012", L", 64-bit"},
     {6, 3, kStation, kX86, 0, 101, L"", L", 32-bit"},
-    {10, 0, kStation, kAmd64, 0, 48, L"Professional", L", 64-bit"},
     {5, 2, kServer, kX86, 0x2000, 0, L"Windows Server 2003 R2, Standard Edition", L"", true},
     {5, 2, kServer, kX86, 0xA400, 0, L"Windows Storage Server 2003Web Edition"},
     {5, 2, kServer, kX86, 0x8002, 0, L"Windows Home ServerEnterprise Edition"},
     {5, 2, kStation, kAmd64, 0, 0, L"Windows XP Professional x64 Edition"},
     {5, 2, kStation, kX86, 0x82, 0, L"Windows Server 2003, "},
     {5, 2, kServer, kItanium, 0x82, 0, L"Windows Server 2003, Datacenter Edition for Itanium-based Systems"},
+    {5, 2, kServer, kItanium, 0x2, 0, L"Windows Server 2003, Enterprise Edition for Itanium-based Systems"},
     {5, 2, kServer, kItanium, 0, 0, L"Windows Server 2003, "},
+    {5, 2, kServer, kAmd64, 0x82, 0, L"Windows Server 2003, Datacenter x64 Edition"},
     {5, 2, kServer, kAmd64, 0x2, 0, L"Windows Server 2003, Enterprise x64 Edition"},
     {5, 2, kServer, kAmd64, 0, 0, L"Windows Server 2003, Standard x64 Edition"},
     {5, 2, kServer, kX86, 0x4082, 0, L"Windows Server 2003, Compute Cluster Edition"},
@@ -41,6 +43,33 @@ constexpr struct {
 };
 
 }  // namespace
+
+TEST(OsDescription, NamesEveryEditionThatHasAName) {
+    std::wstring names;
+    for (std::uint32_t edition = 0; edition < 200; ++edition) {
+        const std::wstring text = ql::DescribeOs({2, 10, 0, 1, 0, kStation, kItanium, edition, false, L""});
+        const std::wstring name = text.substr(10, text.size() - 20);  // of "Microsoft NAME (build 1)"
+        if (!name.empty()) names += std::to_wstring(edition) + L' ' + name + L'\n';
+    }
+    EXPECT_EQ(
+        L"1 Ultimate Edition\n2 Home Basic Edition\n3 Home Premium Edition\n4 Enterprise Edition\n"
+        L"6 Business Edition\n7 Standard Edition\n8 Datacenter Edition\n9 Small Business Server\n"
+        L"10 Enterprise Edition\n11 Starter Edition\n12 Datacenter Edition (core installation)\n"
+        L"13 Standard Edition (core installation)\n14 Enterprise Edition (core installation)\n"
+        L"15 Enterprise Edition for Itanium-based Systems\n17 Web Server Edition\n18 Cluster Server Edition\n"
+        L"25 Small Business Server Premium Edition\n48 Professional\n",
+        names);
+}
+
+#ifdef _WIN32
+TEST(OsDescription, IsMadeOfWhatTheSystemTells) {
+    const auto facts = ql::ReadOsFacts();
+    DWORD edition = 0;
+    ::GetProductInfo(facts->major, facts->minor, 0, 0, &edition);
+    EXPECT_EQ(edition, facts->edition);
+    EXPECT_EQ(::GetSystemMetrics(SM_SERVERR2) != 0, facts->isServerR2);
+}
+#endif
 
 TEST(OsDescription, TellsEachSystemByItsFactsAndItsServicePackAloneOfOthers) {
     for (const auto& c : kCases) {

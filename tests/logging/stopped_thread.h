@@ -2,14 +2,13 @@
 
 #include <atomic>
 
-#include "platform/win32.h"
+#include "tests/support/replaced_import.h"
 
 // A breakpoint in the library: the first thread to meet it stands still there.
 class StoppedThread {
   public:
     explicit StoppedThread(unsigned long offset) {
-        s_at = reinterpret_cast<unsigned char*>(::GetModuleHandleW(L"Quillet.Platform.Native.Util.dll")) +
-               offset;
+        s_at = reinterpret_cast<unsigned char*>(::GetModuleHandleW(kLibrary)) + offset;
         s_was = *s_at;
         ::AddVectoredExceptionHandler(1, Look);
         Put(0xCC);

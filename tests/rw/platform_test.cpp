@@ -3,7 +3,11 @@
 #include <utility>
 
 #include "platform/message_box.h"
+#include "platform/module.h"
+#include "platform/shared_lock.h"
 #include "platform/unique_handle.h"
+#include "platform/windows_version.h"
+#include "tests/support/on_threads.h"
 
 namespace {
 
@@ -47,6 +51,41 @@ TEST(Handles, AreClosedOnceByTheirLastOwner) {
     EXPECT_EQ(3, handle.release());
     handle.reset();
     EXPECT_EQ((std::vector{1, 0, 2}), closed);
+}
+
+// Whoever holds a lock gives its turn away amid a change.
+TEST(Locks, KeepOthersOut) {
+    ql::CriticalSection section;
+    ql::SharedLock lock;
+    int counted = 0, written = 0, writtenToo = 0;
+    OnThreads(20, [&](int thread) {
+        for (int i = 0; i < 300; ++i) {
+            if (thread < 2) {
+                const ql::WriterGuard guard(lock);
+                const int before = written;
+                written = before + 1;
+                ::Sleep(0);
+                writtenToo = before + 1;
+            } else {
+                const ql::ReaderGuard guard(lock);
+                ::Sleep(0);
+                EXPECT_EQ(written, writtenToo);
+            }
+            const ql::CriticalSectionGuard guard(section);
+            const int before = counted;
+            ::Sleep(0);
+            counted = before + 1;
+        }
+    });
+    EXPECT_EQ(600, writtenToo);
+    EXPECT_EQ(6000, counted);
+}
+
+TEST(System, TellsOfTheProgram) {
+    wchar_t program[MAX_PATH] = {};
+    ::GetModuleFileNameW(nullptr, program, MAX_PATH);
+    EXPECT_EQ(program, ql::OwnModulePath());
+    EXPECT_TRUE(ql::IsWindows6OrLater());
 }
 
 TEST(ErrorBox, IsReplacedAndAnswersTheFormerOne) {
