@@ -4,11 +4,16 @@
 #include "text/characters.h"
 #include "text/decimal.h"
 #include "text/paths.h"
+#include "text/unit_block.h"
 
 TEST(Characters, CompareIgnoringCaseByUpperCasedUnits) {
     const std::tuple<std::wstring, std::wstring, int> cases[] = {
         {L"", L"a", -1},
         {L"Letter", L"lETTER", 0},
+        {L"azAZ", L"AZaz", 0},
+        {L"`", L"@", 1},
+        {L"{", L"[", 1},
+        {L"b\u00e4", L"a\u00c4", 1},
         {L"a_", L"aB", 1},  // the upper-cased B comes before the underscore, the small one would not
         {L"\u00e4\u0436", L"\u00c4\u0416", 0},
         {std::wstring(L"a\0b", 3), std::wstring(L"A\0C", 3), -1},
@@ -43,10 +48,49 @@ TEST(Blanks, AndQuotesSurroundATextAtEitherEnd) {
 }
 
 TEST(Decimal, IsReadAsFarAsItGoes) {
-    const std::tuple<const wchar_t*, double, std::size_t> cases[] = {
-        {L"-12.50e-1x", -1.25, 9}, {L"01.5.", 1.5, 4}, {L"8478990E22", 8478990e22, 10}, {L"2e+3", 2000, 4}};
-    for (const auto& [text, value, length] : cases) {
-        const Decimal read = ReadDecimal(text);
-        EXPECT_EQ(std::pair(value, length), std::pair(read.value, read.length)) << text;
+    constexpr double kInfinite = std::numeric_limits<double>::infinity();
+    const std::wstring zeros(800, L'0'), half = L"9007199254740993." + zeros;
+    const std::tuple<std::wstring, double, std::size_t, bool> cases[] = {
+        {L"-12.50e-1x", -1.25, 9, true},
+        {L"01.5.", 1.5, 4, true},
+        {L"8478990E22", 8478990e22, 10, true},
+        {L"1e23", 1e23, 4, true},
+        {L"5e-23", 5e-23, 5, true},
+        {L"2e+3", 2000, 4, true},
+        {L"2e-+3", 0, 3, false},
+        {L"-x", 0, 1, false},
+        {L"1.", 0, 2, false},
+        {L".5", 0, 0, false},
+        {L"90071992547409929", 90071992547409929.0, 17, true},
+        {L"18446744073709551617", 18446744073709551616.0, 20, true},
+        {L"1e309", kInfinite, 5, true},
+        {L"0.1e310", kInfinite, 7, true},
+        {L"1e-400", 0, 6, true},
+        {L"0e999", 0, 5, true},
+        {L"0." + zeros + L"7e801", 7, 807, true},
+        {L"7" + zeros + L"0e-801", 7, 807, true},
+        {L"1e18446744073709551617", kInfinite, 22, true},
+        {half, 9007199254740992.0, half.size(), true},
+        {half + L"1", 9007199254740994.0, half.size() + 1, true}};
+    for (const auto& [text, value, length, isValid] : cases) {
+        const std::wstring beyond = text + L'3';
+        const Decimal read = ReadDecimal({beyond.data(), text.size()});
+        EXPECT_EQ(std::tuple(value, length, isValid), std::tuple(read.value, read.length, read.isValid))
+            << text;
+    }
+}
+
+TEST(UnitBlock, HoldsTheFirstWantedUnitAtAnyPlace) {
+    for (std::size_t place = 0; place <= 40; ++place) {
+        std::wstring text(place + 11, L'a');
+        const auto isWanted = [](auto unit) { return unit == ql::Unit{L'w'}; };
+        const wchar_t* const end = text.data() + text.size() - 1;
+        text.back() = L'w';
+        EXPECT_EQ(end, ql::FindUnit(text.data(), end, isWanted)) << "which is not looked at";
+        text[place] = L'w';
+        EXPECT_EQ(text.data() + place, ql::FindUnit(text.data(), end, isWanted));
+        text[place] = L'\0';
+        for (std::size_t from = 0; from <= place; ++from)
+            EXPECT_EQ(place - from, ql::TextLength(&text[from]));
     }
 }

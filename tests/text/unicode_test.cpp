@@ -27,8 +27,9 @@ TEST(Unicode, SurrogatesAloneAreReplaced) {
 
 TEST(Unicode, BytesThatAreNoUtf8AreRefused) {
     for (const char* bytes :
-         {"\x80", "\xC3", "\xC1\x81", "\xE0\x80\x80", "\xE2\x82", "\xE2\x82x", "\xED\xA0\x80",
-          "\xF0\x80\x80\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"}) {
+         {"\x80", "\x90\x80", "\xF9\x80\x80\x80", "\xC3", "\xC1\x81", "\xE0\x80\x80", "\xE2\x82", "\xE2\x82x",
+          "\xED\xA0\x80", "\xF0\x80\x80\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"}) {
         EXPECT_EQ(std::nullopt, ql::FromUtf8("ok" + std::string(bytes))) << testing::PrintToString(bytes);
+        EXPECT_EQ(0u, ql::FirstOfUtf8(bytes).bytes) << testing::PrintToString(bytes);
     }
 }
