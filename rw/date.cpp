@@ -50,8 +50,8 @@ void RWDate::saveOn(RWvostream& stream) const {
 }
 
 void RWDate::restoreFrom(RWFile& file) {
-    std::uint32_t number = 0;
-    if (file.Read(number)) dayNumber_ = number;
+    RWFileIstream stream(file);
+    restoreFrom(stream);
 }
 
 void RWDate::restoreFrom(RWvistream& stream) {

@@ -43,6 +43,12 @@ std::string Joined(const RWOrdered& items) {
     return joined;
 }
 
+struct Throwing : std::streambuf {
+    int_type overflow(int_type) override { throw std::bad_alloc(); }
+    int_type underflow() override { throw std::bad_alloc(); }
+    int sync() override { throw std::bad_alloc(); }
+};
+
 // Whether the stream was still good after it.
 bool Restore(RWCollectable& value, const std::string& bytes) {
     std::stringbuf buffer(bytes);
@@ -143,7 +149,7 @@ TEST(Collectables, CompareAndCopyWithinTheirClass) {
     ofWideA.append(&wideA);
     const std::initializer_list<const RWCollectable*> kDifferent = {
         &upper, &a, &zero, &wideUpper, &wideA, &plain, &none, &ofA, &ofWideA, &dictionary};
-    std::map<RWClassId, std::string> classes;
+    std::map<RWClassId, std::string> classes = {{kRWCollectableOther, "of another room"}};
     for (const RWCollectable* object : kDifferent) {
         SCOPED_TRACE(typeid(*object).name());
         EXPECT_EQ(typeid(*object).name(),
@@ -203,6 +209,10 @@ TEST(VirtualStreams, StayBadOnceAGetOrPutHasFailed) {
     RWBufferOstream out(full);
     EXPECT_FALSE((out << 2.0).good());
     EXPECT_FALSE(out.put("", 0).good());
+    Throwing throwing;
+    EXPECT_FALSE((RWBufferOstream(throwing) << 2.0).good());
+    EXPECT_FALSE(RWBufferOstream(throwing).flush().good());
+    EXPECT_FALSE((RWBufferIstream(throwing) >> value).good());
 }
 
 TEST(Collectables, KeepWhatTheyHaveAndTheWholeItemsOfMalformedBytes) {

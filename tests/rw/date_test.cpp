@@ -31,11 +31,30 @@ void ExpectCalendarsDay(int year, unsigned month, unsigned day) {
     std::tm fields;
     date.extract(&fields);
     EXPECT_EQ((days - std::chrono::sys_days(expected.year() / 1 / 1)).count(), fields.tm_yday);
+    EXPECT_EQ(expected, std::chrono::year(fields.tm_year + 1900) / (fields.tm_mon + 1) / fields.tm_mday);
+    EXPECT_EQ(std::chrono::weekday(days), std::chrono::weekday(static_cast<unsigned>(fields.tm_wday)));
+    EXPECT_EQ(0, fields.tm_hour);
+    EXPECT_EQ(-1, fields.tm_isdst);
 }
 
 TEST(Date, IsTheCalendarsDayByItsPartsAndByItsNumber) {
     for (const int year : {-1, 0, 1, 4, 1899, 1900, 2000, 2023, 2024, 9999, 10000, 10001}) {
         for (unsigned place = 0; place < 14 * 33; ++place) ExpectCalendarsDay(year, place / 33, place % 33);
+    }
+}
+
+TEST(Date, OfANumberAloneMayBeNoneOrLieFarAway) {
+    std::tm fields;
+    RWDate(0u).extract(&fields);
+    EXPECT_EQ(0, fields.tm_mday);
+    EXPECT_EQ(0u, RWDate(0u).dayOfMonth() + RWDate(0u).month() + RWDate(0u).year());
+    EXPECT_EQ(0u, RWDate(1u).year());
+    EXPECT_NE(0u, RWDate().dayNumber());
+    constexpr std::uint32_t kCycles = 3000, kDays = kCycles * 146097;  // of 400 years, which are alike
+    for (const std::uint32_t number : {0x1FFFFFFFu, 0x20000000u, 0xFFFFFFFFu}) {
+        EXPECT_EQ(RWDate(number - kDays).year() + 400 * kCycles, RWDate(number).year());
+        EXPECT_EQ(RWDate(number - kDays).month(), RWDate(number).month());
+        EXPECT_EQ(RWDate(number - kDays).dayOfMonth(), RWDate(number).dayOfMonth());
     }
 }
 
