@@ -76,6 +76,7 @@ TEST(JsonParse, RefusesAndDiagnosisPointsAtTheFirstFault) {
         {L"\"\\u12\"", 1, 6, L"a hexadecimal digit", L"\""},
         {L"\"\\u 123\"", 1, 4, L"a hexadecimal digit", L"U+0020"},
         {L"\uFEFF{}", 1, 1, L"a value", L"U+FEFF"},
+        {L"\x7f", 1, 1, L"a value", L"U+007F"},
         {L"[\u0661]", 1, 2, L"a value or ]", L"U+0661"},
     };
     for (const auto& row : kRows) {
@@ -269,14 +270,19 @@ TEST(JsonValue, ManyMembersInAnyOrderAreFoundAndKeptSorted) {
         for (const wstring& known : {key, wstring(L"1000")})
             ASSERT_FALSE(object.AddMember(known, std::make_unique<Value>(L"again"))) << known;
     }
+    const wstring written = Written(&object);
+    Value copies(JSON::Array);
+    for (int i = 0; i < 2; ++i) ASSERT_TRUE(copies.AddElement(object.Clone()));
+    EXPECT_EQ(L"[" + written + L"," + written + L"]", Written(&copies));
     RWWString key;
     int next = 1000;
-    for (Value* node = object.FirstMember(key); node; node = object.NextMember(key), ++next) {
+    for (Value* node = object.NextMember(key); node; node = object.NextMember(key), ++next) {
         ASSERT_EQ(std::to_wstring(next), key.str());
         ASSERT_EQ(key.view(), node->text());
         ASSERT_EQ(node, object.Member(key));
     }
     EXPECT_EQ(2000, next);
+    EXPECT_EQ(written, Written(&object));
     for (const wchar_t* absent : {L"1000x", L""}) EXPECT_EQ(nullptr, std::as_const(object).Member(absent));
 }
 
@@ -299,7 +305,7 @@ TEST(JsonValue, CopiesShareNothingWithTheOriginal) {
     const auto copy = original->Clone(), part = original->Member(L"a")->Clone();
     ASSERT_TRUE(copy->Member(L"b")->AddMember(L"n", Value(false).Clone()));
     ASSERT_TRUE(original->Member(L"a")->AddElement(part->Element(1)->Clone()));
-    EXPECT_EQ(1, copy->FirstMember(key)->Element(0)->number()) << "a walk of its own";
+    EXPECT_EQ(1, copy->NextMember(key)->Element(0)->number()) << "a walk of its own";
     EXPECT_EQ(L"{\"a\":[1,\"t\\u0000\",\"t\\u0000\"],\"b\":{}}", Written(original.get()));
     original.reset();
     EXPECT_EQ(L"{\"a\":[1,\"t\\u0000\"],\"b\":{\"n\":false}}", Written(copy.get()));
