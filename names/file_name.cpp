@@ -67,9 +67,8 @@ std::size_t FirstSeparator(Text text) {
 }
 
 std::size_t LastSeparator(Text text) {
-    std::size_t i = text.size();
-    while (i > 0 && !ql::IsSeparator(text[i - 1])) --i;
-    return i > 0 ? i - 1 : kNone;
+    const auto found = std::find_if(text.rbegin(), text.rend(), ql::IsSeparator);
+    return static_cast<std::size_t>(text.rend() - found) - 1;  // kNone when there is none
 }
 
 Text UpToZero(Text text) {
@@ -154,7 +153,7 @@ bool IsPathAlone(Text text, std::size_t end) {
 // Where the tail of a file name begins: at the earlier of the last "?" and the last "#", of those behind the
 // dot.
 std::size_t TailBegin(Text text, std::size_t dot) {
-    const auto behindDot = [dot](std::size_t at) { return dot != kNone && at < dot ? kNone : at; };
+    const auto behindDot = [dot](std::size_t at) { return at < dot + 1 ? kNone : at; };  // kNone + 1 is 0
     return std::min({behindDot(text.rfind(L'?')), behindDot(text.rfind(L'#')), text.size()});
 }
 

@@ -25,8 +25,8 @@ void Number::saveOn(RWvostream& stream) const {
 }
 
 void Number::restoreFrom(RWFile& file) {
-    double value = 0;
-    if (file.Read(value)) m_value = value;
+    RWFileIstream stream(file);
+    restoreFrom(stream);
 }
 
 void Number::restoreFrom(RWvistream& stream) {

@@ -35,6 +35,7 @@ constexpr const wchar_t* kParsed[][3] = {
     {L".profile", L"||||.profile||00"},
     {L"a.b.c", L"|||a.b|.c||00"},
     {L"a?b?c", L"|||a?b|-|?c|00", L"a?b"},
+    {L"a.?b", L"|||a|.|?b|00", L"a."},
     {L"a#b?c", L"|||a|-|#b?c|00", L"a"},
     {L"a?b.c", L"|||a?b|.c||00"},
     {L"a.b ?c", L"|||a|.b|?c|00", L"a.b"},
@@ -52,6 +53,8 @@ constexpr const wchar_t* kParsed[][3] = {
     {LR"(http:\\srv\x)", LR"(http|srv\||x|-||\0R)", LR"(http://srv\x)"},
     {L"http:", L"http||||-||00R", L"http://"},
     {L"file:///C:/x", LR"(file||C:/x||-||/\R)", LR"(/C:/x\)"},
+    {L"ht:/x", L"ht|x|||-||00R", L"ht://x"},
+    {L"ht://x", L"ht|x|||-||00R"},
     {L"x y:z/w", L"x y|z/||w|-||/0R", L"x y://z/w"},
     {L"C://x", L"file|C:/||x|-||//"},
     {L"MAILTO:a.b", L"mailto|a.b|||-||00R", L"mailto:a.b"},
@@ -151,6 +154,7 @@ TEST(FileName, ComparesPartByPartIgnoringCase) {
     }
     EXPECT_EQ(QLFileName(L"http://S/A.B?x"), QLFileName(L"HTTP:\\s\\a.b#y")) << "but for the tail";
     EXPECT_NE(QLFileName(L"a"), QLFileName(L"b"));
+    EXPECT_EQ(6, QLFileName::ACCESS_READ + QLFileName::ACCESS_WRITE);
 }
 
 TEST(FileName, ChangesCaseButForSchemeAndTailAndStaysOfItsKind) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <string>
+#include <tuple>
 
 #include "rw/file.h"
 #include "rw/virtual_streams.h"
@@ -48,13 +49,15 @@ TEST(Date, OfANumberAloneMayBeNoneOrLieFarAway) {
     RWDate(0u).extract(&fields);
     EXPECT_EQ(0, fields.tm_mday);
     EXPECT_EQ(0u, RWDate(0u).dayOfMonth() + RWDate(0u).month() + RWDate(0u).year());
-    EXPECT_EQ(0u, RWDate(1u).year());
+    EXPECT_EQ(0u, RWDate(1721425).year()) << "31 December of the year before 1";
     EXPECT_NE(0u, RWDate().dayNumber());
-    constexpr std::uint32_t kCycles = 3000, kDays = kCycles * 146097;  // of 400 years, which are alike
-    for (const std::uint32_t number : {0x1FFFFFFFu, 0x20000000u, 0xFFFFFFFFu}) {
-        EXPECT_EQ(RWDate(number - kDays).year() + 400 * kCycles, RWDate(number).year());
-        EXPECT_EQ(RWDate(number - kDays).month(), RWDate(number).month());
-        EXPECT_EQ(RWDate(number - kDays).dayOfMonth(), RWDate(number).dayOfMonth());
+    constexpr std::uint32_t kCycle = 146097;  // of 400 years, which are alike
+    for (std::uint32_t number = kCycle + 1; number > kCycle; number += 65521) {
+        const RWDate::Calendar date = RWDate(number).calendar();
+        const RWDate::Calendar before = RWDate(number - kCycle).calendar();
+        ASSERT_EQ(std::tuple(before.year + 400, before.month, before.day),
+                  std::tuple(date.year, date.month, date.day))
+            << number;
     }
 }
 
@@ -62,8 +65,6 @@ TEST(Date, GoesThroughAFileAndStaysWhereThatEnds) {
     const TestFolder folder;
     RWFile file((folder / L"dates").c_str(), L"w+b");
     RWDate(31, 12, 2023).saveOn(file);
-    EXPECT_TRUE(file.isValid());
-    EXPECT_TRUE(RWFileOstream(file).flush().good());
     RWDate date(1, 1, 1);
     for (int i = 0; i < 2; ++i) {
         file.SeekTo(4 * i);
