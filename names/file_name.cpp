@@ -82,17 +82,14 @@ std::optional<std::wstring> SystemExpansion(Text text) {
     if (text.size() > kMostUnits) return std::nullopt;
     const std::wstring given(text);
     std::wstring expanded;
-    DWORD needed = ::ExpandEnvironmentStringsW(given.c_str(), nullptr, 0);
-    // Another thread may lengthen a variable between the calls.
-    while (needed > expanded.size()) {
-        if (needed > kMostUnits + 1) return std::nullopt;
-        expanded.resize(needed);
-        needed =
+    // Asked first without room, and again while another thread lengthens a variable.
+    for (;;) {
+        const DWORD needed =
             ::ExpandEnvironmentStringsW(given.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
+        if (needed == 0 || needed > kMostUnits + 1) return std::nullopt;
+        if (needed <= expanded.size()) return expanded.substr(0, needed - 1);  // without the closing zero
+        expanded.resize(needed);
     }
-    if (needed == 0) return std::nullopt;
-    expanded.resize(needed - 1);  // without the closing zero
-    return expanded;
 }
 
 // One reference after the other. The second sign of an unknown one may begin another.

@@ -48,14 +48,14 @@ constexpr const wchar_t* kParsed[][3] = {
     // URLs
     {L"FTP://srv/a/b/f.htm?x=1#top", L"ftp|srv/|a/b|f|.htm|?x=1#top|//R", L"ftp://srv/a/b/f.htm"},
     {L"https://srv/", L"https|srv/|||-||/0R"},
-    {L"ht:srv", L"ht|srv|||-||00R", L"ht://srv"},
+    {L"hA:srv", L"ha|srv|||-||00R", L"ha://srv"},
     {L"http:/srv/x", L"http|srv/||x|-||/0R", L"http://srv/x"},
     {LR"(http:\\srv\x)", LR"(http|srv\||x|-||\0R)", LR"(http://srv\x)"},
     {L"http:", L"http||||-||00R", L"http://"},
     {L"file:///C:/x", LR"(file||C:/x||-||/\R)", LR"(/C:/x\)"},
     {L"ht:/x", L"ht|x|||-||00R", L"ht://x"},
     {L"ht://x", L"ht|x|||-||00R"},
-    {L"x y:z/w", L"x y|z/||w|-||/0R", L"x y://z/w"},
+    {L"x Z:z/w", L"x z|z/||w|-||/0R", L"x z://z/w"},
     {L"C://x", L"file|C:/||x|-||//"},
     {L"MAILTO:a.b", L"mailto|a.b|||-||00R", L"mailto:a.b"},
     {L"news:a/b", L"news|a/||b|-||00R", L"news:a/"},
@@ -167,13 +167,14 @@ TEST(FileName, ChangesCaseButForSchemeAndTailAndStaysOfItsKind) {
         {L"PLUGIN\\{Ab}", L"plugin\\{ab}", L"PLUGIN\\{AB}", 0, 1},
     };
     for (const auto& [text, lower, upper, isDocument, isPlugin] : rows) {
-        QLFileName name(text);
+        QLFileName name(text), raised(text);
         name.ToLower();
         EXPECT_EQ(RWWString(lower), name.GetPathAndFileName());
         EXPECT_EQ(isDocument, name.IsODMADocId()) << text;
         EXPECT_EQ(isPlugin, name.IsPluginFileType()) << text;
-        name.ToUpper();
-        EXPECT_EQ(RWWString(upper), name.GetPathAndFileName());
+        raised.ToUpper();
+        EXPECT_EQ(RWWString(upper), raised.GetPathAndFileName());
+        EXPECT_EQ(name.GetScheme(), raised.GetScheme()) << "lower in both";
         name.SetFileName(L"");
         EXPECT_FALSE(name.IsODMADocId()) << text;
         EXPECT_FALSE(name.IsPluginFileType()) << text;

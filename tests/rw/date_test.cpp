@@ -49,6 +49,8 @@ TEST(Date, OfANumberAloneMayBeNoneOrLieFarAway) {
     RWDate(0u).extract(&fields);
     EXPECT_EQ(0, fields.tm_mday);
     EXPECT_EQ(0u, RWDate(0u).dayOfMonth() + RWDate(0u).month() + RWDate(0u).year());
+    for (const RWDate& none : {RWDate(~0u, 1, 1), RWDate(1, ~0u, 1), RWDate(1, 1, ~0u)})
+        EXPECT_EQ(0u, none.dayNumber());
     EXPECT_EQ(0u, RWDate(1721425).year()) << "31 December of the year before 1";
     EXPECT_NE(0u, RWDate().dayNumber());
     constexpr std::uint32_t kCycle = 146097;  // of 400 years, which are alike

@@ -49,18 +49,25 @@ TEST(Blanks, AndQuotesSurroundATextAtEitherEnd) {
 
 TEST(Decimal, IsReadAsFarAsItGoes) {
     constexpr double kInfinite = std::numeric_limits<double>::infinity();
-    const std::wstring zeros(800, L'0'), half = L"9007199254740993." + zeros;
+    const std::wstring zeros(900, L'0'), one = L"1.00000000000000011102230246251565404236316680908203125";
     const std::pair<double, std::vector<std::wstring>> numbers[] = {
-        {7, {L"7", L"07.00", L"70E-1", L"0.7e+1", L"0." + zeros + L"7e801", L"7" + zeros + L"0e-801"}},
-        {1e23, {L"1e23", L"100000000000000000000000"}},
-        {-5e-23, {L"-5e-23", L"-0.5e-22"}},
-        {8478990e22, {L"8478990E22"}},
-        {90071992547409929.0, {L"90071992547409929"}},
-        {18446744073709551616.0, {L"18446744073709551617"}},
-        {9007199254740992.0, {L"9007199254740992", half}},
-        {9007199254740994.0, {half + L"1"}},
-        {kInfinite, {L"1e309", L"0.1e310", L"1e18446744073709551617"}},
-        {0, {L"1e-400", L"0e999", L"0", L"1e-18446744073709551617"}}};
+        {7, {L"7", L"07.00", L"70E-1", L"0.7e+1", L"0." + zeros + L"7e901", L"7" + zeros + L"e-900"}},
+        {9007199254740992, {L"9007199254740992", L"9007199254740993"}},
+        {9007199254740994, {L"9007199254740993.0000000000000000000000001"}},
+        {90071992547409929, {L"90071992547409929"}},
+        {std::numeric_limits<double>::max(), {L"1.7976931348623157e308"}},
+        {std::numeric_limits<double>::denorm_min(), {L"5e-324"}},
+        {2.2250738585072011e-308, {L"2.2250738585072011e-308"}},
+        // A product or quotient in more digits than a double has, rounded once more, is another neighbour.
+        {0x1.6345785cf9e43p+109, {L"9007199253890324E17"}},
+        {0x1.03e7acb77f007p+85, {L"3927573E19"}},
+        {0x1.79dae6ea85447p+7, {L"188927543E-6", L"188.927543", L"0.00188927543e5"}},
+        {-0x1.bdcfe96fa6d0bp+2, {L"-6965814932856357E-15", L"-6.965814932856357"}},
+        {1, {one + zeros}},
+        {0x1.0000000000001p+0, {one + zeros + L"1"}},
+        {1e23, {L"1e23"}},
+        {kInfinite, {L"1e309", L"0.1e310", L"1e99999999999999999999", L"1e9223372036854775807"}},
+        {0, {L"1e-400", L"0e999", L"0." + zeros + L"1", L"1e-99999999999999999999"}}};
     for (const auto& [value, texts] : numbers) {
         for (const std::wstring& text : texts) {
             const std::wstring beyond = text + L'3';
