@@ -42,7 +42,8 @@ void RWDate::extract(std::tm* fields) const {
 }
 
 void RWDate::saveOn(RWFile& file) const {
-    file.Write(dayNumber_);
+    RWFileOstream stream(file);
+    saveOn(stream);
 }
 
 void RWDate::saveOn(RWvostream& stream) const {

@@ -17,7 +17,8 @@ Number operator/(Number dividend, Number divisor) {
 }
 
 void Number::saveOn(RWFile& file) const {
-    file.Write(m_value);
+    RWFileOstream stream(file);
+    saveOn(stream);
 }
 
 void Number::saveOn(RWvostream& stream) const {

@@ -89,20 +89,16 @@ TEST(JsonParse, RefusesAndDiagnosisPointsAtTheFirstFault) {
 
 TEST(JsonNumber, ReadsExactlyAndLikewiseUnderALocaleWithADecimalComma) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    const std::pair<double, std::vector<wstring>> kRows[] = {{1, {L"01"}},
-                                                             {-7.5, {L"-007.50", L"-75E-1", L"-0.75e+1"}},
-                                                             {0.1, {L"0.1", L"1e-1"}},
-                                                             {-kInfinity, {L"-1e400"}},
-                                                             {0, {L"1e-400"}}};
+    const std::pair<const wchar_t*, double> kRows[] = {
+        {L"01", 1},    {L"-007.50", -7.5}, {L"-75E-1", -7.5},       {L"-0.75e+1", -7.5},
+        {L"0.1", 0.1}, {L"1e-1", 0.1},     {L"-1e400", -kInfinity}, {L"1e-400", 0}};
     // The last one is known on Windows, the other one on some other systems.
     for (const char* locale : {"C", "de_DE.UTF-8", "German"}) {
         std::setlocale(LC_ALL, locale);
-        for (const auto& [value, documents] : kRows) {
-            for (const wstring& document : documents) {
-                const auto node = Parse(document);
-                ASSERT_TRUE(node && node->kind() == JSON::Number) << document;
-                EXPECT_EQ(value, node->number()) << document;
-            }
+        for (const auto& [document, value] : kRows) {
+            const auto node = Parse(document);
+            ASSERT_TRUE(node && node->kind() == JSON::Number) << document;
+            EXPECT_EQ(value, node->number()) << document;
         }
         EXPECT_EQ(L"[2.5,-0.125]", Rewritten(L"[2.5,-0.125]"));
         std::setlocale(LC_ALL, "C");

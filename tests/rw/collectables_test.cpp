@@ -7,7 +7,6 @@
 #include <sstream>
 #include <typeinfo>
 
-#include "rw/date.h"
 #include "rw/file.h"
 #include "rw/hash_dictionary.h"
 #include "rw/ordered.h"
@@ -179,22 +178,15 @@ TEST(VirtualStreams, CarryValuesAsLittleEndianBytes) {
     std::stringbuf buffer;
     RWBufferOstream out(buffer);
     out << std::uint32_t{0xfffefdfc} << 0.5;
-    RWDate(29, 2, 2000).saveOn(out);
     EXPECT_TRUE(out.put("", 0).flush().good());
-    EXPECT_EQ("\xfc\xfd\xfe\xff\0\0\0\0\0\0\xe0\x3f\x94\x68\x25\0"s, buffer.str());
+    EXPECT_EQ("\xfc\xfd\xfe\xff\0\0\0\0\0\0\xe0\x3f"s, buffer.str());
 
     RWBufferIstream in(buffer);
     std::uint32_t count = 0;
     double number = 0;
-    RWDate date(32, 1, 2000);
-    EXPECT_EQ(0u, date.dayNumber());
     EXPECT_TRUE((in >> count >> number).good());
     EXPECT_EQ(0xfffefdfcu, count);
     EXPECT_EQ(0.5, number);
-    for (int i = 0; i < 2; ++i) {  // the second time finds nothing
-        date.restoreFrom(in);
-        EXPECT_EQ(2451604u, date.dayNumber());
-    }
 }
 
 TEST(VirtualStreams, StayBadOnceAGetOrPutHasFailed) {

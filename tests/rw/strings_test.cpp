@@ -9,14 +9,9 @@
 
 using namespace std::string_literals;
 
-namespace {
-
-const wchar_t* const kNoText = nullptr;
-const char* const kNoBytes = nullptr;
-
-}  // namespace
-
 TEST(Strings, TakeANullPointerForTheEmptyText) {
+    const wchar_t* const kNoText = nullptr;
+    const char* const kNoBytes = nullptr;
     RWWString text(kNoText);
     EXPECT_STREQ(L"", text.data());
     EXPECT_TRUE(text == kNoText);

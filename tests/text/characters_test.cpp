@@ -4,6 +4,7 @@
 #include "text/characters.h"
 #include "text/decimal.h"
 #include "text/paths.h"
+#include "text/unicode.h"
 #include "text/unit_block.h"
 
 TEST(Characters, CompareIgnoringCaseByUpperCasedUnits) {
@@ -55,7 +56,6 @@ TEST(Decimal, IsReadAsFarAsItGoes) {
         {9007199254740992, {L"9007199254740992", L"9007199254740993"}},
         {9007199254740994, {L"9007199254740993.0000000000000000000000001"}},
         {90071992547409929, {L"90071992547409929"}},
-        {std::numeric_limits<double>::max(), {L"1.7976931348623157e308"}},
         {std::numeric_limits<double>::denorm_min(), {L"5e-324"}},
         {2.2250738585072011e-308, {L"2.2250738585072011e-308"}},
         // A product or quotient in more digits than a double has, rounded once more, is another neighbour.
@@ -70,22 +70,19 @@ TEST(Decimal, IsReadAsFarAsItGoes) {
         {0, {L"1e-400", L"0e999", L"0." + zeros + L"1", L"1e-99999999999999999999"}}};
     for (const auto& [value, texts] : numbers) {
         for (const std::wstring& text : texts) {
-            const std::wstring beyond = text + L'3';
-            const Decimal read = ReadDecimal({beyond.data(), text.size()});
-            EXPECT_EQ(std::pair(value, text.size()), std::pair(read.value, read.length)) << text;
-            EXPECT_TRUE(read.isValid) << text;
+            const std::wstring beyond = text + L'3', behind = text + L"x9";
+            for (const std::wstring_view view :
+                 {std::wstring_view(beyond).substr(0, text.size()), {behind}}) {
+                const Decimal read = ReadDecimal(view);
+                EXPECT_EQ(std::tuple(value, text.size(), true),
+                          std::tuple(read.value, read.length, read.isValid))
+                    << text;
+            }
         }
     }
-    const std::tuple<const wchar_t*, double, std::size_t, bool> others[] = {{L"-12.50e-1x", -1.25, 9, true},
-                                                                            {L"01.5.", 1.5, 4, true},
-                                                                            {L"2e-+3", 0, 3, false},
-                                                                            {L"-x", 0, 1, false},
-                                                                            {L"1.", 0, 2, false},
-                                                                            {L".5", 0, 0, false}};
-    for (const auto& [text, value, length, isValid] : others) {
+    for (const auto& [text, length] : {std::pair(L"2e-+3", 3u), {L"-x", 1u}, {L"1.e", 2u}, {L".5", 0u}}) {
         const Decimal read = ReadDecimal(text);
-        EXPECT_EQ(std::tuple(value, length, isValid), std::tuple(read.value, read.length, read.isValid))
-            << text;
+        EXPECT_EQ(std::tuple(0, length, false), std::tuple(read.value, read.length, read.isValid)) << text;
     }
 }
 
@@ -101,5 +98,37 @@ TEST(UnitBlock, HoldsTheFirstWantedUnitAtAnyPlace) {
         text[place] = L'\0';
         for (std::size_t from = 0; from <= place; ++from)
             EXPECT_EQ(place - from, ql::TextLength(&text[from]));
+    }
+}
+
+TEST(Unicode, EveryCharacterComesBackFromBothForms) {
+    std::wstring all;
+    std::size_t bytes = 0;
+    for (char32_t c = 0; c <= ql::kLastCharacter; ++c) {
+        if (ql::IsSurrogate(c)) continue;
+        ql::AppendUtf16(all, c);
+        bytes += c < 0x80 ? 1 : c < 0x800 ? 2 : c < 0x10000 ? 3 : 4;
+    }
+    const std::string utf8 = ql::ToUtf8(all);
+    EXPECT_EQ(bytes, utf8.size());
+    EXPECT_TRUE(all == ql::FromUtf8(utf8)) << "megabytes differ";
+    EXPECT_EQ("\xF0\x9F\x98\x80\xE2\x82\xAC", ql::ToUtf8(L"\xD83D\xDE00\x20AC"));
+}
+
+TEST(Unicode, SurrogatesAloneAreReplaced) {
+    for (const wchar_t* text : {L"\xD83D", L"\xDE00", L"\xD83Dx", L"\xDE00\xD83D"}) {
+        const std::wstring_view view(text);
+        EXPECT_TRUE(ql::HasLoneSurrogate(view)) << ql::ToUtf8(view);
+        EXPECT_TRUE(ql::ToUtf8(view).starts_with("\xEF\xBF\xBD")) << ql::ToUtf8(view);
+    }
+    EXPECT_FALSE(ql::HasLoneSurrogate(L"x\xD83D\xDE00y"));
+}
+
+TEST(Unicode, BytesThatAreNoUtf8AreRefused) {
+    for (const char* bytes :
+         {"\x80", "\x90\x80", "\xF9\x80\x80\x80", "\xC3", "\xC1\x81", "\xE0\x80\x80", "\xE2\x82", "\xE2\x82x",
+          "\xED\xA0\x80", "\xF0\x80\x80\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"}) {
+        EXPECT_EQ(std::nullopt, ql::FromUtf8("ok" + std::string(bytes))) << testing::PrintToString(bytes);
+        EXPECT_EQ(0u, ql::FirstOfUtf8(bytes).bytes) << testing::PrintToString(bytes);
     }
 }

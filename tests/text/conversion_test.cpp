@@ -56,8 +56,7 @@ TEST(AnsiText, ConvertsEveryUnitAndEveryByteAsTheSystemDoes) {
     for (int byte = -128; byte <= 127; ++byte) bytes += static_cast<char>(byte);
     std::wstring wide(bytes.size(), L'\0');
     const int size = static_cast<int>(bytes.size());
-    wide.resize(
-        static_cast<std::size_t>(::MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, wide.data(), size)));
+    ::MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, wide.data(), size);
     EXPECT_EQ(wide, RWCStringToRWWString(bytes).str());
 }
 #else
