@@ -7,7 +7,6 @@
 #include <tuple>
 
 #include "rw/file.h"
-#include "rw/virtual_streams.h"
 #include "tests/support/test_folder.h"
 
 namespace {

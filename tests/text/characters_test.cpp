@@ -55,7 +55,7 @@ TEST(Decimal, IsReadAsFarAsItGoes) {
         {7, {L"7", L"07.00", L"70E-1", L"0.7e+1", L"0." + zeros + L"7e901", L"7" + zeros + L"e-900"}},
         {9007199254740992, {L"9007199254740992", L"9007199254740993"}},
         {9007199254740994, {L"9007199254740993.0000000000000000000000001"}},
-        {90071992547409929, {L"90071992547409929"}},
+        {90071992547409929.0, {L"90071992547409929"}},
         {std::numeric_limits<double>::denorm_min(), {L"5e-324"}},
         {2.2250738585072011e-308, {L"2.2250738585072011e-308"}},
         // A product or quotient in more digits than a double has, rounded once more, is another neighbour.
