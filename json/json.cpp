@@ -44,7 +44,7 @@ Value::Value(const RWWString& text) : Value(String) {
 }
 
 Value::Value(const wchar_t* text) : Value(String) {
-    const std::wstring_view view = text ? std::wstring_view(text) : std::wstring_view();
+    const std::wstring_view view = ql::TextOf(text);
     text_ = {CopyOf(view), view.size()};
 }
 

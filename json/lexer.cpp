@@ -4,6 +4,7 @@
 
 #include "json/units.h"
 #include "text/decimal.h"
+#include "text/hex_digit.h"
 
 namespace JSON {
 
@@ -11,13 +12,6 @@ namespace {
 
 constexpr bool IsBlank(wchar_t unit) {
     return unit == L' ' || unit == L'\t' || unit == L'\n' || unit == L'\r' || unit == L'\f';
-}
-
-constexpr int HexValue(wchar_t unit) {
-    if (IsDigit(unit)) return unit - L'0';
-    if (unit >= L'a' && unit <= L'f') return unit - L'a' + 10;
-    if (unit >= L'A' && unit <= L'F') return unit - L'A' + 10;
-    return -1;
 }
 
 }  // namespace
@@ -120,14 +114,15 @@ bool Lexer::DecodeEscape(const wchar_t* closing, wchar_t*& out) noexcept {
 }
 
 bool Lexer::DecodeHex(const wchar_t* closing, wchar_t& unit) noexcept {
-    int value = 0;
+    unsigned value = 0;
     for (int i = 0; i < 4; ++i, ++next_) {
-        const int digit = next_ != closing ? HexValue(*next_) : -1;
-        if (digit < 0) {
+        const unsigned digit =
+            next_ != closing ? ql::HexDigit(static_cast<char32_t>(*next_)) : ql::kNoHexDigit;
+        if (digit == ql::kNoHexDigit) {
             Fail(Token::String, L"a hexadecimal digit");
             return false;
         }
-        value = value * 16 + digit;
+        value = value << 4 | digit;
     }
     unit = static_cast<wchar_t>(value);
     return true;

@@ -21,7 +21,7 @@ enum class Token {
     Error,
     End
 };
-inline constexpr std::size_t kTokenCount = 12;
+inline constexpr std::size_t kTokenCount = static_cast<std::size_t>(Token::End) + 1;
 
 // Where a document is wrong.
 struct ParseFault {

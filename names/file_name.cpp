@@ -67,9 +67,8 @@ std::size_t FirstSeparator(Text text) {
 }
 
 std::size_t LastSeparator(Text text) {
-    std::size_t i = text.size();
-    while (i > 0 && !ql::IsSeparator(text[i - 1])) --i;
-    return i > 0 ? i - 1 : kNone;
+    const auto found = std::find_if(text.rbegin(), text.rend(), ql::IsSeparator);
+    return static_cast<std::size_t>(text.rend() - found) - 1;  // kNone when there is none
 }
 
 Text UpToZero(Text text) {
@@ -83,17 +82,14 @@ std::optional<std::wstring> SystemExpansion(Text text) {
     if (text.size() > kMostUnits) return std::nullopt;
     const std::wstring given(text);
     std::wstring expanded;
-    DWORD needed = ::ExpandEnvironmentStringsW(given.c_str(), nullptr, 0);
-    // Another thread may lengthen a variable between the calls.
-    while (needed > expanded.size()) {
-        if (needed > kMostUnits + 1) return std::nullopt;
-        expanded.resize(needed);
-        needed =
+    // Asked first without room, and again while another thread lengthens a variable.
+    for (;;) {
+        const DWORD needed =
             ::ExpandEnvironmentStringsW(given.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
+        if (needed == 0 || needed > kMostUnits + 1) return std::nullopt;
+        if (needed <= expanded.size()) return expanded.substr(0, needed - 1);  // without the closing zero
+        expanded.resize(needed);
     }
-    if (needed == 0) return std::nullopt;
-    expanded.resize(needed - 1);  // without the closing zero
-    return expanded;
 }
 
 // One reference after the other. The second sign of an unknown one may begin another.
@@ -154,7 +150,7 @@ bool IsPathAlone(Text text, std::size_t end) {
 // Where the tail of a file name begins: at the earlier of the last "?" and the last "#", of those behind the
 // dot.
 std::size_t TailBegin(Text text, std::size_t dot) {
-    const auto behindDot = [dot](std::size_t at) { return dot != kNone && at < dot ? kNone : at; };
+    const auto behindDot = [dot](std::size_t at) { return at < dot + 1 ? kNone : at; };  // kNone + 1 is 0
     return std::min({behindDot(text.rfind(L'?')), behindDot(text.rfind(L'#')), text.size()});
 }
 

@@ -162,12 +162,12 @@ class QL_API QLFileName {
     // What the file system and the display say of the name. Failures of the system answer no, or the name as
     // it is.
     enum Status : int {
-        StatusUnknown = 0,       // remote: nothing was asked
-        StatusInUse = 1,         // exists, but cannot be had alone even for reading
-        StatusWritable = 2,      // exists and can be had alone for reading and writing
-        StatusCreatable = 3,     // does not exist and can be created
-        StatusNotCreatable = 4,  // does not exist and cannot be created
-        StatusReadOnly = 5,      // exists and can be had alone for reading only
+        StatusUnknown,       // 0, remote: nothing was asked
+        StatusInUse,         // 1, exists, but cannot be had alone even for reading
+        StatusWritable,      // 2, exists and can be had alone for reading and writing
+        StatusCreatable,     // 3, does not exist and can be created
+        StatusNotCreatable,  // 4, does not exist and cannot be created
+        StatusReadOnly,      // 5, exists and can be had alone for reading only
     };
 
     // Kept on purpose: CanAccess asks about rooted local names alone, a relative name is never accessible;

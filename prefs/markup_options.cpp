@@ -152,16 +152,16 @@ class KnownReads {
 // needs them.
 struct LevelEntries {
     LevelEntries(const wchar_t* pattern, const wchar_t* const (&defaults)[kPreferenceColorTiers]) {
-        for (std::size_t level = 0; level < kPreferenceColorTiers; ++level) {
-            std::swprintf(entries[level].data(), entries[level].size(), pattern, static_cast<int>(level) + 1);
-            colors[level] = DefaultColor(defaults[level]);
-        }
+        int level = 0;
+        for (auto& entry : entries) std::swprintf(entry.data(), entry.size(), pattern, ++level);
+        std::ranges::transform(defaults, colors.begin(), DefaultColor);
     }
 
     template <class Reads>
     void Load(Reads& reads, std::span<unsigned long, kPreferenceColorTiers> target) const {
-        for (std::size_t level = 0; level < kPreferenceColorTiers; ++level)
-            target[level] = reads.Color(entries[level].data(), colors[level]);
+        std::ranges::transform(
+            entries, colors, target.begin(),
+            [&reads](const auto& entry, unsigned long color) { return reads.Color(entry.data(), color); });
     }
 
     std::array<std::array<wchar_t, 32>, kPreferenceColorTiers> entries;

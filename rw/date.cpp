@@ -42,7 +42,8 @@ void RWDate::extract(std::tm* fields) const {
 }
 
 void RWDate::saveOn(RWFile& file) const {
-    file.Write(dayNumber_);
+    RWFileOstream stream(file);
+    saveOn(stream);
 }
 
 void RWDate::saveOn(RWvostream& stream) const {
@@ -50,8 +51,8 @@ void RWDate::saveOn(RWvostream& stream) const {
 }
 
 void RWDate::restoreFrom(RWFile& file) {
-    std::uint32_t number = 0;
-    if (file.Read(number)) dayNumber_ = number;
+    RWFileIstream stream(file);
+    restoreFrom(stream);
 }
 
 void RWDate::restoreFrom(RWvistream& stream) {

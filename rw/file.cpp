@@ -38,8 +38,7 @@ bool RWFile::Write(const void* bytes, std::size_t count) {
 
 // The error of an earlier write stays with the file.
 bool RWFile::Flush() {
-    if (last_ != Direction::Write) return file_ && !std::ferror(file_.get());
-    return std::fflush(file_.get()) == 0 && !std::ferror(file_.get());
+    return file_ && (last_ != Direction::Write || std::fflush(file_.get()) == 0) && !std::ferror(file_.get());
 }
 
 bool RWFile::SeekTo(long offset) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <compare>
 #include <cstddef>
 #include <functional>
@@ -70,7 +71,7 @@ class RWWString {
     bool ends_with(ql::TextView text) const noexcept { return text_.ends_with(text); }
     // Up to `count` units from `from` on; empty when that is past the end.
     RWWString substr(std::size_t from, std::size_t count = npos) const {
-        return from < size() ? text_.substr(from, count) : std::wstring();
+        return text_.substr(std::min(from, size()), count);
     }
 
     // Each adds at the end, but for prepend, and answers the string. The text may be a part of the string.

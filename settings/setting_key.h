@@ -55,18 +55,20 @@ class KeyHash {
     }
 
     static Round Products(Round round) noexcept {
-#ifdef __SSE2__
         const auto factors = std::bit_cast<__m128i>(round);
         return std::bit_cast<Round>(_mm_mul_epu32(factors, _mm_srli_epi64(factors, 32)));
-#else
-        const std::uint64_t products[] = {std::uint64_t{round[0]} * round[1],
-                                          std::uint64_t{round[2]} * round[3]};
-        return std::bit_cast<Round>(products);
-#endif
     }
 
     Round state_;
 };
+
+template <class Chunk>
+bool AreSame(Chunk a, Chunk b) noexcept {
+    return a == b;
+}
+inline bool AreSame(Block a, Block b) noexcept {
+    return FirstOf(std::bit_cast<Block>(a != b)) == kBlockUnits;
+}
 
 // The last chunk may have been looked at before. A call of the library's comparison would take longer.
 template <class Chunk>

@@ -4,7 +4,6 @@
 #include <emmintrin.h>
 #endif
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <bit>
@@ -17,21 +16,6 @@
 #include "text/unicode.h"
 
 namespace {
-
-// Null where the code page's own default character is "?", which is nearly everywhere: with a character of
-// the caller's the system converts several times slower, and for UTF-8 not at all.
-const char* DefaultCharacter() {
-    enum : int { kUnknown, kOwn, kOther };
-    // Each thread that comes before it is known asks: none waits for one that may have ended meanwhile.
-    static constinit std::atomic<int> known = kUnknown;
-    if (known == kUnknown) {
-        CPINFO info = {};
-        const bool isOwn =
-            ::GetCPInfo(CP_ACP, &info) && info.DefaultChar[0] == '?' && info.DefaultChar[1] == 0;
-        known = isOwn ? kOwn : kOther;
-    }
-    return known == kOwn ? nullptr : "?";
-}
 
 #ifdef _WIN32
 constexpr std::size_t kBlock = 16;
@@ -64,12 +48,14 @@ bool IsAscii(char byte) {
     return static_cast<unsigned char>(byte) < 0x80;
 }
 
-// The number of bytes: written, or needed when there is no room to write to; 0 when the system refuses.
+// The number of bytes: written, or needed when there is no room to write to; 0 when the system refuses. The
+// default character of every ANSI code page is "?": with one of the caller's the system converts several
+// times slower, and for UTF-8 not at all.
 std::size_t Convert(std::wstring_view text, char* bytes, std::size_t room) {
     if (text.size() > INT_MAX) return 0;
-    return static_cast<std::size_t>(::WideCharToMultiByte(
-        CP_ACP, 0, text.data(), static_cast<int>(text.size()), bytes,
-        static_cast<int>(std::min<std::size_t>(room, INT_MAX)), DefaultCharacter(), nullptr));
+    return static_cast<std::size_t>(::WideCharToMultiByte(CP_ACP, 0, text.data(),
+                                                          static_cast<int>(text.size()), bytes,
+                                                          static_cast<int>(room), nullptr, nullptr));
 }
 
 int ConvertBack(std::string_view bytes, wchar_t* units) {
@@ -84,7 +70,7 @@ constexpr bool kPageStays = false;  // tests change it
 #endif
 
 // The ANSI code page as tables, where a character is one byte: the system takes every unit and byte for
-// itself there, and several times as long. Surrogates are left to it.
+// itself there, and several times as long.
 class OneBytePage {
   public:
     // Null where characters may have several bytes, where there was no memory at the first call, and until
@@ -106,21 +92,15 @@ class OneBytePage {
     wchar_t Widen(char byte) const noexcept { return wide_[static_cast<unsigned char>(byte)]; }
 
   private:
-    static constexpr std::size_t kUnits = 0x10000, kBytes = 0x100, kFirstSurrogate = 0xD800,
-                                 kPastSurrogates = 0xE000;
+    static constexpr std::size_t kUnits = 0x10000, kBytes = 0x100;
 
+    // False where some character takes several bytes: there is no room for it then.
     bool Fill() {
-        CPINFO info = {};
-        if (!::GetCPInfo(CP_ACP, &info) || info.MaxCharSize != 1) return false;
         std::wstring units(kUnits, L'\0');
         std::iota(units.begin(), units.end(), L'\0');
         std::string bytes(kBytes, '\0');
         std::iota(bytes.begin(), bytes.end(), '\0');
-        const auto narrow = [&](std::size_t from, std::size_t to) {
-            return Convert(std::wstring_view(units).substr(from, to - from), &narrow_[from], to - from) ==
-                   to - from;
-        };
-        return narrow(0, kFirstSurrogate) && narrow(kPastSurrogates, kUnits) &&
+        return Convert(units, narrow_.data(), kUnits) == kUnits &&
                ConvertBack(bytes, wide_.data()) == int{kBytes};
     }
 
@@ -156,9 +136,8 @@ std::size_t ConvertStart(std::basic_string_view<Char> text, ToChar* out, Other c
 std::size_t NarrowStart(std::wstring_view text, char* bytes) {
     return ConvertStart(text, bytes, [&](std::size_t i) {
         const OneBytePage* const page = OneBytePage::OfProcess();
-        if (!page || ql::IsSurrogate(text[i])) return false;
-        bytes[i] = page->Narrow(text[i]);
-        return true;
+        if (page) bytes[i] = page->Narrow(text[i]);
+        return page != nullptr;
     });
 }
 
@@ -177,18 +156,12 @@ bool Narrow(std::wstring_view text, std::string& bytes) {
     text.remove_prefix(done);
     if (text.empty()) return true;
     std::size_t written = Convert(text, bytes.data() + done, text.size());
-    if (written == 0 && ::GetLastError() == ERROR_INSUFFICIENT_BUFFER) {
+    if (written == 0) {
         bytes.resize(done + Convert(text, nullptr, 0));
         written = Convert(text, bytes.data() + done, bytes.size() - done);
     }
-    bytes.resize(written == 0 ? 0 : done + written);
+    bytes.resize(done + written);
     return written != 0;
-}
-
-std::string ToAnsi(std::wstring_view text) {
-    std::string bytes;
-    Narrow(text, bytes);
-    return bytes;
 }
 
 // A unit a byte is always enough.
@@ -204,31 +177,13 @@ bool AppendWide(std::string_view text, std::wstring& out) {
     return written != 0;
 }
 
-std::wstring ToWide(std::string_view text) {
-    std::wstring wide;
-    return AppendWide(text, wide) ? wide : std::wstring();
-}
-
-// Zeros are rare: a block without any is passed over in a few steps, which a search byte by byte is not.
-std::size_t FindZero(std::string_view text) {
-    constexpr std::size_t kStretch = 64;
-    std::size_t at = 0;
-    for (; text.size() - at >= kStretch; at += kStretch) {
-        unsigned char found = 0;
-        for (std::size_t i = at; i < at + kStretch; ++i)
-            found = static_cast<unsigned char>(found | (text[i] == '\0'));
-        if (found) break;
-    }
-    return text.find('\0', at);
-}
-
 // Between zeros alone, so that none ends a character of several bytes.
 bool Widen(std::string_view text, std::wstring& wide) {
     wide.resize(text.size());
     const std::size_t done = WidenStart(text, wide.data());
     wide.resize(done);
     for (std::string_view rest = text.substr(done); !rest.empty();) {
-        const std::size_t zero = FindZero(rest);
+        const std::size_t zero = rest.find('\0');
         if (!AppendWide(rest.substr(0, zero), wide)) return false;
         if (zero == std::string_view::npos) break;
         wide.push_back(L'\0');
@@ -243,6 +198,12 @@ bool ConvertInto(Text& text, Convert convert) {
     const bool isDone = ql::FailureIfThrown(false, convert);
     if (!isDone) text.clear();
     return isDone;
+}
+
+RWWString ToWide(std::string_view text) {
+    RWWString wide;
+    AnsiToWide(text, wide);
+    return wide;
 }
 
 }  // namespace
@@ -270,17 +231,15 @@ RWCString RWTStringToRWCString(const RWWString& text) {
 }
 
 RWWString AnsiToRWWString(const char* text) {
-    return ql::FailureIfThrown({}, [&] { return ToWide(ql::TextOf(text)); });
+    return ToWide(ql::TextOf(text));
 }
 
 RWWString RWCStringToRWWString(const RWCString& text) {
-    RWWString wide;
-    AnsiToWide(text, wide);
-    return wide;
+    return ToWide(text);
 }
 
 RWWString MakeRWTStringAnsiOnly(ql::TextView text) {
-    return ql::FailureIfThrown({}, [&] { return ToWide(ToAnsi(text)); });
+    return ToWide(WideToStdString(text));
 }
 
 unsigned char WideCharToSingleByte(unsigned long ch) {

@@ -1,5 +1,7 @@
 #include "text/characters.h"
 
+#include <algorithm>
+
 #include "platform/win32.h"
 
 namespace ql {
@@ -24,16 +26,6 @@ void MapCase(std::wstring& text, DWORD mapping) noexcept {
     if (length == 0) return;
     ::LCMapStringEx(LOCALE_NAME_INVARIANT, mapping, text.data(), length, text.data(), length, nullptr,
                     nullptr, 0);
-}
-
-// How many leading units are plain ASCII in both and the same but for case.
-std::size_t EqualAsciiPrefix(std::wstring_view a, std::wstring_view b) noexcept {
-    std::size_t i = 0;
-    while (i < a.size() && i < b.size() && IsAscii(a[i]) && IsAscii(b[i]) &&
-           AsciiUpper(a[i]) == AsciiUpper(b[i])) {
-        ++i;
-    }
-    return i;
 }
 
 int CompareOrdinal(std::wstring_view a, std::wstring_view b) noexcept {
@@ -65,13 +57,13 @@ void MakeLower(std::wstring& text) noexcept {
 }
 
 int CompareIgnoringCase(std::wstring_view a, std::wstring_view b) noexcept {
-    const std::size_t same = EqualAsciiPrefix(a, b);
-    a.remove_prefix(same);
-    b.remove_prefix(same);
-    if (a.empty() || b.empty()) return a.empty() ? (b.empty() ? 0 : -1) : 1;
-    if (IsAscii(a.front()) && IsAscii(b.front()))
-        return AsciiUpper(a.front()) < AsciiUpper(b.front()) ? -1 : 1;
-    return CompareOrdinal(a, b);
+    const auto [inA, inB] = std::mismatch(a.begin(), a.end(), b.begin(), b.end(), [](wchar_t x, wchar_t y) {
+        return AsciiUpper(x) == AsciiUpper(y);
+    });
+    if (inA == a.end() || inB == b.end()) return (inA != a.end()) - (inB != b.end());
+    // An ASCII unit comes before every other one's capital.
+    if (IsAscii(std::min(*inA, *inB))) return AsciiUpper(*inA) < AsciiUpper(*inB) ? -1 : 1;
+    return CompareOrdinal({inA, a.end()}, {inB, b.end()});
 }
 
 bool EqualIgnoringCase(std::wstring_view a, std::wstring_view b) noexcept {

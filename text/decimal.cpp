@@ -5,17 +5,15 @@
 #include <cstdint>
 #include <iterator>
 #include <limits>
-#include <system_error>
 
 namespace {
 
 // Every one of these is a double of its own.
 constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr long long kLargestPower = std::size(kPowersOfTen) - 1;
-constexpr std::uint64_t kLargestWhole = std::uint64_t{1} << std::numeric_limits<double>::digits;
 
-constexpr std::size_t kQuickDigits = 19;  // always fit into 64 bits
+// Every whole number below it is a double of its own.
+constexpr std::uint64_t kInexact = std::uint64_t{1} << std::numeric_limits<double>::digits;
 
 // No double, and no point between two, has more digits than this; of those behind it only whether one is not
 // zero counts.
@@ -38,21 +36,27 @@ class Digits {
     }
 
     // Each answers whether there was a digit.
-    bool TakeWhole() noexcept { return TakeDigits(0); }
-    bool TakeFraction() noexcept { return TakeDigits(-1); }
+    bool TakeWhole() noexcept {
+        return TakeDigits([this](unsigned digit) { Add(digit); });
+    }
+    bool TakeFraction() noexcept {
+        return TakeDigits([this](unsigned digit) {
+            Add(digit);
+            --power_;
+        });
+    }
     bool TakeExponent(bool isNegative) noexcept {
-        constexpr long long kHuge = std::numeric_limits<long long>::max() / 4;  // no text makes up for more
-        const std::size_t first = next_;
+        constexpr long long kHuge = 100'000'000'000'000'000;  // no text makes up for more
         long long exponent = 0;
-        for (; next_ < text_.size() && IsDigit(text_[next_]); ++next_)
-            exponent = std::min(exponent * 10 + (text_[next_] - L'0'), kHuge / 10);
+        const bool isTaken =
+            TakeDigits([&](unsigned digit) { exponent = std::min(exponent * 10 + digit, kHuge); });
         power_ += isNegative ? -exponent : exponent;
-        return next_ > first;
+        return isTaken;
     }
 
     double Value() const noexcept {
         const auto size = static_cast<std::size_t>(power_ < 0 ? -power_ : power_);
-        if (count_ <= kQuickDigits && whole_ <= kLargestWhole && size <= kLargestPower) {
+        if (whole_ < kInexact && size < std::size(kPowersOfTen)) {
             // Both sides are exact, and a single operation on them rounds correctly.
             const auto whole = static_cast<double>(whole_);
             return power_ < 0 ? whole / kPowersOfTen[size] : whole * kPowersOfTen[size];
@@ -61,12 +65,11 @@ class Digits {
     }
 
   private:
-    bool TakeDigits(int powerOfEach) noexcept {
+    template <class Use>
+    bool TakeDigits(Use use) noexcept {
         const std::size_t first = next_;
-        for (; next_ < text_.size() && IsDigit(text_[next_]); ++next_) {
-            Add(static_cast<unsigned>(text_[next_] - L'0'));
-            power_ += powerOfEach;
-        }
+        for (; next_ < text_.size() && IsDigit(text_[next_]); ++next_)
+            use(static_cast<unsigned>(text_[next_] - L'0'));
         return next_ > first;
     }
 
@@ -77,7 +80,7 @@ class Digits {
             ++power_;
             return;
         }
-        if (count_ < kQuickDigits) whole_ = whole_ * 10 + digit;
+        if (whole_ < kInexact) whole_ = whole_ * 10 + digit;
         telling_[count_++] = static_cast<char>('0' + digit);
     }
 
@@ -86,14 +89,16 @@ class Digits {
         char* end = std::copy_n(telling_, count_, number);
         *end++ = 'e';
         end = std::to_chars(end, std::end(number), power_).ptr;
-        double value = 0;
-        if (std::from_chars(number, end, value).ec != std::errc::result_out_of_range) return value;
-        return static_cast<long long>(count_) + power_ > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+        // Stays where there is no digit, and beyond the range of double.
+        const bool isGreat = count_ > 0 && static_cast<long long>(count_) + power_ > 0;
+        double value = isGreat ? std::numeric_limits<double>::infinity() : 0.0;
+        std::from_chars(number, end, value);
+        return value;
     }
 
     std::wstring_view text_;
     std::size_t next_ = 0;
-    std::uint64_t whole_ = 0;  // of the first digits
+    std::uint64_t whole_ = 0;  // of all digits where it is below kInexact
     std::size_t count_ = 0;
     long long power_ = 0;
     char telling_[kTellingDigits];

@@ -1,5 +1,6 @@
 #include "text/letter_case.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,21 +18,20 @@ bool IsSpacedCapitals(std::wstring_view text) {
            ql::IsUpperLetter(text[4]);
 }
 
-// The next position from `from` on of a letter with case after a non-letter, or the text's length.
-std::size_t NextWordStart(std::wstring_view text, std::size_t from) {
-    const auto starts = [&](std::size_t i) {
-        return (ql::IsUpperLetter(text[i]) || ql::IsLowerLetter(text[i])) && !ql::IsLetter(text[i - 1]);
-    };
-    while (from < text.size() && !starts(from)) ++from;
-    return from;
+// The text from its first letter with case on that follows a non-letter; empty where there is none.
+std::wstring_view FromWordStart(std::wstring_view text) {
+    const auto before = std::adjacent_find(text.begin(), text.end(), [](wchar_t unit, wchar_t next) {
+        return !ql::IsLetter(unit) && (ql::IsUpperLetter(next) || ql::IsLowerLetter(next));
+    });
+    return before == text.end() ? std::wstring_view() : std::wstring_view(before + 1, text.end());
 }
 
 // The case of a text whose first letter is the only capital of its first two units.
 CaseType CaseByWordStarts(std::wstring_view text) {
-    const std::size_t first = NextWordStart(text, 2);
-    if (first >= text.size() || ql::IsUpperLetter(text[first])) return CASE_TITLE;
-    const std::size_t second = NextWordStart(text, first + 1);
-    return second < text.size() && ql::IsUpperLetter(text[second]) ? CASE_FIRST_CAPITAL : CASE_SENTENCE;
+    const std::wstring_view second = FromWordStart(text.substr(1));
+    if (second.empty() || ql::IsUpperLetter(second.front())) return CASE_TITLE;
+    const std::wstring_view third = FromWordStart(second);
+    return !third.empty() && ql::IsUpperLetter(third.front()) ? CASE_FIRST_CAPITAL : CASE_SENTENCE;
 }
 
 void CapitaliseFirst(std::wstring& text) {
@@ -53,21 +53,14 @@ void CapitaliseWords(std::wstring& text) {
 
 std::wstring Capitals(std::wstring_view text) {
     std::wstring capitals;
-    capitals.reserve(text.size());
-    for (const wchar_t unit : text) {
-        if (unit == kSharpS) {
-            capitals += L"SS";
-        } else {
-            capitals += unit;
-        }
-    }
+    for (const wchar_t& unit : text)
+        capitals += unit == kSharpS ? std::wstring_view(L"SS") : std::wstring_view(&unit, 1);
     ql::MakeUpper(capitals);
     return capitals;
 }
 
 std::wstring Spaced(std::wstring_view text) {
     std::wstring spaced;
-    spaced.reserve(2 * text.size());
     for (const wchar_t unit : text) {
         // Nothing goes between the units of a pair.
         if (!spaced.empty() && !ql::IsLowSurrogate(unit)) spaced += L' ';

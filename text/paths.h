@@ -19,7 +19,7 @@ constexpr bool EndsWithSeparator(std::wstring_view path) noexcept {
 }
 
 constexpr bool StartsWithTwoSeparators(std::wstring_view path) noexcept {
-    return path.size() > 1 && IsSeparator(path[0]) && IsSeparator(path[1]);
+    return StartsWithSeparator(path) && StartsWithSeparator(path.substr(1));
 }
 
 // Folder preferences may be stored either way; one backslash goes, no more.

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/failure.h"
+#include "text/hex_digit.h"
 
 namespace {
 
@@ -13,17 +14,9 @@ constexpr wchar_t kEscape = L'$';
 constexpr unsigned kLastShort = 0xFF;
 constexpr std::size_t kShortDigits = 2;
 constexpr std::size_t kLongDigits = 4;
-constexpr std::size_t kRoomForEscapes = 10;
 
 constexpr bool IsAsciiLetterOrDigit(wchar_t unit) {
     return (unit >= L'0' && unit <= L'9') || (unit >= L'A' && unit <= L'Z') || (unit >= L'a' && unit <= L'z');
-}
-
-constexpr std::optional<unsigned> HexDigit(wchar_t unit) {
-    if (unit >= L'0' && unit <= L'9') return static_cast<unsigned>(unit - L'0');
-    if (unit >= L'A' && unit <= L'F') return static_cast<unsigned>(unit - L'A') + 10;
-    if (unit >= L'a' && unit <= L'f') return static_cast<unsigned>(unit - L'a') + 10;
-    return std::nullopt;
 }
 
 constexpr wchar_t HexUnit(unsigned value) {
@@ -62,9 +55,9 @@ std::optional<Unescaped> ReadHex(std::wstring_view text, std::size_t start, std:
     if (text.size() < start + count) return std::nullopt;
     unsigned code = 0;
     for (const wchar_t unit : text.substr(start, count)) {
-        const auto digit = HexDigit(unit);
-        if (!digit) return std::nullopt;
-        code = code << 4 | *digit;
+        const unsigned digit = ql::HexDigit(static_cast<char32_t>(unit));
+        if (digit == ql::kNoHexDigit) return std::nullopt;
+        code = code << 4 | digit;
     }
     return Unescaped{static_cast<wchar_t>(code), start + count};
 }
@@ -154,7 +147,6 @@ std::wstring VariableName(std::wstring_view name) {
 
 std::wstring Escaped(std::wstring_view rest, const Replacements& by) {
     std::wstring escaped;
-    escaped.reserve(rest.size() + kRoomForEscapes);
     for (;;) {
         const auto special = std::find_if(rest.begin(), rest.end(), IsSpecial);
         escaped.append(rest.begin(), special);

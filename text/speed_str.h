@@ -70,5 +70,5 @@ class QL_API CSpeedStr {
 
     wchar_t* end_;
     std::unique_ptr<RWWString> overflow_;
-    mutable wchar_t buffer_[kCapacity + 2];  // data() ends it
+    mutable wchar_t buffer_[kCapacity + 1];  // data() ends it
 };

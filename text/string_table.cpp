@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr std::size_t kUsualCapacity = 10;
 constexpr int kMaxCapacityHint = 1 << 16;
 
 // Gives an item of the text to the collection, at that index; false when memory ends.
@@ -66,7 +65,7 @@ bool Widen(const RWOrdered& texts, QLStringTable& table) {
 // In the library for whoever needs its address.
 constexpr unsigned int QLStringTable::kMaxPaddedEntries;
 
-QLStringTable::QLStringTable() : table_(kUsualCapacity) {}
+QLStringTable::QLStringTable() = default;
 
 QLStringTable::QLStringTable(int capacity)
     : table_(static_cast<std::size_t>(std::clamp(capacity, 0, kMaxCapacityHint))) {}
@@ -126,7 +125,9 @@ int QLStringTable::Index(const RWWString& text, bool ignoreCase) const {
 
 RWWString& QLStringTable::operator[](int index) const {
     const auto wanted = static_cast<unsigned int>(index);
+    const unsigned int former = NumEntries();
     if (index >= 0 && PadTo(wanted + 1)) return Entry(wanted);
+    CutTo(former);
     outside_.clear();
     return outside_;
 }
@@ -181,15 +182,11 @@ RWWString& QLStringTable::Entry(unsigned int index) const {
     return *static_cast<RWCollectableWString*>(table_[index]);
 }
 
-// Adds empty entries until there are as many as wanted, or none.
+// Adds empty entries until there are as many as wanted; when it answers false, some may have been added.
 bool QLStringTable::PadTo(unsigned int count) const {
-    const unsigned int former = NumEntries();
-    if (count <= former) return true;
-    if (count > kMaxPaddedEntries) return false;
+    if (count > std::max(NumEntries(), kMaxPaddedEntries)) return false;
     while (NumEntries() < count) {
-        if (GiveEntry(table_, table_.entries(), {})) continue;
-        CutTo(former);
-        return false;
+        if (!GiveEntry(table_, table_.entries(), {})) return false;
     }
     return true;
 }

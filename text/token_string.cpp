@@ -5,9 +5,8 @@
 
 #include "platform/failure.h"
 
-TokenString::TokenString(ql::TextView text, ql::TextView delimiters) noexcept {
-    ql::Completes([&] { assign(text); });
-    textLength_ = length();
+TokenString::TokenString(ql::TextView text, ql::TextView delimiters) noexcept
+    : RWWString(ql::FailureIfThrown({}, [&] { return RWWString(text); })), textLength_(length()) {
     NewDelims(delimiters);
 }
 

@@ -42,7 +42,7 @@ class QL_API TokenString : public RWWString {
     bool IsDelim(wchar_t unit) const noexcept;
 
     std::size_t position_ = 0;
-    std::size_t textLength_ = 0;
+    std::size_t textLength_;
     std::array<bool, 128> asciiDelimiters_{};  // by their code: they are asked for most
     RWWString otherDelimiters_;
 };

@@ -1,8 +1,6 @@
 #pragma once
 
-#ifdef __SSE2__
 #include <emmintrin.h>
-#endif
 
 #include <bit>
 #include <cstddef>
@@ -23,22 +21,8 @@ inline constexpr std::ptrdiff_t kBlockUnits = sizeof(Block) / sizeof(Unit);
 
 // The place of the first unit that the comparison answered with all bits set, or kBlockUnits.
 inline std::ptrdiff_t FirstOf(Block answer) noexcept {
-#ifdef __SSE2__
     const auto bytes = static_cast<unsigned>(_mm_movemask_epi8(std::bit_cast<__m128i>(answer)));
     return bytes == 0 ? kBlockUnits : std::countr_zero(bytes) / static_cast<std::ptrdiff_t>(sizeof(Unit));
-#else
-    std::ptrdiff_t first = 0;
-    while (first < kBlockUnits && answer[first] == 0) ++first;
-    return first;
-#endif
-}
-
-template <class Chunk>
-bool AreSame(Chunk a, Chunk b) noexcept {
-    return a == b;
-}
-inline bool AreSame(Block a, Block b) noexcept {
-    return FirstOf(std::bit_cast<Block>(a != b)) == kBlockUnits;
 }
 
 // The first unit of [from, end) that the predicate wants, or the end. It is given a Unit, and answers whether

@@ -3,20 +3,9 @@
 #include <cstdint>
 
 #include "platform/win32.h"
+#include "text/hex_digit.h"
 
 namespace {
-
-constexpr std::uint32_t kDecimal = 10;
-constexpr std::uint32_t kHexadecimal = 16;
-
-// The value of a digit of either base, or kHexadecimal.
-template <class Unit>
-constexpr std::uint32_t DigitValue(Unit unit) {
-    if (unit >= '0' && unit <= '9') return static_cast<std::uint32_t>(unit - '0');
-    if (unit >= 'a' && unit <= 'f') return static_cast<std::uint32_t>(unit - 'a') + kDecimal;
-    if (unit >= 'A' && unit <= 'F') return static_cast<std::uint32_t>(unit - 'A') + kDecimal;
-    return kHexadecimal;
-}
 
 template <class Unit>
 bool TakeReference(const Unit** cursor, unsigned long* value) noexcept {
@@ -25,9 +14,10 @@ bool TakeReference(const Unit** cursor, unsigned long* value) noexcept {
     at += 2;
     const bool isHexadecimal = *at == 'x' || *at == 'X';
     if (isHexadecimal) ++at;
-    const std::uint32_t base = isHexadecimal ? kHexadecimal : kDecimal;
+    const std::uint32_t base = isHexadecimal ? 16 : 10;
+    const auto digit = [&at] { return ql::HexDigit(static_cast<char32_t>(*at)); };
     std::uint32_t number = 0;
-    for (; DigitValue(*at) < base; ++at) number = number * base + DigitValue(*at);
+    for (; digit() < base; ++at) number = number * base + digit();
     if (*at != ';') return false;
     if (value) *value = number;
     *cursor = at + 1;

@@ -88,7 +88,7 @@ constexpr bool Handles(const Processor& processor, FileType kind) {
 }
 
 RWWString WithBackslash(RWWString directory) {
-    if (!directory.isNull() && directory[directory.length() - 1] != L'\\') directory.append(L'\\');
+    if (!directory.isNull() && !directory.ends_with(L"\\")) directory.append(L'\\');
     return directory;
 }
 

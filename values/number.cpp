@@ -17,7 +17,8 @@ Number operator/(Number dividend, Number divisor) {
 }
 
 void Number::saveOn(RWFile& file) const {
-    file.Write(m_value);
+    RWFileOstream stream(file);
+    saveOn(stream);
 }
 
 void Number::saveOn(RWvostream& stream) const {
@@ -25,8 +26,8 @@ void Number::saveOn(RWvostream& stream) const {
 }
 
 void Number::restoreFrom(RWFile& file) {
-    double value = 0;
-    if (file.Read(value)) m_value = value;
+    RWFileIstream stream(file);
+    restoreFrom(stream);
 }
 
 void Number::restoreFrom(RWvistream& stream) {

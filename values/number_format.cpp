@@ -154,7 +154,7 @@ double FudgeDouble(double value, long places, bool round) noexcept {
 
 wchar_t* FloatFormatStringExt(double value, wchar_t* buffer, const tagQL_FLOATFORMAT* format,
                               short places) noexcept {
-    if (!buffer) return buffer;
+    if (!buffer) return nullptr;
     wchar_t* end = format ? Write(value, buffer, *format, std::max<int>(places, 0)) : buffer;
     if (IsNegativeZero({buffer, end})) end = std::copy(buffer + 1, end, buffer);
     *end = L'\0';

@@ -15,7 +15,7 @@ void CheckNodes(JSON::Value& tree) {
         for (std::size_t i = 0; i < value.ElementCount(); ++i) open.push_back(value.Element(i));
         RWWString key, former;
         std::size_t members = 0;
-        for (JSON::Value* child = value.FirstMember(key); child; child = value.NextMember(key), ++members) {
+        for (JSON::Value* child = value.NextMember(key); child; child = value.NextMember(key), ++members) {
             Expect(members == 0 || former < key);
             Expect(value.Member(key) == child);
             former = key;

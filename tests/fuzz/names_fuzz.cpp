@@ -80,8 +80,8 @@ void CheckChanges(QLFileName name, const wchar_t* text) {
 void CheckLine(const QLCmdLine& line) {
     Expect(line.IsNull() == (line.QLFileName::IsNull() && line.GetSwitches().isNull()));
     QLCmdLine other(line);
-    other.SetSwitches(line.GetSwitches().data());
     Expect(other == line);
+    other.SetSwitches(line.GetSwitches().data());
     other.AppendSwitches(L"/x");
     Expect(other.CompareTo(line) > 0);
     other.Reset();

@@ -50,8 +50,9 @@ void Build(Input program) {
         }
         Expect(builder.ToString() == std::wstring_view(model.text));
         Expect(builder.length() == model.text.size());
+        for (const std::size_t at : {std::size_t{operand}, model.text.size()})
+            Expect(builder[static_cast<unsigned>(at)] == (at < model.text.size() ? model.text[at] : L'\0'));
         Expect(builder.data()[builder.length()] == L'\0');
-        Expect(builder[operand] == (operand < model.text.size() ? model.text[operand] : L'\0'));
     }
 }
 
@@ -70,7 +71,7 @@ std::wstring NextToken(const std::wstring& text, const std::wstring& delimiters,
 }
 
 void Split(Input program) {
-    constexpr std::wstring_view kUnits = L" ,\"a\u00e4\u20ac";
+    constexpr std::wstring_view kUnits = L" ,\"a\u0080\u20ac";
     std::wstring text;
     while (!program.empty()) text += kUnits[TakeByte(program) % kUnits.size()];
     const std::wstring delimiters = text.substr(0, 2);

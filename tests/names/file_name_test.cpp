@@ -35,6 +35,7 @@ constexpr const wchar_t* kParsed[][3] = {
     {L".profile", L"||||.profile||00"},
     {L"a.b.c", L"|||a.b|.c||00"},
     {L"a?b?c", L"|||a?b|-|?c|00", L"a?b"},
+    {L"a.?b", L"|||a|.|?b|00", L"a."},
     {L"a#b?c", L"|||a|-|#b?c|00", L"a"},
     {L"a?b.c", L"|||a?b|.c||00"},
     {L"a.b ?c", L"|||a|.b|?c|00", L"a.b"},
@@ -47,12 +48,14 @@ constexpr const wchar_t* kParsed[][3] = {
     // URLs
     {L"FTP://srv/a/b/f.htm?x=1#top", L"ftp|srv/|a/b|f|.htm|?x=1#top|//R", L"ftp://srv/a/b/f.htm"},
     {L"https://srv/", L"https|srv/|||-||/0R"},
-    {L"ht:srv", L"ht|srv|||-||00R", L"ht://srv"},
+    {L"hA:srv", L"ha|srv|||-||00R", L"ha://srv"},
     {L"http:/srv/x", L"http|srv/||x|-||/0R", L"http://srv/x"},
     {LR"(http:\\srv\x)", LR"(http|srv\||x|-||\0R)", LR"(http://srv\x)"},
     {L"http:", L"http||||-||00R", L"http://"},
     {L"file:///C:/x", LR"(file||C:/x||-||/\R)", LR"(/C:/x\)"},
-    {L"x y:z/w", L"x y|z/||w|-||/0R", L"x y://z/w"},
+    {L"ht:/x", L"ht|x|||-||00R", L"ht://x"},
+    {L"ht://x", L"ht|x|||-||00R"},
+    {L"x Z:z/w", L"x z|z/||w|-||/0R", L"x z://z/w"},
     {L"C://x", L"file|C:/||x|-||//"},
     {L"MAILTO:a.b", L"mailto|a.b|||-||00R", L"mailto:a.b"},
     {L"news:a/b", L"news|a/||b|-||00R", L"news:a/"},
@@ -151,6 +154,7 @@ TEST(FileName, ComparesPartByPartIgnoringCase) {
     }
     EXPECT_EQ(QLFileName(L"http://S/A.B?x"), QLFileName(L"HTTP:\\s\\a.b#y")) << "but for the tail";
     EXPECT_NE(QLFileName(L"a"), QLFileName(L"b"));
+    EXPECT_EQ(6, QLFileName::ACCESS_READ + QLFileName::ACCESS_WRITE);
 }
 
 TEST(FileName, ChangesCaseButForSchemeAndTailAndStaysOfItsKind) {
@@ -163,13 +167,14 @@ TEST(FileName, ChangesCaseButForSchemeAndTailAndStaysOfItsKind) {
         {L"PLUGIN\\{Ab}", L"plugin\\{ab}", L"PLUGIN\\{AB}", 0, 1},
     };
     for (const auto& [text, lower, upper, isDocument, isPlugin] : rows) {
-        QLFileName name(text);
+        QLFileName name(text), raised(text);
         name.ToLower();
         EXPECT_EQ(RWWString(lower), name.GetPathAndFileName());
         EXPECT_EQ(isDocument, name.IsODMADocId()) << text;
         EXPECT_EQ(isPlugin, name.IsPluginFileType()) << text;
-        name.ToUpper();
-        EXPECT_EQ(RWWString(upper), name.GetPathAndFileName());
+        raised.ToUpper();
+        EXPECT_EQ(RWWString(upper), raised.GetPathAndFileName());
+        EXPECT_EQ(name.GetScheme(), raised.GetScheme()) << "lower in both";
         name.SetFileName(L"");
         EXPECT_FALSE(name.IsODMADocId()) << text;
         EXPECT_FALSE(name.IsPluginFileType()) << text;

@@ -12,6 +12,7 @@ std::wstring Told(const wchar_t* what, FileType type) {
 std::wstring KindsOf(const std::wstring& file) {
     const QLFileName name(file);
     EXPECT_EQ(GetFileType(name), GetFileType(RWWString(file)));
+    EXPECT_EQ(GetFileType(name), GetFileType(file.c_str()));
     EXPECT_EQ(GetDocumentType(name), GetDocumentType(file.c_str()));
     EXPECT_EQ(GetTemplateType(name), GetTemplateType(file.c_str()));
     return Told(L" ", GetFileType(name)) + Told(L" document ", GetDocumentType(name)) +

@@ -56,20 +56,10 @@ constexpr std::wstring_view kUpperControls =
     L"\u20ac\x81\u201a\u0192\u201e\u2026\u2020\u2021\u02c6\u2030\u0160\u2039\u0152\x8d\u017d\x8f"
     L"\x90\u2018\u2019\u201c\u201d\u2022\u2013\u2014\u02dc\u2122\u0161\u203a\u0153\x9d\u017e\u0178";
 
-// Each character that the page does not hold with the one that stands in for it. The system's table goes on
-// with combining marks, blanks and box drawing, which are left out: here they have no stand-in.
-constexpr std::wstring_view kBestFit =
-    L"ĀAāaĂAăaĄAąaĆCćcĈCĉcĊCċcČCčcĎDďdĐÐđdĒEēeĔEĕeĖEėeĘEęeĚEěeĜGĝgĞGğgĠGġgĢGģgĤHĥhĦHħhĨIĩiĪIīiĬIĭiĮIįi"
-    L"İIıiĴJĵjĶKķkĹLĺlĻLļlĽLľlŁLłlŃNńnŅNņnŇNňnŌOōoŎOŏoŐOőoŔRŕrŖRŗrŘRřrŚSśsŜSŝsŞSşsŢTţtŤTťtŦTŧtŨUũuŪUūu"
-    L"ŬUŭuŮUůuŰUűuŲUųuŴWŵwŶYŷyŹZźzŻZżzƀbƉÐƑƒƗIƚlƟOƠOơoƫtƮTƯUưuƶzǀ|ǃ!ǍAǎaǏIǐiǑOǒoǓUǔuǕUǖuǗUǘuǙUǚuǛUǜuǞA"
-    L"ǟaǤGǥgǦGǧgǨKǩkǪOǫoǬOǭoǰjɡgʹ'ʺ\"ʼ'˄^ˈ'ˉ¯ˊ´ˋ`ˍ_˚°;;ΓGΘTΣSΦFΩOαaβßδdεeμµπpσsτtφfһh‐-‑-‗=․·′'‵`⁄/⁰°"
-    L"⁴4⁵5⁶6⁷7⁸8ⁿn₀0₁1₂2₃3₄4₅5₆6₇7₈8₉9₡¢₤£₧PℂCℇEℊgℋHℌHℍHℎhℐIℑIℒLℓlℕN℘PℙPℚQℛRℜRℝRℤZℨZKKÅÅℬBℭC℮eℯeℰEℱFℳM"
-    L"ℴo∅Ø−-∓±∕/∖\\∗*∘°∙·√v∞8∣|∩n∶:∼~≈˜≡=≤=≥=≪«≫»⋅·❘|";
-
+// Of the system's many stand-ins for characters that the page does not hold, those of the wide forms of
+// ASCII.
 wchar_t BestFit(wchar_t unit) {
     if (unit >= 0xff01 && unit <= 0xff5e) return static_cast<wchar_t>(unit - 0xff00 + 0x20);
-    for (std::size_t i = 0; i < kBestFit.size(); i += 2)
-        if (kBestFit[i] == unit) return kBestFit[i + 1];
     return unit;
 }
 
@@ -110,7 +100,7 @@ std::wstring Mapped(const wchar_t* text, int length, DWORD mapping) {
 }  // namespace
 
 BOOL GetCPInfo(UINT, CPINFO* info) {
-    *info = {g_page.mostBytesOfACharacter, {'?', 0}, {}};
+    *info = {g_page.mostBytesOfACharacter};
     return TRUE;
 }
 

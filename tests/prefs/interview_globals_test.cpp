@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
 #include <tuple>
 
 #include "settings/settings_store.h"
@@ -29,6 +28,11 @@ TEST_F(InterviewGlobals, OnlyDayMonthYearIsNotMonthFirstAndCountryIsOneUnlessIts
         PutInRegistry(L"Interview", L"Date Detection", text);
         EXPECT_EQ(isFirst, CQlGlobals::IsMonthFirst()) << text;
     }
+    for (const bool isFirst : {true, false}) {
+        CQlGlobals::SetIsMonthFirst(isFirst);
+        EXPECT_EQ(isFirst, CQlGlobals::IsMonthFirst());
+    }
+    EXPECT_EQ(L"day MONTH year", GetQLRegStringEx(L"Interview", L"Date Detection", false)) << "the thread's";
     EXPECT_EQ(1, CQlGlobals::GetCountry());
     for (const auto& [text, country] :
          {std::pair(L" 49 Germany", 49), {L"0", 1}, {L"x44", 1}, {L"-7", -7}, {L"99999999999", 2147483647}}) {
@@ -62,19 +66,6 @@ TEST_F(InterviewGlobals, UnansweredFormatIsReadFromItsTextAndKeptByAnyOther) {
     }
     CQlGlobals::ClearUnansValDefFormat();
     EXPECT_EQ(VariableBracketed, CQlGlobals::GetUnansValDefFormat()) << "the registry's";
-}
-
-TEST_F(InterviewGlobals, AThreadsOwnStoreHidesItsValuesFromOthers) {
-    ASSERT_TRUE(CQlsSettings::AttachThreadSettings(CQlsSettings::CreateThreadSettings()));
-    CQlGlobals::SetIsMonthFirst(false);
-    CQlGlobals::SetUnansValDefFormat(Unanswered::Underscores);
-    EXPECT_FALSE(CQlGlobals::IsMonthFirst());
-    std::thread([] {
-        EXPECT_TRUE(CQlGlobals::IsMonthFirst());
-        EXPECT_EQ(Unanswered::VariableStarred, CQlGlobals::GetUnansValDefFormat());
-    }).join();
-    CQlGlobals::SetIsMonthFirst(true);
-    EXPECT_TRUE(CQlGlobals::IsMonthFirst());
 }
 
 TEST(InterviewGlobalsWithoutStores, AreTheDefaults) {

@@ -7,7 +7,6 @@
 #include <sstream>
 #include <typeinfo>
 
-#include "rw/date.h"
 #include "rw/file.h"
 #include "rw/hash_dictionary.h"
 #include "rw/ordered.h"
@@ -42,6 +41,12 @@ std::string Joined(const RWOrdered& items) {
     while (const auto* text = static_cast<const RWCollectableString*>(next())) joined += text->str() + '|';
     return joined;
 }
+
+struct Throwing : std::streambuf {
+    int_type overflow(int_type) override { throw std::bad_alloc(); }
+    int_type underflow() override { throw std::bad_alloc(); }
+    int sync() override { throw std::bad_alloc(); }
+};
 
 // Whether the stream was still good after it.
 bool Restore(RWCollectable& value, const std::string& bytes) {
@@ -143,7 +148,7 @@ TEST(Collectables, CompareAndCopyWithinTheirClass) {
     ofWideA.append(&wideA);
     const std::initializer_list<const RWCollectable*> kDifferent = {
         &upper, &a, &zero, &wideUpper, &wideA, &plain, &none, &ofA, &ofWideA, &dictionary};
-    std::map<RWClassId, std::string> classes;
+    std::map<RWClassId, std::string> classes = {{kRWCollectableOther, "of another room"}};
     for (const RWCollectable* object : kDifferent) {
         SCOPED_TRACE(typeid(*object).name());
         EXPECT_EQ(typeid(*object).name(),
@@ -173,22 +178,15 @@ TEST(VirtualStreams, CarryValuesAsLittleEndianBytes) {
     std::stringbuf buffer;
     RWBufferOstream out(buffer);
     out << std::uint32_t{0xfffefdfc} << 0.5;
-    RWDate(29, 2, 2000).saveOn(out);
     EXPECT_TRUE(out.put("", 0).flush().good());
-    EXPECT_EQ("\xfc\xfd\xfe\xff\0\0\0\0\0\0\xe0\x3f\x94\x68\x25\0"s, buffer.str());
+    EXPECT_EQ("\xfc\xfd\xfe\xff\0\0\0\0\0\0\xe0\x3f"s, buffer.str());
 
     RWBufferIstream in(buffer);
     std::uint32_t count = 0;
     double number = 0;
-    RWDate date(32, 1, 2000);
-    EXPECT_EQ(0u, date.dayNumber());
     EXPECT_TRUE((in >> count >> number).good());
     EXPECT_EQ(0xfffefdfcu, count);
     EXPECT_EQ(0.5, number);
-    for (int i = 0; i < 2; ++i) {  // the second time finds nothing
-        date.restoreFrom(in);
-        EXPECT_EQ(2451604u, date.dayNumber());
-    }
 }
 
 TEST(VirtualStreams, StayBadOnceAGetOrPutHasFailed) {
@@ -203,6 +201,10 @@ TEST(VirtualStreams, StayBadOnceAGetOrPutHasFailed) {
     RWBufferOstream out(full);
     EXPECT_FALSE((out << 2.0).good());
     EXPECT_FALSE(out.put("", 0).good());
+    Throwing throwing;
+    EXPECT_FALSE((RWBufferOstream(throwing) << 2.0).good());
+    EXPECT_FALSE(RWBufferOstream(throwing).flush().good());
+    EXPECT_FALSE((RWBufferIstream(throwing) >> value).good());
 }
 
 TEST(Collectables, KeepWhatTheyHaveAndTheWholeItemsOfMalformedBytes) {

@@ -4,9 +4,9 @@
 
 #include <chrono>
 #include <string>
+#include <tuple>
 
 #include "rw/file.h"
-#include "rw/virtual_streams.h"
 #include "tests/support/test_folder.h"
 
 namespace {
@@ -31,6 +31,10 @@ void ExpectCalendarsDay(int year, unsigned month, unsigned day) {
     std::tm fields;
     date.extract(&fields);
     EXPECT_EQ((days - std::chrono::sys_days(expected.year() / 1 / 1)).count(), fields.tm_yday);
+    EXPECT_EQ(expected, std::chrono::year(fields.tm_year + 1900) / (fields.tm_mon + 1) / fields.tm_mday);
+    EXPECT_EQ(std::chrono::weekday(days), std::chrono::weekday(static_cast<unsigned>(fields.tm_wday)));
+    EXPECT_EQ(0, fields.tm_hour);
+    EXPECT_EQ(-1, fields.tm_isdst);
 }
 
 TEST(Date, IsTheCalendarsDayByItsPartsAndByItsNumber) {
@@ -39,17 +43,34 @@ TEST(Date, IsTheCalendarsDayByItsPartsAndByItsNumber) {
     }
 }
 
+TEST(Date, OfANumberAloneMayBeNoneOrLieFarAway) {
+    std::tm fields;
+    RWDate(0u).extract(&fields);
+    EXPECT_EQ(0, fields.tm_mday);
+    EXPECT_EQ(0u, RWDate(0u).dayOfMonth() + RWDate(0u).month() + RWDate(0u).year());
+    EXPECT_EQ(0u, RWDate(1721425).year()) << "31 December of the year before 1";
+    EXPECT_NE(0u, RWDate().dayNumber());
+    constexpr std::uint32_t kCycle = 146097;  // of 400 years, which are alike
+    for (std::uint32_t number = kCycle + 1; number > kCycle; number += 65521) {
+        const RWDate::Calendar date = RWDate(number).calendar();
+        const RWDate::Calendar before = RWDate(number - kCycle).calendar();
+        ASSERT_EQ(std::tuple(before.year + 400, before.month, before.day),
+                  std::tuple(date.year, date.month, date.day))
+            << number;
+    }
+}
+
 TEST(Date, GoesThroughAFileAndStaysWhereThatEnds) {
     const TestFolder folder;
     RWFile file((folder / L"dates").c_str(), L"w+b");
-    RWDate(31, 12, 2023).saveOn(file);
-    EXPECT_TRUE(file.isValid());
-    EXPECT_TRUE(RWFileOstream(file).flush().good());
+    RWDate(29, 2, 2000).saveOn(file);
+    EXPECT_TRUE(file.Flush());
+    EXPECT_EQ(std::string("\x94\x68\x25\0", 4), BytesOf(folder / L"dates"));
     RWDate date(1, 1, 1);
     for (int i = 0; i < 2; ++i) {
         file.SeekTo(4 * i);
         date.restoreFrom(file);
-        EXPECT_EQ(12u, date.month()) << i;
+        EXPECT_EQ(2451604u, date.dayNumber()) << i;
     }
 }
 

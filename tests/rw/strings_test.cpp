@@ -9,14 +9,9 @@
 
 using namespace std::string_literals;
 
-namespace {
-
-const wchar_t* const kNoText = nullptr;
-const char* const kNoBytes = nullptr;
-
-}  // namespace
-
 TEST(Strings, TakeANullPointerForTheEmptyText) {
+    const wchar_t* const kNoText = nullptr;
+    const char* const kNoBytes = nullptr;
     RWWString text(kNoText);
     EXPECT_STREQ(L"", text.data());
     EXPECT_TRUE(text == kNoText);
@@ -57,6 +52,7 @@ TEST(WideString, DoesWhatTheStandardTextsDo) {
             EXPECT_EQ(a.ends_with(b), text.ends_with(other));
             EXPECT_EQ(a == b ? 1u : 2u, (std::unordered_set<RWWString>{text, b, view}.size()));
             EXPECT_EQ(a.rfind(b), text.rfind(b));
+            EXPECT_EQ(a.find(b[0]), text.find(b[0]));
             for (std::size_t from = 0; from <= a.size() + 1; ++from) {
                 EXPECT_EQ(a.find(b, from), text.find(b, from)) << from;
                 EXPECT_EQ(a.rfind(b, from), text.rfind(other, from)) << from;

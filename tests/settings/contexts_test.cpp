@@ -151,7 +151,7 @@ TEST_F(Contexts, AThreadStillAttachedFromBeforeARestartIsAttachedToNothing) {
     const int id = Settings::CreateThreadSettings();
     EXPECT_EQ(kNoContext, Settings::GetCurThreadSettings());
     EXPECT_FALSE(Settings::DetachThreadSettings(id));
-    EXPECT_TRUE(Settings::SetThreadRegStrSetting(L"Sec", L"Ent", L"global"));
+    EXPECT_TRUE(Settings::SetThreadRegIntSetting(L"Sec", L"Ent", 5));
     EXPECT_EQ(GlobalStore(), Settings::GetSettings(id, false));
     EXPECT_TRUE(Settings::AttachThreadSettings(id));
     EXPECT_EQ(2, Settings::ReleaseThreadSettingsRef(Settings::GetCurThreadSettings()));

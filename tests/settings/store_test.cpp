@@ -2,8 +2,10 @@
 
 #include <cstring>
 #include <limits>
+#include <set>
 
 #include "settings/registry.h"
+#include "settings/setting_key.h"
 #include "settings/settings_store.h"
 #include "tests/support/private_registry.h"
 
@@ -31,6 +33,20 @@ class Store : public testing::Test {
     PrivateRegistry registry_;
     CQlsSettings store_;
 };
+
+// A hash that left out a unit, its place or the length would put many keys into one place.
+TEST(KeyHash, DiffersWithEveryUnitOfSectionAndEntry) {
+    std::set<std::uint32_t> hashes = {0};
+    for (std::size_t size = 0; size < 40; ++size) {
+        std::wstring text(size, L'\0');
+        for (wchar_t& unit : text) {
+            unit = L'k';
+            hashes.insert(ql::KeyHash::Of(ql::KeyHash(7).Add(text), ql::KeyHash(8).Add(L"entry")));
+            hashes.insert(ql::KeyHash::Of(ql::KeyHash(7).Add(L"section"), ql::KeyHash(8).Add(text)));
+        }
+        EXPECT_EQ(1 + size * (size + 1), hashes.size()) << size;
+    }
+}
 
 TEST_F(Store, ATextNeverSetKeepsTheFirstReadersDefault) {
     for (const wchar_t* text : {L"first", L"second"}) EXPECT_EQ(Found(false, L"first"), Text(store_, text));

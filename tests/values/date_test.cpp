@@ -80,29 +80,10 @@ TEST(Date, EveryDayFrom1582To10000AgreesWithTheStandardCalendar) {
     EXPECT_EQ(number, CDate(31, 12, 10000).DayNumber() + 1);
     EXPECT_EQ(CDate::nullDate.dayNumber(), Null().DayNumber());
     EXPECT_GT(Null(), CDate(31, 12, 9999));
-}
-
-TEST(Date, ThreeNumbersThatFormNoDateGiveNumberZero) {
-    constexpr unsigned kMost = std::numeric_limits<unsigned>::max();
-    constexpr unsigned kBad[][3] = {{29, 2, 1900}, {31, 4, 2020}, {0, 1, 2020},  {1, 0, 2020},
-                                    {1, 13, 2020}, {1, 1, 0},     {1, 1, 10001}, {kMost, 1, 1},
-                                    {1, kMost, 1}, {1, 1, kMost}};
-    for (const auto& [day, month, year] : kBad)
-        EXPECT_EQ(0U, CDate(day, month, year).DayNumber()) << day << '.' << month << '.' << year;
+    EXPECT_EQ(CDate(0UL), CDate(29, 2, 1900)) << "three numbers that form no date";
     EXPECT_FALSE(CDate(0UL).IsValid());
     EXPECT_EQ(Ymd(0, 0, 0), Fields(CDate(0UL)));
     EXPECT_STREQ(L"", CDate(0UL).MonthStr());
-}
-
-TEST(Date, AnyNumberIsSafeAndTheCalendarRepeatsEvery400Years) {
-    constexpr std::uint32_t kCycle = 146097;
-    for (std::uint32_t number = kCycle + 1; number > kCycle; number += 65521) {
-        const RWDate::Calendar date = RWDate(number).calendar();
-        const RWDate::Calendar before = RWDate(number - kCycle).calendar();
-        ASSERT_EQ(Ymd(before.year + 400, before.month, before.day), Ymd(date.year, date.month, date.day))
-            << number;
-    }
-    EXPECT_EQ(0U, RWDate(1721425).year()) << "31 December of the year before 1";
 }
 
 TEST(Date, StepsWrapAndDecrementMovesForward) {
@@ -179,13 +160,7 @@ TEST(DateDifference, Edges) {
     }
 }
 
-TEST(DateExtract, FillsEveryFieldAndTellsLocalMidnight) {
-    std::tm fields;
-    fields.tm_hour = fields.tm_min = fields.tm_sec = 99;
-    CDate(31, 12, 2024).extract(fields);
-    EXPECT_EQ(Ymd(124, 11, 31), Ymd(fields.tm_year, fields.tm_mon, fields.tm_mday));
-    EXPECT_EQ(Ymd(0, 0, 0), Ymd(fields.tm_hour, fields.tm_min, fields.tm_sec));
-    EXPECT_EQ(Ymd(2, 365, -1), Ymd(fields.tm_wday, fields.tm_yday, fields.tm_isdst));
+TEST(DateExtract, TellsLocalMidnight) {
     long long seconds = 0;
     for (CDate date(2, 1, 1970); date < CDate(1, 1, 2038); date += 37) {
         date.extract(seconds);

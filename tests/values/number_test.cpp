@@ -4,10 +4,8 @@
 
 #include <cmath>
 #include <limits>
-#include <sstream>
 
 #include "rw/file.h"
-#include "rw/virtual_streams.h"
 #include "tests/support/test_folder.h"
 #include "values/date.h"
 
@@ -33,7 +31,7 @@ TEST(Number, ArithmeticIsThatOfDoublesWithoutSaturation) {
     EXPECT_TRUE((-largest).IsMin());
     EXPECT_EQ(2e100, (largest + largest).GetDouble());
     EXPECT_EQ(0.1 + 0.2, (Number(0.1) + 0.2).GetDouble());
-    EXPECT_EQ(3.0, (Number(5) - 2).GetDouble());
+    EXPECT_EQ(6.0, ((Number(5) - 2) * 2).GetDouble());
     EXPECT_EQ(-2.5, (Number(5) / Number(-2)).GetDouble());
     EXPECT_TRUE(std::signbit((-Number(0)).GetDouble()));
     EXPECT_TRUE((largest * -10).IsNull()) << "-1e101 is null, however it came about";
@@ -53,30 +51,20 @@ TEST(Number, DivisionByZeroThrowsAFloatZeroAcrossTheLibraryEvenForNull) {
 
 TEST(Number, PersistsBesideADateAndStaysWhenTheReadFails) {
     const TestFolder folder;
-    std::stringbuf bytes;
     RWFile file((folder / L"file").c_str(), L"w+b");
-    RWBufferOstream out(bytes);
-    RWBufferIstream in(bytes);
     Number number = -2.5;
     CDate date(29, 2, 2020);
     number.saveOn(file);
     date.saveOn(file);
-    number.saveOn(out);
-    date.saveOn(out);
-    EXPECT_EQ(std::string("\0\0\0\0\0\0\x04\xC0\x1D\x85\x25\0", 12), bytes.str());
     EXPECT_TRUE(file.SeekTo(0));
-    EXPECT_EQ(bytes.str(), BytesOf(folder / L"file"));
-    EXPECT_EQ(bytes.str().size(), number.binaryStoreSize() + date.binaryStoreSize());
-    const auto expectRestored = [&](auto& from) {
-        number = Number();
-        date = CDate(1UL);
-        for (int i = 0; i < 2; ++i) {  // the second time finds nothing
-            number.restoreFrom(from);
-            date.restoreFrom(from);
-            EXPECT_EQ(-2.5, number.GetDouble());
-            EXPECT_EQ(CDate(29, 2, 2020), date);
-        }
-    };
-    expectRestored(file);
-    expectRestored(in);
+    EXPECT_EQ(std::string("\0\0\0\0\0\0\x04\xC0\x1D\x85\x25\0", 12), BytesOf(folder / L"file"));
+    EXPECT_EQ(12u, number.binaryStoreSize() + date.binaryStoreSize());
+    number = Number();
+    date = CDate(1UL);
+    for (int i = 0; i < 2; ++i) {  // the second time finds nothing
+        number.restoreFrom(file);
+        date.restoreFrom(file);
+        EXPECT_EQ(-2.5, number.GetDouble());
+        EXPECT_EQ(CDate(29, 2, 2020), date);
+    }
 }

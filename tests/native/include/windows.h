@@ -97,7 +97,6 @@ constexpr DWORD MB_PRECOMPOSED = 0x1, MB_ERR_INVALID_CHARS = 0x8;
 inline constexpr auto GetACP = [] { return UINT{1252}; };
 struct CPINFO {
     UINT MaxCharSize;
-    BYTE DefaultChar[2], LeadByte[12];
 };
 BOOL GetCPInfo(UINT codePage, CPINFO* info);
 int MultiByteToWideChar(UINT codePage, DWORD, const char* text, int length, wchar_t* out, int capacity);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "text/speed_str.h"
 #include "text/token_string.h"
 
 TEST(TokenString, ChangesDelimitersMidwayAndCopiesThem) {
@@ -35,4 +36,14 @@ TEST(TokenString, CountsUnitsAndReadsNoFurtherThanItsText) {
     EXPECT_TRUE(text.Next().isNull()) << "shortened";
     text.append(L"cd");
     EXPECT_EQ(text.Next(), L"c") << "longer than at construction";
+}
+
+TEST(SpeedStr, TakesCountedZerosAndLeavesOutWhatCannotBe) {
+    CSpeedStr builder;
+    builder.append(L"a\0?", 3);
+    builder.append(static_cast<const wchar_t*>(nullptr));
+    builder.append(L"x", 0xFFFFFFFF);  // more than there can be
+    EXPECT_EQ(builder.ToString(), std::wstring(L"a\0?", 3));
+    builder.Clear();
+    EXPECT_TRUE(builder.isNull());
 }
