@@ -15,8 +15,8 @@ struct EndFields {
 };
 
 bool StartsAsArchive(InputFile& file) {
-    std::uint8_t start[4];
-    return file.ReadAt(0, start, 4) == 4 && Get32(start) == kLocalSignature;
+    return file.Size() >= kSignatureSize &&
+           Get32(ReadBytes(file, 0, kSignatureSize).data()) == kLocalSignature;
 }
 
 // The last bytes of the file, as far as its end record may begin.
