@@ -134,7 +134,7 @@ TEST(Archive, ArchivesThatLieDoNotOpenAndMembersThatLieAreNotRead) {
                  {"counts that differ", false, {{kEnd, end::kCountHere, -1}}, Result::kMultiVolume},
                  {"second disk", false, {{kEnd, end::kDisk, 1}}, Result::kMultiVolume},
                  {"member of another disk", false, {{kSecond, record::kDisk, 1}}, Result::kMultiVolume},
-                 {"directory too far", false, {{kEnd, end::kOffset + 2, 1}}, Result::kTruncated},
+                 {"directory too far", false, {{kEnd, end::kOffset, 1}}, Result::kTruncated},
                  {"directory too long", false, {{kEnd, end::kSize + 2, 1}}, Result::kTruncated},
                  {"directory too short", false, {{kEnd, end::kSize, -1}, {kEnd, end::kOffset, 1}}},
                  {"no record", false, {{kSecond, 0, 1}}},
@@ -167,33 +167,67 @@ TEST(Archive, ArchivesThatLieDoNotOpenAndMembersThatLieAreNotRead) {
     }
 }
 
-// It counts while its check sum is that of the name that it stands beside.
-TEST(Archive, TheSecondFormOfANameInALocalHeaderTellsThatNameToo) {
-    const std::string name = "a.txt";
-    const Bytes plain = Written({{name, "hello"}}, "");
+// The archive of a stored member "a.txt" with a field behind its name, in one of its two headers.
+Bytes WithField(bool inRecord, std::uint16_t kind, const Bytes& content) {
+    Bytes bytes = Written({{"a.txt", "hello"}}, ""), field(kExtraHeaderSize);
+    Put16(field.data(), kind);
+    Put16(&field[2], static_cast<std::uint32_t>(content.size()));
+    Append(field, content);
+    const std::size_t header = inRecord ? bytes.size() - kEndSize - kRecordSize - 5 : 0;
+    Put16(&bytes[header + (inRecord ? record::kExtraSize : local::kExtraSize)],
+          static_cast<std::uint32_t>(field.size()));
+    std::uint8_t& moved = bytes[bytes.size() - kEndSize + (inRecord ? end::kSize : end::kOffset)];
+    moved = static_cast<std::uint8_t>(moved + field.size());
+    bytes.insert(
+        bytes.begin() + static_cast<std::ptrdiff_t>(header + (inRecord ? kRecordSize : kLocalSize) + 5),
+        field.begin(), field.end());
+    return bytes;
+}
+
+// It counts while its check sum is that of the name that it stands beside. In a record it is the name.
+TEST(Archive, TheSecondFormOfANameTellsThatName) {
     const struct {
         const char* what;
         std::string path;
-        std::uint32_t sumDelta;
-        Result result;
-    } cases[] = {{"the same", name, 0, Result::kOk},
-                 {"another", "b.txt", 0, Result::kInvalid},
-                 {"of a former name", "b.txt", 1, Result::kOk}};
+        int version, sumDelta;
+        Result inLocal;
+        const char* inRecord;
+    } cases[] = {{"the same", "a.txt", 1, 0, Result::kOk, "a.txt"},
+                 {"another", "b.txt", 1, 0, Result::kInvalid, "b.txt"},
+                 {"of another version", "b.txt", 2, 0, Result::kOk, "a.txt"},
+                 {"not in UTF-8", "\xff", 1, 0, Result::kOk, "a.txt"},
+                 {"of a former name", "b.txt", 1, 1, Result::kOk, "a.txt"}};
     for (const auto& c : cases) {
-        const auto sum = static_cast<std::uint32_t>(
-            crc32(0, reinterpret_cast<const Bytef*>(name.data()), static_cast<uInt>(name.size())));
-        Bytes field(9);
-        Put16(field.data(), kExtraUnicodePath);
-        Put16(&field[2], 5 + static_cast<std::uint32_t>(c.path.size()));
-        field[4] = 1;
-        Put32(&field[5], sum + c.sumDelta);
-        Append(field, Bytes(c.path.begin(), c.path.end()));
-        Bytes bytes = plain;
-        Put16(&bytes[local::kExtraSize], static_cast<std::uint32_t>(field.size()));
-        bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(kLocalSize + name.size()), field.begin(),
-                     field.end());
-        std::uint8_t& offset = bytes[bytes.size() - kEndSize + end::kOffset];
-        offset = static_cast<std::uint8_t>(offset + field.size());
+        Bytes content(5);
+        content[0] = static_cast<std::uint8_t>(c.version);
+        Put32(&content[1], static_cast<std::uint32_t>(crc32(0, reinterpret_cast<const Bytef*>("a.txt"), 5)) +
+                               static_cast<std::uint32_t>(c.sumDelta));
+        Append(content, Bytes(c.path.begin(), c.path.end()));
+        EXPECT_EQ(c.inLocal, Read(WithField(false, kExtraUnicodePath, content), 0)) << c.what;
+        const MemoryArchive read(WithField(true, kExtraUnicodePath, content));
+        EXPECT_EQ(c.inRecord, read.archive.Entries()[0].name) << c.what;
+    }
+}
+
+TEST(Archive, ARecordLeavesNumbersToItsFieldOf64Bits) {
+    const Bytes five = {5, 0, 0, 0, 0, 0, 0, 0};
+    const struct {
+        const char* what;
+        std::size_t left, bytes;  // a number of the record, which is all ones
+        Bytes content;
+        Result result;
+    } cases[] = {{"size", record::kSize, 4, five, Result::kOk},
+                 {"size cut off", record::kSize, 4, Bytes(7), Result::kInvalid},
+                 {"disk", record::kDisk, 2, {0, 0, 0, 0}, Result::kOk},
+                 {"disk cut off", record::kDisk, 2, {0, 0, 0}, Result::kMultiVolume},
+                 {"another disk", record::kDisk, 2, {1, 0, 0, 0}, Result::kMultiVolume},
+                 {"no number", record::kDisk, 0, {1, 0, 0, 0}, Result::kOk},
+                 {"packed size and size", record::kPackedSize, 8, five, Result::kInvalid}};
+    for (const auto& c : cases) {
+        Bytes bytes = WithField(true, kExtra64, c.content);
+        const std::size_t record =
+            bytes.size() - kEndSize - kRecordSize - 5 - kExtraHeaderSize - c.content.size();
+        std::fill_n(&bytes[record + c.left], c.bytes, std::uint8_t{0xff});
         EXPECT_EQ(c.result, Read(bytes, 0)) << c.what;
     }
 }
@@ -206,6 +240,11 @@ TEST(Archive, TwoEndsAreOneTooManyButOtherBytesBehindTheEndAreAccepted) {
     Append(behind, {1, 2, 3});
     EXPECT_EQ(kMembers[1].content, ReadMember(behind, 1));
     EXPECT_EQ("told", MemoryArchive(behind).archive.Comment());
+    EXPECT_EQ(Result::kOk, Open([] {
+                  Bytes empty = Written({}, "");
+                  empty.push_back(1);
+                  return empty;
+              }()));
     Append(twice, Part(sample, PlaceOf(sample, kFirst)));
     EXPECT_EQ(Result::kInvalid, Read(twice, 1));
     for (const int missing : {0, 1}) {
@@ -217,10 +256,10 @@ TEST(Archive, TwoEndsAreOneTooManyButOtherBytesBehindTheEndAreAccepted) {
     }
 }
 
-// The record of an end whose comment is all that follows, in the contents of the first of two members.
+// The record of an end whose comment is all that follows, at the end of the last member's contents.
 TEST(Archive, AnEndInContentsIsNoneUnlessItFollowsADirectory) {
     std::string content = std::string("PK\1\2") + "PK\5\6" + std::string(18, '\1');
-    const auto written = [&] { return Written({{"a", content}, {"b", "z"}}, ""); };
+    const auto written = [&] { return Written({{"b", "z"}, {"a", content}}, ""); };
     const Bytes bytes = written();
     const auto start = std::search(bytes.begin(), bytes.end(), content.begin(), content.end());
     const std::ptrdiff_t comment = bytes.end() - start - 26;
@@ -228,7 +267,7 @@ TEST(Archive, AnEndInContentsIsNoneUnlessItFollowsADirectory) {
     content[25] = static_cast<char>(comment >> 8);
     for (const char* size : {"\1\1\1\1", "\0\0\0\0", "\3\0\0\0", "\xFF\xFF\xFF\xFF"}) {
         content.replace(16, 4, size, 4);
-        EXPECT_EQ(content, ReadMember(written(), 0));
+        EXPECT_EQ(content, ReadMember(written(), 1));
     }
     content.replace(16, 4, "\4\0\0\0", 4);
     EXPECT_EQ(Result::kInvalid, Open(written()));
@@ -252,38 +291,61 @@ TEST(Archive, IsChangedBehindAnotherFileWhileItsMembersAreWhereItSays) {
     EXPECT_EQ(kMembers[1].content, ReadMember(output.bytes, 0));
 }
 
+// Attributes are those of Windows where the host is a kin of it.
 TEST(Archive, FoldersAreKnownByTheirSlashOrAttribute) {
-    const Bytes bytes =
-        Written({{"a/", ""}, {"b", "", kFolderAttribute}, {"c", ""}, {"d", "x", kFolderAttribute}}, "");
-    const MemoryArchive read(bytes);
-    const bool isFolder[] = {true, true, false, false};
-    for (std::size_t i = 0; i < 4; ++i) EXPECT_EQ(isFolder[i], read.archive.Entries()[i].isFolder) << i;
+    const std::vector<Member> members = {{"", "", kFolderAttribute},
+                                         {"b", "", kFolderAttribute},
+                                         {"a/", ""},
+                                         {"c", ""},
+                                         {"d", "x", kFolderAttribute}};
+    const Bytes bytes = Written(members, "told");
+    for (const auto& [host, byAttribute] : {std::pair{0, true}, {3, false}, {11, true}, {14, true}}) {
+        const Change second{kFirst, kRecordSize + record::kHost, host - 11};
+        const MemoryArchive read(With({second}, bytes));
+        const bool isFolder[] = {false, byAttribute, true, false, false};
+        for (std::size_t i = 0; i < 5; ++i)
+            EXPECT_EQ(isFolder[i], read.archive.Entries()[i].isFolder) << host << ' ' << i;
+    }
 }
 
 TEST(Archive, ASourceThatFailsLeavesNothingOfItself) {
     struct Failing final : InputFile {
+        explicit Failing(std::uint64_t readable) : end(readable) {}
         std::uint64_t Size() const override { return 9u << 20; }
         std::size_t ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) override {
-            Require(offset < 5u << 20, Result::kReadFailed);
+            Require(offset < end, Result::kReadFailed);
             std::fill_n(into, size, static_cast<std::uint8_t>(offset >> 18));
             return size;
         }
-    } failing;
-    MemoryOutput output;
-    ArchiveWriter writer(output);
-    Add(writer, kMembers[0]);
-    EXPECT_EQ(Result::kReadFailed, ResultOf([&] { writer.Add({"f"}, failing, [](std::uint64_t) {}); }));
-    Add(writer, kMembers[1]);
-    output.bytes.resize(static_cast<std::size_t>(writer.Finish("told")));
-    EXPECT_EQ(Sample(), output.bytes);
+        const std::uint64_t end;
+    };
+    for (const std::uint64_t readable : {0u, 1u << 20, 5u << 20}) {
+        Failing failing(readable);
+        MemoryOutput output;
+        ArchiveWriter writer(output);
+        Add(writer, kMembers[0]);
+        EXPECT_EQ(Result::kReadFailed, ResultOf([&] {
+                      writer.Add({"f", 0, 0, 0}, failing, [](std::uint64_t) {});
+                  }));
+        Add(writer, kMembers[1]);
+        output.bytes.resize(static_cast<std::size_t>(writer.Finish("told")));
+        EXPECT_EQ(Sample(), output.bytes) << readable;
+    }
 }
 
 TEST(ExtraFields, TellMomentsInUtc) {
-    const std::uint8_t unixTime[] = {0x55, 0x54, 5, 0, 1, 0x80, 0x3d, 0xed, 0x5e};
-    const std::uint8_t ntfs[] = {0x0a, 0, 16, 0, 0, 0, 0, 0, 1, 0, 8, 0, 1, 2, 3, 4, 5, 6, 7, 8};
-    EXPECT_EQ((11'644'473'600 + 0x5eed3d80) * 10'000'000, UtcTimeIn({unixTime, sizeof unixTime}));
-    EXPECT_EQ(0x0807060504030201u, UtcTimeIn({ntfs, sizeof ntfs}));
-    EXPECT_EQ(0u, UtcTimeIn({unixTime, sizeof unixTime - 1}));
+    constexpr std::uint64_t kUnix = (11'644'473'600 + 0x5eed3d80) * 10'000'000, kNtfs = 0x0807060504030201;
+    const std::pair<Bytes, std::uint64_t> cases[] = {
+        {{0x55, 0x54, 5, 0, 1, 0x80, 0x3d, 0xed, 0x5e}, kUnix},
+        {{0x55, 0x54, 5, 0, 1, 0x80, 0x3d, 0xed}, 0},        // beyond the end
+        {{0x55, 0x54, 4, 0, 1, 0x80, 0x3d, 0xed, 0x5e}, 0},  // cut off
+        {{0x55, 0x54, 5, 0, 2, 0x80, 0x3d, 0xed, 0x5e}, 0},  // of another time
+        {{0x0a, 0, 16, 0, 0, 0, 0, 0, 1, 0, 8, 0, 1, 2, 3, 4, 5, 6, 7, 8}, kNtfs},
+        {{0x0a, 0, 15, 0, 0, 0, 0, 0, 1, 0, 7, 0, 1, 2, 3, 4, 5, 6, 7, 8}, 0},
+        {{0x0a, 0, 16, 0, 0, 0, 0, 0, 2, 0, 8, 0, 1, 2, 3, 4, 5, 6, 7, 8}, 0},
+        {{0x0a, 0, 3, 0, 0, 0, 0, 0x55, 0x54, 5, 0, 1, 0x80, 0x3d, 0xed, 0x5e}, kUnix}};
+    for (const auto& [bytes, time] : cases)
+        EXPECT_EQ(time, UtcTimeIn({bytes.data(), bytes.size()})) << testing::PrintToString(bytes);
 }
 
 TEST(Archive, CommentsOfEveryLength) {
@@ -325,10 +387,10 @@ class SparseFile final : public InputFile, public OutputFile {
 
 TEST(Archive, WritesAndChangesMembersAndArchivesBeyondFourGigabytes) {
     constexpr std::uint64_t kLarge = 4'400'000'000;
-    SparseFile zeros, first, second;
+    SparseFile zeros, first, second, third;
     zeros.Grow(kLarge);
     ArchiveWriter writer(first);
-    writer.Add({"large"}, zeros, [](std::uint64_t) {});
+    writer.Add({"large", 0, 0, 0}, zeros, [](std::uint64_t) {});
     Add(writer, {"behind", "small"});
     writer.Finish("");
     ArchiveWriter changed(second);
@@ -345,6 +407,11 @@ TEST(Archive, WritesAndChangesMembersAndArchivesBeyondFourGigabytes) {
         EXPECT_EQ(content, ContentOf(second, archive, index));
     }
     EXPECT_NO_THROW(archive.DataStart(second, archive.Entries()[0]));
+    ArchiveWriter without(third);
+    without.Copy(second, archive, {false, true, true});
+    without.Finish("");
+    EXPECT_EQ(2 * kRecordSize + 9, Archive(third).DirectorySize()) << "no field of 64 bits is left";
+    EXPECT_EQ("also small", ContentOf(third, Archive(third), 1));
 }
 
 TEST(Archive, HoldsMoreMembersThanTheShortEndCanCount) {
