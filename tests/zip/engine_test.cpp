@@ -145,11 +145,20 @@ TEST_F(Engine, AddsFreshensUpdatesAndDeletes) {
     EXPECT_EQ("2021", ReadFile(out_ + "\\old.txt"));
     EXPECT_EQ(ZIP_DONE, Zip(ZIP_ADD, "*"));
     EXPECT_EQ(2, Count()) << "not the archive itself";
-    EXPECT_EQ(ZIP_DONE, Dzip(ZipCommand(ZIP_DELETE, "*")));
-    EXPECT_EQ(0, Count());
-    EXPECT_EQ(ZIP_DONE,
-              Dzip(With(ZipCommand(ZIP_ADD, Quoted("new*")), &ZIPCMDSTRUCT::deleteOriginalFlag, 1)));
-    EXPECT_EQ("a.zip|old.txt|out|", Names(folder_));
+    EXPECT_EQ(ZIP_DONE, Dzip(With(ZipCommand(ZIP_DELETE, "new*"), &ZIPCMDSTRUCT::oldAsLatestFlag, 1)));
+    EXPECT_EQ(1, Count());
+    WriteFile(Path("as old as the member.txt"), "", 2019);
+    EXPECT_EQ(fs::last_write_time(Path("as old as the member.txt")), fs::last_write_time(archive_));
+    PutBytes(WideArchive(), "");
+    EXPECT_EQ(ZIP_MISSING, Dzip(ZipCommand(ZIP_DELETE, "*"))) << "an empty file is no archive";
+    ::SetFileAttributesA(Path("old.txt").c_str(), FILE_ATTRIBUTE_READONLY);
+    std::string told;
+    ZIPCMDSTRUCT move = With(ZipCommand(ZIP_ADD, Quoted("*.txt")), &ZIPCMDSTRUCT::deleteOriginalFlag, 1);
+    move.lpMajorStatus = Record;
+    move.lpMajorUserData = &told;
+    EXPECT_EQ(ZIP_NOT_COMPLETED, Dzip(With(move, &ZIPCMDSTRUCT::noDirectoryNamesFlag, 1)));
+    EXPECT_EQ("as old as the member.txt:0 new one.txt:42 old.txt:100 ", told);
+    EXPECT_EQ("a.zip|old.txt|out|", Names(folder_)) << "the one that cannot go stays alone";
 }
 
 TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
@@ -175,8 +184,8 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
         ::DeleteFileA(archive_.c_str());
         ZIPCMDSTRUCT command = ZipCommand(ZIP_ADD, Quoted("in\\*.*"));
         command.lpszIncludeFollowing = command.lpszExcludeFollowing = "*.jpg x";
-        command.lpszDate = "01/01/22";
-        command.lpszStoreSuffixes = ".zip,png:jpg;xt";
+        command.lpszDate = "12/31/21";
+        command.lpszStoreSuffixes = ":jpg;xt,.zip";
         for (const auto flag : c.first) command.*flag = 1;
         EXPECT_EQ(ZIP_DONE, Dzip(command)) << c.second;
         std::set<std::string> names;
@@ -192,21 +201,29 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
         << "two would have one name";
     const std::string twice = Quoted("in\\a.txt") + " " + Quoted("in\\A.*");
     EXPECT_EQ(ZIP_DONE, Dzip(ZipCommand(ZIP_ADD, twice))) << "one file, found twice";
+    for (const auto& [name, code] :
+         {std::pair{"in\\sub\\", ZIP_DONE}, {"a.txt", ZIP_DONE}, {"b.txt", ZIP_FILE_MISSING}})
+        EXPECT_EQ(code, Dzip(With(recursive, &ZIPCMDSTRUCT::lpszItemList, Quoted(name).c_str()))) << name;
 }
 
 TEST_F(Engine, RefusesWhatItDoesNotOffer) {
     WriteFile(Path("a.txt"), "a");
     const auto add = [&] { return ZipCommand(ZIP_ADD, Quoted("a.txt")); };
     const std::pair<ZipFlag, int> numbers[] = {
-        {&ZIPCMDSTRUCT::zipStructSize, 187}, {&ZIPCMDSTRUCT::encryptFlag, 1}, {&ZIPCMDSTRUCT::dosifyFlag, 1},
-        {&ZIPCMDSTRUCT::fixFlag, 1},         {&ZIPCMDSTRUCT::compFactor, 10}, {&ZIPCMDSTRUCT::compFactor, -1},
-        {&ZIPCMDSTRUCT::function, 6}};
+        {&ZIPCMDSTRUCT::zipStructSize, 187},     {&ZIPCMDSTRUCT::encryptFlag, 1},
+        {&ZIPCMDSTRUCT::dosifyFlag, 1},          {&ZIPCMDSTRUCT::fixFlag, 1},
+        {&ZIPCMDSTRUCT::convertLFtoCRLFFlag, 1}, {&ZIPCMDSTRUCT::fixHarderFlag, 1},
+        {&ZIPCMDSTRUCT::includeVolumeFlag, 1},   {&ZIPCMDSTRUCT::compFactor, 10},
+        {&ZIPCMDSTRUCT::compFactor, -1},         {&ZIPCMDSTRUCT::function, 6}};
     for (const auto& number : numbers)
         EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(With(add(), number.first, number.second))) << &number - numbers;
     const auto addSince = With(add(), &ZIPCMDSTRUCT::afterDateFlag, 1);
     for (const char* date : {"13/01/22", "00/01/22", "01/32/22", "01/00/22", "x1/01/22", "01/0x/22",
                              "01/01-22", "01 01/22", "1/01/22"})
         EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(With(addSince, &ZIPCMDSTRUCT::lpszDate, date))) << date;
+    EXPECT_EQ(ZIP_NOTHING_TO_DO, Dzip(With(addSince, &ZIPCMDSTRUCT::lpszDate, "01/01/22")));
+    EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(With(add(), &ZIPCMDSTRUCT::wZipSubOptions, 1)));
+    EXPECT_EQ(ZIP_DONE, Dzip(ZipCommand(ZIP_NONE, "")));
     EXPECT_EQ(ZIP_BAD_COMMENT, Dzip(With(add(), &ZIPCMDSTRUCT::addCommentFlag, 1)));
     EXPECT_EQ(ZIP_MISSING, Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, nullptr)));
     EXPECT_EQ(ZIP_CANNOT_CREATE, Dzip(With(add(), &ZIPCMDSTRUCT::lpszZIPFile, "C:\\no such folder\\a.zip")));
@@ -221,7 +238,13 @@ TEST_F(Engine, RefusesWhatItDoesNotOffer) {
     EXPECT_EQ(UNZIP_NOTHING_TO_DO, Extract("b.txt"));
     for (const UnzipFlag other : {&UNZIPCMDSTRUCT::unzipStructSize, &UNZIPCMDSTRUCT::bLF2CRLFFlag})
         EXPECT_EQ(UNZIP_BAD_REQUEST, Extract("*", {other}));
-    EXPECT_EQ(UNZIP_BAD_REQUEST, Dunzip(UnzipCommand(UNZIP_FILE_TO_MEMORY + 1)));
+    for (const int function : {-1, 10})
+        EXPECT_EQ(UNZIP_BAD_REQUEST, Dunzip(UnzipCommand(function))) << function;
+    EXPECT_EQ(UNZIP_DONE, Dunzip(UnzipCommand(UNZIP_NONE)));
+    for (const char* none : {"", static_cast<const char*>(nullptr)})
+        EXPECT_EQ(UNZIP_MISSING, Dunzip(With(UnzipCommand(UNZIP_NEXT), &UNZIPCMDSTRUCT::lpszZIPFile, none)));
+    EXPECT_EQ(UNZIP_BAD_REQUEST, Dunzip(With(UnzipCommand(UNZIP_NEXT), &UNZIPCMDSTRUCT::zInfo, nullptr)));
+    EXPECT_EQ(UNZIP_BAD_REQUEST, Dunzip(UnzipCommand(UNZIP_COMMENT)));
     EXPECT_EQ(UNZIP_BAD_REQUEST,
               Dunzip(With(UnzipCommand(UNZIP_EXTRACT), &UNZIPCMDSTRUCT::wUnzipSubOptions, 2)));
 }
@@ -275,18 +298,24 @@ TEST_F(Engine, ListsMembers) {
     MakeArchive({{"a.txt", "hello", 33},
                  {"sub/", "", 0},
                  {"sub/long name \u20ac\u4e00.html", ""},
-                 {"sub/a.txt", "x"}});
+                 {"sub/a.txt", "x"},
+                 {std::string(259, 'n'), ""},
+                 {std::string(260, 'n'), ""}});
     UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_NEXT);
     std::string listed;
     while (Dunzip(command) == 0)
         listed += std::to_string(info_.index) + info_.szFileName + ' ' + std::to_string(info_.attr) + '|';
-    EXPECT_EQ("0a.txt 33|1sub/ 16|2sub/long name \x80?.html 65568|3sub/a.txt 32|", listed);
+    EXPECT_EQ("0a.txt 33|1sub/ 16|2sub/long name \x80?.html 65568|3sub/a.txt 32|4" + std::string(259, 'n') +
+                  " 65568|",
+              listed);
+    EXPECT_EQ(5, command.index) << "whose name is too long for the record";
     EXPECT_EQ(UNZIP_OUT_OF_BOUNDS, Dunzip(command));
-    command.function = UNZIP_INDEXED;
-    for (const int index : {-1, 4, -2, 0x7fffffff, 0}) {
-        command.index = index;
+    for (const int index : {-1, 6, -2, 0x7fffffff, 0}) {
+        command = With(UnzipCommand(UNZIP_INDEXED), &UNZIPCMDSTRUCT::index, index);
         EXPECT_EQ(index == 0 ? UNZIP_DONE : UNZIP_OUT_OF_BOUNDS, Dunzip(command)) << index;
     }
+    for (const int index : {-2, 5})
+        EXPECT_EQ(UNZIP_OUT_OF_BOUNDS, Dunzip(With(UnzipCommand(UNZIP_NEXT), &UNZIPCMDSTRUCT::index, index)));
     EXPECT_EQ(5u, info_.oSize);
     EXPECT_EQ(0x3610a686u, info_.crc_32);
     EXPECT_STREQ("06/15/20 12:30:10", info_.szDateTime);
@@ -320,7 +349,11 @@ TEST_F(Engine, WalksAsFarAsIndexesGoAndSeesEveryChange) {
 }
 
 TEST_F(Engine, ExtractsWithAndWithoutFolders) {
-    MakeArchive({{"sub/deep/", "", 16}, {"sub/\u20ac.txt", "euro"}, {"b.txt", "", 33}});
+    MakeArchive({{"sub/deep/", "", 16},
+                 {"sub/\u20ac.txt", "euro"},
+                 {"b.txt", "", 33},
+                 {"c.txt", "four"},
+                 {"d.txt", "eightfold"}});
     std::string minor, major;
     UNZIPCMDSTRUCT told = UnzipCommand(UNZIP_EXTRACT);
     told.lpMinorStatus = told.lpMajorStatus = Record;
@@ -329,10 +362,10 @@ TEST_F(Engine, ExtractsWithAndWithoutFolders) {
     EXPECT_EQ(UNZIP_DONE, Dunzip(told));
     EXPECT_EQ("deep|\u20ac.txt|", Names(out_ + "\\sub"));
     EXPECT_EQ(::GetFileAttributesA((out_ + "\\b.txt").c_str()), DWORD{33});
-    EXPECT_EQ(minor, "sub/\x80.txt:100 b.txt:100 ");
-    EXPECT_EQ(major, minor);
+    EXPECT_EQ(minor, "sub/\x80.txt:100 b.txt:100 c.txt:100 d.txt:100 ");
+    EXPECT_EQ(major, "sub/\x80.txt:23 b.txt:23 c.txt:47 d.txt:100 ");
     EXPECT_EQ(UNZIP_SKIPPED, Extract("*", {&UNZIPCMDSTRUCT::noDirectoryNamesFlag}));  // b.txt is there
-    EXPECT_EQ("b.txt|sub|\u20ac.txt|", Names(out_));
+    EXPECT_EQ("b.txt|c.txt|d.txt|sub|\u20ac.txt|", Names(out_));
 }
 
 TEST_F(Engine, ReplacesFilesOnlyAsTheFlagsSay) {
@@ -430,17 +463,29 @@ TEST_F(Engine, SourcesOfAListHaveAResultEach) {
     std::wstring names;
     EXPECT_EQ(UNZIP_DONE, Dynazip::ForEachMember(WideArchive().c_str(), AppendName, &names));
     EXPECT_EQ(L"old.txt|locked.txt|held.txt|new.txt|in/\u20ac.txt|", names);
+    // Which functions the engine's own entry point takes, and how many sources.
+    const std::tuple<int, ZIPSOURCE*, int, int> calls[] = {{ZIP_FRESHEN, &sources[0], 1, ZIP_NOTHING_TO_DO},
+                                                           {ZIP_UPDATE, nullptr, 0, ZIP_NOTHING_TO_DO},
+                                                           {ZIP_ADD, &sources[0], 1, ZIP_DONE},
+                                                           {ZIP_ADD, nullptr, 1, ZIP_BAD_REQUEST},
+                                                           {ZIP_ADD, &sources[0], -1, ZIP_BAD_REQUEST},
+                                                           {ZIP_DELETE, &sources[0], 1, ZIP_BAD_REQUEST}};
+    for (const auto& [function, source, count, code] : calls) {
+        const ZIPCMDSTRUCT command = ZipCommand(function, "");
+        EXPECT_EQ(code, Call<DzipFilesProc>("DZIP32.DLL", "dzipfiles", &command, source, count))
+            << function << count;
+    }
 }
 
 TEST_F(Engine, MembersAreBroughtOutAsTheClassIsAsked) {
-    MakeArchive({{"a.txt", "a"}, {"in/\u4e00.txt", "deep"}, {"b.txt", "b"}});
+    MakeArchive({{"in/\u4e00.txt", "deep"}, {"a.txt", "a"}, {"b.txt", "b"}});
     const wchar_t* const all[] = {L"b.txt", L"A.TXT", L"B.txt"};  // one of them twice
     // Whom the call tells of, the files that are there then, and what the one that was newer holds.
     const std::tuple<ZipExtraction, const wchar_t*, const char*, const char*> cases[] = {
         {{.names = all, .count = 3, .testsOnly = true}, L"a.txt|b.txt|", "b.txt|", "newer"},
-        {{.index = 1}, L"in/\u4e00.txt|", "b.txt|\u4e00.txt|", "newer"},
+        {{.index = 0}, L"in/\u4e00.txt|", "b.txt|\u4e00.txt|", "newer"},
         {{.names = all, .count = 3, .keepsNewer = true}, L"a.txt|b.txt|", "a.txt|b.txt|\u4e00.txt|", "newer"},
-        {{.withFolders = true}, L"a.txt|in/\u4e00.txt|b.txt|", "a.txt|b.txt|in|\u4e00.txt|", "b"}};
+        {{.withFolders = true}, L"in/\u4e00.txt|a.txt|b.txt|", "a.txt|b.txt|in|\u4e00.txt|", "b"}};
     fs::create_directory(out_);
     WriteFile(out_ + "\\b.txt", "newer", 2030);
     for (const auto& [what, told, files, content] : cases) {
@@ -449,6 +494,19 @@ TEST_F(Engine, MembersAreBroughtOutAsTheClassIsAsked) {
         EXPECT_EQ(told, names) << files;
         EXPECT_EQ(files, Names(out_));
         EXPECT_EQ(content, ReadFile(out_ + "\\b.txt")) << files;
+    }
+    // Functions of the engine's own entry point that the class does not use.
+    const std::tuple<int, int, ZipMemberProc, int, const wchar_t*> calls[] = {
+        {UNZIP_COUNT_MATCHING, -1, AppendName, UNZIP_DONE, L"b.txt|"},
+        {UNZIP_EXTRACT, 3, AppendName, UNZIP_OUT_OF_BOUNDS, L""},
+        {UNZIP_NEXT, -1, AppendName, UNZIP_BAD_REQUEST, L""},
+        {UNZIP_COUNT_ALL, -1, nullptr, UNZIP_BAD_REQUEST, L""}};
+    for (const auto& [function, index, each, code, told] : calls) {
+        std::wstring names;
+        UNZIPCMDSTRUCT command = With(UnzipCommand(function, "b.txt"), &UNZIPCMDSTRUCT::index, index);
+        EXPECT_EQ(code, Call<DunzipEachProc>("DUNZIP32.DLL", "dunzipeach", &command, each, &names))
+            << function;
+        EXPECT_EQ(told, names) << function;
     }
 }
 
@@ -498,7 +556,11 @@ TEST_F(Engine, GoesBetweenMemoryAndArchive) {
     ZIPCMDSTRUCT put = ZipCommand(ZIP_MEMORY_TO_FILE, "folder\\memory.bin");
     put.lpMemBlock = content.data();
     put.lMemBlockSize = static_cast<std::int32_t>(content.size());
+    std::string told, all = "folder/memory.bin:87 folder/memory.bin:100 ";
+    put.lpMinorStatus = Record;
+    put.lpMinorUserData = &told;
     for (int times = 0; times < 2; ++times) EXPECT_EQ(ZIP_DONE, Dzip(put));
+    EXPECT_EQ(all + all, told);
     EXPECT_EQ(1, Count());
     const std::tuple<int, std::size_t, std::size_t> cases[] = {
         {0, 400000, 300003}, {300000, 10, 3}, {262140, 8, 8}, {300003, 5, 0}, {0x7fffffff, 5, 0}, {5, 0, 0}};
@@ -512,8 +574,26 @@ TEST_F(Engine, GoesBetweenMemoryAndArchive) {
         EXPECT_EQ(static_cast<int>(count), CountOf(get)) << offset;
         EXPECT_TRUE(block == expected) << offset;
     }
-    for (const char* name : {"..\\a", "a b", "nul", ""})
-        EXPECT_EQ(ZIP_BAD_REQUEST, Dzip(ZipCommand(ZIP_MEMORY_TO_FILE, name))) << name;
+    UNZIPCMDSTRUCT get = UnzipCommand(UNZIP_FILE_TO_MEMORY, "memory.bin");
+    told.clear();
+    get.lpMinorStatus = Record;
+    get.lpMinorUserData = &told;
+    EXPECT_EQ(0, CountOf(get)) << "no block is enough for nothing";
+    EXPECT_EQ("folder/memory.bin:43 folder/memory.bin:87 folder/memory.bin:100 ", told);
+    EXPECT_EQ(UNZIP_BAD_REQUEST, Dunzip(With(get, &UNZIPCMDSTRUCT::lMemBlockSize, 1)));
+    EXPECT_EQ(UNZIP_NOTHING_TO_DO, Dunzip(UnzipCommand(UNZIP_FILE_TO_MEMORY, "none")));
+    get.lpMemBlock = content.data();
+    for (const auto field : {&UNZIPCMDSTRUCT::lMemBlockSize, &UNZIPCMDSTRUCT::lStartingOffset})
+        EXPECT_EQ(UNZIP_BAD_REQUEST, Dunzip(With(get, field, -1)));
+    for (const auto& [name, size, code] : {std::tuple{"..\\a", 0, ZIP_BAD_REQUEST},
+                                           {"a b", 0, ZIP_BAD_REQUEST},
+                                           {"nul", 0, ZIP_BAD_REQUEST},
+                                           {"", 0, ZIP_BAD_REQUEST},
+                                           {"a", 1, ZIP_BAD_REQUEST},
+                                           {"a", -1, ZIP_BAD_REQUEST},
+                                           {"a", 0, ZIP_DONE}})
+        EXPECT_EQ(code, Dzip(With(ZipCommand(ZIP_MEMORY_TO_FILE, name), &ZIPCMDSTRUCT::lMemBlockSize, size)))
+            << name << size;
 }
 
 }  // namespace
