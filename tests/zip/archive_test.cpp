@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstring>
-#include <utility>
+#include <tuple>
 
 #include <zlib.h>
 
@@ -91,36 +91,22 @@ TEST(Archive, TakesMembersOfEverySize) {
         for (const std::size_t size : {0u, 8u, 262143u, 262144u, 262145u, 524288u, 1048575u, 3000000u})
             members.push_back({std::to_string(size), noise.substr(0, size), 32, level});
     }
+    std::string again;
+    for (int i = 0; i < 30; ++i) again += noise.substr(0, 20000);
+    members.push_back({"again", again, 32, 9});
     MemoryArchive read(Written(members, ""));
     for (std::size_t i = 0; i < members.size(); ++i) {
         EXPECT_TRUE(read.Content(i) == members[i].content) << members[i].name << " at " << members[i].level;
         if (members[i].content.size() > 8) continue;
         EXPECT_EQ(kStored, read.archive.Entries()[i].method) << members[i].name;
     }
-}
-
-// Blocks are packed by themselves.
-TEST(Archive, PacksAboutAsSmallAsOneStream) {
-    std::string text;
-    for (std::uint32_t i = 0, x = 1; text.size() < 3'000'000; ++i)
-        text += "word " + std::to_string((x = x * 1664525 + 1013904223) >> 22) + (i % 9 == 0 ? "\n" : " ");
-    for (const int level : {1, 9}) {
-        uLongf whole = compressBound(static_cast<uLong>(text.size()));
-        Bytes packed(whole);
-        compress2(packed.data(), &whole, reinterpret_cast<const Bytef*>(text.data()),
-                  static_cast<uLong>(text.size()), level);
-        const Bytes bytes = Written({{"t", text, 32, level}}, "");
-        EXPECT_LT(static_cast<double>(bytes.size()), 1.01 * static_cast<double>(whole)) << level;
-    }
+    EXPECT_GT(30000u, read.archive.Entries().back().packedSize) << "a block has those before it in mind";
 }
 
 TEST(Archive, RefusesEveryPieceOfAnArchive) {
-    EXPECT_EQ(Result::kInvalid, Open(Bytes(100, 'x'))) << "no archive at all";
     const Bytes bytes = Sample();
-    for (std::size_t size = 0; size < bytes.size(); ++size) {
-        const Result result = Open(Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)));
-        EXPECT_EQ(result, size < 4 ? Result::kInvalid : Result::kTruncated) << size;
-    }
+    for (const std::size_t size : {0u, 3u, 4u, 60u, 200u})
+        EXPECT_EQ(size < 4 ? Result::kInvalid : Result::kTruncated, Open({&bytes[0], &bytes[size]})) << size;
 }
 
 TEST(Archive, ArchivesThatLieDoNotOpenAndMembersThatLieAreNotRead) {
@@ -170,65 +156,37 @@ TEST(Archive, ArchivesThatLieDoNotOpenAndMembersThatLieAreNotRead) {
 // The archive of a stored member "a.txt" with a field behind its name, in one of its two headers.
 Bytes WithField(bool inRecord, std::uint16_t kind, const Bytes& content) {
     Bytes bytes = Written({{"a.txt", "hello"}}, ""), field(kExtraHeaderSize);
+    const auto size = static_cast<std::uint32_t>(content.size());
     Put16(field.data(), kind);
-    Put16(&field[2], static_cast<std::uint32_t>(content.size()));
+    Put16(&field[2], size);
     Append(field, content);
     const std::size_t header = inRecord ? bytes.size() - kEndSize - kRecordSize - 5 : 0;
-    Put16(&bytes[header + (inRecord ? record::kExtraSize : local::kExtraSize)],
-          static_cast<std::uint32_t>(field.size()));
+    Put16(&bytes[header + (inRecord ? record::kExtraSize : local::kExtraSize)], size + 4);
     std::uint8_t& moved = bytes[bytes.size() - kEndSize + (inRecord ? end::kSize : end::kOffset)];
-    moved = static_cast<std::uint8_t>(moved + field.size());
-    bytes.insert(
-        bytes.begin() + static_cast<std::ptrdiff_t>(header + (inRecord ? kRecordSize : kLocalSize) + 5),
-        field.begin(), field.end());
+    moved = static_cast<std::uint8_t>(moved + size + 4);
+    const std::size_t nameEnd = header + (inRecord ? kRecordSize : kLocalSize) + 5;
+    bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(nameEnd), field.begin(), field.end());
     return bytes;
 }
 
 // It counts while its check sum is that of the name that it stands beside. In a record it is the name.
 TEST(Archive, TheSecondFormOfANameTellsThatName) {
-    const struct {
-        const char* what;
-        std::string path;
-        int version, sumDelta;
-        Result inLocal;
-        const char* inRecord;
-    } cases[] = {{"the same", "a.txt", 1, 0, Result::kOk, "a.txt"},
-                 {"another", "b.txt", 1, 0, Result::kInvalid, "b.txt"},
-                 {"of another version", "b.txt", 2, 0, Result::kOk, "a.txt"},
-                 {"not in UTF-8", "\xff", 1, 0, Result::kOk, "a.txt"},
-                 {"of a former name", "b.txt", 1, 1, Result::kOk, "a.txt"}};
-    for (const auto& c : cases) {
-        Bytes content(5);
-        content[0] = static_cast<std::uint8_t>(c.version);
-        Put32(&content[1], static_cast<std::uint32_t>(crc32(0, reinterpret_cast<const Bytef*>("a.txt"), 5)) +
-                               static_cast<std::uint32_t>(c.sumDelta));
-        Append(content, Bytes(c.path.begin(), c.path.end()));
-        EXPECT_EQ(c.inLocal, Read(WithField(false, kExtraUnicodePath, content), 0)) << c.what;
-        const MemoryArchive read(WithField(true, kExtraUnicodePath, content));
-        EXPECT_EQ(c.inRecord, read.archive.Entries()[0].name) << c.what;
-    }
-}
-
-TEST(Archive, ARecordLeavesNumbersToItsFieldOf64Bits) {
-    const Bytes five = {5, 0, 0, 0, 0, 0, 0, 0};
-    const struct {
-        const char* what;
-        std::size_t left, bytes;  // a number of the record, which is all ones
-        Bytes content;
-        Result result;
-    } cases[] = {{"size", record::kSize, 4, five, Result::kOk},
-                 {"size cut off", record::kSize, 4, Bytes(7), Result::kInvalid},
-                 {"disk", record::kDisk, 2, {0, 0, 0, 0}, Result::kOk},
-                 {"disk cut off", record::kDisk, 2, {0, 0, 0}, Result::kMultiVolume},
-                 {"another disk", record::kDisk, 2, {1, 0, 0, 0}, Result::kMultiVolume},
-                 {"no number", record::kDisk, 0, {1, 0, 0, 0}, Result::kOk},
-                 {"packed size and size", record::kPackedSize, 8, five, Result::kInvalid}};
-    for (const auto& c : cases) {
-        Bytes bytes = WithField(true, kExtra64, c.content);
-        const std::size_t record =
-            bytes.size() - kEndSize - kRecordSize - 5 - kExtraHeaderSize - c.content.size();
-        std::fill_n(&bytes[record + c.left], c.bytes, std::uint8_t{0xff});
-        EXPECT_EQ(c.result, Read(bytes, 0)) << c.what;
+    // The form, its version, what its check sum is off; what reading says with the form in the local header,
+    // and the name with the form in the record.
+    const std::tuple<std::string, std::uint8_t, std::uint32_t, Result, const char*> cases[] = {
+        {"a.txt", 1, 0, Result::kOk, "a.txt"},
+        {"b.txt", 1, 0, Result::kInvalid, "b.txt"},
+        {"b.txt", 2, 0, Result::kOk, "a.txt"},
+        {"\xff", 1, 0, Result::kOk, "a.txt"},
+        {"b.txt", 1, 1, Result::kOk, "a.txt"}};
+    for (const auto& [path, version, off, inLocal, inRecord] : cases) {
+        Bytes form(5, version);
+        Put32(&form[1],
+              off + static_cast<std::uint32_t>(crc32(0, reinterpret_cast<const Bytef*>("a.txt"), 5)));
+        Append(form, Bytes(path.begin(), path.end()));
+        EXPECT_EQ(inLocal, Read(WithField(false, kExtraUnicodePath, form), 0)) << path << int{version} << off;
+        const MemoryArchive read(WithField(true, kExtraUnicodePath, form));
+        EXPECT_EQ(inRecord, read.archive.Entries()[0].name) << path << int{version} << off;
     }
 }
 
@@ -240,11 +198,9 @@ TEST(Archive, TwoEndsAreOneTooManyButOtherBytesBehindTheEndAreAccepted) {
     Append(behind, {1, 2, 3});
     EXPECT_EQ(kMembers[1].content, ReadMember(behind, 1));
     EXPECT_EQ("told", MemoryArchive(behind).archive.Comment());
-    EXPECT_EQ(Result::kOk, Open([] {
-                  Bytes empty = Written({}, "");
-                  empty.push_back(1);
-                  return empty;
-              }()));
+    Bytes empty = Written({}, "");
+    Append(empty, {1});
+    EXPECT_EQ(Result::kOk, Open(empty));
     Append(twice, Part(sample, PlaceOf(sample, kFirst)));
     EXPECT_EQ(Result::kInvalid, Read(twice, 1));
     for (const int missing : {0, 1}) {
@@ -293,12 +249,7 @@ TEST(Archive, IsChangedBehindAnotherFileWhileItsMembersAreWhereItSays) {
 
 // Attributes are those of Windows where the host is a kin of it.
 TEST(Archive, FoldersAreKnownByTheirSlashOrAttribute) {
-    const std::vector<Member> members = {{"", "", kFolderAttribute},
-                                         {"b", "", kFolderAttribute},
-                                         {"a/", ""},
-                                         {"c", ""},
-                                         {"d", "x", kFolderAttribute}};
-    const Bytes bytes = Written(members, "told");
+    const Bytes bytes = Written({{"", "", 16}, {"b", "", 16}, {"a/", ""}, {"c", ""}, {"d", "x", 16}}, "told");
     for (const auto& [host, byAttribute] : {std::pair{0, true}, {3, false}, {11, true}, {14, true}}) {
         const Change second{kFirst, kRecordSize + record::kHost, host - 11};
         const MemoryArchive read(With({second}, bytes));
@@ -310,17 +261,16 @@ TEST(Archive, FoldersAreKnownByTheirSlashOrAttribute) {
 
 TEST(Archive, ASourceThatFailsLeavesNothingOfItself) {
     struct Failing final : InputFile {
-        explicit Failing(std::uint64_t readable) : end(readable) {}
         std::uint64_t Size() const override { return 9u << 20; }
         std::size_t ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) override {
             Require(offset < end, Result::kReadFailed);
             std::fill_n(into, size, static_cast<std::uint8_t>(offset >> 18));
             return size;
         }
-        const std::uint64_t end;
-    };
-    for (const std::uint64_t readable : {0u, 1u << 20, 5u << 20}) {
-        Failing failing(readable);
+        std::uint64_t end = 0;
+    } failing;
+    for (const std::uint64_t readable : {0u, 5u << 20}) {
+        failing.end = readable;
         MemoryOutput output;
         ArchiveWriter writer(output);
         Add(writer, kMembers[0]);
@@ -346,15 +296,6 @@ TEST(ExtraFields, TellMomentsInUtc) {
         {{0x0a, 0, 3, 0, 0, 0, 0, 0x55, 0x54, 5, 0, 1, 0x80, 0x3d, 0xed, 0x5e}, kUnix}};
     for (const auto& [bytes, time] : cases)
         EXPECT_EQ(time, UtcTimeIn({bytes.data(), bytes.size()})) << testing::PrintToString(bytes);
-}
-
-TEST(Archive, CommentsOfEveryLength) {
-    for (std::size_t size : {0u, 1u, 21u, 22u, 23u, 65534u, 65535u}) {
-        const Bytes bytes = Written(kMembers, std::string(size, 'c'));
-        EXPECT_EQ(std::string(size, 'c'), MemoryArchive(bytes).archive.Comment());
-    }
-    EXPECT_EQ(ResultOf([] { Written({}, std::string(65536, 'c')); }), Result::kBadComment);
-    EXPECT_EQ(ResultOf([] { Written({}, "PK\5\6"); }), Result::kBadComment);
 }
 
 // A file that is mostly zeros, of which only the other writes take memory.
@@ -411,7 +352,6 @@ TEST(Archive, WritesAndChangesMembersAndArchivesBeyondFourGigabytes) {
     without.Copy(second, archive, {false, true, true});
     without.Finish("");
     EXPECT_EQ(2 * kRecordSize + 9, Archive(third).DirectorySize()) << "no field of 64 bits is left";
-    EXPECT_EQ("also small", ContentOf(third, Archive(third), 1));
 }
 
 TEST(Archive, HoldsMoreMembersThanTheShortEndCanCount) {
@@ -435,6 +375,7 @@ TEST(Archive, HoldsMoreMembersThanTheShortEndCanCount) {
         EXPECT_EQ(last, read.archive.Entries().back().name);
         EXPECT_EQ("told", read.archive.Comment());
     }
+    EXPECT_EQ(ResultOf([] { Written({}, "PK\5\6"); }), Result::kBadComment);
     const struct {
         const char* what;
         std::vector<Change> changes;
