@@ -18,8 +18,7 @@ std::size_t Threads() {
 }
 
 void Pack(Block& block, std::optional<Deflater>& deflater) noexcept {
-    block.crc =
-        static_cast<std::uint32_t>(crc32(crc32(0, nullptr, 0), block.Data(), static_cast<uInt>(block.size)));
+    block.crc = static_cast<std::uint32_t>(crc32(0, block.Data(), static_cast<uInt>(block.size)));
     if (block.level == 0) return;
     try {
         if (!deflater || deflater->Level() != block.level) deflater.emplace(block.level);

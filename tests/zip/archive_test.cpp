@@ -103,13 +103,10 @@ TEST(Archive, TakesMembersOfEverySize) {
     EXPECT_GT(30000u, read.archive.Entries().back().packedSize) << "a block has those before it in mind";
 }
 
-TEST(Archive, RefusesEveryPieceOfAnArchive) {
-    const Bytes bytes = Sample();
+TEST(Archive, PiecesAndArchivesThatLieDoNotOpenAndMembersThatLieAreNotRead) {
+    const Bytes whole = Sample();
     for (const std::size_t size : {0u, 3u, 4u, 60u, 200u})
-        EXPECT_EQ(size < 4 ? Result::kInvalid : Result::kTruncated, Open({&bytes[0], &bytes[size]})) << size;
-}
-
-TEST(Archive, ArchivesThatLieDoNotOpenAndMembersThatLieAreNotRead) {
+        EXPECT_EQ(size < 4 ? Result::kInvalid : Result::kTruncated, Open({&whole[0], &whole[size]})) << size;
     const struct {
         const char* what;
         bool opens;

