@@ -7,7 +7,6 @@
 
 #include <zlib.h>
 
-#include "engine/archive_end.h"
 #include "engine/entry_name.h"
 #include "engine/format.h"
 #include "engine/name_encoding.h"
@@ -71,7 +70,7 @@ Field ExtraIn(const std::uint8_t* record) {
 
 Entry ParseRecord(const std::uint8_t* at, std::size_t available) {
     Require(available >= kRecordSize && Get32(at) == kRecordSignature, Result::kInvalid);
-    Entry entry;
+    Entry entry{};
     entry.recordSize = kRecordSize + NameIn(at).size + ExtraIn(at).size + Get16(at + record::kCommentSize);
     Require(entry.recordSize <= available, Result::kInvalid);
     entry.flags = Get16(at + record::kFlags);
@@ -101,33 +100,31 @@ bool Entry::IsEncrypted() const {
     return flags & (kFlagEncrypted | kFlagStrongEncryption | kFlagMasked);
 }
 
-Archive::Archive(InputFile& file) {
-    ArchiveEnd end = ReadArchiveEnd(file);
-    Require(end.directorySize <= kMaxDirectory, Result::kNoMemory);
-    directory_ = ReadBytes(file, end.directoryStart, static_cast<std::size_t>(end.directorySize));
-    directoryStart_ = end.directoryStart;
-    base_ = end.base;
-    comment_ = std::move(end.comment);
-    ParseDirectory(end.count);
+Archive::Archive(InputFile& file) : end_(ReadArchiveEnd(file)) {
+    Require(end_.directorySize <= kMaxDirectory, Result::kNoMemory);
+    directory_ = ReadBytes(file, end_.directoryStart, static_cast<std::size_t>(end_.directorySize));
+    ParseDirectory();
     OrderByOffset();
     index_ = MemberIndex(entries_);
 }
 
 bool Archive::IsIn(InputFile& file) const {
-    const ArchiveEnd end = ReadArchiveEnd(file);
-    return end.directoryStart == directoryStart_ && end.base == base_ &&
-           end.directorySize == directory_.size() && end.count == entries_.size() &&
-           end.comment == comment_ && ReadBytes(file, directoryStart_, directory_.size()) == directory_;
+    return ReadArchiveEnd(file) == end_ &&
+           ReadBytes(file, end_.directoryStart, directory_.size()) == directory_;
 }
 
-void Archive::ParseDirectory(std::uint64_t count) {
-    Require(count <= directory_.size() / kRecordSize, Result::kInvalid);
-    entries_.reserve(static_cast<std::size_t>(count));
+std::uint64_t Archive::PrefixSize() const {
+    return byOffset_.empty() ? end_.directoryStart : entries_[byOffset_.front()].offset;
+}
+
+void Archive::ParseDirectory() {
+    Require(end_.count <= directory_.size() / kRecordSize, Result::kInvalid);
+    entries_.reserve(static_cast<std::size_t>(end_.count));
     std::size_t at = 0;
-    while (entries_.size() < count) {
+    while (entries_.size() < end_.count) {
         Entry entry = ParseRecord(directory_.data() + at, directory_.size() - at);
         entry.record = at;
-        entry.offset += base_;
+        entry.offset += end_.base;
         at += entry.recordSize;
         entries_.push_back(std::move(entry));
     }
@@ -137,9 +134,8 @@ void Archive::ParseDirectory(std::uint64_t count) {
 void Archive::OrderByOffset() {
     byOffset_.resize(entries_.size());
     std::iota(byOffset_.begin(), byOffset_.end(), std::size_t{0});
-    std::sort(byOffset_.begin(), byOffset_.end(),
-              [this](std::size_t a, std::size_t b) { return entries_[a].offset < entries_[b].offset; });
-    std::uint64_t end = directoryStart_;
+    std::ranges::sort(byOffset_, {}, [this](std::size_t i) { return entries_[i].offset; });
+    std::uint64_t end = end_.directoryStart;
     for (auto i = byOffset_.rbegin(); i != byOffset_.rend(); ++i) {
         Entry& entry = entries_[*i];
         const std::uint64_t header = kLocalSize + NameIn(Record(entry)).size;
@@ -148,11 +144,10 @@ void Archive::OrderByOffset() {
         entry.end = end;
         end = entry.offset;
     }
-    prefixSize_ = end;
 }
 
 void Archive::RequireMembersInPlace(InputFile& file) const {
-    if (base_ == 0) return;
+    if (end_.base == 0) return;
     for (const std::size_t i : byOffset_) {
         const Bytes signature = ReadBytes(file, entries_[i].offset, kSignatureSize);
         Require(Get32(signature.data()) == kLocalSignature, Result::kInvalid);

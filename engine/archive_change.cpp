@@ -15,7 +15,7 @@ std::wstring PlaceOf(const std::wstring& path, Patience& patience) {
 
 bool HasBytes(const std::wstring& path) {
     const auto facts = FileFacts(path, Result::kCannotOpen);
-    return facts && (facts->nFileSizeHigh != 0 || facts->nFileSizeLow != 0);
+    return facts && (facts->nFileSizeHigh || facts->nFileSizeLow);
 }
 
 }  // namespace

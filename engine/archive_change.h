@@ -26,6 +26,7 @@ class ArchiveChange {
     const std::vector<Entry>& Entries() const { return former_.Entries(); }
     // The last of that name, which is the one that counts.
     const Entry* Find(std::string_view name) const;
+    bool Keeps(std::size_t index) const { return kept_[index]; }
     void Drop(std::size_t index) { kept_[index] = false; }
     // All of that name.
     void Drop(std::string_view name);

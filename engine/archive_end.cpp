@@ -15,8 +15,8 @@ struct EndFields {
 };
 
 bool StartsAsArchive(InputFile& file) {
-    std::uint8_t start[4];
-    return file.ReadAt(0, start, 4) == 4 && Get32(start) == kLocalSignature;
+    return file.Size() >= kSignatureSize &&
+           Get32(ReadBytes(file, 0, kSignatureSize).data()) == kLocalSignature;
 }
 
 // The last bytes of the file, as far as its end record may begin.
@@ -166,8 +166,8 @@ ArchiveEnd ReadArchiveEnd(InputFile& file) {
     }
     Require(fields.disk == 0 && fields.directoryDisk == 0 && fields.countHere == fields.count,
             Result::kMultiVolume);
-    Require(fields.size <= directoryEnd && fields.offset <= directoryEnd - fields.size, Result::kTruncated);
     const std::uint64_t start = directoryEnd - fields.size;
+    Require(fields.size <= directoryEnd && fields.offset <= start, Result::kTruncated);
     const std::uint8_t* comment = &tail.bytes[at] + kEndSize;
     return {fields.count, start, fields.size, start - fields.offset,
             std::string(TextOf(comment, CommentSize(tail, at)))};

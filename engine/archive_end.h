@@ -9,11 +9,12 @@ namespace ql::zip {
 
 // What the end of an archive tells of its directory.
 struct ArchiveEnd {
-    std::uint64_t count = 0;           // of members
-    std::uint64_t directoryStart = 0;  // in the file
-    std::uint64_t directorySize = 0;
-    std::uint64_t base = 0;  // what stands before the archive, to be added to its offsets
+    std::uint64_t count;           // of members
+    std::uint64_t directoryStart;  // in the file
+    std::uint64_t directorySize;
+    std::uint64_t base;  // what stands before the archive, to be added to its offsets
     std::string comment;
+    bool operator==(const ArchiveEnd&) const = default;
 };
 
 // Throws kTruncated, kInvalid (also where two ends are possible) or kMultiVolume.

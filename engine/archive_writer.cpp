@@ -180,8 +180,8 @@ void ArchiveWriter::WriteNextBlock() {
 }
 
 void ArchiveWriter::Begin(Member& member, const Block& block) {
-    const bool pays = !block.isLast || block.packedSize < block.size;
-    member.method = block.level > 0 && pays ? kDeflated : kStored;
+    const bool pays = block.level > 0 && (!block.isLast || block.packedSize < block.size);
+    member.method = pays ? kDeflated : kStored;
     member.offset = out_.Position();
     member.isBegun = true;
     WriteLocal(member);

@@ -18,9 +18,9 @@ namespace ql::zip {
 // A member to be. The name is UTF-8 with slashes; that of a folder ends with one.
 struct NewEntry {
     std::string name;
-    DosTime time = 0;
-    std::uint32_t attributes = 0;
-    int level = 0;  // 0 stores
+    DosTime time;
+    std::uint32_t attributes;
+    int level;  // 0 stores
 };
 
 // Writes an archive, member after member, in bounded memory but for the directory; with 64-bit fields where

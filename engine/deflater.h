@@ -29,7 +29,7 @@ class Deflater {
     // Answers how many bytes came out; there must be room for MostPacked. Throws std::bad_alloc.
     std::size_t Pack(const PlainBlock& block, std::uint8_t* out);
 
-    static constexpr std::size_t kWindow = 32u << 10;
+    static constexpr std::size_t kWindow = std::size_t{1} << MAX_WBITS;
     static constexpr std::size_t MostPacked(std::size_t size) { return size + size / 1000 + 128; }
 
   private:

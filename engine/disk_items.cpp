@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <sstream>
 
 #include "engine/entry_name.h"
 #include "engine/item_list.h"
@@ -24,13 +25,11 @@ bool IsFolder(const WIN32_FIND_DATAW& found) {
 std::string NameInArchive(const std::wstring& path, bool dropFolders) {
     std::string rest = WithSlashes(Utf8FromWide(path));
     if (dropFolders) return std::string(LastPart(rest));
-    if (rest.size() > 1 && rest[1] == ':') rest.erase(0, 2);
+    if (rest.find(':') == 1) rest.erase(0, 2);
     std::string name;
-    for (std::size_t at = 0; at < rest.size();) {
-        const std::size_t end = std::min(rest.find('/', at), rest.size());
-        const std::string part = rest.substr(at, end - at);
+    std::istringstream parts(rest);
+    for (std::string part; std::getline(parts, part, '/');) {
         if (!part.empty() && part != "." && part != "..") name += (name.empty() ? "" : "/") + part;
-        at = end + 1;
     }
     return name;
 }
@@ -65,8 +64,7 @@ class Finder {
     }
 
     std::vector<DiskItem> Take() {
-        std::sort(items_.begin(), items_.end(),
-                  [](const DiskItem& a, const DiskItem& b) { return a.folded < b.folded; });
+        std::ranges::sort(items_, {}, &DiskItem::folded);
         const auto isSame = [](const DiskItem& a, const DiskItem& b) {
             Require(a.folded != b.folded || SamePath(a.path, b.path), Result::kBadRequest);
             return a.folded == b.folded;
@@ -76,7 +74,6 @@ class Finder {
     }
 
   private:
-    static bool IsSeparator(wchar_t c) { return c == L'\\' || c == L'/'; }
     static bool SamePath(const std::wstring& a, const std::wstring& b) {
         const auto form = [](const std::wstring& path) { return Folded(WithSlashes(Utf8FromWide(path))); };
         return form(a) == form(b);
@@ -135,8 +132,7 @@ class Finder {
 }  // namespace
 
 DiskItem DiskItemOf(std::wstring path, std::string name, const WIN32_FILE_ATTRIBUTE_DATA& facts) {
-    const bool isFolder = facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
-    if (isFolder && (name.empty() || name.back() != '/')) name += '/';
+    if (facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY && !name.ends_with('/')) name += '/';
     const std::uint64_t size = static_cast<std::uint64_t>(facts.nFileSizeHigh) << 32 | facts.nFileSizeLow;
     std::u32string folded = Folded(name);
     return {std::move(path),
@@ -144,7 +140,7 @@ DiskItem DiskItemOf(std::wstring path, std::string name, const WIN32_FILE_ATTRIB
             std::move(folded),
             DosTimeOf(facts.ftLastWriteTime),
             facts.dwFileAttributes & kKeptAttributes,
-            isFolder ? 0 : size};
+            size};
 }
 
 std::vector<DiskItem> FindDiskItems(const std::vector<std::wstring>& items, const ItemSearch& search) {

@@ -10,7 +10,8 @@ namespace ql::zip {
 // cannot have. Slashes and backslashes separate; one slash at the end marks a folder.
 bool IsSafeEntryName(std::string_view name);
 
-constexpr bool IsSeparator(char c) {
+template <class Character>
+constexpr bool IsSeparator(Character c) {
     return c == '/' || c == '\\';
 }
 

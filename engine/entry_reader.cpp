@@ -24,7 +24,7 @@ void EntryReader::Read(const Entry& entry, const Sink& sink) {
     Require(!entry.IsEncrypted(), Result::kEncrypted);
     Require(entry.method == kStored || entry.method == kDeflated, Result::kUnknownMethod);
     given_ = 0;
-    crc_ = crc32(0, nullptr, 0);
+    crc_ = 0;
     const std::uint64_t start = archive_.DataStart(file_, entry);
     if (entry.method == kStored) {
         Copy(start, entry, sink);

@@ -8,8 +8,8 @@ namespace ql::zip {
 
 // Bytes of a header's extra field, or of one of the fields in it.
 struct Field {
-    const std::uint8_t* data = nullptr;
-    std::size_t size = 0;
+    const std::uint8_t* data;
+    std::size_t size;
 };
 
 // Takes the next field away from an extra field, with its header. What does not fit its frame is the end, as

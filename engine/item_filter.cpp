@@ -43,8 +43,7 @@ bool ItemFilter::Admits(const DiskItem& item) const {
 StoredSuffixes::StoredSuffixes(const ZIPCMDSTRUCT& command) {
     if (!command.dontCompressTheseSuffixesFlag) return;
     std::string list = Utf8FromAnsi(command.lpszStoreSuffixes);
-    std::replace_if(
-        list.begin(), list.end(), [](char c) { return c == ',' || c == ';' || c == ':'; }, ' ');
+    for (std::size_t at; (at = list.find_first_of(",;:")) != std::string::npos;) list[at] = ' ';
     for (const std::string& suffix : SplitItems(list))
         suffixes_.push_back(Folded(suffix.front() == '.' ? suffix : "." + suffix));
 }

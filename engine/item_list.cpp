@@ -14,15 +14,14 @@ constexpr std::string_view kBlanks = " \t\r\n";
 
 std::vector<std::string> SplitItems(std::string_view list) {
     std::vector<std::string> items;
-    for (;;) {
-        list.remove_prefix(std::min(list.find_first_not_of(kBlanks), list.size()));
-        if (list.empty()) return items;
+    while (!list.empty()) {
         const bool quoted = list.front() == '"';
         if (quoted) list.remove_prefix(1);
         const std::size_t end = std::min(list.find_first_of(quoted ? "\"" : kBlanks), list.size());
         if (end > 0) items.emplace_back(list.substr(0, end));
         list.remove_prefix(std::min(end + 1, list.size()));
     }
+    return items;
 }
 
 bool HasWildCard(std::string_view name) {

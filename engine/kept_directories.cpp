@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <mutex>
 #include <numeric>
+#include <optional>
 #include <vector>
 
 namespace ql::zip {
@@ -24,30 +25,28 @@ struct Kept {
     bool IsSettled() const { return read - state.changed >= kSettled && read - state.written >= kSettled; }
 };
 
-// The latest used first.
 class KeptDirectories {
   public:
     // Nothing where the file is another than it was.
-    std::shared_ptr<const Archive> Find(const std::wstring& path, const FileState& state, bool& isSettled) {
+    std::optional<Kept> Find(const std::wstring& path, const FileState& state) {
         const std::int64_t now = TimeNow();
         const std::lock_guard lock(mutex_);
         std::erase_if(kept_, [&](const Kept& one) { return now - one.used > kUnused || one.used > now; });
         const auto found = std::find_if(kept_.begin(), kept_.end(), [&](const Kept& one) {
             return one.path == path && one.state == state;
         });
-        if (found == kept_.end()) return nullptr;
+        if (found == kept_.end()) return std::nullopt;
         found->used = now;
-        isSettled = found->IsSettled();
-        std::rotate(kept_.begin(), found, found + 1);
-        return kept_.front().archive;
+        return *found;
     }
 
     void Keep(Kept fresh) {
         const std::lock_guard lock(mutex_);
         std::erase_if(kept_, [&](const Kept& one) { return one.path == fresh.path; });
-        kept_.insert(kept_.begin(), std::move(fresh));
+        kept_.push_back(std::move(fresh));
         // The latest stays whatever its size, so that a walk over it reads it once.
-        while (kept_.size() > 1 && (kept_.size() > kMostKept || Bytes() > kMostBytes)) kept_.pop_back();
+        while (kept_.size() > 1 && (kept_.size() > kMostKept || Bytes() > kMostBytes))
+            kept_.erase(std::ranges::min_element(kept_, {}, &Kept::used));
     }
 
     void Drop(const Archive* archive) {
@@ -76,10 +75,10 @@ KeptDirectories& AllKept() {
 std::shared_ptr<const Archive> DirectoryOf(WindowsInput& file, const std::wstring& path) {
     const FileState state = file.State();
     const std::int64_t now = TimeNow();
-    bool isSettled = false;
-    std::shared_ptr<const Archive> archive = AllKept().Find(path, state, isSettled);
-    if (archive && isSettled) return archive;
-    if (!archive || !archive->IsIn(file)) archive = std::make_shared<const Archive>(file);
+    const std::optional<Kept> kept = AllKept().Find(path, state);
+    if (kept && kept->IsSettled()) return kept->archive;
+    std::shared_ptr<const Archive> archive =
+        kept && kept->archive->IsIn(file) ? kept->archive : std::make_shared<const Archive>(file);
     AllKept().Keep({path, state, now, now, archive});
     return archive;
 }

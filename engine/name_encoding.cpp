@@ -1,7 +1,6 @@
 #include "engine/name_encoding.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "engine/letter_case.h"
 #include "platform/win32.h"
@@ -39,18 +38,17 @@ bool IsUtf8(std::string_view bytes) {
     return true;
 }
 
-std::string Utf8FromOem(std::string_view bytes) {
-    if (IsAscii(bytes)) return std::string(bytes);
+std::wstring Widen(unsigned codePage, std::string_view bytes) {
     // No code page makes more units than there are bytes.
+    std::wstring wide(bytes.size(), L'\0');
     const int size = static_cast<int>(bytes.size());
-    std::vector<wchar_t> wide(bytes.size());
-    const int length = ::MultiByteToWideChar(CP_OEMCP, 0, bytes.data(), size, wide.data(), size);
-    std::string text;
-    for (std::wstring_view rest(wide.data(), static_cast<std::size_t>(length)); !rest.empty();) {
-        char buffer[kMostUtf8Bytes];
-        text.append(buffer, PutUtf8(buffer, TakeCharacter(rest)));
-    }
-    return text;
+    const int length = ::MultiByteToWideChar(codePage, 0, bytes.data(), size, wide.data(), size);
+    wide.resize(static_cast<std::size_t>(length));
+    return wide;
+}
+
+std::string Utf8FromOem(std::string_view bytes) {
+    return IsAscii(bytes) ? std::string(bytes) : ToUtf8(Widen(CP_OEMCP, bytes));
 }
 
 std::u32string CodePoints(std::string_view utf8) {

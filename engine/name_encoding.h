@@ -10,6 +10,7 @@ namespace ql::zip {
 // page of the machine's consoles, which is taken to be that of the machine that wrote.
 bool IsAscii(std::string_view bytes);
 bool IsUtf8(std::string_view bytes);
+std::wstring Widen(unsigned codePage, std::string_view bytes);
 std::string Utf8FromOem(std::string_view bytes);
 
 // Code points; a byte that belongs to none stands for itself.

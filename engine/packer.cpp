@@ -5,7 +5,7 @@
 namespace ql::zip {
 
 void Block::Do(Tool& deflater) noexcept {
-    crc = static_cast<std::uint32_t>(crc32(crc32(0, nullptr, 0), Data(), static_cast<uInt>(size)));
+    crc = static_cast<std::uint32_t>(crc32(0, Data(), static_cast<uInt>(size)));
     isOutOfMemory = false;
     if (level == 0) return;
     try {

@@ -20,16 +20,16 @@ struct Block {
     std::uint8_t* Data() { return bytes.data() + Deflater::kWindow; }
 
     // Filled by who reads.
-    int level = 0;  // 0 leaves the bytes as they are
-    bool isFirst = false, isLast = false;
-    std::size_t windowSize = 0, size = 0;
+    int level;  // 0 leaves the bytes as they are
+    bool isFirst, isLast;
+    std::size_t windowSize, size;
     Bytes bytes = Bytes(Deflater::kWindow + kSize);  // the window ends where the data begin
 
     // What comes out.
     Bytes packed = Bytes(Deflater::MostPacked(kSize));
-    std::size_t packedSize = 0;
-    std::uint32_t crc = 0;
-    bool isOutOfMemory = false;
+    std::size_t packedSize;  // where the level is not 0
+    std::uint32_t crc;
+    bool isOutOfMemory;
 };
 
 // Packs blocks on all cores. They have one size and know the window before them, so that the bytes that come

@@ -53,10 +53,11 @@ std::uint32_t AttributesOf(const Entry& entry) {
            (IsLongName(LastPart(entry.name)) ? ZIPINFO_LONG_NAME : 0);
 }
 
+// Into zeros.
 template <std::size_t size>
 void CopyText(char (&into)[size], const std::string& text) {
     Require(text.size() < size, Result::kTooBig);
-    std::memcpy(into, text.c_str(), text.size() + 1);
+    text.copy(into, size);
 }
 
 void Describe(const OpenArchive& open, std::size_t index, UNZIPCMDSTRUCT& command) {
@@ -80,7 +81,6 @@ void Describe(const OpenArchive& open, std::size_t index, UNZIPCMDSTRUCT& comman
 }
 
 std::size_t IndexAfter(const UNZIPCMDSTRUCT& command) {
-    Require(command.index >= -1, Result::kOutOfBounds);
     return static_cast<std::size_t>(std::int64_t{command.index} + 1);
 }
 
@@ -112,7 +112,6 @@ void RefuseWhatIsNotOffered(const UNZIPCMDSTRUCT& command) {
 
 std::vector<const Entry*> At(const OpenArchive& open, const std::vector<std::size_t>& places) {
     std::vector<const Entry*> members;
-    members.reserve(places.size());
     for (const std::size_t i : places) members.push_back(&open.Entries()[i]);
     return members;
 }

@@ -7,23 +7,6 @@
 namespace ql::zip {
 namespace {
 
-std::wstring Widen(UINT codePage, std::string_view text) {
-    const int size = static_cast<int>(text.size());
-    const int length = ::MultiByteToWideChar(codePage, 0, text.data(), size, nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(length), L'\0');
-    ::MultiByteToWideChar(codePage, 0, text.data(), size, wide.data(), length);
-    return wide;
-}
-
-std::string Narrow(UINT codePage, DWORD flags, std::wstring_view text) {
-    const int size = static_cast<int>(text.size());
-    const int length =
-        ::WideCharToMultiByte(codePage, flags, text.data(), size, nullptr, 0, nullptr, nullptr);
-    std::string narrow(static_cast<std::size_t>(length), '\0');
-    ::WideCharToMultiByte(codePage, flags, text.data(), size, narrow.data(), length, nullptr, nullptr);
-    return narrow;
-}
-
 // A pair of surrogates is one character, which ANSI does not have.
 std::wstring WithoutPairs(std::string_view utf8) {
     std::wstring wide;
@@ -34,21 +17,28 @@ std::wstring WithoutPairs(std::string_view utf8) {
 }  // namespace
 
 std::wstring WideFromAnsi(const char* text) {
-    return text ? Widen(CP_ACP, text) : std::wstring();
+    return Widen(CP_ACP, text ? text : "");
 }
 std::string Utf8FromAnsi(const char* text) {
-    return Utf8FromWide(WideFromAnsi(text));
+    return ToUtf8(WideFromAnsi(text));
 }
 std::wstring WideFromUtf8(std::string_view text) {
-    return Widen(CP_UTF8, text);
+    return FromUtf8(text).value();
 }
 std::string Utf8FromWide(std::wstring_view text) {
-    return Narrow(CP_UTF8, 0, text);
+    return ToUtf8(text);
 }
 std::string AnsiFromUtf8(std::string_view text) {
     // There is nothing to leave out then, and the system refuses the flag.
     if (::GetACP() == CP_UTF8) return std::string(text);
-    return Narrow(CP_ACP, WC_NO_BEST_FIT_CHARS, WithoutPairs(text));
+    const std::wstring wide = WithoutPairs(text);
+    const auto narrow = [&wide](char* into, int room) {
+        return ::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), static_cast<int>(wide.size()),
+                                     into, room, nullptr, nullptr);
+    };
+    std::string ansi(static_cast<std::size_t>(narrow(nullptr, 0)), '\0');
+    narrow(ansi.data(), static_cast<int>(ansi.size()));
+    return ansi;
 }
 
 }  // namespace ql::zip

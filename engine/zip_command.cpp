@@ -108,15 +108,18 @@ std::optional<DosTime> LatestTime(const ZIPCMDSTRUCT& command, const ArchiveChan
                                   const std::vector<DiskItem>& items) {
     if (!command.oldAsLatestFlag) return std::nullopt;
     DosTime latest = 0;
-    for (const Entry& entry : change.Entries()) latest = std::max(latest, TimeOf(entry));
+    for (std::size_t i = 0; i < change.Entries().size(); ++i) {
+        if (change.Keeps(i)) latest = std::max(latest, TimeOf(change.Entries()[i]));
+    }
     for (const DiskItem& item : items) latest = std::max(latest, item.time);
     return latest;
 }
 
 void DeleteOriginals(const std::vector<DiskItem>& items) {
-    bool all = true;
-    for (const DiskItem& item : items) all = (item.IsFolder() || ::DeleteFileW(item.path.c_str())) && all;
-    Require(all, Result::kNotDeleted);
+    const auto stays = [](const DiskItem& item) {
+        return !item.IsFolder() && !::DeleteFileW(item.path.c_str());
+    };
+    Require(std::ranges::count_if(items, stays) == 0, Result::kNotDeleted);
 }
 
 void AddFiles(const ZIPCMDSTRUCT& command) {

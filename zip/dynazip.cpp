@@ -4,6 +4,7 @@
 #include <climits>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <optional>
 #include <span>
@@ -13,10 +14,10 @@
 #include <vector>
 
 #include "platform/failure.h"
-#include "platform/module.h"
 #include "platform/win32.h"
-#include "prefs/directories.h"
+#include "prefs/known_directory.h"
 #include "text/ansi_text.h"
+#include "text/unicode.h"
 
 namespace {
 
@@ -32,32 +33,13 @@ constexpr std::int32_t kUsualFactor = 5;
 
 // --- Loading
 
-std::wstring InProgramDirectory(const wchar_t* dll) {
-    std::wstring path = CQlDir::GetDirectory(ProgramDirectory).str();
-    path.resize(path.find_last_not_of(L'\\') + 1);
-    return path + L"\\" + dll;
-}
-
-std::wstring BesideThisModule(const wchar_t* dll) {
-    std::wstring path = ql::OwnModulePath();
-    path.resize(path.rfind(L'\\') + 1);
-    return path + dll;
-}
-
-bool IsFullPath(const std::wstring& path) {
-    return path.starts_with(L"\\\\") || (path.size() > 2 && path[1] == L':' && path[2] == L'\\');
-}
-
+// From the folder of this library's module, which is the program directory; its path ends with a backslash.
 // What an engine needs in turn comes from its own folder, the program's or the system's: never by way of the
 // current folder or of PATH.
-HMODULE LoadEngineFile(const std::wstring& path) {
-    constexpr DWORD kPlaces = LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
-    return IsFullPath(path) ? ::LoadLibraryExW(path.c_str(), nullptr, kPlaces) : nullptr;
-}
-
 HMODULE LoadEngine(const wchar_t* dll) {
-    const HMODULE module = LoadEngineFile(InProgramDirectory(dll));
-    return module ? module : LoadEngineFile(BesideThisModule(dll));
+    constexpr DWORD kPlaces = LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_DEFAULT_DIRS;
+    const std::wstring path = ql::KnownDirectory(ProgramDirectory).str() + dll;
+    return ::LoadLibraryExW(path.c_str(), nullptr, kPlaces);
 }
 
 template <class Proc>
@@ -113,28 +95,6 @@ std::string Quoted(const std::string& name) {
     std::string quoted;
     quoted.append(1, '"').append(name).append(1, '"');
     return quoted;
-}
-
-// --- Comments
-
-// Empty where the bytes are not UTF-8, or ASCII alone.
-std::wstring FromUtf8BeyondAscii(const std::string& bytes) {
-    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    if (std::all_of(bytes.begin(), bytes.end(), isAscii)) return {};
-    const int size = static_cast<int>(bytes.size());
-    std::wstring text(bytes.size(), L'\0');
-    text.resize(static_cast<std::size_t>(
-        ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), size, text.data(), size)));
-    return text;
-}
-
-std::string Utf8(const wchar_t* text) {
-    std::string utf8(
-        static_cast<std::size_t>(::WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr)),
-        '\0');
-    ::WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr);
-    utf8.pop_back();
-    return utf8;
 }
 
 // --- Records
@@ -199,6 +159,12 @@ Answer Operate(std::type_identity_t<Answer> failure, Operation operation) noexce
     return failure;
 }
 
+// Of one that answers no code.
+template <class Answer, class Operation>
+Answer Operate(Operation operation) noexcept {
+    return Operate<Answer>({}, operation);
+}
+
 // An engine of another maker cannot do it.
 int CallEach(HMODULE engine, UNZIPCMDSTRUCT& command, ZipMemberProc each, void* userData) {
     const auto proc = Find<DunzipEachProc>(engine, "dunzipeach");
@@ -207,7 +173,7 @@ int CallEach(HMODULE engine, UNZIPCMDSTRUCT& command, ZipMemberProc each, void* 
 }
 
 ZIPMEMBER MemberOf(const ZIPINFO& info, int index, int code, const std::wstring& name) {
-    const bool isFolder = !name.empty() && (name.back() == L'/' || name.back() == L'\\');
+    const bool isFolder = name.ends_with(L'/') || name.ends_with(L'\\');
     return {index,
             code,
             name.c_str(),
@@ -231,7 +197,7 @@ int WalkRecords(const wchar_t* zipFile, ZipMemberProc each, void* userData) {
         const int code = Dynazip::GetIndexedZipInfo(zipFile, index, &info);
         info.szFileName[std::size(info.szFileName) - 1] = info.szDateTime[std::size(info.szDateTime) - 1] =
             '\0';
-        if (code == UNZIP_OUT_OF_BOUNDS) return g_lastCode.Set(UNZIP_DONE);
+        if (code == UNZIP_OUT_OF_BOUNDS) break;
         if (code != UNZIP_DONE && code != UNZIP_SKIPPED) return code;
         const std::wstring name = AnsiToRWWString(info.szFileName).str();
         const ZIPMEMBER member = MemberOf(info, index, code, name);
@@ -277,7 +243,7 @@ std::int64_t TimeOf(const ZIPINFO& info) {
     const auto number = [text](int at) {
         return static_cast<WORD>((text[at] - '0') * 10 + (text[at + 1] - '0'));
     };
-    const auto year = static_cast<WORD>(number(6) < 80 ? 2000 + number(6) : 1900 + number(6));
+    const auto year = static_cast<WORD>(ZipFullYear(number(6)));
     const SYSTEMTIME local{year, number(0), 0, number(3), number(9), number(12), number(15), 0};
     SYSTEMTIME utc;
     FILETIME time;
@@ -394,7 +360,7 @@ void Dynazip::InitUNZIPCmdStruct(UNZIPCMDSTRUCT* command) {
 
 long Dynazip::AddFileToZip(const wchar_t* zipFile, const wchar_t* directory, const wchar_t* fileName,
                            int option) {
-    return Operate<long>(0, [&]() -> long {
+    return Operate<long>([&]() -> long {
         const auto archive = AnsiName(zipFile), folder = AnsiName(directory), name = AnsiName(fileName);
         if (!archive || !folder || !name) return NotAcceptable();
         const std::string items = Quoted(*folder + "\\" + *name);
@@ -410,7 +376,7 @@ long Dynazip::AddFilesToZip(const wchar_t* zipFile, ZIPSOURCE* files, int count,
                             const ZipProgress& progress) {
     const std::span<ZIPSOURCE> all(files, files && count > 0 ? static_cast<std::size_t>(count) : 0);
     SetCodes(all, ZIP_NO_MEMORY);  // until more is known of them
-    return Operate<long>(0, [&]() -> long {
+    return Operate<long>([&]() -> long {
         const auto archive = AnsiName(zipFile);
         if (!archive) {
             SetCodes(all, kNotAcceptable);
@@ -498,7 +464,7 @@ long Dynazip::ForEachMember(const wchar_t* zipFile, ZipMemberProc each, void* us
 }
 
 int Dynazip::FileExistsInZip(const wchar_t* zipFile, const wchar_t* fileName) {
-    return Operate<int>(0, [&]() -> int {
+    return Operate<int>([&]() -> int {
         const auto archive = AnsiName(zipFile), name = AnsiName(fileName);
         if (!archive || !name) return NotAcceptable();
         const std::string items = Quoted(*name);
@@ -509,7 +475,7 @@ int Dynazip::FileExistsInZip(const wchar_t* zipFile, const wchar_t* fileName) {
 }
 
 RWWString Dynazip::GetComment(const wchar_t* zipFile) {
-    return Operate<RWWString>(RWWString(), [&]() -> RWWString {
+    return Operate<RWWString>([&]() -> RWWString {
         const auto archive = AnsiName(zipFile);
         if (!archive) {
             NotAcceptable();
@@ -519,20 +485,20 @@ RWWString Dynazip::GetComment(const wchar_t* zipFile) {
         std::string comment(kCommentRoom, '\0');
         UNZIPCMDSTRUCT command = UnzipCommand(UNZIP_COMMENT, *archive);
         command.lpszReturnString = comment.data();
-        if (Call(dunzipProc, &command) != UNZIP_DONE) return RWWString();
-        comment.resize(std::min(comment.find('\0'), kCommentRoom - 1));
-        const std::wstring text = FromUtf8BeyondAscii(comment);
-        return text.empty() ? AnsiToRWWString(comment.c_str()) : RWWString(text);
+        if (Call(dunzipProc, &command) != UNZIP_DONE) return {};
+        comment.resize(std::strlen(comment.c_str()));
+        const auto text = ql::FromUtf8(comment);
+        return text ? RWWString(*text) : AnsiToRWWString(comment.c_str());
     });
 }
 
 int Dynazip::SetComment(const wchar_t* zipFile, const wchar_t* comment) {
-    return Operate<int>(0, [&]() -> int {
+    return Operate<int>([&]() -> int {
         const auto archive = AnsiName(zipFile);
         auto text = Ansi(comment);
         if (!archive || !text) return NotAcceptable();
         // Bytes that would be read as UTF-8 must be.
-        if (!FromUtf8BeyondAscii(*text).empty()) text = Utf8(comment);
+        if (comment && ql::FromUtf8(*text)) text = ql::ToUtf8(comment);
         const std::string noItems;
         ZIPCMDSTRUCT command = ZipCommand(ZIP_ADD, *archive, noItems);
         command.addCommentFlag = 1;

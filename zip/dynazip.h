@@ -26,7 +26,7 @@ struct ZipExtraction {
 };
 
 // Zip archives, through the two engines "DZIP32.DLL" (writes) and "DUNZIP32.DLL" (reads), which are loaded at
-// run time by full path: from the program directory, else from the folder of this library's module. What they
+// run time by full path from the program directory, which is the folder of this library's module. What they
 // need in turn comes from their own folder first, never by way of the current folder or PATH. Any engine with
 // the interface of zip/zip_records.h will do; this library comes with a pair.
 //

@@ -125,10 +125,9 @@ TEST_F(DynazipCalls, CommentsAreReadInOneCallAsTheyWereWrittenOrInTheUtf8OfOther
 }
 
 TEST_F(DynazipCalls, ListsGoOneByOneToAnEngineThatKnowsNone) {
-    ZIPSOURCE files[] = {{L"c.txt", L"c.txt", -1},
-                         {L"a.txt", L"other.txt", -1},
-                         {L"b\".txt", nullptr, -1},
-                         {L"C:\\in/a.txt", nullptr, -1}};
+    const wchar_t* const path = L"C:\\in/a.txt";
+    ZIPSOURCE files[] = {
+        {L"c.txt", L"c.txt", -1}, {L"a.txt", L"other.txt", -1}, {path, L"b\".txt", -1}, {path, nullptr, -1}};
     EXPECT_EQ(0, Dynazip::AddFilesToZip(L"a.zip", files, 4, 9));
     EXPECT_EQ(2, zip_->calls);
     EXPECT_STREQ("\"C:\\in\\a.txt\"", zip_->items);
@@ -146,73 +145,93 @@ TEST_F(DynazipCalls, ListsGoOneByOneToAnEngineThatKnowsNone) {
 
 int QL_ZIP_CALL AppendMember(const ZIPMEMBER* member, void* told) {
     auto& all = *static_cast<std::string*>(told);
-    all += Joined(member->index, member->code, member->ansiName, member->size, member->isFolder,
-                  member->isEncrypted);
+    all += Joined(member->index, member->code, member->ansiName, member->size, member->attributes,
+                  member->flags, member->isFolder, member->isEncrypted);
     return member->index;
+}
+int QL_ZIP_CALL CountMember(const ZIPMEMBER*, void* count) {
+    return ++*static_cast<int*>(count) < 0;
 }
 
 TEST_F(DynazipCalls, WalksGoMemberByMemberWithAnEngineThatKnowsNone) {
-    std::strcpy(unzip_->info.szFileName, "\x80/");
     unzip_->info.oSize = 7;
-    unzip_->info.attr = ZIPINFO_ENCRYPTED;
+    unzip_->info.attr = 32768 + 33;
+    // What the engine answers for each member; the end of the walk, and its second member.
+    const std::tuple<int, const char*, int, const char*> cases[] = {
+        {0, "\x80/", 40, "1|0|\x80/|7|32801|0|1|1|"},
+        {49, "\\", 40, "1|49|\\|7|32801|0|1|1|"},
+        {0, "", 40, "1|0||7|32801|0|0|1|"},
+        {25, "a", 0, ""},
+        {2, "a", 2, ""}};
     std::string told;
-    EXPECT_EQ(UNZIP_CANCELLED, Dynazip::ForEachMember(L"a.zip", AppendMember, &told));
-    EXPECT_EQ("0|0|\x80/|7|1|1|1|0|\x80/|7|1|1|", told);
-    unzip_->answer = UNZIP_OUT_OF_BOUNDS;
-    EXPECT_EQ(UNZIP_DONE, Dynazip::ForEachMember(L"a.zip", AppendMember, &told));
-    unzip_->answer = UNZIP_CUT_OFF;
-    EXPECT_EQ(UNZIP_CUT_OFF, Dynazip::ForEachMember(L"a.zip", AppendMember, &told));
-    EXPECT_EQ(UNZIP_BAD_REQUEST, Dynazip::ExtractMembers(L"a.zip", L"out", {}, AppendMember, &told));
-    EXPECT_EQ(16, Dynazip::ExtractMembers(L"a.zip", L"out", {.count = 2}, AppendMember, &told));
+    for (const auto& [answer, name, code, second] : cases) {
+        unzip_->answer = answer;
+        std::strcpy(unzip_->info.szFileName, name);
+        told.clear();
+        EXPECT_EQ(code, Dynazip::ForEachMember(L"a.zip", AppendMember, &told)) << answer << name;
+        EXPECT_EQ(code, Dynazip::LastEngineCode()) << answer << name;
+        EXPECT_EQ(second, told.substr(told.size() / 2)) << answer << name;
+    }
+    unzip_->answer = UNZIP_DONE;
+    std::memset(unzip_->info.szFileName, 'x', sizeof unzip_->info.szFileName);  // without an end
+    int count = 0;
+    EXPECT_EQ(UNZIP_DONE, Dynazip::ForEachMember(L"a.zip", CountMember, &count));
+    EXPECT_EQ(65536, count) << "as far as indexes go";
+    EXPECT_EQ(16, Dynazip::ExtractMembers(L"a.zip", L"out", {.count = 1}, AppendMember, &told));
     EXPECT_EQ(16, Dynazip::ExtractMembers(L"a.zip", L"out", {}, nullptr, &told));
+    EXPECT_EQ(16, Dynazip::ForEachMember(L"a.zip", nullptr, &told));
 }
 
 TEST_F(DynazipCalls, DateAndSizeComeFromTheNextMatch) {
     std::int64_t time = 1;
     int size = 2;
-    const auto timeOf = [&](const char* date, std::uint32_t bytes) {
+    const std::tuple<int, const char*, std::uint32_t, std::int64_t, int> cases[] = {
+        {0, "07/14/99 12:30:10", 1234, 931'955'410, 1234},
+        {0, "01/02/80 23:59:59", 0xffffffff, 315'705'599, 0x7fffffff},
+        {0, "12/31/79 01:02:03", 0, 3'471'210'123, 0},
+        {0, "00/00/80 00:00:00", 6, -1, 6},
+        {0, "?", 5, -1, 5},
+        {25, "07/14/99 12:30:10", 1234, -1, 5}};
+    for (const auto& [answer, date, bytes, utc, told] : cases) {
         std::strcpy(unzip_->info.szDateTime, date);
         unzip_->info.oSize = bytes;
-        EXPECT_EQ(unzip_->answer, Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size));
-        return time;
-    };
-    // Local time: at most a day away from the same in UTC.
-    const std::int64_t summer = timeOf("07/04/99 12:30:10", 1234);
-    EXPECT_LT(std::abs(summer - 931091410), 86400);
-    EXPECT_EQ(1234, size);
+        unzip_->answer = answer;
+        EXPECT_EQ(answer, Dynazip::GetFileDateAndSizeFromZip(L"a.zip", L"b", time, size)) << date;
+        // Local time: at most a day, of whole quarters of an hour, away from the same in UTC.
+        EXPECT_LT(std::abs(time - utc), utc < 0 ? 1 : 86400) << date;
+        EXPECT_EQ(0, (time - utc) % 900) << date;
+        EXPECT_EQ(told, size) << date;
+    }
     EXPECT_EQ(UNZIP_NEXT_MATCHING, unzip_->unzip.function);
-    EXPECT_EQ(summer - 2, timeOf("07/04/99 12:30:08", 0xffffffff));
-    EXPECT_EQ(0x7fffffff, size);
-    EXPECT_GT(timeOf("07/04/79 12:30:08", 0), 3'400'000'000);
-    for (const char* none : {"00/00/80 00:00:00", "", "?"}) EXPECT_EQ(-1, timeOf(none, 5)) << none;
-    unzip_->answer = UNZIP_OUT_OF_BOUNDS;
-    EXPECT_EQ(-1, timeOf("07/04/99 12:30:10", 1234)) << "as it was";
-    EXPECT_EQ(5, size);
 }
 
-// The answers of all operations on names, and whether there is a comment.
+// The answers of all operations on names; of the comment, which is empty, the code.
 std::vector<long> Answers(const wchar_t* archive, const wchar_t* name, const wchar_t* folder) {
     std::int64_t time;
     int size;
     ZIPINFO info;
-    return {Dynazip::AddFileToZip(archive, folder, name, 5),
+    std::string told;
+    return {Dynazip::GetComment(archive).isNull() ? Dynazip::LastEngineCode() : -1,
+            Dynazip::AddFileToZip(archive, folder, name, 5),
             Dynazip::DeleteFileFromZip(archive, name),
             Dynazip::ExtractFileFromZip(archive, name, folder),
+            Dynazip::ExtractMembers(archive, folder, {.names = &name, .count = 1}, AppendMember, &told),
             Dynazip::FileExistsInZip(archive, name),
             Dynazip::SetComment(archive, name),
             Dynazip::GetFileDateAndSizeFromZip(archive, name, time, size),
             Dynazip::GetIndexedZipInfo(archive, 0, &info),
-            !Dynazip::GetComment(archive).isNull()};
+            Dynazip::ForEachMember(archive, AppendMember, &told)};
 }
 
 TEST_F(DynazipCalls, NamesBeyondAnsiAnswer16WithoutACall) {
     using Codes = std::vector<long>;
     for (const wchar_t* bad : kNotAnsi) {
-        EXPECT_EQ(Answers(bad, L"a", L"a"), (Codes{16, 16, 16, 16, 16, 16, 16, 0}));
+        EXPECT_EQ(Answers(bad, L"a", L"a"), (Codes{16, 16, 16, 16, 16, 16, 16, 16, 16, 16}));
         EXPECT_EQ(zip_->calls + unzip_->calls, 0);
-        EXPECT_EQ(Answers(L"a", bad, L"a"), (Codes{16, 16, 16, 16, 16, 16, 0, 0}));
-        EXPECT_EQ(zip_->calls + unzip_->calls, 2);  // the indexed one's and the comment's
-        EXPECT_EQ(Answers(L"a", L"a", bad), (Codes{16, 0, 16, 0, 1, 0, 0, 0}));
+        EXPECT_EQ(Answers(L"a", bad, L"a"), (Codes{0, 16, 16, 16, 16, 16, 16, 16, 0, 40}));
+        EXPECT_EQ(zip_->calls + unzip_->calls, 4);  // the comment's, the indexed one's and two of the walk
+        EXPECT_EQ(Answers(L"a", L"a", bad), (Codes{0, 16, 0, 16, 16, 0, 1, 0, 0, 40}));
+        EXPECT_EQ(Answers(L"a", L"a", L"a"), (Codes{0, 1, 0, 0, 47, 0, 1, 0, 0, 40}));
         zip_->calls = unzip_->calls = 0;
     }
 }
@@ -239,10 +258,9 @@ class DynazipLoading : public testing::Test {
 };
 
 TEST_F(DynazipLoading, LoadsOnceUntilFreedAndAgain) {
-    for (int round = 0; round < 2; ++round) {
-        for (int times = 0; times < 2; ++times) EXPECT_TRUE(IsLoaded());
-        for (const wchar_t* engine : {kZipEngine, kUnzipEngine}) EXPECT_TRUE(::GetModuleHandleW(engine));
-        for (int times = 0; times < 2; ++times) Free();
+    for (int round = 0; round < 4; ++round) {
+        for (int times = 0; times < 2; ++times) EXPECT_TRUE(IsLoaded()) << round;
+        Free();
         for (const wchar_t* engine : {kZipEngine, kUnzipEngine}) EXPECT_FALSE(::GetModuleHandleW(engine));
     }
 }
@@ -251,9 +269,7 @@ TEST_F(DynazipLoading, WithoutEnginesEachOperationFails) {
     for (const wchar_t* engine : {kZipEngine, kUnzipEngine}) PutAway(engine);
     EXPECT_EQ(0, Dynazip::IsZipDllLoaded());
     EXPECT_EQ(0, Dynazip::IsUnZipDllLoaded());
-    EXPECT_EQ((std::vector<long>{0, 126, 126, 0, 0, 126, 126, 0}), Answers(L"a", L"a", L"a"));
-    EXPECT_EQ(ZIP_ENGINE_NOT_LOADED, Dynazip::LastEngineCode());
-    EXPECT_STREQ(L"The zip engine is not loaded", Dynazip::ZipErrorMsg(ZIP_ENGINE_NOT_LOADED));
+    EXPECT_EQ((std::vector<long>{126, 0, 126, 126, 126, 0, 0, 126, 126, 126}), Answers(L"a", L"a", L"a"));
     // A module of that name without the entry point.
     const std::wstring library = Beside(L"Quillet.Platform.Native.Util.dll");
     ASSERT_TRUE(::CopyFileW(library.c_str(), Beside(kZipEngine).c_str(), FALSE));
@@ -265,28 +281,48 @@ TEST_F(DynazipLoading, WithoutEnginesEachOperationFails) {
 
 TEST(DynazipRecords, StartFromTheirDefaults) {
     ZIPCMDSTRUCT zip, zipZero{};
-    std::memset(&zip, 0xcc, sizeof zip);
-    Dynazip::InitZIPCmdStruct(&zip);
-    zipZero.zipStructSize = sizeof zipZero, zipZero.function = 6, zipZero.compFactor = 5;
-    EXPECT_EQ(std::memcmp(&zip, &zipZero, sizeof zip), 0);
     UNZIPCMDSTRUCT unzip, unzipZero{};
-    std::memset(&unzip, 0xcc, sizeof unzip);
-    Dynazip::InitUNZIPCmdStruct(&unzip);
-    unzipZero.unzipStructSize = sizeof unzipZero, unzipZero.index = -1;
+    zipZero.zipStructSize = sizeof zip, zipZero.function = 6, zipZero.compFactor = 5;
+    unzipZero.unzipStructSize = sizeof unzip, unzipZero.index = -1;
     unzipZero.noDirectoryNamesFlag = unzipZero.recurseFlag = unzipZero.noDirectoryItemsFlag = 1;
+    std::memset(&zip, 0xcc, sizeof zip);
+    std::memset(&unzip, 0xcc, sizeof unzip);
+    Dynazip::InitZIPCmdStruct(&zip);
+    Dynazip::InitUNZIPCmdStruct(&unzip);
+    EXPECT_EQ(std::memcmp(&zip, &zipZero, sizeof zip), 0);
     EXPECT_EQ(std::memcmp(&unzip, &unzipZero, sizeof unzip), 0);
 }
 
 TEST(DynazipMessages, HaveTheirCodes) {
-    EXPECT_STREQ(L"Improper use of Multi-Volume Zip file", Dynazip::ZipErrorMsg(ZIP_VOLUMES));
-    EXPECT_STREQ(L"Disk full", Dynazip::UnzipErrorMsg(UNZIP_DISK_FULL));
-    std::string zip, unzip;
+    std::wstring zip, unzip;
     for (int code = -1; code < 1000; ++code) {
-        if (*Dynazip::ZipErrorMsg(code)) zip += std::to_string(code) + ' ';
-        if (*Dynazip::UnzipErrorMsg(code)) unzip += std::to_string(code) + ' ';
+        const std::wstring zipText = Dynazip::ZipErrorMsg(code), unzipText = Dynazip::UnzipErrorMsg(code);
+        if (!zipText.empty()) zip += std::to_wstring(code) + L' ' + zipText + L'|';
+        if (!unzipText.empty()) unzip += std::to_wstring(code) + L' ' + unzipText + L'|';
     }
-    EXPECT_EQ("1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 126 ", zip);
-    EXPECT_EQ("2 3 4 5 9 11 12 25 28 29 39 40 41 42 44 45 46 47 48 49 50 126 127 ", unzip);
+    EXPECT_EQ(
+        L"1 Busy, can't enter now|2 Unexpected end of zip file|3 Zip file structure invalid|4 Out of memory|"
+        L"5 Internal logic error|6 Entry too big to split|7 Invalid comment format|"
+        L"8 Zip file invalid or insufficient memory|9 Application cancelled operation|10 Temporary file "
+        L"failure|"
+        L"11 Input file read failure|12 Nothing to do!|13 Missing or empty zip file|"
+        L"14 Output file write failure, possible disk full|15 Could not create output file|"
+        L"16 Invalid combination of control parameters|17 Could not complete operation|"
+        L"18 File not found or no read permission|19 Media Error Encountered|"
+        L"20 Invalid combination of Multi-Volume control parameters|21 Improper use of Multi-Volume Zip file|"
+        L"126 The zip engine is not loaded|",
+        zip);
+    EXPECT_EQ(
+        L"2 Unexpected end of zip file|3 Zip file structure invalid|4 Out of memory|5 Out of memory|"
+        L"9 File not found|11 No files to test, extract, etc.|"
+        L"12 The same disk volume can not be used as both the source and destination|25 Index out of bounds|"
+        L"28 Error creating output file|29 Error opening archive|39 Bad CRC|40 Application cancelled "
+        L"operation|"
+        L"41 File skipped, encrypted|42 File skipped, unknown compression method|"
+        L"44 Bad or missing decrypt code|45 Busy, can't enter now|46 Can't extract a Volume ID item|"
+        L"47 Command syntax error|48 Operation cancelled|49 Operation skipped|50 Disk full|"
+        L"126 The zip engine is not loaded|127 Another member of that name was brought out before|",
+        unzip);
 }
 
 }  // namespace
