@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "bench/host_shell.h"
 #include "files/directory_iterator.h"
 #include "files/file_copy.h"
 #include "platform/unique_handle.h"
-#include "tests/support/host_shell.h"
 
 #include <fcntl.h>
 #include <io.h>

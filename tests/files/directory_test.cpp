@@ -5,6 +5,7 @@
 #include <set>
 #include <vector>
 
+#include "bench/host_shell.h"
 #include "files/file.h"
 #include "tests/support/open_file.h"
 #include "tests/support/test_folder.h"
@@ -126,6 +127,21 @@ TEST_F(Directories, TheCurrentOneIsLeftForTheTemporaryOne) {
     EXPECT_FALSE(Exists(L"Sub"));
     EXPECT_TRUE(std::filesystem::equivalent(L".", QLGetTempPath().str()));
     std::filesystem::current_path(before);
+}
+
+TEST_F(Directories, LinksInThemAreNotFollowed) {
+    Make({L"sub", L"files", L"other"}, {L"other\\kept", L"guarded"});
+    ASSERT_TRUE(
+        ::CreateHardLinkW((folder_ / L"files\\hard").c_str(), (folder_ / L"guarded").c_str(), nullptr));
+    Delete(L"files");
+    EXPECT_FALSE(Exists(L"files"));
+    EXPECT_EQ("x", BytesOf(folder_ / L"guarded"));
+    const std::wstring link = folder_ / L"sub\\folder";
+    if (!RunInHostShell(folder_.path().wstring(), L"ln -s ../other sub/folder"))
+        ::CreateSymbolicLinkW(link.c_str(), (folder_ / L"other").c_str(), SYMBOLIC_LINK_FLAG_DIRECTORY);
+    if (!std::filesystem::exists(link)) GTEST_SKIP() << "no links to be had here";
+    Delete(L"sub");
+    EXPECT_TRUE(Exists(L"other\\kept"));
 }
 
 }  // namespace

@@ -187,6 +187,25 @@ int LogAsALibraryEnds(const wchar_t* file, bool isFirst) {
     return ::LoadLibraryW(L"logging_late.dll") ? kEnd : kEnd + 1;
 }
 
+// Starts the log on two threads at once, one of which loads a library, as far as the system can tell.
+int StartWhileALibraryLoads(const wchar_t* file) {
+    std::atomic<bool> runs = false, isLocked = false;
+    std::thread other([&] {
+        for (runs = true; !isLocked;) ::Sleep(1);
+        QLLogger::InitializeLog(file, QLLOG_INFO);
+    });
+    while (!runs) ::Sleep(1);
+    ULONG_PTR cookie = 0;
+    ::LdrLockLoaderLock(0, nullptr, &cookie);
+    isLocked = true;
+    ::Sleep(30);  // the other thread waits for the lock by then
+    QLLogger::InitializeLog(std::make_shared<OddOutput>(Nothing, Nothing), QLLOG_WARNING);
+    ::LdrUnlockLoaderLock(0, cookie);
+    other.join();
+    PutLines(0, kLines);
+    return kEnd;
+}
+
 }  // namespace
 
 int wmain(int, wchar_t** argv) {
@@ -199,6 +218,7 @@ int wmain(int, wchar_t** argv) {
     if (way == L"within the loader") return LogWithoutAWriter(file, true);
     if (way == L"first as a library ends") return LogAsALibraryEnds(file, true);
     if (way == L"as a library ends") return LogAsALibraryEnds(file, false);
+    if (way == L"amid loading") return StartWhileALibraryLoads(file);
     if (way == L"early") {
         QLLogger::CloseLogs();
         PutLines(0, kLines);

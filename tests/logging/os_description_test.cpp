@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/win32.h"
-
 namespace {
 
 constexpr std::uint32_t kStation = 1, kServer = 3, kX86 = 0, kItanium = 6, kAmd64 = 9;
@@ -43,33 +41,6 @@ constexpr struct {
 };
 
 }  // namespace
-
-TEST(OsDescription, NamesEveryEditionThatHasAName) {
-    std::wstring names;
-    for (std::uint32_t edition = 0; edition < 200; ++edition) {
-        const std::wstring text = ql::DescribeOs({2, 10, 0, 1, 0, kStation, kItanium, edition, false, L""});
-        const std::wstring name = text.substr(10, text.size() - 20);  // of "Microsoft NAME (build 1)"
-        if (!name.empty()) names += std::to_wstring(edition) + L' ' + name + L'\n';
-    }
-    EXPECT_EQ(
-        L"1 Ultimate Edition\n2 Home Basic Edition\n3 Home Premium Edition\n4 Enterprise Edition\n"
-        L"6 Business Edition\n7 Standard Edition\n8 Datacenter Edition\n9 Small Business Server\n"
-        L"10 Enterprise Edition\n11 Starter Edition\n12 Datacenter Edition (core installation)\n"
-        L"13 Standard Edition (core installation)\n14 Enterprise Edition (core installation)\n"
-        L"15 Enterprise Edition for Itanium-based Systems\n17 Web Server Edition\n18 Cluster Server Edition\n"
-        L"25 Small Business Server Premium Edition\n48 Professional\n",
-        names);
-}
-
-#ifdef _WIN32
-TEST(OsDescription, IsMadeOfWhatTheSystemTells) {
-    const auto facts = ql::ReadOsFacts();
-    DWORD edition = 0;
-    ::GetProductInfo(facts->major, facts->minor, 0, 0, &edition);
-    EXPECT_EQ(edition, facts->edition);
-    EXPECT_EQ(::GetSystemMetrics(SM_SERVERR2) != 0, facts->isServerR2);
-}
-#endif
 
 TEST(OsDescription, TellsEachSystemByItsFactsAndItsServicePackAloneOfOthers) {
     for (const auto& c : kCases) {

@@ -70,9 +70,10 @@ std::vector<Way> Ways() {
                              {L"within the loader", 1, 100},
                              {L"races", 20},
                              {L"frees the library", 5, 20'000, L"logging_loader.exe"}};
-    for (const wchar_t* way : {L"return", L"thread", L"early", L"exits first", L"exits last",
-                               L"exits in close first", L"closes slowly", L"closes slowly, alone",
-                               L"closes from within", L"first as a library ends", L"as a library ends"})
+    for (const wchar_t* way :
+         {L"return", L"thread", L"early", L"exits first", L"exits last", L"exits in close first",
+          L"closes slowly", L"closes slowly, alone", L"closes from within", L"amid loading",
+          L"first as a library ends", L"as a library ends"})
         ways.push_back({way});
     return ways;
 }

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-# Holds the zip engines against programs that are not ours, in both directions.
+# Holds the zip engines against programs that are not ours, in both directions, and kills them at random moments.
 #
 # usage: judges.py HOST.EXE QLUTIL.exe RESULTS.xml
 import functools
@@ -7,10 +7,12 @@ import json
 import os
 import pathlib
 import random
+import shutil
 import struct
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 import zipfile
 
@@ -118,8 +120,8 @@ class InFolder(unittest.TestCase):
     def extract(self, to):
         return self.call("extract", "*", windows_path(to))
 
-    def beside(self):
-        return sorted(path.name for path in self.folder.iterdir())
+    def beside(self, kept=lambda name: True):
+        return sorted(path.name for path in self.folder.iterdir() if kept(path.name))
 
     # Names and contents of the files in the archive, after all have judged it.
     def members(self, judges=()):
@@ -175,6 +177,7 @@ class Judged(InFolder):
         shown = start("zip", "list", windows_path(self.archive), program=QLUTIL).communicate(timeout=60)[0]
         self.assertNotIn(b"\x1b", shown)
 
+
     def test_a_folder_is_added_with_all_below_it_but_not_what_its_links_lead_to(self):
         deep = {f"{'/'.join(6 * ['d' * 50])}/deep.txt": b"deeper than paths without a prefix go"}
         write_tree(self.tree, deep)
@@ -183,7 +186,75 @@ class Judged(InFolder):
         self.assertEqual(self.members(), {f"tree/{name}": content for name, content in (TREE | deep).items()})
 
 
-class Linked(InFolder):
+# Kills at random moments, spread over what a call takes: QL_KILLS of them, a quarter for each kind of call.
+class Killed(InFolder):
+    TIMES = int(os.environ.get("QL_KILLS", "40")) // 4
+
+    def setUp(self):
+        super().setUp()
+        (self.tree / "more.bin").write_bytes(RANDOM_BYTES * 20)
+        self.assertEqual(self.add(6, "old"), 0)
+
+    # Calls once in peace; then, prepared anew for each, those that are killed. A step for each call.
+    def killed(self, prepare, *call):
+        prepare()
+        began = time.monotonic()
+        self.assertEqual(self.call(*call), 0)
+        took = time.monotonic() - began
+        yield
+        for turn in range(self.TIMES):
+            prepare()
+            process = start(call[0], windows_path(self.archive), *call[1:], cwd=self.tree)
+            time.sleep(took * (turn + random.random()) / self.TIMES)
+            process.kill()
+            process.communicate(timeout=60)
+            yield
+
+    def test_leaves_the_old_archive_or_the_new_one(self):
+        old = self.archive.read_bytes()
+        for call in (("add", "*.*", 9), ("delete", "one.txt"), ("add", "", 5, "new")):
+            with self.subTest(call):
+                calls = self.killed(lambda: self.archive.write_bytes(old), *call)
+                next(calls)
+                new = self.archive.read_bytes()
+                kept = 0
+                for _ in calls:
+                    now = self.archive.read_bytes()
+                    self.assertTrue(now in (old, new) or self.members())
+                    kept += now == old
+                    # What a kill in the last step may leave stays until the next call.
+                    self.assertEqual(self.beside(lambda name: not name.startswith("~ql")), ["made.zip", "tree"])
+                self.assertGreater(kept, self.TIMES // 4, "most kills came too late to prove anything")
+                self.archive.write_bytes(old)
+                self.assertEqual(self.call(*call), 0)
+                self.assertEqual(self.beside(), ["made.zip", "tree"])
+
+    def test_leaves_no_file_half_under_its_name(self):
+        whole, to = read_tree(self.tree), self.folder / "out"
+        for _ in self.killed(lambda: shutil.rmtree(to, True), "extract", "*", windows_path(to)):
+            for name, content in read_tree(to).items():
+                if not name.split("/")[-1].startswith("~ql"):
+                    self.assertEqual(content, whole[name], name)
+        self.assertEqual(self.extract(to), 0)
+        self.assertEqual(read_tree(to), whole)
+
+
+class Shared(InFolder):
+    def test_readers_and_a_writer_do_not_disturb_each_other(self):
+        self.assertEqual(self.add(1), 0)
+        readers = [start("ask", windows_path(self.archive), "one.txt", 3000) for _ in range(2)]
+        codes = [self.call("add", "random.bin", level % 10) for level in range(40)]
+        self.assertEqual(codes, [0] * 40)
+        self.assertEqual([(reader.communicate(timeout=120), reader.returncode)[1] for reader in readers], [0, 0])
+
+    def test_writers_beside_each_other_lose_nothing(self):
+        names = [name for name in TREE if "/" not in name]
+        writers = [start("add", windows_path(self.archive), f'"{name}"', cwd=self.tree) for name in names]
+        for writer in writers:
+            writer.communicate(timeout=60)
+            self.assertEqual(writer.returncode, 0)
+        self.assertEqual(self.members(), {name: TREE[name] for name in names})
+
     def test_a_link_is_followed_and_a_read_only_archive_refused(self):
         self.assertEqual(self.add(), 0)
         link = self.folder / "link.zip"
