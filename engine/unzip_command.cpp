@@ -112,6 +112,7 @@ void RefuseWhatIsNotOffered(const UNZIPCMDSTRUCT& command) {
 
 std::vector<const Entry*> At(const OpenArchive& open, const std::vector<std::size_t>& places) {
     std::vector<const Entry*> members;
+    members.reserve(places.size());
     for (const std::size_t i : places) members.push_back(&open.Entries()[i]);
     return members;
 }

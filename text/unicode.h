@@ -90,6 +90,7 @@ constexpr Utf8Character FirstOfUtf8(std::string_view bytes) noexcept {
 // A surrogate without its partner becomes U+FFFD.
 inline std::string ToUtf8(std::wstring_view text) {
     std::string bytes;
+    bytes.reserve(text.size());
     while (!text.empty()) {
         const char32_t character = TakeCharacter(text);
         char buffer[kMostUtf8Bytes];
@@ -101,6 +102,7 @@ inline std::string ToUtf8(std::wstring_view text) {
 // Nothing where the bytes are not well formed. A byte-order mark stays a character.
 inline std::optional<std::wstring> FromUtf8(std::string_view bytes) {
     std::wstring text;
+    text.reserve(bytes.size());
     while (!bytes.empty()) {
         const Utf8Character next = FirstOfUtf8(bytes);
         if (next.bytes == 0) return std::nullopt;

@@ -4,7 +4,6 @@
 #include <map>
 #include <memory>
 #include <random>
-#include <sstream>
 #include <typeinfo>
 
 #include "rw/file.h"

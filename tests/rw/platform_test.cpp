@@ -3,10 +3,8 @@
 #include <utility>
 
 #include "platform/message_box.h"
-#include "platform/module.h"
 #include "platform/shared_lock.h"
 #include "platform/unique_handle.h"
-#include "platform/windows_version.h"
 #include "tests/support/on_threads.h"
 
 namespace {
@@ -79,13 +77,6 @@ TEST(Locks, KeepOthersOut) {
     });
     EXPECT_EQ(600, writtenToo);
     EXPECT_EQ(6000, counted);
-}
-
-TEST(System, TellsOfTheProgram) {
-    wchar_t program[MAX_PATH] = {};
-    ::GetModuleFileNameW(nullptr, program, MAX_PATH);
-    EXPECT_EQ(program, ql::OwnModulePath());
-    EXPECT_TRUE(ql::IsWindows6OrLater());
 }
 
 TEST(ErrorBox, IsReplacedAndAnswersTheFormerOne) {
