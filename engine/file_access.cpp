@@ -18,7 +18,7 @@ std::size_t MemoryInput::ReadAt(std::uint64_t offset, std::uint8_t* into, std::s
 }
 
 bool WindowedInput::Holds(std::uint64_t offset, std::size_t size) const {
-    return offset >= start_ && offset + size <= start_ + filled_;
+    return offset >= start_ && offset - start_ <= filled_ && size <= filled_ - (offset - start_);
 }
 
 std::size_t WindowedInput::ReadAt(std::uint64_t offset, std::uint8_t* into, std::size_t size) {

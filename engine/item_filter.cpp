@@ -43,7 +43,8 @@ bool ItemFilter::Admits(const DiskItem& item) const {
 StoredSuffixes::StoredSuffixes(const ZIPCMDSTRUCT& command) {
     if (!command.dontCompressTheseSuffixesFlag) return;
     std::string list = Utf8FromAnsi(command.lpszStoreSuffixes);
-    for (std::size_t at; (at = list.find_first_of(",;:")) != std::string::npos;) list[at] = ' ';
+    std::ranges::replace_if(
+        list, [](char c) { return c == ',' || c == ';' || c == ':'; }, ' ');
     for (const std::string& suffix : SplitItems(list))
         suffixes_.push_back(Folded(suffix.front() == '.' ? suffix : "." + suffix));
 }
