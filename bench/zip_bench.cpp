@@ -242,7 +242,7 @@ struct ManyMembers {
         for (std::size_t i = 0; i < count; ++i) {
             const std::string name = "f/" + std::to_string(i) + ".txt";
             ql::zip::MemoryInput content(reinterpret_cast<const std::uint8_t*>(name.data()), name.size());
-            writer.Add({name}, content, [](std::uint64_t) {});
+            writer.Add({name, 0, 0, 0}, content, [](std::uint64_t) {});
         }
         writer.Finish("");
         WriteWhole(path, written.bytes.data(), written.bytes.size());
