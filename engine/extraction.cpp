@@ -10,9 +10,6 @@
 namespace ql::zip {
 namespace {
 
-constexpr DWORD kRestoredAttributes =
-    FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
-constexpr DWORD kPlainAttributes = FILE_ATTRIBUTE_ARCHIVE;
 constexpr DWORD kVolumeLabel = 8;
 
 // Up to here a member's contents are held whole: with all that are under way, about 1 MB.
@@ -49,7 +46,7 @@ Extraction::Extraction(const UNZIPCMDSTRUCT& command, const ExtractionSource& so
       members_(members),
       refusesSameName_(sameName == SameName::kRefused && command.noDirectoryNamesFlag),
       each_(each),
-      patience_(source.patience),
+      placement_(command, source.patience),
       destination_(DestinationOf(command)),
       reader_(source.file, source.archive),
       progress_(command, TotalSize(members)) {}
@@ -88,7 +85,7 @@ void Extraction::EndOldest() {
     files_.GiveBack(std::move(member));
 }
 
-void Extraction::NoteFile(const Entry& entry, const FormerFile& former, bool isWritten) {
+void Extraction::NoteFile(const Entry& entry, const Placement::FormerFile& former, bool isWritten) {
     looksFirst_ = former.has_value();
     if (refusesSameName_ && isWritten) written_[Folded(UsedName(entry))] = Folded(entry.name);
 }
@@ -112,12 +109,11 @@ Extraction::State Extraction::BeginFile(const Entry& entry, const std::string& n
     if (IsUnderWay(name)) EndAll();
     if (refusesSameName_) RequireOwn(Folded(name), entry);
     const std::wstring place = TargetOf(name);
-    FormerFile former;
+    Placement::FormerFile former;
     if (looksFirst_ || command_.freshenFlag) {
         former = FileFacts(place, Result::kCannotCreate);
         looksFirst_ = former.has_value();
-        const bool isWanted = former ? MayReplace(entry, *former) : !command_.freshenFlag;
-        if (!isWanted) return State::kLeftOut;
+        if (!placement_.Wants(entry, former)) return State::kLeftOut;
     }
     NeedFolder(place.substr(0, place.rfind(L'\\')));
     if (entry.size > kMostSmall) return WriteLarge(entry, place, former);
@@ -138,8 +134,9 @@ void Extraction::Read(const Entry& entry, const Sink& sink) {
     if (done == 0) progress_.Reach(0);
 }
 
-Extraction::State Extraction::WriteLarge(const Entry& entry, const std::wstring& place, FormerFile former) {
-    const bool isWritten = Write(entry, place, former, [&](PendingFile& file) {
+Extraction::State Extraction::WriteLarge(const Entry& entry, const std::wstring& place,
+                                         Placement::FormerFile former) {
+    const bool isWritten = placement_.Write(entry, place, former, [&](PendingFile& file) {
         std::uint64_t done = 0;
         Read(entry, [&](const std::uint8_t* data, std::size_t size) {
             file.WriteAt(done, data, size);
@@ -150,14 +147,15 @@ Extraction::State Extraction::WriteLarge(const Entry& entry, const std::wstring&
     return isWritten ? State::kDone : State::kLeftOut;
 }
 
-void Extraction::WriteSmall(const Entry& entry, const std::wstring& place, const FormerFile& former) {
+void Extraction::WriteSmall(const Entry& entry, const std::wstring& place,
+                            const Placement::FormerFile& former) {
     if (files_.IsFull()) EndOldest();
     std::unique_ptr<Unpacked> member = files_.Take();
     member->contents.clear();
     Read(entry, [&](const std::uint8_t* data, std::size_t size) {
         member->contents.insert(member->contents.end(), data, data + size);
     });
-    member->extraction = this;
+    member->placement = &placement_;
     member->entry = &entry;
     member->place = place;
     member->former = former;
@@ -167,31 +165,10 @@ void Extraction::WriteSmall(const Entry& entry, const std::wstring& place, const
 void Extraction::Unpacked::Do(Tool&) noexcept {
     isLeftOut = false;
     result = ResultOf([this] {
-        isLeftOut = !extraction->Write(*entry, place, former, [this](PendingFile& file) {
+        isLeftOut = !placement->Write(*entry, place, former, [this](PendingFile& file) {
             file.WriteAt(0, contents.data(), contents.size());
         });
     });
-}
-
-// By any thread. False where the flags leave it out; `former` is what was found in the place in the end.
-bool Extraction::Write(const Entry& entry, const std::wstring& place, FormerFile& former,
-                       const Fill& fill) const {
-    PendingFile file(place, patience_);
-    fill(file);
-    if (const auto time = ExactTimeOf(entry)) file.SetTime(*time);
-    if (!former && !file.Commit(Former::kKept)) {
-        former = FileFacts(place, Result::kCannotCreate);
-        Require(former.has_value(), Result::kSkipped);  // it is gone again
-        if (!MayReplace(entry, *former)) return false;
-    }
-    if (former) {
-        if (former->dwFileAttributes & FILE_ATTRIBUTE_READONLY)
-            ::SetFileAttributesW(place.c_str(), FILE_ATTRIBUTE_NORMAL);
-        file.Commit(Former::kReplaced);
-    }
-    const DWORD attributes = entry.attributes & kRestoredAttributes;
-    if (attributes & ~kPlainAttributes) ::SetFileAttributesW(place.c_str(), attributes);
-    return true;
 }
 
 // What is not used of a name does no harm.
@@ -210,20 +187,6 @@ std::wstring Extraction::TargetOf(const std::string& name) const {
 void Extraction::RequireOwn(const std::u32string& file, const Entry& entry) const {
     const auto former = written_.find(file);
     Require(former == written_.end() || former->second == Folded(entry.name), Result::kNameTaken);
-}
-
-// Whether the flags want it. Throws where the file may not be replaced. With the flag to overwrite, an update
-// leaves only what is newer than the member.
-bool Extraction::MayReplace(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const {
-    const DosTime member = TimeOf(entry), file = DosTimeOf(former.ftLastWriteTime);
-    const bool isUpdate = command_.freshenFlag || command_.updateFlag;
-    if (isUpdate && (member < file || (member == file && !command_.overWriteFlag))) return false;
-    Require(isUpdate || command_.overWriteFlag, Result::kSkipped);
-    Require(!(former.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY), Result::kCannotCreate);
-    Require(!(former.dwFileAttributes & FILE_ATTRIBUTE_READONLY) ||
-                command_.wUnzipSubOptions & UNZIP_OVERWRITE_READ_ONLY,
-            Result::kCannotCreate);
-    return true;
 }
 
 // A member before may be a file where a folder is wanted now.

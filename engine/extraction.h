@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <map>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,9 +10,8 @@
 #include "engine/entry_reader.h"
 #include "engine/ordered_work.h"
 #include "engine/patience.h"
-#include "engine/pending_file.h"
+#include "engine/placement.h"
 #include "engine/result.h"
-#include "engine/windows_files.h"
 #include "zip/zip_records.h"
 
 namespace ql::zip {
@@ -45,19 +43,16 @@ class Extraction {
     void Run();
 
   private:
-    using FormerFile = std::optional<WIN32_FILE_ATTRIBUTE_DATA>;
-    // Puts a member's contents into its file.
-    using Fill = std::function<void(PendingFile& file)>;
     // A small member on its way to its file.
     struct Unpacked {
         struct Tool {};
         void Do(Tool& none) noexcept;
 
-        const Extraction* extraction = nullptr;
+        const Placement* placement = nullptr;
         const Entry* entry = nullptr;
         std::wstring place;
         Bytes contents;
-        FormerFile former;
+        Placement::FormerFile former;
         Result result = Result::kOk;
         bool isLeftOut = false;
     };
@@ -65,27 +60,25 @@ class Extraction {
 
     State Begin(const Entry& entry);
     State BeginFile(const Entry& entry, const std::string& name);
-    State WriteLarge(const Entry& entry, const std::wstring& place, FormerFile former);
-    void WriteSmall(const Entry& entry, const std::wstring& place, const FormerFile& former);
+    State WriteLarge(const Entry& entry, const std::wstring& place, Placement::FormerFile former);
+    void WriteSmall(const Entry& entry, const std::wstring& place, const Placement::FormerFile& former);
     void Read(const Entry& entry, const Sink& sink);
-    bool Write(const Entry& entry, const std::wstring& place, FormerFile& former, const Fill& fill) const;
     bool IsUnderWay(const std::string& name) const;
     void EndOldest();
     void EndAll();
-    void NoteFile(const Entry& entry, const FormerFile& former, bool isWritten);
+    void NoteFile(const Entry& entry, const Placement::FormerFile& former, bool isWritten);
     void End(const Entry& entry, Result result, bool isLeftOut);
 
     std::string UsedName(const Entry& entry) const;
     std::wstring TargetOf(const std::string& name) const;
     void RequireOwn(const std::u32string& file, const Entry& entry) const;
-    bool MayReplace(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& former) const;
     void NeedFolder(const std::wstring& folder);
 
     const UNZIPCMDSTRUCT& command_;
     const std::vector<const Entry*>& members_;
     const bool refusesSameName_;
     const MemberEnd& each_;
-    Patience& patience_;
+    const Placement placement_;
     std::wstring destination_, lastFolder_;
     EntryReader reader_;
     CallProgress progress_;

@@ -14,7 +14,7 @@ enum class Former { kReplaced, kKept };
 // A file that is there only once it is complete. It is written beside its place under a short name that
 // belongs to the place, so that it also keeps other writers of the same file away, and takes the place in one
 // step. The system removes what is not committed, even when the process is killed; what a machine that lost
-// its power leaves is removed by the next writer of the same file.
+// its power leaves, or a kill in the instant of that step, is removed by the next writer of the same file.
 class PendingFile final : public OutputFile {
   public:
     // The place is a literal path. Throws kBusy while another writes the same file, kWriteFailed where the
