@@ -202,12 +202,11 @@ void PrintPeak(const std::string& when) {
 }
 
 void RegisterTree(const Tree& tree) {
-    const auto nothing = [] {};
     for (int level : {1, 6, 9}) {
         const std::string work = "zip_add_" + tree.name + "_level_" + std::to_string(level);
-        Register(work + "/engine", nothing, [&tree, level] { EngineAdds(tree, level); });
-        Register(work + "/zlib_on_disk", nothing, [&tree, level] { BareAddsOnDisk(tree, level); });
-        Register(work + "/zlib_in_memory", nothing, [&tree, level] { BareAddsInMemory(tree, level); });
+        Register(work + "/engine", [&tree, level] { EngineAdds(tree, level); });
+        Register(work + "/zlib_on_disk", [&tree, level] { BareAddsOnDisk(tree, level); });
+        Register(work + "/zlib_in_memory", [&tree, level] { BareAddsInMemory(tree, level); });
     }
     const std::string work = "zip_extract_" + tree.name;
     const auto dropOut = [&tree] { tree.DropOut(); };
@@ -273,7 +272,6 @@ void RegisterMembers(std::size_t count) {
     const auto named = [count](const char* what) {
         return "zip members, " + std::string(what) + '/' + std::to_string(count) + "/engine";
     };
-    const auto nothing = [] {};
     const auto ask = [members](std::int32_t function, std::int32_t index) {
         ZIPINFO info;
         char content[64];
@@ -284,15 +282,15 @@ void RegisterMembers(std::size_t count) {
         command.lMemBlockSize = sizeof content;
         Check(ql::zip::RunUnzip(command) == ql::zip::Result::kOk, "the engine does not answer");
     };
-    Register(named("list all"), nothing, [members] {
+    Register(named("list all"), [members] {
         UNZIPCMDSTRUCT command = members->Command(UNZIP_COUNT_ALL);
         command.index = -1;
         Check(ql::zip::RunUnzipEach(command, Overlook, nullptr) == ql::zip::Result::kOk,
               "the engine does not list");
     });
-    Register(named("record by index"), nothing, [ask] { ask(UNZIP_INDEXED, 50); });
-    Register(named("ask for one"), nothing, [ask] { ask(UNZIP_COUNT_MATCHING, -1); });
-    Register(named("extract one"), nothing, [ask] { ask(UNZIP_FILE_TO_MEMORY, -1); });
+    Register(named("record by index"), [ask] { ask(UNZIP_INDEXED, 50); });
+    Register(named("ask for one"), [ask] { ask(UNZIP_COUNT_MATCHING, -1); });
+    Register(named("extract one"), [ask] { ask(UNZIP_FILE_TO_MEMORY, -1); });
     const auto change = [members](ZIPCMDSTRUCT command) {
         command.zipStructSize = sizeof command;
         command.lpszZIPFile = members->path.c_str();
@@ -313,9 +311,9 @@ void RegisterMembers(std::size_t count) {
         command.lpszItemList = kOneMore;
         change(command);
     };
-    Register(named("add one"), nothing, addOne);  // in the place of the former, but for the first
+    Register(named("add one"), addOne);  // in the place of the former, but for the first
     Register(named("delete one"), addOne, deleteOne);
-    Register(named("change comment"), nothing, [change] {
+    Register(named("change comment"), [change] {
         ZIPCMDSTRUCT command{};
         command.function = ZIP_ADD;
         command.addCommentFlag = 1;
