@@ -12,8 +12,8 @@ class Value;
 // Memory of one parsed or copied tree: handed out from the front of large chunks and given back all at once.
 class Arena {
   public:
-    explicit Arena(std::size_t firstChunk) noexcept
-        : nextChunk_(std::clamp(firstChunk, kSmallest, kLargest)) {}
+    Arena(const Value& root, std::size_t firstChunk) noexcept
+        : root_(root), nextChunk_(std::clamp(firstChunk, kSmallest, kLargest)) {}
     Arena(const Arena&) = delete;
     Arena& operator=(const Arena&) = delete;
     ~Arena() {
@@ -31,6 +31,11 @@ class Arena {
     Item* AllocateArray(std::size_t count) {
         // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers is meant
         return static_cast<Item*>(Allocate(count * sizeof(Item)));
+    }
+
+    // The bytes of the tree that this node is the root of; none for a node below it.
+    std::size_t SizeOfTree(const Value& node) const noexcept {
+        return &node == &root_ ? filled_ + static_cast<std::size_t>(next_ - begin_) : 0;
     }
 
     // Shortens the latest allocation.
@@ -63,15 +68,19 @@ class Arena {
     [[gnu::noinline]] void AddChunk(std::size_t atLeast) {
         const std::size_t size = std::max(nextChunk_, atLeast + sizeof(Chunk));
         last_ = new (::operator new(size)) Chunk{last_};
-        next_ = reinterpret_cast<std::byte*>(last_ + 1);
+        filled_ += static_cast<std::size_t>(next_ - begin_);
+        begin_ = next_ = reinterpret_cast<std::byte*>(last_ + 1);
         end_ = reinterpret_cast<std::byte*>(last_) + size;
         nextChunk_ = std::min(2 * nextChunk_, kLargest);
     }
 
+    const Value& root_;
+    std::byte* begin_ = nullptr;
     std::byte* next_ = nullptr;
     std::byte* end_ = nullptr;
     Chunk* last_ = nullptr;
     Adopted* adopted_ = nullptr;
+    std::size_t filled_ = 0;  // of the chunks before the last
     std::size_t nextChunk_;
 };
 

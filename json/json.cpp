@@ -90,7 +90,7 @@ std::unique_ptr<Value> Value::Clone() const noexcept {
     return ql::FailureIfThrown(nullptr, [this] {
         constexpr std::size_t kFirstChunk = 0x1000;
         auto root = std::make_unique<Value>(Null);
-        root->arena_ = std::make_unique<Arena>(kFirstChunk).release();
+        root->arena_ = std::make_unique<Arena>(*root, kFirstChunk).release();
         Value* unfinished = nullptr;
         root->CopyContent(*this, unfinished);
         while (unfinished) {

@@ -43,9 +43,9 @@ constexpr Action ActionOf(const Row& row, Token token) {
 // Enough of both for a usual settings document.
 Parser::Parser(std::wstring_view document)
     : root_(new Value(Null)),
-      arena_(*(root_->arena_ = new Arena(3 * document.size() * sizeof(wchar_t)))),
+      arena_(*(root_->arena_ = new Arena(*root_, 3 * document.size() * sizeof(wchar_t)))),
       lexer_(document, arena_) {
-    pending_.reserve(document.size() / 32);
+    pending_.reserve(document.size() / 16);
 }
 
 std::unique_ptr<Value> Parser::Run() {

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "json/arena.h"
 #include "json/json.h"
 #include "json/units.h"
 #include "platform/failure.h"
@@ -22,6 +23,8 @@ namespace {
 // Gathers small pieces in a block, so that the text itself grows by few and large steps.
 class Output {
   public:
+    void Reserve(std::size_t count) { text_.reserve(count); }
+
     void Put(wchar_t unit) { *Claim(1) = unit; }
     void Put(std::string_view ascii) { std::copy(ascii.begin(), ascii.end(), Claim(ascii.size())); }
 
@@ -106,11 +109,15 @@ class Writer {
         : lastPlain_(asciiOnly ? 126 : std::numeric_limits<Unit>::max()), pretty_(pretty) {}
 
     std::wstring Write(const Value& root) {
+        // The text is seldom longer than the tree, and to grow it is to copy it.
+        if (root.arena_) output_.Reserve(root.arena_->SizeOfTree(root) / sizeof(wchar_t));
+        frames_.reserve(kUsualDepth);
         for (const Value* node = &root; node; node = Advance()) Begin(*node);
         return output_.Take();
     }
 
   private:
+    static constexpr std::size_t kUsualDepth = 8;
     struct Frame {
         const Value* container;
         std::size_t next;
