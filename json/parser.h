@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <memory_resource>
 #include <string_view>
 #include <vector>
 
@@ -38,8 +39,10 @@ class Parser {
     Lexer lexer_;
     State state_ = State::Value;
     Value* open_ = nullptr;  // the innermost open container; children_.count is where its pending ones begin
-    std::vector<Value*> pending_;  // the children so far of all open containers
-    Value::Text key_{};            // of the member to come
+    Value* usual_[256];      // room for a usual document's without the heap
+    std::pmr::monotonic_buffer_resource memory_{usual_, sizeof(usual_)};
+    std::pmr::vector<Value*> pending_{&memory_};  // the children so far of all open containers
+    Value::Text key_{};                           // of the member to come
     ParseFault fault_{};
 };
 

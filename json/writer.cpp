@@ -5,8 +5,10 @@
 #include <cstdlib>
 #include <cwchar>
 #include <limits>
+#include <memory_resource>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -62,6 +64,13 @@ class Output {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
+// A single unit is looked up, which takes less than the comparisons that a block of them is worth.
+constexpr AsciiTable kIsEscaped = [] {
+    AsciiTable table = kLetterOfUnit;
+    std::fill_n(table.begin(), ' ', Unit{1});
+    return table;
+}();
+
 constexpr std::size_t kLongestEscape = std::string_view("\\u0000").size();
 
 // The end of what was written.
@@ -111,13 +120,11 @@ class Writer {
     std::wstring Write(const Value& root) {
         // The text is seldom longer than the tree, and to grow it is to copy it.
         if (root.arena_) output_.Reserve(root.arena_->SizeOfTree(root) / sizeof(wchar_t));
-        frames_.reserve(kUsualDepth);
         for (const Value* node = &root; node; node = Advance()) Begin(*node);
         return output_.Take();
     }
 
   private:
-    static constexpr std::size_t kUsualDepth = 8;
     struct Frame {
         const Value* container;
         std::size_t next;
@@ -134,7 +141,9 @@ class Writer {
     wchar_t* WriteQuoted(std::wstring_view text, wchar_t* out) const;
 
     Output output_;
-    std::vector<Frame> frames_;                 // the containers that are open, outermost first
+    Frame usual_[16];  // as deep as usual documents are, room without the heap
+    std::pmr::monotonic_buffer_resource memory_{usual_, sizeof(usual_)};
+    std::pmr::vector<Frame> frames_{&memory_};  // the containers that are open, outermost first
     std::vector<std::vector<Value*>> ordered_;  // the members of those that do not keep them in order
     const Unit lastPlain_;
     const bool pretty_;
@@ -230,9 +239,12 @@ void Writer::Quoted(std::wstring_view text) {
 
 // The end of what was written.
 wchar_t* Writer::WriteQuoted(std::wstring_view text, wchar_t* out) const {
-    const auto isSpecial = [lastPlain = lastPlain_](auto unit) {
-        return (unit < Unit{' '}) | (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{'/'}) |
-               (unit > lastPlain);
+    const auto isSpecial = [lastPlain = lastPlain_]<class Units>(Units units) {
+        if constexpr (std::is_same_v<Units, Unit>)
+            return units > lastPlain || LookUp(kIsEscaped, static_cast<wchar_t>(units)) != 0;
+        else
+            return (units < Unit{' '}) | (units == Unit{'"'}) | (units == Unit{'\\'}) | (units == Unit{'/'}) |
+                   (units > lastPlain);
     };
     const wchar_t* next = text.data();
     const wchar_t* const end = next + text.size();
