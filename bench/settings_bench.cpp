@@ -25,7 +25,7 @@ namespace {
 constexpr wchar_t kSection[] = L"Locations";
 constexpr wchar_t kIntegerSection[] = L"Integers";
 constexpr wchar_t kBooleanSection[] = L"Booleans";
-constexpr wchar_t kAbsentSection[] = L"Nowhere";
+constexpr wchar_t kAbsentSection[] = L"Elsewhere";
 constexpr int kEntries = 500;
 constexpr int kMaxThreads = 4;
 

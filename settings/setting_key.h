@@ -28,11 +28,11 @@ class KeyHash {
         const auto* const bytes = reinterpret_cast<const char*>(text.data());
         const auto size = static_cast<std::uint32_t>(text.size() * sizeof(wchar_t));
         if (size < sizeof(Round)) {
-            Mix(bytes, size);
+            Mix(Short(bytes, size));
         } else {
             for (std::uint32_t at = 0; at + sizeof(Round) < size; at += sizeof(Round))
-                Mix(bytes + at, sizeof(Round));
-            Mix(bytes + size - sizeof(Round), sizeof(Round));
+                Mix(At<Round>(bytes + at));
+            Mix(At<Round>(bytes + size - sizeof(Round)));
         }
         state_ ^= Round{size};
         return *this;
@@ -47,10 +47,27 @@ class KeyHash {
   private:
     using Round = std::uint32_t __attribute__((vector_size(16)));
 
-    void Mix(const char* bytes, std::size_t size) noexcept {
+    template <class Piece>
+    static Piece At(const char* bytes) noexcept {
+        Piece piece;
+        std::memcpy(&piece, bytes, sizeof piece);
+        return piece;
+    }
+
+    // The first and the last piece, which are all of a text of up to two; a call that copies takes longer.
+    template <class Piece>
+    static Round Ends(const char* bytes, std::size_t size) noexcept {
+        const std::uint64_t ends[] = {At<Piece>(bytes), At<Piece>(bytes + size - sizeof(Piece))};
+        return std::bit_cast<Round>(ends);
+    }
+    static Round Short(const char* bytes, std::size_t size) noexcept {
+        if (size >= sizeof(std::uint64_t)) return Ends<std::uint64_t>(bytes, size);
+        if (size >= sizeof(std::uint32_t)) return Ends<std::uint32_t>(bytes, size);
+        return size > 0 ? Ends<std::uint16_t>(bytes, size) : Round{};
+    }
+
+    void Mix(Round added) noexcept {
         const Round constants{0x53c5ca59, 0x74743c1b, 0x9e3779b9, 0x85ebca6b};
-        Round added{};
-        if (size > 0) std::memcpy(&added, bytes, size);  // the empty text may be null
         state_ = Products(state_ ^ constants ^ added);
     }
 
@@ -98,7 +115,8 @@ inline bool SameUnits(const wchar_t* a, const wchar_t* b, std::size_t count) noe
 class SettingKey {
   public:
     explicit SettingKey(std::wstring_view text) noexcept { Split(text); }
-    SettingKey(const wchar_t* section, const wchar_t* entry) {
+    // A cached reading is little more than this.
+    [[gnu::always_inline]] SettingKey(const wchar_t* section, const wchar_t* entry) {
         if (section) section_ = {section, TextLength(section)};
         separatorSize_ = kKeySeparator.size();
         if (entry) entry_ = {entry, TextLength(entry)};

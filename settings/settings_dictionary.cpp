@@ -63,8 +63,10 @@ SettingsDictionary::~SettingsDictionary() {
     for (const Place& place : places_) Setting::Deleter()(place.setting);
 }
 
-// The key's, or the free one where it would stand; null when there are none.
-SettingsDictionary::Place* SettingsDictionary::PlaceOf(const SettingKey& key) noexcept {
+// The key's, or the free one where it would stand; null when there are none. A call of it would show in the
+// time of a reading.
+[[gnu::always_inline]] inline SettingsDictionary::Place* SettingsDictionary::PlaceOf(
+    const SettingKey& key) noexcept {
     if (places_.empty()) return nullptr;
     std::size_t at = key.hash() & (places_.size() - 1);
     while (places_[at].setting && !(places_[at].hash == key.hash() && places_[at].setting->Has(key)))
