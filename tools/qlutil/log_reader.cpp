@@ -118,25 +118,29 @@ bool LineReader::Next(std::string& line, bool takesUnended) {
 bool LineReader::IsAt(const std::filesystem::path& path) const {
     const std::unique_ptr<void, Closer> other(OpenToRead(path));
     BY_HANDLE_FILE_INFORMATION own = {}, found = {};
-    if (!::GetFileInformationByHandle(handle_.get(), &own) ||
-        !::GetFileInformationByHandle(other.get(), &found))
-        return false;
-    const std::int64_t size = (std::int64_t{found.nFileSizeHigh} << 32) | found.nFileSizeLow;
-    return own.nFileIndexHigh == found.nFileIndexHigh && own.nFileIndexLow == found.nFileIndexLow &&
-           own.dwVolumeSerialNumber == found.dwVolumeSerialNumber && size >= position_;
+    return ::GetFileInformationByHandle(handle_.get(), &own) &&
+           ::GetFileInformationByHandle(other.get(), &found) && own.nFileIndexHigh == found.nFileIndexHigh &&
+           own.nFileIndexLow == found.nFileIndexLow && own.dwVolumeSerialNumber == found.dwVolumeSerialNumber;
+}
+
+bool LineReader::IsCut() const {
+    LARGE_INTEGER size;
+    return ::GetFileSizeEx(handle_.get(), &size) && size.QuadPart < position_;
 }
 
 LogReader::LogReader(std::filesystem::path file, bool follows) : main_(std::move(file)), follows_(follows) {
-    FindFiles();
+    OpenOldest();
 }
 
-std::filesystem::path LogReader::Backup(int number) const {
-    std::filesystem::path backup = main_;
-    return backup.replace_filename(main_.stem().wstring() + std::to_wstring(number) + L".bak");
+std::filesystem::path LogReader::PathOf(int number) const {
+    std::filesystem::path path = main_;
+    return number == kMain
+               ? path
+               : path.replace_filename(main_.stem().wstring() + std::to_wstring(number) + L".bak");
 }
 
-// Backups may have gaps between their numbers, so the folder says which there are.
-void LogReader::FindFiles() {
+// Of the files that there are, ascending: backups may have gaps between their numbers.
+std::vector<int> LogReader::Numbers() const {
     std::vector<int> numbers;
     std::error_code error;
     const std::filesystem::path folder = main_.has_parent_path() ? main_.parent_path() : L".";
@@ -150,23 +154,81 @@ void LogReader::FindFiles() {
         if (number.empty() || !std::all_of(number.begin(), number.end(), std::iswdigit)) continue;
         if (std::to_wstring(std::stoi(number)) == number) numbers.push_back(std::stoi(number));
     }
-    std::sort(numbers.rbegin(), numbers.rend());
-    for (const int number : numbers) files_.push_back(Backup(number));
-    if (std::filesystem::exists(main_, error)) files_.push_back(main_);
+    if (std::filesystem::exists(main_, error)) numbers.push_back(kMain);
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
 }
 
-// False at the end of the last file.
-bool LogReader::NextLine() {
-    while (!files_.empty()) {
-        if (!isOpen_) {
-            isOpen_ = reader_.Open(files_.front());
-            within_ = Within::kStart;
+std::optional<int> LogReader::NextBelow(int number) const {
+    if (number == kMain) return std::nullopt;
+    std::error_code error;
+    if (std::filesystem::exists(PathOf(number - 1), error)) return number - 1;
+    const std::vector<int> numbers = Numbers();
+    const auto found = std::lower_bound(numbers.begin(), numbers.end(), number);
+    return found == numbers.begin() ? std::nullopt : std::optional(*std::prev(found));
+}
+
+void LogReader::Take(LineReader file, int number) {
+    reader_ = std::move(file);
+    number_ = number;
+    within_ = Within::kStart;
+    isOpen_ = true;
+}
+
+// Of those that can be opened.
+void LogReader::OpenOldest() {
+    isOpen_ = false;
+    std::vector<int> numbers = Numbers(), former;
+    for (int look = 0; look < kLooks && numbers != former; ++look) {
+        LineReader oldest;
+        auto number = numbers.rbegin();
+        while (number != numbers.rend() && !oldest.Open(PathOf(*number))) ++number;
+        if (number == numbers.rend()) return;
+        Take(std::move(oldest), *number);
+        former = std::exchange(numbers, Numbers());
+    }
+}
+
+// Each roll-over moves it up. False when it is there no more.
+bool LogReader::FindOpen() {
+    if (reader_.IsAt(PathOf(number_))) return true;
+    for (int look = 0; look < kLooks; ++look) {
+        for (const int number : Numbers()) {
+            if (number <= number_ || !reader_.IsAt(PathOf(number))) continue;
+            number_ = number;
+            return true;
         }
-        const bool isLast = files_.size() == 1;
-        if (isOpen_ && reader_.Next(line_, !(isLast && follows_))) return true;
-        if (isLast && follows_) return false;
-        files_.pop_front();
-        isOpen_ = false;
+    }
+    return false;
+}
+
+// Goes over to the file that came behind the one that is open, which is a backup; false when there is none
+// (yet). A roll-over moves the older ones first: as long as the one that is open has not moved, its nearest
+// below comes next, if that is still the nearest after it was opened.
+bool LogReader::OpenNewer() {
+    for (int look = 0; look < kLooks; ++look) {
+        if (!FindOpen()) {
+            OpenOldest();
+            return isOpen_;
+        }
+        const std::optional<int> nearest = NextBelow(number_);
+        LineReader newer;
+        std::optional<int> number = nearest;
+        while (number && !newer.Open(PathOf(*number))) number = NextBelow(*number);
+        if (!number) return false;
+        if (!newer.IsAt(PathOf(*number)) || NextBelow(number_) != nearest || !reader_.IsAt(PathOf(number_)))
+            continue;
+        Take(std::move(newer), *number);
+        return true;
+    }
+    return false;
+}
+
+bool LogReader::NextLine() {
+    while (isOpen_) {
+        const bool isGrowing = follows_ && number_ == kMain;
+        if (reader_.Next(line_, !isGrowing)) return true;
+        if (number_ == kMain || !OpenNewer()) return false;
     }
     return false;
 }
@@ -205,18 +267,8 @@ bool LogReader::Next(ReadEntry& entry) {
 }
 
 void LogReader::Continue() {
-    if (files_.empty()) return FindFiles();
-    if (!isOpen_ || reader_.IsAt(main_)) return;
-    // It rolled, perhaps several times: what was read is a backup now.
-    std::deque<std::filesystem::path> since = {main_};
-    std::error_code error;
-    int number = 1;
-    for (; std::filesystem::exists(Backup(number), error) && !reader_.IsAt(Backup(number)); ++number)
-        since.push_front(Backup(number));
-    // Its last lines came before it was renamed; one that is no more was emptied.
-    if (!std::filesystem::exists(Backup(number), error)) since = {main_};
-    since.push_front(files_.front());
-    files_ = std::move(since);
+    if (!isOpen_ || !FindOpen()) return OpenOldest();
+    if (reader_.IsCut() && reader_.Open(PathOf(number_))) within_ = Within::kStart;
 }
 
 const ReadEntry* MergedLogs::Next() {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,8 +27,10 @@ class LineReader {
     // end.
     bool Next(std::string& line, bool takesUnended);
 
-    // Whether the path leads to the file that is open, as far as it was read.
+    // Whether the path leads to the file that is open.
     bool IsAt(const std::filesystem::path& path) const;
+    // Whether the file has lost what was read of it.
+    bool IsCut() const;
 
   private:
     struct Closer {
@@ -42,13 +44,15 @@ class LineReader {
     std::int64_t position_ = 0;
 };
 
-// A log with its backups, oldest entry first.
+// A log with its backups, oldest entry first. The log may roll over meanwhile: then its files change their
+// names, so that the one to come is told by the one that is open. What is removed before it is read is left
+// out.
 class LogReader {
   public:
     // A log that is followed is still written.
     LogReader(std::filesystem::path file, bool follows);
 
-    bool exists() const noexcept { return !files_.empty(); }
+    bool exists() const noexcept { return isOpen_; }
     // False when there is none (yet).
     bool Next(ReadEntry& entry);
     // Looks for what was written since, through roll-overs.
@@ -56,18 +60,25 @@ class LogReader {
 
   private:
     enum class Within { kStart, kHeader, kEntries };
+    static constexpr int kMain = 0;     // the number of what is no backup
+    static constexpr int kLooks = 100;  // while the log rolls over all the time
 
-    std::filesystem::path Backup(int number) const;
-    void FindFiles();
+    std::filesystem::path PathOf(int number) const;
+    std::vector<int> Numbers() const;
+    std::optional<int> NextBelow(int number) const;
+    void Take(LineReader file, int number);
+    void OpenOldest();
+    bool FindOpen();
+    bool OpenNewer();
     bool NextLine();
     bool IsEntry();
 
     const std::filesystem::path main_;
     const bool follows_;
-    std::deque<std::filesystem::path> files_;  // still to be read, the one that is open first
     bool isOpen_ = false;
-    Within within_ = Within::kStart;
     LineReader reader_;
+    int number_ = kMain;  // of the file that is open, when it was last looked for; only grows
+    Within within_ = Within::kStart;
     std::string line_;
     ReadEntry pending_;  // which further lines may belong to
     ReadEntry begun_;
