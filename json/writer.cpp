@@ -240,11 +240,12 @@ void Writer::Quoted(std::wstring_view text) {
 // The end of what was written.
 wchar_t* Writer::WriteQuoted(std::wstring_view text, wchar_t* out) const {
     const auto isSpecial = [lastPlain = lastPlain_]<class Units>(Units units) {
-        if constexpr (std::is_same_v<Units, Unit>)
+        if constexpr (std::is_same_v<Units, Unit>) {
             return units > lastPlain || LookUp(kIsEscaped, static_cast<wchar_t>(units)) != 0;
-        else
+        } else {
             return (units < Unit{' '}) | (units == Unit{'"'}) | (units == Unit{'\\'}) | (units == Unit{'/'}) |
                    (units > lastPlain);
+        }
     };
     const wchar_t* next = text.data();
     const wchar_t* const end = next + text.size();

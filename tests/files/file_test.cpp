@@ -187,7 +187,7 @@ TEST_F(StreamBuf, ReadsWritesAndTellsItsPlace) {
     ASSERT_TRUE(buffer.Open(Name(path_), OPEN_WRITE));
     std::ostream(&buffer) << "a\nb";
     EXPECT_EQ(3, buffer.GetFilePos());
-    EXPECT_TRUE(buffer.Flush());
+    for (const int time : {1, 2}) EXPECT_TRUE(buffer.Flush()) << time;
     EXPECT_EQ("a\nb", BytesOf(path_)) << "writing alone cuts the file off";
     ASSERT_TRUE(buffer.Open(Name(path_), OPEN_READ | OPEN_WRITE));
     std::iostream stream(&buffer);

@@ -28,7 +28,8 @@ TEST(Characters, CompareIgnoringCaseByUpperCasedUnits) {
     }
     EXPECT_TRUE(ql::StartsWithIgnoringCase(L"\u00c4pfel", L"\u00e4P"));
     EXPECT_TRUE(ql::StartsWithIgnoringCase(L"ab", L"AB"));
-    EXPECT_FALSE(ql::StartsWithIgnoringCase(L"a", L"ab"));
+    for (const wchar_t* const other : {L"a", L"ac", L"cab"})
+        EXPECT_FALSE(ql::StartsWithIgnoringCase(other, L"ab")) << other;
 }
 
 TEST(Paths, AreToldByTheirSeparators) {
