@@ -199,7 +199,7 @@ void QuilletCmdSwitchParser::TakeLeadingFile(const wchar_t* text) {
         case FT_BINARY_ANSWER_FILE:
         case FT_ANSWER_FILE: texts_[kAnswerFile] = file.GetPathAndFileName(); break;
         case FT_AUTO_ASSEMBLE_FILE: texts_[kQLAFile] = file.GetPathAndFileName(); break;
-        default: texts_[kTplPath] = file.GetPathAndFileName(); break;
+        default: texts_[kTplPath] = file.GetPathAndFileName();
     }
 }
 

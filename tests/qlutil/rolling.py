@@ -17,14 +17,12 @@ PATIENCE = 120
 
 class Rolling(unittest.TestCase):
     def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.log = windows_path(pathlib.Path(folder.name, "r.log"))
+        self.log = windows_path(pathlib.Path(self.enterContext(tempfile.TemporaryDirectory()), "r.log"))
 
     def start(self, what, *more):
-        process = subprocess.Popen([WINE, QLUTIL, "log", what, self.log, *map(str, more)], text=True,
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
-        self.addCleanup(process.stdout.close)
+        command = [WINE, QLUTIL, "log", what, self.log, *map(str, more)]
+        process = self.enterContext(subprocess.Popen(command, text=True, stdin=subprocess.DEVNULL,
+                                                     stdout=subprocess.PIPE))
         self.addCleanup(process.kill)
         return process
 
@@ -42,11 +40,10 @@ class Rolling(unittest.TestCase):
         self.assertEqual([*range(2, 6), *range(1, 2001)], self.numbers(follower))
 
     def test_what_is_shown_amid_roll_overs_has_no_gap(self):
-        self.roll(100).communicate(timeout=PATIENCE)
         writer = self.roll(2000)
         while writer.poll() is None:
             shown = self.numbers(self.start("show"))[:-1]  # the last may be in the making
-            self.assertEqual([*range(1, 101), *range(1, len(shown) - 99)], shown)
+            self.assertEqual([*range(1, len(shown) + 1)], shown)
 
     def test_a_follower_goes_on_in_a_log_that_is_made_anew(self):
         self.start("write", "info", "a line of the first").communicate(timeout=PATIENCE)

@@ -39,6 +39,10 @@ int QL_ZIP_CALL AppendName(const ZIPMEMBER* member, void* names) {
     return 0;
 }
 
+int QL_ZIP_CALL AppendNamesUpToM(const ZIPMEMBER* member, void* names) {
+    return AppendName(member, names) + (*member->name == L'm');
+}
+
 class Engine : public testing::Test {
   protected:
     Engine() {
@@ -100,9 +104,9 @@ class Engine : public testing::Test {
     }
     std::wstring WideArchive() const { return fs::path(archive_).wstring(); }
     // The names of those that the class tells of are appended.
-    long ExtractMembers(const ZipExtraction& what, std::wstring& names) const {
-        return Dynazip::ExtractMembers(WideArchive().c_str(), fs::path(out_).c_str(), what, AppendName,
-                                       &names);
+    long ExtractMembers(const ZipExtraction& what, std::wstring& names,
+                        ZipMemberProc each = AppendName) const {
+        return Dynazip::ExtractMembers(WideArchive().c_str(), fs::path(out_).c_str(), what, each, &names);
     }
     // What the call counts, or its code, less than 0.
     static int CountOf(U command) {
@@ -455,6 +459,15 @@ TEST_F(Engine, MembersAreBroughtOutAsTheClassIsAsked) {
         EXPECT_EQ(files, Names(out_));
         EXPECT_EQ(content, ReadFile(out_ + "\\b.txt")) << files;
     }
+}
+
+TEST_F(Engine, MembersAreToldInTheirOrderUntilTheCallIsCancelled) {
+    std::vector<Member> members;
+    for (char c = 'a'; c <= 'z'; ++c) members.push_back({{c}, std::string(c % 7 == 0 ? 100'000 : 100, c)});
+    MakeArchive(members);
+    std::wstring names;
+    EXPECT_EQ(UNZIP_CANCELLED, ExtractMembers({}, names, AppendNamesUpToM));
+    EXPECT_EQ(L"a|b|c|d|e|f|g|h|i|j|k|l|m|", names);
 }
 
 TEST_F(Engine, WritesNothingOutsideTheDestination) {
