@@ -1,7 +1,9 @@
 #include "names/file_name.h"
 
 #include <algorithm>
+#include <memory_resource>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "platform/failure.h"
@@ -159,7 +161,8 @@ bool IsPlainLower(Text text) {
                                [](wchar_t unit) { return unit < 0x80 && !(unit >= L'A' && unit <= L'Z'); });
 }
 
-void AppendSeparator(std::wstring& out, wchar_t separator) {
+template <class String>
+void AppendSeparator(String& out, wchar_t separator) {
     if (separator) out.push_back(separator);
 }
 
@@ -405,16 +408,23 @@ std::wstring QLFileName::FileName() const {
 }
 
 std::wstring QLFileName::PathAndFileName() const {
-    const Form form = FormOf(Part(kScheme));
     std::wstring text;
-    AppendPath(text);
-    if (form == Form::Address) return text;
-    AppendFileName(text);
-    if (form == Form::Web) text.append(Part(kTail));
+    AppendPathAndFileName(text);
     return text;
 }
 
-void QLFileName::AppendPath(std::wstring& out) const {
+template <class String>
+void QLFileName::AppendPathAndFileName(String& out) const {
+    const Form form = FormOf(Part(kScheme));
+    AppendPath(out);
+    if (form == Form::Address) return;
+    AppendFileName(out);
+    if (form == Form::Web) out.append(Part(kTail));
+}
+template void QLFileName::AppendPathAndFileName(std::pmr::wstring& out) const;
+
+template <class String>
+void QLFileName::AppendPath(String& out) const {
     const Form form = FormOf(Part(kScheme));
     if (form == Form::Nothing || form == Form::Plugin) return;
     if (form == Form::Document) {
@@ -431,7 +441,8 @@ void QLFileName::AppendPath(std::wstring& out) const {
     AppendSeparator(out, dirSeparator_);
 }
 
-void QLFileName::AppendFileName(std::wstring& out) const {
+template <class String>
+void QLFileName::AppendFileName(String& out) const {
     out.append(Part(kName));
     if (!hasExtension_) return;
     out.push_back(L'.');

@@ -30,13 +30,13 @@ class Rolling(unittest.TestCase):
         return self.start("roll", "--max", 3000, "--backups", 900, "--lines", lines)
 
     def numbers(self, shown):
-        return [int(line.split()[-1]) for line in shown.communicate(timeout=PATIENCE)[0].splitlines()]
+        return [int(line.split()[-1]) for line in shown.stdout]
 
     def test_a_follower_has_every_line_of_a_log_that_rolls_over(self):
-        self.roll(5).communicate(timeout=PATIENCE)
+        self.roll(5).wait(PATIENCE)
         follower = self.start("show", "--follow", "--count", 2005)
         self.assertTrue(follower.stdout.readline().endswith(" 1\n"))
-        self.roll(2000).communicate(timeout=PATIENCE)
+        self.roll(2000).wait(PATIENCE)
         self.assertEqual([*range(2, 6), *range(1, 2001)], self.numbers(follower))
 
     def test_what_is_shown_amid_roll_overs_has_no_gap(self):
@@ -46,11 +46,11 @@ class Rolling(unittest.TestCase):
             self.assertEqual([*range(1, len(shown) + 1)], shown)
 
     def test_a_follower_goes_on_in_a_log_that_is_made_anew(self):
-        self.start("write", "info", "a line of the first").communicate(timeout=PATIENCE)
+        self.start("write", "info", "a line of the first").wait(PATIENCE)
         follower = self.start("show", "--follow", "--count", 2)
         self.assertTrue(follower.stdout.readline().endswith("first\n"))
-        self.start("write", "info", "second", "--anew").communicate(timeout=PATIENCE)
-        self.assertTrue(follower.communicate(timeout=PATIENCE)[0].endswith("second\n"))
+        self.start("write", "info", "second", "--anew").wait(PATIENCE)
+        self.assertTrue(follower.stdout.read().endswith("second\n"))
 
 
 if __name__ == "__main__":

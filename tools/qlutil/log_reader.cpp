@@ -67,9 +67,9 @@ bool Parse(std::string_view line, ReadEntry& entry) {
     return true;
 }
 
-void* OpenToRead(const std::filesystem::path& path) {
+void* OpenFor(DWORD access, const std::filesystem::path& path) {
     constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    return ::CreateFileW(path.c_str(), GENERIC_READ, kShare, nullptr, OPEN_EXISTING, 0, nullptr);
+    return ::CreateFileW(path.c_str(), access, kShare, nullptr, OPEN_EXISTING, 0, nullptr);
 }
 
 }  // namespace
@@ -79,10 +79,10 @@ void LineReader::Closer::operator()(void* handle) const noexcept {
 }
 
 bool LineReader::Open(const std::filesystem::path& path) {
-    handle_.reset(OpenToRead(path));
     buffer_.clear();
     at_ = 0;
     position_ = 0;
+    handle_.reset(OpenFor(GENERIC_READ, path));
     return handle_.get() != INVALID_HANDLE_VALUE;
 }
 
@@ -116,7 +116,8 @@ bool LineReader::Next(std::string& line, bool takesUnended) {
 }
 
 bool LineReader::IsAt(const std::filesystem::path& path) const {
-    const std::unique_ptr<void, Closer> other(OpenToRead(path));
+    // Nobody who has it open can refuse this access.
+    const std::unique_ptr<void, Closer> other(OpenFor(FILE_READ_ATTRIBUTES, path));
     BY_HANDLE_FILE_INFORMATION own = {}, found = {};
     return ::GetFileInformationByHandle(handle_.get(), &own) &&
            ::GetFileInformationByHandle(other.get(), &found) && own.nFileIndexHigh == found.nFileIndexHigh &&
@@ -175,15 +176,27 @@ void LogReader::Take(LineReader file, int number) {
     isOpen_ = true;
 }
 
-// Of those that can be opened.
+// The file of that number or, where that one cannot be opened, of the nearest below that can. The log closes
+// a file to others for the moment in which it sets its time.
+std::optional<int> LogReader::OpenFrom(std::optional<int> number, LineReader& file) const {
+    constexpr int kMostPauses = 1000;  // of a millisecond
+    for (int pauses = 0; number && !file.Open(PathOf(*number)); ++pauses) {
+        if (::GetLastError() == ERROR_SHARING_VIOLATION && pauses < kMostPauses) {
+            ::Sleep(1);
+        } else {
+            number = NextBelow(*number);
+        }
+    }
+    return number;
+}
+
 void LogReader::OpenOldest() {
     isOpen_ = false;
     std::vector<int> numbers = Numbers(), former;
     for (int look = 0; look < kLooks && numbers != former; ++look) {
         LineReader oldest;
-        auto number = numbers.rbegin();
-        while (number != numbers.rend() && !oldest.Open(PathOf(*number))) ++number;
-        if (number == numbers.rend()) return;
+        const auto number = OpenFrom(numbers.empty() ? std::nullopt : std::optional(numbers.back()), oldest);
+        if (!number) return;
         Take(std::move(oldest), *number);
         former = std::exchange(numbers, Numbers());
     }
@@ -213,8 +226,7 @@ bool LogReader::OpenNewer() {
         }
         const std::optional<int> nearest = NextBelow(number_);
         LineReader newer;
-        std::optional<int> number = nearest;
-        while (number && !newer.Open(PathOf(*number))) number = NextBelow(*number);
+        const std::optional<int> number = OpenFrom(nearest, newer);
         if (!number) return false;
         if (!newer.IsAt(PathOf(*number)) || NextBelow(number_) != nearest || !reader_.IsAt(PathOf(number_)))
             continue;

@@ -60,12 +60,13 @@ class LogReader {
 
   private:
     enum class Within { kStart, kHeader, kEntries };
-    static constexpr int kMain = 0;     // the number of what is no backup
-    static constexpr int kLooks = 100;  // while the log rolls over all the time
+    static constexpr int kMain = 0;    // the number of what is no backup
+    static constexpr int kLooks = 20;  // while the log rolls over all the time
 
     std::filesystem::path PathOf(int number) const;
     std::vector<int> Numbers() const;
     std::optional<int> NextBelow(int number) const;
+    std::optional<int> OpenFrom(std::optional<int> number, LineReader& file) const;
     void Take(LineReader file, int number);
     void OpenOldest();
     bool FindOpen();
