@@ -5,9 +5,7 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <memory_resource>
 #include <optional>
-#include <string>
 
 #include "files/open_flags.h"
 #include "files/path_fitting.h"
@@ -142,11 +140,7 @@ int QLFileName::CanAccess(int mode) const {
 
 bool QLFileName::Allows(int mode) const {
     if (IsRemote() || !HasRoot()) return false;
-    // A usual name has room without the heap: this is asked again and again.
-    wchar_t room[kPathBuffer];
-    std::pmr::monotonic_buffer_resource memory(room, sizeof room);
-    std::pmr::wstring text(&memory);
-    AppendPathAndFileName(text);
+    std::wstring text = HasFilePart() ? PathAndFileName() : Path();
     if (!HasFilePart() && text.ends_with(L'\\')) text.pop_back();
     const QuietErrors quiet;
     return ::_waccess(text.c_str(), mode) == 0;

@@ -1,9 +1,7 @@
 #include "names/file_name.h"
 
 #include <algorithm>
-#include <memory_resource>
 #include <optional>
-#include <string>
 #include <utility>
 
 #include "platform/failure.h"
@@ -161,8 +159,7 @@ bool IsPlainLower(Text text) {
                                [](wchar_t unit) { return unit < 0x80 && !(unit >= L'A' && unit <= L'Z'); });
 }
 
-template <class String>
-void AppendSeparator(String& out, wchar_t separator) {
+void AppendSeparator(std::wstring& out, wchar_t separator) {
     if (separator) out.push_back(separator);
 }
 
@@ -408,23 +405,16 @@ std::wstring QLFileName::FileName() const {
 }
 
 std::wstring QLFileName::PathAndFileName() const {
+    const Form form = FormOf(Part(kScheme));
     std::wstring text;
-    AppendPathAndFileName(text);
+    AppendPath(text);
+    if (form == Form::Address) return text;
+    AppendFileName(text);
+    if (form == Form::Web) text.append(Part(kTail));
     return text;
 }
 
-template <class String>
-void QLFileName::AppendPathAndFileName(String& out) const {
-    const Form form = FormOf(Part(kScheme));
-    AppendPath(out);
-    if (form == Form::Address) return;
-    AppendFileName(out);
-    if (form == Form::Web) out.append(Part(kTail));
-}
-template void QLFileName::AppendPathAndFileName(std::pmr::wstring& out) const;
-
-template <class String>
-void QLFileName::AppendPath(String& out) const {
+void QLFileName::AppendPath(std::wstring& out) const {
     const Form form = FormOf(Part(kScheme));
     if (form == Form::Nothing || form == Form::Plugin) return;
     if (form == Form::Document) {
@@ -441,8 +431,7 @@ void QLFileName::AppendPath(String& out) const {
     AppendSeparator(out, dirSeparator_);
 }
 
-template <class String>
-void QLFileName::AppendFileName(String& out) const {
+void QLFileName::AppendFileName(std::wstring& out) const {
     out.append(Part(kName));
     if (!hasExtension_) return;
     out.push_back(L'.');

@@ -248,12 +248,8 @@ class QL_API QLFileName {
     void Prepend(std::wstring_view prefix);
     bool TakeFreeFileName(bool create);
 
-    template <class String>
-    void AppendPathAndFileName(String& out) const;
-    template <class String>
-    void AppendPath(String& out) const;
-    template <class String>
-    void AppendFileName(String& out) const;
+    void AppendPath(std::wstring& out) const;
+    void AppendFileName(std::wstring& out) const;
 
     // The six parts one after another, so that a name costs one block of memory at most; where each ends.
     std::wstring text_;
