@@ -119,8 +119,9 @@ bool LineReader::IsAt(const std::filesystem::path& path) const {
     // Nobody who has it open can refuse this access.
     const std::unique_ptr<void, Closer> other(OpenFor(FILE_READ_ATTRIBUTES, path));
     BY_HANDLE_FILE_INFORMATION own = {}, found = {};
-    return ::GetFileInformationByHandle(handle_.get(), &own) &&
-           ::GetFileInformationByHandle(other.get(), &found) && own.nFileIndexHigh == found.nFileIndexHigh &&
+    // Where files are not told apart they count as where they were.
+    if (!::GetFileInformationByHandle(handle_.get(), &own)) return other.get() != INVALID_HANDLE_VALUE;
+    return ::GetFileInformationByHandle(other.get(), &found) && own.nFileIndexHigh == found.nFileIndexHigh &&
            own.nFileIndexLow == found.nFileIndexLow && own.dwVolumeSerialNumber == found.dwVolumeSerialNumber;
 }
 
@@ -219,7 +220,7 @@ bool LogReader::FindOpen() {
 // (yet). A roll-over moves the older ones first: as long as the one that is open has not moved, its nearest
 // below comes next, if that is still the nearest after it was opened.
 bool LogReader::OpenNewer() {
-    for (int look = 0; look < kLooks; ++look) {
+    for (;;) {  // again only when the log has rolled over meanwhile
         if (!FindOpen()) {
             OpenOldest();
             return isOpen_;
@@ -233,7 +234,6 @@ bool LogReader::OpenNewer() {
         Take(std::move(newer), *number);
         return true;
     }
-    return false;
 }
 
 bool LogReader::NextLine() {
