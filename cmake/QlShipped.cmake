@@ -2,10 +2,12 @@
 add_library(ql_shipped INTERFACE)
 if(NOT QL_NATIVE)
   # What the compiler and the linker can do for their safety: guarded stacks, checked calls, random addresses, no code
-  # in data. The test `exports` holds them against it. The guard's library is linked in: no host has to ship a DLL for
-  # it.
-  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libssp.a OUTPUT_VARIABLE guard
+  # in data. The test `exports` holds them against it. The checked calls are linked in: no host has to ship a DLL for
+  # them. What they end with is ours.
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libssp.a OUTPUT_VARIABLE checked_calls
                   OUTPUT_STRIP_TRAILING_WHITESPACE)
+  add_library(ql_stack_guard STATIC platform/stack_guard.cpp)
+  target_link_libraries(ql_stack_guard PRIVATE ql_options INTERFACE ${checked_calls} advapi32)
   option(QL_GUARDED "Guard stacks and check calls; without, bench/guards measures what they cost" ON)
   if(QL_GUARDED)
     target_compile_options(ql_shipped INTERFACE -fstack-protector-strong)
@@ -16,7 +18,7 @@ if(NOT QL_NATIVE)
   if(CMAKE_SIZEOF_VOID_P EQUAL 8)
     target_link_options(ql_shipped INTERFACE -Wl,--high-entropy-va)
   endif()
-  target_link_libraries(ql_shipped INTERFACE ${guard})
+  target_link_libraries(ql_shipped INTERFACE ql_stack_guard)
 
   # Symbols for a host's debugger, which scripts/release puts beside the programs; and the same bytes whoever builds
   # them, wherever and whenever. Of the maps the last is tried first, and the build may lie within the sources.
