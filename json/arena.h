@@ -38,11 +38,6 @@ class Arena {
         return &node == &root_ ? filled_ + static_cast<std::size_t>(next_ - begin_) : 0;
     }
 
-    // Shortens the latest allocation.
-    void Trim(void* allocation, std::size_t bytes) noexcept {
-        next_ = static_cast<std::byte*>(allocation) + RoundUp(bytes);
-    }
-
     // The nodes made by hand that were put below nodes in here: the list is kept here, the nodes are not.
     struct Adopted {
         Value* node;

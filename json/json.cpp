@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "json/arena.h"
+#include "json/units.h"
 #include "platform/failure.h"
 
 namespace JSON {
@@ -172,9 +173,13 @@ void Value::MakeRoomForChild() {
     SetCapacity(capacity);
 }
 
+bool Value::Less::operator()(const Value* a, std::wstring_view key) const noexcept {
+    return IsBefore(a->key(), key);
+}
+
 std::size_t Value::LowerBound(std::wstring_view key) const noexcept {
     Value** const end = children_.nodes + children_.count;
-    if (children_.count == 0 || end[-1]->key() < key) return children_.count;
+    if (children_.count == 0 || Less{}(end[-1], key)) return children_.count;
     return static_cast<std::size_t>(std::lower_bound(children_.nodes, end, key, Less{}) - children_.nodes);
 }
 

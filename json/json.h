@@ -98,8 +98,8 @@ class QL_API Value {
     };
 
     struct Less {  // by key
-        bool operator()(const Value* a, const Value* b) const noexcept { return a->key() < b->key(); }
-        bool operator()(const Value* a, std::wstring_view key) const noexcept { return a->key() < key; }
+        bool operator()(const Value* a, const Value* b) const noexcept { return (*this)(a, b->key()); }
+        bool operator()(const Value* a, std::wstring_view key) const noexcept;
     };
 
     Value(ValueKind kind, Arena* arena) noexcept;

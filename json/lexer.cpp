@@ -1,7 +1,5 @@
 #include "json/lexer.h"
 
-#include <algorithm>
-
 #include "json/units.h"
 #include "text/decimal.h"
 #include "text/hex_digit.h"
@@ -16,7 +14,7 @@ constexpr bool IsBlank(wchar_t unit) {
 
 }  // namespace
 
-Token Lexer::Next() {
+Token Lexer::Next() noexcept {
     while (IsBlank(Peek())) ++next_;
     token_ = next_;
     const wchar_t unit = Peek();
@@ -55,57 +53,34 @@ Token Lexer::Word() noexcept {
     return flag_ || word == L"false" ? Token::Bool : Fail(Token::Error, nullptr);
 }
 
-Token Lexer::String() {
+// Takes the units up to the closing quote in one go. Decoded they are no more than in the document, so that
+// there is room for whole blocks: as much as is left of the document.
+Token Lexer::String() noexcept {
     const auto endsRun = [](auto unit) {
         return (unit == Unit{'"'}) | (unit == Unit{'\\'}) | (unit == Unit{0});
     };
-    const wchar_t* const first = ++next_;
-    next_ = FindUnit(next_, end_, endsRun);
-    const bool escaped = Peek() == L'\\';
-    while (Peek() == L'\\') {
-        ++next_;
-        if (Peek() != L'\0') next_ = FindUnit(next_ + 1, end_, endsRun);
+    const wchar_t* const first = texts_;
+    ++next_;
+    for (;;) {
+        next_ = CopyToSpecial(next_, end_, texts_, endsRun);
+        if (Peek() != L'\\') break;
+        if (!DecodeEscape()) return Token::Error;
     }
-
-    const wchar_t* const closing = next_;
-    const auto length = static_cast<std::size_t>(closing - first);
-    auto* const place = arena_.AllocateArray<wchar_t>(length);
-    text_ = {place, length};
-    next_ = first;
-    if (!escaped) {
-        std::copy(first, closing, place);
-    } else if (!Decode(closing, place)) {
-        return Token::Error;
-    }
-    next_ = closing;
     if (Peek() != L'"') return Fail(Token::String, L"a closing double quote");
     ++next_;
+    text_ = {first, static_cast<std::size_t>(texts_ - first)};
     return Token::String;
 }
 
-// Takes the units up to the closing quote, which take no more room decoded.
-bool Lexer::Decode(const wchar_t* closing, wchar_t* out) {
-    wchar_t* const first = out;
-    const auto isEscape = [](auto unit) { return unit == Unit{'\\'}; };
-    for (;;) {
-        next_ = CopyToSpecial(next_, closing, out, isEscape);
-        if (next_ == closing) break;
-        if (!DecodeEscape(closing, out)) return false;
-    }
-    text_ = {first, static_cast<std::size_t>(out - first)};
-    arena_.Trim(first, text_.size() * sizeof(wchar_t));
-    return true;
-}
-
-bool Lexer::DecodeEscape(const wchar_t* closing, wchar_t*& out) noexcept {
+bool Lexer::DecodeEscape() noexcept {
     ++next_;
     const wchar_t letter = Peek();
     if (letter == L'u') {
         ++next_;
-        return DecodeHex(closing, *out++);
+        return DecodeHex();
     }
-    *out = LookUp(kUnitOfLetter, letter);
-    if (*out++ == L'\0') {
+    *texts_ = LookUp(kUnitOfLetter, letter);
+    if (*texts_++ == L'\0') {
         Fail(Token::String, L"one of \" \\ / b f n r t u after the backslash");
         return false;
     }
@@ -113,18 +88,17 @@ bool Lexer::DecodeEscape(const wchar_t* closing, wchar_t*& out) noexcept {
     return true;
 }
 
-bool Lexer::DecodeHex(const wchar_t* closing, wchar_t& unit) noexcept {
+bool Lexer::DecodeHex() noexcept {
     unsigned value = 0;
     for (int i = 0; i < 4; ++i, ++next_) {
-        const unsigned digit =
-            next_ != closing ? ql::HexDigit(static_cast<char32_t>(*next_)) : ql::kNoHexDigit;
+        const unsigned digit = ql::HexDigit(static_cast<char32_t>(Peek()));
         if (digit == ql::kNoHexDigit) {
             Fail(Token::String, L"a hexadecimal digit");
             return false;
         }
         value = value << 4 | digit;
     }
-    unit = static_cast<wchar_t>(value);
+    *texts_++ = static_cast<wchar_t>(value);
     return true;
 }
 

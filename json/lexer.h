@@ -30,17 +30,18 @@ struct ParseFault {
     bool insideToken;  // only the unit at the offset is wrong; else the whole token that begins there
 };
 
-// Cuts a document into tokens. Texts of string tokens are placed in the arena. Next can throw std::bad_alloc.
+// Cuts a document into tokens. Texts of string tokens are placed in the arena, one behind the
+// other. Constructing can throw std::bad_alloc.
 class Lexer {
   public:
-    Lexer(std::wstring_view document, Arena& arena) noexcept
+    Lexer(std::wstring_view document, Arena& arena)
         : begin_(document.data()),
           end_(begin_ + document.size()),
           next_(begin_),
           token_(begin_),
-          arena_(arena) {}
+          texts_(arena.AllocateArray<wchar_t>(document.size())) {}
 
-    Token Next();
+    Token Next() noexcept;
 
     // The content of the latest token.
     std::wstring_view text() const noexcept { return text_; }
@@ -57,20 +58,19 @@ class Lexer {
   private:
     wchar_t Peek() const noexcept { return next_ != end_ ? *next_ : L'\0'; }
     Token Punctuation(Token token) noexcept;
-    Token String();
+    Token String() noexcept;
     Token Number() noexcept;
     Token Word() noexcept;
     Token Fail(Token attempted, const wchar_t* expected) noexcept;
 
-    bool Decode(const wchar_t* closing, wchar_t* out);
-    bool DecodeEscape(const wchar_t* closing, wchar_t*& out) noexcept;
-    bool DecodeHex(const wchar_t* closing, wchar_t& unit) noexcept;
+    bool DecodeEscape() noexcept;
+    bool DecodeHex() noexcept;
 
     const wchar_t* begin_;
     const wchar_t* end_;
     const wchar_t* next_;
     const wchar_t* token_;
-    Arena& arena_;
+    wchar_t* texts_;  // where the next one goes
     std::wstring_view text_;
     double number_ = 0;
     bool flag_ = false;

@@ -122,7 +122,7 @@ void Parser::CloseContainer() {
 // already.
 void Parser::OrderPendingFrom(std::size_t first) {
     const auto begin = pending_.begin() + static_cast<std::ptrdiff_t>(first);
-    const auto less = [](const Value* a, const Value* b) { return a->key() < b->key(); };
+    const Value::Less less;
     const auto notLess = [&](const Value* a, const Value* b) { return !less(a, b); };
     if (std::adjacent_find(begin, pending_.end(), notLess) == pending_.end()) return;
     std::stable_sort(begin, pending_.end(), less);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstring>
+#include <string_view>
 
 #include "text/unit_block.h"
 
@@ -19,7 +21,6 @@ constexpr bool IsAsciiLetter(wchar_t unit) {
 }
 
 using ql::Block;
-using ql::FindUnit;
 using ql::FirstOf;
 using ql::kBlockUnits;
 using ql::Unit;
@@ -53,8 +54,27 @@ constexpr wchar_t LookUp(const AsciiTable& table, wchar_t unit) {
     return index < table.size() ? static_cast<wchar_t>(table[index]) : L'\0';
 }
 
-// FindUnit that copies what comes before it to `out`, which moves on. There is room for all of [from, end).
-// Said by FindUnit, with a predicate that copies, it would take an eighth longer for usual texts.
+// Keys of one section differ late.
+inline bool IsBefore(std::wstring_view a, std::wstring_view b) noexcept {
+    const std::size_t common = std::min(a.size(), b.size());
+    const wchar_t *left = a.data(), *right = b.data();
+    const wchar_t* const end = left + common;
+    for (; end - left >= kBlockUnits; left += kBlockUnits, right += kBlockUnits) {
+        Block first, second;
+        std::memcpy(&first, left, sizeof(first));
+        std::memcpy(&second, right, sizeof(second));
+        const std::ptrdiff_t same = FirstOf(std::bit_cast<Block>(first != second));
+        if (same < kBlockUnits) return left[same] < right[same];
+    }
+    for (; left != end; ++left, ++right) {
+        if (*left != *right) return *left < *right;
+    }
+    return a.size() < b.size();
+}
+
+// ql::FindUnit that copies what comes before it to `out`, which moves on. There is room for all of [from,
+// end): what is written there behind `out` does not count. Said by FindUnit, with a predicate that copies, it
+// would take an eighth longer for usual texts.
 template <class Predicate>
 const wchar_t* CopyToSpecial(const wchar_t* from, const wchar_t* end, wchar_t*& out, Predicate isSpecial) {
     for (; end - from >= kBlockUnits; from += kBlockUnits, out += kBlockUnits) {
