@@ -31,7 +31,7 @@ void __chk_fail() {
 namespace {
 
 // Not guarded itself: the value changes while it runs.
-[[gnu::constructor, gnu::no_stack_protector]] void MakeStackGuard() {
+__attribute__((constructor, no_stack_protector)) void MakeStackGuard() {
     std::uintptr_t random = 0;
     // Without randomness, what an overrun by text alone cannot write.
     if (::RtlGenRandom(&random, sizeof random) == FALSE) random = 0xff0a'0d00;

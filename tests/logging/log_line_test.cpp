@@ -128,7 +128,7 @@ TEST(LineText, ChangesAtBothEnds) {
 
 // A block is used again when all of its lines are done.
 TEST(LineMemory, FillsABlockAfterTheOther) {
-    constexpr int kLine = 64, kLines = ql::LineBlock::kBytes / kLine;
+    constexpr std::size_t kLine = 64, kLines = ql::LineBlock::kBytes / kLine;
     struct Kept {
         ql::LineMemory memory{nullptr};
         std::vector<ql::LineMemory::Place> lines;
@@ -136,14 +136,14 @@ TEST(LineMemory, FillsABlockAfterTheOther) {
     static auto& kept = *new std::vector<Kept*>;  // the log's memory is never freed
     auto& [memory, lines] = *kept.emplace_back(new Kept);
     memory.Stock();
-    const auto take = [&memory = memory, &lines = lines](int count) {
+    const auto take = [&memory = memory, &lines = lines](std::size_t count) {
         for (; count > 0; --count) lines.push_back(memory.Take(kLine - 1));
     };
     take(2 * kLines);
-    for (const std::size_t i : {1, kLines - 1, kLines, 2 * kLines - 1})
+    for (const std::size_t i : {std::size_t{1}, kLines - 1, kLines, 2 * kLines - 1})
         EXPECT_EQ(lines[i / kLines * kLines].at + i % kLines * kLine, lines[i].at) << i;
     ql::LineBlock* const first = lines[0].block;
-    for (int i = 1; i < kLines; ++i) memory.GiveBack(first);
+    for (std::size_t i = 1; i < kLines; ++i) memory.GiveBack(first);
     take(kLines);
     EXPECT_NE(first, lines.back().block) << "a line of it is left";
     memory.GiveBack(first);
