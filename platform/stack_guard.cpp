@@ -8,6 +8,7 @@
 
 #include <cstdint>
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the compiler's own names
 extern "C" {
 
 std::uintptr_t __stack_chk_guard = 0;
@@ -27,6 +28,7 @@ void __chk_fail() {
 }
 
 }  // extern "C"
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 
