@@ -10,6 +10,7 @@
 #include "engine/archive.h"
 #include "engine/dos_time.h"
 #include "engine/file_access.h"
+#include "engine/format.h"
 #include "engine/output_buffer.h"
 #include "engine/packer.h"
 
@@ -50,7 +51,7 @@ class ArchiveWriter {
         bool isBegun = false;
         std::uint64_t offset = 0, size = 0, packedSize = 0;
         std::uint32_t crc = 0;
-        std::uint16_t method = 0;
+        std::uint16_t method = kStored;
     };
     void CopyRange(InputFile& from, std::uint64_t start, std::uint64_t end);
     void CopyRecord(const Archive& archive, const Entry& entry, std::uint64_t offset);

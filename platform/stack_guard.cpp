@@ -14,7 +14,6 @@ extern "C" {
 std::uintptr_t __stack_chk_guard = 0;
 
 [[noreturn]] void __stack_chk_fail();
-[[noreturn]] void __chk_fail();
 
 // Nothing on this stack can be trusted: no handler is asked, no destructor runs.
 void __stack_chk_fail() {
@@ -23,9 +22,7 @@ void __stack_chk_fail() {
 }
 
 // A call that was about to write behind its buffer.
-void __chk_fail() {
-    __stack_chk_fail();
-}
+[[noreturn, gnu::alias("__stack_chk_fail")]] void __chk_fail() noexcept;
 
 }  // extern "C"
 // NOLINTEND(bugprone-reserved-identifier)

@@ -357,6 +357,7 @@ TEST(Archive, HoldsMoreMembersThanTheShortEndCanCount) {
     const Bytes most = Written(members, "told");
     members.push_back({"65535", ""});
     const Bytes more = Written(members, "told");
+    EXPECT_EQ(1, more[PlaceOf(more, kLocator) + locator64::kDisks]);
     Bytes behind(1000, 'P');
     Append(behind, more);
     const Bytes anyDisk = With({{kEnd, end::kDisk, 0xff}, {kEnd, end::kDisk + 1, 0xff}}, more);
