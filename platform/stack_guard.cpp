@@ -15,7 +15,7 @@ std::uintptr_t __stack_chk_guard = 0;
 
 [[noreturn]] void __stack_chk_fail();
 
-// Nothing on this stack can be trusted: no handler is asked, no destructor runs.
+// Nothing on this stack can be trusted: from Windows 8 on no handler is asked, and no destructor runs.
 void __stack_chk_fail() {
     asm volatile("int $0x29" : : "c"(FAST_FAIL_STACK_COOKIE_CHECK_FAILURE));
     __builtin_unreachable();

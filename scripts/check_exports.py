@@ -112,6 +112,8 @@ def unprotected(program):
     symbols = subprocess.run([TOOLS + "nm", program], check=True, capture_output=True, text=True).stdout
     if GUARD not in symbols:
         yield f"{program}: no stack is guarded"
+    if "CryptAcquireContext" in dump:
+        yield f"{program}: its guard opens a provider of keys"
     for name in re.findall(r"^\tDLL Name: (.*ssp.*)$", dump, re.M):
         yield f"{program}: needs {name}, which is not shipped"
 
