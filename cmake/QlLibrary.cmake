@@ -32,7 +32,7 @@ set_target_properties(ql_util PROPERTIES
 target_compile_definitions(ql_util PRIVATE QL_UTIL_BUILD)
 ql_precompile(ql_util platform/win32.h)
 target_link_libraries(ql_util PRIVATE $<BUILD_INTERFACE:ql_options> $<BUILD_INTERFACE:ql_shipped>
-  advapi32 gdi32 mpr ntdll ole32 shell32 user32)
+  $<BUILD_INTERFACE:ql_late> advapi32 ntdll)
 ql_part_symbols(ql_util)
 target_include_directories(ql_util INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:include/QuilletNativeUtil>)

@@ -100,10 +100,12 @@ def exported(library):
 HIGH_ENTROPY, RANDOM_ADDRESS, NO_CODE_IN_DATA = 0x20, 0x40, 0x100
 PROTECTION = {"i686": RANDOM_ADDRESS | NO_CODE_IN_DATA, "x86_64": HIGH_ENTROPY | RANDOM_ADDRESS | NO_CODE_IN_DATA}
 GUARD = "__stack_chk_fail"
+# Libraries that need windows, in turn or by themselves: a program must not pay for them before it asks for one.
+LATE = {"comctl32", "comdlg32", "gdi32", "mpr", "ole32", "oleaut32", "shell32", "shlwapi", "user32"}
 
 
-def unprotected(program):
-    """What the program lacks."""
+def unfit(program):
+    """What the program lacks, and what it needs too soon."""
     dump = subprocess.run([TOOLS + "objdump", "-p", program], check=True, capture_output=True, text=True).stdout
     bits = int(re.search(r"^DllCharacteristics\s+([0-9a-f]+)", dump, re.M).group(1), 16)
     wanted = PROTECTION[TOOLS.partition("-")[0]]
@@ -114,8 +116,11 @@ def unprotected(program):
         yield f"{program}: no stack is guarded"
     if "CryptAcquireContext" in dump:
         yield f"{program}: its guard opens a provider of keys"
-    for name in re.findall(r"^\tDLL Name: (.*ssp.*)$", dump, re.M):
-        yield f"{program}: needs {name}, which is not shipped"
+    for name in re.findall(r"^\tDLL Name: (\S+)", dump, re.M):
+        if "ssp" in name:
+            yield f"{program}: needs {name}, which is not shipped"
+        if name.partition(".")[0].lower() in LATE:
+            yield f"{program}: loads {name} at its start; cmake/QlLate.cmake lacks a function"
 
 
 def owner(symbol):
@@ -144,7 +149,7 @@ def main():
     if not symbols:
         faults.append(f"no exports found in {library}")
     for program in library, *programs:
-        faults.extend(unprotected(program))
+        faults.extend(unfit(program))
     print("\n".join(faults), end="\n" if faults else "")
     return 1 if faults else 0
 

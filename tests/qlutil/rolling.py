@@ -30,19 +30,20 @@ class Rolling(unittest.TestCase):
         return self.start("roll", "--max", 3000, "--backups", 900, "--lines", lines)
 
     def numbers(self, shown):
-        return [int(line.split()[-1]) for line in shown.stdout]
+        return [int(line.split()[-1]) for line in shown]
 
     def test_a_follower_has_every_line_of_a_log_that_rolls_over(self):
         self.roll(5).wait(PATIENCE)
         follower = self.start("show", "--follow", "--count", 2005)
         self.assertTrue(follower.stdout.readline().endswith(" 1\n"))
         self.roll(2000).wait(PATIENCE)
-        self.assertEqual([*range(2, 6), *range(1, 2001)], self.numbers(follower))
+        self.assertEqual([*range(2, 6), *range(1, 2001)], self.numbers(follower.stdout))
 
     def test_what_is_shown_amid_roll_overs_has_no_gap(self):
         writer = self.roll(2000)
         while writer.poll() is None:
-            shown = self.numbers(self.start("show"))[:-1]  # the last may be in the making
+            # The last line may be in the making.
+            shown = self.numbers(self.start("show").stdout.readlines()[:-1])
             self.assertEqual([*range(1, len(shown) + 1)], shown)
 
     def test_a_follower_goes_on_in_a_log_that_is_made_anew(self):
