@@ -15,6 +15,9 @@ constexpr DWORD kVolumeLabel = 8;
 // Up to here a member's contents are held whole: with all that are under way, about 1 MB.
 constexpr std::uint64_t kMostSmall = 64u << 10;
 
+// From here on a folder of their own is worth its making.
+constexpr int kManyFiles = 100;
+
 // What concerns one member alone.
 constexpr Result kOfOneMember[] = {Result::kSkipped,       Result::kBadCrc,       Result::kEncrypted,
                                    Result::kUnknownMethod, Result::kUnsafeName,   Result::kVolumeLabel,
@@ -191,10 +194,21 @@ void Extraction::RequireOwn(const std::u32string& file, const Entry& entry) cons
 
 // A member before may be a file where a folder is wanted now.
 void Extraction::NeedFolder(const std::wstring& folder) {
-    if (folder == lastFolder_) return;
+    if (folder == lastFolder_) {
+        if (++filesInFolder_ == kManyFiles) MakeWorkFolder();
+        return;
+    }
     EndAll();
+    placement_.WriteIn({});
+    workFolder_.reset();
     Require(MakeFolders(folder), Result::kCannotCreate);
     lastFolder_ = folder;
+    filesInFolder_ = 0;
+}
+
+void Extraction::MakeWorkFolder() {
+    EndAll();
+    placement_.WriteIn(workFolder_.emplace(lastFolder_).path());
 }
 
 }  // namespace ql::zip

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "engine/patience.h"
 #include "engine/placement.h"
 #include "engine/result.h"
+#include "engine/work_folder.h"
 #include "zip/zip_records.h"
 
 namespace ql::zip {
@@ -73,13 +75,16 @@ class Extraction {
     std::wstring TargetOf(const std::string& name) const;
     void RequireOwn(const std::u32string& file, const Entry& entry) const;
     void NeedFolder(const std::wstring& folder);
+    void MakeWorkFolder();
 
     const UNZIPCMDSTRUCT& command_;
     const std::vector<const Entry*>& members_;
     const bool refusesSameName_;
     const MemberEnd& each_;
-    const Placement placement_;
+    Placement placement_;
     std::wstring destination_, lastFolder_;
+    int filesInFolder_ = 0;  // since the last other one
+    std::optional<WorkFolder> workFolder_;
     EntryReader reader_;
     CallProgress progress_;
     // Files and the members that they were, case aside; only where the same name is refused.

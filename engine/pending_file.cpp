@@ -51,18 +51,23 @@ Result WhyNotCreated(DWORD error) {
     }
 }
 
-}  // namespace
-
-std::wstring PendingFile::NameBeside(const std::wstring& place) {
-    const std::size_t last = place.rfind(L'\\') + 1;
-    std::wstring name = place.substr(0, last) + kPrefix;
-    const std::uint32_t hash = FoldedHash(Utf8FromWide(place.substr(last)));
+std::wstring NameIn(const std::wstring& folder, const std::wstring& place) {
+    std::wstring name = folder + L'\\' + kPrefix;
+    const std::uint32_t hash = FoldedHash(Utf8FromWide(place.substr(place.rfind(L'\\') + 1)));
     for (int shift = 28; shift >= 0; shift -= 4) name += L"0123456789abcdef"[hash >> shift & 0xf];
     return name + kSuffix;
 }
 
-PendingFile::PendingFile(std::wstring place, Patience& patience)
-    : place_(std::move(place)), path_(NameBeside(place_)), patience_(patience) {
+}  // namespace
+
+std::wstring PendingFile::NameBeside(const std::wstring& place) {
+    return NameIn(place.substr(0, place.rfind(L'\\')), place);
+}
+
+PendingFile::PendingFile(std::wstring place, Patience& patience, const std::wstring& folder)
+    : place_(std::move(place)),
+      path_(folder.empty() ? NameBeside(place_) : NameIn(folder, place_)),
+      patience_(patience) {
     if (!patience_.Until([this] { return Create(); })) throw Failure{WhyNotCreated(::GetLastError())};
     GoesWithHandle(file_.get(), true);
 }

@@ -11,15 +11,16 @@ namespace ql::zip {
 
 enum class Former { kReplaced, kKept };
 
-// A file that is there only once it is complete. It is written beside its place under a short name that
-// belongs to the place, so that it also keeps other writers of the same file away, and takes the place in one
-// step. The system removes what is not committed, even when the process is killed; what a machine that lost
-// its power leaves, or a kill in the instant of that step, is removed by the next writer of the same file.
+// A file that is there only once it is complete. It is written beside its place, or in another folder of the
+// same disk, under a short name that belongs to the place, so that it also keeps other writers of the same
+// file away who write it there, and takes the place in one step. The system removes what is not committed,
+// even when the process is killed; what a machine that lost its power leaves, or a kill in the instant of
+// that step, is removed by the next writer of the same file.
 class PendingFile final : public OutputFile {
   public:
-    // The place is a literal path. Throws kBusy while another writes the same file, kWriteFailed where the
-    // disk is full, else kCannotCreate.
-    PendingFile(std::wstring place, Patience& patience);
+    // The place is a literal path; without a folder to be written in it is written beside it. Throws kBusy
+    // while another writes the same file, kWriteFailed where the disk is full, else kCannotCreate.
+    PendingFile(std::wstring place, Patience& patience, const std::wstring& folder = {});
     PendingFile(const PendingFile&) = delete;
     PendingFile& operator=(const PendingFile&) = delete;
     ~PendingFile() override;

@@ -30,7 +30,7 @@ bool Placement::MayReplace(const Entry& entry, const WIN32_FILE_ATTRIBUTE_DATA& 
 
 bool Placement::Write(const Entry& entry, const std::wstring& place, FormerFile& former,
                       const Fill& fill) const {
-    PendingFile file(place, patience_);
+    PendingFile file(place, patience_, folder_);
     fill(file);
     if (const auto time = ExactTimeOf(entry)) file.SetTime(*time);
     if (!former && !file.Commit(Former::kKept)) {

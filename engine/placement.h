@@ -3,6 +3,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "engine/archive.h"
 #include "engine/patience.h"
@@ -22,6 +23,9 @@ class Placement {
 
     Placement(const UNZIPCMDSTRUCT& command, Patience& patience) : command_(command), patience_(patience) {}
 
+    // Files are written in a folder of the same disk before they come to their places; beside them, if it is
+    // empty. Not while one is being written.
+    void WriteIn(std::wstring folder) { folder_ = std::move(folder); }
     // Whether the flags want a member in a place. Throws where what is there may not be replaced.
     bool Wants(const Entry& entry, const FormerFile& former) const;
     // Writes a member that is wanted. False where a file has come into the place that the flags leave there;
@@ -33,6 +37,7 @@ class Placement {
 
     const UNZIPCMDSTRUCT& command_;
     Patience& patience_;
+    std::wstring folder_;
 };
 
 }  // namespace ql::zip

@@ -43,6 +43,10 @@ int QL_ZIP_CALL AppendNamesUpToM(const ZIPMEMBER* member, void* names) {
     return AppendName(member, names) + (*member->name == L'm');
 }
 
+int QL_ZIP_CALL IsFolderAtLast(const ZIPMEMBER* member, void* path) {
+    return member->name == std::wstring(L"349") && fs::is_directory(*static_cast<std::wstring*>(path));
+}
+
 class Engine : public testing::Test {
   protected:
     Engine() {
@@ -468,6 +472,25 @@ TEST_F(Engine, MembersAreToldInTheirOrderUntilTheCallIsCancelled) {
     std::wstring names;
     EXPECT_EQ(UNZIP_CANCELLED, ExtractMembers({}, names, AppendNamesUpToM));
     EXPECT_EQ(L"a|b|c|d|e|f|g|h|i|j|k|l|m|", names);
+}
+
+// They are written in a folder of their own, where nothing else has its name.
+TEST_F(Engine, ManyFilesOfOneFolderComeAlone) {
+    std::vector<Member> members;
+    for (int i = 100; i < 350; ++i) members.push_back({std::to_string(i), "x"});
+    MakeArchive(members);
+    std::wstring work = fs::path(out_) / "~ql.tmp";
+    const std::tuple<const char*, std::function<void()>, long> rows[] = {
+        {"nothing", [] {}, UNZIP_CANCELLED},
+        {"left by a kill", [&] { fs::create_directory(work); }, UNZIP_CANCELLED},
+        {"a file", [&] { PutBytes(work, ""); }, UNZIP_DONE}};
+    for (const auto& [before, make, code] : rows) {
+        fs::remove_all(out_);
+        fs::create_directory(out_);
+        make();
+        EXPECT_EQ(code, ExtractMembers({}, work, IsFolderAtLast)) << before;
+        EXPECT_EQ(code == UNZIP_DONE, fs::exists(work)) << before;
+    }
 }
 
 TEST_F(Engine, WritesNothingOutsideTheDestination) {

@@ -230,6 +230,8 @@ class Killed(InFolder):
                 self.assertEqual(self.beside(), ["made.zip", "tree"])
 
     def test_leaves_no_file_half_under_its_name(self):
+        write_tree(self.tree, {f"many/{number}": b"x" for number in range(200)})
+        self.assertEqual(self.add(6, "old"), 0)
         whole, to = read_tree(self.tree), self.folder / "out"
         for _ in self.killed(lambda: shutil.rmtree(to, True), "extract", "*", windows_path(to)):
             for name, content in read_tree(to).items():
@@ -237,6 +239,7 @@ class Killed(InFolder):
                     self.assertEqual(content, whole[name], name)
         self.assertEqual(self.extract(to), 0)
         self.assertEqual(read_tree(to), whole)
+        self.assertFalse([*to.rglob("~ql*")])
 
 
 class Shared(InFolder):
