@@ -181,6 +181,12 @@ void ListManyMembers(benchmark::State& state) {
     ListEmptyMembers(state, static_cast<std::size_t>(state.range(0)), 20);
 }
 
+// What every call costs.
+void Start(benchmark::State& state) {
+    Measure(state, L"--json version");
+}
+
+BENCHMARK(Start)->Name("qlutil version")->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(AddByQlutil)
     ->Name("qlutil zip add, files of 1 KB/qlutil")
     ->Arg(2000)

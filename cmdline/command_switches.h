@@ -20,9 +20,9 @@
 // at a time.
 
 enum SwitchKind : int {
-    SWITCH_NONE = 0,   // matches nothing
-    SWITCH_FLAG = 1,   // given or not
-    SWITCH_VALUE = 2,  // its text follows an equals sign; the name ends in it ("sto=")
+    SWITCH_NONE,   // matches nothing
+    SWITCH_FLAG,   // given or not
+    SWITCH_VALUE,  // its text follows an equals sign; the name ends in it ("sto=")
 };
 
 // One declared switch and what was said of it.

@@ -55,8 +55,8 @@ class Extraction {
         std::wstring place;
         Bytes contents;
         Placement::FormerFile former;
-        Result result = Result::kOk;
-        bool isLeftOut = false;
+        Result result;
+        bool isLeftOut;
     };
     enum class State { kDone, kLeftOut, kUnderWay };
 

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "files/file_removal.h"
+#include "files/kept_name.h"
 #include "names/name_access.h"
 #include "platform/failure.h"
 #include "platform/win32.h"
@@ -13,8 +14,7 @@ namespace {
 
 RWWString BackupName(const QLFileName& name, int level) {
     using Names = ql::NameAccess;
-    QLFileName backup(name);
-    Names::RequireWhole(backup, name);
+    QLFileName backup = ql::WholeCopy(name);
     Names::SetExtension(backup, L'~' + std::wstring(Names::Extension(name)) + std::to_wstring(level));
     return Names::PathAndFileName(backup);
 }

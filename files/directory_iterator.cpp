@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "files/file_removal.h"
+#include "files/kept_name.h"
 #include "names/name_access.h"
 #include "platform/current_directory.h"
 #include "platform/failure.h"
@@ -25,8 +26,7 @@ struct CDirectoryIterator::Search {
     WIN32_FIND_DATAW entry{};
     QLFileName base;  // its path alone counts; read from a text it would be expanded once more
 
-    explicit Search(const QLFileName& pattern) : base(pattern) {
-        ql::NameAccess::RequireWhole(base, pattern);
+    explicit Search(const QLFileName& pattern) : base(ql::WholeCopy(pattern)) {
         if (base.GetScheme().isNull()) base.SetPath(nullptr);  // entries always have a path, if an empty one
     }
     bool Open(const QLFileName& pattern) {
@@ -80,8 +80,7 @@ bool CDirectoryIterator::IsDir() const noexcept {
 namespace {
 
 QLStringTable EntriesOf(const QLFileName& directory) {
-    QLFileName pattern(directory);
-    ql::NameAccess::RequireWhole(pattern, directory);
+    QLFileName pattern = ql::WholeCopy(directory);
     pattern.SetFileName(L"*.*");
     QLStringTable entries;
     CDirectoryIterator walk;

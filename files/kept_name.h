@@ -1,5 +1,7 @@
 #pragma once
 
+#include <new>
+
 #include "names/file_name.h"
 
 namespace ql {
@@ -12,6 +14,14 @@ inline void KeepName(QLFileName& kept, const QLFileName& name) {
     const RWWString fileName = name.GetFileName();
     kept.Reset();  // a tail that the text seemed to have
     if (!fileName.isNull()) kept.SetEntry(name, fileName);
+}
+
+// Throws std::bad_alloc: a copy for which there was no memory is null, and would stand for the current
+// directory.
+inline QLFileName WholeCopy(const QLFileName& name) {
+    QLFileName copy(name);
+    if (copy != name) throw std::bad_alloc();
+    return copy;
 }
 
 }  // namespace ql

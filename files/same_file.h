@@ -8,8 +8,8 @@ namespace ql {
 
 // How a volume tells its files apart. A volume that numbers none answers 0 for each.
 struct FileNumber {
-    std::uint32_t volume = 0;
-    std::uint64_t index = 0;
+    std::uint32_t volume;
+    std::uint64_t index;
 };
 
 enum class Sameness { kSame, kDifferent, kUnknown };

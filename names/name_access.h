@@ -1,6 +1,5 @@
 #pragma once
 
-#include <new>
 #include <string>
 #include <string_view>
 
@@ -11,11 +10,6 @@ namespace ql {
 // The library's own way to names: what the public members answer and do, but throwing when memory ends, so
 // that the caller's own failure is answered, and nothing is done with half a name.
 struct NameAccess {
-    // A copy for which there was no memory is null, and would stand for the current directory.
-    static void RequireWhole(const QLFileName& copy, const QLFileName& name) {
-        if (copy != name) throw std::bad_alloc();
-    }
-
     static std::wstring Path(const QLFileName& name) { return name.Path(); }
     static std::wstring PathAndFileName(const QLFileName& name) { return name.PathAndFileName(); }
     static const RWWString& Switches(const QLCmdLine& line) noexcept { return line.switches_; }

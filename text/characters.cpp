@@ -71,7 +71,7 @@ bool EqualIgnoringCase(std::wstring_view a, std::wstring_view b) noexcept {
 }
 
 bool StartsWithIgnoringCase(std::wstring_view text, std::wstring_view start) noexcept {
-    return text.size() >= start.size() && EqualIgnoringCase(text.substr(0, start.size()), start);
+    return EqualIgnoringCase(text.substr(0, start.size()), start);
 }
 
 }  // namespace ql

@@ -89,6 +89,7 @@ TEST_F(Copies, LoseNothingWhenTheyFailAndSayWhy) {
         EXPECT_TRUE(Copy(folder_ / L"c", a_, true)) << "others may read both";
     }
     EXPECT_FALSE(MakeFileCopy(nullptr, a_.c_str(), 0, error_));
+    EXPECT_EQ(DWORD{ERROR_INVALID_PARAMETER}, ::GetLastError());
     EXPECT_FALSE(MakeFileCopy(b_.c_str(), nullptr, 1, error_));
     EXPECT_EQ("the source", BytesOf(a_));
     EXPECT_EQ("the destination", BytesOf(b_));

@@ -184,6 +184,7 @@ TEST(JsonValue, HoldsOnlyWhatItsKindSays) {
         ofEachKind.AddElement(std::make_unique<Value>(kind));
     ofEachKind.AddElement(std::make_unique<Value>(static_cast<const wchar_t*>(nullptr)));
     EXPECT_EQ(L"[\"\",0,{},[],false,null,\"\"]", Written(&ofEachKind));
+    EXPECT_TRUE(Value(true).flag());
     for (std::size_t i = 0; i < ofEachKind.ElementCount(); ++i) {
         const Value& value = *ofEachKind.Element(i);
         EXPECT_EQ(L"", value.text());

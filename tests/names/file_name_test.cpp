@@ -179,6 +179,7 @@ TEST(FileName, ChangesCaseButForSchemeAndTailAndStaysOfItsKind) {
         EXPECT_FALSE(name.IsODMADocId()) << text;
         EXPECT_FALSE(name.IsPluginFileType()) << text;
     }
+    EXPECT_FALSE(QLFileName(L"::ODMA\\").IsODMADocId());
 }
 
 TEST(FileName, ExpandsEnvironmentReferences) {

@@ -125,6 +125,12 @@ TEST_P(MarkupOptions, MarkersAreTheStoredTextsAndNoneIsEmpty) {
     EXPECT_STREQ(L"[", options.GetBeginText(RepeatedText)) << "an empty preference is none";
 }
 
+TEST(MarkupOptionsWithoutStores, AreReadFromTheRegistry) {
+    PrivateRegistry registry;
+    registry.Put(kUser, L"Markup View", L"Variable Field End", L"end");
+    EXPECT_STREQ(L"end", CPrettyTplOpt().GetEndText(VariableField));
+}
+
 TEST_P(MarkupOptions, ChoicesAreReadByNameIgnoringCase) {
     const struct {
         const wchar_t *scheme, *type, *style;

@@ -89,6 +89,7 @@ TEST_F(Registry, ValuesOfAnyTypeAndSizeAreReadAndWrittenWhole) {
     RegistryValue stored;
     registry_.Put(kMachine, kSection, kEntry, 3);
     EXPECT_FALSE(ReadRegValue(kSection, kEntry, false, stored));
+    EXPECT_FALSE(ReadRegValue(kSection, L"none", true, stored));
     EXPECT_EQ(RegistryValue(), stored);
     EXPECT_TRUE(ReadRegValue(kSection, kEntry, true, stored));
     EXPECT_EQ((RegistryValue{REG_DWORD, {3, 0, 0, 0}}), stored);
@@ -182,6 +183,19 @@ TEST_F(Registry, AKeyIsReadForASecondAtMostOnceItsRootStandsForAnother) {
     EXPECT_EQ(ERROR_SUCCESS, ::RegOverridePredefKey(kUser, other.get()));
     ::Sleep(1100);
     EXPECT_EQ(L"none", Text());
+}
+
+TEST_F(Registry, AKeyHasTheClassOfItsFirstValue) {
+    for (const auto& [section, type] : {std::pair(L"REG_DWORD", REG_DWORD), {L"REG_SZ", REG_SZ}}) {
+        EXPECT_TRUE(WriteRegValue(section, kEntry, {static_cast<unsigned long>(type), {}}));
+        ql::UniqueRegKey key;
+        ::RegOpenKeyExW(kUser, PrivateRegistry::Path(section).c_str(), 0, KEY_READ, key.put());
+        wchar_t name[32] = {};
+        DWORD size = 32;
+        ::RegQueryInfoKeyW(key.get(), name, &size, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                           nullptr, nullptr, nullptr);
+        EXPECT_STREQ(section, name);
+    }
 }
 
 // Nobody may write to it, whoever runs the test.

@@ -180,7 +180,7 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
     };
     for (const auto& c : cases) {
         ::DeleteFileA(archive_.c_str());
-        Z command = ZipCommand(ZIP_ADD, Quoted("in\\*.*"));
+        Z command = ZipCommand(ZIP_ADD, Quoted("in\\.\\*.*"));
         command.lpszIncludeFollowing = command.lpszExcludeFollowing = "*.jpg x";
         command.lpszDate = "12/31/21";
         command.lpszStoreSuffixes = ":jpg;xt,.zip";
