@@ -14,7 +14,8 @@ namespace {
 
 RWWString BackupName(const QLFileName& name, int level) {
     using Names = ql::NameAccess;
-    QLFileName backup = ql::WholeCopy(name);
+    QLFileName backup(name);
+    ql::RequireWhole(backup, name);
     Names::SetExtension(backup, L'~' + std::wstring(Names::Extension(name)) + std::to_wstring(level));
     return Names::PathAndFileName(backup);
 }

@@ -26,7 +26,8 @@ struct CDirectoryIterator::Search {
     WIN32_FIND_DATAW entry{};
     QLFileName base;  // its path alone counts; read from a text it would be expanded once more
 
-    explicit Search(const QLFileName& pattern) : base(ql::WholeCopy(pattern)) {
+    explicit Search(const QLFileName& pattern) : base(pattern) {
+        ql::RequireWhole(base, pattern);
         if (base.GetScheme().isNull()) base.SetPath(nullptr);  // entries always have a path, if an empty one
     }
     bool Open(const QLFileName& pattern) {
@@ -80,7 +81,8 @@ bool CDirectoryIterator::IsDir() const noexcept {
 namespace {
 
 QLStringTable EntriesOf(const QLFileName& directory) {
-    QLFileName pattern = ql::WholeCopy(directory);
+    QLFileName pattern(directory);
+    ql::RequireWhole(pattern, directory);
     pattern.SetFileName(L"*.*");
     QLStringTable entries;
     CDirectoryIterator walk;

@@ -16,12 +16,9 @@ inline void KeepName(QLFileName& kept, const QLFileName& name) {
     if (!fileName.isNull()) kept.SetEntry(name, fileName);
 }
 
-// Throws std::bad_alloc: a copy for which there was no memory is null, and would stand for the current
-// directory.
-inline QLFileName WholeCopy(const QLFileName& name) {
-    QLFileName copy(name);
+// A copy for which there was no memory is null, and would stand for the current directory.
+inline void RequireWhole(const QLFileName& copy, const QLFileName& name) {
     if (copy != name) throw std::bad_alloc();
-    return copy;
 }
 
 }  // namespace ql
