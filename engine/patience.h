@@ -10,6 +10,9 @@ namespace ql::zip {
 // short steps, whatever the number of files. Any thread of the call may use it.
 class Patience {
   public:
+    Patience() = default;
+    explicit Patience(DWORD milliseconds) : all_(milliseconds) {}
+
     // Tries until it succeeds, or fails for another reason than that a file is in use or refused, or time is
     // up. The system's last error is that of the last try.
     template <class Attempt>
@@ -17,7 +20,7 @@ class Patience {
         for (DWORD step = kFirstStep; !attempt(); step = step < kLastStep ? step * 2 : kLastStep) {
             const DWORD error = ::GetLastError();
             const bool mayPass = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
-            if (!mayPass || waited_ >= kAll) return false;
+            if (!mayPass || waited_ >= all_) return false;
             ::Sleep(step);
             waited_ += step;
         }
@@ -25,7 +28,8 @@ class Patience {
     }
 
   private:
-    static constexpr DWORD kAll = 2000, kFirstStep = 1, kLastStep = 8;
+    static constexpr DWORD kFirstStep = 1, kLastStep = 8;
+    const DWORD all_ = 2000;
     std::atomic<DWORD> waited_ = 0;  // milliseconds
 };
 

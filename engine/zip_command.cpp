@@ -13,6 +13,7 @@
 #include "engine/item_list.h"
 #include "engine/member_selection.h"
 #include "engine/name_encoding.h"
+#include "engine/source_reader.h"
 #include "engine/windows_text.h"
 
 namespace ql::zip {
@@ -86,16 +87,12 @@ void DropFormer(ArchiveChange& change, std::int32_t function, std::vector<DiskIt
     for (const DiskItem& item : items) change.Drop(item.name);
 }
 
-void AddItem(ArchiveChange& change, const DiskItem& item, int level, CallProgress& progress) {
+// The next item of the reader.
+void AddItem(ArchiveChange& change, const DiskItem& item, SourceReader& reader, int level,
+             CallProgress& progress) {
     progress.Begin(AnsiFromUtf8(item.name), item.size);
-    const NewEntry entry{item.name, item.time, item.attributes, level};
-    const auto tell = [&](std::uint64_t done) { progress.Reach(done); };
-    if (item.IsFolder()) {
-        MemoryInput nothing(nullptr, 0);
-        return change.Writer().Add(entry, nothing, tell);
-    }
-    WindowsInput source(item.path, kOpenSource, change.Waiting());
-    change.Writer().Add(entry, source, tell);
+    change.Writer().Add({item.name, item.time, item.attributes, level}, reader.Next(),
+                        [&](std::uint64_t done) { progress.Reach(done); });
 }
 
 std::uint64_t TotalSize(const std::vector<DiskItem>& items) {
@@ -122,6 +119,19 @@ void DeleteOriginals(const std::vector<DiskItem>& items) {
     Require(std::ranges::count_if(items, stays) == 0, Result::kNotDeleted);
 }
 
+void AddItems(const ZIPCMDSTRUCT& command, ArchiveChange& change, const std::vector<DiskItem>& items) {
+    const StoredSuffixes stored(command);
+    CallProgress progress(command, TotalSize(items));
+    std::vector<const DiskItem*> all;
+    all.reserve(items.size());
+    for (const DiskItem& item : items) all.push_back(&item);
+    SourceReader reader(std::move(all), change.Waiting());
+    for (const DiskItem& item : items) {
+        const bool stores = item.IsFolder() || stored.Cover(item.folded);
+        AddItem(change, item, reader, stores ? 0 : command.compFactor, progress);
+    }
+}
+
 void AddFiles(const ZIPCMDSTRUCT& command) {
     const std::optional<std::string> comment = NewComment(command);
     Patience patience;
@@ -130,12 +140,7 @@ void AddFiles(const ZIPCMDSTRUCT& command) {
     DropFormer(change, command.function, items);
     Require(!items.empty() || comment, Result::kNothingToDo);
     change.CopyKept();
-    const StoredSuffixes stored(command);
-    CallProgress progress(command, TotalSize(items));
-    for (const DiskItem& item : items) {
-        const bool stores = item.IsFolder() || stored.Cover(item.folded);
-        AddItem(change, item, stores ? 0 : command.compFactor, progress);
-    }
+    AddItems(command, change, items);
     change.Commit(comment, LatestTime(command, change, items));
     if (command.deleteOriginalFlag) DeleteOriginals(items);
 }
@@ -223,9 +228,10 @@ std::vector<Source> WantedSources(ArchiveChange& change, std::int32_t function, 
 
 // Adds one source, or notes why not. Answers whether the change can go on: a former member of that name is
 // not in it any more.
-bool AddSource(ArchiveChange& change, const Source& source, int level, CallProgress& progress) {
+bool AddSource(ArchiveChange& change, const Source& source, SourceReader& reader, int level,
+               CallProgress& progress) {
     const Result result =
-        ResultOf([&] { AddItem(change, source.item, source.item.IsFolder() ? 0 : level, progress); });
+        ResultOf([&] { AddItem(change, source.item, reader, source.item.IsFolder() ? 0 : level, progress); });
     if (result == Result::kOk) return true;
     Require(result == Result::kReadFailed || result == Result::kSourceMissing, result);
     source.told->code = ZipCodeOf(result);
@@ -238,14 +244,17 @@ bool TrySources(const ZIPCMDSTRUCT& command, ZIPSOURCE* sources, std::int32_t co
     const std::vector<Source> wanted = WantedSources(change, command.function, sources, count);
     Require(!wanted.empty(), Result::kNothingToDo);
     std::uint64_t total = 0;
+    std::vector<const DiskItem*> items;
     for (const Source& source : wanted) {
         change.Drop(source.item.name);
         total += source.item.size;
+        items.push_back(&source.item);
     }
     change.CopyKept();
     CallProgress progress(command, total);
+    SourceReader reader(std::move(items), patience);
     for (const Source& source : wanted) {
-        if (!AddSource(change, source, command.compFactor, progress)) return false;
+        if (!AddSource(change, source, reader, command.compFactor, progress)) return false;
     }
     Require(
         std::any_of(wanted.begin(), wanted.end(), [](const Source& source) { return IsOpen(*source.told); }),
