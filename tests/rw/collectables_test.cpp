@@ -188,6 +188,13 @@ TEST(VirtualStreams, CarryValuesAsLittleEndianBytes) {
     EXPECT_EQ(0.5, number);
 }
 
+TEST(VirtualStreams, ThatBufferNothingHaveNothingToFlush) {
+    struct Nowhere final : RWvostream {
+        bool DoPut(const void*, std::size_t) override { return true; }
+    } stream;
+    EXPECT_TRUE(stream.flush().good());
+}
+
 TEST(VirtualStreams, StayBadOnceAGetOrPutHasFailed) {
     std::stringbuf buffer("abc"s), full("abc"s, std::ios::in);
     RWBufferIstream in(buffer);
