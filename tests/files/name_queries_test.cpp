@@ -107,10 +107,13 @@ TEST_F(NameQueries, ShortNamesComeBackAsTheLongOnes) {
 }
 
 TEST_F(NameQueries, OtherFormsFallBackToTheText) {
-    const wchar_t* const shortForms[][2] = {
-        {L"//srv/share/a long", L"\\\\srv\\share\\a long"},     {L"sub/a long name", L"sub\\a long name"},
-        {L"C:/nowhere at all/a.t", L"C:\\nowhere at all\\a.t"}, {L"C:", L"C:"},
-        {L"C:\\nowhere at all\\b\\", L"C:\\nowhere at all\\b"}, {L"", L""}};
+    const wchar_t* const shortForms[][2] = {{L"//srv/share/a long", L"\\\\srv\\share\\a long"},
+                                            {L"sub/a long name", L"sub\\a long name"},
+                                            {L"C:/nowhere at all/a.t", L"C:\\nowhere at all\\a.t"},
+                                            {L"C:", L"C:"},
+                                            {L"C:/", L"C:\\"},
+                                            {L"C:\\nowhere at all\\b\\", L"C:\\nowhere at all\\b"},
+                                            {L"", L""}};
     for (const auto& [text, form] : shortForms) EXPECT_EQ(RWWString(form), QLGetShortPathName(text));
     EXPECT_EQ(RWWString(L"\\\\srv\\share\\\\"), QLFileName(L"\\\\srv\\share\\a.txt").GetShortPath());
     EXPECT_EQ(RWWString(L"http://srv/a/"), QLFileName(L"http://srv/a/b.txt").GetShortPath());

@@ -150,6 +150,7 @@ TEST(OpenCommands, LoseTheirDocumentAndKeepTheirProgram) {
         {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" /ddeex", kWord, L""},
         {L"\"C:\\Program Files\\Word\\WINWORD.EXE\" %1 /ddeex", kWord, L"%1"},
         {L"C:\\Program Files\\Word\\WINWORD.EXE /n \"%1\"", kWord, L"/n"},
+        {L"C:\\Program Files\\Word\\WINWORD.EXE a b", kWord, L"a b"},
         {L"C:\\Program Files\\Word\\winword.exe", L"C:\\Program Files\\Word\\winword.exe", L""},
         {L"C:\\PROGRA~1\\winword.exe /x a b", L"C:\\PROGRA~1\\winword.exe", L"/x a b"},
         {L"C:\\Program Files\\qlauto /x", L"C:\\Program Files\\qlauto", L"/x"},

@@ -122,6 +122,7 @@ TEST(Archive, PiecesAndArchivesThatLieDoNotOpenAndMembersThatLieAreNotRead) {
                  {"directory too short", false, {{kEnd, end::kSize, -1}, {kEnd, end::kOffset, 1}}},
                  {"no record", false, {{kSecond, 0, 1}}},
                  {"record beyond the directory", false, {{kSecond, record::kCommentSize + 1, 1}}},
+                 {"name beyond it", false, {{kSecond, record::kNameSize + 1, 127}}},
                  {"overlap", false, {{kSecond, record::kOffset, -1}}},
                  {"member beyond the directory", false, {{kSecond, record::kOffset + 3, 1}}},
                  {"header into the directory", false, {{kSecond, record::kOffset, 40}}},
