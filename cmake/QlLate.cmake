@@ -2,6 +2,9 @@
 # than a third of what a program without windows takes to start; in one with windows they are there already.
 # A function that is missing here is linked as ever, and its library is loaded at the start: the test `exports` tells.
 # Behind the @ stand the bytes that 32-bit calls take; the one function without them is of 64 bits alone.
+if(QL_NATIVE)
+  return()
+endif()
 set(late_functions
   "GDI32 CreateBitmap@20 CreateCompatibleDC@4 CreateDIBSection@24 DeleteDC@4 DeleteObject@4 GetDIBits@28
    GetObjectType@4 GetObjectW@12 GetTextExtentPoint32W@16 SetDIBits@28"

@@ -12,9 +12,6 @@ namespace {
 
 constexpr DWORD kVolumeLabel = 8;
 
-// Up to here a member's contents are held whole: with all that are under way, about 1 MB.
-constexpr std::uint64_t kMostSmall = 64u << 10;
-
 // From here on a folder of their own is worth its making.
 constexpr int kManyFiles = 100;
 

@@ -36,6 +36,10 @@ class OutputFile {
     virtual void WriteAt(std::uint64_t offset, const std::uint8_t* data, std::size_t size) = 0;
 };
 
+// A file of up to this size is held whole on its way to the disk or from it: with all that are under way at
+// once, about 1 MB.
+constexpr std::size_t kMostSmall = 64u << 10;
+
 class MemoryInput final : public InputFile {
   public:
     MemoryInput(const std::uint8_t* data, std::size_t size) : data_(data), size_(size) {}

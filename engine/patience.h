@@ -6,8 +6,9 @@
 
 namespace ql::zip {
 
-// How long a call waits until other programs have let go of the files that it needs: two seconds in all, in
-// short steps, whatever the number of files. Any thread of the call may use it.
+// How long a call waits until other programs have let go of the files that it needs: two seconds in all,
+// unless it is told otherwise, in short steps, whatever the number of files. Any thread of the call may use
+// it.
 class Patience {
   public:
     Patience() = default;

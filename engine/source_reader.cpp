@@ -5,9 +5,6 @@
 namespace ql::zip {
 namespace {
 
-// With all that are ahead about 1 MB.
-constexpr std::size_t kMostSmall = 64u << 10;
-
 bool IsSmall(const DiskItem& item) {
     return !item.IsFolder() && item.size <= kMostSmall;
 }

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Holds the library's exports against its public headers: exactly the names marked QL_API, and of a class so marked
 each public member function and each public constant; nothing else. Holds it and the other programs that are shipped
-against what protects them: guarded stacks, checked calls, random addresses, no code in data.
+against what protects them: guarded stacks, checked calls, random addresses, no code in data;
+and against libraries of the system that they load at their start without need.
 
 usage: check_exports.py TARGET LIBRARY.dll [PROGRAM...]    (silent and 0 when all holds; TARGET as the compiler has it)
 """

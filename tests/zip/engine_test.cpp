@@ -43,8 +43,11 @@ int QL_ZIP_CALL AppendNamesUpToM(const ZIPMEMBER* member, void* names) {
     return AppendName(member, names) + (*member->name == L'm');
 }
 
-int QL_ZIP_CALL IsFolderAtLast(const ZIPMEMBER* member, void* path) {
-    return member->name == std::wstring(L"349") && fs::is_directory(*static_cast<std::wstring*>(path));
+// Another call that ends would remove it where it could.
+int QL_ZIP_CALL IsHeldAtLast(const ZIPMEMBER* member, void* path) {
+    const std::wstring& folder = *static_cast<std::wstring*>(path);
+    return member->name == std::wstring(L"349") && fs::is_directory(folder) &&
+           !::RemoveDirectoryW(folder.c_str());
 }
 
 class Engine : public testing::Test {
@@ -488,7 +491,7 @@ TEST_F(Engine, ManyFilesOfOneFolderComeAlone) {
         fs::remove_all(out_);
         fs::create_directory(out_);
         make();
-        EXPECT_EQ(code, ExtractMembers({}, work, IsFolderAtLast)) << before;
+        EXPECT_EQ(code, ExtractMembers({}, work, IsHeldAtLast)) << before;
         EXPECT_EQ(code == UNZIP_DONE, fs::exists(work)) << before;
     }
 }
