@@ -132,6 +132,16 @@ class Engine : public testing::Test {
 int QL_ZIP_CALL Cancel(const char*, int, void*) {
     return 1;
 }
+struct Meanwhile {
+    std::wstring growing;
+    ql::UniqueFileHandle held;
+};
+int QL_ZIP_CALL GrowAndLetGo(const char* item, int, void* data) {
+    auto& meanwhile = *static_cast<Meanwhile*>(data);
+    if (std::string(item).ends_with("10.txt")) PutBytes(meanwhile.growing, std::string(100'000, 'g'));
+    if (std::string(item).ends_with("57.txt")) meanwhile.held.reset();
+    return 0;
+}
 int QL_ZIP_CALL Record(const char* item, int percent, void* told) {
     *static_cast<std::string*>(told) += std::string(item) + ":" + std::to_string(percent) + " ";
     return 0;
@@ -270,6 +280,17 @@ TEST_F(Engine, FailuresLeaveTheFormerArchiveByteForByte) {
     PutBytes(PendingFile::NameBeside(WideArchive()), "left by a machine that lost its power");
     EXPECT_EQ(ZIP_DONE, Zip(ZIP_ADD, "a.txt"));
     EXPECT_EQ("a.txt|a.zip|locked.txt|", Names(folder_));
+}
+
+// Both have been read ahead, or tried, when they are wanted.
+TEST_F(Engine, FilesThatGrowOrAreLetGoDuringTheCallAreAddedWhole) {
+    for (int i = 10; i < 60; ++i) WriteFile(Path(std::to_string(i) + ".txt"), "x");
+    Meanwhile meanwhile{fs::path(Path("59.txt")).wstring(), OpenFile(Path("58.txt"), kShareNothing)};
+    Z command = With(ZipCommand(ZIP_ADD, Quoted("*.txt")), &Z::lpMinorStatus, GrowAndLetGo);
+    EXPECT_EQ(ZIP_DONE, Dzip(With(command, &Z::lpMinorUserData, &meanwhile)));
+    EXPECT_EQ(UNZIP_DONE, Extract("*", {&U::noDirectoryNamesFlag}));
+    EXPECT_EQ(std::string(100'000, 'g'), ReadFile(out_ + "\\59.txt"));
+    EXPECT_EQ("x", ReadFile(out_ + "\\58.txt"));
 }
 
 TEST_F(Engine, CommentsAreKeptAndReplaced) {

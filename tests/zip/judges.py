@@ -29,8 +29,6 @@ TREE = {
     "with blank.txt": b"blank " * 500,
     "r\u00e9sum\u00e9 \u00fc\u20ac.doc": b"letters beyond ASCII",
     "random.bin": RANDOM_BYTES,
-    "small.bin": RANDOM_BYTES[:1 << 16],  # as far as files are read ahead
-    "no longer small.bin": RANDOM_BYTES[:(1 << 16) + 1],
     "sub/deep/er/long.bin": bytes(range(256)) * 4096,
     "sub/note.txt": b"note\r\n" * 99,
 }
