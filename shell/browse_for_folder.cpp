@@ -147,7 +147,7 @@ class FolderDialog {
         ::PostMessageW(window_, WM_COMMAND, IDCANCEL, 0);
     }
 
-    // The tree is not sure to find a folder at the first asking: it lists folders only as they are opened.
+    // The tree may know folders by their times, too, which its own first look at them changes.
     void SelectStart() {
         constexpr int kTries = 3;
         for (int i = 0; i < kTries && !ql::EqualIgnoringCase(selected_, start_); ++i)

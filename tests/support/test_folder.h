@@ -12,7 +12,8 @@
 // A folder of its own for one test, which goes away with it.
 class TestFolder {
   public:
-    TestFolder() : path_(std::filesystem::temp_directory_path() / Name()) {
+    explicit TestFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path())
+        : path_(parent / Name()) {
         std::filesystem::create_directories(path_);
     }
     // What a process that has just ended held is free a moment later.
