@@ -9,6 +9,7 @@
 #include "engine/name_encoding.h"
 #include "engine/windows_files.h"
 #include "engine/windows_text.h"
+#include "platform/long_number.h"
 
 namespace ql::zip {
 namespace {
@@ -133,14 +134,13 @@ class Finder {
 
 DiskItem DiskItemOf(std::wstring path, std::string name, const WIN32_FILE_ATTRIBUTE_DATA& facts) {
     if (facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY && !name.ends_with('/')) name += '/';
-    const std::uint64_t size = static_cast<std::uint64_t>(facts.nFileSizeHigh) << 32 | facts.nFileSizeLow;
     std::u32string folded = Folded(name);
     return {std::move(path),
             std::move(name),
             std::move(folded),
             DosTimeOf(facts.ftLastWriteTime),
             facts.dwFileAttributes & kKeptAttributes,
-            size};
+            Join(facts.nFileSizeHigh, facts.nFileSizeLow)};
 }
 
 std::vector<DiskItem> FindDiskItems(const std::vector<std::wstring>& items, const ItemSearch& search) {

@@ -4,6 +4,7 @@
 
 #include "platform/file_position.h"
 #include "platform/full_path_name.h"
+#include "platform/long_number.h"
 
 namespace ql::zip {
 namespace {
@@ -13,9 +14,6 @@ constexpr std::uint64_t kMaxTransfer = 1u << 30;
 // The longest that the system knows.
 constexpr DWORD kLongestPath = 32768;
 
-std::uint64_t Join(DWORD high, DWORD low) {
-    return static_cast<std::uint64_t>(high) << 32 | low;
-}
 FILETIME Split(std::uint64_t ticks) {
     return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
 }

@@ -38,8 +38,7 @@ class QuietErrors {
 };
 
 bool OpensExclusively(const std::wstring& path, int access) {
-    const int descriptor = ql::OpenFile(path.c_str(), access | _O_BINARY, _SH_DENYRW, 0);
-    return descriptor >= 0 && ::_close(descriptor) == 0;
+    return ql::OpenAndClose(path.c_str(), access | _O_BINARY, _SH_DENYRW, 0);
 }
 
 // A new file that is there only while it is open. Nobody else can open it, so that it is never another's file

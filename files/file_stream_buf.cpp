@@ -26,9 +26,7 @@ bool IsForWritingAlone(unsigned short flags) {
 }
 
 void CreateMissing(const wchar_t* path, unsigned short flags) {
-    const int descriptor =
-        ql::OpenFile(path, _O_CREAT | _O_EXCL | _O_RDWR | _O_BINARY, _SH_DENYRD, ql::PermissionMode(flags));
-    if (descriptor >= 0) ::_close(descriptor);
+    ql::OpenAndClose(path, _O_CREAT | _O_EXCL | _O_RDWR | _O_BINARY, _SH_DENYRD, ql::PermissionMode(flags));
 }
 
 }  // namespace

@@ -32,10 +32,13 @@ int OpenFile(const wchar_t* path, int access, int sharing, int permission) noexc
     return ::_wsopen_s(&descriptor, path, access, sharing, permission) == 0 ? descriptor : -1;
 }
 
+bool OpenAndClose(const wchar_t* path, int access, int sharing, int permission) noexcept {
+    const int descriptor = OpenFile(path, access, sharing, permission);
+    return descriptor != -1 && ::_close(descriptor) == 0;
+}
+
 bool CreateNewFile(const wchar_t* path) noexcept {
-    const int descriptor =
-        OpenFile(path, _O_CREAT | _O_EXCL | _O_RDWR | _O_BINARY, _SH_DENYRW, _S_IREAD | _S_IWRITE);
-    return descriptor >= 0 && ::_close(descriptor) == 0;
+    return OpenAndClose(path, _O_CREAT | _O_EXCL | _O_RDWR | _O_BINARY, _SH_DENYRW, _S_IREAD | _S_IWRITE);
 }
 
 }  // namespace ql

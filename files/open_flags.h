@@ -10,6 +10,9 @@ int PermissionMode(unsigned short flags) noexcept;  // _S_..., for a file that i
 // A descriptor of the C run time, or -1 with the reason in errno.
 int OpenFile(const wchar_t* path, int access, int sharing, int permission) noexcept;
 
+// Whether it could be opened; it is closed again. False with the reason in errno.
+bool OpenAndClose(const wchar_t* path, int access, int sharing, int permission) noexcept;
+
 // Makes an empty file. False with the reason in errno: EEXIST when there is one already, which stays as it
 // is.
 bool CreateNewFile(const wchar_t* path) noexcept;

@@ -1,5 +1,6 @@
 #include "files/same_file.h"
 
+#include "platform/long_number.h"
 #include "platform/system_text.h"
 #include "text/characters.h"
 
@@ -10,7 +11,7 @@ namespace {
 FileNumber NumberOf(HANDLE file) {
     BY_HANDLE_FILE_INFORMATION known;
     if (!::GetFileInformationByHandle(file, &known)) return {};
-    return {known.dwVolumeSerialNumber, std::uint64_t{known.nFileIndexHigh} << 32 | known.nFileIndexLow};
+    return {known.dwVolumeSerialNumber, Join(known.nFileIndexHigh, known.nFileIndexLow)};
 }
 
 std::wstring PlaceOf(HANDLE file) {

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "platform/failure.h"
+#include "platform/long_number.h"
 #include "platform/win32.h"
 #include "prefs/known_directory.h"
 #include "text/ansi_text.h"
@@ -250,7 +251,7 @@ std::int64_t TimeOf(const ZIPINFO& info) {
     if (!::TzSpecificLocalTimeToSystemTime(nullptr, &local, &utc) || !::SystemTimeToFileTime(&utc, &time))
         return -1;
     constexpr std::int64_t kTicksASecond = 10'000'000, kFrom1601To1970 = 11'644'473'600;
-    const std::int64_t ticks = static_cast<std::int64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
+    const std::int64_t ticks = static_cast<std::int64_t>(ql::Join(time.dwHighDateTime, time.dwLowDateTime));
     return ticks / kTicksASecond - kFrom1601To1970;
 }
 
