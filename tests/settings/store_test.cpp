@@ -145,6 +145,7 @@ TEST_F(Store, ANameKeepsItsFirstTypeAndSettingItLeavesTheRegistryAlone) {
 TEST_F(Store, ACopySharesTheSettingsButNotTheAbortFlag) {
     store_.SetAbort();
     CQlsSettings copy(store_), assigned;
+    EXPECT_FALSE(assigned.GetAbort());
     assigned = store_;
     copy.ClearAbort();
     copy.SetStrSetting(kNumber, L"through the copy");

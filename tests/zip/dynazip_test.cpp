@@ -294,15 +294,28 @@ TEST(DynazipRecords, StartFromTheirDefaults) {
 }
 
 TEST(DynazipMessages, HaveTheirCodes) {
-    EXPECT_STREQ(L"Improper use of Multi-Volume Zip file", Dynazip::ZipErrorMsg(ZIP_VOLUMES));
-    EXPECT_STREQ(L"Disk full", Dynazip::UnzipErrorMsg(UNZIP_DISK_FULL));
-    std::string zip, unzip;
+    std::wstring said;
     for (int code = -1; code < 1000; ++code) {
-        if (*Dynazip::ZipErrorMsg(code)) zip += std::to_string(code) + ' ';
-        if (*Dynazip::UnzipErrorMsg(code)) unzip += std::to_string(code) + ' ';
+        for (const wchar_t* text : {Dynazip::ZipErrorMsg(code), Dynazip::UnzipErrorMsg(code)})
+            if (*text) said += std::to_wstring(code) + L' ' + text + L'|';
     }
-    EXPECT_EQ("1 2 3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 126 ", zip);
-    EXPECT_EQ("2 3 4 5 9 11 12 25 28 29 39 40 41 42 44 45 46 47 48 49 50 126 127 ", unzip);
+    EXPECT_EQ(
+        L"1 Busy, can't enter now|2 Unexpected end of zip file|2 Unexpected end of zip file|3 Zip file "
+        L"structure invalid|3 Zip file structure invalid|4 Out of memory|4 Out of memory|5 Internal logic "
+        L"error|5 Out of memory|6 Entry too big to split|7 Invalid comment format|8 Zip file invalid or "
+        L"insufficient memory|9 Application cancelled operation|9 File not found|10 Temporary file failure|"
+        L"11 Input file read failure|11 No files to test, extract, etc.|12 Nothing to do!|12 The same disk "
+        L"volume can not be used as both the source and destination|13 Missing or empty zip file|14 Output "
+        L"file write failure, possible disk full|15 Could not create output file|16 Invalid combination of "
+        L"control parameters|17 Could not complete operation|18 File not found or no read permission|19 "
+        L"Media Error Encountered|20 Invalid combination of Multi-Volume control parameters|21 Improper use "
+        L"of Multi-Volume Zip file|25 Index out of bounds|28 Error creating output file|29 Error opening "
+        L"archive|39 Bad CRC|40 Application cancelled operation|41 File skipped, encrypted|42 File skipped, "
+        L"unknown compression method|44 Bad or missing decrypt code|45 Busy, can't enter now|46 Can't "
+        L"extract a Volume ID item|47 Command syntax error|48 Operation cancelled|49 Operation skipped|50 "
+        L"Disk full|126 The zip engine is not loaded|126 The zip engine is not loaded|127 Another member of "
+        L"that name was brought out before|",
+        said);
 }
 
 }  // namespace

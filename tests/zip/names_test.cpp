@@ -48,10 +48,8 @@ TEST(ItemList, Splits) {
         {"", {}},
         {" \t\r\n ", {}},
         {"  a  \"b c\"d \"\" e", {"a", "b c", "d", "e"}},
-        {"\"c:\\with blank\\*.txt\" x", {"c:\\with blank\\*.txt", "x"}},
         {"\"never closed ", {"never closed "}},
-        {"a\"b c", {"a\"b", "c"}},
-    };
+        {"a\"b c", {"a\"b", "c"}}};
     for (const auto& [list, items] : cases) EXPECT_EQ(SplitItems(list), items) << list;
 }
 
