@@ -44,8 +44,7 @@ constexpr std::size_t kTwoLines = 500 * sizeof(wchar_t);
 
 // Gives a host what its own loggers may do.
 struct Host : QLLogger {
-    Host() = default;
-    using QLLogger::PushEvent;
+    using QLLogger::AddOutput, QLLogger::PushEvent;
 };
 
 }  // namespace
@@ -72,6 +71,7 @@ TEST(Logger, ALineGoesToTheOutputsOfItsLevels) {
         const auto log = [&c] {
             QLLogger::InitializeLog(std::shared_ptr<ILogOutput>(), QLLOG_ERROR);
             QLLogger::PutMessage(QLLOG_ERROR, nullptr);
+            Host::AddOutput(static_cast<QLLogLevel>(kSeveral), std::make_shared<Recorder>());
             for (const int levels : c.lines)
                 levels == kFlush ? QLLogger::FlushLogs()
                                  : QLLogger::PutMessage(static_cast<QLLogLevel>(levels), L"x");

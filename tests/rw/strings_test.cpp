@@ -23,7 +23,7 @@ TEST(Strings, TakeANullPointerForTheEmptyText) {
     EXPECT_EQ(L"x", text + kNoText);
     EXPECT_GT(text, kNoText);
     text = kNoText;
-    EXPECT_TRUE(text.isNull());
+    EXPECT_TRUE(text.empty());
 
     EXPECT_STREQ("", RWCString(kNoBytes).data());
     EXPECT_TRUE(RWCString(kNoBytes, 3).isNull());
