@@ -133,6 +133,10 @@ std::optional<int> WidthOf(HDC dc, const std::wstring& text) {
 
 }  // namespace
 
+bool QLFileName::HasFilePart() const noexcept {
+    return hasExtension_ || !Part(kName).empty();
+}
+
 int QLFileName::CanAccess(int mode) const {
     return ql::FailureIfThrown(false, [=, this] { return Allows(mode); });
 }

@@ -226,7 +226,7 @@ class QL_API QLFileName {
     std::wstring_view Part(PartIndex part) const noexcept {
         return std::wstring_view(text_).substr(Begin(part), ends_[part] - Begin(part));
     }
-    bool HasFilePart() const noexcept { return hasExtension_ || !Part(kName).empty(); }
+    bool HasFilePart() const noexcept;
     void SetPart(PartIndex part, std::wstring_view value);
     void ClearParts() noexcept;  // and the flags, but not the separators
     void ChangeCase(PartIndex part, void (*change)(std::wstring&) noexcept);

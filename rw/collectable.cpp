@@ -7,7 +7,6 @@
 
 #include "platform/failure.h"
 #include "rw/file.h"
-#include "rw/text_hash.h"
 #include "rw/virtual_streams.h"
 
 namespace {
@@ -100,7 +99,7 @@ int RWCollectableString::compareTo(const RWCollectable* other) const {
 }
 
 unsigned RWCollectableString::hash() const {
-    return ql::TextHash().Add(std::string_view(*this)).Value();
+    return static_cast<unsigned>(std::hash<std::string_view>()(*this));
 }
 
 bool RWCollectableString::isEqual(const RWCollectable* other) const {
@@ -135,7 +134,7 @@ int RWCollectableWString::compareTo(const RWCollectable* other) const {
 }
 
 unsigned RWCollectableWString::hash() const {
-    return ql::TextHash().Add(view()).Value();
+    return static_cast<unsigned>(std::hash<std::wstring_view>()(view()));
 }
 
 bool RWCollectableWString::isEqual(const RWCollectable* other) const {

@@ -73,8 +73,7 @@ TEST(MainSwitchParser, ReadsLines) {
          L"suppressInstallation keepInterviewGroupSet modelDocument"},
         // Claimed by shorter names:
         {L"/pathdesc=b /sig /sap /ssn /fia",
-         L"saveAnswers printAnswersOnly suppressInstallation suggestSaveSet"},
-    };
+         L"saveAnswers printAnswersOnly suppressInstallation suggestSaveSet"}};
     for (const auto& [line, state] : lines) {
         Main parser(line);
         EXPECT_EQ(state, StateOf(parser)) << testing::PrintToString(line);
@@ -106,17 +105,15 @@ TEST(MainSwitchParser, TakesACommandLineValueAndFurtherLines) {
 }
 
 TEST(ServerSwitchParsers, ReadLinesAlike) {
-    const Line lines[] = {
-        {nullptr, L""},
-        {L"form.qff /unregserver", L"fileName=" + Here(L"form.qff") + L" unregister"},
-        {L"::ODMA\\1 /fp /register", L"fileName=::ODMA\\1 print register"},
-        {L"/unregister /regserver", L"register unregister"},
-        {L"C:\\a.anx /PRint \"/pt=a b\" /ps= /pc=2 /pc=+3 /ni /af=x",
-         L"fileName=C:\\a.anx tray=a pageSize= print copies=0 ignored=/ni ignored=/af=x"},
-        {L"/pr /db /pb /po /pa /pd /pw /automation /dde /embedding /pc=2",
-         L"print supressSplashScreen printBoth printFormOnly printAnswersOnly printDuplex "
-         L"printWithoutDialogs dDE automation embedded copies=2"},
-    };
+    const Line lines[] = {{nullptr, L""},
+                          {L"form.qff /unregserver", L"fileName=" + Here(L"form.qff") + L" unregister"},
+                          {L"::ODMA\\1 /fp /register", L"fileName=::ODMA\\1 print register"},
+                          {L"/unregister /regserver", L"register unregister"},
+                          {L"C:\\a.anx /PRint \"/pt=a b\" /ps= /pc=2 /pc=+3 /ni /af=x",
+                           L"fileName=C:\\a.anx tray=a pageSize= print copies=0 ignored=/ni ignored=/af=x"},
+                          {L"/pr /db /pb /po /pa /pd /pw /automation /dde /embedding /pc=2",
+                           L"print supressSplashScreen printBoth printFormOnly printAnswersOnly printDuplex "
+                           L"printWithoutDialogs dDE automation embedded copies=2"}};
     for (const auto& [line, state] : lines) {
         EXPECT_EQ(state, StateOf(FillerCmdSwitchParser(line))) << testing::PrintToString(line);
         EXPECT_EQ(state, StateOf(AutomatorCmdSwitchParser(line))) << testing::PrintToString(line);

@@ -33,8 +33,7 @@ TEST(FilesWithoutMemory, TouchNoFileOfTheCurrentFolder) {
         {[&] { return DeleteDirAndContents(folder.c_str()), true; }, [&] { return true; }},
         {[&] { return BackupFile(name, nullptr, 0); }, [&] { return std::filesystem::exists(backup); }},
         {[&] { return CDirectoryIterator().First(pattern, &entry); }, [&] { return entry == name; }},
-        {[&] { return file.Open(name, OPEN_WRITE); }, [&] { return file.is_open(); }},
-    };
+        {[&] { return file.Open(name, OPEN_WRITE); }, [&] { return file.is_open(); }}};
     ReplaceImport(L"libstdc++-6.dll", L"msvcrt.dll", "malloc", &Allocate);
     for (const auto& [call, isDone] : rows) {
         bool isRefused = true, answer = false;

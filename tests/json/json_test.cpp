@@ -35,8 +35,7 @@ TEST(JsonParse, AcceptsAndNormalises) {
         {L"{\"\uFFFD\":3,\"\\ud83d\":2,\"z\":1,\"Z\":0}", L"{\"Z\":0,\"z\":1,\"\xd83d\":2,\"\uFFFD\":3}"},
         {L"\"\\\"\\\\\\/\\b\\f\\n\\r\\t\"", L"\"\\\"\\\\\\/\\b\\f\\n\\r\\t\""},
         {L"\"a/\t\n\x1f\"", L"\"a\\/\\t\\n\\u001f\""},
-        {L"\"\\u00E9\\u00e9\\u0041\"", L"\"\u00e9\u00e9A\""},
-    };
+        {L"\"\\u00E9\\u00e9\\u0041\"", L"\"\u00e9\u00e9A\""}};
     for (const auto& [document, written] : kRows)
         EXPECT_EQ(wstring(written), Rewritten(document)) << wstring(document);
 }
@@ -48,33 +47,31 @@ TEST(JsonParse, RefusesAndDiagnosisPointsAtTheFirstFault) {
         std::wstring_view document;
         std::size_t line, column;
         std::wstring_view expected, found;
-    } kRows[] = {
-        {L"", 1, 1, L"a value", L"the end of the text"},
-        {L"\r\n\n\r  ]", 4, 3, L"a value", L"]"},
-        {L"[1,]", 1, 4, L"a value", L"]"},
-        {L"[{]", 1, 3, L"a key or }", L"]"},
-        {L"[\"a\"", 1, 5, L", or ]", L"the end of the text"},
-        {L"{\"a\":1,}", 1, 8, L"a key", L"}"},
-        {L"{\"a\" 1}", 1, 6, L":", L"a number"},
-        {L"{\"a\":1 \"b\":2}", 1, 8, L", or }", L"a text"},
-        {L"{\"a\":}", 1, 6, L"a value", L"}"},
-        {L"true false", 1, 6, L"the end of the text", L"false"},
-        {L"truest", 1, 1, L"a value", L"truest"},
-        {L"abcdefghijklmnopqrstuvwxyz", 1, 1, L"a value", L"abcdefghijklmnop"},
-        {L"1.", 1, 3, L"a digit", L"the end of the text"},
-        {L"0x10", 1, 2, L"the end of the text", L"x"},
-        {L"[1 -]", 1, 4, L", or ]", L"a number"},
-        {L"\"abc", 1, 5, L"a closing double quote", L"the end of the text"},
-        {L"\"abc\\", 1, 6, kEscape, L"the end of the text"},
-        {L"\"a\0b\""sv, 1, 3, L"a closing double quote", L"the end of the text"},
-        {L"[\"C:\\dir\"]", 1, 6, kEscape, L"d"},
-        {L"\"\\\u00e9\"", 1, 3, kEscape, L"U+00E9"},
-        {L"\"\\u12\"", 1, 6, L"a hexadecimal digit", L"\""},
-        {L"\"\\u 123\"", 1, 4, L"a hexadecimal digit", L"U+0020"},
-        {L"\uFEFF{}", 1, 1, L"a value", L"U+FEFF"},
-        {L"\x7f", 1, 1, L"a value", L"U+007F"},
-        {L"[\u0661]", 1, 2, L"a value or ]", L"U+0661"},
-    };
+    } kRows[] = {{L"", 1, 1, L"a value", L"the end of the text"},
+                 {L"\r\n\n\r  ]", 4, 3, L"a value", L"]"},
+                 {L"[1,]", 1, 4, L"a value", L"]"},
+                 {L"[{]", 1, 3, L"a key or }", L"]"},
+                 {L"[\"a\"", 1, 5, L", or ]", L"the end of the text"},
+                 {L"{\"a\":1,}", 1, 8, L"a key", L"}"},
+                 {L"{\"a\" 1}", 1, 6, L":", L"a number"},
+                 {L"{\"a\":1 \"b\":2}", 1, 8, L", or }", L"a text"},
+                 {L"{\"a\":}", 1, 6, L"a value", L"}"},
+                 {L"true false", 1, 6, L"the end of the text", L"false"},
+                 {L"truest", 1, 1, L"a value", L"truest"},
+                 {L"abcdefghijklmnopqrstuvwxyz", 1, 1, L"a value", L"abcdefghijklmnop"},
+                 {L"1.", 1, 3, L"a digit", L"the end of the text"},
+                 {L"0x10", 1, 2, L"the end of the text", L"x"},
+                 {L"[1 -]", 1, 4, L", or ]", L"a number"},
+                 {L"\"abc", 1, 5, L"a closing double quote", L"the end of the text"},
+                 {L"\"abc\\", 1, 6, kEscape, L"the end of the text"},
+                 {L"\"a\0b\""sv, 1, 3, L"a closing double quote", L"the end of the text"},
+                 {L"[\"C:\\dir\"]", 1, 6, kEscape, L"d"},
+                 {L"\"\\\u00e9\"", 1, 3, kEscape, L"U+00E9"},
+                 {L"\"\\u12\"", 1, 6, L"a hexadecimal digit", L"\""},
+                 {L"\"\\u 123\"", 1, 4, L"a hexadecimal digit", L"U+0020"},
+                 {L"\uFEFF{}", 1, 1, L"a value", L"U+FEFF"},
+                 {L"\x7f", 1, 1, L"a value", L"U+007F"},
+                 {L"[\u0661]", 1, 2, L"a value or ]", L"U+0661"}};
     for (const auto& row : kRows) {
         SCOPED_TRACE(testing::PrintToString(wstring(row.document)));
         EXPECT_FALSE(Parse(row.document));
@@ -122,8 +119,7 @@ TEST(JsonNumber, IsWrittenWithFiveDecimalsAtMost) {
         {L"100000", {99999.999999, 100000}},
         {L"0.50001", {0.500015}},  // the double is just below
         {L"0.01562", {0.015625}},  // exact halves go to the even neighbour
-        {L"0.04688", {0.046875}},
-    };
+        {L"0.04688", {0.046875}}};
     for (const auto& [text, numbers] : kRows) {
         for (const double number : numbers) {
             const Value node(number);
@@ -136,12 +132,11 @@ TEST(JsonNumber, IsWrittenWithFiveDecimalsAtMost) {
 
 TEST(JsonText, EscapesByUnit) {
     constexpr std::pair<wchar_t, const wchar_t*> kRows[] = {
-        {0, L"\\u0000"},      {7, L"\\u0007"},      {8, L"\\b"},          {9, L"\\t"},
-        {10, L"\\n"},         {11, L"\\u000b"},     {12, L"\\f"},         {13, L"\\r"},
-        {31, L"\\u001f"},     {32, L" "},           {L'"', L"\\\""},      {L'/', L"\\/"},
-        {L'\\', L"\\\\"},     {126, L"~"},          {127, L"\\u007f"},    {0xe9, L"\\u00e9"},
-        {0x2028, L"\\u2028"}, {0xd83d, L"\\ud83d"}, {0xffff, L"\\uffff"},
-    };
+        {0, L"\\u0000"},      {7, L"\\u0007"},      {8, L"\\b"},         {9, L"\\t"},
+        {10, L"\\n"},         {11, L"\\u000b"},     {12, L"\\f"},        {13, L"\\r"},
+        {31, L"\\u001f"},     {32, L" "},           {L'"', L"\\\""},     {L'/', L"\\/"},
+        {L'\\', L"\\\\"},     {126, L"~"},          {127, L"\\u007f"},   {0xe9, L"\\u00e9"},
+        {0x2028, L"\\u2028"}, {0xd83d, L"\\ud83d"}, {0xffff, L"\\uffff"}};
     for (const auto& [unit, ascii] : kRows) {
         const wstring plain = unit < 127 ? ascii : wstring(1, unit);
         // Behind 0 to 8 plain units, so that the unit stands at each place of a block; and in a key too.

@@ -80,8 +80,7 @@ struct OddRow {
 constexpr OddRow kOddRows[] = {
     {L"exits first", EndProcess, Nothing, true},          {L"exits last", EndProcess, Nothing, false},
     {L"exits in close first", Nothing, EndProcess, true}, {L"closes slowly", Nothing, Dawdle, true},
-    {L"closes slowly, alone", Nothing, Dawdle, false},    {L"closes from within", UseTheLog, Nothing, true},
-};
+    {L"closes slowly, alone", Nothing, Dawdle, false},    {L"closes from within", UseTheLog, Nothing, true}};
 
 // Wine may crash when it ends a thread that it has not yet started in full.
 void WaitUntilTheWriterRuns() {

@@ -37,8 +37,7 @@ constexpr struct {
     {5, 0, kStation, kX86, 0x82, 0, L"Windows 2000 Professional"},
     {5, 0, kServer, kX86, 0x2, 0, L"Windows 2000 Advanced Server"},
     {5, 0, kServer, kX86, 0x82, 0, L"Windows 2000 Datacenter Server"},
-    {5, 0, kServer, kX86, 0, 0, L"Windows 2000 Server"},
-};
+    {5, 0, kServer, kX86, 0, 0, L"Windows 2000 Server"}};
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "names/cmd_line.h"
+#include "names/name_access.h"
 
 TEST(CmdLine, SplitsNameAndSwitchesAndComposesThemAgain) {
     const wchar_t* const cases[][4] = {
@@ -34,6 +35,7 @@ TEST(CmdLine, ChangesSwitches) {
     line.ClearSwitches();
     line.AppendSwitches(nullptr);
     EXPECT_EQ(line.GetSwitches(), L" ");
+    EXPECT_EQ(ql::NameAccess::Switches(line), L" ");
 }
 
 TEST(CmdLine, ComparesByTheNameFirstAndAssignsByText) {

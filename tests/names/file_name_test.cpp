@@ -68,8 +68,7 @@ constexpr const wchar_t* kParsed[][3] = {
     {LR"(  "  C:\a b.c "  )", LR"(file|C:\||a b|.c||\0)", LR"(C:\a b.c)"},
     {LR"(""a"")", LR"(|||"a"|-||00)", LR"("a")"},
     {LR"(a")", L"|||a|-||00", L"a"},
-    {L"\ta\t", L"|||\ta\t|-||00"},
-};
+    {L"\ta\t", L"|||\ta\t|-||00"}};
 
 }  // namespace
 
@@ -125,13 +124,11 @@ TEST(FileName, TakesAnEntrysNameAsTheDiskHasIt) {
 }
 
 TEST(FileName, PrependsAPathInPlaceOfTheRoot) {
-    const wchar_t* const rows[][3] = {
-        {L"sub\\a.txt", L"D:\\Work", L"D:\\Work\\sub\\a.txt"},
-        {L"/sub/a", L"w", L"w/sub\\a"},
-        {L"C:\\sub\\a", L"\\\\srv\\s\\", L"\\\\srv\\s\\sub\\a"},
-        {L"a.b", L"http://srv/", L"http://srv/a.b"},
-        {L"C:\\sub\\a", nullptr, L"sub\\a"},
-    };
+    const wchar_t* const rows[][3] = {{L"sub\\a.txt", L"D:\\Work", L"D:\\Work\\sub\\a.txt"},
+                                      {L"/sub/a", L"w", L"w/sub\\a"},
+                                      {L"C:\\sub\\a", L"\\\\srv\\s\\", L"\\\\srv\\s\\sub\\a"},
+                                      {L"a.b", L"http://srv/", L"http://srv/a.b"},
+                                      {L"C:\\sub\\a", nullptr, L"sub\\a"}};
     for (const auto& [text, prefix, composed] : rows) {
         QLFileName name(text);
         EXPECT_EQ(1, name.PrependPath(prefix));
@@ -164,8 +161,7 @@ TEST(FileName, ChangesCaseButForSchemeAndTailAndStaysOfItsKind) {
     } rows[] = {
         {L"http://Srv/Dir/File.Ext?a", L"http://srv/dir/file.ext?A", L"http://SRV/DIR/FILE.EXT?A", 0, 0},
         {L"::ODMA\\Ab", L"::ODMA\\ab", L"::ODMA\\AB", 1, 0},
-        {L"PLUGIN\\{Ab}", L"plugin\\{ab}", L"PLUGIN\\{AB}", 0, 1},
-    };
+        {L"PLUGIN\\{Ab}", L"plugin\\{ab}", L"PLUGIN\\{AB}", 0, 1}};
     for (const auto& [text, lower, upper, isDocument, isPlugin] : rows) {
         QLFileName name(text), raised(text);
         name.ToLower();
@@ -188,15 +184,13 @@ TEST(FileName, ExpandsEnvironmentReferences) {
     ::SetEnvironmentVariableW(L"QL_TEST_DOT", L"one.two");
     ::SetEnvironmentVariableW(L"QL.TEST.PLAIN", L"plain");
     ::SetEnvironmentVariableW(L"QL_TEST_LARGE", large.c_str());
-    const wchar_t* const rows[][2] = {
-        {L"%QL_TEST_DIR%\\a.b", LR"(file|D:\|x.y|a|.b||\\)"},
-        {L"%QL_TEST_DOT%", L"|||one.two|-||00"},
-        {L"%QL_TEST_DOT%.c", L"|||one.two|.c||00"},
-        {L"c.%QL_TEST_DOT%", L"|||c.one|.two||00"},
-        {L"%QL.TEST.PLAIN%", L"|||plain|-||00"},
-        {L"%QL_TEST_NONE%.c", L"|||%QL_TEST_NONE%|.c||00"},
-        {L"::ODMA\\%QL_TEST_DOT%", LR"(::ODMA\|||%QL_TEST_DOT%|-||00)"},
-    };
+    const wchar_t* const rows[][2] = {{L"%QL_TEST_DIR%\\a.b", LR"(file|D:\|x.y|a|.b||\\)"},
+                                      {L"%QL_TEST_DOT%", L"|||one.two|-||00"},
+                                      {L"%QL_TEST_DOT%.c", L"|||one.two|.c||00"},
+                                      {L"c.%QL_TEST_DOT%", L"|||c.one|.two||00"},
+                                      {L"%QL.TEST.PLAIN%", L"|||plain|-||00"},
+                                      {L"%QL_TEST_NONE%.c", L"|||%QL_TEST_NONE%|.c||00"},
+                                      {L"::ODMA\\%QL_TEST_DOT%", LR"(::ODMA\|||%QL_TEST_DOT%|-||00)"}};
     for (const auto& [text, parts] : rows) EXPECT_EQ(parts, Parts(QLFileName(text))) << text;
     RWWString text(large + L"%QL_TEST_LARGE%%QL_TEST_NONE%QL_TEST_DOT%100%");
     QLFileName::SubstPathPlaceholders(text);

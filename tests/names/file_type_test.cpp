@@ -64,16 +64,14 @@ TEST(FileType, HasANameAnExtensionAndTheKindsOfItsFiles) {
 }
 
 TEST(FileType, IsToldFromTheLastExtensionInAnyCase) {
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
-        {L"a.TPL", L" 1 template 1 ours"},
-        {L".rtf", L" 4 document 28 template 4 ours"},
-        {L"a.html", L" 35 document 35"},
-        {L"a.HTM", L" 35 document 35"},
-        {L"a.qcat", L" 36"},
-        {L"a.doc.x", L""},
-        {L"C:\\a.doc\\b", L""},
-        {L"a.", L""},
-    };
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"a.TPL", L" 1 template 1 ours"},
+                                                               {L".rtf", L" 4 document 28 template 4 ours"},
+                                                               {L"a.html", L" 35 document 35"},
+                                                               {L"a.HTM", L" 35 document 35"},
+                                                               {L"a.qcat", L" 36"},
+                                                               {L"a.doc.x", L""},
+                                                               {L"C:\\a.doc\\b", L""},
+                                                               {L"a.", L""}};
     for (const auto& [file, kinds] : cases) EXPECT_EQ(kinds, KindsOf(file)) << file;
 }
 

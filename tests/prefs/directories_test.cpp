@@ -34,8 +34,7 @@ constexpr std::tuple<QuilletDirectories, const wchar_t*, const wchar_t*, Quillet
         {AnswerDirectoryAlias, L"Locations", L"Answer Files", kPersonal, L"\\Quillet Author\\Answers"},
         {TemplateDirectory, L"Locations", L"Template Files", kPersonal, L"\\Quillet Author\\Templates"},
         {PublishDirectory, L"Locations", L"Publish Settings Files", kPersonal, L"\\Quillet Author\\Publish"},
-        {CatalogDirectory, L"Locations", L"Catalog Files", kPublic, L"\\Quillet Author\\Catalog Files"},
-};
+        {CatalogDirectory, L"Locations", L"Catalog Files", kPublic, L"\\Quillet Author\\Catalog Files"}};
 
 TEST_F(Directories, HaveDefaultsBelowTheDocumentsFoldersAndTheProgram) {
     EXPECT_NE(CQlDir::GetDirectory(kPersonal), CQlDir::GetDirectory(kPublic));

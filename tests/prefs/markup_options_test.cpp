@@ -98,8 +98,7 @@ constexpr struct {
     {L"Process Conditional Text", Processes<ConditionalText>, true},
     {L"Process Alternative Text", Processes<AlternativeText>, true},
     {L"Process Repeated Text", Processes<RepeatedText>, true},
-    {L"Process Editable Text", Processes<EditableText>, false},
-};
+    {L"Process Editable Text", Processes<EditableText>, false}};
 
 // Every boolean by its entry: the default, and the other value, of it alone, when that is stored.
 TEST_P(MarkupOptions, FlagsAreReadFromTheirOwnEntries) {

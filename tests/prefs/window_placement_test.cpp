@@ -33,8 +33,7 @@ TEST(PlacementText, IsTheElevenNumbersBothWays) {
     const std::pair<WINDOWPLACEMENT, const wchar_t*> kCases[] = {
         {{44, 2, 3, {0, -32000}, {-8, 7}, {INT_MIN, -5, INT_MAX, 0}},
          L"44, 2, 3, 0, -32000, -8, 7, -2147483648, -5, 2147483647, 0"},
-        {{44, 0xffffffff, 2, {}, {}, {}}, L"44, -1, 2, 0, 0, 0, 0, 0, 0, 0, 0"},
-    };
+        {{44, 0xffffffff, 2, {}, {}, {}}, L"44, -1, 2, 0, 0, 0, 0, 0, 0, 0, 0"}};
     for (const auto& [placement, expected] : kCases) {
         RWWString text;
         PlacementToString(placement, text);
@@ -72,8 +71,7 @@ TEST(FitRect, MovesIntoTheAreaAndKeepsTheSize) {
         {"larger", kMain, {5, -9, 2005, 991}, {0, 0, 2000, 1000}},
         {"touches an edge at 0", {-1280, -200, 0, 824}, {-100, 0, 0, 100}, {-101, 0, -1, 100}},
         {"wider than numbers go", kMain, {INT_MIN, 0, INT_MAX, 100}, {0, 0, INT_MAX, 100}},
-        {"far away", kMain, {INT_MAX - 50, 0, INT_MAX, 50}, {949, 0, 999, 50}},
-    };
+        {"far away", kMain, {INT_MAX - 50, 0, INT_MAX, 50}, {949, 0, 999, 50}}};
     for (const auto& [what, area, before, fitted] : kCases) {
         RECT rect = before;
         EXPECT_EQ(!(before == fitted), ql::FitRect(area, rect)) << what;

@@ -4,7 +4,6 @@
 #include <unordered_set>
 
 #include "rw/narrow_string.h"
-#include "rw/text_hash.h"
 #include "rw/wide_string.h"
 
 using namespace std::string_literals;
@@ -80,11 +79,4 @@ TEST(NarrowString, KeepsZeroBytesAndOrdersByUnsignedByte) {
     EXPECT_FALSE(RWCString("a\0b", 3) == "a");
     EXPECT_LT(RWCString("\x7f"), RWCString("\x80"));
     EXPECT_LT(RWCString("a"), RWCString("a\0", 2));
-}
-
-TEST(TextHash, OfPiecesIsThatOfTheWholeInEitherWidth) {
-    const unsigned whole = ql::TextHash().Add(L"Section<-^->\u00ff").Value();
-    EXPECT_EQ(whole, ql::TextHash().Add("Section").Add("").Add(L"<-^->").Add("\xff").Value());
-    EXPECT_NE(whole, ql::TextHash().Add(L"section<-^->\u00ff").Value());
-    EXPECT_NE(ql::TextHash().Add(L"ab").Value(), ql::TextHash().Add(L"ba").Value());
 }

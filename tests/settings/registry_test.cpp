@@ -121,8 +121,7 @@ TEST_F(Registry, ColoursAreThreeMaskedNumbers) {
     const std::pair<const wchar_t*, unsigned long> cases[] = {
         {L"255,128,0", 33023}, {L"300,0,0", 44}, {L"0,-1,0", 0xff00}, {L" 1, 2,3 and more,4", 0x30201},
         {L"red,,", 0},         {L"1,2,", 0x201}, {L"", 99},           {L"12", 99},
-        {L"1,2", 99},          {L",1,2", 99},    {L",,", 99},         {L"99999999999,0,0", 0xff},
-    };
+        {L"1,2", 99},          {L",1,2", 99},    {L",,", 99},         {L"99999999999,0,0", 0xff}};
     for (const auto& [text, color] : cases) EXPECT_EQ(color, QLRegStringToColor(text, 99)) << text;
 }
 

@@ -105,8 +105,7 @@ TEST(LetterCase, IsToldFromTheFirstLettersAndWordStarts) {
         {CASE_SENTENCE, {L"A dog", L"Hello world", L"Hello world foo Bar", L"\u00c4rger \u00fcber"}},
         {CASE_FIRST_CAPITAL, {L"Hello world Foo"}},
         {CASE_UPPER, {L"HELLO", L"HEllo world"}},
-        {CASE_SPACED_CAPITALS, {L"S P Q", L"S P Q R"}},
-    };
+        {CASE_SPACED_CAPITALS, {L"S P Q", L"S P Q R"}}};
     for (const auto& [type, texts] : cases)
         for (const wchar_t* text : texts) EXPECT_EQ(type, GetCase(RWWString(text))) << text;
 }
@@ -128,8 +127,7 @@ TEST(LetterCase, Changes) {
         {L"iZ\u00e4\u0436\u00ff1_\xde00", CASE_UPPER, L"IZ\u00c4\u0416\u01781_\xde00"},  // no Turkish i
         {L"iZ\u00c4\u0416\u01781_\xd83d", CASE_LOWER, L"iz\u00e4\u0436\u00ff1_\xd83d"},
         {L"hELLO", CASE_UNKNOWN, L"hELLO"},
-        {L"hELLO", static_cast<CaseType>(99), L"hELLO"},
-    };
+        {L"hELLO", static_cast<CaseType>(99), L"hELLO"}};
     for (const auto& [text, type, changed] : cases)
         EXPECT_EQ(changed, ChangeCase(RWWString(text), type).str()) << text << type;
     EXPECT_EQ(L"a\0b"s, ChangeCase(RWWString(L"A\0B"s), CASE_LOWER).str());
@@ -157,8 +155,7 @@ TEST(EscapeIllegalChars, AppliesTheFirstRuleThatFits) {
         {L"</script></Script></script", L"</\" + \"script></Script></script",
          L"&lt;/script&gt;&lt;/Script&gt;&lt;/script"},
         {L"\\n\\r\\n\\2\\r\\x\\\\n\\", L"NR\\2\\\\r\\\\x\\\\N\\\\", L"NR\\2\\\\r\\\\x\\\\N\\\\"},
-        {L"&<>\u2028", L"&<>\u2028", L"&amp;&lt;&gt;\\u2028"},
-    };
+        {L"&<>\u2028", L"&<>\u2028", L"&amp;&lt;&gt;\\u2028"}};
     for (const auto& [text, script, markup] : cases) {
         EXPECT_EQ(script, EscapeIllegalChars(RWWString(text), L"N", L"R", L"A", false, L"Q").str());
         EXPECT_EQ(markup, EscapeIllegalChars(RWWString(text), L"N", L"R", L"A", true, L"Q").str());

@@ -100,8 +100,7 @@ const std::tuple<std::vector<FormProc>, const wchar_t*, bool, std::vector<FormPr
      {kW03, kP15, kW03, kP13, kNone, kW03, kP13, kP13, kP13, kP13}},
     {{kW13, kP15, kP17}, L"Word 2013", true, {kW13, kP17, kW13, kW13, kW13, kW13, kP17, kW13, kP17, kW13}},
     {{kP14, kP16}, L"Word 2013", false, {kNone, kP16, kP16, kNone, kNone, kNone, kP16, kP16, kP16, kP16}},
-    {{kW07}, L"Quillet Automator", false, {kW07, kNone, kW07, kNone, kW07, kW07, kNone, kW07, kW07, kW07}},
-};
+    {{kW07}, L"Quillet Automator", false, {kW07, kNone, kW07, kNone, kW07, kW07, kNone, kW07, kW07, kW07}}};
 
 TEST(ProcessorChoice, FollowsThePreferences) {
     for (const auto& [installed, usual, sendByKind, chosen] : kChoices) {
@@ -156,8 +155,7 @@ TEST(OpenCommands, LoseTheirDocumentAndKeepTheirProgram) {
         {L"C:\\Program Files\\qlauto /x", L"C:\\Program Files\\qlauto", L"/x"},
         {L"C:\\My.exe folder\\word.exe /x", L"C:\\My.exe folder\\word.exe", L"/x"},
         {L"%1", L"%1", L""},
-        {L"\"%1\"", L"%1", L""},
-    };
+        {L"\"%1\"", L"%1", L""}};
     for (const auto& [command, program, switches] : cases) {
         const QLCmdLine line = FormalizeFormProcCmdLine(command);
         EXPECT_EQ(RWWString(program), line.GetPathAndFileName()) << testing::PrintToString(command);

@@ -152,8 +152,7 @@ TEST(DateDifference, Edges) {
         {none, last2020, kMonths, 2020 * 12 + 12},
         {none, CDate(60UL), kMonths, 0},
         {CDate(1UL), CDate(60UL), kMonths, 1},  // 25 November and 23 January, before the year 1
-        {none, last2020, kNoUnit, 0},
-    };
+        {none, last2020, kNoUnit, 0}};
     for (const auto& [one, other, unit, count] : kCases) {
         EXPECT_EQ(count, one.Difference(other, unit).GetDouble()) << one.DayNumber() << ' ' << unit;
         EXPECT_EQ(count, other.Difference(one, unit).GetDouble());

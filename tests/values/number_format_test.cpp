@@ -86,23 +86,21 @@ TEST(FloatFormat, Edges) {
         int places;
         tagQL_FLOATFORMAT format;
         const wchar_t* text;
-    } kCases[] = {
-        {1234.5, 2, {0, L',', L'.'}, L"1.234,50"},
-        {-0.001, 2, kMoney, L"$-0.00"},
-        {-0.001, 2, kPlain, L"0.00"},
-        {-0.4, 1, kNoPoint, L"0"},
-        {1.96, 1, kNoPoint, L"2"},
-        {1.5, 1, kNoPoint, L"1"},
-        {-7.5, -3, kPlain, L"-8"},
-        {7.5, -32768, kMoney, L"$8"},
-        {1.5, 1, {0, L'5', 0}, L"15"},  // the last decimal looks like the separator
-        {-0.5, 1, {L'-', L'.', 0}, L"--0.5"},
-        {0, 2, {L'-', L'.', 0}, L"0.00"},  // the symbol is taken for the sign
-        {kInfinity, 2, kMoney, L"$inf.00"},
-        {-kInfinity, 3, kNoPoint, L"-inf"},
-        {std::nan(""), 1, kGrouped, L"nan.0"},
-        {-std::nan(""), 0, kMoney, L"$nan"},
-    };
+    } kCases[] = {{1234.5, 2, {0, L',', L'.'}, L"1.234,50"},
+                  {-0.001, 2, kMoney, L"$-0.00"},
+                  {-0.001, 2, kPlain, L"0.00"},
+                  {-0.4, 1, kNoPoint, L"0"},
+                  {1.96, 1, kNoPoint, L"2"},
+                  {1.5, 1, kNoPoint, L"1"},
+                  {-7.5, -3, kPlain, L"-8"},
+                  {7.5, -32768, kMoney, L"$8"},
+                  {1.5, 1, {0, L'5', 0}, L"15"},  // the last decimal looks like the separator
+                  {-0.5, 1, {L'-', L'.', 0}, L"--0.5"},
+                  {0, 2, {L'-', L'.', 0}, L"0.00"},  // the symbol is taken for the sign
+                  {kInfinity, 2, kMoney, L"$inf.00"},
+                  {-kInfinity, 3, kNoPoint, L"-inf"},
+                  {std::nan(""), 1, kGrouped, L"nan.0"},
+                  {-std::nan(""), 0, kMoney, L"$nan"}};
     for (const auto& [value, places, format, text] : kCases) EXPECT_EQ(text, Format(value, places, format));
     EXPECT_EQ(FloatFormatBufferChars(8), Format(-kGreatest, 8, kMoney).size() + 1)
         << "the longest text fills it";

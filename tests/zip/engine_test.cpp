@@ -189,8 +189,7 @@ TEST_F(Engine, TakesFoldersAndFiltersAsTheFlagsSay) {
         {{&Z::recurseFlag, &Z::noDirectoryEntriesFlag}, "a.txt|b.JPG|sub/a.txt stored|"},
         {{&Z::includeOnlyFollowingFlag}, "b.JPG|"},
         {{&Z::excludeFollowingFlag}, "a.txt|"},
-        {{&Z::recurseFlag, &Z::noDirectoryEntriesFlag, &Z::afterDateFlag}, "sub/a.txt stored|"},
-    };
+        {{&Z::recurseFlag, &Z::noDirectoryEntriesFlag, &Z::afterDateFlag}, "sub/a.txt stored|"}};
     for (const auto& c : cases) {
         ::DeleteFileA(archive_.c_str());
         Z command = ZipCommand(ZIP_ADD, Quoted("in\\.\\*.*"));
