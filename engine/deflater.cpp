@@ -18,8 +18,7 @@ Deflater::~Deflater() {
 
 std::size_t Deflater::Pack(const PlainBlock& block, std::uint8_t* out) {
     deflateReset(&stream_);
-    if (block.windowSize > 0)
-        deflateSetDictionary(&stream_, block.window, static_cast<uInt>(block.windowSize));
+    deflateSetDictionary(&stream_, block.window, static_cast<uInt>(block.windowSize));
     stream_.next_in = const_cast<Bytef*>(block.data);
     stream_.avail_in = static_cast<uInt>(block.size);
     stream_.next_out = out;

@@ -4,6 +4,7 @@
 #include <array>
 #include <atomic>
 #include <bit>
+#include <chrono>
 #include <cstddef>
 #include <cstring>
 #include <new>
@@ -20,6 +21,7 @@
 #include "platform/last_error.h"
 #include "platform/module.h"
 #include "platform/unique_handle.h"
+#include "platform/wait_until.h"
 #include "platform/win32.h"
 #include "text/unit_block.h"
 
@@ -112,8 +114,7 @@ void Rest() noexcept {
 // Some systems call a thread ended a moment before it stands still. It then finds the mark and stops by
 // itself, or is caught amid an entry; nobody can see which, so that takes a moment's patience.
 void WaitForStandstill() noexcept {
-    constexpr int kPatienceMilliseconds = 20;
-    for (int i = 0; i < kPatienceMilliseconds && g_log.busy; ++i) ::Sleep(1);
+    ql::WaitUntil([] { return !g_log.busy; }, std::chrono::milliseconds(20));
 }
 
 // What the writer stores for those who may have to go on in its place, in the order in which it does.
@@ -379,8 +380,7 @@ void HandleLate() noexcept {
 
 // Within the system's loader, as in a DllMain, no thread begins, however long it is waited for.
 bool WriterBegins() noexcept {
-    constexpr int kPatienceMilliseconds = 1000;
-    for (int i = 0; i < kPatienceMilliseconds && !g_log.handler; ++i) ::Sleep(1);
+    ql::WaitUntil([] { return g_log.handler != 0; }, std::chrono::seconds(1));
     return g_log.handler;
 }
 

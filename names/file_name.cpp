@@ -137,14 +137,13 @@ std::size_t PathEnd(Text text) {
     return separator != kNone ? separator : text.rfind(L':');
 }
 
-// Whether a text whose path ends at `end` is a path as a whole: a bare UNC server or host, a scheme with what
-// follows its colon, or a text that ends right there.
+// Whether a text whose path ends at `end` is a path as a whole: a bare UNC server or host, or a scheme with
+// what follows its colon.
 bool IsPathAlone(Text text, std::size_t end) {
     if (end == 1 && ql::StartsWithTwoSeparators(text)) return true;
     if (end >= 2 && text[end] == L':') return true;
     if (end >= 3 && text[end - 1] == L':') return true;
-    if (end >= 4 && text[end - 2] == L':' && ql::IsSeparator(text[end - 1])) return true;
-    return end + 1 == text.size();
+    return end >= 4 && text[end - 2] == L':' && ql::IsSeparator(text[end - 1]);
 }
 
 // Where the tail of a file name begins: at the earlier of the last "?" and the last "#", of those behind the
