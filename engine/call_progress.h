@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "zip/zip_records.h"
 
@@ -11,6 +12,14 @@ struct StatusCall {
     ZipStatusProc proc;
     void* userData;
 };
+
+// Of all that a call works on.
+template <class Item>
+std::uint64_t TotalSize(const std::vector<const Item*>& items) {
+    std::uint64_t total = 0;
+    for (const Item* item : items) total += item->size;
+    return total;
+}
 
 // Tells the caller how far an item and the whole call are; an answer other than 0 throws kCancelled.
 class CallProgress {

@@ -25,12 +25,6 @@ bool IsOfOneMember(Result result) {
     return std::find(std::begin(kOfOneMember), std::end(kOfOneMember), result) != std::end(kOfOneMember);
 }
 
-std::uint64_t TotalSize(const std::vector<const Entry*>& members) {
-    std::uint64_t total = 0;
-    for (const Entry* entry : members) total += entry->size;
-    return total;
-}
-
 std::wstring DestinationOf(const UNZIPCMDSTRUCT& command) {
     const std::wstring folder = WideFromAnsi(command.lpszDestination);
     std::wstring path = LiteralPath(folder.empty() ? L"." : folder);

@@ -95,12 +95,6 @@ void AddItem(ArchiveChange& change, const DiskItem& item, SourceReader& reader, 
                         [&](std::uint64_t done) { progress.Reach(done); });
 }
 
-std::uint64_t TotalSize(const std::vector<DiskItem>& items) {
-    std::uint64_t total = 0;
-    for (const DiskItem& item : items) total += item.size;
-    return total;
-}
-
 std::optional<DosTime> LatestTime(const ZIPCMDSTRUCT& command, const ArchiveChange& change,
                                   const std::vector<DiskItem>& items) {
     if (!command.oldAsLatestFlag) return std::nullopt;
@@ -121,10 +115,10 @@ void DeleteOriginals(const std::vector<DiskItem>& items) {
 
 void AddItems(const ZIPCMDSTRUCT& command, ArchiveChange& change, const std::vector<DiskItem>& items) {
     const StoredSuffixes stored(command);
-    CallProgress progress(command, TotalSize(items));
     std::vector<const DiskItem*> all;
     all.reserve(items.size());
     for (const DiskItem& item : items) all.push_back(&item);
+    CallProgress progress(command, TotalSize(all));
     SourceReader reader(std::move(all), change.Waiting());
     for (const DiskItem& item : items) {
         const bool stores = item.IsFolder() || stored.Cover(item.folded);
@@ -243,15 +237,13 @@ bool TrySources(const ZIPCMDSTRUCT& command, ZIPSOURCE* sources, std::int32_t co
     ArchiveChange change(WideFromAnsi(command.lpszZIPFile), command.function == ZIP_FRESHEN, patience);
     const std::vector<Source> wanted = WantedSources(change, command.function, sources, count);
     Require(!wanted.empty(), Result::kNothingToDo);
-    std::uint64_t total = 0;
     std::vector<const DiskItem*> items;
     for (const Source& source : wanted) {
         change.Drop(source.item.name);
-        total += source.item.size;
         items.push_back(&source.item);
     }
     change.CopyKept();
-    CallProgress progress(command, total);
+    CallProgress progress(command, TotalSize(items));
     SourceReader reader(std::move(items), patience);
     for (const Source& source : wanted) {
         if (!AddSource(change, source, reader, command.compFactor, progress)) return false;

@@ -162,7 +162,12 @@ TEST_F(Engine, AddsFreshensUpdatesAndDeletes) {
     }
     EXPECT_EQ(UNZIP_DONE, Extract());
     EXPECT_EQ("2021", ReadFile(out_ + "\\old.txt"));
-    EXPECT_EQ(ZIP_DONE, Zip(ZIP_ADD, "*"));
+    std::string told;
+    Z all = With(ZipCommand(ZIP_ADD, Quoted("*")), &Z::noDirectoryNamesFlag, 1);
+    all.lpMajorStatus = Record;
+    all.lpMajorUserData = &told;
+    EXPECT_EQ(ZIP_DONE, Dzip(all));
+    EXPECT_EQ("new one.txt:42 old.txt:100 ", told);
     EXPECT_EQ(2, Count()) << "not the archive itself";
     EXPECT_EQ(ZIP_DONE, Dzip(With(ZipCommand(ZIP_DELETE, "new*"), &Z::oldAsLatestFlag, 1)));
     WriteFile(Path("as old.txt"), "", 2019);
