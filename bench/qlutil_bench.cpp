@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -145,6 +146,20 @@ void AddByTheClass(benchmark::State& state) {
     });
 }
 
+// One file of so many megabytes, of which half can be packed away.
+void AddLarge(benchmark::State& state) {
+    const File plain("ql_bench_plain.bin"), archive("ql_bench_large.zip");
+    std::ofstream out = plain.Write();
+    std::mt19937 random;
+    std::string block(kMega, '\0');
+    for (auto i = state.range(0); i > 0; --i) {
+        std::generate_n(block.begin(), kMega / 2, [&random] { return static_cast<char>(random()); });
+        out << block;
+    }
+    out.close();
+    Measure(state, L"zip add " + archive.Quoted() + L' ' + plain.Quoted());
+}
+
 std::string LittleEndian(std::uint64_t number, int bytes) {
     std::string text;
     for (; bytes > 0; --bytes, number >>= 8) text += static_cast<char>(number);
@@ -195,6 +210,14 @@ BENCHMARK(AddByQlutil)
 BENCHMARK(AddByTheClass)
     ->Name("qlutil zip add, files of 1 KB/one engine call")
     ->Arg(2000)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(AddLarge)
+    ->Name("qlutil zip add, MB")
+    ->Arg(1)
+    ->Arg(10)
+    ->Arg(100)
+    ->Iterations(1)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(ShowLog)
