@@ -32,7 +32,7 @@ TEST_F(ProcessorProgram, IsThePreferenceThenTheOpenCommandOfAFileThatExists) {
     const TestFolder folder;
     const PrivateClasses classes;
     std::filesystem::create_directory(folder / L"a folder");
-    const std::wstring preferred = folder / L"preferred.exe", registered = folder / L"a folder\\winword.exe";
+    const std::wstring preferred = folder / L"preferred.exe", registered = folder / L"a folder\\winword.EXE";
     PutBytes(preferred, "");
     PutBytes(registered, "");
 
