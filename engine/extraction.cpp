@@ -102,6 +102,7 @@ Extraction::State Extraction::BeginFile(const Entry& entry, const std::string& n
     // The second of two members with one place finds the first one there, as anybody's file.
     if (IsUnderWay(name)) EndAll();
     if (refusesSameName_) RequireOwn(Folded(name), entry);
+    if (WorkFolder::IsNamed(LastPart(name))) LeaveWorkFolder();
     const std::wstring place = TargetOf(name);
     Placement::FormerFile former;
     if (looksFirst_ || command_.freshenFlag) {
@@ -189,9 +190,7 @@ void Extraction::NeedFolder(const std::wstring& folder) {
         if (++filesInFolder_ == kManyFiles) MakeWorkFolder();
         return;
     }
-    EndAll();
-    placement_.WriteIn({});
-    workFolder_.reset();
+    LeaveWorkFolder();
     Require(MakeFolders(folder), Result::kCannotCreate);
     lastFolder_ = folder;
     filesInFolder_ = 0;
@@ -200,6 +199,12 @@ void Extraction::NeedFolder(const std::wstring& folder) {
 void Extraction::MakeWorkFolder() {
     EndAll();
     placement_.WriteIn(workFolder_.emplace(lastFolder_).path());
+}
+
+void Extraction::LeaveWorkFolder() {
+    EndAll();
+    placement_.WriteIn({});
+    workFolder_.reset();
 }
 
 }  // namespace ql::zip

@@ -76,6 +76,7 @@ class Extraction {
     void RequireOwn(const std::u32string& file, const Entry& entry) const;
     void NeedFolder(const std::wstring& folder);
     void MakeWorkFolder();
+    void LeaveWorkFolder();
 
     const UNZIPCMDSTRUCT& command_;
     const std::vector<const Entry*>& members_;

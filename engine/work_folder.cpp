@@ -1,9 +1,12 @@
 #include "engine/work_folder.h"
 
+#include "engine/name_encoding.h"
+#include "engine/windows_text.h"
+
 namespace ql::zip {
 namespace {
 
-constexpr wchar_t kName[] = L"\\~ql.tmp";
+constexpr char kName[] = "~ql.tmp";
 
 // Keeps it from being removed: by another call that ends, which does not know of this one.
 UniqueFileHandle Hold(const std::wstring& path) {
@@ -22,10 +25,14 @@ bool IsPlainFolder(HANDLE file) {
 
 }  // namespace
 
-WorkFolder::WorkFolder(const std::wstring& folder) : path_(folder + kName) {
+WorkFolder::WorkFolder(const std::wstring& folder) : path_(folder + L'\\' + WideFromUtf8(kName)) {
     ::CreateDirectoryW(path_.c_str(), nullptr);
     hold_ = Hold(path_);
     if (!hold_ || !IsPlainFolder(hold_.get())) path_.clear();
+}
+
+bool WorkFolder::IsNamed(std::string_view file) {
+    return IsSameFolded(file, kName);
 }
 
 WorkFolder::~WorkFolder() {

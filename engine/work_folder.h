@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/unique_handle.h"
 
@@ -18,6 +19,9 @@ class WorkFolder {
 
     // Empty where there could be none: something else has the name, or nobody may make folders there.
     const std::wstring& path() const { return path_; }
+
+    // Whether a file of that name can only come while there is none.
+    static bool IsNamed(std::string_view file);
 
   private:
     std::wstring path_;

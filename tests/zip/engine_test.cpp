@@ -519,6 +519,11 @@ TEST_F(Engine, ManyFilesOfOneFolderComeAlone) {
         EXPECT_EQ(code, ExtractMembers({}, work, IsHeldAtLast)) << before;
         EXPECT_EQ(code == UNZIP_DONE, fs::exists(work)) << before;
     }
+    members.push_back({"~QL.tmp", "a member's name, too"});
+    MakeArchive(members);
+    fs::remove_all(out_);
+    EXPECT_EQ(UNZIP_DONE, Extract());
+    EXPECT_EQ("a member's name, too", ReadFile(out_ + "\\~ql.tmp"));
 }
 
 TEST_F(Engine, WritesNothingOutsideTheDestination) {
