@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cwchar>
+
+#include "platform/system_text.h"
 #include "tests/support/private_registry.h"
 #include "tests/support/test_folder.h"
 
@@ -32,6 +35,16 @@ TEST(Machine, AnswersAsTheSystemDoesAndCanWriteToAKeyOfTheMachineOnlyWhenItIsThe
     ::IsWow64Process(::GetCurrentProcess(), &emulated);
     EXPECT_EQ(sizeof(void*) == 8 || emulated, Is64BitWindows());
     EXPECT_EQ(::IsUserAnAdmin() != FALSE, IsAdminUser());
+}
+
+TEST(SystemText, OfAnyLengthComesWhole) {
+    for (const DWORD length : {MAX_PATH - 1, MAX_PATH, MAX_PATH + 1, 4 * MAX_PATH}) {
+        const auto ask = [length](wchar_t* text, DWORD size) {
+            if (length < size) std::wmemset(text, L'x', length);
+            return length;
+        };
+        EXPECT_EQ(std::wstring(length, L'x'), ql::SystemText(ask));
+    }
 }
 
 }  // namespace
