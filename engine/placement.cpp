@@ -9,6 +9,15 @@ constexpr DWORD kRestoredAttributes =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
 constexpr DWORD kPlainAttributes = FILE_ATTRIBUTE_ARCHIVE;
 
+// A read-only file that cannot be replaced stays read-only.
+void Replace(PendingFile& file, const std::wstring& place, DWORD attributes) {
+    const bool isReadOnly = attributes & FILE_ATTRIBUTE_READONLY;
+    if (isReadOnly) ::SetFileAttributesW(place.c_str(), FILE_ATTRIBUTE_NORMAL);
+    const Result result = ResultOf([&] { file.Commit(Former::kReplaced); });
+    if (isReadOnly && result != Result::kOk) ::SetFileAttributesW(place.c_str(), attributes);
+    Require(result == Result::kOk, result);
+}
+
 }  // namespace
 
 bool Placement::Wants(const Entry& entry, const FormerFile& former) const {
@@ -38,11 +47,7 @@ bool Placement::Write(const Entry& entry, const std::wstring& place, FormerFile&
         Require(former.has_value(), Result::kSkipped);  // it is gone again
         if (!MayReplace(entry, *former)) return false;
     }
-    if (former) {
-        if (former->dwFileAttributes & FILE_ATTRIBUTE_READONLY)
-            ::SetFileAttributesW(place.c_str(), FILE_ATTRIBUTE_NORMAL);
-        file.Commit(Former::kReplaced);
-    }
+    if (former) Replace(file, place, former->dwFileAttributes);
     const DWORD attributes = entry.attributes & kRestoredAttributes;
     if (attributes & ~kPlainAttributes) ::SetFileAttributesW(place.c_str(), attributes);
     return true;

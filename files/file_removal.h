@@ -4,14 +4,14 @@
 
 namespace ql {
 
-// Removes a file, a read-only one too. It is made writable only when that is in the way: the attributes may
-// be those of a link's target.
+// Removes a file, a read-only one too. It is made writable only when that is in the way, and only while it is
+// tried: the attributes may be those of a link's target.
 inline void RemoveFile(const wchar_t* file) noexcept {
     if (::DeleteFileW(file)) return;
     const DWORD attributes = ::GetFileAttributesW(file);
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_READONLY) == 0) return;
     ::SetFileAttributesW(file, attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
-    ::DeleteFileW(file);
+    if (!::DeleteFileW(file)) ::SetFileAttributesW(file, attributes);
 }
 
 }  // namespace ql

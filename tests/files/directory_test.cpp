@@ -104,8 +104,11 @@ TEST_F(Directories, AreDeletedWithTheFilesThatCanBeRemovedButNotWithSubdirectori
     Make({L"plain", L"full", L"full\\sub"}, {L"plain\\a.txt", L"plain\\b", L"full\\c", L"full\\sub\\d"});
     ::SetFileAttributesW((folder_ / L"plain\\b").c_str(), FILE_ATTRIBUTE_READONLY);
     {
-        const auto holder = OpenFile(folder_ / L"plain\\a.txt", kShareAll);
+        const std::wstring file = folder_ / L"plain\\a.txt";
+        ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+        const auto holder = OpenFile(file, kShareAll);
         Delete(L"plain");
+        EXPECT_NE(0U, ::GetFileAttributesW(file.c_str()) & FILE_ATTRIBUTE_READONLY) << "as it was";
         EXPECT_TRUE(Exists(L"plain\\a.txt"));
         EXPECT_FALSE(Exists(L"plain\\b"));
     }

@@ -399,6 +399,12 @@ TEST_F(Engine, ReplacesFilesOnlyAsTheFlagsSay) {
         }
         EXPECT_EQ(expected, results);
     }
+    WriteFile(file, "held");
+    ::SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY);
+    const auto held = OpenFile(file, FILE_SHARE_READ);
+    const U replacing = UnzipCommand(UNZIP_EXTRACT, "*", {&U::overWriteFlag});
+    EXPECT_EQ(UNZIP_CANNOT_CREATE, Dunzip(With(replacing, &U::wUnzipSubOptions, UNZIP_OVERWRITE_READ_ONLY)));
+    EXPECT_NE(0U, ::GetFileAttributesA(file.c_str()) & FILE_ATTRIBUTE_READONLY) << "as it was";
 }
 
 TEST_F(Engine, WholePathsMeanThatMemberAloneAndTheUsedPartIsJudged) {
