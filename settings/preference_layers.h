@@ -11,7 +11,7 @@
 // The places, in the order in which they are asked. A thread whose context has a store of its own asks that
 // and not the global store; what neither knows yet is read from the registry.
 enum class PreferenceLayer { Context, Global, User, Machine, Default };
-inline constexpr std::size_t kPreferenceLayers = 5;
+inline constexpr std::size_t kPreferenceLayers = static_cast<std::size_t>(PreferenceLayer::Default) + 1;
 
 // What a layer's value is.
 enum class PreferenceType { None, Text, Integer, Boolean, Unreadable };
@@ -27,7 +27,7 @@ struct PreferenceOrigin {
     std::array<PreferenceInLayer, kPreferenceLayers> layers;  // by PreferenceLayer
     PreferenceLayer winner = PreferenceLayer::Default;  // that of a layer without the value when none has it
 
-    // By its layer, which must be one of the five.
+    // By its layer, which must be one of those.
     const PreferenceInLayer& operator[](PreferenceLayer layer) const noexcept {
         return layers[static_cast<std::size_t>(layer)];
     }

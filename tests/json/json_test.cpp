@@ -30,6 +30,8 @@ TEST(JsonParse, AcceptsAndNormalises) {
     constexpr std::pair<std::wstring_view, std::wstring_view> kRows[] = {
         {L" \t\n\f\r[ \t\n\f\r] \t\n\f\r", L"[]"},
         {L"[[],{},[[{}]],false, true ]\0x"sv, L"[[],{},[[{}]],false,true]"},
+        {L"[true]]"sv.substr(0, 6), L"[true]"},
+        {L"truest"sv.substr(0, 4), L"true"},
         {L"{\"b\":1,\"a\":{},\"a\":[[]],\"\":null}", L"{\"\":null,\"a\":{},\"b\":1}"},
         {L"{\"\\u0062\":1,\"b\":2}", L"{\"b\":1}"},
         {L"{\"\uFFFD\":3,\"\\ud83d\":2,\"z\":1,\"Z\":0}", L"{\"Z\":0,\"z\":1,\"\xd83d\":2,\"\uFFFD\":3}"},

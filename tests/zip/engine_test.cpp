@@ -405,6 +405,9 @@ TEST_F(Engine, ReplacesFilesOnlyAsTheFlagsSay) {
     const U replacing = UnzipCommand(UNZIP_EXTRACT, "*", {&U::overWriteFlag});
     EXPECT_EQ(UNZIP_CANNOT_CREATE, Dunzip(With(replacing, &U::wUnzipSubOptions, UNZIP_OVERWRITE_READ_ONLY)));
     EXPECT_NE(0U, ::GetFileAttributesA(file.c_str()) & FILE_ATTRIBUTE_READONLY) << "as it was";
+    MakeArchive({{"new", ""}, {"newer", ""}});
+    EXPECT_EQ(UNZIP_DONE, Extract("*", {&U::freshenFlag}));
+    EXPECT_EQ("a.txt|", Names(out_)) << "a file that is not there does not come";
 }
 
 TEST_F(Engine, WholePathsMeanThatMemberAloneAndTheUsedPartIsJudged) {
