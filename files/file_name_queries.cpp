@@ -65,8 +65,8 @@ std::optional<std::wstring> ShortNameOfNewFile(const std::wstring& path) {
 std::wstring ShortPathName(std::wstring text) {
     for (wchar_t& unit : text) unit = unit == L'/' ? L'\\' : unit;
     constexpr std::size_t kRoot = 3;
-    if (text.size() < kRoot || text.compare(1, 2, L":\\") != 0) return text;
-    if (text.size() > kRoot && text.back() == L'\\') text.pop_back();
+    if (text.size() <= kRoot || text.compare(1, 2, L":\\") != 0) return text;
+    if (text.back() == L'\\') text.pop_back();
 
     std::wstring shortPath = text.substr(0, kRoot);
     for (std::size_t begin = kRoot;;) {
