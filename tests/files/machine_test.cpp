@@ -5,6 +5,7 @@
 #include <cwchar>
 
 #include "platform/system_text.h"
+#include "platform/wait_until.h"
 #include "tests/support/private_registry.h"
 #include "tests/support/test_folder.h"
 
@@ -35,6 +36,15 @@ TEST(Machine, AnswersAsTheSystemDoesAndCanWriteToAKeyOfTheMachineOnlyWhenItIsThe
     ::IsWow64Process(::GetCurrentProcess(), &emulated);
     EXPECT_EQ(sizeof(void*) == 8 || emulated, Is64BitWindows());
     EXPECT_EQ(::IsUserAnAdmin() != FALSE, IsAdminUser());
+}
+
+TEST(WaitUntil, LooksUntilItIsSoOrTheTimeIsUp) {
+    int looks = 0;
+    ql::WaitUntil([&looks] { return ++looks == 5; }, std::chrono::minutes(1));
+    EXPECT_EQ(5, looks);
+    const auto begun = std::chrono::steady_clock::now();
+    ql::WaitUntil([] { return false; }, std::chrono::milliseconds(50));
+    EXPECT_LE(std::chrono::milliseconds(50), std::chrono::steady_clock::now() - begun);
 }
 
 TEST(SystemText, OfAnyLengthComesWhole) {
